@@ -1,0 +1,53 @@
+// The one sort of the library, over any chain (base/chain.h).
+//
+// It is a bubble sort that relinks cells. Its result is part of what callers see: the name comparison
+// is not transitive (a text compares equal to every text that it is a prefix of), so another sorting
+// method would give another order.
+#pragma once
+
+#include "vosmere/base/chain.h"
+
+namespace vosmere::chain {
+
+/// Exchanges `cell` with its successor, which must exist.
+template <class Cell>
+void SwapWithNext(Cell* cell, Cell*& head) {
+  Cell* const second = cell->next;
+  Cell* const after = second->next;
+  const bool wasHead = cell == head;
+  if (wasHead) {
+    second->prev = head->prev == second ? cell : head->prev;
+    head = second;
+  } else {
+    second->prev = cell->prev;
+    cell->prev->next = second;
+  }
+  second->next = cell;
+  cell->prev = second;
+  cell->next = after;
+  (after ? after : head)->prev = cell;
+}
+
+/// Sorts the chain in place; true when any two cells were exchanged. `compare(a, b)` looks at
+/// neighbours; below zero means that `b` belongs before `a`. Equal neighbours stay as they are.
+template <class Cell, class Compare>
+bool BubbleSort(Cell*& head, Compare compare) {
+  if (!head || head->prev == head) return false;
+  bool anySwap = false;
+  bool swapped = true;
+  for (Cell* end = head->prev; swapped && end != head; end = end->prev) {
+    swapped = false;
+    for (Cell* cell = head; cell != end;) {
+      if (compare(cell, cell->next) < 0) {
+        if (cell->next == end) end = cell;
+        SwapWithNext(cell, head);
+        swapped = anySwap = true;
+      } else {
+        cell = cell->next;
+      }
+    }
+  }
+  return anySwap;
+}
+
+}  // namespace vosmere::chain

@@ -1,0 +1,14 @@
+// The one macro that marks what the library exports; everything else stays hidden.
+#pragma once
+
+#if defined(VOSMERE_STATIC)
+#define VOSMERE_API
+#elif defined(_WIN32)
+#if defined(VOSMERE_BUILDING)
+#define VOSMERE_API __declspec(dllexport)
+#else
+#define VOSMERE_API __declspec(dllimport)
+#endif
+#else
+#define VOSMERE_API __attribute__((visibility("default")))
+#endif

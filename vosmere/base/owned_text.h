@@ -1,0 +1,110 @@
+// Owned wide texts. The verbs name what a setter does with null and with over-long text, so that a
+// setter is one line and its rule can be read off it.
+#pragma once
+
+#include <cstddef>
+#include <new>
+#include <utility>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/system_string.h"
+
+namespace vosmere {
+
+/// Texts in plain heap memory. All empty texts share one constant: most names and descriptions are
+/// empty, and giving one up never needs memory.
+struct HeapTextStorage {
+  static WChar* Copy(WideView text) {
+    if (text.empty()) return Empty();
+    auto* const copy = new (std::nothrow) WChar[text.size + 1];
+    if (!copy) return nullptr;
+    std::memcpy(copy, text.data, text.size * sizeof(WChar));
+    copy[text.size] = 0;
+    return copy;
+  }
+  static void Free(WChar* text) {
+    if (text != Empty()) delete[] text;
+  }
+  static WChar* Empty() {
+    static WChar empty[1] = {0};
+    return empty;
+  }
+};
+
+/// Texts as system strings (`BSTR`).
+struct SystemTextStorage {
+  static WChar* Copy(WideView text) {
+    static const WChar empty[1] = {0};
+    return SysAllocStringLen(text.data ? text.data : empty, text.size);
+  }
+  static void Free(WChar* text) { SysFreeString(text); }
+};
+
+/// One owned text, or null. When memory runs out in an assignment the old text stays.
+template <class Storage>
+class OwnedText {
+ public:
+  OwnedText() = default;
+  /// A copy; null stays null. Throws std::bad_alloc.
+  explicit OwnedText(const WChar* text) {
+    if (text && !(text_ = Storage::Copy(WideView(text)))) throw std::bad_alloc();
+  }
+  OwnedText(OwnedText&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  OwnedText& operator=(OwnedText&& other) noexcept {
+    std::swap(text_, other.text_);
+    return *this;
+  }
+  OwnedText(const OwnedText&) = delete;
+  OwnedText& operator=(const OwnedText&) = delete;
+  ~OwnedText() { Storage::Free(text_); }
+
+  WChar* get() const { return text_; }
+
+  /// Gives the text to the caller and keeps null.
+  WChar* Detach() { return std::exchange(text_, nullptr); }
+
+  /// Null leaves null.
+  void AssignOrNull(const WChar* text) {
+    if (text)
+      Assign(WideView(text));
+    else
+      Clear();
+  }
+
+  /// Null leaves the empty text.
+  void AssignOrEmpty(const WChar* text) { Assign(WideView(text)); }
+
+  /// Null, and a text of `limit` units or more, change nothing.
+  void AssignIfShorter(const WChar* text, std::size_t limit) {
+    const WideView view(text);
+    if (text && view.size < limit) Assign(view);
+  }
+
+  /// Null, and a text of `limit` units or more, leave null.
+  void AssignOrClear(const WChar* text, std::size_t limit) {
+    const WideView view(text);
+    if (text && view.size < limit)
+      Assign(view);
+    else
+      Clear();
+  }
+
+ private:
+  void Assign(WideView text) {
+    if (WChar* const copy = Storage::Copy(text)) {
+      Storage::Free(text_);
+      text_ = copy;
+    }
+  }
+  void Clear() {
+    Storage::Free(text_);
+    text_ = nullptr;
+  }
+
+  WChar* text_ = nullptr;
+};
+
+using HeapText = OwnedText<HeapTextStorage>;
+using SystemText = OwnedText<SystemTextStorage>;
+
+}  // namespace vosmere

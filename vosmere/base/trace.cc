@@ -1,0 +1,42 @@
+#include "vosmere/base/trace.h"
+
+#include <atomic>
+#include <cstdarg>
+#include <cstdio>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/code_page.h"
+
+namespace vosmere {
+namespace {
+
+std::atomic<void (*)(const char*)> traceHook{nullptr};
+
+}  // namespace
+
+void SetTraceHook(void (*hook)(const char* utf8Line)) { traceHook = hook; }
+
+namespace detail {
+
+bool TraceWanted() { return traceHook.load(std::memory_order_relaxed) != nullptr; }
+
+// A diagnostic must never be the reason for a failure, so it gives up quietly without memory.
+void TraceFormatted(const char* format, ...) {
+  char line[1024];
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(line, sizeof line, format, arguments);
+  va_end(arguments);
+  if (auto* const hook = traceHook.load()) hook(line);
+}
+
+std::string TraceText(const WChar* text) {
+  const WideView view = WideView(text).First(1024);
+  std::string utf8(view.size * 3, '\0');
+  utf8.resize(WideToBytes(kCodePageUtf8, view.data, static_cast<int>(view.size), utf8.data(),
+                          static_cast<int>(utf8.size())));
+  return utf8;
+}
+
+}  // namespace detail
+}  // namespace vosmere

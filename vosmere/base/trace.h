@@ -1,0 +1,45 @@
+// The library's trace: one line at a time to a hook, nothing by default.
+#pragma once
+
+#include <string>
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+/// Receives every trace line as UTF-8, its line end included. Called on the thread that traces,
+/// possibly on several at once; it must not throw. Null restores the default: nothing is written.
+VOSMERE_API void SetTraceHook(void (*hook)(const char* utf8Line));
+
+namespace detail {
+
+bool TraceWanted();
+void TraceFormatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
+std::string TraceText(const WChar* text);
+
+inline auto TraceHold(const WChar* text) { return TraceText(text); }
+template <class Value>
+auto TraceHold(Value value) {
+  return value;
+}
+inline const char* TraceArgument(const std::string& text) { return text.c_str(); }
+template <class Value>
+Value TraceArgument(Value value) {
+  return value;
+}
+
+}  // namespace detail
+
+/// Traces in the printf style; a wide text goes with %s. Costs one test when no hook is set.
+template <class... Arguments>
+void Trace(const char* format, Arguments... arguments) {
+  if (!detail::TraceWanted()) return;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+  detail::TraceFormatted(format, detail::TraceArgument(detail::TraceHold(arguments))...);
+#pragma GCC diagnostic pop
+}
+
+}  // namespace vosmere

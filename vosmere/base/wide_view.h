@@ -1,0 +1,72 @@
+// Looking at wide text without owning it.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+/// Units before the terminating zero; 0 for null.
+inline std::size_t WideLength(const WChar* text) {
+  if (!text) return 0;
+  std::size_t length = 0;
+  while (text[length]) ++length;
+  return length;
+}
+
+/// A run of UTF-16 units that somebody else owns. Not necessarily zero-terminated.
+struct WideView {
+  const WChar* data = nullptr;
+  std::size_t size = 0;
+
+  constexpr WideView() = default;
+  constexpr WideView(const WChar* text, std::size_t length) : data(text), size(length) {}
+  explicit WideView(const WChar* text) : data(text), size(WideLength(text)) {}
+
+  constexpr bool empty() const { return size == 0; }
+  constexpr WChar operator[](std::size_t i) const { return data[i]; }
+  constexpr const WChar* begin() const { return data; }
+  constexpr const WChar* end() const { return data + size; }
+
+  constexpr WideView First(std::size_t length) const {
+    return {data, length < size ? length : size};
+  }
+  constexpr WideView From(std::size_t position) const {
+    return position < size ? WideView{data + position, size - position} : WideView{};
+  }
+
+  friend bool operator==(WideView a, WideView b) {
+    return a.size == b.size &&
+           (a.size == 0 || std::memcmp(a.data, b.data, a.size * sizeof(WChar)) == 0);
+  }
+};
+
+/// Exact comparison, code unit by code unit, with a name of ASCII letters: what every reader does
+/// with element and attribute names.
+template <std::size_t N>
+bool EqualsAscii(WideView text, const char (&name)[N]) {
+  if (text.size != N - 1) return false;
+  for (std::size_t i = 0; i + 1 < N; ++i)
+    if (text[i] != static_cast<unsigned char>(name[i])) return false;
+  return true;
+}
+
+/// Exact comparison of two zero-terminated texts; null counts as empty.
+inline bool SameText(const WChar* a, const WChar* b) { return WideView(a) == WideView(b); }
+
+constexpr WChar FoldAscii(WChar unit) {
+  return unit >= 'A' && unit <= 'Z' ? static_cast<WChar>(unit + ('a' - 'A')) : unit;
+}
+
+/// Comparison of two zero-terminated texts with A-Z folded to a-z; null counts as empty.
+inline bool SameTextNoCase(const WChar* a, const WChar* b) {
+  const WideView x(a), y(b);
+  if (x.size != y.size) return false;
+  for (std::size_t i = 0; i < x.size; ++i)
+    if (FoldAscii(x[i]) != FoldAscii(y[i])) return false;
+  return true;
+}
+
+}  // namespace vosmere

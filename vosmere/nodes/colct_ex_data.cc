@@ -1,0 +1,15 @@
+#include "vosmere/nodes/colct_ex_data.h"
+
+namespace vosmere {
+
+CColctExData::~CColctExData() = default;
+
+CColctExData* CColctExData::New() { return new (std::nothrow) CColctExData; }
+
+void CColctExData::Delete(CColctExData* data) { delete data; }
+
+RColctExData::~RColctExData() = default;
+
+RColctExData* RColctExData::New(CColctExData* data) { return new (std::nothrow) RColctExData(data); }
+
+}  // namespace vosmere

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/owned_text.h"
+
+namespace vosmere {
+
+class CColctNode;
+
+/// Extra data attached to an item of a collection. Texts are copied; null clears.
+class VOSMERE_API CColctExData {
+ public:
+  /// Null when memory runs out.
+  static CColctExData* New();
+  /// Null is ignored.
+  static void Delete(CColctExData* data);
+
+  CColctExData(const CColctExData&) = delete;
+  CColctExData& operator=(const CColctExData&) = delete;
+  virtual ~CColctExData();
+
+  void SetColctUrl(const WChar* url) { colctUrl_.AssignOrNull(url); }
+  WChar* GetColctUrl() const { return colctUrl_.get(); }
+  void SetItemID(const WChar* id) { itemID_.AssignOrNull(id); }
+  WChar* GetItemID() const { return itemID_.get(); }
+
+  /// The collection itself, or null. Not owned.
+  void StoreColctNodePointer(CColctNode* colct) { storedColctNode_ = colct; }
+  CColctNode* GetStoredColctNode() const { return storedColctNode_; }
+
+ protected:
+  CColctExData() = default;
+
+ private:
+  SystemText colctUrl_;
+  SystemText itemID_;
+  CColctNode* storedColctNode_ = nullptr;
+};
+
+/// One cell of a chain of extra data (base/chain.h). Destroying it frees nothing else.
+struct VOSMERE_API RColctExData {
+  RColctExData* prev = this;
+  RColctExData* next = nullptr;
+  CColctExData* item;
+
+  /// Null when memory runs out.
+  static RColctExData* New(CColctExData* data);
+
+  RColctExData(const RColctExData&) = delete;
+  RColctExData& operator=(const RColctExData&) = delete;
+  virtual ~RColctExData();
+
+ protected:
+  explicit RColctExData(CColctExData* data) : item(data) {}
+};
+
+}  // namespace vosmere

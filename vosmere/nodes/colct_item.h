@@ -1,0 +1,43 @@
+#pragma once
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+class CColctNode;
+
+/// One cell of a chain of collections (base/chain.h), outside the tree. Destroying a cell frees
+/// nothing else.
+struct VOSMERE_API RColctItem {
+  RColctItem* prev = this;
+  RColctItem* next = nullptr;
+  CColctNode* item;
+  bool mark;
+
+  /// A cell of its own, not marked unless told; null when memory runs out.
+  static RColctItem* New(CColctNode* colct) { return New(colct, false); }
+  static RColctItem* New(CColctNode* colct, bool mark);
+  /// Frees one cell. Null is ignored.
+  static void Delete(RColctItem* cell);
+  /// Frees every cell from `head` on with its collection. Null is ignored.
+  static void DeleteList(RColctItem* head);
+  /// Frees every cell from `head` on and no collection. Null is ignored.
+  static void DeleteListShell(RColctItem* head);
+
+  RColctItem(const RColctItem&) = delete;
+  RColctItem& operator=(const RColctItem&) = delete;
+  virtual ~RColctItem();
+
+  /// Level in a tree, for display.
+  void SetTreeLevel(int level) { treeLevel_ = level; }
+  int GetTreeLevel() const { return treeLevel_; }
+
+ protected:
+  RColctItem(CColctNode* colct, bool marked) : item(colct), mark(marked) {}
+
+ private:
+  LONG treeLevel_ = 0;
+};
+
+}  // namespace vosmere

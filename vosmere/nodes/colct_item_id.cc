@@ -1,0 +1,43 @@
+#include "vosmere/nodes/colct_item_id.h"
+
+#include "vosmere/base/chain.h"
+#include "vosmere/nodes/colct_item.h"
+#include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/tree_link.h"
+
+namespace vosmere {
+
+CColctItemID::~CColctItemID() = default;
+
+CColctItemID* CColctItemID::New() { return new (std::nothrow) CColctItemID; }
+
+void CColctItemID::Delete(CColctItemID* id) { delete id; }
+
+bool CColctItemID::FindColctNode(RColctItem* list, CColctItemID* id) {
+  if (!list) return false;
+  const RColctItem* const cell = chain::Find(list, [id](RColctItem* candidate) {
+    return id->refColctNode_ ? candidate->item == id->refColctNode_
+                             : SameText(candidate->item->GetUUID(), id->GetColctID());
+  });
+  id->refColctNode_ = cell ? cell->item : nullptr;
+  if (!cell) id->refUrlNode_ = nullptr;
+  return cell != nullptr;
+}
+
+bool CColctItemID::FindColctUrlNode(RColctItem* list, CColctItemID* id) {
+  if (!FindColctNode(list, id)) return false;
+  RNode* const root = id->refColctNode_->GetLocRNodeRoot();
+  const RNode* const link = chain::Find(root ? root->firstChild : nullptr, [id](RNode* candidate) {
+    if (candidate->type != NT_URL) return false;
+    return id->refUrlNode_ ? candidate->item == id->refUrlNode_
+                           : SameText(candidate->item->GetUUID(), id->GetItemID());
+  });
+  id->refUrlNode_ = link ? static_cast<CUrlNode*>(link->item) : nullptr;
+  return link != nullptr;
+}
+
+RColctItemID::~RColctItemID() = default;
+
+RColctItemID* RColctItemID::New(CColctItemID* id) { return new (std::nothrow) RColctItemID(id); }
+
+}  // namespace vosmere

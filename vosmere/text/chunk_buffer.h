@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+/// One piece of a CChunkBuffer, which owns it.
+struct Chunk {
+  char* data;   ///< a block of CChunkBuffer::kChunkSize bytes
+  int used;     ///< bytes filled, from the start
+  Chunk* next;  ///< null at the end
+};
+
+/// An append-only byte buffer of 4096-byte chunks. What was appended never moves.
+class VOSMERE_API CChunkBuffer {
+ public:
+  static constexpr int kChunkSize = 4096;
+  /// The total stays below this: 100 MiB.
+  static constexpr LONG kLimit = 104857600;
+
+  CChunkBuffer() = default;
+  CChunkBuffer(const CChunkBuffer&) = delete;
+  CChunkBuffer& operator=(const CChunkBuffer&) = delete;
+  virtual ~CChunkBuffer();
+
+  /// Appends `length` bytes. False, with nothing appended, when the total would reach the limit.
+  /// Throws std::bad_alloc when memory runs out. A length of 0 or less changes nothing.
+  /// Intended: a refused append counts in the total all the same, and the total never comes down
+  /// again short of Clear(). So a document that lost a piece is known as one for ever, and is never
+  /// saved as if it were whole.
+  bool Append(const void* bytes, int length);
+
+  /// Returns the total of all appends, refused ones included (saturated at the largest LONG), and
+  /// stores the first chunk. An empty buffer returns 0 and leaves `*head` as it is.
+  LONG Get(Chunk** head) const;
+
+  /// Frees every chunk and begins anew.
+  void Clear();
+
+ private:
+  Chunk* NewChunk();
+
+  LONG total_ = 0;
+  Chunk* head_ = nullptr;
+  Chunk* tail_ = nullptr;
+};
+
+}  // namespace vosmere
