@@ -1,10 +1,10 @@
 // The one list shape of the library.
 //
-// A chain is a row of cells with `prev` and `next`: the head's `prev` is the last cell, a lone cell's
-// `prev` is itself, every other `prev` is the cell before, and the last cell's `next` is null. So the
-// last cell is one step from the head, and a cell is the head exactly when its `prev` has no `next`.
-// Tree links, list cells and name/value pairs are all cells of this shape; a null head is an empty
-// chain. Nothing here allocates or frees.
+// A chain is a row of cells with `prev` and `next`: the head's `prev` is the last cell, a lone
+// cell's `prev` is itself, every other `prev` is the cell before, and the last cell's `next` is
+// null. So the last cell is one step from the head, and a cell is the head exactly when its `prev`
+// has no `next`. Tree links, list cells and name/value pairs are all cells of this shape; a null
+// head is an empty chain. Nothing here allocates or frees.
 #pragma once
 
 namespace vosmere::chain {
@@ -87,8 +87,8 @@ bool InsertBefore(Cell* reference, Cell* cell) {
   return wasHead;
 }
 
-/// Takes `cell` out and leaves it alone in a chain of its own. True exactly when it was the head, in
-/// which case `head` is the next cell or null.
+/// Takes `cell` out and leaves it alone in a chain of its own. True exactly when it was the head,
+/// in which case `head` is the next cell or null.
 template <class Cell>
 bool Unlink(Cell*& head, Cell* cell) {
   const bool wasHead = cell == head;
@@ -104,8 +104,8 @@ bool Unlink(Cell*& head, Cell* cell) {
   return wasHead;
 }
 
-/// The cells in order. The step to the next cell is taken before the current one is handed out, so a
-/// loop may unlink or free the cell it was given.
+/// The cells in order. The step to the next cell is taken before the current one is handed out, so
+/// a loop may unlink or free the cell it was given.
 template <class Cell>
 class Cells {
  public:

@@ -1,8 +1,8 @@
 // The one sort of the library, over any chain (base/chain.h).
 //
-// It is a bubble sort that relinks cells. Its result is part of what callers see: the name comparison
-// is not transitive (a text compares equal to every text that it is a prefix of), so another sorting
-// method would give another order.
+// It is a bubble sort that relinks cells. Its result is part of what callers see: the name
+// comparison is not transitive (a text compares equal to every text that it is a prefix of), so
+// another sorting method would give another order.
 #pragma once
 
 #include "vosmere/base/chain.h"

@@ -6,29 +6,19 @@
 #include <new>
 #include <utility>
 
+#include "vosmere/base/export.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/system_string.h"
 
 namespace vosmere {
 
 /// Texts in plain heap memory. All empty texts share one constant: most names and descriptions are
-/// empty, and giving one up never needs memory.
-struct HeapTextStorage {
-  static WChar* Copy(WideView text) {
-    if (text.empty()) return Empty();
-    auto* const copy = new (std::nothrow) WChar[text.size + 1];
-    if (!copy) return nullptr;
-    std::memcpy(copy, text.data, text.size * sizeof(WChar));
-    copy[text.size] = 0;
-    return copy;
-  }
-  static void Free(WChar* text) {
-    if (text != Empty()) delete[] text;
-  }
-  static WChar* Empty() {
-    static WChar empty[1] = {0};
-    return empty;
-  }
+/// empty, and giving one up never needs memory. Setters are inline, so the constant and the two
+/// verbs have one home in the library: a text made in the program may be freed in here.
+struct VOSMERE_API HeapTextStorage {
+  static WChar* Copy(WideView text);
+  static void Free(WChar* text);
+  static WChar* Empty();
 };
 
 /// Texts as system strings (`BSTR`).
@@ -74,10 +64,13 @@ class OwnedText {
   /// Null leaves the empty text.
   void AssignOrEmpty(const WChar* text) { Assign(WideView(text)); }
 
-  /// Null, and a text of `limit` units or more, change nothing.
+  /// Null leaves null; a text of `limit` units or more changes nothing.
   void AssignIfShorter(const WChar* text, std::size_t limit) {
     const WideView view(text);
-    if (text && view.size < limit) Assign(view);
+    if (!text)
+      Clear();
+    else if (view.size < limit)
+      Assign(view);
   }
 
   /// Null, and a text of `limit` units or more, leave null.

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
+#include <new>
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"
@@ -14,11 +15,15 @@ std::atomic<void (*)(const char*)> traceHook{nullptr};
 
 }  // namespace
 
-void SetTraceHook(void (*hook)(const char* utf8Line)) { traceHook = hook; }
+void SetTraceHook(void (*hook)(const char* utf8Line)) {
+  traceHook = hook;
+}
 
 namespace detail {
 
-bool TraceWanted() { return traceHook.load(std::memory_order_relaxed) != nullptr; }
+bool TraceWanted() {
+  return traceHook.load(std::memory_order_relaxed) != nullptr;
+}
 
 // A diagnostic must never be the reason for a failure, so it gives up quietly without memory.
 void TraceFormatted(const char* format, ...) {
@@ -32,10 +37,14 @@ void TraceFormatted(const char* format, ...) {
 
 std::string TraceText(const WChar* text) {
   const WideView view = WideView(text).First(1024);
-  std::string utf8(view.size * 3, '\0');
-  utf8.resize(WideToBytes(kCodePageUtf8, view.data, static_cast<int>(view.size), utf8.data(),
-                          static_cast<int>(utf8.size())));
-  return utf8;
+  try {
+    std::string utf8(view.size * 3, '\0');
+    utf8.resize(WideToBytes(kCodePageUtf8, view.data, static_cast<int>(view.size), utf8.data(),
+                            static_cast<int>(utf8.size())));
+    return utf8;
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
 }
 
 }  // namespace detail

@@ -14,16 +14,23 @@ VOSMERE_API void SetTraceHook(void (*hook)(const char* utf8Line));
 
 namespace detail {
 
-bool TraceWanted();
-void TraceFormatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
-std::string TraceText(const WChar* text);
+VOSMERE_API bool TraceWanted();
+VOSMERE_API void TraceFormatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
+VOSMERE_API std::string TraceText(const WChar* text);
 
-inline auto TraceHold(const WChar* text) { return TraceText(text); }
+inline auto TraceHold(const WChar* text) {
+  return TraceText(text);
+}
+inline auto TraceHold(WChar* text) {
+  return TraceText(text);
+}
 template <class Value>
 auto TraceHold(Value value) {
   return value;
 }
-inline const char* TraceArgument(const std::string& text) { return text.c_str(); }
+inline const char* TraceArgument(const std::string& text) {
+  return text.c_str();
+}
 template <class Value>
 Value TraceArgument(Value value) {
   return value;

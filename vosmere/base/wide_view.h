@@ -43,18 +43,10 @@ struct WideView {
   }
 };
 
-/// Exact comparison, code unit by code unit, with a name of ASCII letters: what every reader does
-/// with element and attribute names.
-template <std::size_t N>
-bool EqualsAscii(WideView text, const char (&name)[N]) {
-  if (text.size != N - 1) return false;
-  for (std::size_t i = 0; i + 1 < N; ++i)
-    if (text[i] != static_cast<unsigned char>(name[i])) return false;
-  return true;
-}
-
 /// Exact comparison of two zero-terminated texts; null counts as empty.
-inline bool SameText(const WChar* a, const WChar* b) { return WideView(a) == WideView(b); }
+inline bool SameText(const WChar* a, const WChar* b) {
+  return WideView(a) == WideView(b);
+}
 
 constexpr WChar FoldAscii(WChar unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<WChar>(unit + ('a' - 'A')) : unit;

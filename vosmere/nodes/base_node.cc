@@ -19,7 +19,9 @@ CBaseNode::CBaseNode(const CBaseNode* source)
 
 CBaseNode::~CBaseNode() = default;
 
-void CBaseNode::Delete(CBaseNode* node) { delete node; }
+void CBaseNode::Delete(CBaseNode* node) {
+  delete node;
+}
 
 void CBaseNode::SetUUID(const WChar* uuid) {
   // The text may be the item's own, so it is moved rather than copied.

@@ -11,10 +11,10 @@ struct RNode;
 
 /// Base of every saved item: a folder, a web page, a collection.
 ///
-/// Items do not point at each other; an item that stands in a tree is held by one link (tree_link.h),
-/// and the two point at each other. Items are made by their class's `New` and destroyed by `Delete`,
-/// in no other way. Texts given to a setter are copied; texts handed out belong to the item and live
-/// until they are set again. An item belongs to one thread at a time.
+/// Items do not point at each other; an item that stands in a tree is held by one link
+/// (tree_link.h), and the two point at each other. Items are made by their class's `New` and
+/// destroyed by `Delete`, in no other way. Texts given to a setter are copied; texts handed out
+/// belong to the item and live until they are set again. An item belongs to one thread at a time.
 ///
 /// When memory runs out in a setter, the old text stays.
 class VOSMERE_API CBaseNode {

@@ -4,12 +4,18 @@ namespace vosmere {
 
 CColctExData::~CColctExData() = default;
 
-CColctExData* CColctExData::New() { return new (std::nothrow) CColctExData; }
+CColctExData* CColctExData::New() {
+  return new (std::nothrow) CColctExData;
+}
 
-void CColctExData::Delete(CColctExData* data) { delete data; }
+void CColctExData::Delete(CColctExData* data) {
+  delete data;
+}
 
 RColctExData::~RColctExData() = default;
 
-RColctExData* RColctExData::New(CColctExData* data) { return new (std::nothrow) RColctExData(data); }
+RColctExData* RColctExData::New(CColctExData* data) {
+  return new (std::nothrow) RColctExData(data);
+}
 
 }  // namespace vosmere

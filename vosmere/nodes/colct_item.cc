@@ -13,7 +13,9 @@ RColctItem* RColctItem::New(CColctNode* colct, bool mark) {
   return new (std::nothrow) RColctItem(colct, mark);
 }
 
-void RColctItem::Delete(RColctItem* cell) { delete cell; }
+void RColctItem::Delete(RColctItem* cell) {
+  delete cell;
+}
 
 void RColctItem::DeleteList(RColctItem* head) {
   for (RColctItem* cell : chain::Cells(head)) {

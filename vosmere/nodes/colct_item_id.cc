@@ -6,18 +6,29 @@
 #include "vosmere/nodes/tree_link.h"
 
 namespace vosmere {
+namespace {
+
+bool HasIdentity(CBaseNode* item, const WChar* id) {
+  return id && SameText(item->GetUUID(), id);
+}
+
+}  // namespace
 
 CColctItemID::~CColctItemID() = default;
 
-CColctItemID* CColctItemID::New() { return new (std::nothrow) CColctItemID; }
+CColctItemID* CColctItemID::New() {
+  return new (std::nothrow) CColctItemID;
+}
 
-void CColctItemID::Delete(CColctItemID* id) { delete id; }
+void CColctItemID::Delete(CColctItemID* id) {
+  delete id;
+}
 
 bool CColctItemID::FindColctNode(RColctItem* list, CColctItemID* id) {
   if (!list) return false;
   const RColctItem* const cell = chain::Find(list, [id](RColctItem* candidate) {
     return id->refColctNode_ ? candidate->item == id->refColctNode_
-                             : SameText(candidate->item->GetUUID(), id->GetColctID());
+                             : HasIdentity(candidate->item, id->GetColctID());
   });
   id->refColctNode_ = cell ? cell->item : nullptr;
   if (!cell) id->refUrlNode_ = nullptr;
@@ -30,7 +41,7 @@ bool CColctItemID::FindColctUrlNode(RColctItem* list, CColctItemID* id) {
   const RNode* const link = chain::Find(root ? root->firstChild : nullptr, [id](RNode* candidate) {
     if (candidate->type != NT_URL) return false;
     return id->refUrlNode_ ? candidate->item == id->refUrlNode_
-                           : SameText(candidate->item->GetUUID(), id->GetItemID());
+                           : HasIdentity(candidate->item, id->GetItemID());
   });
   id->refUrlNode_ = link ? static_cast<CUrlNode*>(link->item) : nullptr;
   return link != nullptr;
@@ -38,6 +49,8 @@ bool CColctItemID::FindColctUrlNode(RColctItem* list, CColctItemID* id) {
 
 RColctItemID::~RColctItemID() = default;
 
-RColctItemID* RColctItemID::New(CColctItemID* id) { return new (std::nothrow) RColctItemID(id); }
+RColctItemID* RColctItemID::New(CColctItemID* id) {
+  return new (std::nothrow) RColctItemID(id);
+}
 
 }  // namespace vosmere

@@ -38,8 +38,8 @@ class VOSMERE_API CColctItemID {
   CUrlNode* GetRefUrlNode() const { return refUrlNode_; }
 
   /// Resolves the collection in `list`: the very one that `id` holds already, else the first with
-  /// its identity. True when it is there. When it is not, both references of `id` are cleared; an
-  /// empty list changes nothing.
+  /// its identity, which null never is. True when it is there. When it is not, both references of
+  /// `id` are cleared; an empty list changes nothing.
   static bool FindColctNode(RColctItem* list, CColctItemID* id);
   /// Resolves the collection, then the item among the top-level web pages of its local tree: the
   /// very one that `id` holds already, else the first with its identity. True when both are there;

@@ -3,14 +3,18 @@
 namespace vosmere {
 
 CColctNetData::CColctNetData(const CColctNetData* source) : owner_(source->GetOwner()) {
-  *this = *source;
+  CopyAllButOwner(*source);
 }
 
 CColctNetData::~CColctNetData() = default;
 
 CColctNetData& CColctNetData::operator=(const CColctNetData& source) {
-  if (this == &source) return *this;
   if (source.GetOwner()) SetOwner(source.GetOwner());
+  CopyAllButOwner(source);
+  return *this;
+}
+
+void CColctNetData::CopyAllButOwner(const CColctNetData& source) {
   ordered_ = source.ordered_;
   sharingDomain_ = source.sharingDomain_;
   foreignColct_ = source.foreignColct_;
@@ -19,7 +23,6 @@ CColctNetData& CColctNetData::operator=(const CColctNetData& source) {
   pollingInterval_ = source.pollingInterval_;
   issuedTimeEventID_ = source.issuedTimeEventID_;
   colctExpandState_ = source.colctExpandState_;
-  return *this;
 }
 
 }  // namespace vosmere

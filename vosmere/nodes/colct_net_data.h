@@ -58,6 +58,8 @@ class VOSMERE_API CColctNetData {
   bool GetColctExpandState() const { return colctExpandState_; }
 
  private:
+  void CopyAllButOwner(const CColctNetData& source);
+
   bool ordered_ = false;
   HeapText owner_;
   LONG sharingDomain_ = -1;

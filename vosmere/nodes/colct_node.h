@@ -19,8 +19,8 @@ class VOSMERE_API CColctNode : public CUrlNode {
  public:
   /// A new collection with a network side; null when memory runs out.
   static CColctNode* New();
-  /// A copy with a network side of its own; null when memory runs out. The copy names the same local
-  /// tree as the source.
+  /// A copy with a network side of its own; null when memory runs out. The copy names the same
+  /// local tree as the source.
   static CColctNode* New(CColctNode* source);
 
   ~CColctNode() override;

@@ -10,7 +10,9 @@
 namespace vosmere {
 namespace {
 
-WideView Address(const RColctItem* cell) { return WideView(cell->item->GetUrl()); }
+WideView Address(const RColctItem* cell) {
+  return WideView(cell->item->GetUrl());
+}
 
 struct AddressHash {
   std::size_t operator()(WideView text) const {
@@ -44,11 +46,6 @@ class AddressIndex {
   std::unordered_map<WideView, RColctItem*, AddressHash> cells_;
   bool complete_ = false;
 };
-
-void UnlinkAndFree(RColctItem*& list, RColctItem* cell) {
-  chain::Unlink(list, cell);
-  RColctItem::DeleteList(cell);
-}
 
 }  // namespace
 
@@ -90,7 +87,8 @@ bool CRColctTool::DeleteDuplcateColct(RColctItem* list) {
     std::unordered_set<WideView, AddressHash> seen;
     for (RColctItem* cell : chain::Cells(list)) {
       if (seen.insert(Address(cell)).second) continue;
-      UnlinkAndFree(list, cell);
+      chain::Unlink(list, cell);
+      RColctItem::DeleteList(cell);
       any = true;
     }
   } catch (const std::bad_alloc&) {
@@ -101,12 +99,15 @@ bool CRColctTool::DeleteDuplcateColct(RColctItem* list) {
 
 bool CRColctTool::DeleteColctByUrl(RColctItem** list, const WChar* url) {
   if (!url) return false;
-  bool any = false;
+  const WideView address(url);
+  RColctItem* found = nullptr;  // freed at the end, since the address may belong to one of them
   for (RColctItem* cell : chain::Cells(*list)) {
-    if (!(Address(cell) == WideView(url))) continue;
-    UnlinkAndFree(*list, cell);
-    any = true;
+    if (!(Address(cell) == address)) continue;
+    chain::Unlink(*list, cell);
+    chain::Append(found, cell);
   }
+  const bool any = found != nullptr;
+  RColctItem::DeleteList(found);
   return any;
 }
 

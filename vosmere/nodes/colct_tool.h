@@ -6,7 +6,8 @@
 namespace vosmere {
 
 /// Merges lists of collections and removes from them. Addresses compare exactly, letter case
-/// included; a null address compares as the empty one. Time and memory grow linearly with the lists.
+/// included; a null address compares as the empty one. Time and memory grow linearly with the
+/// lists.
 class VOSMERE_API CRColctTool {
  public:
   CRColctTool() = default;
@@ -18,8 +19,8 @@ class VOSMERE_API CRColctTool {
 
   /// Merges a freshly read list with the old one. A new collection with the address of an old one
   /// is marked and takes over its local tree; old collections without a new one move from the old
-  /// list to the end of `*removedList` (null or a chain), which the caller owns. With an empty old list the
-  /// removed list becomes empty and the answer is false.
+  /// list to the end of `*removedList` (null or a chain), which the caller owns. With an
+  /// empty old list the removed list becomes empty and the answer is false.
   /// Intended: the answer is whether the cell unlinked last was the head of the old list at that
   /// moment; false when none was unlinked.
   bool UpdateRColctItemList(RColctItem* newList, RColctItem** oldList, RColctItem** removedList);

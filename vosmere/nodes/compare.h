@@ -19,6 +19,8 @@ inline int CompareTextNoCase(const WChar* a, const WChar* b) {
   return 0;
 }
 
-inline int CompareNumber(LONG a, LONG b) { return a > b ? 1 : a < b ? -1 : 0; }
+inline int CompareNumber(LONG a, LONG b) {
+  return a > b ? 1 : a < b ? -1 : 0;
+}
 
 }  // namespace vosmere

@@ -5,8 +5,8 @@
 
 namespace vosmere {
 
-/// One cell of a list of `T`, a chain in the shape of base/chain.h. The list's owner frees cells and
-/// data: destroying a cell does not free a datum that is a pointer.
+/// One cell of a list of `T`, a chain in the shape of base/chain.h. The list's owner frees cells
+/// and data: destroying a cell does not free a datum that is a pointer.
 template <class T>
 struct TList {
   TList* prev = this;

@@ -6,9 +6,13 @@ namespace vosmere {
 
 CNameValuePair::~CNameValuePair() = default;
 
-CNameValuePair* CNameValuePair::New() { return new (std::nothrow) CNameValuePair; }
+CNameValuePair* CNameValuePair::New() {
+  return new (std::nothrow) CNameValuePair;
+}
 
-void CNameValuePair::Delete(CNameValuePair* pair) { delete pair; }
+void CNameValuePair::Delete(CNameValuePair* pair) {
+  delete pair;
+}
 
 void CNameValuePair::DeleteList(CNameValuePair* head) {
   for (CNameValuePair* pair : chain::Cells(head)) Delete(pair);

@@ -10,7 +10,9 @@ namespace {
 
 enum Column : int { kName, kAdded, kModified, kLastVisited };
 
-CBaseNode* Item(void* item) { return static_cast<CBaseNode*>(item); }
+CBaseNode* Item(void* item) {
+  return static_cast<CBaseNode*>(item);
+}
 
 LONG StatTime(CBaseNode* item, int column) {
   LONG added = 0, modified = 0, lastVisited = 0;
@@ -60,7 +62,9 @@ bool CSortRNode::BubbleSort(RNode** head, Compare compare, void* parameter, bool
   });
 }
 
-void CSortRNode::SwapWithNext(RNode* link, RNode** head) { chain::SwapWithNext(link, *head); }
+void CSortRNode::SwapWithNext(RNode* link, RNode** head) {
+  chain::SwapWithNext(link, *head);
+}
 
 int CSortRNode::CompareItemByCol(void* a, void* b, void* column) {
   const int which = column ? *static_cast<int*>(column) : kName;
@@ -77,8 +81,12 @@ int CSortRNode::CompareByOrderDes(void* a, void* b, void*) {
   return CompareNoCase(Item(a)->GetName(), Item(b)->GetName());
 }
 
-int CSortRNode::CompareNoCase(const WChar* a, const WChar* b) { return CompareTextNoCase(a, b); }
+int CSortRNode::CompareNoCase(const WChar* a, const WChar* b) {
+  return CompareTextNoCase(a, b);
+}
 
-int CSortRNode::CompareValue(LONG a, LONG b) { return CompareNumber(a, b); }
+int CSortRNode::CompareValue(LONG a, LONG b) {
+  return CompareNumber(a, b);
+}
 
 }  // namespace vosmere

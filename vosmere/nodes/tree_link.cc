@@ -8,7 +8,9 @@ namespace vosmere {
 
 RNode::~RNode() = default;
 
-RNode* RNode::New(CBaseNode* item, tagNODETYPE type) { return new (std::nothrow) RNode(item, type); }
+RNode* RNode::New(CBaseNode* item, tagNODETYPE type) {
+  return new (std::nothrow) RNode(item, type);
+}
 
 RNode* RNode::New2(CBaseNode* item, tagNODETYPE type) {
   RNode* const link = New(item, type);
@@ -16,6 +18,8 @@ RNode* RNode::New2(CBaseNode* item, tagNODETYPE type) {
   return link;
 }
 
-void RNode::Delete(RNode* link) { delete link; }
+void RNode::Delete(RNode* link) {
+  delete link;
+}
 
 }  // namespace vosmere

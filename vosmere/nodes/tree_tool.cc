@@ -11,19 +11,29 @@
 
 namespace vosmere {
 
-RNode* RNTool::GetParentNode(RNode* node) { return node->parent; }
+RNode* RNTool::GetParentNode(RNode* node) {
+  return node->parent;
+}
 
-RNode* RNTool::GetChildrenNode(RNode* node) { return node->firstChild; }
+RNode* RNTool::GetChildrenNode(RNode* node) {
+  return node->firstChild;
+}
 
-RNode* RNTool::GetNextNode(RNode* node) { return node->next; }
+RNode* RNTool::GetNextNode(RNode* node) {
+  return node->next;
+}
 
-RNode* RNTool::GerPrevNode(RNode* node) { return chain::IsHead(node) ? nullptr : node->prev; }
+RNode* RNTool::GerPrevNode(RNode* node) {
+  return chain::IsHead(node) ? nullptr : node->prev;
+}
 
 RNode* RNTool::GetHeadNode(RNode* node) {
   return node->parent ? node->parent->firstChild : chain::FindHead(node);
 }
 
-RNode* RNTool::GetLastNode(RNode*) { return nullptr; }
+RNode* RNTool::GetLastNode(RNode*) {
+  return nullptr;
+}
 
 RNode* RNTool::GetRootNode(RNode* node) {
   while (node->parent) node = node->parent;
@@ -82,9 +92,14 @@ void RNTool::MoveRNodeInDataTree(RNode* newParent, RNode* node, RNode* before) {
     InsertAsChild(newParent, node);
 }
 
+void RNTool::ReplaceSingleRNode(RNode* oldLink, RNode* newLink) {
+  InsertBefore(oldLink, newLink);
+  chain::Unlink(oldLink->parent->firstChild, oldLink);
+  oldLink->parent = nullptr;
+}
+
 RNode* RNTool::SetParent(RNode* member, RNode* newParent) {
   RNode* const oldParent = member->parent;
-  if (oldParent && oldParent == newParent) return oldParent;
   RNode* const head = GetHeadNode(member);
   for (RNode* link = head; link; link = link->next) link->parent = newParent;
   if (oldParent) oldParent->firstChild = nullptr;
@@ -191,7 +206,8 @@ void DeleteTree(RNode* root) {
     CBaseNode::Delete(link->item);
     RNode::Delete(link);
   };
-  WalkBelow(root, [](RNode*) { return true; }, deleteLink);
+  WalkBelow(
+      root, [](RNode*) { return true; }, deleteLink);
   deleteLink(root);
 }
 

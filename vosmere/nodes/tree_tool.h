@@ -53,10 +53,13 @@ class VOSMERE_API RNTool {
   /// Moves `node`, which has a parent, with everything below it under `newParent`: right before
   /// `before`, or as the last child when `before` is null. Moving within one parent works.
   static void MoveRNodeInDataTree(RNode* newParent, RNode* node, RNode* before);
+  /// Puts `newLink` in the place of `oldLink`, which has a parent. Both keep their children;
+  /// `oldLink` is then on its own.
+  static void ReplaceSingleRNode(RNode* oldLink, RNode* newLink);
   /// Moves the whole chain of `member` under `newParent`, whose former children are dropped, not
   /// freed, and keep their `parent` until they are linked again; null makes the chain top-level.
-  /// Returns the old parent, which is then childless, or null. Under its own parent a chain stays as
-  /// it is.
+  /// Returns the old parent, which is then childless, or null. Under its own parent a chain stays
+  /// as it is.
   static RNode* SetParent(RNode* member, RNode* newParent);
 
   // Copying, marking, searching, ordering.
@@ -83,8 +86,8 @@ class VOSMERE_API RNTool {
   static BSTR CreateUUID();
 };
 
-/// Frees `root` and everything below it, items and links. Null is ignored. A collection's local tree
-/// (CColctNode::GetLocRNodeRoot) has an owner of its own and is not freed.
+/// Frees `root` and everything below it, items and links. Null is ignored. A collection's local
+/// tree (CColctNode::GetLocRNodeRoot) has an owner of its own and is not freed.
 VOSMERE_API void DeleteTree(RNode* root);
 
 }  // namespace vosmere

@@ -5,8 +5,9 @@
 
 namespace vosmere {
 
-/// Visits every link below `top`, not `top` itself: `enter(link)` before its children, `leave(link)`
-/// after them. The children are visited when `enter` returns true. `leave` may free the link.
+/// Visits every link below `top`, not `top` itself: `enter(link)` before its children,
+/// `leave(link)` after them. The children are visited when `enter` returns true. `leave` may free
+/// the link.
 template <class Enter, class Leave>
 void WalkBelow(RNode* top, Enter enter, Leave leave) {
   RNode* link = top->firstChild;

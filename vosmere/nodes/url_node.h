@@ -31,9 +31,11 @@ class VOSMERE_API CUrlNode : public CBaseNode {
 
   ~CUrlNode() override;
 
-  /// Intended: null and a text that is too long are ignored, the old address stays; author and
-  /// related address are cleared instead. A page never loses its address to a bad one.
+  /// Null clears.
+  /// Intended: a text that is too long is ignored and the old address stays, while author and
+  /// related address are cleared. A page never loses its address to an over-long one.
   void SetUrl(const WChar* url) { url_.AssignIfShorter(url, kTextLimit); }
+  /// Null only after SetUrl with null.
   WChar* GetUrl() const { return url_.get(); }
 
   /// Null and a text that is too long clear the author.

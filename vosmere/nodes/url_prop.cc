@@ -1,6 +1,5 @@
 #include "vosmere/nodes/url_prop.h"
 
-#include <string_view>
 #include <unordered_set>
 
 #include "vosmere/base/chain.h"
@@ -37,12 +36,17 @@ CUrlProp::CUrlProp(CUrlProp* source)
   }
 }
 
-CUrlProp::~CUrlProp() { DeleteTagsList(tags_); }
+CUrlProp::~CUrlProp() {
+  DeleteTagsList(tags_);
+}
 
-CUrlProp::TagList* CUrlProp::DetachTagsHead() { return std::exchange(tags_, nullptr); }
+CUrlProp::TagList* CUrlProp::DetachTagsHead() {
+  return std::exchange(tags_, nullptr);
+}
 
 bool CUrlProp::HasTag(const WChar* tag) const {
-  return tag && chain::Find(tags_, [tag](TagList* cell) { return SameTextNoCase(cell->data, tag); });
+  return tag &&
+         chain::Find(tags_, [tag](TagList* cell) { return SameTextNoCase(cell->data, tag); });
 }
 
 CUrlProp::TagList* CUrlProp::CreateRBstrItem(const WChar* text) {

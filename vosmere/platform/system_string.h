@@ -1,5 +1,5 @@
-// System strings (`BSTR`): zero-terminated UTF-16 with its length in bytes in the four bytes before.
-// On Windows these are the system's own, so a text may be freed with either.
+// System strings (`BSTR`): zero-terminated UTF-16 with its length in bytes in the four bytes
+// before. On Windows these are the system's own, so a text may be freed with either.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +16,8 @@ VOSMERE_API BSTR SysAllocString(const WChar* text);
 /// A zero unit always follows. Null without memory or when the length does not fit the prefix.
 VOSMERE_API BSTR SysAllocStringLen(const WChar* text, std::size_t length);
 
-/// Replaces `*string` by a copy of `text`, which may lie within it. False, with `*string` unchanged,
-/// without memory; 1 else.
+/// Replaces `*string` by a copy of `text`, which may lie within it. False, with `*string`
+/// unchanged, without memory; 1 else.
 VOSMERE_API int SysReAllocString(BSTR* string, const WChar* text);
 
 /// Length in units, from the prefix; 0 for null.

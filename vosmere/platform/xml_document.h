@@ -7,7 +7,8 @@
 //   document that merely names such a thing loads; one whose text needs it is refused.
 // - Internal entities and attribute defaults are expanded, within bounds: a document that expands
 //   out of proportion to its size is refused quickly and in little memory.
-// - Elements nest at most `kMaxXmlDepth` levels where the parser is ours to set, else as deep as the
+// - Elements nest at most `kMaxXmlDepth` levels where the parser is ours to set, else as deep as
+// the
 //   system's DOM loads; deeper documents are refused.
 #pragma once
 

@@ -25,7 +25,8 @@ class VOSMERE_API CBaseTool {
   /// cannot convert gives an empty text.
   /// Intended: the zone's sign is that of the seconds to add to reach UTC, so east of Greenwich is
   /// written with "-" and west with "+", against the usual convention. Readers of these dates apply
-  /// it the same way round. Offset 0 is written as "GMT"; daylight saving never counts in the offset.
+  /// it the same way round. Offset 0 is written as "GMT"; daylight saving never counts in the
+  /// offset.
   static bool GetPubDate(LONG seconds, WChar* text, int capacity);
 
   /// The modifier keys held now: 0 none, 1 Shift, 2 Control, 3 Alt alone, 4 Shift and Control (Alt

@@ -9,7 +9,9 @@
 
 namespace vosmere {
 
-CChunkBuffer::~CChunkBuffer() { Clear(); }
+CChunkBuffer::~CChunkBuffer() {
+  Clear();
+}
 
 bool CChunkBuffer::Append(const void* bytes, int length) {
   if (length <= 0) return true;
@@ -44,8 +46,7 @@ void CChunkBuffer::Clear() {
 // Record and block are one piece of memory, so there is one allocation to fail.
 Chunk* CChunkBuffer::NewChunk() {
   void* const memory = ::operator new(sizeof(Chunk) + kChunkSize);
-  auto* const chunk =
-      new (memory) Chunk{static_cast<char*>(memory) + sizeof(Chunk), 0, nullptr};
+  auto* const chunk = new (memory) Chunk{static_cast<char*>(memory) + sizeof(Chunk), 0, nullptr};
   (tail_ ? tail_->next : head_) = chunk;
   return tail_ = chunk;
 }

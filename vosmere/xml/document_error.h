@@ -6,13 +6,13 @@ namespace vosmere {
 
 /// Why a load or save failed.
 enum class DocumentFault : LONG {
-  kNone,               ///< it did not fail
-  kCannotOpen,         ///< the file is missing, unreadable, a directory, or cannot be created
-  kCannotRead,         ///< reading stopped half-way
-  kMalformed,          ///< not well-formed XML, or in an encoding that is not known
-  kTooDeep,            ///< elements nested deeper than the platform loads
-  kExpandsTooMuch,     ///< its entities or defaults would expand out of proportion
-  kRefersOutside,      ///< its text needs an entity that is not in the document
+  kNone,            ///< it did not fail
+  kCannotOpen,      ///< the file is missing, unreadable, a directory, or cannot be created
+  kCannotRead,      ///< reading stopped half-way
+  kMalformed,       ///< not well-formed XML, or in an encoding that is not known
+  kTooDeep,         ///< elements nested deeper than the platform loads
+  kExpandsTooMuch,  ///< its entities or defaults would expand out of proportion
+  kRefersOutside,   ///< its text needs an entity that is not in the document
   kNoMemory,
   kParserUnavailable,  ///< the platform has no XML parser to offer
   kHandlerFailed,      ///< the document's reader gave up

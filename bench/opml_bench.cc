@@ -1,0 +1,185 @@
+// Loading and saving a collection tree of 10 MB, beside libxml2 and pugixml.
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "bench/live_bytes.h"
+#include "bench/opml_peers.h"
+#include "bench/sample_tree.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/xml/opml_reader.h"
+#include "vosmere/xml/opml_writer.h"
+
+namespace vosmere::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kDocumentBytes = 10 * 1000 * 1000;
+constexpr double kPeakLimit = 6;  // bytes of memory for each byte read, items included
+
+[[noreturn]] void Die(const char* what) {
+  std::fprintf(stderr, "opml_bench: %s\n", what);
+  std::exit(1);
+}
+
+std::string ReadAll(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool SaveWithVosmere(RNode* root, const char* path) {
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(root);
+  const std::u16string wide = fs::path(path).u16string();
+  std::vector<WChar> units(wide.begin(), wide.end());
+  units.push_back(0);
+  return writer.SaveToFile(units.data());
+}
+
+RNode* ReadWithVosmere(const std::string& document) {
+  CReadColctTreeOPML reader;
+  reader.LoadXML(document.data(), static_cast<int>(document.size()));
+  return reader.DetachTreeRoot();
+}
+
+/// The document, the tree that it gives, and a place to save to.
+class Sample {
+ public:
+  static Sample& Get() {
+    static Sample sample;
+    return sample;
+  }
+
+  const std::string& document() const { return document_; }
+  RNode* tree() const { return tree_; }
+  const char* path() const { return path_.c_str(); }
+
+ private:
+  Sample() : path_(fs::temp_directory_path() / "vosmere_bench.opml") {
+    RNode* const made = NewSampleTree(kDocumentBytes);
+    document_ = Saved(made);
+    DeleteTree(made);
+    tree_ = ReadWithVosmere(document_);
+    CheckPeers();
+  }
+  ~Sample() {
+    DeleteTree(tree_);
+    fs::remove(path_);
+  }
+
+  std::string Saved(RNode* root) {
+    if (!root || !SaveWithVosmere(root, path())) Die("the tree cannot be saved");
+    return ReadAll(path_);
+  }
+
+  // A comparison is fair only between equal results.
+  void CheckPeers() {
+    const std::string expected = Saved(tree_);
+    const auto check = [&](RNode* root) {
+      if (Saved(root) != expected) Die("the peers' trees differ");
+      DeleteTree(root);
+    };
+    check(ReadWithLibxml2(document_));
+    check(ReadWithPugixml(document_));
+    SaveWithLibxml2(tree_, path());
+    check(ReadWithVosmere(ReadAll(path_)));
+    PugixmlDocument(document_).Save(path());
+    check(ReadWithVosmere(ReadAll(path_)));
+  }
+
+  fs::path path_;
+  std::string document_;
+  RNode* tree_ = nullptr;
+};
+
+/// Loads again and again; what is built is freed between the measurements.
+template <class Load, class Free>
+void MeasureLoad(benchmark::State& state, Load load, Free free) {
+  const std::string& document = Sample::Get().document();
+  std::size_t peak = 0;
+  {
+    const HeapCount heap;
+    free(load(document));
+    peak = heap.peak();
+  }
+  for (auto _ : state) {
+    const auto start = std::chrono::steady_clock::now();
+    const auto result = load(document);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    state.SetIterationTime(taken.count());
+    free(result);
+  }
+  state.SetBytesProcessed(state.iterations() * document.size());
+  state.counters["peak/byte"] = static_cast<double>(peak) / document.size();
+}
+
+template <RNode* (*Read)(const std::string&)>
+void BM_OpmlLoad(benchmark::State& state) {
+  MeasureLoad(state, Read, DeleteTree);
+  if (Read == ReadWithVosmere)
+    state.SetLabel(state.counters["peak/byte"] <= kPeakLimit ? "peak at most 6: yes"
+                                                             : "peak at most 6: NO");
+}
+
+template <bool (*Parse)(const std::string&)>
+void BM_OpmlParse(benchmark::State& state) {
+  MeasureLoad(state, Parse, [](bool) {});
+}
+
+/// The number of system calls that this process has made to write.
+long WriteCalls() {
+  std::ifstream io("/proc/self/io");
+  std::string key;
+  long count = 0;
+  while (io >> key >> count)
+    if (key == "syscw:") return count;
+  return 0;
+}
+
+template <class Save>
+void MeasureSave(benchmark::State& state, Save save) {
+  const Sample& sample = Sample::Get();
+  const long before = WriteCalls();
+  {
+    const HeapCount heap;
+    save();
+    state.counters["allocs"] = static_cast<double>(heap.allocations());
+    state.counters["peak/byte"] = static_cast<double>(heap.peak()) / sample.document().size();
+  }
+  state.counters["writes"] = static_cast<double>(WriteCalls() - before);
+  for (auto _ : state)
+    if (!save()) state.SkipWithError("the file cannot be saved");
+  state.SetBytesProcessed(state.iterations() * sample.document().size());
+}
+
+template <bool (*Save)(RNode*, const char*)>
+void BM_OpmlSave(benchmark::State& state) {
+  const Sample& sample = Sample::Get();
+  MeasureSave(state, [&] { return Save(sample.tree(), sample.path()); });
+}
+
+void BM_OpmlSaveReady(benchmark::State& state) {
+  const Sample& sample = Sample::Get();
+  const PugixmlDocument ready(sample.document());
+  MeasureSave(state, [&] { return ready.Save(sample.path()); });
+}
+
+BENCHMARK(BM_OpmlLoad<ReadWithVosmere>)->Name("OpmlLoad/vosmere")->UseManualTime();
+BENCHMARK(BM_OpmlLoad<ReadWithLibxml2>)->Name("OpmlLoad/libxml2")->UseManualTime();
+BENCHMARK(BM_OpmlLoad<ReadWithPugixml>)->Name("OpmlLoad/pugixml")->UseManualTime();
+BENCHMARK(BM_OpmlParse<ParseWithLibxml2>)->Name("OpmlParseOnly/libxml2")->UseManualTime();
+BENCHMARK(BM_OpmlParse<ParseWithPugixml>)->Name("OpmlParseOnly/pugixml")->UseManualTime();
+BENCHMARK(BM_OpmlSave<SaveWithVosmere>)->Name("OpmlSave/vosmere")->UseRealTime();
+BENCHMARK(BM_OpmlSave<SaveWithLibxml2>)->Name("OpmlSave/libxml2")->UseRealTime();
+BENCHMARK(BM_OpmlSaveReady)->Name("OpmlSave/pugixml")->UseRealTime();
+
+}  // namespace
+}  // namespace vosmere::bench

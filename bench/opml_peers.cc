@@ -1,0 +1,387 @@
+#include "bench/opml_peers.h"
+
+#include <libxml/parser.h>
+#include <libxml/xmlwriter.h>
+
+#include <algorithm>
+#include <charconv>
+#include <pugixml.hpp>
+#include <string_view>
+#include <vector>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/folder_node.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/platform/posix/utf8.h"
+#include "vosmere/xml/namespaces.h"
+
+namespace vosmere::bench {
+namespace {
+
+/// Makes items out of elements and attributes, whatever library they come from.
+class TreeBuilder {
+ public:
+  RNode* NewFolder(RNode* parent) { return Link(parent, CFolderNode::New(), NT_FOLDER); }
+  RNode* NewColct(RNode* parent) { return Link(parent, CColctNode::New(), NT_COLCT); }
+
+  void SetName(RNode* link, std::string_view value) { link->item->SetName(Wide(value)); }
+
+  void OutlineAttribute(RNode* link, std::string_view name, std::string_view value) {
+    if (value.empty()) return;
+    if (name == "text" || name == "title") {
+      SetName(link, value);
+    } else if (name == "description") {
+      link->item->SetDescription(Wide(value));
+    } else if (link->type == NT_COLCT && name == "xmlUrl") {
+      WChar* const path = Wide(value);
+      std::replace(path, path + WideLength(path), WChar{'/'}, WChar{'\\'});
+      static_cast<CColctNode*>(link->item)->SetUrl(path);
+    } else if (link->type == NT_COLCT && name == "htmlUrl") {
+      static_cast<CColctNode*>(link->item)->SetRelationUrl(Wide(value));
+    }
+  }
+
+  void SyncAttribute(RNode* link, std::string_view name, std::string_view value) {
+    if (name == "id")
+      link->item->SetUUID(Wide(value));
+    else if (name == "version")
+      link->item->SetVersion(Number(value));
+    else if (name == "deleted" && value == "true")
+      link->item->SetAsDeleted(true);
+  }
+
+  void StatAttribute(RNode* link, std::string_view name, std::string_view value) {
+    CNodeStat& stat = *link->item->GetNodeStat();
+    if (name == "added")
+      SetTime(stat, value, CNodeStat::kAdded);
+    else if (name == "modified")
+      SetTime(stat, value, CNodeStat::kModified);
+    else if (name == "lastVisited")
+      SetTime(stat, value, CNodeStat::kLastVisited);
+    else if (name == "flag")
+      stat.SetFlag(Number(value));
+    else if (name == "unread" && value == "true")
+      stat.MarkAsUnread(true);
+  }
+
+  void ViewAttribute(RNode* link, std::string_view name, std::string_view value) {
+    if (link->type == NT_COLCT && name == "expand" && value == "true")
+      static_cast<CColctNode*>(link->item)->GetColctNetData()->SetColctExpandState(true);
+  }
+
+ private:
+  static RNode* Link(RNode* parent, CBaseNode* item, tagNODETYPE type) {
+    RNode* const link = RNode::New2(item, type);
+    if (parent) RNTool::InsertAsChild(parent, link);
+    return link;
+  }
+
+  static int Number(std::string_view value) {
+    int number = 0;
+    std::from_chars(value.data(), value.data() + value.size(), number);
+    return number;
+  }
+
+  static void SetTime(CNodeStat& stat, std::string_view value, ULONG which) {
+    const LONG time = Number(value);
+    stat.SetStatTime(time, time, time, which);
+  }
+
+  WChar* Wide(std::string_view utf8) {
+    if (wide_.size() <= utf8.size()) wide_.resize(utf8.size() * 2 + 1);
+    wide_[utf8::Decode(utf8.data(), utf8.size(), wide_.data(), utf8.size())] = 0;
+    return wide_.data();
+  }
+
+  std::vector<WChar> wide_;
+};
+
+/// One reader for both libraries; `Dom` says how theirs is walked.
+template <class Dom>
+class TreeReader {
+ public:
+  using Node = typename Dom::Node;
+
+  RNode* Read(Node opml) {
+    RNode* const root = builder_.NewFolder(nullptr);
+    Dom::ForEachChild(opml, [&](Node part) {
+      if (Dom::Named(part, "head"))
+        ReadHead(part, root);
+      else if (Dom::Named(part, "body"))
+        ReadContent(part, root);
+    });
+    return root;
+  }
+
+ private:
+  void ReadHead(Node head, RNode* root) {
+    Dom::ForEachChild(head, [&](Node node) {
+      if (Dom::Named(node, "title")) builder_.SetName(root, Dom::Text(node));
+    });
+  }
+
+  void ReadContent(Node element, RNode* link) {
+    Dom::ForEachChild(element, [&](Node node) {
+      if (Dom::Named(node, "outline"))
+        ReadOutline(node, link);
+      else if (Dom::Named(node, "sx:sync"))
+        Apply<&TreeBuilder::SyncAttribute>(node, link);
+      else if (Dom::Named(node, "vsm:stat"))
+        Apply<&TreeBuilder::StatAttribute>(node, link);
+      else if (Dom::Named(node, "vsm:view"))
+        Apply<&TreeBuilder::ViewAttribute>(node, link);
+    });
+  }
+
+  void ReadOutline(Node node, RNode* parent) {
+    RNode* const link = IsColct(node) ? builder_.NewColct(parent) : builder_.NewFolder(parent);
+    Apply<&TreeBuilder::OutlineAttribute>(node, link);
+    ReadContent(node, link);
+  }
+
+  static bool IsColct(Node node) {
+    bool hasType = false, isRss = false, hasUrl = false;
+    Dom::ForEachAttribute(node, [&](std::string_view name, std::string_view value) {
+      if (name == "xmlUrl") hasUrl = true;
+      if (name == "type") hasType = true, isRss = value == "rss";
+    });
+    return hasType ? isRss : hasUrl;
+  }
+
+  template <auto Attribute>
+  void Apply(Node node, RNode* link) {
+    Dom::ForEachAttribute(node, [&](std::string_view name, std::string_view value) {
+      (builder_.*Attribute)(link, name, value);
+    });
+  }
+
+  TreeBuilder builder_;
+};
+
+// libxml2.
+
+std::string_view View(const xmlChar* text) {
+  return text ? std::string_view(reinterpret_cast<const char*>(text)) : std::string_view();
+}
+
+struct Libxml2Dom {
+  using Node = const xmlNode*;
+
+  static bool Named(Node node, std::string_view name) {
+    const std::string_view local = View(node->name);
+    const std::string_view prefix = node->ns ? View(node->ns->prefix) : std::string_view();
+    if (prefix.empty()) return local == name;
+    return name.size() == prefix.size() + 1 + local.size() && name.substr(0, prefix.size()) == prefix &&
+           name[prefix.size()] == ':' && name.substr(prefix.size() + 1) == local;
+  }
+
+  static std::string_view Text(Node node) {
+    return node->children ? View(node->children->content) : std::string_view();
+  }
+
+  template <class Visit>
+  static void ForEachChild(Node node, Visit visit) {
+    for (Node child = node->children; child; child = child->next)
+      if (child->type == XML_ELEMENT_NODE) visit(child);
+  }
+
+  template <class Visit>
+  static void ForEachAttribute(Node node, Visit visit) {
+    for (const xmlAttr* attribute = node->properties; attribute; attribute = attribute->next)
+      visit(View(attribute->name),
+            attribute->children ? View(attribute->children->content) : std::string_view());
+  }
+};
+
+xmlDoc* ParseLibxml2(const std::string& document) {
+  return xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr, nullptr,
+                       XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_COMPACT);
+}
+
+/// Writes what CWriteColctTreeOPML writes, through one xmlTextWriter.
+class Libxml2Writer {
+ public:
+  explicit Libxml2Writer(const char* path) : writer_(xmlNewTextWriterFilename(path, 0)) {}
+  ~Libxml2Writer() { xmlFreeTextWriter(writer_); }
+  Libxml2Writer(const Libxml2Writer&) = delete;
+  Libxml2Writer& operator=(const Libxml2Writer&) = delete;
+
+  bool Write(RNode* root) {
+    if (!writer_) return false;
+    xmlTextWriterStartDocument(writer_, nullptr, "UTF-8", nullptr);
+    Start("opml");
+    Attribute("version", "2.0");
+    Attribute("xmlns:vsm", VOSMERE_NAMESPACE_VSM);
+    Attribute("xmlns:dc", VOSMERE_NAMESPACE_DC);
+    Attribute("xmlns:sx", VOSMERE_NAMESPACE_SX);
+    Start("head");
+    Start("title");
+    xmlTextWriterWriteString(writer_, Bytes(root->item->GetName()));
+    End();
+    Start("vsm:opml");
+    Attribute("version", "1");
+    End();
+    End();
+    Start("body");
+    WriteSync(*root->item);
+    WriteChildren(root);
+    End();
+    End();
+    return xmlTextWriterEndDocument(writer_) >= 0;
+  }
+
+ private:
+  void WriteChildren(RNode* folder) {
+    for (RNode* link = folder->firstChild; link; link = link->next) WriteOutline(link);
+  }
+
+  void WriteOutline(RNode* link) {
+    CBaseNode& item = *link->item;
+    Start("outline");
+    Attribute("text", item.GetName());
+    if (*item.GetDescription()) Attribute("description", item.GetDescription());
+    if (link->type == NT_COLCT)
+      WriteColct(static_cast<CColctNode&>(item));
+    else
+      WriteSync(item);
+    WriteChildren(link);
+    End();
+    NewLine();
+  }
+
+  void WriteColct(CColctNode& colct) {
+    Attribute("type", "rss");
+    const WideView url(colct.GetUrl());
+    path_.assign(url.begin(), url.end() + 1);
+    std::replace(path_.begin(), path_.end(), WChar{'\\'}, WChar{'/'});
+    Attribute("xmlUrl", path_.data());
+    WriteStat(*colct.GetNodeStat());
+    WriteSync(colct);
+    const CColctNetData& net = *colct.GetColctNetData();
+    if (net.GetOwner()) {
+      xmlTextWriterWriteElement(writer_, Xml("vsm:owner"), Bytes(net.GetOwner()));
+      NewLine();
+    }
+    if (net.GetColctExpandState()) {
+      Start("vsm:view");
+      Attribute("expand", "true");
+      End();
+      NewLine();
+    }
+  }
+
+  void WriteStat(const CNodeStat& stat) {
+    LONG added = 0, modified = 0, lastVisited = 0;
+    stat.GetStatTime(&added, &modified, &lastVisited);
+    Start("vsm:stat");
+    Attribute("added", added);
+    Attribute("modified", modified);
+    Attribute("lastVisited", lastVisited);
+    if (stat.GetFlag() != 0) Attribute("flag", stat.GetFlag());
+    if (stat.IsUnread()) Attribute("unread", "true");
+    End();
+    NewLine();
+  }
+
+  void WriteSync(const CBaseNode& item) {
+    if (!*item.GetUUID()) return;
+    Start("sx:sync");
+    Attribute("id", item.GetUUID());
+    if (item.GetVersion() != 0) Attribute("version", item.GetVersion());
+    xmlTextWriterFullEndElement(writer_);
+  }
+
+  void Start(const char* name) { xmlTextWriterStartElement(writer_, Xml(name)); }
+  void End() { xmlTextWriterEndElement(writer_); }
+  void NewLine() { xmlTextWriterWriteRaw(writer_, Xml("\r\n")); }
+  void Attribute(const char* name, const char* value) {
+    xmlTextWriterWriteAttribute(writer_, Xml(name), Xml(value));
+  }
+  void Attribute(const char* name, const WChar* value) {
+    xmlTextWriterWriteAttribute(writer_, Xml(name), Bytes(value));
+  }
+  void Attribute(const char* name, int value) {
+    char digits[12];
+    *std::to_chars(digits, digits + sizeof digits - 1, value).ptr = 0;
+    Attribute(name, digits);
+  }
+
+  static const xmlChar* Xml(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
+
+  const xmlChar* Bytes(const WChar* text) {
+    const WideView view(text);
+    bytes_.resize(view.size * utf8::kMaxBytesPerUnit + 1);
+    bytes_[utf8::Encode(view.data, view.size, bytes_.data(), bytes_.size())] = 0;
+    return Xml(bytes_.data());
+  }
+
+  xmlTextWriter* writer_;
+  std::vector<char> bytes_;
+  std::vector<WChar> path_;
+};
+
+// pugixml.
+
+struct PugixmlDom {
+  using Node = pugi::xml_node;
+
+  static bool Named(Node node, std::string_view name) { return node.name() == name; }
+  static std::string_view Text(Node node) { return node.child_value(); }
+
+  template <class Visit>
+  static void ForEachChild(Node node, Visit visit) {
+    for (Node child = node.first_child(); child; child = child.next_sibling())
+      if (child.type() == pugi::node_element) visit(child);
+  }
+
+  template <class Visit>
+  static void ForEachAttribute(Node node, Visit visit) {
+    for (pugi::xml_attribute attribute : node.attributes())
+      visit(attribute.name(), attribute.value());
+  }
+};
+
+}  // namespace
+
+RNode* ReadWithLibxml2(const std::string& document) {
+  xmlDoc* const dom = ParseLibxml2(document);
+  RNode* const root = TreeReader<Libxml2Dom>().Read(xmlDocGetRootElement(dom));
+  xmlFreeDoc(dom);
+  return root;
+}
+
+bool ParseWithLibxml2(const std::string& document) {
+  xmlDoc* const dom = ParseLibxml2(document);
+  xmlFreeDoc(dom);
+  return dom != nullptr;
+}
+
+RNode* ReadWithPugixml(const std::string& document) {
+  pugi::xml_document dom;
+  dom.load_buffer(document.data(), document.size());
+  return TreeReader<PugixmlDom>().Read(dom.document_element());
+}
+
+bool ParseWithPugixml(const std::string& document) {
+  pugi::xml_document dom;
+  return static_cast<bool>(dom.load_buffer(document.data(), document.size()));
+}
+
+bool SaveWithLibxml2(RNode* root, const char* path) { return Libxml2Writer(path).Write(root); }
+
+struct PugixmlDocument::Content {
+  pugi::xml_document dom;
+};
+
+PugixmlDocument::PugixmlDocument(const std::string& document) : content_(new Content) {
+  content_->dom.load_buffer(document.data(), document.size(), pugi::parse_full);
+}
+
+PugixmlDocument::~PugixmlDocument() { delete content_; }
+
+bool PugixmlDocument::Save(const char* path) const {
+  return content_->dom.save_file(path, "", pugi::format_raw);
+}
+
+}  // namespace vosmere::bench

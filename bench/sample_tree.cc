@@ -1,0 +1,134 @@
+#include "bench/sample_tree.h"
+
+#include <cstdio>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/folder_node.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/platform/posix/utf8.h"
+
+namespace vosmere::bench {
+namespace {
+
+constexpr int kDeepest = 6;
+constexpr std::string_view kWords[] = {
+    "news",    "travel",  "recipes", "weather", "music",  "garden", "science", "history",
+    "reading", "cinema",  "sports",  "finance", "design", "photos", "archive", "weekly",
+    "daily",   "journal", "notes",   "letters", "maps",   "radio",  "museum",  "library"};
+constexpr std::string_view kAccented[] = {"Café", "Zürich", "naïve", "Málaga", "crème brûlée",
+                                          "Ærøskøbing", "Łódź", "São Paulo"};
+constexpr std::string_view kChinese[] = {"新闻", "旅行", "天气预报", "音乐", "图书馆", "每日阅读"};
+
+class Wide {
+ public:
+  explicit Wide(std::string_view utf8) : units_(utf8.size() + 1) {
+    utf8::Decode(utf8.data(), utf8.size(), units_.data(), units_.size());
+  }
+  operator const WChar*() const { return units_.data(); }
+
+ private:
+  std::vector<WChar> units_;
+};
+
+class Generator {
+ public:
+  explicit Generator(std::size_t bytes) : wanted_(bytes) {}
+
+  RNode* Tree() {
+    RNode* const root = NewFolder(nullptr);
+    while (written_ < wanted_) FillFolder(NewFolder(root), 1);
+    return root;
+  }
+
+ private:
+  unsigned Below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+  bool OneIn(unsigned count) { return Below(count) == 0; }
+
+  template <std::size_t N>
+  std::string_view Any(const std::string_view (&words)[N]) {
+    return words[Below(N)];
+  }
+
+  std::string Words(unsigned count) {
+    std::string text;
+    for (unsigned i = 0; i < count; ++i) {
+      if (i > 0) text += ' ';
+      text += OneIn(12) ? Any(kAccented) : OneIn(16) ? Any(kChinese) : Any(kWords);
+    }
+    return text;
+  }
+
+  std::string Address() {
+    std::string text = "https:\\\\www.";
+    const std::size_t length = 60 + Below(51) - 4;
+    while (text.size() < length) {
+      text += Any(kWords);
+      text += OneIn(5) ? '-' : '\\';
+    }
+    text.resize(length);
+    return text + ".rss";
+  }
+
+  std::string Uuid() {
+    const auto word = [this] { return static_cast<unsigned>(random_() & 0xFFFF); };
+    char text[37];
+    std::snprintf(text, sizeof text, "%04x%04x-%04x-4%03x-a%03x-%04x%04x%04x", word(), word(),
+                  word(), word() & 0xFFF, word() & 0xFFF, word(), word(), word());
+    return text;
+  }
+
+  RNode* NewLink(RNode* parent, CBaseNode* item, tagNODETYPE type) {
+    const std::string name = Words(2 + Below(4));
+    item->SetName(Wide(name));
+    item->SetUUID(Wide(Uuid()));
+    item->SetVersion(static_cast<int>(1 + Below(40)));
+    written_ += name.size() + 110;  // with the markup and the synchronisation element
+    if (OneIn(3)) {
+      const std::string description = Words(8 + Below(12));
+      item->SetDescription(Wide(description));
+      written_ += description.size() + 15;
+    }
+    RNode* const link = RNode::New2(item, type);
+    if (parent) RNTool::InsertAsChild(parent, link);
+    return link;
+  }
+
+  RNode* NewFolder(RNode* parent) { return NewLink(parent, CFolderNode::New(), NT_FOLDER); }
+
+  void FillFolder(RNode* folder, int depth) {
+    for (unsigned left = 6 + Below(12); left > 0; --left) NewColct(folder);
+    if (depth == kDeepest) return;
+    for (unsigned left = Below(3); left > 0; --left) FillFolder(NewFolder(folder), depth + 1);
+  }
+
+  void NewColct(RNode* folder) {
+    CColctNode* const colct = CColctNode::New();
+    NewLink(folder, colct, NT_COLCT);
+    const std::string address = Address();
+    colct->SetUrl(Wide(address));
+    const LONG added = static_cast<LONG>(1100000000 + Below(300000000));
+    CNodeStat& stat = *colct->GetNodeStat();
+    stat.SetStatTime(added, added + static_cast<LONG>(Below(10000000)),
+                     added + static_cast<LONG>(Below(20000000)),
+                     CNodeStat::kAdded | CNodeStat::kModified | CNodeStat::kLastVisited);
+    stat.MarkAsUnread(OneIn(4));
+    if (OneIn(6)) stat.SetFlag(static_cast<int>(1 + Below(5)));
+    if (OneIn(4)) colct->GetColctNetData()->SetOwner(Wide(Any(kAccented)));
+    if (OneIn(5)) colct->GetColctNetData()->SetColctExpandState(true);
+    written_ += address.size() + 115;  // with the statistics and what stands around the address
+  }
+
+  std::mt19937 random_{20240501};
+  std::size_t wanted_;
+  std::size_t written_ = 0;
+};
+
+}  // namespace
+
+RNode* NewSampleTree(std::size_t bytes) { return Generator(bytes).Tree(); }
+
+}  // namespace vosmere::bench

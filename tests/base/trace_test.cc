@@ -1,0 +1,32 @@
+#include "vosmere/base/trace.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/traces.h"
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+namespace {
+
+TEST(Trace, TakesWideTextsOfEitherKindBesideOthers) {
+  const OwnedBstr changeable = Bstr("größer");
+  const WChar* const constant = changeable.get();
+  const Traces traces;
+  Trace("%d %s %s %s\n", 7, "narrow", changeable.get(), constant);
+  Trace("[%s]\n", static_cast<const WChar*>(nullptr));
+  EXPECT_EQ(traces.lines(), (std::vector<std::string>{"7 narrow größer größer\n", "[]\n"}));
+}
+
+TEST(Trace, ALongTextIsCut) {
+  const Wide text = Repeated(100000);
+  const Traces traces;
+  Trace("%s\n", text.get());
+  ASSERT_EQ(traces.lines().size(), 1u);
+  EXPECT_LT(traces.lines()[0].size(), 5000u);
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,108 @@
+#include "vosmere/nodes/sort_node.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/tree.h"
+
+namespace vosmere::test {
+namespace {
+
+using SortBy = RNode* (CSortRNode::*)(RNode*, bool);
+
+/// Sorts the children, stores the head as callers do, and prints them.
+std::string Sorted(RNode* parent, SortBy sort, bool argument) {
+  CSortRNode sorter;
+  parent->firstChild = (sorter.*sort)(parent->firstChild, argument);
+  return ChainShape(parent->firstChild);
+}
+
+TEST(SortNode, ByNameInBothDirections) {
+  struct {
+    const char* names;
+    const char* descending;
+    const char* ascending;
+  } const cases[] = {
+      {"", "", ""},
+      {"a", "a", "a"},
+      {"apple Cherry banana", "Cherry banana apple", "apple banana Cherry"},
+      {"b B a A", "b B a A", "a A b B"},
+      {"ab abc", "ab abc", "ab abc"},  // the beginning of the next name counts as equal
+      {"abc ab", "abc ab", "ab abc"},  // but not the other way round
+      {"Z [ z", "Z z [", "[ Z z"},
+  };
+  for (const auto& c : cases) {
+    const std::string tree = "root(" + std::string(c.names) + ")";
+    EXPECT_EQ(Sorted(Tree(tree), &CSortRNode::Sort, false), c.descending);
+    EXPECT_EQ(Sorted(Tree(tree), &CSortRNode::Sort, true), c.ascending);
+  }
+}
+
+TEST(SortNode, ByEachTimeAndEqualTimesStay) {
+  struct {
+    SortBy sort;
+    const char* latestFirst;
+    const char* earliestFirst;
+  } const cases[] = {{&CSortRNode::SortByCreateTime, "c a b", "a b c"},
+                     {&CSortRNode::SortByModifyTime, "b a c", "c a b"},
+                     {&CSortRNode::SortByVisitTime, "a b c", "c b a"}};
+  for (const auto& c : cases) {
+    TreePtr tree = Tree("root(a b c)");
+    tree["a"]->item->GetNodeStat()->SetStatTime(1, 2, 2147483647, ~0u);
+    tree["b"]->item->GetNodeStat()->SetStatTime(1, 3, 0, ~0u);
+    tree["c"]->item->GetNodeStat()->SetStatTime(2, -5, -2147483647 - 1, ~0u);
+    EXPECT_EQ(Sorted(tree, c.sort, false), c.latestFirst);
+    EXPECT_EQ(Sorted(tree, c.sort, true), c.earliestFirst);
+  }
+}
+
+TEST(SortNode, OrderSortIgnoresOrderAndDirection) {
+  for (const bool ascending : {true, false}) {
+    TreePtr tree = Tree("root(apple Cherry banana)");
+    int order = 3;
+    for (RNode* link = tree->firstChild; link; link = link->next) link->item->SetOrder(order--);
+    EXPECT_EQ(Sorted(tree, &CSortRNode::SortByOrder, ascending), "Cherry banana apple");
+    EXPECT_EQ(Sorted(Tree("root(ab abc)"), &CSortRNode::SortByOrder, ascending), "ab abc");
+    EXPECT_EQ(Sorted(Tree("root(ab abc z)"), &CSortRNode::SortByOrder, ascending), "z ab abc");
+  }
+}
+
+TEST(SortNode, ANullNameSortsAsTheEmptyOne) {
+  TreePtr tree = Tree("root(b x)");
+  tree["x"]->item->SetName(nullptr);
+  EXPECT_EQ(Sorted(tree, &CSortRNode::Sort, true), "(null) b");
+}
+
+struct Sorter : CSortRNode {
+  using CSortRNode::BubbleSort;
+  using CSortRNode::CompareByOrderAsc;
+  using CSortRNode::CompareByOrderDes;
+  using CSortRNode::CompareItemByCol;
+  using CSortRNode::SwapWithNext;
+};
+
+TEST(SortNode, DerivedSortersSeeWhetherAnythingMoved) {
+  TreePtr tree = Tree("root(a b)");
+  Sorter sorter;
+  EXPECT_FALSE(sorter.BubbleSort(&tree->firstChild, Sorter::CompareItemByCol, nullptr, true));
+  EXPECT_TRUE(sorter.BubbleSort(&tree->firstChild, Sorter::CompareItemByCol, nullptr, false));
+  EXPECT_EQ(Shape(tree), "root(b a)");
+  sorter.SwapWithNext(tree->firstChild, &tree->firstChild);
+  EXPECT_EQ(Shape(tree), "root(a b)");
+}
+
+TEST(SortNode, ComparisonsForDerivedSorters) {
+  TreePtr tree = Tree("root(a b)");
+  void* const a = tree["a"]->item;
+  void* const b = tree["b"]->item;
+  tree["b"]->item->GetNodeStat()->SetStatTime(2147483647, 2147483647, 2147483647, ~0u);
+  for (int column : {1, 2, 3}) EXPECT_EQ(Sorter::CompareItemByCol(a, b, &column), -1) << column;
+  for (int column : {4, -1}) EXPECT_EQ(Sorter::CompareItemByCol(a, b, &column), 0) << column;
+  EXPECT_LT(Sorter::CompareItemByCol(a, b, nullptr), 0);
+  EXPECT_GT(Sorter::CompareByOrderAsc(a, b, nullptr), 0);
+  EXPECT_LT(Sorter::CompareByOrderDes(a, b, nullptr), 0);
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,54 @@
+// Files in tests: a folder that goes away with the test, and whole files as bytes.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+
+inline std::string ReadBytes(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// A file of tests/data, byte for byte.
+inline std::string TestData(const std::string& name) {
+  return ReadBytes(std::filesystem::path(VOSMERE_TEST_DATA) / name);
+}
+
+/// A new empty folder.
+class TempFolder {
+ public:
+  TempFolder()
+      : path_(std::filesystem::temp_directory_path() /
+              ("vosmere-test-" + std::to_string(std::random_device()()))) {
+    std::filesystem::create_directories(path_);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// A path as the library takes it.
+inline Wide W(const std::filesystem::path& path) {
+  return Wide(std::u16string_view(path.u16string()));
+}
+
+}  // namespace vosmere::test

@@ -1,0 +1,158 @@
+// Trees in tests, written the way they look: `b(c d)` is a folder with two web pages, `e()` an
+// empty folder, `@f` a collection; names stand between blanks.
+//
+//   TreePtr tree = Tree("root(a b(c d) @f)");
+//   RNTool::RemoveOneChild(tree, tree["a"]);
+//   EXPECT_EQ(Shape(tree), "root(b(c d) @f)");
+//
+// Shape also checks every chain, parent and back-link below, and says what is wrong instead.
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "tests/support/wide.h"
+#include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/folder_node.h"
+#include "vosmere/nodes/tree_link.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/nodes/url_node.h"
+
+namespace vosmere::test {
+
+struct ItemDelete {
+  void operator()(CBaseNode* item) const { CBaseNode::Delete(item); }
+};
+/// Owns an item that stands in no tree.
+template <class Item>
+using ItemPtr = std::unique_ptr<Item, ItemDelete>;
+
+template <class Item>
+ItemPtr<Item> New() {
+  return ItemPtr<Item>(Item::New());
+}
+
+/// A copy by the item's own class.
+template <class Item>
+ItemPtr<Item> Copy(const ItemPtr<Item>& source) {
+  return ItemPtr<Item>(Item::New(source.get()));
+}
+
+inline std::string NameOf(const RNode* link) {
+  return Utf8(link->item->GetName());
+}
+
+/// The first link of that name in the tree of `top`, itself included; null for none.
+inline RNode* FindLink(RNode* top, const std::string& name) {
+  if (NameOf(top) == name) return top;
+  for (RNode* child = top->firstChild; child; child = child->next)
+    if (RNode* const found = FindLink(child, name)) return found;
+  return nullptr;
+}
+
+/// Owns a link with everything below it; stands wherever an `RNode*` does.
+class TreePtr {
+ public:
+  explicit TreePtr(RNode* root) : root_(root) {}
+  TreePtr(TreePtr&& other) noexcept : root_(other.release()) {}
+  TreePtr& operator=(TreePtr&& other) noexcept {
+    std::swap(root_, other.root_);
+    return *this;
+  }
+  ~TreePtr() { DeleteTree(root_); }
+
+  operator RNode*() const { return root_; }
+  RNode* operator->() const { return root_; }
+  RNode* operator[](const char* name) const { return FindLink(root_, name); }
+  RNode* release() { return std::exchange(root_, nullptr); }
+
+ private:
+  RNode* root_;
+};
+
+inline RNode* NewLink(tagNODETYPE type, const std::string& name) {
+  CBaseNode* const item = type == NT_FOLDER ? CFolderNode::New()
+                          : type == NT_URL  ? static_cast<CBaseNode*>(CUrlNode::New())
+                                            : CColctNode::New();
+  item->SetName(W(name));
+  return RNode::New2(item, type);
+}
+
+inline TreePtr Page(const std::string& name) {
+  return TreePtr(NewLink(NT_URL, name));
+}
+inline TreePtr Folder(const std::string& name) {
+  return TreePtr(NewLink(NT_FOLDER, name));
+}
+
+/// Builds without the operations under test, straight from the chains' definition.
+inline TreePtr Tree(const std::string& text) {
+  RNode* root = nullptr;
+  RNode* parent = nullptr;
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] == ' ' || text[at] == ')') {
+      if (text[at++] == ')') parent = parent->parent;
+      continue;
+    }
+    const std::size_t end = std::min(text.find_first_of(" ()", at), text.size());
+    const bool folder = end < text.size() && text[end] == '(';
+    const bool colct = text[at] == '@';
+    RNode* const link = NewLink(folder  ? NT_FOLDER
+                                : colct ? NT_COLCT
+                                        : NT_URL,
+                                text.substr(at + colct, end - at - colct));
+    link->parent = parent;
+    if (!root) root = link;
+    if (parent && parent->firstChild) {
+      link->prev = parent->firstChild->prev;
+      link->prev->next = link;
+      parent->firstChild->prev = link;
+    } else if (parent) {
+      parent->firstChild = link;
+    }
+    if (folder) parent = link;
+    at = end + folder;
+  }
+  return TreePtr(root);
+}
+
+using Label = std::function<std::string(const RNode*)>;
+
+inline std::string ChainShape(const RNode* head, const Label& label = NameOf);
+
+/// The tree in the notation of Tree(); `label` puts something else in place of the names.
+inline std::string Shape(const RNode* link, const Label& label = NameOf) {
+  std::string shape = link->type == NT_COLCT ? "@" : "";
+  shape += label(link);
+  if (link->type == NT_FOLDER || link->firstChild)
+    shape += "(" + ChainShape(link->firstChild, label) + ")";
+  for (const RNode* child = link->firstChild; child; child = child->next)
+    if (child->parent != link) shape += " BROKEN: wrong parent of " + label(child);
+  if (link->item->GetRNode() != link) shape += " BROKEN: wrong back-link";
+  return shape;
+}
+
+/// The siblings from `head` on, for chains that may stand without a parent.
+inline std::string ChainShape(const RNode* head, const Label& label) {
+  std::string shape;
+  int count = 0;
+  for (const RNode* link = head; link; link = link->next) {
+    if (++count > 1000) return shape + " BROKEN: endless";
+    if (link != head) shape += ' ';
+    shape += Shape(link, label);
+    if (link->next && link->next->prev != link) shape += " BROKEN: wrong prev behind this";
+    if (!link->next && head->prev != link) shape += " BROKEN: head's prev is not the last";
+    if (link->parent != head->parent) shape += " BROKEN: parents differ";
+  }
+  return shape;
+}
+
+/// Whether the link stands alone, as one that was taken out of its tree does.
+inline bool IsDetached(const RNode* link) {
+  return !link->parent && !link->next && link->prev == link;
+}
+
+}  // namespace vosmere::test

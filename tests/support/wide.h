@@ -1,0 +1,169 @@
+// Wide texts in tests: `W("text")` wherever the library takes or compares a `const WChar*`.
+//
+//   node->SetName(W("Åse"));                         // lives until the end of the statement
+//   const Wide name = W(u"lone \xD800 unit");        // or as long as the variable
+//   EXPECT_EQ(Utf8(node->GetName()), "Åse");         // by content; a failure shows both texts
+//   EXPECT_EQ(Utf8(node->GetName()), "(null)");      // null is not the empty text
+//   const OwnedBstr text(CSomeTool::GetText());      // frees what the library handed over
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "vosmere/base/types.h"
+#include "vosmere/platform/system_string.h"
+
+namespace vosmere::test {
+
+/// UTF-8 of `length` units, independent of the library's own conversion. An unpaired surrogate
+/// shows as `\uD800`.
+inline std::string Utf8(const WChar* text, std::size_t length) {
+  std::string utf8;
+  const auto add = [&utf8](std::uint32_t byte) { utf8 += static_cast<char>(byte); };
+  for (std::size_t i = 0; i < length; ++i) {
+    std::uint32_t c = text[i];
+    const bool paired =
+        c >> 10 == 0xD800 >> 10 && i + 1 < length && text[i + 1] >> 10 == 0xDC00 >> 10;
+    if (paired) c = 0x10000 + ((c - 0xD800) << 10) + (text[++i] - 0xDC00u);
+    if (c < 0x80) {
+      add(c);
+    } else if (c < 0x800) {
+      add(0xC0 | c >> 6);
+      add(0x80 | (c & 0x3F));
+    } else if (c >= 0x10000) {
+      add(0xF0 | c >> 18);
+      add(0x80 | (c >> 12 & 0x3F));
+      add(0x80 | (c >> 6 & 0x3F));
+      add(0x80 | (c & 0x3F));
+    } else if (c >> 11 == 0xD800 >> 11) {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(c));
+      utf8 += escape;
+    } else {
+      add(0xE0 | c >> 12);
+      add(0x80 | (c >> 6 & 0x3F));
+      add(0x80 | (c & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+/// UTF-8 of a zero-terminated text; "(null)" for null.
+inline std::string Utf8(const WChar* text) {
+  if (!text) return "(null)";
+  std::size_t length = 0;
+  while (text[length]) ++length;
+  return Utf8(text, length);
+}
+
+/// A zero-terminated text made of real `WChar`s, which may contain zero units.
+class Wide {
+ public:
+  /// For tables of cases in which null is one.
+  Wide(std::nullptr_t) {}
+  explicit Wide(std::u16string_view text) : units_(text.begin(), text.end()) {
+    units_.push_back(0);
+  }
+  /// `text` is well-formed UTF-8.
+  explicit Wide(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+      const auto lead = static_cast<unsigned char>(text[i++]);
+      const int trailing = lead < 0xC0 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+      std::uint32_t c = trailing ? lead & (0x3Fu >> trailing) : lead;
+      for (int k = 0; k < trailing && i < text.size(); ++k)
+        c = c << 6 | (static_cast<unsigned char>(text[i++]) & 0x3F);
+      Add(c);
+    }
+    units_.push_back(0);
+  }
+
+  const WChar* get() const { return units_.empty() ? nullptr : units_.data(); }
+  std::size_t size() const { return units_.empty() ? 0 : units_.size() - 1; }
+  operator const WChar*() const { return get(); }
+
+  friend bool operator==(const Wide& a, const Wide& b) { return a.units_ == b.units_; }
+  friend bool operator==(const Wide& a, const WChar* b) {
+    if (!b || !a.get()) return b == a.get();
+    for (std::size_t i = 0; i < a.units_.size(); ++i) {
+      if (a.units_[i] != b[i]) return false;
+      if (!b[i]) return i == a.size();
+    }
+    return true;
+  }
+  friend bool operator==(const Wide& a, WChar* b) { return a == static_cast<const WChar*>(b); }
+  friend void PrintTo(const Wide& text, std::ostream* out) {
+    *out << (text.get() ? '"' + Utf8(text.get(), text.size()) + '"' : "(null)");
+  }
+
+ private:
+  void Add(std::uint32_t c) {
+    if (c >= 0x10000) {
+      units_.push_back(static_cast<WChar>(0xD800 + ((c - 0x10000) >> 10)));
+      c = 0xDC00 + (c & 0x3FF);
+    }
+    units_.push_back(static_cast<WChar>(c));
+  }
+
+  std::vector<WChar> units_;
+};
+
+/// A literal; zero units within it are kept.
+template <std::size_t N>
+Wide W(const char (&text)[N]) {
+  return Wide(std::string_view(text, N - 1));
+}
+template <std::size_t N>
+Wide W(const char16_t (&text)[N]) {
+  return Wide(std::u16string_view(text, N - 1));
+}
+inline Wide W(const std::string& text) {
+  return Wide(std::string_view(text));
+}
+inline Wide W(const std::u16string& text) {
+  return Wide(std::u16string_view(text));
+}
+
+/// `count` times the same unit, for the length limits.
+inline Wide Repeated(std::size_t count, char16_t unit = u'x') {
+  return W(std::u16string(count, unit));
+}
+
+/// Holds a system string and frees it.
+class OwnedBstr {
+ public:
+  OwnedBstr() = default;
+  explicit OwnedBstr(BSTR text) : text_(text) {}
+  explicit OwnedBstr(const Wide& text) : text_(SysAllocStringLen(text.get(), text.size())) {}
+  OwnedBstr(OwnedBstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  OwnedBstr& operator=(OwnedBstr&& other) noexcept {
+    std::swap(text_, other.text_);
+    return *this;
+  }
+  ~OwnedBstr() { SysFreeString(text_); }
+
+  BSTR get() const { return text_; }
+  /// For out parameters; what was held is freed.
+  BSTR* out() {
+    SysFreeString(std::exchange(text_, nullptr));
+    return &text_;
+  }
+  std::size_t size() const { return SysStringLen(text_); }
+  /// By the string's own length, so that zero units show.
+  std::string utf8() const { return text_ ? Utf8(text_, size()) : "(null)"; }
+
+ private:
+  BSTR text_ = nullptr;
+};
+
+/// A copy of `text` in a new system string, for fields and operations that want one.
+inline OwnedBstr Bstr(const char* text) {
+  return OwnedBstr(W(std::string(text)));
+}
+
+}  // namespace vosmere::test

@@ -1,0 +1,192 @@
+#include "vosmere/xml/read_xml.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/support/document.h"
+#include "vosmere/platform/xml_document.h"
+#include "vosmere/xml/parse_xml.h"
+#include "vosmere/xml/reader_fields.h"
+
+namespace vosmere::test {
+namespace {
+
+/// Writes down the calls of the walk.
+class Recorder : public CParseXML {
+ public:
+  void ParseXMLTree(XmlNode node) override { GoThroughChildNodes(node); }
+  std::string calls;
+
+ protected:
+  void OnEnterNode(XmlNode node) override { Note('<', node); }
+  void OnLeaveNode(XmlNode node) override { Note('>', node); }
+  void ProcessElementNode(XmlNode node) override {
+    Note('=', node);
+    ForEachAttribute(node, [this](WideView name, const WChar* value) {
+      calls += "@" + Utf8(name.data, name.size) + ":" + Utf8(value);
+    });
+  }
+
+ private:
+  void Note(char what, const XmlNode& node) {
+    calls += what + std::to_string(depth());
+    calls += Utf8(node.Name().c_str());
+  }
+};
+
+class Reader : public CReadXML {
+ public:
+  int invoked = 0;
+  std::string calls;
+  bool throws = false;
+
+ protected:
+  void InvokeParser(XmlNode root) override {
+    ++invoked;
+    if (throws) throw std::runtime_error("not to my taste");
+    Recorder recorder;
+    recorder.ParseXMLTree(root);
+    calls = recorder.calls;
+    SetData(new std::string(calls));
+  }
+};
+
+TEST(ReadXml, WalksDepthFirstInDocumentOrder) {
+  Reader reader;
+  ASSERT_TRUE(Load(reader, "<a><b x='1' y=''>t</b> <!--c--><?p i?><![CDATA[d]]></a>"));
+  EXPECT_EQ(reader.calls,
+            "<1a=1a"
+            "<2b=2b@x:1@y:<3#text>3#text>2b"
+            "<2#text>2#text<2#comment>2#comment<2p>2p<2#cdata-section>2#cdata-section"
+            ">1a");
+}
+
+TEST(ReadXml, ParsesRootsWithAnyContentAtAll) {
+  const struct {
+    const char* document;
+    int invoked;
+  } cases[] = {{"<a/>", 0}, {"<a></a>", 0}, {"<a> </a>", 1}, {"<a><!----></a>", 1}};
+  for (const auto& c : cases) {
+    Reader reader;
+    EXPECT_TRUE(Load(reader, c.document));
+    EXPECT_EQ(reader.invoked, c.invoked) << c.document;
+  }
+}
+
+TEST(ReadXml, DataIsDetachedOrFreedWithTheReader) {
+  Reader reader;
+  ASSERT_TRUE(Load(reader, "<a>1</a>"));
+  ASSERT_TRUE(Load(reader, "<a>2</a>"));
+  delete static_cast<std::string*>(reader.DetachData());
+  EXPECT_EQ(reader.DetachData(), nullptr);
+  ASSERT_TRUE(Load(reader, "<a>3</a>"));
+}
+
+TEST(ReadXml, AnExceptionOfTheReaderIsAFailedLoad) {
+  Reader reader;
+  reader.throws = true;
+  EXPECT_FALSE(Load(reader, "<a>1</a>"));
+  EXPECT_EQ(reader.LastError().fault, DocumentFault::kHandlerFailed);
+  EXPECT_STREQ(reader.LastError().reason, "not to my taste");
+}
+
+TEST(ReadXml, SaysWhatIsWrongAndWhere) {
+  const struct {
+    const char* document;
+    int line;
+  } cases[] = {
+      {"<a>\n<b>\n</a>", 3}, {"", 1}, {"text", 1}, {"<a/>\n<b/>", 2}, {"<a\n x='1' x='2'/>", 2}};
+  for (const auto& c : cases) {
+    Reader reader;
+    EXPECT_FALSE(Load(reader, c.document)) << c.document;
+    EXPECT_EQ(reader.LastError().fault, DocumentFault::kMalformed);
+    EXPECT_EQ(reader.LastError().line, c.line) << c.document;
+    EXPECT_NE(reader.LastError().reason[0], 0);
+  }
+  Reader reader;
+  EXPECT_FALSE(Load(reader, "<a>"));
+  EXPECT_TRUE(Load(reader, "<a>1</a>"));
+  EXPECT_EQ(reader.LastError().fault, DocumentFault::kNone);
+}
+
+TEST(ReadXml, FilesThatCannotBeReadFail) {
+  const TempFolder folder;
+  Reader reader;
+  for (const Wide& path : {W(folder / "missing"), W(folder / "."), Wide(nullptr)}) {
+    EXPECT_FALSE(reader.LoadFile(path));
+    EXPECT_EQ(reader.LastError().fault, DocumentFault::kCannotOpen);
+  }
+  WriteBytes(folder / "empty", "");
+  EXPECT_FALSE(reader.LoadFile(W(folder / "empty")));
+  EXPECT_EQ(reader.LastError().fault, DocumentFault::kMalformed);
+  EXPECT_FALSE(reader.LoadXML(nullptr, 3));
+  EXPECT_FALSE(reader.LoadXML("<a/>", -1));
+  EXPECT_FALSE(reader.LoadBSTRXML(nullptr));
+  EXPECT_EQ(reader.invoked, 0);
+}
+
+std::string Utf16(std::u16string_view text, bool bigEndian) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+  }
+  return bytes;
+}
+
+TEST(ReadXml, BytesTellTheirEncoding) {
+  const std::u16string utf16 = u"\xFEFF<?xml version='1.0' encoding='UTF-16'?><a x='é€'>1</a>";
+  const std::string cases[] = {
+      "<a x='é€'>1</a>",
+      "\xEF\xBB\xBF<a x='é€'>1</a>",
+      "<?xml version='1.0' encoding='utf-8'?><a x='é€'>1</a>",
+      "<?xml version='1.0' encoding='windows-1252'?><a x='\xE9\x80'>1</a>",
+      "<?xml version='1.0' encoding='ISO-8859-1'?><a x='\xE9&#8364;'>1</a>",
+      Utf16(utf16, false),
+      Utf16(utf16, true),
+  };
+  const TempFolder folder;
+  for (const std::string& bytes : cases) {
+    Reader reader;
+    EXPECT_TRUE(Load(reader, bytes));
+    EXPECT_EQ(reader.calls, "<1a=1a@x:é€<2#text>2#text>1a");
+    WriteBytes(folder / "file", bytes);
+    EXPECT_TRUE(reader.LoadFile(W(folder / "file")));
+    EXPECT_EQ(reader.calls, "<1a=1a@x:é€<2#text>2#text>1a");
+  }
+  Reader reader;
+  EXPECT_FALSE(Load(reader, "<a>\xFF</a>"));
+  EXPECT_FALSE(Load(reader, "<?xml version='1.0' encoding='no-such'?><a>1</a>"));
+}
+
+TEST(ReadXml, WideTextIgnoresTheEncodingItDeclares) {
+  Reader reader;
+  EXPECT_TRUE(reader.LoadBSTRXML(W("<?xml version='1.0' encoding='UTF-8'?><a x='é😀'>1</a>")));
+  EXPECT_EQ(reader.calls, "<1a=1a@x:é😀<2#text>2#text>1a");
+}
+
+TEST(ReadXml, NumbersSaturate) {
+  const struct {
+    const char* text;
+    LONG number;
+  } cases[] = {{"", 0},
+               {"x", 0},
+               {" \t\r\n12x9", 12},
+               {"+7", 7},
+               {"-7", -7},
+               {"- 7", 0},
+               {"+-7", 0},
+               {"0x10", 0},
+               {"2147483647", 2147483647},
+               {"2147483648", 2147483647},
+               {"-2147483648", -2147483647 - 1},
+               {"-2147483649", -2147483647 - 1},
+               {"999999999999999999999999999999", 2147483647},
+               {"-999999999999999999999999999999", -2147483647 - 1}};
+  for (const auto& c : cases) EXPECT_EQ(NumberFromText(W(std::string(c.text))), c.number) << c.text;
+}
+
+}  // namespace
+}  // namespace vosmere::test

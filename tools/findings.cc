@@ -1,0 +1,49 @@
+#include "tools/findings.h"
+
+#include "tools/text.h"
+
+namespace vosmere::tool {
+namespace {
+
+constexpr std::size_t kLabelUnits = 40;
+constexpr std::size_t kPlaceDepth = 6;
+
+}  // namespace
+
+void Findings::Add(const std::string& what, const std::string& place) {
+  const auto [found, isNew] = indexByWhat_.try_emplace(what, groups_.size());
+  if (isNew) groups_.push_back({what, 0, {}});
+  Group& group = groups_[found->second];
+  ++group.count;
+  if (!place.empty() && group.places.size() < placesShown_) group.places.push_back(place);
+}
+
+void Findings::Print(std::ostream& out, const std::string& file) const {
+  for (const Group& group : groups_) {
+    out << file << ": warning: " << group.what;
+    const char* separator = ": ";
+    for (const std::string& place : group.places) {
+      out << separator << place;
+      separator = "; ";
+    }
+    if (!group.places.empty() && group.count > group.places.size())
+      out << " and " << group.count - group.places.size() << " more";
+    out << '\n';
+  }
+}
+
+std::string Label(const WChar* name) {
+  const WideView view(name);
+  if (view.empty()) return "(no name)";
+  if (view.size <= kLabelUnits) return Printable(name);
+  return Printable(Wide(ToString(name).substr(0, kLabelUnits))) + "...";
+}
+
+std::string Place(const std::vector<std::string>& labels) {
+  std::size_t i = labels.size() > kPlaceDepth ? labels.size() - kPlaceDepth : 0;
+  std::string place = i ? "... > " : "";
+  for (; i < labels.size(); ++i) place += labels[i] + (i + 1 < labels.size() ? " > " : "");
+  return place;
+}
+
+}  // namespace vosmere::tool

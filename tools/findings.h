@@ -1,0 +1,46 @@
+// What a save would lose or change, gathered for people: the same complaint about many items is one
+// line that names some of them.
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "vosmere/base/types.h"
+
+namespace vosmere::tool {
+
+class Findings {
+ public:
+  /// Names at most that many places for each complaint.
+  explicit Findings(std::size_t placesShown) : placesShown_(placesShown) {}
+
+  /// Both are printable. An empty place is the document as a whole.
+  void Add(const std::string& what, const std::string& place);
+  bool empty() const { return groups_.empty(); }
+  /// Complaints, each counted once.
+  std::size_t size() const { return groups_.size(); }
+  /// One line each, in the order in which they were found.
+  void Print(std::ostream& out, const std::string& file) const;
+
+ private:
+  struct Group {
+    std::string what;
+    std::size_t count = 0;
+    std::vector<std::string> places;
+  };
+
+  std::size_t placesShown_;
+  std::vector<Group> groups_;
+  std::unordered_map<std::string, std::size_t> indexByWhat_;
+};
+
+/// An item's name in a place, shortened and printable.
+std::string Label(const WChar* name);
+
+/// The names from the outside in, joined. Only the innermost few of a long path are shown.
+std::string Place(const std::vector<std::string>& labels);
+
+}  // namespace vosmere::tool

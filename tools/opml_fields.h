@@ -1,0 +1,25 @@
+// The fields of the items of a collection tree, in one table: what scripts are shown, and what a
+// saved tree is compared by.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tools/findings.h"
+#include "vosmere/nodes/tree_link.h"
+
+namespace vosmere::tool {
+
+using Json = nlohmann::ordered_json;
+
+/// The item of a folder or collection, without what is below it. Addresses are written as documents
+/// write them, with slashes.
+Json ItemFields(const RNode* link);
+
+/// Reports the fields of `saved` that differ in `back`, the same item after a save.
+void CompareItems(const RNode* saved, const RNode* back, Findings& findings);
+
+/// Where an item stands in its tree; empty for the root.
+std::string PlaceOf(const RNode* link);
+
+}  // namespace vosmere::tool

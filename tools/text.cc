@@ -1,0 +1,55 @@
+#include "tools/text.h"
+
+#include <cstdio>
+
+#include "vosmere/text/unicode_tool.h"
+
+namespace vosmere::tool {
+namespace {
+
+bool IsBetween(WChar unit, WChar first, WChar last) { return first <= unit && unit <= last; }
+
+// Control characters, line separators, and marks that change the direction of writing.
+bool Steers(WChar unit) {
+  return unit < 0x20 || IsBetween(unit, 0x7F, 0x9F) || unit == 0x61C ||
+         IsBetween(unit, 0x200E, 0x200F) || IsBetween(unit, 0x2028, 0x202E) ||
+         IsBetween(unit, 0x2066, 0x2069);
+}
+
+void AppendEscape(std::u16string& text, WChar unit) {
+  char escape[8];
+  const int length = std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(unit));
+  text.append(escape, escape + length);
+}
+
+}  // namespace
+
+SystemString ToWide(const std::string& utf8) {
+  BSTR wide = nullptr;
+  const bool converted =
+      CUnicodeTool::UTF8GetBSTR(&wide, utf8.data(), static_cast<int>(utf8.size()));
+  return SystemString(converted ? wide : SysAllocString(Wide(u"")));
+}
+
+std::string ToUtf8(const WChar* text) {
+  char* bytes = nullptr;
+  int length = 0;
+  if (!CUnicodeTool::TCHARGetUTF8(text, &bytes, &length)) throw std::bad_alloc();
+  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
+  return {bytes, static_cast<std::size_t>(length)};
+}
+
+std::string Printable(const WChar* text) {
+  std::u16string safe;
+  for (const WChar unit : WideView(text)) {
+    if (Steers(unit))
+      AppendEscape(safe, unit);
+    else
+      safe += static_cast<char16_t>(unit);
+  }
+  return ToUtf8(Wide(safe));
+}
+
+std::string Printable(const std::string& utf8) { return Printable(ToWide(utf8).get()); }
+
+}  // namespace vosmere::tool

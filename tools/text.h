@@ -1,0 +1,19 @@
+// The library's UTF-16 and the tool's UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "vosmere/cpp.h"
+
+namespace vosmere::tool {
+
+SystemString ToWide(const std::string& utf8);
+/// Empty for null. An unpaired surrogate becomes U+FFFD.
+std::string ToUtf8(const WChar* text);
+
+/// UTF-8 that a terminal can be given: what would steer it, or reorder the line, is escaped.
+std::string Printable(const WChar* text);
+std::string Printable(const std::string& utf8);
+
+}  // namespace vosmere::tool

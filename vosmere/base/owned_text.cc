@@ -1,0 +1,27 @@
+#include "vosmere/base/owned_text.h"
+
+namespace vosmere {
+namespace {
+
+WChar emptyText[1] = {0};
+
+}  // namespace
+
+WChar* HeapTextStorage::Copy(WideView text) {
+  if (text.empty()) return emptyText;
+  auto* const copy = new (std::nothrow) WChar[text.size + 1];
+  if (!copy) return nullptr;
+  std::memcpy(copy, text.data, text.size * sizeof(WChar));
+  copy[text.size] = 0;
+  return copy;
+}
+
+void HeapTextStorage::Free(WChar* text) {
+  if (text != emptyText) delete[] text;
+}
+
+WChar* HeapTextStorage::Empty() {
+  return emptyText;
+}
+
+}  // namespace vosmere

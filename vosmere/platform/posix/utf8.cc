@@ -1,0 +1,383 @@
+#include "vosmere/platform/posix/utf8.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <iterator>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace vosmere::utf8 {
+namespace {
+
+using Byte = unsigned char;
+
+/// Code units that are looked at together.
+constexpr std::ptrdiff_t kBlock = 16;
+
+constexpr unsigned kReplacement = 0xFFFD;
+
+constexpr bool IsHighSurrogate(unsigned unit) {
+  return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool IsLowSurrogate(unsigned unit) {
+  return (unit & 0xFC00) == 0xDC00;
+}
+constexpr bool IsSurrogate(unsigned unit) {
+  return (unit & 0xF800) == 0xD800;
+}
+constexpr bool IsContinuation(unsigned byte) {
+  return (byte & 0xC0) == 0x80;
+}
+
+// CopyAscii copies the ASCII at the start of a block and returns a bit for each unit of the block
+// that is not ASCII. It reads and writes the whole block.
+#if defined(__SSE2__)
+
+inline unsigned CopyAscii(const WChar* from, Byte* to) {
+  const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 8));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(first, second));
+  const __m128i carry = _mm_set1_epi16(0x7F80);  // takes 0x80 and above to the sign bit
+  return _mm_movemask_epi8(
+      _mm_packs_epi16(_mm_adds_epu16(first, carry), _mm_adds_epu16(second, carry)));
+}
+
+inline unsigned CopyAscii(const Byte* from, WChar* to) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const __m128i zero = _mm_setzero_si128();
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_unpacklo_epi8(bytes, zero));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 8), _mm_unpackhi_epi8(bytes, zero));
+  return _mm_movemask_epi8(bytes);
+}
+
+#else
+
+template <class From, class To>
+unsigned CopyAscii(const From* from, To* to) {
+  unsigned others = 0;
+  for (int i = 0; i < kBlock; ++i) {
+    to[i] = static_cast<To>(from[i]);
+    others |= unsigned{from[i] >= 0x80} << i;
+  }
+  return others;
+}
+
+#endif
+
+/// Steps over the ASCII at the start of a block. True when that was the whole block.
+template <class From, class To>
+inline bool TakeAscii(const From*& in, To*& out) {
+  const unsigned others = CopyAscii(in, out);
+  const int count = others ? std::countr_zero(others) : kBlock;
+  in += count;
+  out += count;
+  return others == 0;
+}
+
+inline Byte Continuation(unsigned bits) {
+  return static_cast<Byte>(0x80 | (bits & 0x3F));
+}
+
+inline bool IsPair(const WChar* in) {
+  return IsHighSurrogate(in[0]) & IsLowSurrogate(in[1]);
+}
+
+inline int BytesOf(unsigned unit) {
+  return 1 + (unit >= 0x80) + (unit >= 0x800);
+}
+
+/// Steps over the character at `in`.
+inline void EncodeOne(const WChar*& in, const WChar* end, Byte*& out) {
+  unsigned unit = *in++;
+  if (unit < 0x80) {
+    *out++ = static_cast<Byte>(unit);
+    return;
+  }
+  if (unit < 0x800) {
+    *out++ = static_cast<Byte>(0xC0 | unit >> 6);
+    *out++ = Continuation(unit);
+    return;
+  }
+  if (IsSurrogate(unit)) {
+    if (in != end && IsPair(in - 1)) {
+      unit = 0x10000 + ((unit & 0x3FF) << 10 | (*in++ & 0x3FF));
+      *out++ = static_cast<Byte>(0xF0 | unit >> 18);
+      *out++ = Continuation(unit >> 12);
+      *out++ = Continuation(unit >> 6);
+      *out++ = Continuation(unit);
+      return;
+    }
+    unit = kReplacement;
+  }
+  *out++ = static_cast<Byte>(0xE0 | unit >> 12);
+  *out++ = Continuation(unit >> 6);
+  *out++ = Continuation(unit);
+}
+
+/// What TakeEight may write: three bytes for each unit, and one too many.
+constexpr std::ptrdiff_t kEightRoom = 25;
+
+// TakeEight steps over eight units, or seven when a pair begins with the eighth. False, with
+// nothing done, when one of them is an unpaired surrogate.
+#if defined(__SSE2__)
+
+inline __m128i All(int value) {
+  return _mm_set1_epi16(static_cast<short>(value));
+}
+inline __m128i And(__m128i a, int mask) {
+  return _mm_and_si128(a, All(mask));
+}
+inline __m128i Or(__m128i a, __m128i b, int bits) {
+  return _mm_or_si128(_mm_or_si128(a, b), All(bits));
+}
+inline __m128i Select(__m128i mask, __m128i yes, __m128i no) {
+  return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+}
+
+/// The unit before each unit; 0 before the first.
+inline __m128i Before(__m128i units) {
+  return _mm_slli_si128(units, 2);
+}
+
+// Each of these gives, in every lane, the first two bytes of what its unit becomes.
+inline __m128i StartOfTwo(__m128i units) {
+  return Or(_mm_srli_epi16(units, 6), And(_mm_slli_epi16(units, 8), 0x3F00), 0x80C0);
+}
+inline __m128i StartOfThree(__m128i units) {
+  return Or(_mm_srli_epi16(units, 12), And(_mm_slli_epi16(units, 2), 0x3F00), 0x80E0);
+}
+inline __m128i HalfOfHigh(__m128i units) {
+  const __m128i code = _mm_add_epi16(And(units, 0x3FF), All(0x40));  // without its lowest ten bits
+  return Or(_mm_srli_epi16(code, 8), And(_mm_slli_epi16(code, 6), 0x3F00), 0x80F0);
+}
+inline __m128i HalfOfLow(__m128i units) {
+  const __m128i third = _mm_or_si128(And(_mm_srli_epi16(units, 6), 0x0F),
+                                     And(_mm_slli_epi16(Before(units), 4), 0x30));
+  return Or(third, And(_mm_slli_epi16(units, 8), 0x3F00), 0x8080);
+}
+
+/// Writes four characters to where they begin: the first at `begin`, every other where the one
+/// before ends, which the bytes of `ends` say.
+inline void StoreFour(__m128i characters, std::size_t begin, std::uint64_t ends, Byte* out) {
+  for (int i = 0; i < 3; ++i) {
+    _mm_storeu_si32(out + begin, characters);
+    characters = _mm_srli_si128(characters, 4);
+    begin = ends & 0xFF;
+    ends >>= 8;
+  }
+  const int last = _mm_cvtsi128_si32(characters);  // the fourth byte may be out of bounds
+  for (int i = 0; i < 3; ++i) out[begin + i] = static_cast<Byte>(last >> 8 * i);
+}
+
+inline bool TakeEight(const WChar*& in, Byte*& out) {
+  const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i isOne = _mm_cmpeq_epi16(_mm_subs_epu16(units, All(0x7F)), zero);
+  const __m128i isUpToTwo = _mm_cmpeq_epi16(_mm_subs_epu16(units, All(0x7FF)), zero);
+  __m128i start = Select(isOne, units, Select(isUpToTwo, StartOfTwo(units), StartOfThree(units)));
+  __m128i lengths = _mm_add_epi16(All(3), _mm_add_epi16(isOne, isUpToTwo));
+
+  int left = 0;
+  const __m128i isSurrogate = _mm_cmpeq_epi16(And(units, 0xF800), All(0xD800));
+  if (_mm_movemask_epi8(isSurrogate)) {  // two bytes come of either half of a pair
+    const __m128i isHigh = _mm_cmpeq_epi16(And(units, 0xFC00), All(0xD800));
+    const __m128i isLow = _mm_andnot_si128(isHigh, isSurrogate);
+    if (_mm_movemask_epi8(_mm_cmpeq_epi16(Before(isHigh), isLow)) != 0xFFFF) return false;
+    start = Select(isHigh, HalfOfHigh(units), Select(isLow, HalfOfLow(units), start));
+    lengths = _mm_add_epi16(lengths, isSurrogate);
+    left = _mm_movemask_epi8(isHigh) >> 15;
+  }
+
+  const __m128i third = _mm_or_si128(And(units, 0x3F), All(0x80));
+  const std::uint64_t ends =  // the sums of the first lengths
+      0x0101010101010101u *
+      static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packs_epi16(lengths, zero)));
+  StoreFour(_mm_unpacklo_epi16(start, third), 0, ends, out);
+  StoreFour(_mm_unpackhi_epi16(start, third), ends >> 24 & 0xFF, ends >> 32, out);
+  in += 8 - left;
+  out += ends >> (56 - 8 * left) & 0xFF;
+  return true;
+}
+
+#else
+
+inline bool TakeEight(const WChar*& in, Byte*& out) {
+  for (int i = 0; i < 8; ++i)
+    if (IsSurrogate(in[i])) return false;
+  for (int i = 0; i < 8; ++i) EncodeOne(in, in + 1, out);
+  return true;
+}
+
+#endif
+
+/// What an ill-formed part covers: what could have begun a character, at least one byte.
+inline int IllFormedLength(std::uint32_t bytes) {
+  const unsigned lead = bytes & 0xFF, second = bytes >> 8 & 0xFF, third = bytes >> 16 & 0xFF;
+  const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  const unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  if (lead < 0xE0 || lead > 0xF4 || second < low || second > high) return 1;
+  return lead >= 0xF0 && IsContinuation(third) ? 3 : 2;
+}
+
+// The character of two, three or four bytes that `bytes`, the first in the lowest bits, begins
+// with; 0 when there is none.
+
+inline unsigned OfTwo(std::uint32_t bytes) {
+  if ((bytes & 0xC0E0) != 0x80C0) return 0;
+  const unsigned code = (bytes & 0x1F) << 6 | (bytes >> 8 & 0x3F);
+  return code >= 0x80 ? code : 0;
+}
+
+inline unsigned OfThree(std::uint32_t bytes) {
+  if ((bytes & 0xC0C0F0) != 0x8080E0) return 0;
+  const unsigned code = (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
+  return code >= 0x800 && !IsSurrogate(code) ? code : 0;
+}
+
+inline unsigned OfFour(std::uint32_t bytes) {
+  if ((bytes & 0xC0C0C0F8) != 0x808080F0) return 0;
+  const unsigned code =
+      (bytes & 0x07) << 18 | (bytes << 4 & 0x3F000) | (bytes >> 10 & 0xFC0) | (bytes >> 24 & 0x3F);
+  return code >= 0x10000 && code <= 0x10FFFF ? code : 0;
+}
+
+struct Character {
+  unsigned code;
+  int length;
+};
+
+/// Zeros may stand for bytes behind the end: they never go on with a character.
+inline Character DecodeOne(std::uint32_t bytes) {
+  if ((bytes & 0x80) == 0) return {bytes & 0x7F, 1};
+  if (const unsigned code = OfTwo(bytes)) return {code, 2};
+  if (const unsigned code = OfThree(bytes)) return {code, 3};
+  if (const unsigned code = OfFour(bytes)) return {code, 4};
+  return {kReplacement, IllFormedLength(bytes)};
+}
+
+inline std::uint32_t FourBytes(const Byte* in) {
+  return in[0] | in[1] << 8 | in[2] << 16 | std::uint32_t{in[3]} << 24;
+}
+
+inline std::uint32_t UpToFourBytes(const Byte* in, const Byte* end) {
+  if (end - in >= 4) return FourBytes(in);
+  std::uint32_t bytes = 0;
+  for (const Byte* last = end; last != in;) bytes = bytes << 8 | *--last;
+  return bytes;
+}
+
+inline void Put(unsigned code, WChar*& out) {
+  if (code < 0x10000) {
+    *out++ = static_cast<WChar>(code);
+    return;
+  }
+  out[0] = static_cast<WChar>(0xD7C0 + (code >> 10));
+  out[1] = static_cast<WChar>(0xDC00 | (code & 0x3FF));
+  out += 2;
+}
+
+inline int UnitsOf(unsigned code) {
+  return code < 0x10000 ? 1 : 2;
+}
+
+/// How much input may be stepped over without a look at either end: none of it takes more than
+/// `most` output each, and a block stays readable and writable behind it.
+inline std::ptrdiff_t SafeLength(std::ptrdiff_t length, std::ptrdiff_t capacity, int most) {
+  return std::min(length, capacity / most) - kBlock;
+}
+
+struct Reached {
+  const Byte* in;
+  WChar* out;
+};
+
+Reached DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outEnd) {
+  for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 1)) > 0;) {
+    for (const Byte* const limit = in + safe; in < limit;) {
+      if (TakeAscii(in, out)) continue;
+      do {
+        unsigned code;
+        for (; in < limit && (code = OfThree(FourBytes(in))); in += 3) Put(code, out);
+        for (; in < limit && (code = OfTwo(FourBytes(in))); in += 2) Put(code, out);
+        const Character character = DecodeOne(FourBytes(in));
+        in += character.length;
+        Put(character.code, out);
+      } while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80));
+    }
+  }
+  for (;;) {
+    while (in != end && out != outEnd && *in < 0x80) *out++ = *in++;
+    if (in == end || out == outEnd) break;
+    const Character character = DecodeOne(UpToFourBytes(in, end));
+    if (character.code >= 0x10000 && outEnd - out < 2) break;
+    in += character.length;
+    Put(character.code, out);
+  }
+  return {in, out};
+}
+
+}  // namespace
+
+std::size_t Encode(const WChar* text, std::size_t length, char* bytes, std::size_t capacity) {
+  const WChar* in = text;
+  const WChar* const end = in + length;
+  Byte* const begin = reinterpret_cast<Byte*>(bytes);
+  Byte* out = begin;
+  Byte* const outEnd = out + capacity;
+
+  for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 3)) > 0;) {
+    for (const WChar* const limit = in + safe; in < limit;) {
+      if (TakeAscii(in, out)) continue;
+      EncodeOne(in, end, out);
+      while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80))
+        if (!TakeEight(in, out))
+          for (const WChar* const next = in + 8; in < next;) EncodeOne(in, end, out);
+    }
+  }
+  while (end - in >= 8 && outEnd - out >= 3 * 8 && TakeEight(in, out)) {
+  }
+  const bool roomy = outEnd - out >= 3 * (end - in);
+  while (in != end) {
+    if (!roomy && outEnd - out < (end - in > 1 && IsPair(in) ? 4 : BytesOf(*in))) return kNoRoom;
+    EncodeOne(in, end, out);
+  }
+  return out - begin;
+}
+
+std::size_t EncodedLength(const WChar* text, std::size_t length) {
+  constexpr std::size_t kPart = 0x4000;  // sums of it fit a unit, which lets eight be added at once
+  std::size_t bytes = length;
+  for (std::size_t begin = 0; begin < length; begin += kPart) {
+    const std::size_t end = std::min(begin + kPart, length);
+    WChar more = 0, pairs = 0;
+    for (std::size_t i = begin; i < end; ++i) more += (text[i] >= 0x80) + (text[i] >= 0x800);
+    for (std::size_t i = begin; i < std::min(end, length - 1); ++i) pairs += IsPair(text + i);
+    bytes += more - 2 * pairs;  // a pair takes four bytes where two units alone take six
+  }
+  return bytes;
+}
+
+std::size_t Decode(const char* bytes, std::size_t length, WChar* text, std::size_t capacity) {
+  const Byte* const begin = reinterpret_cast<const Byte*>(bytes);
+  const Byte* const end = begin + length;
+  const Reached reached = DecodeWhileRoom(begin, end, text, text + capacity);
+  return reached.in == end ? reached.out - text : kNoRoom;
+}
+
+std::size_t DecodedLength(const char* bytes, std::size_t length) {
+  const Byte* in = reinterpret_cast<const Byte*>(bytes);
+  const Byte* const end = in + length;
+  std::size_t units = 0;
+  while (in != end) {
+    WChar part[512];
+    const Reached reached = DecodeWhileRoom(in, end, part, std::end(part));
+    in = reached.in;
+    units += reached.out - part;
+  }
+  return units;
+}
+
+}  // namespace vosmere::utf8

@@ -1,0 +1,72 @@
+#include "vosmere/platform/posix/xml_entities.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+namespace vosmere::posix {
+namespace {
+
+constexpr std::size_t kFreeExpansion = 4 * 1024 * 1024;
+constexpr int kLongestLiteral = 64 * 1024;
+constexpr int kDeepestNesting = 20;
+constexpr std::size_t kMostReferences = 10000;
+constexpr std::size_t kReferenceCost =
+    64;  // a nested reference keeps the parser busy, however short
+constexpr int kMostAttributeDeclarations = 1000;
+
+}  // namespace
+
+DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* entity,
+                                     std::size_t bytesRead) {
+  if (!entity)
+    return parser->hasExternalSubset || parser->hasPErefs ? DocumentFault::kRefersOutside
+                                                          : DocumentFault::kNone;
+  if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY ||
+      entity->etype == XML_EXTERNAL_GENERAL_UNPARSED_ENTITY ||
+      entity->etype == XML_EXTERNAL_PARAMETER_ENTITY)
+    return DocumentFault::kRefersOutside;
+  if (entity->length > kLongestLiteral) return DocumentFault::kExpandsTooMuch;
+  const Expansion expansion = Measure(parser->myDoc, entity, 0);
+  if (expansion.levels > kDeepestNesting || expansion.references > kMostReferences)
+    return DocumentFault::kExpandsTooMuch;
+  return Spend(entity->length + expansion.references * kReferenceCost, bytesRead);
+}
+
+DocumentFault XmlEntityBudget::Spend(std::size_t bytes, std::size_t bytesRead) {
+  spent_ += bytes;
+  return spent_ > kFreeExpansion + bytesRead ? DocumentFault::kExpandsTooMuch
+                                             : DocumentFault::kNone;
+}
+
+DocumentFault XmlEntityBudget::DeclareAttribute() {
+  return ++attributeDeclarations_ > kMostAttributeDeclarations ? DocumentFault::kExpandsTooMuch
+                                                               : DocumentFault::kNone;
+}
+
+// The parser recurses for each level of nested entities, so this is known before it starts. An
+// entity within itself is as deep as the limit allows, and then some.
+XmlEntityBudget::Expansion XmlEntityBudget::Measure(xmlDoc* document, const xmlEntity* entity,
+                                                    int level) {
+  Expansion whole;
+  if (level > kDeepestNesting || !entity->content) return whole;
+  const auto known = measured_.find(entity);
+  if (known != measured_.end()) return known->second;
+  const char* at = reinterpret_cast<const char*>(entity->content);
+  while ((at = std::strchr(at, '&')) != nullptr) {
+    const char* const end = std::strchr(++at, ';');
+    if (!end) break;
+    if (*at == '#') continue;
+    const std::string name(at, end);
+    at = end;
+    const xmlEntity* const inner =
+        xmlGetDocEntity(document, reinterpret_cast<const xmlChar*>(name.c_str()));
+    if (!inner) continue;
+    const Expansion part = Measure(document, inner, level + 1);
+    whole.levels = std::max(whole.levels, part.levels + 1);
+    whole.references = std::min(whole.references + part.references + 1, kMostReferences + 1);
+  }
+  return measured_[entity] = whole;
+}
+
+}  // namespace vosmere::posix

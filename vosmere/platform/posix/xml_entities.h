@@ -1,0 +1,40 @@
+// Bounds on what a document's declarations may expand to.
+#pragma once
+
+#include <libxml/parser.h>
+
+#include <cstddef>
+#include <unordered_map>
+
+#include "vosmere/xml/document_error.h"
+
+namespace vosmere::posix {
+
+/// Says for every reference whether it may be expanded. The parser asks for each expansion, nested
+/// ones included, so the literals that were handed out add up to what was expanded.
+class XmlEntityBudget {
+ public:
+  /// kNone when the entity may be expanded. `entity` may be null, for one that is not declared.
+  /// `bytesRead` is how much of the document the parser has taken.
+  DocumentFault Admit(xmlParserCtxt* parser, const xmlEntity* entity, std::size_t bytesRead);
+
+  /// Accounts for `bytes` of defaulted attributes.
+  DocumentFault Spend(std::size_t bytes, std::size_t bytesRead);
+
+  DocumentFault DeclareAttribute();
+
+ private:
+  /// What one reference to an entity sets off: levels of entities within entities, and how many
+  /// references in all, counting no further than is needed to refuse it.
+  struct Expansion {
+    int levels = 1;
+    std::size_t references = 0;
+  };
+  Expansion Measure(xmlDoc* document, const xmlEntity* entity, int level);
+
+  std::size_t spent_ = 0;
+  int attributeDeclarations_ = 0;
+  std::unordered_map<const xmlEntity*, Expansion> measured_;
+};
+
+}  // namespace vosmere::posix

@@ -1,0 +1,79 @@
+#include "vosmere/platform/posix/xml_source.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/xml_document.h"
+
+namespace vosmere::posix {
+namespace {
+
+bool IsHighSurrogate(WChar unit) {
+  return (unit & 0xFC00) == 0xD800;
+}
+bool IsLowSurrogate(WChar unit) {
+  return (unit & 0xFC00) == 0xDC00;
+}
+
+/// How many units from the start hold whole characters only.
+std::size_t WellFormedLength(WideView text) {
+  std::size_t i = 0;
+  while (i < text.size) {
+    if ((text[i] & 0xF800) != 0xD800) {
+      ++i;
+    } else if (IsHighSurrogate(text[i]) && i + 1 < text.size && IsLowSurrogate(text[i + 1])) {
+      i += 2;
+    } else {
+      break;
+    }
+  }
+  return i;
+}
+
+[[noreturn]] void ThrowFileFailure(DocumentFault fault, ULONG systemError, const char* reason) {
+  DocumentFailure failure;
+  failure.error.fault = fault;
+  failure.error.systemError = systemError;
+  std::snprintf(failure.error.reason, sizeof failure.error.reason, "%s: %s", reason,
+                std::strerror(static_cast<int>(systemError)));
+  throw failure;
+}
+
+}  // namespace
+
+FileSource::FileSource(const WChar* path) {
+  if (!file_.Open(path))
+    ThrowFileFailure(DocumentFault::kCannotOpen, file_.error(), "the file does not open");
+}
+
+int FileSource::Read(char* bytes, int capacity) {
+  if (at_ == end_) {
+    at_ = 0;
+    if (!file_.Read(block_, sizeof block_, &end_))
+      ThrowFileFailure(DocumentFault::kCannotRead, file_.error(), "the file cannot be read");
+  }
+  const std::size_t part = std::min<std::size_t>(capacity, end_ - at_);
+  std::memcpy(bytes, block_ + at_, part);
+  at_ += part;
+  return static_cast<int>(part);
+}
+
+int MemorySource::Read(char* bytes, int capacity) {
+  const std::size_t part = std::min<std::size_t>(capacity, left_);
+  if (part > 0) std::memcpy(bytes, at_, part);
+  at_ += part;
+  left_ -= part;
+  return static_cast<int>(part);
+}
+
+int TextSource::Read(char* bytes, int capacity) {
+  if (text_.empty()) return 0;
+  const WideView piece = text_.First(capacity / 3);
+  std::size_t whole = WellFormedLength(piece);
+  if (whole == 0) return -1;
+  text_ = text_.From(whole);
+  return WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(whole), bytes, capacity);
+}
+
+}  // namespace vosmere::posix

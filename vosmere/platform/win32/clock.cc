@@ -1,0 +1,42 @@
+#include "vosmere/platform/clock.h"
+
+#include <time.h>
+
+#include <atomic>
+
+namespace vosmere {
+namespace {
+
+std::atomic<LONG (*)()> testClock{nullptr};
+
+// Once: the runtime's zone variables pass through other values while they are being set.
+void SetUpZone() {
+  static const bool done = (_tzset(), true);
+  static_cast<void>(done);
+}
+
+}  // namespace
+
+LONG ClockSeconds() {
+  if (auto* const clock = testClock.load()) return clock();
+  return static_cast<LONG>(_time64(nullptr));
+}
+
+bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
+  SetUpZone();
+  const __time64_t time = seconds;
+  const tm* const local = _localtime64(&time);  // the thread's own record
+  if (!local) return false;
+  *calendar = {local->tm_year + 1900, local->tm_mon + 1, local->tm_mday, local->tm_hour,
+               local->tm_min,         local->tm_sec,     local->tm_wday};
+  return true;
+}
+
+LONG ZoneSecondsWest() {
+  SetUpZone();
+  return _timezone;
+}
+
+void SetClockForTesting(LONG (*clock)()) { testClock = clock; }
+
+}  // namespace vosmere

@@ -1,0 +1,121 @@
+#include "vosmere/platform/file.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "vosmere/platform/win32/com.h"
+
+namespace vosmere {
+namespace {
+
+constexpr std::size_t kBlock = 256 * 1024;
+constexpr std::size_t kMostAtOnce = 1 << 30;  // a call's count has 32 bits
+
+HANDLE Native(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
+
+std::intptr_t OpenHandle(const WChar* path, DWORD access, DWORD disposition) {
+  return reinterpret_cast<std::intptr_t>(
+      ::CreateFileW(win32::Native(path), access, FILE_SHARE_READ, nullptr, disposition,
+                    FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+bool WriteAll(HANDLE file, const char* bytes, std::size_t size) {
+  while (size > 0) {
+    DWORD written = 0;
+    const auto part = static_cast<DWORD>(std::min(size, kMostAtOnce));
+    if (!::WriteFile(file, bytes, part, &written, nullptr)) return false;
+    bytes += written;
+    size -= written;
+  }
+  return true;
+}
+
+/// Joins small pieces into blocks, so that a document of many chunks takes few system calls.
+class BlockWriter {
+ public:
+  explicit BlockWriter(HANDLE file) : file_(file), block_(new char[kBlock]) {}
+
+  bool Add(const char* bytes, std::size_t size) {
+    if (size > kBlock - used_ && !Flush()) return false;
+    if (size >= kBlock) return WriteAll(file_, bytes, size);
+    if (size > 0) std::memcpy(block_.get() + used_, bytes, size);
+    used_ += size;
+    return true;
+  }
+  bool Flush() { return WriteAll(file_, block_.get(), std::exchange(used_, 0)); }
+
+ private:
+  HANDLE file_;
+  std::unique_ptr<char[]> block_;
+  std::size_t used_ = 0;
+};
+
+bool WritePieces(HANDLE file, const FilePiece* pieces, std::size_t count) {
+  const auto bytes = [](const FilePiece& piece) { return static_cast<const char*>(piece.data); };
+  if (count == 1) return WriteAll(file, bytes(*pieces), pieces->size);
+  BlockWriter writer(file);
+  return std::all_of(pieces, pieces + count,
+                     [&](const FilePiece& p) { return writer.Add(bytes(p), p.size); }) &&
+         writer.Flush();
+}
+
+}  // namespace
+
+File::File(File&& other) noexcept
+    : handle_(std::exchange(other.handle_, kNone)), error_(other.error_) {}
+
+File& File::operator=(File&& other) noexcept {
+  std::swap(handle_, other.handle_);
+  std::swap(error_, other.error_);
+  return *this;
+}
+
+bool File::Open(const WChar* path) {
+  Close();
+  handle_ = OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
+  return IsOpen() || Fail();
+}
+
+bool File::Create(const WChar* path) {
+  Close();
+  handle_ = OpenHandle(path, GENERIC_WRITE, CREATE_ALWAYS);
+  return IsOpen() || Fail();
+}
+
+bool File::Read(void* bytes, std::size_t capacity, std::size_t* got) {
+  DWORD read = 0;
+  const auto part = static_cast<DWORD>(std::min(capacity, kMostAtOnce));
+  if (!::ReadFile(Native(handle_), bytes, part, &read, nullptr)) return Fail();
+  *got = read;
+  return true;
+}
+
+bool File::Write(const FilePiece* pieces, std::size_t count) {
+  try {
+    return WritePieces(Native(handle_), pieces, count) || Fail();
+  } catch (const std::bad_alloc&) {
+    error_ = ERROR_NOT_ENOUGH_MEMORY;
+    return false;
+  }
+}
+
+bool File::Size(std::uint64_t* size) {
+  LARGE_INTEGER length;
+  if (!::GetFileSizeEx(Native(handle_), &length)) return Fail();
+  *size = static_cast<std::uint64_t>(length.QuadPart);
+  return true;
+}
+
+void File::Close() {
+  if (IsOpen()) ::CloseHandle(Native(std::exchange(handle_, kNone)));
+}
+
+bool File::Fail() {
+  error_ = ::GetLastError();
+  return false;
+}
+
+}  // namespace vosmere

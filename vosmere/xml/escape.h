@@ -1,0 +1,25 @@
+// Wide text on its way into markup.
+#pragma once
+
+#include <cstddef>
+
+#include "vosmere/base/wide_view.h"
+
+namespace vosmere {
+
+/// Units that one piece of text has at most, so that its conversion fits a buffer on the stack.
+inline constexpr std::size_t kTextPiece = 512;
+/// Bytes that a piece of plain text, and of escaped text, becomes at most.
+inline constexpr std::size_t kPieceBytes = kTextPiece * 3;
+inline constexpr std::size_t kEscapedPieceBytes = kTextPiece * 6;
+
+/// The next piece of a text, never parting a surrogate pair.
+WideView NextPiece(WideView text);
+
+/// Converts one piece to UTF-8. Returns the number of bytes; 0 is a failure unless it is empty.
+int PieceToUtf8(WideView piece, char (&bytes)[kPieceBytes]);
+
+/// The same with & < > " ' replaced by entities. No other character is.
+int PieceToEscapedUtf8(WideView piece, char (&bytes)[kEscapedPieceBytes]);
+
+}  // namespace vosmere

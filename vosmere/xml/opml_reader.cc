@@ -1,0 +1,255 @@
+#include "vosmere/xml/opml_reader.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/folder_node.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/xml/reader_fields.h"
+
+namespace vosmere {
+namespace {
+
+// An address is kept with the separators of the system that the documents come from.
+void SetPath(CColctNode& colct, const WChar* value) {
+  const WideView view(value);
+  if (view.size >= CUrlNode::kTextLimit) return;  // too long for an address, which stays as it is
+  WChar path[CUrlNode::kTextLimit];
+  std::replace_copy(value, value + view.size + 1, path, WChar{'/'}, WChar{'\\'});
+  colct.SetUrl(path);
+}
+
+template <ULONG Which>
+void StatTime(CNodeStat& stat, const WChar* value) {
+  const LONG time = NumberFromText(value);
+  stat.SetStatTime(time, time, time, Which);
+}
+
+constexpr Field<CFolderNode> kFolderFields[] = {
+    {"text", Text<&CFolderNode::SetName>},
+    {"title", Text<&CFolderNode::SetName>},
+    {"description", Text<&CFolderNode::SetDescription>},
+};
+
+constexpr Field<CColctNode> kColctFields[] = {
+    {"type", Ignored},
+    {"text", Text<&CColctNode::SetName>},
+    {"title", Text<&CColctNode::SetName>},
+    {"description", Text<&CColctNode::SetDescription>},
+    {"xmlUrl", SetPath},
+    {"htmlUrl", Text<&CColctNode::SetRelationUrl>},
+    {"lastBuildDate", Ignored},
+    {"language", Ignored},
+    {"link", Ignored},
+    {"pubDate", Ignored},
+};
+
+constexpr Field<CBaseNode> kSyncFields[] = {
+    {"id", Text<&CBaseNode::SetUUID>},
+    {"version", Number<&CBaseNode::SetVersion>},
+    {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
+};
+
+constexpr Field<CNodeStat> kStatFields[] = {
+    {"added", StatTime<CNodeStat::kAdded>},
+    {"modified", StatTime<CNodeStat::kModified>},
+    {"lastVisited", StatTime<CNodeStat::kLastVisited>},
+    {"flag", Number<&CNodeStat::SetFlag>},
+    {"unread", WhenTrue<&CNodeStat::MarkAsUnread>},
+};
+
+constexpr Field<CColctNetData> kViewFields[] = {
+    {"expand", WhenTrue<&CColctNetData::SetColctExpandState>},
+};
+
+}  // namespace
+
+CParseOPML::~CParseOPML() {
+  DeleteTree(treeRoot_);
+}
+
+void* CParseOPML::DetachData() {
+  currentFolder_ = nullptr;
+  outlines_.clear();
+  return std::exchange(treeRoot_, nullptr);
+}
+
+void CParseOPML::ParseXMLTree(XmlNode node) {
+  GoThroughChildNodes(node);
+}
+
+struct CParseOPML::Element {
+  std::string_view name;
+  void (CParseOPML::*process)(XmlNode);
+};
+
+void CParseOPML::ProcessElementNode(XmlNode node) {
+  static constexpr Element kElements[] = {
+      {"outline", &CParseOPML::ProcessOutline},
+      {"opml", &CParseOPML::ProcessOpml},
+      {"head", &CParseOPML::Ignore},
+      {"title", &CParseOPML::ProcessTitle},
+      {"vsm:opml", &CParseOPML::ProcessVSMOpml},
+      {"body", &CParseOPML::Ignore},
+      {"sx:sync", &CParseOPML::ProcessSyncAttributes},
+      {"vsm:stat", &CParseOPML::ProcessNodeStat},
+      {"vsm:view", &CParseOPML::ProcessNodeView},
+  };
+  if (const Element* const element = FindRow(kElements, node.Name().view()))
+    (this->*element->process)(std::move(node));
+}
+
+void CParseOPML::OnLeaveNode(XmlNode node) {
+  if (outlines_.empty() || node.Type() != kXmlElement) return;
+  const XmlText name = node.Name();
+  if (!IsNamed(name.view(), "outline")) return;
+  Trace("LeaveNode=%s Level=%d\n", name.c_str(), depth());
+  if (outlines_.back()->type == NT_FOLDER) currentFolder_ = currentFolder_->parent;
+  outlines_.pop_back();
+  if (outlines_.empty()) Trace("m_pOutLineStack=0\n");
+}
+
+// Elements of the document itself.
+
+void CParseOPML::Ignore(XmlNode) {}
+
+void CParseOPML::ProcessOpml(XmlNode) {
+  if (!treeRoot_) currentFolder_ = treeRoot_ = LinkNew(CFolderNode::New(), NT_FOLDER);
+}
+
+// A title, and the version of the extensions, are the document's only outside of all outlines.
+bool CParseOPML::AtRoot() const {
+  return treeRoot_ && outlines_.empty();
+}
+
+void CParseOPML::ProcessTitle(XmlNode node) {
+  if (AtRoot()) treeRoot_->item->SetName(node.Text().c_str());
+}
+
+void CParseOPML::ProcessVSMOpml(XmlNode node) {
+  if (!AtRoot()) return;
+  ForEachAttribute(node, [this](WideView name, const WChar* value) {
+    Trace("AttributeName=%s\n", name.data);
+    Trace("AttributeValue=%s\n", value);
+    const LONG version = NumberFromText(value);
+    if (IsNamed(name, "version") && version >= 0) opmlVersion_ = version;
+  });
+}
+
+// Outlines.
+
+void CParseOPML::ProcessOutline(XmlNode node) {
+  if (!treeRoot_) return;
+  if (IsRssFeed(node))
+    ProcessRssFeed(node);
+  else
+    ProcessFolder(node);
+}
+
+bool CParseOPML::IsRssFeed(const XmlNode& node) {
+  bool hasType = false, isRss = false, hasUrl = false;
+  ForEachAttribute(node, [&](WideView name, const WChar* value) {
+    if (IsNamed(name, "xmlUrl")) hasUrl = true;
+    if (!IsNamed(name, "type")) return;
+    Trace("ISFeedATTRValue=%s\n", value);
+    hasType = true;
+    isRss = IsNamed(WideView(value), "rss");
+  });
+  return hasType ? isRss : hasUrl;
+}
+
+RNode* CParseOPML::LinkNew(CBaseNode* item, LONG type) {
+  RNode* const link = item ? RNode::New2(item, static_cast<tagNODETYPE>(type)) : nullptr;
+  if (!link) {
+    CBaseNode::Delete(item);
+    throw std::bad_alloc();
+  }
+  if (currentFolder_) RNTool::InsertAsChild(currentFolder_, link);
+  return link;
+}
+
+void CParseOPML::ProcessFolder(const XmlNode& node) {
+  CFolderNode* const folder = CFolderNode::New();
+  currentFolder_ = LinkNew(folder, NT_FOLDER);
+  ForEachAttribute(node, [=, this](WideView name, const WChar* value) {
+    SetFolderAttributes(folder, name, value);
+  });
+  outlines_.push_back(currentFolder_);
+}
+
+void CParseOPML::SetFolderAttributes(CFolderNode* folder, WideView name, const WChar* value) {
+  if (*value) ApplyField(kFolderFields, *folder, name, value);
+}
+
+void CParseOPML::ProcessRssFeed(const XmlNode& node) {
+  CColctNode* const colct = CColctNode::New();
+  RNode* const link = LinkNew(colct, NT_COLCT);
+  ForEachAttribute(node, [=, this](WideView name, const WChar* value) {
+    SetColctAttributes(colct, name, value);
+  });
+  outlines_.push_back(link);
+}
+
+void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WChar* value) {
+  if (*value)
+    ApplyField(kColctFields, *colct, name, value);
+  else
+    Trace("Zero length Value of %s\n", name.data);
+}
+
+// Extension elements. They describe the innermost open outline.
+
+CBaseNode* CParseOPML::CurrentItem() const {
+  return outlines_.empty() ? nullptr : outlines_.back()->item;
+}
+
+void CParseOPML::ProcessSyncAttributes(XmlNode node) {
+  if (!treeRoot_) return;
+  CBaseNode* const item = outlines_.empty() ? treeRoot_->item : CurrentItem();
+  ForEachAttribute(node, [=](WideView name, const WChar* value) {
+    ApplyField(kSyncFields, *item, name, value);
+  });
+}
+
+void CParseOPML::ProcessNodeStat(XmlNode node) {
+  CBaseNode* const item = CurrentItem();
+  if (!item) return;
+  ForEachAttribute(node, [=](WideView name, const WChar* value) {
+    ApplyField(kStatFields, *item->GetNodeStat(), name, value);
+  });
+}
+
+void CParseOPML::ProcessNodeView(XmlNode node) {
+  if (outlines_.empty() || outlines_.back()->type != NT_COLCT) return;
+  auto* const colct = static_cast<CColctNode*>(CurrentItem());
+  ForEachAttribute(node, [=](WideView name, const WChar* value) {
+    ApplyField(kViewFields, *colct->GetColctNetData(), name, value);
+  });
+}
+
+// The reader.
+
+CReadColctTreeOPML::~CReadColctTreeOPML() {
+  DeleteTree(treeRoot_);
+}
+
+RNode* CReadColctTreeOPML::DetachTreeRoot() {
+  return std::exchange(treeRoot_, nullptr);
+}
+
+void CReadColctTreeOPML::InvokeParser(XmlNode root) {
+  const XmlText name = root.Name();
+  if (!IsNamed(name.view(), "opml")) {
+    Trace("Element Name=%s\n", name.c_str());
+    return;
+  }
+  CParseOPML parser;
+  parser.ParseXMLTree(root);
+  DeleteTree(treeRoot_);
+  treeRoot_ = static_cast<RNode*>(parser.DetachData());
+  opmlVersion_ = parser.GetOpmlVersion();
+}
+
+}  // namespace vosmere

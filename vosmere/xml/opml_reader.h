@@ -1,0 +1,89 @@
+#pragma once
+
+#include <vector>
+
+#include "vosmere/base/export.h"
+#include "vosmere/xml/parse_xml.h"
+#include "vosmere/xml/read_xml.h"
+
+namespace vosmere {
+
+class CBaseNode;
+class CColctNode;
+class CFolderNode;
+struct RNode;
+
+/// Walks an OPML document and builds a tree of folders and collections. Elements out of place and
+/// unknown names are ignored.
+class VOSMERE_API CParseOPML : public CParseXML {
+ public:
+  CParseOPML() = default;
+  /// Frees the tree unless it was detached.
+  ~CParseOPML() override;
+
+  /// The root link (an RNode) of the tree, which is then the caller's; null when there is none.
+  void* DetachData() override;
+  /// `node` is the "opml" element.
+  void ParseXMLTree(XmlNode node) override;
+
+  /// The version of the document's own extensions; 0 when it names none.
+  LONG GetOpmlVersion() const { return opmlVersion_; }
+
+ protected:
+  void ProcessElementNode(XmlNode node) override;
+  void OnLeaveNode(XmlNode node) override;
+
+  void ProcessOutline(XmlNode node);
+  /// An outline is a collection when its type is "rss" or, without a type, when it has an xmlUrl.
+  bool IsRssFeed(const XmlNode& node);
+  void ProcessFolder(const XmlNode& node);
+  void ProcessRssFeed(const XmlNode& node);
+  void ProcessSyncAttributes(XmlNode node);
+  void ProcessNodeStat(XmlNode node);
+  void ProcessVSMOpml(XmlNode node);
+  void ProcessNodeView(XmlNode node);
+  void SetFolderAttributes(CFolderNode* folder, WideView name, const WChar* value);
+  void SetColctAttributes(CColctNode* colct, WideView name, const WChar* value);
+
+ private:
+  struct Element;
+
+  void ProcessOpml(XmlNode node);
+  void ProcessTitle(XmlNode node);
+  void Ignore(XmlNode node);
+
+  bool AtRoot() const;
+  CBaseNode* CurrentItem() const;
+  RNode* LinkNew(CBaseNode* item, LONG type);
+
+  RNode* currentFolder_ = nullptr;
+  RNode* treeRoot_ = nullptr;
+  std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
+  LONG opmlVersion_ = 0;
+};
+
+/// Reads a tree of folders and collections from an OPML document.
+///
+/// What does not come back from a document that CWriteColctTreeOPML wrote: owners, and the marks of
+/// deleted items. A root element other than "opml" loads, and gives no tree.
+class VOSMERE_API CReadColctTreeOPML : public CReadXML {
+ public:
+  CReadColctTreeOPML() = default;
+  /// Frees the tree unless it was detached.
+  ~CReadColctTreeOPML() override;
+
+  /// The root link of the tree, which is then the caller's (DeleteTree frees it); null when there
+  /// is none. A tree stays until it is detached or the next one is read.
+  RNode* DetachTreeRoot();
+  /// The version of the document's own extensions; 0 when it names none.
+  LONG GetOpmlVersion() const { return opmlVersion_; }
+
+ protected:
+  void InvokeParser(XmlNode root) override;
+
+ private:
+  RNode* treeRoot_ = nullptr;
+  LONG opmlVersion_ = 0;
+};
+
+}  // namespace vosmere

@@ -1,0 +1,79 @@
+#include "vosmere/xml/read_xml.h"
+
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "vosmere/platform/xml_document.h"
+
+namespace vosmere {
+namespace {
+
+DocumentError MakeError(DocumentFault fault, const char* reason) {
+  DocumentError error;
+  error.fault = fault;
+  std::snprintf(error.reason, sizeof error.reason, "%s", reason);
+  return error;
+}
+
+[[noreturn]] void FailNothingGiven() {
+  throw DocumentFailure{MakeError(DocumentFault::kCannotOpen, "no document was given")};
+}
+
+}  // namespace
+
+CReadXML::~CReadXML() {
+  FreeData();
+}
+
+void CReadXML::FreeData() {
+  if (data_) deleteData_(std::exchange(data_, nullptr));
+}
+
+void* CReadXML::DetachData() {
+  return std::exchange(data_, nullptr);
+}
+
+template <class Load>
+bool CReadXML::LoadWith(Load load) {
+  error_ = {};
+  try {
+    XmlDocument document;
+    load(document);
+    const XmlNode root = document.Root();
+    if (root.FirstChild()) InvokeParser(root);
+  } catch (const DocumentFailure& failure) {
+    error_ = failure.error;
+  } catch (const std::bad_alloc&) {
+    error_ = MakeError(DocumentFault::kNoMemory, "memory ran out");
+  } catch (const std::exception& exception) {
+    error_ = MakeError(DocumentFault::kHandlerFailed, exception.what());
+  } catch (...) {
+    error_ = MakeError(DocumentFault::kHandlerFailed, "the reader gave up");
+  }
+  return error_.fault == DocumentFault::kNone;
+}
+
+bool CReadXML::LoadFile(const WChar* path) {
+  return LoadWith([=](XmlDocument& document) {
+    if (!path) FailNothingGiven();
+    document.LoadFile(path);
+  });
+}
+
+bool CReadXML::LoadBSTRXML(const WChar* text) {
+  return LoadWith([=](XmlDocument& document) {
+    if (!text) FailNothingGiven();
+    document.LoadText(text);
+  });
+}
+
+bool CReadXML::LoadXML(const char* bytes, int length) {
+  return LoadWith([=](XmlDocument& document) {
+    if (!bytes) FailNothingGiven();
+    document.LoadBytes(bytes, length);
+  });
+}
+
+}  // namespace vosmere

@@ -1,0 +1,97 @@
+// What readers are made of: tables of names, and one visitor over attributes.
+//
+// Nearly every reader says "this exact name, first match, apply the text". A row names a setter;
+// an irregular row names a small function:
+//
+//     constexpr Field<CFolderNode> kFolderFields[] = {
+//         {"text", Text<&CFolderNode::SetName>},
+//         {"version", Number<&CFolderNode::SetVersion>},
+//         {"deleted", WhenTrue<&CFolderNode::SetAsDeleted>},
+//     };
+//     ForEachAttribute(element, [&](WideView name, const WChar* value) {
+//       ApplyField(kFolderFields, *folder, name, value);
+//     });
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/trace.h"
+#include "vosmere/base/types.h"
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/xml_node.h"
+
+namespace vosmere {
+
+/// Exact comparison with an ASCII name, code unit by code unit.
+inline bool IsNamed(WideView text, std::string_view name) {
+  if (text.size != name.size()) return false;
+  for (std::size_t i = 0; i < name.size(); ++i)
+    if (text[i] != static_cast<unsigned char>(name[i])) return false;
+  return true;
+}
+
+/// The number at the start of a text: white space, a sign, decimal digits; what follows is ignored.
+/// 0 without digits, the nearest 32-bit number beyond the range.
+VOSMERE_API LONG NumberFromText(const WChar* text);
+
+/// The first row with that name, or null. Rows have a `std::string_view name`.
+template <class Row, std::size_t N>
+const Row* FindRow(const Row (&rows)[N], WideView name) {
+  for (const Row& row : rows)
+    if (IsNamed(name, row.name)) return &row;
+  return nullptr;
+}
+
+/// What to do with the text of one field of a `Target`.
+template <class Target>
+struct Field {
+  std::string_view name;
+  void (*apply)(Target& target, const WChar* text);
+};
+
+/// Applies the first row with that name; false when there is none.
+template <class Target, std::size_t N>
+bool ApplyField(const Field<Target> (&fields)[N], Target& target, WideView name,
+                const WChar* text) {
+  const Field<Target>* const field = FindRow(fields, name);
+  if (field) field->apply(target, text);
+  return field != nullptr;
+}
+
+// The regular rows: the text itself, its number, and true for exactly "true" (anything else changes
+// nothing).
+
+template <auto Setter, class Target>
+void Text(Target& target, const WChar* text) {
+  (target.*Setter)(text);
+}
+
+template <auto Setter, class Target>
+void Number(Target& target, const WChar* text) {
+  (target.*Setter)(NumberFromText(text));
+}
+
+template <auto Setter, class Target>
+void WhenTrue(Target& target, const WChar* text) {
+  if (IsNamed(WideView(text), "true")) (target.*Setter)(true);
+}
+
+template <class Target>
+void Ignored(Target&, const WChar*) {}
+
+/// Calls `visit(WideView name, const WChar* value)` for every attribute in order. One whose value
+/// is not a text is traced and skipped.
+template <class Visit>
+void ForEachAttribute(const XmlNode& element, Visit visit) {
+  for (XmlAttributes attributes(element); attributes.Next();) {
+    const XmlText name = attributes.Name();
+    if (attributes.HasTextValue())
+      visit(name.view(), attributes.Value().c_str());
+    else
+      Trace("Value is not BSTR  %s\n", name.c_str());
+  }
+}
+
+}  // namespace vosmere

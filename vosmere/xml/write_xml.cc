@@ -1,0 +1,210 @@
+#include "vosmere/xml/write_xml.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "vosmere/base/trace.h"
+#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/file.h"
+#include "vosmere/platform/system_string.h"
+#include "vosmere/text/unicode_tool.h"
+#include "vosmere/xml/escape.h"
+
+namespace vosmere {
+namespace {
+
+WideView SystemView(const WChar* text) {
+  return {text, SysStringLen(text)};
+}
+
+}  // namespace
+
+CWriteXML::CWriteXML() : buffer_(new (std::nothrow) CChunkBuffer), file_(new (std::nothrow) File) {}
+
+CWriteXML::~CWriteXML() = default;
+
+void CWriteXML::SetEncoding(const char* name) {
+  const std::size_t length = name ? std::strlen(name) : 0;
+  if (length >= 1 && length <= 18) std::memcpy(encoding_, name, length + 1);
+}
+
+// Generating.
+
+void CWriteXML::FillOnce() {
+  if (filled_ || !buffer_) return;
+  filled_ = 1;
+  FillData();
+}
+
+void CWriteXML::BeginDocument() {
+  if (buffer_) buffer_->Clear();
+  AddXMLVersion();
+}
+
+void CWriteXML::AddXMLVersion() {
+  Put("<?xml version=\"1.0\" encoding=\"");
+  FillString(encoding_, static_cast<int>(std::strlen(encoding_)));
+  Put("\"?>\n");
+}
+
+bool CWriteXML::FillString(const char* text, int length) {
+  if (buffer_) buffer_->Append(text, length);
+  return true;
+}
+
+bool CWriteXML::FillXMLBSTR(const WChar* value) {
+  return PutEscaped(SystemView(value));
+}
+
+bool CWriteXML::FillBSTRString(const WChar* value) {
+  return PutText(SystemView(value));
+}
+
+bool CWriteXML::FillNode(const WChar* value, const char* open, const char* close, int openLength) {
+  std::string utf8;
+  if (!EscapedUtf8(SystemView(value), utf8)) return false;
+  FillString(open, openLength);
+  FillString(utf8.data(), static_cast<int>(utf8.size()));
+  FillString(close, openLength + 3);
+  return true;
+}
+
+bool CWriteXML::FillNodeChar(const char* value, const char* open, const char* close,
+                             int openLength) {
+  FillString(open, openLength);
+  FillString(value, static_cast<int>(std::strlen(value)));
+  FillString(close, openLength + 3);
+  return true;
+}
+
+void CWriteXML::PutNumber(LONG number) {
+  char digits[12];
+  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  FillString(digits, static_cast<int>(end - digits));
+}
+
+bool CWriteXML::PutText(WideView text) {
+  char bytes[kPieceBytes];
+  while (!text.empty()) {
+    const WideView piece = NextPiece(text);
+    const int length = PieceToUtf8(piece, bytes);
+    if (length == 0) return false;
+    FillString(bytes, length);
+    text = text.From(piece.size);
+  }
+  return true;
+}
+
+bool CWriteXML::PutEscaped(WideView text) {
+  char bytes[kEscapedPieceBytes];
+  while (!text.empty()) {
+    const WideView piece = NextPiece(text);
+    const int length = PieceToEscapedUtf8(piece, bytes);
+    if (length == 0) return false;
+    FillString(bytes, length);
+    text = text.From(piece.size);
+  }
+  return true;
+}
+
+// Converting.
+
+bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
+  try {
+    char bytes[kEscapedPieceBytes];
+    while (!text.empty()) {
+      const WideView piece = NextPiece(text);
+      const int length = PieceToEscapedUtf8(piece, bytes);
+      if (length == 0) return false;
+      utf8.append(bytes, length);
+      text = text.From(piece.size);
+    }
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+bool CWriteXML::GetXMLUTF8(const WChar* value, char** text, int* length) {
+  std::string utf8;
+  if (!EscapedUtf8(SystemView(value), utf8)) return false;
+  auto* const block = new (std::nothrow) char[utf8.size() + 1];
+  if (!block) return false;
+  std::memcpy(block, utf8.c_str(), utf8.size() + 1);
+  *text = block;
+  *length = static_cast<int>(utf8.size());
+  return true;
+}
+
+bool CWriteXML::BSTRGetUTF8(const WChar* value, char** text, int* length) {
+  return CUnicodeTool::BSTRGetUTF8(value, text, length);
+}
+
+BSTR CWriteXML::GetXMLBSTR() {
+  FillOnce();
+  Chunk* chunk = nullptr;
+  const LONG total = buffer_ ? buffer_->Get(&chunk) : 0;
+  error_ = {};
+  if (!IsComplete(total)) return nullptr;
+  std::string bytes;
+  bytes.reserve(total);
+  for (; chunk; chunk = chunk->next) bytes.append(chunk->data, chunk->used);
+  bytes.resize(std::strlen(bytes.c_str()));
+  BSTR result = nullptr;
+  CUnicodeTool::UTF8GetBSTR(&result, bytes.c_str(), static_cast<int>(bytes.size()));
+  return result;
+}
+
+// Saving.
+
+bool CWriteXML::SaveToFile(const WChar* path) {
+  error_ = {};
+  if (!OpenFile(path)) return false;
+  FillOnce();
+  const bool written = RealWrite();
+  CloseFile();
+  return written;
+}
+
+bool CWriteXML::OpenFile(const WChar* path) {
+  CloseFile();
+  if (file_ && path && file_->Create(path)) return true;
+  const ULONG error = file_ ? file_->error() : 0;
+  Trace("0X%08X CWriteXML Could not open file. %s\n", error, path);
+  return Fail(DocumentFault::kCannotOpen, "the file cannot be created", error);
+}
+
+void CWriteXML::CloseFile() {
+  if (file_) file_->Close();
+}
+
+bool CWriteXML::RealWrite() {
+  Chunk* chunk = nullptr;
+  const LONG total = buffer_ ? buffer_->Get(&chunk) : 0;
+  if (!IsComplete(total)) return false;
+  std::vector<FilePiece> pieces;
+  pieces.reserve(total / CChunkBuffer::kChunkSize + 1);
+  for (; chunk; chunk = chunk->next)
+    pieces.push_back({chunk->data, static_cast<std::size_t>(chunk->used)});
+  if (file_->Write(pieces.data(), pieces.size())) return true;
+  return Fail(DocumentFault::kCannotWrite, "writing stopped half-way", file_->error());
+}
+
+bool CWriteXML::IsComplete(LONG total) {
+  if (total >= CChunkBuffer::kLimit)
+    return Fail(DocumentFault::kTooLarge, "the document has 100 MiB or more");
+  return total > 0 || Fail(DocumentFault::kNothingToWrite, "the document is empty");
+}
+
+bool CWriteXML::Fail(DocumentFault fault, const char* reason, ULONG systemError) {
+  error_.fault = fault;
+  error_.systemError = systemError;
+  std::snprintf(error_.reason, sizeof error_.reason, "%s", reason);
+  return false;
+}
+
+}  // namespace vosmere

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/types.h"
+#include "vosmere/base/wide_view.h"
+#include "vosmere/text/chunk_buffer.h"
+#include "vosmere/xml/document_error.h"
+
+namespace vosmere {
+
+class File;
+
+/// Base of every document writer: appends UTF-8 markup to a chunk buffer in document order, then
+/// saves it to a file or hands it out as a wide string.
+///
+/// A writer generates its document once, on the first SaveToFile or GetXMLBSTR; later calls give
+/// the same text even if the data changed since. It does not own the data that it writes. Documents
+/// are UTF-8 without a byte-order mark. One thread at a time.
+///
+/// std::bad_alloc from the buffer passes through SaveToFile and GetXMLBSTR.
+class VOSMERE_API CWriteXML {
+ public:
+  CWriteXML();
+  CWriteXML(const CWriteXML&) = delete;
+  CWriteXML& operator=(const CWriteXML&) = delete;
+
+  /// The document as a new system string, which the caller frees with SysFreeString; cut at the
+  /// first U+0000. Null when it is empty or too large (see SaveToFile), and without memory.
+  virtual BSTR GetXMLBSTR();
+
+  /// Writes the document over what is in the file, without a byte-order mark. False when the file
+  /// cannot be created, writing stopped half-way (the file is then cut short), or the document is
+  /// empty or 100 MiB or larger (the file is then empty). LastError says why.
+  virtual bool SaveToFile(const WChar* path);
+
+  virtual ~CWriteXML();
+
+  /// The encoding named in the XML declaration, 1 to 18 characters; any other length changes
+  /// nothing. The text is UTF-8 whatever is named here. Null is ignored.
+  void SetEncoding(const char* name);
+
+  /// Escapes a system string and converts it to UTF-8: a new zero-terminated block that the caller
+  /// frees with CUnicodeTool::DeleteBuffer, and its length. False, with nothing stored, without
+  /// memory. The five characters & < > " ' become entities; nothing else is replaced.
+  bool GetXMLUTF8(const WChar* value, char** text, int* length);
+
+  /// Why the last save failed; no fault after one that did not.
+  const DocumentError& LastError() const { return error_; }
+
+ protected:
+  /// Appends an element around a system string, escaped. `open` is the start tag, `openLength`
+  /// bytes long, `close` the end tag with CR LF, which is therefore three bytes longer. False, with
+  /// nothing appended, when the value cannot be converted.
+  virtual bool FillNode(const WChar* value, const char* open, const char* close, int openLength);
+  /// The same around zero-terminated bytes, as they are. Always true.
+  virtual bool FillNodeChar(const char* value, const char* open, const char* close, int openLength);
+  /// Generates the document; its result is ignored.
+  virtual bool FillData() = 0;
+
+  /// Clears the buffer and appends the declaration, which ends in a lone LF.
+  void BeginDocument();
+  void AddXMLVersion();
+  /// Bytes as they are. Always true.
+  bool FillString(const char* text, int length);
+  /// A system string, escaped. False when it cannot be converted.
+  bool FillXMLBSTR(const WChar* value);
+  /// A system string as it is. False when it cannot be converted.
+  bool FillBSTRString(const WChar* value);
+  /// GetXMLUTF8 without escaping.
+  bool BSTRGetUTF8(const WChar* value, char** text, int* length);
+
+  // What writers are made of: one statement per fragment, in document order. Lengths come from the
+  // literals, and values are converted straight into the buffer.
+
+  template <std::size_t N>
+  void Put(const char (&markup)[N]) {
+    FillString(markup, static_cast<int>(N) - 1);
+  }
+  void PutNumber(LONG number);
+  /// As it is. False when it cannot be converted; what went before stays appended.
+  bool PutText(WideView text);
+  bool PutEscaped(WideView text);
+  /// The whole escaped text at once, for a writer that must know beforehand whether it converts.
+  /// False also without memory.
+  static bool EscapedUtf8(WideView text, std::string& utf8);
+
+  bool OpenFile(const WChar* path);
+  void CloseFile();
+  bool RealWrite();
+
+ private:
+  void FillOnce();
+  bool IsComplete(LONG total);
+  bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
+
+  std::unique_ptr<CChunkBuffer> buffer_;
+  std::unique_ptr<File> file_;
+  char encoding_[20] = "UTF-8";
+  LONG filled_ = 0;
+  DocumentError error_;
+};
+
+}  // namespace vosmere
