@@ -375,7 +375,7 @@ struct PugixmlDocument::Content {
 };
 
 PugixmlDocument::PugixmlDocument(const std::string& document) : content_(new Content) {
-  content_->dom.load_buffer(document.data(), document.size(), pugi::parse_full);
+  content_->dom.load_buffer(document.data(), document.size(), pugi::parse_full | pugi::parse_ws_pcdata);
 }
 
 PugixmlDocument::~PugixmlDocument() { delete content_; }

@@ -6,7 +6,6 @@ namespace vosmere::tool {
 namespace {
 
 constexpr std::size_t kLabelUnits = 40;
-constexpr std::size_t kPlaceDepth = 6;
 
 }  // namespace
 

@@ -40,7 +40,10 @@ class Findings {
 /// An item's name in a place, shortened and printable.
 std::string Label(const WChar* name);
 
-/// The names from the outside in, joined. Only the innermost few of a long path are shown.
+/// A place shows at most the innermost so many names, so that hostile depths stay cheap.
+inline constexpr std::size_t kPlaceDepth = 6;
+
+/// The names from the outside in, joined.
 std::string Place(const std::vector<std::string>& labels);
 
 }  // namespace vosmere::tool

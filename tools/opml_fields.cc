@@ -9,14 +9,20 @@ namespace {
 
 using Value = Json (*)(CBaseNode& item);
 
-Json Text(const WChar* text) { return text ? Json(ToUtf8(text)) : Json(); }
-CColctNode& Colct(CBaseNode& item) { return static_cast<CColctNode&>(item); }
+Json Text(const WChar* text) {
+  return text ? Json(ToUtf8(text)) : Json();
+}
+CColctNode& Colct(CBaseNode& item) {
+  return static_cast<CColctNode&>(item);
+}
 
 template <ULONG Which>
 Json Time(CBaseNode& item) {
   LONG added = 0, modified = 0, lastVisited = 0;
   item.GetNodeStat()->GetStatTime(&added, &modified, &lastVisited);
-  return Which == CNodeStat::kAdded ? added : Which == CNodeStat::kModified ? modified : lastVisited;
+  return Which == CNodeStat::kAdded      ? added
+         : Which == CNodeStat::kModified ? modified
+                                         : lastVisited;
 }
 
 Json Address(CBaseNode& item) {
@@ -61,6 +67,25 @@ std::string Change(const std::string& field, const Json& saved, const Json& back
   return field + " comes back changed";
 }
 
+void CompareItems(const RNode* saved, const RNode* back, Findings& findings) {
+  for (const Field& field : kFields) {
+    if (!field.ofFolders && saved->type == NT_FOLDER) continue;
+    const Json before = field.value(*saved->item);
+    const Json after = field.value(*back->item);
+    if (before != after && !(IsNothing(before) && IsNothing(after)))
+      findings.Add(Change(field.name, before, after), PlaceOf(saved));
+  }
+}
+
+/// The next link in document order, and how many levels it is deeper than the one before.
+RNode* Step(RNode* link, const RNode* root, int& deeper) {
+  deeper = 1;
+  if (link->firstChild) return link->firstChild;
+  for (deeper = 0; link != root; link = link->parent, --deeper)
+    if (link->next) return link->next;
+  return nullptr;
+}
+
 }  // namespace
 
 Json ItemFields(const RNode* link) {
@@ -72,19 +97,23 @@ Json ItemFields(const RNode* link) {
   return fields;
 }
 
-void CompareItems(const RNode* saved, const RNode* back, Findings& findings) {
-  for (const Field& field : kFields) {
-    if (!field.ofFolders && saved->type == NT_FOLDER) continue;
-    const Json before = field.value(*saved->item);
-    const Json after = field.value(*back->item);
-    if (before != after && !(IsNothing(before) && IsNothing(after)))
-      findings.Add(Change(field.name, before, after), PlaceOf(saved));
+bool CompareTrees(RNode* saved, RNode* back, Findings& findings) {
+  RNode* const savedRoot = saved;
+  RNode* const backRoot = back;
+  while (saved && back && saved->type == back->type) {
+    CompareItems(saved, back, findings);
+    int savedLevel = 0, backLevel = 0;
+    saved = Step(saved, savedRoot, savedLevel);
+    back = Step(back, backRoot, backLevel);
+    if (savedLevel != backLevel) return false;
   }
+  return !saved && !back;
 }
 
 std::string PlaceOf(const RNode* link) {
   std::vector<std::string> labels;
-  for (; link->parent; link = link->parent) labels.push_back(Label(link->item->GetName()));
+  for (; link->parent && labels.size() <= kPlaceDepth; link = link->parent)
+    labels.push_back(Label(link->item->GetName()));
   std::reverse(labels.begin(), labels.end());
   return Place(labels);
 }

@@ -16,8 +16,9 @@ using Json = nlohmann::ordered_json;
 /// write them, with slashes.
 Json ItemFields(const RNode* link);
 
-/// Reports the fields of `saved` that differ in `back`, the same item after a save.
-void CompareItems(const RNode* saved, const RNode* back, Findings& findings);
+/// Reports the fields of `saved` that differ in `back`, the same tree after a save. False when
+/// items are missing, new or in other places.
+bool CompareTrees(RNode* saved, RNode* back, Findings& findings);
 
 /// Where an item stands in its tree; empty for the root.
 std::string PlaceOf(const RNode* link);

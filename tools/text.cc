@@ -7,7 +7,9 @@
 namespace vosmere::tool {
 namespace {
 
-bool IsBetween(WChar unit, WChar first, WChar last) { return first <= unit && unit <= last; }
+bool IsBetween(WChar unit, WChar first, WChar last) {
+  return first <= unit && unit <= last;
+}
 
 // Control characters, line separators, and marks that change the direction of writing.
 bool Steers(WChar unit) {
@@ -50,6 +52,8 @@ std::string Printable(const WChar* text) {
   return ToUtf8(Wide(safe));
 }
 
-std::string Printable(const std::string& utf8) { return Printable(ToWide(utf8).get()); }
+std::string Printable(const std::string& utf8) {
+  return Printable(ToWide(utf8).get());
+}
 
 }  // namespace vosmere::tool

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <new>
 #include <utility>
@@ -13,19 +12,17 @@ CChunkBuffer::~CChunkBuffer() {
   Clear();
 }
 
-bool CChunkBuffer::Append(const void* bytes, int length) {
-  if (length <= 0) return true;
+bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
   const std::int64_t total = std::int64_t{total_} + length;
   total_ = static_cast<LONG>(std::min<std::int64_t>(total, std::numeric_limits<LONG>::max()));
   if (total >= kLimit) return false;
 
-  const char* from = static_cast<const char*>(bytes);
   while (length > 0) {
     if (!tail_ || tail_->used == kChunkSize) NewChunk();
     const int part = std::min(length, kChunkSize - tail_->used);
-    std::memcpy(tail_->data + tail_->used, from, part);
+    std::memcpy(tail_->data + tail_->used, bytes, part);
     tail_->used += part;
-    from += part;
+    bytes += part;
     length -= part;
   }
   return true;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <cstring>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
@@ -31,7 +31,25 @@ class VOSMERE_API CChunkBuffer {
   /// Intended: a refused append counts in the total all the same, and the total never comes down
   /// again short of Clear(). So a document that lost a piece is known as one for ever, and is never
   /// saved as if it were whole.
-  bool Append(const void* bytes, int length);
+  bool Append(const void* bytes, int length) {
+    if (length <= 0) return true;
+    char* const room = Room(length);
+    if (!room) return AppendInParts(static_cast<const char*>(bytes), length);
+    std::memcpy(room, bytes, length);
+    Use(length);
+    return true;
+  }
+
+  /// Where the next `length` bytes go, to be filled in place; null unless the last chunk holds them
+  /// all. Use() then takes those that were filled.
+  char* Room(int length) const {
+    const bool fits = tail_ && length <= kChunkSize - tail_->used && length < kLimit - total_;
+    return fits ? tail_->data + tail_->used : nullptr;
+  }
+  void Use(int length) {
+    tail_->used += length;
+    total_ += length;
+  }
 
   /// Returns the total of all appends, refused ones included (saturated at the largest LONG), and
   /// stores the first chunk. An empty buffer returns 0 and leaves `*head` as it is.
@@ -41,6 +59,7 @@ class VOSMERE_API CChunkBuffer {
   void Clear();
 
  private:
+  bool AppendInParts(const char* bytes, int length);
   Chunk* NewChunk();
 
   LONG total_ = 0;

@@ -18,6 +18,14 @@ std::string_view EntityFor(WChar unit) {
   }
 }
 
+/// Looks at all units, several at once: `&` and `'` differ in one bit, and so do `<` and `>`.
+bool NeedsEscaping(WideView text) {
+  WChar found = 0;
+  for (const WChar unit : text)
+    found |= WChar{(unit | 1) == '\''} | WChar{(unit | 2) == '>'} | WChar{unit == '"'};
+  return found != 0;
+}
+
 std::size_t PlainLength(WideView text) {
   std::size_t length = 0;
   while (length < text.size && EntityFor(text[length]).empty()) ++length;
@@ -36,28 +44,26 @@ WideView NextPiece(WideView text) {
   return piece;
 }
 
-int PieceToUtf8(WideView piece, char (&bytes)[kPieceBytes]) {
-  return WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(piece.size), bytes, kPieceBytes);
+int PieceToUtf8(WideView piece, char* bytes) {
+  return WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(piece.size), bytes,
+                     static_cast<int>(piece.size * kUnitBytes));
 }
 
-int PieceToEscapedUtf8(WideView piece, char (&bytes)[kEscapedPieceBytes]) {
-  int at = 0;
+int PieceToEscapedUtf8(WideView piece, char* bytes) {
+  if (!NeedsEscaping(piece)) return PieceToUtf8(piece, bytes);
+  char* at = bytes;
   while (!piece.empty()) {
     const WideView plain = piece.First(PlainLength(piece));
-    if (!plain.empty()) {
-      const int length = WideToBytes(kCodePageUtf8, plain.data, static_cast<int>(plain.size),
-                                     bytes + at, static_cast<int>(kEscapedPieceBytes) - at);
-      if (length == 0) return 0;
-      at += length;
-    }
+    const int length = plain.empty() ? 0 : PieceToUtf8(plain, at);
+    if (length == 0 && !plain.empty()) return 0;
+    at += length;
     piece = piece.From(plain.size);
     if (piece.empty()) break;
     const std::string_view entity = EntityFor(piece[0]);
-    entity.copy(bytes + at, entity.size());
-    at += static_cast<int>(entity.size());
+    at += entity.copy(at, entity.size());
     piece = piece.From(1);
   }
-  return at;
+  return static_cast<int>(at - bytes);
 }
 
 }  // namespace vosmere

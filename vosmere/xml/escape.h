@@ -9,17 +9,19 @@ namespace vosmere {
 
 /// Units that one piece of text has at most, so that its conversion fits a buffer on the stack.
 inline constexpr std::size_t kTextPiece = 512;
-/// Bytes that a piece of plain text, and of escaped text, becomes at most.
-inline constexpr std::size_t kPieceBytes = kTextPiece * 3;
-inline constexpr std::size_t kEscapedPieceBytes = kTextPiece * 6;
+/// Bytes that a unit of plain text, and of escaped text, becomes at most.
+inline constexpr std::size_t kUnitBytes = 3;
+inline constexpr std::size_t kEscapedUnitBytes = 6;
 
 /// The next piece of a text, never parting a surrogate pair.
 WideView NextPiece(WideView text);
 
-/// Converts one piece to UTF-8. Returns the number of bytes; 0 is a failure unless it is empty.
-int PieceToUtf8(WideView piece, char (&bytes)[kPieceBytes]);
+/// Converts one piece to UTF-8, into room for kUnitBytes for each unit. Returns the number of bytes;
+/// 0 is a failure unless the piece is empty.
+int PieceToUtf8(WideView piece, char* bytes);
 
-/// The same with & < > " ' replaced by entities. No other character is.
-int PieceToEscapedUtf8(WideView piece, char (&bytes)[kEscapedPieceBytes]);
+/// The same with & < > " ' replaced by entities, into room for kEscapedUnitBytes for each unit. No
+/// other character is replaced.
+int PieceToEscapedUtf8(WideView piece, char* bytes);
 
 }  // namespace vosmere

@@ -171,7 +171,7 @@ void CWriteColctTreeOPML::FillSync(WideView uuid, int version) {
     Put("\" />");
     return;
   }
-  char id[kEscapedPieceBytes];
+  char id[kSyncUuidLimit * kEscapedUnitBytes];
   const int idLength = PieceToEscapedUtf8(uuid, id);
   if (idLength == 0) {
     Put("<vsm:error  uuidutf8=\"false\" />");

@@ -87,35 +87,36 @@ void CWriteXML::PutNumber(LONG number) {
   FillString(digits, static_cast<int>(end - digits));
 }
 
-bool CWriteXML::PutText(WideView text) {
-  char bytes[kPieceBytes];
+// Straight into the buffer where its last chunk has the room.
+template <std::size_t UnitBytes>
+bool CWriteXML::PutPieces(WideView text, int (*convert)(WideView piece, char* bytes)) {
+  char aside[kTextPiece * UnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
-    const int length = PieceToUtf8(piece, bytes);
+    char* const room =
+        buffer_ ? buffer_->Room(static_cast<int>(piece.size * UnitBytes)) : nullptr;
+    const int length = convert(piece, room ? room : aside);
     if (length == 0) return false;
-    FillString(bytes, length);
+    if (room)
+      buffer_->Use(length);
+    else
+      FillString(aside, length);
     text = text.From(piece.size);
   }
   return true;
 }
 
+bool CWriteXML::PutText(WideView text) { return PutPieces<kUnitBytes>(text, PieceToUtf8); }
+
 bool CWriteXML::PutEscaped(WideView text) {
-  char bytes[kEscapedPieceBytes];
-  while (!text.empty()) {
-    const WideView piece = NextPiece(text);
-    const int length = PieceToEscapedUtf8(piece, bytes);
-    if (length == 0) return false;
-    FillString(bytes, length);
-    text = text.From(piece.size);
-  }
-  return true;
+  return PutPieces<kEscapedUnitBytes>(text, PieceToEscapedUtf8);
 }
 
 // Converting.
 
 bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
   try {
-    char bytes[kEscapedPieceBytes];
+    char bytes[kTextPiece * kEscapedUnitBytes];
     while (!text.empty()) {
       const WideView piece = NextPiece(text);
       const int length = PieceToEscapedUtf8(piece, bytes);

@@ -78,7 +78,7 @@ class VOSMERE_API CWriteXML {
 
   template <std::size_t N>
   void Put(const char (&markup)[N]) {
-    FillString(markup, static_cast<int>(N) - 1);
+    if (buffer_) buffer_->Append(markup, static_cast<int>(N) - 1);
   }
   void PutNumber(LONG number);
   /// As it is. False when it cannot be converted; what went before stays appended.
@@ -93,6 +93,9 @@ class VOSMERE_API CWriteXML {
   bool RealWrite();
 
  private:
+  template <std::size_t UnitBytes>
+  bool PutPieces(WideView text, int (*convert)(WideView piece, char* bytes));
+
   void FillOnce();
   bool IsComplete(LONG total);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 
 #if defined(__SSE2__)
@@ -161,17 +162,16 @@ inline __m128i HalfOfLow(__m128i units) {
 
 /// Writes four characters to where they begin: the first at `begin`, every other where the one
 /// before ends, which the bytes of `ends` say.
-inline void StoreFour(__m128i characters, std::size_t begin, std::uint64_t ends, Byte* out) {
-  for (int i = 0; i < 3; ++i) {
-    _mm_storeu_si32(out + begin, characters);
-    characters = _mm_srli_si128(characters, 4);
-    begin = ends & 0xFF;
-    ends >>= 8;
-  }
-  const int last = _mm_cvtsi128_si32(characters);  // the fourth byte may be out of bounds
-  for (int i = 0; i < 3; ++i) out[begin + i] = static_cast<Byte>(last >> 8 * i);
+inline void StoreFour(__m128i characters, std::size_t begin, std::uint64_t ends, Byte* out,
+                      int lastSize) {
+  _mm_storeu_si32(out + begin, characters);
+  _mm_storeu_si32(out + (ends & 0xFF), _mm_srli_si128(characters, 4));
+  _mm_storeu_si32(out + (ends >> 8 & 0xFF), _mm_srli_si128(characters, 8));
+  const int last = _mm_cvtsi128_si32(_mm_srli_si128(characters, 12));
+  std::memcpy(out + (ends >> 16 & 0xFF), &last, lastSize);
 }
 
+template <bool kTight>
 inline bool TakeEight(const WChar*& in, Byte*& out) {
   const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
   const __m128i zero = _mm_setzero_si128();
@@ -195,8 +195,8 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
   const std::uint64_t ends =  // the sums of the first lengths
       0x0101010101010101u *
       static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packs_epi16(lengths, zero)));
-  StoreFour(_mm_unpacklo_epi16(start, third), 0, ends, out);
-  StoreFour(_mm_unpackhi_epi16(start, third), ends >> 24 & 0xFF, ends >> 32, out);
+  StoreFour(_mm_unpacklo_epi16(start, third), 0, ends, out, 4);
+  StoreFour(_mm_unpackhi_epi16(start, third), ends >> 24 & 0xFF, ends >> 32, out, kTight ? 3 : 4);
   in += 8 - left;
   out += ends >> (56 - 8 * left) & 0xFF;
   return true;
@@ -204,6 +204,7 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
 
 #else
 
+template <bool kTight>
 inline bool TakeEight(const WChar*& in, Byte*& out) {
   for (int i = 0; i < 8; ++i)
     if (IsSurrogate(in[i])) return false;
@@ -333,11 +334,11 @@ std::size_t Encode(const WChar* text, std::size_t length, char* bytes, std::size
       if (TakeAscii(in, out)) continue;
       EncodeOne(in, end, out);
       while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80))
-        if (!TakeEight(in, out))
+        if (!TakeEight<false>(in, out))
           for (const WChar* const next = in + 8; in < next;) EncodeOne(in, end, out);
     }
   }
-  while (end - in >= 8 && outEnd - out >= 3 * 8 && TakeEight(in, out)) {
+  while (end - in >= 8 && outEnd - out >= 3 * 8 && TakeEight<true>(in, out)) {
   }
   const bool roomy = outEnd - out >= 3 * (end - in);
   while (in != end) {

@@ -37,6 +37,8 @@ LONG ZoneSecondsWest() {
   return _timezone;
 }
 
-void SetClockForTesting(LONG (*clock)()) { testClock = clock; }
+void SetClockForTesting(LONG (*clock)()) {
+  testClock = clock;
+}
 
 }  // namespace vosmere

@@ -12,10 +12,18 @@
 
 namespace vosmere::win32 {
 
-inline wchar_t* Native(WChar* text) { return reinterpret_cast<wchar_t*>(text); }
-inline const wchar_t* Native(const WChar* text) { return reinterpret_cast<const wchar_t*>(text); }
-inline WChar* Ours(wchar_t* text) { return reinterpret_cast<WChar*>(text); }
-inline const WChar* Ours(const wchar_t* text) { return reinterpret_cast<const WChar*>(text); }
+inline wchar_t* Native(WChar* text) {
+  return reinterpret_cast<wchar_t*>(text);
+}
+inline const wchar_t* Native(const WChar* text) {
+  return reinterpret_cast<const wchar_t*>(text);
+}
+inline WChar* Ours(wchar_t* text) {
+  return reinterpret_cast<WChar*>(text);
+}
+inline const WChar* Ours(const wchar_t* text) {
+  return reinterpret_cast<const WChar*>(text);
+}
 
 /// Holds one reference.
 template <class Interface>

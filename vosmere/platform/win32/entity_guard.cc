@@ -1,11 +1,12 @@
 #include "vosmere/platform/win32/entity_guard.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "vosmere/platform/code_page.h"
@@ -81,7 +82,9 @@ class Reader {
   std::size_t at_;
 };
 
-bool IsLiteral(std::string_view token) { return token.size() > 1 && token[0] == token.back(); }
+bool IsLiteral(std::string_view token) {
+  return token.size() > 1 && (token[0] == '"' || token[0] == '\'') && token.back() == token[0];
+}
 
 std::string_view WithoutQuotes(std::string_view literal) {
   return literal.substr(1, literal.size() - 2);
@@ -271,13 +274,13 @@ Declared* EntityGuard::UsedByReference(Reader& in) {
 }
 
 Declared* EntityGuard::UsedByMarkup(Reader& in) {
-  if (in.Take("!--")) {
+  if (in.Take("<!--")) {
     in.SkipPast("-->");
-  } else if (in.Take("![CDATA[")) {
+  } else if (in.Take("<![CDATA[")) {
     in.SkipPast("]]>");
-  } else if (in.Take("?")) {
+  } else if (in.Take("<?")) {
     in.SkipPast("?>");
-  } else {
+  } else if (in.Take("<")) {
     const auto found = defaults_.find(in.TakeName());
     if (found != defaults_.end()) return &found->second;
   }
@@ -288,14 +291,13 @@ Weight EntityGuard::Weigh(Reader in, int level) {
   Weight whole;
   while (in.SkipTo("&<")) {
     if (level == 0) place_ = in.position();
-    const bool isReference = in.Take("&");
-    Declared* const used = isReference || !in.Take("<") ? UsedByReference(in) : UsedByMarkup(in);
+    Declared* const used = in.Take("&") ? UsedByReference(in) : UsedByMarkup(in);
     if (!used) continue;
     const Weight part = WeighOnce(*used, level + 1);
     if (level == 0) Spend(part.bytes);
     whole.levels = std::max(whole.levels, part.levels + 1);
-    whole.bytes = std::min(whole.bytes + part.bytes + kReferenceCost,
-                           kFreeExpansion + document_.size() + 1);
+    whole.bytes =
+        std::min(whole.bytes + part.bytes + kReferenceCost, kFreeExpansion + document_.size() + 1);
   }
   return whole;
 }
@@ -326,18 +328,23 @@ const Unit* PastNext(const Unit* at, const Unit* end, std::string_view token) {
   return at == end ? end : at + token.size();
 }
 
-/// Whether a document type declaration stands before the root element.
+/// The document type declaration; null when the root element comes first.
 template <class Unit>
-bool HasDoctype(const Unit* at, const Unit* end) {
+const Unit* FindDoctype(const Unit* at, const Unit* end) {
   for (;;) {
-    while (at != end && *at <= ' ') ++at;
+    while (at != end && (*at == ' ' || *at == '\t' || *at == '\r' || *at == '\n')) ++at;
     if (StartsWith(at, end, "<?"))
       at = PastNext(at, end, "?>");
     else if (StartsWith(at, end, "<!--"))
       at = PastNext(at, end, "-->");
     else
-      return StartsWith(at, end, "<!DOCTYPE");
+      return StartsWith(at, end, "<!DOCTYPE") ? at : nullptr;
   }
+}
+
+void CheckNarrow(std::string_view text) {
+  if (const char* const doctype = FindDoctype(text.data(), text.data() + text.size()))
+    EntityGuard(text).Check(doctype - text.data());
 }
 
 std::vector<WChar> Units(std::string_view bytes, bool bigEndian) {
@@ -375,9 +382,7 @@ void GuardEntities(std::string_view bytes) {
   if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
   if (DeclaresShiftingEncoding(bytes))
     Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
-  const auto* const start = reinterpret_cast<const unsigned char*>(bytes.data());
-  if (HasDoctype(start, start + bytes.size()))
-    EntityGuard(bytes).Check(bytes.find("<!DOCTYPE"));
+  CheckNarrow(bytes);
 }
 
 void GuardEntities(WideView text) {
@@ -385,11 +390,13 @@ void GuardEntities(WideView text) {
   const WideView start = text.First(2);
   if (std::find(start.begin(), start.end(), 0) != start.end())
     Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
-  if (!HasDoctype(text.begin(), text.end())) return;
+  if (!FindDoctype(text.begin(), text.end())) return;
+  if (text.size > std::numeric_limits<int>::max() / 3)
+    Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be checked");
   std::string utf8(text.size * 3, '\0');
   utf8.resize(WideToBytes(kCodePageUtf8, text.data, static_cast<int>(text.size), utf8.data(),
                           static_cast<int>(utf8.size())));
-  GuardEntities(utf8);
+  CheckNarrow(utf8);
 }
 
 }  // namespace vosmere::win32

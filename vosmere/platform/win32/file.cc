@@ -14,12 +14,14 @@ namespace {
 constexpr std::size_t kBlock = 256 * 1024;
 constexpr std::size_t kMostAtOnce = 1 << 30;  // a call's count has 32 bits
 
-HANDLE Native(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
+HANDLE Native(std::intptr_t handle) {
+  return reinterpret_cast<HANDLE>(handle);
+}
 
 std::intptr_t OpenHandle(const WChar* path, DWORD access, DWORD disposition) {
-  return reinterpret_cast<std::intptr_t>(
-      ::CreateFileW(win32::Native(path), access, FILE_SHARE_READ, nullptr, disposition,
-                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  return reinterpret_cast<std::intptr_t>(::CreateFileW(win32::Native(path), access, FILE_SHARE_READ,
+                                                       nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
+                                                       nullptr));
 }
 
 bool WriteAll(HANDLE file, const char* bytes, std::size_t size) {

@@ -18,6 +18,8 @@ short KeyState(int virtualKey) {
   return ::GetKeyState(virtualKey);
 }
 
-void SetKeyStateSource(short (*source)(int virtualKey)) { keyStateSource = source; }
+void SetKeyStateSource(short (*source)(int virtualKey)) {
+  keyStateSource = source;
+}
 
 }  // namespace vosmere

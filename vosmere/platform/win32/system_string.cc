@@ -6,7 +6,9 @@
 
 namespace vosmere {
 
-BSTR SysAllocString(const WChar* text) { return win32::Ours(::SysAllocString(win32::Native(text))); }
+BSTR SysAllocString(const WChar* text) {
+  return win32::Ours(::SysAllocString(win32::Native(text)));
+}
 
 BSTR SysAllocStringLen(const WChar* text, std::size_t length) {
   if (length > std::numeric_limits<LONG>::max() / sizeof(WChar)) return nullptr;
@@ -26,6 +28,8 @@ unsigned SysStringLen(const WChar* string) {
   return ::SysStringLen(const_cast<wchar_t*>(win32::Native(string)));
 }
 
-void SysFreeString(BSTR string) { ::SysFreeString(win32::Native(string)); }
+void SysFreeString(BSTR string) {
+  ::SysFreeString(win32::Native(string));
+}
 
 }  // namespace vosmere

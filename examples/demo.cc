@@ -1,0 +1,153 @@
+// Loads a reading list, changes it, saves it, loads it back, and proves that nothing was lost.
+//
+//   vosmere_demo examples/reading-list.opml
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "tools/platform.h"
+#include "vosmere/cpp.h"
+#include "vosmere/nodes/tree_walk.h"
+#include "vosmere/text/unicode_tool.h"
+#include "vosmere/xml/opml_reader.h"
+#include "vosmere/xml/opml_writer.h"
+
+using namespace vosmere;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Utf8(const WChar* text) {
+  char* bytes = nullptr;
+  int length = 0;
+  if (!CUnicodeTool::TCHARGetUTF8(text, &bytes, &length)) throw std::bad_alloc();
+  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
+  return {bytes, static_cast<std::size_t>(length)};
+}
+
+Tree Load(const fs::path& file) {
+  CReadColctTreeOPML reader;
+  if (reader.LoadFile(Wide(file.u16string()))) return Tree(reader.DetachTreeRoot());
+  const DocumentError& error = reader.LastError();
+  std::cerr << file.string() << ':' << error.line << ':' << error.column << ": " << error.reason
+            << '\n';
+  return nullptr;
+}
+
+bool Save(RNode* root, const fs::path& file) {
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(root);
+  if (writer.SaveToFile(Wide(file.u16string()))) return true;
+  std::cerr << file.string() << ": " << writer.LastError().reason << '\n';
+  return false;
+}
+
+// One line for each folder: its name, how many collections it holds, and the first of them.
+void Show(RNode* folder, int level) {
+  std::string names;
+  int count = 0;
+  for (RNode* const child : Children(folder)) {
+    if (child->type != NT_COLCT || ++count > 3) continue;
+    names += (names.empty() ? "" : ", ") + Utf8(child->item->GetName());
+  }
+  std::cout << std::string(2 * level, ' ') << Utf8(folder->item->GetName());
+  if (count) std::cout << " (" << count << "): " << names << (count > 3 ? ", ..." : "");
+  std::cout << '\n';
+  for (RNode* const child : Children(folder))
+    if (child->type == NT_FOLDER) Show(child, level + 1);
+}
+
+// What the user does: a new folder with one subscription, unread and flagged.
+void AddNewThings(RNode* root) {
+  CFolderNode& folder = Add<CFolderNode>(root, u"To read on the train");
+  folder.SetDescription(Wide(u"Added by the demo"));
+  folder.SetUUID(SystemString(RNTool::CreateUUID()).get());
+
+  CColctNode& comic = Add<CColctNode>(folder.GetRNode(), u"Wondermark – comics weekly");
+  comic.SetUrl(Wide(u"https:\\\\wondermark.com\\feed\\"));  // in memory as paths are
+  comic.SetUUID(SystemString(RNTool::CreateUUID()).get());
+  comic.SetVersion(3);
+  comic.GetColctNetData()->SetColctExpandState(true);
+  CNodeStat* const stat = comic.GetNodeStat();
+  stat->SetStatTime(1700000000, 1700086400, 1700172800,
+                    CNodeStat::kAdded | CNodeStat::kModified | CNodeStat::kLastVisited);
+  stat->MarkAsUnread(true);
+  stat->SetFlag(2);
+}
+
+// Every stored field of one item. A folder has no statistics and no network side in the document.
+std::string Fields(RNode* link) {
+  CBaseNode& item = *link->item;
+  std::string all = Utf8(item.GetName()) + " | " + Utf8(item.GetDescription()) + " | " +
+                    Utf8(item.GetUUID()) + " | version " + std::to_string(item.GetVersion());
+  if (link->type != NT_COLCT) return all;
+  auto& colct = static_cast<CColctNode&>(item);
+  const CNodeStat& stat = *colct.GetNodeStat();
+  LONG added = 0, modified = 0, lastVisited = 0;
+  stat.GetStatTime(&added, &modified, &lastVisited);
+  for (const int number : {added, modified, lastVisited, LONG{stat.IsUnread()}, stat.GetFlag(),
+                           LONG{colct.GetColctNetData()->GetColctExpandState()}})
+    all += " | " + std::to_string(number);
+  return all + " | " + Utf8(colct.GetUrl()) + " | " + Utf8(colct.GetRelationUrl());
+}
+
+// The whole tree as lines, indented by level, so that two trees are the same when the lines are.
+std::vector<std::string> Snapshot(RNode* root) {
+  std::vector<std::string> lines = {Fields(root)};
+  std::size_t level = 1;
+  WalkBelow(
+      root,
+      [&](RNode* link) {
+        lines.push_back(std::string(level++, ' ') + Fields(link));
+        return true;
+      },
+      [&](RNode*) { --level; });
+  return lines;
+}
+
+bool Same(const std::vector<std::string>& before, const std::vector<std::string>& after) {
+  for (std::size_t i = 0; i < before.size() || i < after.size(); ++i) {
+    const std::string was = i < before.size() ? before[i] : "(nothing)";
+    const std::string is = i < after.size() ? after[i] : "(nothing)";
+    if (was == is) continue;
+    std::cout << "LOST in item " << i << "\n  before: " << was << "\n  after:  " << is << '\n';
+    return false;
+  }
+  return true;
+}
+
+int Run(const fs::path& file) {
+  const Tree tree = Load(file);
+  if (!tree) return 1;
+  Show(tree.get(), 0);
+
+  const std::size_t loaded = Snapshot(tree.get()).size();
+  AddNewThings(tree.get());
+  const std::vector<std::string> before = Snapshot(tree.get());
+  std::cout << "\nLoaded " << loaded << " items, added " << before.size() - loaded << ":\n";
+  Show(tree->firstChild->prev, 1);  // the last child: a chain's head points back at its end
+
+  const fs::path saved =
+      fs::temp_directory_path() /
+      ("vosmere-demo-" + Utf8(SystemString(RNTool::CreateUUID()).get()) + ".opml");
+  const bool isSaved = Save(tree.get(), saved);
+  const Tree back = isSaved ? Load(saved) : nullptr;
+  std::error_code ignored;
+  const auto bytes = fs::file_size(saved, ignored);
+  fs::remove(saved, ignored);
+  if (!back || !Same(before, Snapshot(back.get()))) return 1;
+  std::cout << "\nSaved " << bytes << " bytes, loaded them back, compared every field of "
+            << before.size() << " items: nothing was lost.\n";
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const tool::Session session;  // on Windows: COM for this thread, UTF-8 for the console
+  const std::vector<std::string> files = tool::Arguments(argc, argv);
+  if (files.size() == 1) return Run(std::u8string(files[0].begin(), files[0].end()));
+  std::cerr << "usage: vosmere_demo FILE.opml\n";
+  return 2;
+}

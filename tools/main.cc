@@ -1,0 +1,134 @@
+// vosmere: shows, checks and copies the library's documents.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "tools/documents.h"
+#include "tools/platform.h"
+#include "tools/replace_file.h"
+#include "tools/text.h"
+
+namespace vosmere::tool {
+namespace {
+
+constexpr std::size_t kPlacesShown = 3;
+constexpr std::size_t kAllPlaces = static_cast<std::size_t>(-1);
+
+constexpr char kExitCodes[] =
+    "Exit codes: 0 fine; 1 a file is not what it should be; 2 wrong usage, or a file cannot be "
+    "read "
+    "or written.";
+
+int Show(const std::string& file, bool asJson) {
+  const std::unique_ptr<Document> document = Open(file);
+  asJson ? document->ShowJson(std::cout) : document->Show(std::cout);
+  return kFine;
+}
+
+std::string WhyNotSaved(const DocumentError& error) {
+  std::string reason = "a saved copy would not load again";
+  if (error.line > 0)
+    reason += " (its line " + std::to_string(error.line) + ", column " +
+              std::to_string(error.column) + ")";
+  return reason + ": " + Printable(std::string(error.reason));
+}
+
+int Check(const std::string& file, std::size_t placesShown) {
+  const std::unique_ptr<Document> document = Open(file);
+  Findings findings(placesShown);
+  document->Audit(findings);
+  const DocumentError error = document->Rehearse(findings);
+
+  const std::string name = Printable(file);
+  findings.Print(std::cout, name);
+  if (error.fault != DocumentFault::kNone)
+    std::cout << name << ": warning: " << WhyNotSaved(error) << '\n';
+  std::cout << name
+            << (findings.empty() ? ": fine\n" : ": loads; saving it would not be harmless\n");
+  return kFine;
+}
+
+int Copy(const std::string& in, const std::string& out) {
+  const std::unique_ptr<Document> document = Open(in);
+  Findings findings(kPlacesShown);
+  document->Audit(findings);
+  const DocumentError error = document->Rehearse(findings);
+  findings.Print(std::cerr, Printable(in));
+  if (error.fault != DocumentFault::kNone)
+    throw Failure{kBadFile, Printable(in) + ": error: not copied: " + WhyNotSaved(error)};
+
+  ReplaceFile(out, [&](const WChar* path) {
+    const DocumentError saveError = document->Save(path);
+    if (saveError.fault != DocumentFault::kNone) throw FailureOf(out, saveError);
+  });
+  return kFine;
+}
+
+/// Runs a verb on one file; what stops it is told and becomes the exit code.
+template <class Verb>
+int Run(Verb verb) {
+  try {
+    return verb();
+  } catch (const Failure& failure) {
+    std::cerr << failure.message << '\n';
+    return failure.exitCode;
+  } catch (const std::exception& error) {
+    std::cerr << "vosmere: error: " << error.what() << '\n';
+    return kTrouble;
+  }
+}
+
+int Main(std::vector<std::string> arguments) {
+  CLI::App app("Shows, checks and copies the documents of saved items.", "vosmere");
+  app.set_version_flag("--version", VOSMERE_VERSION);
+  app.require_subcommand(1);
+  app.footer(kExitCodes);
+
+  std::string in, out;
+  std::vector<std::string> files;
+  bool asJson = false, showAll = false;
+  int exitCode = kFine;
+
+  CLI::App* const show =
+      app.add_subcommand("show", "Print the tree of a document")->footer(kExitCodes);
+  show->add_option("FILE", in)->required();
+  show->add_flag("--json", asJson, "Print JSON for scripts");
+  show->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
+
+  CLI::App* const check =
+      app.add_subcommand("check", "Say whether documents load, and what a save would lose or break")
+          ->footer(std::string(kExitCodes) +
+                   " Warnings do not count; of several files the worst does.");
+  check->add_option("FILE", files)->required();
+  check->add_flag("--all", showAll, "Name every item that a warning is about");
+  check->callback([&] {
+    for (const std::string& file : files)
+      exitCode =
+          std::max(exitCode, Run([&] { return Check(file, showAll ? kAllPlaces : kPlacesShown); }));
+  });
+
+  CLI::App* const copy =
+      app.add_subcommand("copy",
+                         "Load a document and save it, unless the copy would not load again")
+          ->footer(kExitCodes);
+  copy->add_option("IN", in)->required();
+  copy->add_option("OUT", out, "Replaced only by a copy that was loaded back; may be IN")
+      ->required();
+  copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
+
+  try {
+    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
+    app.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    exitCode = app.exit(error) == 0 ? kFine : kTrouble;
+  }
+  std::cout.flush();
+  return std::cout ? exitCode : kTrouble;
+}
+
+}  // namespace
+}  // namespace vosmere::tool
+
+int main(int argc, char** argv) {
+  const vosmere::tool::Session session;
+  return vosmere::tool::Main(vosmere::tool::Arguments(argc, argv));
+}

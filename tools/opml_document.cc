@@ -1,0 +1,167 @@
+#include "tools/opml_document.h"
+
+#include <algorithm>
+#include <string>
+
+#include "tools/opml_audit.h"
+#include "tools/opml_breakers.h"
+#include "tools/opml_fields.h"
+#include "tools/text.h"
+#include "vosmere/cpp.h"
+#include "vosmere/nodes/tree_walk.h"
+#include "vosmere/xml/opml_reader.h"
+#include "vosmere/xml/opml_writer.h"
+
+namespace vosmere::tool {
+namespace {
+
+// Loading and saving.
+
+template <class Load>
+Tree LoadTreeWith(Load load, DocumentError& error) {
+  CReadColctTreeOPML reader;
+  const bool loaded = load(reader);
+  error = reader.LastError();
+  return Tree(loaded ? reader.DetachTreeRoot() : nullptr);
+}
+
+Tree LoadTree(const WChar* path, DocumentError& error) {
+  return LoadTreeWith([path](CReadXML& reader) { return reader.LoadFile(path); }, error);
+}
+
+DocumentError ErrorOf(DocumentFault fault, const char* reason) {
+  DocumentError error;
+  error.fault = fault;
+  std::copy_n(reason, std::min(std::string_view(reason).size(), sizeof error.reason - 1),
+              error.reason);
+  return error;
+}
+
+Tree SaveToMemoryAndLoad(RNode* root, DocumentError& error) {
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(root);
+  const SystemString text(writer.GetXMLBSTR());
+  if (text)
+    return LoadTreeWith([&](CReadXML& reader) { return reader.LoadBSTRXML(text.get()); }, error);
+  error = ErrorOf(DocumentFault::kTooLarge, "the document is too large");
+  return nullptr;
+}
+
+// Comparing.
+
+DocumentError CompareWithLoaded(RNode* saved, RNode* back, const DocumentError& loadError,
+                                Findings& findings) {
+  if (loadError.fault != DocumentFault::kNone) return loadError;
+  if (!back || !CompareTrees(saved, back, findings))
+    return ErrorOf(DocumentFault::kMalformed, "items are missing, new or in other places");
+  return {};
+}
+
+// Showing.
+
+struct Census {
+  int folders = 0, collections = 0, unread = 0, flagged = 0;
+};
+
+std::string Marks(const CNodeStat& stat, Census& census) {
+  std::string marks;
+  if (stat.IsUnread()) {
+    marks += "  (unread)";
+    ++census.unread;
+  }
+  if (stat.GetFlag() != 0) {
+    marks += "  (flag " + std::to_string(stat.GetFlag()) + ')';
+    ++census.flagged;
+  }
+  return marks;
+}
+
+std::string Line(const RNode* link, Census& census) {
+  const bool isFolder = link->type == NT_FOLDER;
+  ++(isFolder ? census.folders : census.collections);
+  std::string line = isFolder ? "[folder] " : "[collection] ";
+  line += Printable(link->item->GetName());
+  if (!isFolder) {
+    std::string url = Printable(static_cast<const CUrlNode*>(link->item)->GetUrl());
+    std::replace(url.begin(), url.end(), '\\', '/');
+    line += "  " + url;
+  }
+  return line + Marks(*link->item->GetNodeStat(), census);
+}
+
+Json TreeJson(RNode* link) {
+  Json fields = ItemFields(link);
+  if (link->type != NT_FOLDER) return fields;
+  Json& children = fields["children"] = Json::array();
+  for (RNode* const child : Children(link)) children.push_back(TreeJson(child));
+  return fields;
+}
+
+class OpmlDocument : public Document {
+ public:
+  OpmlDocument(const WChar* path, Tree tree)
+      : path_(SysAllocString(path)), tree_(std::move(tree)) {}
+
+  void Show(std::ostream& out) override {
+    Census census;
+    std::size_t level = 1;
+    out << "[tree] " << Printable(tree_->item->GetName()) << '\n';
+    WalkBelow(
+        tree_.get(),
+        [&](RNode* link) {
+          out << std::string(2 * level++, ' ') << Line(link, census) << '\n';
+          return true;
+        },
+        [&](RNode*) { --level; });
+    out << census.folders << " folders, " << census.collections << " collections, " << census.unread
+        << " unread, " << census.flagged << " flagged\n";
+  }
+
+  void ShowJson(std::ostream& out) override {
+    out << TreeJson(tree_.get()).dump(2, ' ', true) << '\n';
+  }
+
+  void Audit(Findings& findings) override { AuditOpml(path_.get(), findings); }
+
+  DocumentError Rehearse(Findings& findings) override {
+    DocumentError error;
+    const Tree back = SaveToMemoryAndLoad(tree_.get(), error);
+    const DocumentError result = CompareWithLoaded(tree_.get(), back.get(), error, findings);
+    if (result.fault != DocumentFault::kNone) Explain(findings);
+    return result;
+  }
+
+  DocumentError Save(const WChar* path) override {
+    CWriteColctTreeOPML writer;
+    writer.SetTreeRoot(tree_.get());
+    if (!writer.SaveToFile(path)) return writer.LastError();
+    DocumentError error;
+    const Tree back = LoadTree(path, error);
+    Findings known(0);
+    return CompareWithLoaded(tree_.get(), back.get(), error, known);
+  }
+
+ private:
+  /// Works on a tree of its own, which it changes.
+  void Explain(Findings& findings) {
+    DocumentError error;
+    const Tree tree = LoadTree(path_.get(), error);
+    if (!tree) return;
+    ReportAndDisarm(tree.get(), findings);
+    const Tree back = SaveToMemoryAndLoad(tree.get(), error);
+    CompareWithLoaded(tree.get(), back.get(), error, findings);
+  }
+
+  SystemString path_;
+  Tree tree_;
+};
+
+}  // namespace
+
+std::unique_ptr<Document> LoadOpml(const WChar* path, DocumentError& error) {
+  Tree tree = LoadTree(path, error);
+  if (!tree) return nullptr;
+  return std::make_unique<OpmlDocument>(path, std::move(tree));
+}
+
+}  // namespace vosmere::tool

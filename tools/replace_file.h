@@ -1,0 +1,17 @@
+// Putting a new file in the place of an old one, all of it or nothing.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "vosmere/base/types.h"
+
+namespace vosmere::tool {
+
+/// Lets `write` make a new file beside `file`, then puts that in its place; links are followed, and
+/// permissions stay. When `write` throws, the new file is removed and `file` is what it was. Throws
+/// Failure.
+void ReplaceFile(const std::string& file, const std::function<void(const WChar* path)>& write);
+
+}  // namespace vosmere::tool

@@ -1,0 +1,316 @@
+#include "vosmere/platform/xml_document.h"
+
+#include "vosmere/platform/win32/com.h"
+
+#include <msxml2.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "vosmere/base/owned_text.h"
+#include "vosmere/platform/file.h"
+#include "vosmere/platform/win32/entity_guard.h"
+#include "vosmere/platform/win32/xml_error_place.h"
+
+namespace vosmere {
+
+using win32::Counted;
+using win32::Native;
+using win32::Ours;
+using win32::OwnedVariant;
+
+struct XmlNodeHandle {
+  /// Takes over one reference.
+  static XmlNode Make(IXMLDOMNode* node) {
+    XmlNode made;
+    made.handle_ = node;
+    return made;
+  }
+};
+
+namespace {
+
+constexpr IID kDocument2 = {
+    0x2933bf95, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+constexpr HRESULT kDeeperThanAllowed = static_cast<HRESULT>(0xC00CEE81);
+constexpr int kEntityReference = 5;
+constexpr int kEntity = 6;
+
+[[noreturn]] void Throw(DocumentFault fault, ULONG systemError, const char* reason) {
+  DocumentFailure failure;
+  failure.error.fault = fault;
+  failure.error.systemError = systemError;
+  std::snprintf(failure.error.reason, sizeof failure.error.reason, "%s", reason);
+  throw failure;
+}
+
+void Check(HRESULT result) {
+  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+  if (FAILED(result))
+    Throw(DocumentFault::kHandlerFailed, result, "the system's DOM refused an operation");
+}
+
+// --- loading ---
+
+using Document = Counted<IXMLDOMDocument2>;
+
+void SetProperty(IXMLDOMDocument2* document, const WChar* name, LONG value) {
+  OwnedVariant number;
+  number.vt = VT_I4;
+  number.lVal = value;
+  document->setProperty(Native(SystemText(name).get()), number);
+}
+
+void Create(Document* document) {
+  CLSID clsid;
+  HRESULT result = ::CLSIDFromProgID(L"Msxml2.DOMDocument", &clsid);
+  if (SUCCEEDED(result))
+    result = ::CoCreateInstance(
+        clsid, nullptr,
+        CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER,
+        kDocument2, reinterpret_cast<void**>(document->out()));
+  if (FAILED(result))
+    Throw(DocumentFault::kParserUnavailable, result, "the system's XML DOM cannot be created");
+  IXMLDOMDocument2& dom = *document->get();
+  Check(dom.put_async(VARIANT_FALSE));
+  Check(dom.put_preserveWhiteSpace(VARIANT_TRUE));
+  Check(dom.put_validateOnParse(VARIANT_FALSE));
+  Check(dom.put_resolveExternals(VARIANT_FALSE));
+  // What knows the bound keeps it, and what does not has one of its own.
+  SetProperty(&dom, Ours(L"MaxElementDepth"), kMaxXmlDepth);
+}
+
+[[noreturn]] void ThrowParseError(IXMLDOMDocument2* document, std::string_view source) {
+  DocumentFailure failure;
+  DocumentError& error = failure.error;
+  Counted<IXMLDOMParseError> refusal;
+  Check(document->get_parseError(refusal.out()));
+  long code = 0, line = 0, column = 0;
+  OwnedVariant reason;
+  refusal->get_errorCode(&code);
+  refusal->get_line(&line);
+  refusal->get_linepos(&column);
+  if (refusal->get_reason(&reason.bstrVal) == S_OK) reason.vt = VT_BSTR;
+  error.fault = DocumentFault::kMalformed;
+  error.systemError = static_cast<ULONG>(code);
+  error.line = line;
+  error.column = column;
+  win32::SetReason(&error, Ours(line > 0 ? reason.bstrVal : L"the document is not well-formed"));
+  if (line == 0) win32::FindErrorPlace(source, &error);
+  if (code == kDeeperThanAllowed || std::strstr(error.reason, "Excessive depth"))
+    error.fault = DocumentFault::kTooDeep;
+  throw failure;
+}
+
+/// Bytes in the shape that the DOM loads from.
+class ByteArray {
+ public:
+  explicit ByteArray(std::uint64_t size) {
+    if (size > kMostBytes) throw std::bad_alloc();
+    size_ = static_cast<ULONG>(size);
+    variant_.parray = ::SafeArrayCreateVector(VT_UI1, 0, size_);
+    if (!variant_.parray) throw std::bad_alloc();
+    variant_.vt = VT_ARRAY | VT_UI1;
+  }
+
+  char* data() { return static_cast<char*>(variant_.parray->pvData); }
+  std::string_view bytes() { return {data(), size_}; }
+  const VARIANT& variant() const { return variant_; }
+
+ private:
+  static constexpr std::uint64_t kMostBytes = 0x7FFFFFFF;
+
+  OwnedVariant variant_;
+  ULONG size_ = 0;
+};
+
+void* LoadArray(ByteArray* array) {
+  win32::GuardEntities(array->bytes());
+  Document document;
+  Create(&document);
+  VARIANT_BOOL loaded = VARIANT_FALSE;
+  Check(document->load(array->variant(), &loaded));
+  if (!loaded) ThrowParseError(document.get(), array->bytes());
+  return document.Detach();
+}
+
+/// Overwrites the encoding in an XML declaration by blanks: the text is in UTF-16, whatever it
+/// says.
+void BlankEncoding(WChar* text) {
+  std::basic_string_view<wchar_t> declaration(Native(text));
+  if (declaration.substr(0, 5) != L"<?xml") return;
+  declaration = declaration.substr(0, declaration.find(L"?>"));
+  const std::size_t start = declaration.find(L"encoding");
+  const std::size_t open = declaration.find_first_of(L"'\"", start);
+  if (start == declaration.npos || open == declaration.npos) return;
+  const std::size_t close = declaration.find(declaration[open], open + 1);
+  if (close == declaration.npos) return;
+  std::fill(text + start, text + close + 1, WChar{' '});
+}
+
+/// The bytes of a text, in which the mark tells the encoding.
+std::string MarkedBytes(BSTR text) {
+  const WChar mark = 0xFEFF;
+  std::string bytes(reinterpret_cast<const char*>(&mark), sizeof mark);
+  return bytes.append(reinterpret_cast<const char*>(text), SysStringLen(text) * sizeof(WChar));
+}
+
+}  // namespace
+
+XmlDocument::~XmlDocument() {
+  if (document_) static_cast<IXMLDOMDocument2*>(document_)->Release();
+}
+
+// The file is read here, not by the DOM: what was checked is then what is loaded.
+void XmlDocument::LoadFile(const WChar* path) {
+  File file;
+  std::uint64_t size = 0;
+  if (!file.Open(path) || !file.Size(&size))
+    Throw(DocumentFault::kCannotOpen, file.error(), "the file does not open");
+  ByteArray array(size);
+  for (std::size_t read = 0, got = 0; read < size; read += got)
+    if (!file.Read(array.data() + read, size - read, &got) || got == 0)
+      Throw(DocumentFault::kCannotRead, file.error(), "the file cannot be read");
+  document_ = LoadArray(&array);
+}
+
+void XmlDocument::LoadText(const WChar* text) {
+  if (text && *text == 0xFEFF) ++text;
+  const SystemText source(text ? text : Ours(L""));
+  BlankEncoding(source.get());
+  win32::GuardEntities(WideView(source.get(), SysStringLen(source.get())));
+  Document document;
+  Create(&document);
+  VARIANT_BOOL loaded = VARIANT_FALSE;
+  Check(document->loadXML(Native(source.get()), &loaded));
+  if (!loaded) ThrowParseError(document.get(), MarkedBytes(source.get()));
+  document_ = document.Detach();
+}
+
+void XmlDocument::LoadBytes(const char* bytes, int length) {
+  ByteArray array(length > 0 ? length : 0);
+  if (length > 0) std::memcpy(array.data(), bytes, length);
+  document_ = LoadArray(&array);
+}
+
+XmlNode XmlDocument::Root() const {
+  if (!document_) return {};
+  Counted<IXMLDOMElement> root;
+  Check(static_cast<IXMLDOMDocument2*>(document_)->get_documentElement(root.out()));
+  return XmlNodeHandle::Make(root.Detach());
+}
+
+// --- nodes ---
+
+namespace {
+
+IXMLDOMNode* Node(void* handle) {
+  if (!handle) Throw(DocumentFault::kHandlerFailed, 0, "there is no such node");
+  return static_cast<IXMLDOMNode*>(handle);
+}
+
+int TypeOf(IXMLDOMNode* node) {
+  DOMNodeType type = NODE_INVALID;
+  Check(node->get_nodeType(&type));
+  return type;
+}
+
+XmlText NameOf(void* handle) {
+  wchar_t* name = nullptr;
+  Check(Node(handle)->get_nodeName(&name));
+  return XmlText(Ours(name));
+}
+
+}  // namespace
+
+XmlNode::XmlNode(const XmlNode& other) noexcept : handle_(other.handle_) {
+  if (handle_) static_cast<IXMLDOMNode*>(handle_)->AddRef();
+}
+
+XmlNode::~XmlNode() {
+  if (handle_) static_cast<IXMLDOMNode*>(handle_)->Release();
+}
+
+int XmlNode::Type() const {
+  return TypeOf(Node(handle_));
+}
+
+XmlText XmlNode::Name() const {
+  return NameOf(handle_);
+}
+
+XmlText XmlNode::Text() const {
+  wchar_t* text = nullptr;
+  Check(Node(handle_)->get_text(&text));
+  return XmlText(Ours(text));
+}
+
+// Some DOMs put the entity's declaration between a reference and what it stands for. Its siblings
+// are the other declarations, so it must not be seen.
+XmlNode XmlNode::FirstChild() const {
+  Counted<IXMLDOMNode> child;
+  Check(Node(handle_)->get_firstChild(child.out()));
+  if (child && TypeOf(child.get()) == kEntity) {
+    Counted<IXMLDOMNode> content;
+    Check(child->get_firstChild(content.out()));
+    return XmlNodeHandle::Make(content.Detach());
+  }
+  return XmlNodeHandle::Make(child.Detach());
+}
+
+XmlNode XmlNode::NextSibling() const {
+  IXMLDOMNode* next = nullptr;
+  Check(Node(handle_)->get_nextSibling(&next));
+  return XmlNodeHandle::Make(next);
+}
+
+// --- attributes ---
+
+XmlAttributes::XmlAttributes(const XmlNode& element) {
+  Counted<IXMLDOMNamedNodeMap> map;
+  Check(Node(element.handle_)->get_attributes(map.out()));
+  if (!map) return;
+  long count = 0;
+  Check(map->get_length(&count));
+  count_ = static_cast<int>(count);
+  element_ = map.Detach();
+}
+
+XmlAttributes::~XmlAttributes() {
+  if (attribute_) static_cast<IXMLDOMNode*>(attribute_)->Release();
+  if (element_) static_cast<IXMLDOMNamedNodeMap*>(element_)->Release();
+}
+
+bool XmlAttributes::Next() {
+  if (index_ + 1 >= count_) return false;
+  IXMLDOMNode* next = nullptr;
+  Check(static_cast<IXMLDOMNamedNodeMap*>(element_)->get_item(++index_, &next));
+  if (attribute_) static_cast<IXMLDOMNode*>(attribute_)->Release();
+  attribute_ = next;
+  return true;
+}
+
+XmlText XmlAttributes::Name() const {
+  return NameOf(attribute_);
+}
+
+bool XmlAttributes::HasTextValue() const {
+  OwnedVariant value;
+  Check(Node(attribute_)->get_nodeValue(&value));
+  return value.vt == VT_BSTR;
+}
+
+XmlText XmlAttributes::Value() const {
+  OwnedVariant value;
+  Check(Node(attribute_)->get_nodeValue(&value));
+  if (value.vt != VT_BSTR) return XmlText();
+  value.vt = VT_EMPTY;
+  return XmlText(Ours(value.bstrVal));
+}
+
+}  // namespace vosmere

@@ -1,0 +1,167 @@
+#include "vosmere/platform/win32/xml_error_place.h"
+
+#include "vosmere/platform/win32/com.h"
+
+#include <msxml2.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/code_page.h"
+
+namespace vosmere::win32 {
+namespace {
+
+constexpr IID kSaxReader = {
+    0xa4f96ed0, 0xf829, 0x476e, {0x81, 0xc0, 0xcd, 0xc7, 0xbd, 0x2a, 0x08, 0x02}};
+constexpr IID kSaxErrorHandler = {
+    0xa60511c4, 0xccf5, 0x479e, {0x98, 0xa3, 0xdc, 0x8d, 0xc5, 0x45, 0xb7, 0xd0}};
+constexpr IID kSequentialStream = {
+    0x0c733a30, 0x2a1c, 0x11ce, {0xad, 0xe5, 0x00, 0xaa, 0x00, 0x44, 0x77, 0x3d}};
+
+/// Lives on the stack and outlives the reader, so that it need not be counted.
+template <class Interface, const IID& kIid>
+class OnStack : public Interface {
+ public:
+  HRESULT WINAPI QueryInterface(REFIID iid, void** out) override {
+    *out = iid == kIid || iid == IID_IUnknown ? this : nullptr;
+    return *out ? S_OK : E_NOINTERFACE;
+  }
+  ::ULONG WINAPI AddRef() override { return 1; }
+  ::ULONG WINAPI Release() override { return 1; }
+};
+
+class FirstReason : public OnStack<ISAXErrorHandler, kSaxErrorHandler> {
+ public:
+  explicit FirstReason(DocumentError* error) : error_(error) {}
+
+  HRESULT WINAPI error(ISAXLocator*, const wchar_t*, HRESULT) override { return S_OK; }
+  HRESULT WINAPI ignorableWarning(ISAXLocator*, const wchar_t*, HRESULT) override { return S_OK; }
+  HRESULT WINAPI fatalError(ISAXLocator*, const wchar_t* message, HRESULT) override {
+    if (message) SetReason(error_, Ours(message));
+    return E_FAIL;
+  }
+
+ private:
+  DocumentError* error_;
+};
+
+/// Bytes in two widths, as far as counting lines needs to know about them.
+class Units {
+ public:
+  explicit Units(std::string_view bytes) : bytes_(bytes) {
+    const unsigned first = At(0), second = At(1);
+    if (first == 0 || (first == 0xFE && second == 0xFF))
+      width_ = 2;
+    else if (second == 0 || (first == 0xFF && second == 0xFE))
+      width_ = 2, low_ = 0;
+  }
+
+  std::size_t width() const { return width_; }
+  unsigned operator[](std::size_t i) const {
+    return width_ == 1 ? At(i) : At(2 * i + low_) | At(2 * i + 1 - low_) << 8;
+  }
+  bool ContinuesCharacter(std::size_t i) const {
+    return width_ == 1 ? ((*this)[i] & 0xC0) == 0x80 : ((*this)[i] & 0xFC00) == 0xDC00;
+  }
+  bool IsMark(std::size_t i) const {
+    return i == 0 && (width_ == 2 ? (*this)[0] == 0xFEFF : bytes_.substr(0, 3) == "\xEF\xBB\xBF");
+  }
+
+ private:
+  unsigned At(std::size_t i) const {
+    return i < bytes_.size() ? static_cast<unsigned char>(bytes_[i]) : 1;
+  }
+
+  std::string_view bytes_;
+  std::size_t width_ = 1;
+  std::size_t low_ = 1;
+};
+
+/// Hands a document out piece by piece. The piece that was handed out last when the reader gives up
+/// holds the error; a reader's own idea of its place is rarely that good.
+class Feed : public OnStack<ISequentialStream, kSequentialStream> {
+ public:
+  /// Pieces are a unit long from `careful` on, and as long as the reader likes before.
+  Feed(std::string_view bytes, std::size_t careful, std::size_t width)
+      : bytes_(bytes), careful_(careful), width_(width) {}
+
+  HRESULT WINAPI Read(void* out, ::ULONG capacity, ::ULONG* got) override {
+    const std::size_t part = at_ < careful_ ? std::min<std::size_t>(capacity, careful_ - at_)
+                             : at_ == 0     ? kEnoughToTellTheEncoding
+                                            : width_;
+    const std::string_view piece = bytes_.substr(at_, part);
+    std::memcpy(out, piece.data(), piece.size());
+    before_ = last_;
+    last_ = at_;
+    at_ += piece.size();
+    *got = static_cast<::ULONG>(piece.size());
+    return S_OK;
+  }
+  HRESULT WINAPI Write(const void*, ::ULONG, ::ULONG*) override { return E_NOTIMPL; }
+
+  std::size_t last() const { return last_; }
+  std::size_t before() const { return before_; }
+
+ private:
+  static constexpr std::size_t kEnoughToTellTheEncoding = 4;
+
+  std::string_view bytes_;
+  std::size_t careful_;
+  std::size_t width_;
+  std::size_t at_ = 0;
+  std::size_t last_ = 0;
+  std::size_t before_ = 0;
+};
+
+/// False when there is no error, or nobody to find it.
+bool Fails(Feed* feed, DocumentError* error) {
+  CLSID clsid;
+  Counted<ISAXXMLReader> reader;
+  if (FAILED(::CLSIDFromProgID(L"Msxml2.SAXXMLReader", &clsid)) ||
+      FAILED(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, kSaxReader,
+                                reinterpret_cast<void**>(reader.out()))))
+    return false;
+  FirstReason reason(error);
+  VARIANT source;
+  source.vt = VT_UNKNOWN;
+  source.punkVal = feed;
+  reader->putErrorHandler(&reason);
+  const bool failed = FAILED(reader->parse(source));
+  reader->putErrorHandler(nullptr);
+  return failed;
+}
+
+}  // namespace
+
+void SetReason(DocumentError* error, const WChar* reason) {
+  const WideView text = WideView(reason).First(sizeof error->reason / 3 - 1);
+  char* end = error->reason + WideToBytes(kCodePageUtf8, text.data, static_cast<int>(text.size),
+                                          error->reason, sizeof error->reason - 1);
+  const auto breaksLine = [](char c) { return c == '\r' || c == '\n' || c == '\t'; };
+  std::replace_if(error->reason, end, breaksLine, ' ');
+  while (end != error->reason && (end[-1] == ' ' || end[-1] == '.')) --end;
+  *end = 0;
+}
+
+// The first run finds the piece roughly. A reader may look at a piece only when it has the next
+// one, so the second run is careful from the piece before.
+void FindErrorPlace(std::string_view bytes, DocumentError* error) {
+  const Units units(bytes);
+  std::size_t place = bytes.size();
+  Feed rough(bytes, bytes.size(), units.width());
+  if (Fails(&rough, error)) {
+    Feed careful(bytes, rough.before(), units.width());
+    place = Fails(&careful, error) ? careful.last() : rough.last();
+  }
+  error->line = error->column = 1;
+  for (std::size_t i = 0; i < place / units.width(); ++i) {
+    if (units[i] == '\n')
+      ++error->line, error->column = 1;
+    else if (!units.ContinuesCharacter(i) && !units.IsMark(i))
+      ++error->column;
+  }
+}
+
+}  // namespace vosmere::win32

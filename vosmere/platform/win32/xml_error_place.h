@@ -1,0 +1,18 @@
+// Where and why a document is malformed, for a DOM that refuses it without a word.
+#pragma once
+
+#include <string_view>
+
+#include "vosmere/base/types.h"
+#include "vosmere/xml/document_error.h"
+
+namespace vosmere::win32 {
+
+/// Stores `reason` as one line of UTF-8, without a full stop.
+void SetReason(DocumentError* error, const WChar* reason);
+
+/// Stores line and column of the error that the system's SAX reader finds in `bytes`, and its
+/// reason. The end of the document is the place when that reader finds nothing or does not exist.
+void FindErrorPlace(std::string_view bytes, DocumentError* error);
+
+}  // namespace vosmere::win32
