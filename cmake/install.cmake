@@ -19,6 +19,8 @@ install(FILES ${PROJECT_BINARY_DIR}/VosmereBaseConfig.cmake
         DESTINATION ${package_dir})
 
 if(NOT WIN32)
+  # Relative, so that the installed tree can be moved.
+  file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc
                  @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

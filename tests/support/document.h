@@ -6,6 +6,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
+#include "tests/support/traces.h"
 #include "tests/support/tree.h"
 #include "vosmere/xml/opml_reader.h"
 #include "vosmere/xml/opml_writer.h"
