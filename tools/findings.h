@@ -19,7 +19,6 @@ class Findings {
 
   /// Both are printable. An empty place is the document as a whole.
   void Add(const std::string& what, const std::string& place);
-  bool empty() const { return groups_.empty(); }
   /// Complaints, each counted once.
   std::size_t size() const { return groups_.size(); }
   /// One line each, in the order in which they were found.

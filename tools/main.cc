@@ -1,5 +1,6 @@
 // vosmere: shows, checks and copies the library's documents.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
 #include "tools/documents.h"
@@ -39,12 +40,15 @@ int Check(const std::string& file, std::size_t placesShown) {
   const DocumentError error = document->Rehearse(findings);
 
   const std::string name = Printable(file);
+  if (error.fault != DocumentFault::kNone) findings.Add(WhyNotSaved(error), "");
   findings.Print(std::cout, name);
-  if (error.fault != DocumentFault::kNone)
-    std::cout << name << ": warning: " << WhyNotSaved(error) << '\n';
-  std::cout << name
-            << (findings.empty() ? ": fine\n" : ": loads; saving it would not be harmless\n");
-  return kFine;
+  if (findings.size() == 0)
+    std::cout << name
+              << ": fine
+                 ";
+        else std::cout
+              << name << ": loads; warnings: " << findings.size() << '
+'; return kFine;
 }
 
 int Copy(const std::string& in, const std::string& out) {

@@ -43,26 +43,36 @@ constexpr RawValue kRawValues[] = {
      [](CBaseNode& item, const WChar* value) { static_cast<CUrlNode&>(item).SetUrl(value); }},
 };
 
-void DisarmItem(RNode* link, Findings& findings) {
-  for (const RawValue& raw : kRawValues) {
-    if (!raw.ofFolders && link->type == NT_FOLDER) continue;
-    std::string value = ToUtf8(raw.get(*link->item));
-    const char breaker = Breaker(value);
-    if (!breaker) continue;
-    findings.Add(std::string(raw.name) + " holds '" + breaker +
-                     "', which is written as it is: the saved file would not load",
-                 PlaceOf(link));
-    for (char& c : value)
-      if (c == '"' || c == '<' || c == '&') c = '_';
-    raw.set(*link->item, ToWide(value).get());
-  }
+/// Calls `visit` with every value that breaks the document.
+template <class Visit>
+void ForEachBreaker(RNode* root, Visit visit) {
+  const auto visitItem = [&visit](RNode* link) {
+    for (const RawValue& raw : kRawValues) {
+      if (!raw.ofFolders && link->type == NT_FOLDER) continue;
+      const std::string value = ToUtf8(raw.get(*link->item));
+      if (const char breaker = Breaker(value)) visit(link, raw, value, breaker);
+    }
+    return true;
+  };
+  WalkBelow(root, visitItem, [](RNode*) {});
 }
 
 }  // namespace
 
-void ReportAndDisarm(RNode* root, Findings& findings) {
-  WalkBelow(
-      root, [&](RNode* link) { return DisarmItem(link, findings), true; }, [](RNode*) {});
+void ReportBreakers(RNode* root, Findings& findings) {
+  ForEachBreaker(root, [&](RNode* link, const RawValue& raw, const std::string&, char breaker) {
+    findings.Add(std::string(raw.name) + " holds '" + breaker +
+                     "', which is written as it is: the saved file would not load",
+                 PlaceOf(link));
+  });
+}
+
+void Disarm(RNode* root) {
+  ForEachBreaker(root, [](RNode* link, const RawValue& raw, std::string value, char) {
+    for (char& c : value)
+      if (c == '"' || c == '<' || c == '&') c = '_';
+    raw.set(*link->item, ToWide(value).get());
+  });
 }
 
 }  // namespace vosmere::tool

@@ -6,8 +6,9 @@
 
 namespace vosmere::tool {
 
-/// Reports every value below `root` that breaks the saved document, and makes it harmless, so that
-/// the other losses can be seen.
-void ReportAndDisarm(RNode* root, Findings& findings);
+/// Reports every value below `root` that breaks the saved document.
+void ReportBreakers(RNode* root, Findings& findings);
+/// Makes those values harmless.
+void Disarm(RNode* root);
 
 }  // namespace vosmere::tool

@@ -47,12 +47,10 @@ Tree SaveToMemoryAndLoad(RNode* root, DocumentError& error) {
   return nullptr;
 }
 
-// Comparing.
-
-DocumentError CompareWithLoaded(RNode* saved, RNode* back, const DocumentError& loadError,
-                                Findings& findings) {
+/// What is wrong with a tree that was saved and loaded back.
+DocumentError Verdict(RNode* saved, RNode* back, const DocumentError& loadError) {
   if (loadError.fault != DocumentFault::kNone) return loadError;
-  if (!back || !CompareTrees(saved, back, findings))
+  if (!back || !SameShape(saved, back))
     return ErrorOf(DocumentFault::kMalformed, "items are missing, new or in other places");
   return {};
 }
@@ -76,11 +74,15 @@ std::string Marks(const CNodeStat& stat, Census& census) {
   return marks;
 }
 
+std::string Name(const RNode* link) {
+  const std::string name = Printable(link->item->GetName());
+  return name.empty() ? "(no name)" : name;
+}
+
 std::string Line(const RNode* link, Census& census) {
   const bool isFolder = link->type == NT_FOLDER;
   ++(isFolder ? census.folders : census.collections);
-  std::string line = isFolder ? "[folder] " : "[collection] ";
-  line += Printable(link->item->GetName());
+  std::string line = (isFolder ? "[folder] " : "[collection] ") + Name(link);
   if (!isFolder) {
     std::string url = Printable(static_cast<const CUrlNode*>(link->item)->GetUrl());
     std::replace(url.begin(), url.end(), '\\', '/');
@@ -105,7 +107,7 @@ class OpmlDocument : public Document {
   void Show(std::ostream& out) override {
     Census census;
     std::size_t level = 1;
-    out << "[tree] " << Printable(tree_->item->GetName()) << '\n';
+    out << "[tree] " << Name(tree_.get()) << '\n';
     WalkBelow(
         tree_.get(),
         [&](RNode* link) {
@@ -126,9 +128,12 @@ class OpmlDocument : public Document {
   DocumentError Rehearse(Findings& findings) override {
     DocumentError error;
     const Tree back = SaveToMemoryAndLoad(tree_.get(), error);
-    const DocumentError result = CompareWithLoaded(tree_.get(), back.get(), error, findings);
-    if (result.fault != DocumentFault::kNone) Explain(findings);
-    return result;
+    error = Verdict(tree_.get(), back.get(), error);
+    if (error.fault == DocumentFault::kNone)
+      CompareTrees(tree_.get(), back.get(), tree_.get(), findings);
+    else
+      Explain(findings);
+    return error;
   }
 
   DocumentError Save(const WChar* path) override {
@@ -137,19 +142,20 @@ class OpmlDocument : public Document {
     if (!writer.SaveToFile(path)) return writer.LastError();
     DocumentError error;
     const Tree back = LoadTree(path, error);
-    Findings known(0);
-    return CompareWithLoaded(tree_.get(), back.get(), error, known);
+    return Verdict(tree_.get(), back.get(), error);
   }
 
  private:
-  /// Works on a tree of its own, which it changes.
+  /// Names the values that break a saved copy, and what else would be lost if they did not.
   void Explain(Findings& findings) {
+    ReportBreakers(tree_.get(), findings);
     DocumentError error;
-    const Tree tree = LoadTree(path_.get(), error);
-    if (!tree) return;
-    ReportAndDisarm(tree.get(), findings);
-    const Tree back = SaveToMemoryAndLoad(tree.get(), error);
-    CompareWithLoaded(tree.get(), back.get(), error, findings);
+    const Tree harmless = LoadTree(path_.get(), error);
+    if (!harmless || !SameShape(tree_.get(), harmless.get())) return;
+    Disarm(harmless.get());
+    const Tree back = SaveToMemoryAndLoad(harmless.get(), error);
+    if (back && SameShape(harmless.get(), back.get()))
+      CompareTrees(harmless.get(), back.get(), tree_.get(), findings);
   }
 
   SystemString path_;

@@ -62,29 +62,42 @@ bool IsNothing(const Json& value) {
 std::string Change(const std::string& field, const Json& saved, const Json& back) {
   if (IsNothing(saved)) return "an empty " + field + " comes back as " + back.dump();
   if (IsNothing(back) || !saved.is_string()) return field + " does not come back";
-  if (saved.get_ref<const std::string&>().starts_with(back.get_ref<const std::string&>()))
-    return field + " is cut";
+  const auto& rest = back.get_ref<const std::string&>();
+  if (saved.get_ref<const std::string&>().starts_with(rest))
+    return field + " is cut to " + std::to_string(WideLength(ToWide(rest).get())) + " characters";
   return field + " comes back changed";
 }
 
-void CompareItems(const RNode* saved, const RNode* back, Findings& findings) {
+void CompareItems(const RNode* saved, const RNode* back, const RNode* named, Findings& findings) {
   for (const Field& field : kFields) {
     if (!field.ofFolders && saved->type == NT_FOLDER) continue;
     const Json before = field.value(*saved->item);
     const Json after = field.value(*back->item);
     if (before != after && !(IsNothing(before) && IsNothing(after)))
-      findings.Add(Change(field.name, before, after), PlaceOf(saved));
+      findings.Add(Change(field.name, before, after), PlaceOf(named));
   }
 }
 
-/// The next link in document order, and how many levels it is deeper than the one before.
-RNode* Step(RNode* link, const RNode* root, int& deeper) {
-  deeper = 1;
-  if (link->firstChild) return link->firstChild;
-  for (deeper = 0; link != root; link = link->parent, --deeper)
-    if (link->next) return link->next;
-  return nullptr;
-}
+/// Goes over a tree in document order, so that trees can be walked side by side.
+struct PreOrder {
+  explicit PreOrder(RNode* root) : link(root) {}
+
+  void Step() {
+    if (link->firstChild) {
+      link = link->firstChild;
+      ++level;
+      return;
+    }
+    while (level > 0 && !link->next) {
+      link = link->parent;
+      --level;
+    }
+    link = level > 0 ? link->next : nullptr;
+  }
+
+  RNode* link;
+  int level = 0;
+};
 
 }  // namespace
 
@@ -97,20 +110,20 @@ Json ItemFields(const RNode* link) {
   return fields;
 }
 
-bool CompareTrees(RNode* saved, RNode* back, Findings& findings) {
-  RNode* const savedRoot = saved;
-  RNode* const backRoot = back;
-  while (saved && back && saved->type == back->type) {
-    CompareItems(saved, back, findings);
-    int savedLevel = 0, backLevel = 0;
-    saved = Step(saved, savedRoot, savedLevel);
-    back = Step(back, backRoot, backLevel);
-    if (savedLevel != backLevel) return false;
-  }
-  return !saved && !back;
+bool SameShape(RNode* a, RNode* b) {
+  PreOrder x(a), y(b);
+  for (; x.link && y.link; x.Step(), y.Step())
+    if (x.level != y.level || x.link->type != y.link->type) return false;
+  return !x.link && !y.link;
+}
+
+void CompareTrees(RNode* saved, RNode* back, RNode* named, Findings& findings) {
+  for (PreOrder x(saved), y(back), z(named); x.link; x.Step(), y.Step(), z.Step())
+    CompareItems(x.link, y.link, z.link, findings);
 }
 
 std::string PlaceOf(const RNode* link) {
+  if (!link->parent) return "the tree itself";
   std::vector<std::string> labels;
   for (; link->parent && labels.size() <= kPlaceDepth; link = link->parent)
     labels.push_back(Label(link->item->GetName()));

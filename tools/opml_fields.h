@@ -16,11 +16,14 @@ using Json = nlohmann::ordered_json;
 /// write them, with slashes.
 Json ItemFields(const RNode* link);
 
-/// Reports the fields of `saved` that differ in `back`, the same tree after a save. False when
-/// items are missing, new or in other places.
-bool CompareTrees(RNode* saved, RNode* back, Findings& findings);
+/// Whether two trees have items of the same kinds in the same places.
+bool SameShape(RNode* a, RNode* b);
 
-/// Where an item stands in its tree; empty for the root.
+/// Reports the fields of `saved` that differ in `back`, the same tree after a save. `named`, of the
+/// same shape, is the tree that people know the items by.
+void CompareTrees(RNode* saved, RNode* back, RNode* named, Findings& findings);
+
+/// Where an item stands in its tree.
 std::string PlaceOf(const RNode* link);
 
 }  // namespace vosmere::tool

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <new>
 
 #include "vosmere/nodes/base_node.h"
 #include "vosmere/platform/clock.h"
@@ -14,20 +12,20 @@
 namespace vosmere {
 namespace {
 
-constexpr int kDateCapacity = 40;
+constexpr int kPubDateCapacity = 40;
 
-// Feeds are read by machines, so the names are English whatever the locale says.
-constexpr const char* kWeekdays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
 constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-void FormatZone(char (&zone)[16], LONG secondsWest) {
-  const int minutes = std::abs(secondsWest) / 60;
-  if (secondsWest == 0)
-    std::snprintf(zone, sizeof zone, " GMT");
+template <std::size_t N>
+void FormatZone(char (&zone)[N]) {
+  const LONG west = ZoneSecondsWest();
+  const LONG minutes = std::abs(west) / 60;
+  if (west == 0)
+    std::snprintf(zone, N, "GMT");
   else
-    std::snprintf(zone, sizeof zone, " %c%02d%02d", secondsWest > 0 ? '+' : '-', minutes / 60,
-                  minutes % 60);
+    std::snprintf(zone, N, "%c%02d%02d", west > 0 ? '+' : '-', minutes / 60, minutes % 60);
 }
 
 }  // namespace
@@ -36,8 +34,8 @@ CBaseTool::~CBaseTool() = default;
 
 bool CBaseTool::GetUUID(WChar* text, int capacity) {
   WChar uuid[kUuidTextLength + 1];
-  if (capacity <= kUuidTextLength || !NewUuidText(uuid)) return false;
-  std::copy(uuid, uuid + kUuidTextLength + 1, text);
+  if (capacity < kUuidTextLength + 1 || !NewUuidText(uuid)) return false;
+  std::copy_n(uuid, kUuidTextLength + 1, text);
   return true;
 }
 
@@ -50,16 +48,17 @@ bool CBaseTool::AssignUUID(CBaseNode* node) {
 
 bool CBaseTool::GetPubDate(LONG seconds, WChar* text, int capacity) {
   if (capacity > 0) *text = 0;
-  if (capacity < kDateCapacity) return false;
+  if (capacity < kPubDateCapacity) return false;
   CalendarTime time;
   if (!LocalCalendar(seconds, &time)) return true;
-  char zone[16], date[128];
-  FormatZone(zone, ZoneSecondsWest());
-  std::snprintf(date, sizeof date, "%s, %02d %s %d %02d:%02d:%02d%s", kWeekdays[time.weekday],
-                time.day, kMonths[time.month - 1], time.year, time.hour, time.minute, time.second,
-                zone);
-  date[kDateCapacity - 1] = 0;
-  std::copy(date, date + std::strlen(date) + 1, text);
+
+  char zone[32];
+  FormatZone(zone);
+  char date[128];
+  const int length = std::snprintf(date, sizeof date, "%s, %02d %s %d %02d:%02d:%02d %s",
+                                   kDays[time.weekday], time.day, kMonths[time.month - 1],
+                                   time.year, time.hour, time.minute, time.second, zone);
+  *std::copy_n(date, std::min(length, kPubDateCapacity - 1), text) = 0;
   return true;
 }
 
@@ -72,6 +71,8 @@ int CBaseTool::GetModifyKeyState() {
   return KeyState(kKeyAlt) < 0 ? 3 : 0;
 }
 
-void CBaseTool::Delete(void* buffer) { delete[] static_cast<char*>(buffer); }
+void CBaseTool::Delete(void* buffer) {
+  delete[] static_cast<char*>(buffer);
+}
 
 }  // namespace vosmere

@@ -7,32 +7,30 @@
 namespace vosmere {
 namespace {
 
-constexpr int kDigestBytes = 16;
-
-/// Digests piece by piece, so that no text is too long for the memory there is.
-void Digest(WideView text, unsigned char (&digest)[kDigestBytes]) {
-  constexpr std::size_t kPiece = 512;
-  unsigned char bytes[kPiece * 3];
+/// The UTF-8 bytes go through in pieces, so that no memory can run out.
+void Digest(WideView text, unsigned char (&digest)[16]) {
   CMD5Digest md5;
   while (!text.empty()) {
-    WideView piece = text.First(kPiece);
-    const bool partsPair = piece.size < text.size && (piece[piece.size - 1] & 0xFC00) == 0xD800;
-    if (partsPair) --piece.size;
-    md5.Update(bytes, WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(piece.size),
-                                  reinterpret_cast<char*>(bytes), sizeof bytes));
+    char bytes[3 * 512];
+    WideView piece = text.First(512);
+    const bool cutsPair = piece.size < text.size && (piece[piece.size - 1] & 0xFC00) == 0xD800;
+    if (cutsPair) --piece.size;
+    const int length =
+        WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(piece.size), bytes, sizeof bytes);
+    md5.Update(reinterpret_cast<const unsigned char*>(bytes), length);
     text = text.From(piece.size);
   }
   md5.Final(digest);
 }
 
-bool HexDigest(const WChar* source, WChar* text, const char* digits) {
-  unsigned char digest[kDigestBytes];
+bool WriteDigest(const WChar* source, const char* digits, WChar* out) {
+  unsigned char digest[16];
   Digest(WideView(source), digest);
   for (const unsigned char byte : digest) {
-    *text++ = static_cast<WChar>(digits[byte >> 4]);
-    *text++ = static_cast<WChar>(digits[byte & 15]);
+    *out++ = static_cast<WChar>(digits[byte >> 4]);
+    *out++ = static_cast<WChar>(digits[byte & 0x0F]);
   }
-  *text = 0;
+  *out = 0;
   return true;
 }
 
@@ -41,11 +39,11 @@ bool HexDigest(const WChar* source, WChar* text, const char* digits) {
 CEncodingTool::~CEncodingTool() = default;
 
 bool CEncodingTool::GetWideCharMD5(const WChar* source, WChar* digest) {
-  return HexDigest(source, digest, "0123456789ABCDEF");
+  return WriteDigest(source, "0123456789ABCDEF", digest);
 }
 
 bool CEncodingTool::GetWideCharLowerMD5(const WChar* source, WChar* digest) {
-  return HexDigest(source, digest, "0123456789abcdef");
+  return WriteDigest(source, "0123456789abcdef", digest);
 }
 
 }  // namespace vosmere

@@ -3,21 +3,12 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <iterator>
 
 namespace vosmere {
 namespace {
 
-constexpr unsigned kBlock = 64;
-constexpr unsigned kLengthOffset = 56;  // where the bit count stands in the last block
-
-// The four auxiliary functions of RFC 1321, in the forms that need the fewest dependent steps.
-constexpr ULONG F(ULONG x, ULONG y, ULONG z) { return z ^ (x & (y ^ z)); }
-constexpr ULONG G(ULONG x, ULONG y, ULONG z) { return (x & z) + (y & ~z); }
-constexpr ULONG H(ULONG x, ULONG y, ULONG z) { return x ^ y ^ z; }
-constexpr ULONG I(ULONG x, ULONG y, ULONG z) { return y ^ (x | ~z); }
-
-constexpr ULONG kSines[64] = {
+// One addend for each step: the whole part of 2^32 * |sin(step + 1)|.
+constexpr ULONG kAddends[64] = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
     0x698098d8, 0x8b44f7af, 0xffff5bb1, 0x895cd7be, 0x6b901122, 0xfd987193, 0xa679438e, 0x49b40821,
     0xf61e2562, 0xc040b340, 0x265e5a51, 0xe9b6c7aa, 0xd62f105d, 0x02441453, 0xd8a1e681, 0xe7d3fbc8,
@@ -29,76 +20,109 @@ constexpr ULONG kSines[64] = {
 
 constexpr int kShifts[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
 
+/// The word of the block that a step takes.
+template <int kRound>
+constexpr int WordOf(int step) {
+  return (kRound == 0   ? step
+          : kRound == 1 ? 5 * step + 1
+          : kRound == 2 ? 3 * step + 5
+                        : 7 * step) %
+         16;
+}
+
+// Each step waits for the `b` of the step before, so the functions are written for `b` to come in
+// late.
+template <int kRound>
+inline ULONG Mix(ULONG b, ULONG c, ULONG d) {
+  if constexpr (kRound == 0) return d ^ (b & (c ^ d));
+  if constexpr (kRound == 1) return (c & ~d) + (b & d);
+  if constexpr (kRound == 2) return b ^ (c ^ d);
+  return c ^ (b | ~d);
+}
+
+template <int kRound, int kStep>
+inline void Step(ULONG& a, ULONG b, ULONG c, ULONG d, const ULONG* words) {
+  const ULONG early = a + words[WordOf<kRound>(kStep)] + kAddends[16 * kRound + kStep];
+  a = b + std::rotl(early + Mix<kRound>(b, c, d), kShifts[kRound][kStep % 4]);
+}
+
+template <int kRound, int kStep>
+inline void FourSteps(ULONG& a, ULONG& b, ULONG& c, ULONG& d, const ULONG* words) {
+  Step<kRound, kStep>(a, b, c, d, words);
+  Step<kRound, kStep + 1>(d, a, b, c, words);
+  Step<kRound, kStep + 2>(c, d, a, b, words);
+  Step<kRound, kStep + 3>(b, c, d, a, words);
+}
+
+template <int kRound>
+inline void Round(ULONG& a, ULONG& b, ULONG& c, ULONG& d, const ULONG* words) {
+  FourSteps<kRound, 0>(a, b, c, d, words);
+  FourSteps<kRound, 4>(a, b, c, d, words);
+  FourSteps<kRound, 8>(a, b, c, d, words);
+  FourSteps<kRound, 12>(a, b, c, d, words);
+}
+
+constexpr unsigned kBlockSize = 64;
+
 }  // namespace
 
 CMD5Digest::~CMD5Digest() = default;
 
 void CMD5Digest::Init() {
-  state_[0] = 0x67452301;
-  state_[1] = 0xefcdab89;
-  state_[2] = 0x98badcfe;
-  state_[3] = 0x10325476;
+  constexpr ULONG kStart[4] = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
+  std::copy_n(kStart, 4, state_);
   count_[0] = count_[1] = 0;
 }
 
 void CMD5Digest::Update(const unsigned char* input, unsigned length) {
-  unsigned filled = (count_[0] >> 3) % kBlock;
+  if (length == 0) return;
+  const unsigned fill = count_[0] / 8 % kBlockSize;
+  const unsigned room = kBlockSize - fill;
   const ULONG bits = length << 3;
+  count_[1] += (length >> 29) + (count_[0] > ~bits);
   count_[0] += bits;
-  count_[1] += (length >> 29) + (count_[0] < bits);
-  if (filled > 0) {
-    const unsigned part = std::min(length, kBlock - filled);
-    MD5_memcpy(buffer_ + filled, input, part);
-    if (filled + part < kBlock) return;
+
+  if (length < room) return MD5_memcpy(buffer_ + fill, input, length);
+  if (fill) {
+    MD5_memcpy(buffer_ + fill, input, room);
     MD5Transform(state_, buffer_);
-    input += part;
-    length -= part;
+    input += room;
+    length -= room;
   }
-  for (; length >= kBlock; input += kBlock, length -= kBlock) MD5Transform(state_, input);
+  for (; length >= kBlockSize; input += kBlockSize, length -= kBlockSize)
+    MD5Transform(state_, input);
   MD5_memcpy(buffer_, input, length);
 }
 
 void CMD5Digest::Final(unsigned char* digest) {
+  constexpr unsigned char kPadding[kBlockSize] = {0x80};
   unsigned char bits[8];
-  Encode(bits, count_, sizeof bits);
-  const unsigned filled = (count_[0] >> 3) % kBlock;
-  unsigned char padding[kBlock + 8] = {0x80};
-  Update(padding, filled < kLengthOffset ? kLengthOffset - filled : 120 - filled);
-  Update(bits, sizeof bits);
-  Encode(digest, state_, sizeof state_);
-  std::fill(std::begin(state_), std::end(state_), 0);
-  std::fill(std::begin(count_), std::end(count_), 0);
-  MD5_memset(buffer_, 0, sizeof buffer_);
+  Encode(bits, count_, 8);
+  const unsigned fill = count_[0] / 8 % kBlockSize;
+  Update(kPadding, (fill < 56 ? 56 : 120) - fill);
+  Update(bits, 8);
+  Encode(digest, state_, 16);
+  std::fill_n(state_, 4, 0);
+  std::fill_n(count_, 2, 0);
+  MD5_memset(buffer_, 0, kBlockSize);
 }
 
 void CMD5Digest::MD5String(unsigned char* digest, const char* text, int length) {
-  const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
+  const std::size_t size = length == -1 ? std::strlen(text) : length;
   Init();
-  Update(bytes, length == -1 ? static_cast<unsigned>(std::strlen(text))
-                             : static_cast<unsigned>(length));
+  Update(reinterpret_cast<const unsigned char*>(text), static_cast<unsigned>(size));
   Final(digest);
   digest[16] = 0;
 }
 
 void CMD5Digest::MD5Transform(ULONG (&state)[4], const unsigned char* block) {
-  ULONG x[16];
-  Decode(x, block, kBlock);
+  ULONG words[16];
+  Decode(words, block, kBlockSize);
   ULONG a = state[0], b = state[1], c = state[2], d = state[3];
-  const auto step = [&](auto mix, int round, int i, int k) {
-    const ULONG sum = a + kSines[i] + x[k & 15] + mix(b, c, d);
-    a = d;
-    d = c;
-    c = b;
-    b += std::rotl(sum, kShifts[round][i & 3]);
-  };
-#pragma GCC unroll 16
-  for (int i = 0; i < 16; ++i) step(F, 0, i, i);
-#pragma GCC unroll 16
-  for (int i = 16; i < 32; ++i) step(G, 1, i, 5 * i + 1);
-#pragma GCC unroll 16
-  for (int i = 32; i < 48; ++i) step(H, 2, i, 3 * i + 5);
-#pragma GCC unroll 16
-  for (int i = 48; i < 64; ++i) step(I, 3, i, 7 * i);
+  Round<0>(a, b, c, d, words);
+  Round<1>(a, b, c, d, words);
+  Round<2>(a, b, c, d, words);
+  Round<3>(a, b, c, d, words);
   state[0] += a;
   state[1] += b;
   state[2] += c;
@@ -107,21 +131,20 @@ void CMD5Digest::MD5Transform(ULONG (&state)[4], const unsigned char* block) {
 
 void CMD5Digest::Encode(unsigned char* output, const ULONG* input, unsigned length) {
   for (unsigned i = 0; i < length; ++i)
-    output[i] = static_cast<unsigned char>(input[i / 4] >> (i % 4 * 8));
+    output[i] = static_cast<unsigned char>(input[i / 4] >> 8 * (i % 4));
 }
 
 void CMD5Digest::Decode(ULONG* output, const unsigned char* input, unsigned length) {
   for (unsigned i = 0; i < length; i += 4)
-    output[i / 4] = input[i] | ULONG{input[i + 1]} << 8 | ULONG{input[i + 2]} << 16 |
-                    ULONG{input[i + 3]} << 24;
+    output[i / 4] = input[i] | input[i + 1] << 8 | input[i + 2] << 16 | ULONG{input[i + 3]} << 24;
 }
 
 void CMD5Digest::MD5_memcpy(unsigned char* output, const unsigned char* input, unsigned length) {
-  if (length > 0) std::memcpy(output, input, length);
+  std::copy_n(input, length, output);
 }
 
 void CMD5Digest::MD5_memset(unsigned char* output, int value, unsigned length) {
-  std::memset(output, value, length);
+  std::fill_n(output, length, static_cast<unsigned char>(value));
 }
 
 }  // namespace vosmere

@@ -12,23 +12,52 @@
 namespace vosmere {
 namespace {
 
-/// A new zero-terminated buffer, or null without memory. `*length` is set with the buffer only.
-char* Convert(unsigned codePage, WideView source, int* length) {
-  if (source.size > INT_MAX) return nullptr;
-  const int units = static_cast<int>(source.size);
-  const int size = WideToBytes(codePage, source.data, units, nullptr, 0);
-  if (size == 0 && units > 0) return nullptr;
-  auto* const text = new (std::nothrow) char[static_cast<std::size_t>(size) + 1];
-  if (!text) return nullptr;
-  *length = size > 0 ? WideToBytes(codePage, source.data, units, text, size) : 0;
-  text[*length] = 0;
-  return text;
+// A short text is converted on the stack and copied into memory of its size, which costs less than
+// measuring it first.
+constexpr std::size_t kShort = 2048;
+
+char* NewBytes(int length) {
+  auto* const bytes = new (std::nothrow) char[std::size_t(length) + 1];
+  if (bytes) bytes[length] = 0;
+  return bytes;
 }
 
-bool ConvertInto(unsigned codePage, WideView source, char** text, int* length) {
-  char* const converted = Convert(codePage, source, length);
-  if (converted) *text = converted;
-  return converted != nullptr;
+/// Null without memory, which a text too long for an int never has.
+char* ToBytes(unsigned codePage, WideView source, int* length) {
+  if (source.size > INT_MAX) return nullptr;
+  const int units = static_cast<int>(source.size);
+  char scratch[3 * kShort];
+  int size = source.size <= kShort
+                 ? WideToBytes(codePage, source.data, units, scratch, sizeof scratch)
+                 : 0;
+  const bool converted = size != 0 || units == 0;
+  if (!converted) size = WideToBytes(codePage, source.data, units, nullptr, 0);
+  if (size == 0 && units != 0) return nullptr;
+
+  char* const bytes = NewBytes(size);
+  if (!bytes) return nullptr;
+  if (converted)
+    std::memcpy(bytes, scratch, size);
+  else
+    WideToBytes(codePage, source.data, units, bytes, size);
+  *length = size;
+  return bytes;
+}
+
+bool Convert(unsigned codePage, WideView source, char** text, int* length) {
+  char* const bytes = ToBytes(codePage, source, length);
+  if (bytes) *text = bytes;
+  return bytes != nullptr;
+}
+
+BSTR ToWide(const char* source, int length) {
+  WChar scratch[kShort];
+  if (static_cast<std::size_t>(length) <= kShort)
+    return SysAllocStringLen(scratch, BytesToWide(kCodePageUtf8, source, length, scratch, kShort));
+  const int units = BytesToWide(kCodePageUtf8, source, length, nullptr, 0);
+  BSTR const text = SysAllocStringLen(nullptr, units);
+  if (text) BytesToWide(kCodePageUtf8, source, length, text, units);
+  return text;
 }
 
 }  // namespace
@@ -36,38 +65,35 @@ bool ConvertInto(unsigned codePage, WideView source, char** text, int* length) {
 CUnicodeTool::~CUnicodeTool() = default;
 
 bool CUnicodeTool::BSTRGetUTF8(const WChar* source, char** text, int* length) {
-  return ConvertInto(kCodePageUtf8, {source, SysStringLen(source)}, text, length);
+  return Convert(kCodePageUtf8, WideView(source, SysStringLen(source)), text, length);
 }
 
 bool CUnicodeTool::TCHARGetUTF8(const WChar* source, char** text, int* length) {
+  if (Convert(kCodePageUtf8, WideView(source), text, length)) return true;
   *text = nullptr;
-  return ConvertInto(kCodePageUtf8, WideView(source), text, length);
+  return false;
 }
 
 bool CUnicodeTool::TCHARGetASCII(const WChar* source, char** text, int* length) {
-  return ConvertInto(kCodePageSystem, WideView(source), text, length);
+  return Convert(kCodePageSystem, WideView(source), text, length);
 }
 
 bool CUnicodeTool::UTF8GetBSTR(BSTR* result, const char* source, int length) {
   if (!source || length < 0) return false;
-  if (length == 0) {
-    const std::size_t measured = std::strlen(source);
-    if (measured == 0 || measured > INT_MAX) return false;
-    length = static_cast<int>(measured);
-  }
-  const int units = BytesToWide(kCodePageUtf8, source, length, nullptr, 0);
-  const BSTR text = SysAllocStringLen(nullptr, units);
-  if (!text) return false;
-  if (units == 0 || BytesToWide(kCodePageUtf8, source, length, text, units) == 0) {
-    Trace("Error=0X%08X\n", 0u);
-    SysFreeString(text);
+  const std::size_t size = length ? length : std::strlen(source);
+  if (size == 0) return false;
+  BSTR const text = size <= INT_MAX ? ToWide(source, static_cast<int>(size)) : nullptr;
+  if (!text) {
+    constexpr unsigned kOutOfMemory = 14;
+    Trace("Error=0X%08X\n", kOutOfMemory);
     return false;
   }
-  text[units] = 0;
   *result = text;
   return true;
 }
 
-void CUnicodeTool::DeleteBuffer(char* text) { delete[] text; }
+void CUnicodeTool::DeleteBuffer(char* text) {
+  delete[] text;
+}
 
 }  // namespace vosmere

@@ -1,7 +1,5 @@
 #include "vosmere/xml/opml_writer.h"
 
-#include <algorithm>
-
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
 #include "vosmere/nodes/tree_link.h"
@@ -19,6 +17,12 @@ CColctNode* Colct(RNode* link) {
 }
 CFolderNode* Folder(RNode* link) {
   return static_cast<CFolderNode*>(link->item);
+}
+
+int PieceToSlashedUtf8(WideView piece, char* bytes) {
+  const int length = PieceToUtf8(piece, bytes);
+  for (int i = 0; i < length; ++i) bytes[i] = bytes[i] == '\\' ? '/' : bytes[i];
+  return length;
 }
 
 }  // namespace
@@ -115,14 +119,8 @@ void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
 }
 
 void CWriteColctTreeOPML::PutPath(const WChar* path) {
-  if (!path) return;
-  for (WideView rest(path + GetRelativeStartPos(path)); !rest.empty();) {
-    const WideView piece = NextPiece(rest);
-    WChar slashed[kTextPiece];
-    std::replace_copy(piece.begin(), piece.end(), slashed, WChar{'\\'}, WChar{'/'});
-    PutText({slashed, piece.size});
-    rest = rest.From(piece.size);
-  }
+  if (path)
+    PutPieces(WideView(path + GetRelativeStartPos(path)), kUnitBytes, PieceToSlashedUtf8);
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {

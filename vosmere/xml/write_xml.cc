@@ -88,13 +88,13 @@ void CWriteXML::PutNumber(LONG number) {
 }
 
 // Straight into the buffer where its last chunk has the room.
-template <std::size_t UnitBytes>
-bool CWriteXML::PutPieces(WideView text, int (*convert)(WideView piece, char* bytes)) {
-  char aside[kTextPiece * UnitBytes];
+bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
+                          int (*convert)(WideView piece, char* bytes)) {
+  char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
     char* const room =
-        buffer_ ? buffer_->Room(static_cast<int>(piece.size * UnitBytes)) : nullptr;
+        buffer_ ? buffer_->Room(static_cast<int>(piece.size * unitBytes)) : nullptr;
     const int length = convert(piece, room ? room : aside);
     if (length == 0) return false;
     if (room)
@@ -106,10 +106,10 @@ bool CWriteXML::PutPieces(WideView text, int (*convert)(WideView piece, char* by
   return true;
 }
 
-bool CWriteXML::PutText(WideView text) { return PutPieces<kUnitBytes>(text, PieceToUtf8); }
+bool CWriteXML::PutText(WideView text) { return PutPieces(text, kUnitBytes, PieceToUtf8); }
 
 bool CWriteXML::PutEscaped(WideView text) {
-  return PutPieces<kEscapedUnitBytes>(text, PieceToEscapedUtf8);
+  return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8);
 }
 
 // Converting.

@@ -84,6 +84,8 @@ class VOSMERE_API CWriteXML {
   /// As it is. False when it cannot be converted; what went before stays appended.
   bool PutText(WideView text);
   bool PutEscaped(WideView text);
+  /// Converted piece by piece (escape.h), into at most `unitBytes` bytes for each unit.
+  bool PutPieces(WideView text, std::size_t unitBytes, int (*convert)(WideView piece, char* bytes));
   /// The whole escaped text at once, for a writer that must know beforehand whether it converts.
   /// False also without memory.
   static bool EscapedUtf8(WideView text, std::string& utf8);
@@ -93,9 +95,6 @@ class VOSMERE_API CWriteXML {
   bool RealWrite();
 
  private:
-  template <std::size_t UnitBytes>
-  bool PutPieces(WideView text, int (*convert)(WideView piece, char* bytes));
-
   void FillOnce();
   bool IsComplete(LONG total);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);

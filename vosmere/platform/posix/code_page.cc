@@ -3,80 +3,118 @@
 #include <iconv.h>
 #include <langinfo.h>
 
-#include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <climits>
+#include <cstddef>
 #include <cstring>
-#include <limits>
-#include <string>
 
 #include "vosmere/platform/posix/utf8.h"
 
 namespace vosmere {
 namespace {
 
-constexpr const char* kUtf16 =
+constexpr const char* kWideName =
     std::endian::native == std::endian::little ? "UTF-16LE" : "UTF-16BE";
 
-/// Bytes converted from one encoding to another; where there is no equivalent, `replacement` stands
-/// for the `unit` bytes that have none.
-std::string Convert(const char* to, const char* from, const char* bytes, std::size_t length,
-                    std::size_t unit, const std::string& replacement) {
-  std::string result;
-  const iconv_t converter = ::iconv_open(to, from);
-  if (converter == reinterpret_cast<iconv_t>(-1)) return result;
-  char* in = const_cast<char*>(bytes);
-  while (length > 0) {
-    char block[1024];
-    char* out = block;
-    std::size_t room = sizeof block;
-    const bool failed = ::iconv(converter, &in, &length, &out, &room) == static_cast<std::size_t>(-1);
-    const int error = errno;
-    result.append(block, out);
-    if (!failed || error == E2BIG) continue;
-    result += replacement;
-    const std::size_t skipped = std::min(unit, length);
-    in += skipped;
-    length -= skipped;
-  }
-  ::iconv_close(converter);
-  return result;
+/// 0 stands for every length that there is no number for.
+int Result(std::size_t length) {
+  return length <= INT_MAX ? static_cast<int>(length) : 0;
 }
 
-/// What a conversion of `size` elements into room for `capacity` answers.
-int Answer(std::size_t size, int capacity) {
-  const auto limit = static_cast<std::size_t>(
-      capacity > 0 ? capacity : std::numeric_limits<int>::max());
-  return size <= limit ? static_cast<int>(size) : 0;
+/// A conversion by iconv into the given room; without any, what would be written is counted.
+class Conversion {
+ public:
+  Conversion(const char* to, const char* from, void* out, std::size_t room)
+      : converter_(iconv_open(to, from)),
+        counts_(room == 0),
+        out_(counts_ ? spill_ : static_cast<char*>(out)),
+        room_(counts_ ? sizeof spill_ : room) {}
+  Conversion(const Conversion&) = delete;
+  Conversion& operator=(const Conversion&) = delete;
+  ~Conversion() {
+    if (IsOpen()) iconv_close(converter_);
+  }
+
+  bool IsOpen() const { return converter_ != reinterpret_cast<iconv_t>(-1); }
+  std::size_t written() const { return written_; }
+
+  /// Steps over what could be converted. False, with the reason in errno, when something is left.
+  bool Run(const char*& in, std::size_t& size) {
+    for (;;) {
+      const std::size_t room = room_;
+      const std::size_t result = iconv(converter_, const_cast<char**>(&in), &size, &out_, &room_);
+      written_ += room - room_;
+      if (result != static_cast<std::size_t>(-1)) return true;
+      if (errno != E2BIG || !counts_) return false;
+      out_ = spill_;
+      room_ = sizeof spill_;
+    }
+  }
+
+ private:
+  iconv_t converter_;
+  bool counts_;
+  char spill_[256];
+  char* out_;
+  std::size_t room_;
+  std::size_t written_ = 0;
+};
+
+std::size_t FirstCharacter(const char*, std::size_t) {
+  return 1;
+}
+std::size_t FirstCharacter(const WChar* text, std::size_t length) {
+  const bool pair = length > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
+  return pair ? 2 : 1;
+}
+
+/// What cannot be converted becomes a question mark. 0 when the result does not fit.
+template <class Unit>
+std::size_t Convert(const char* to, const char* from, const Unit* text, std::size_t length,
+                    void* out, std::size_t room) {
+  Conversion conversion(to, from, out, room);
+  if (!conversion.IsOpen()) return 0;
+  const char* in = reinterpret_cast<const char*>(text);
+  std::size_t size = length * sizeof(Unit);
+  while (!conversion.Run(in, size)) {
+    if (errno == E2BIG) return 0;
+    const std::size_t left = size / sizeof(Unit);
+    const std::size_t skipped = FirstCharacter(text + length - left, left);
+    in += skipped * sizeof(Unit);
+    size -= skipped * sizeof(Unit);
+    const Unit question = '?';
+    const char* mark = reinterpret_cast<const char*>(&question);
+    std::size_t markSize = sizeof question;
+    if (!conversion.Run(mark, markSize)) return 0;
+  }
+  const char* theEnd = nullptr;  // takes a stateful encoding back to where it began
+  return conversion.Run(theEnd, size) ? conversion.written() : 0;
+}
+
+bool IsUtf8(unsigned codePage) {
+  return codePage == kCodePageUtf8 || std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
 }
 
 }  // namespace
 
 int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, int capacity) {
   if (length <= 0) return 0;
-  if (codePage == kCodePageUtf8)
-    return Answer(capacity > 0 ? utf8::Encode(text, length, bytes, capacity)
-                               : utf8::EncodedLength(text, length),
-                  capacity);
-  const std::string converted =
-      Convert(::nl_langinfo(CODESET), kUtf16, reinterpret_cast<const char*>(text),
-              length * sizeof(WChar), sizeof(WChar), "?");
-  const int size = Answer(converted.size(), capacity);
-  if (capacity > 0) converted.copy(bytes, size);
-  return size;
+  if (!IsUtf8(codePage))
+    return Result(Convert(nl_langinfo(CODESET), kWideName, text, length, bytes, capacity));
+  return Result(capacity ? utf8::Encode(text, length, bytes, capacity)
+                         : utf8::EncodedLength(text, length));
 }
 
 int BytesToWide(unsigned codePage, const char* bytes, int length, WChar* text, int capacity) {
   if (length <= 0) return 0;
-  if (codePage == kCodePageUtf8)
-    return Answer(capacity > 0 ? utf8::Decode(bytes, length, text, capacity)
-                               : utf8::DecodedLength(bytes, length),
-                  capacity);
-  const std::string converted =
-      Convert(kUtf16, ::nl_langinfo(CODESET), bytes, length, 1, std::string("?\0", 2));
-  const int size = Answer(converted.size() / sizeof(WChar), capacity);
-  if (capacity > 0) std::memcpy(text, converted.data(), size * sizeof(WChar));
-  return size;
+  if (!IsUtf8(codePage)) {
+    const std::size_t room = capacity * sizeof(WChar);
+    return Result(Convert(kWideName, nl_langinfo(CODESET), bytes, length, text, room) /
+                  sizeof(WChar));
+  }
+  return Result(capacity ? utf8::Decode(bytes, length, text, capacity)
+                         : utf8::DecodedLength(bytes, length));
 }
 
 }  // namespace vosmere

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <string>
 #include <utility>
 
 #include "vosmere/base/wide_view.h"
@@ -17,24 +16,28 @@
 namespace vosmere {
 namespace {
 
-std::string NativePath(const WChar* path) {
-  const WideView wide(path);
-  std::string bytes(wide.size * utf8::kMaxBytesPerUnit, '\0');
-  bytes.resize(utf8::Encode(wide.data, wide.size, bytes.data(), bytes.size()));
-  std::replace(bytes.begin(), bytes.end(), '\\', '/');
-  return bytes;
-}
-
 template <class Call>
-auto Retried(Call call) {
+auto UntilNotInterrupted(Call call) {
   auto result = call();
   while (result < 0 && errno == EINTR) result = call();
   return result;
 }
 
-std::intptr_t OpenDescriptor(const WChar* path, int flags) {
-  const std::string name = NativePath(path);
-  return Retried([&] { return ::open(name.c_str(), flags | O_CLOEXEC, 0666); });
+/// A descriptor, or -1.
+int OpenPath(const WChar* path, int flags) {
+  char name[PATH_MAX];
+  const std::size_t length = utf8::Encode(path, WideLength(path), name, sizeof name - 1);
+  if (length == utf8::kNoRoom) {
+    errno = ENAMETOOLONG;
+    return -1;
+  }
+  name[length] = 0;
+  std::replace(name, name + length, '\\', '/');
+  return UntilNotInterrupted([&] { return open(name, flags | O_CLOEXEC, 0666); });
+}
+
+int Descriptor(std::intptr_t handle) {
+  return static_cast<int>(handle);
 }
 
 }  // namespace
@@ -50,10 +53,10 @@ File& File::operator=(File&& other) noexcept {
 
 bool File::Open(const WChar* path) {
   Close();
-  handle_ = OpenDescriptor(path, O_RDONLY);
-  if (!IsOpen()) return Fail();
+  handle_ = OpenPath(path, O_RDONLY);
   struct stat status;
-  if (::fstat(static_cast<int>(handle_), &status) == 0 && !S_ISDIR(status.st_mode)) return true;
+  if (!IsOpen() || fstat(Descriptor(handle_), &status) != 0) return Fail();
+  if (!S_ISDIR(status.st_mode)) return true;
   Close();
   errno = EISDIR;
   return Fail();
@@ -61,44 +64,43 @@ bool File::Open(const WChar* path) {
 
 bool File::Create(const WChar* path) {
   Close();
-  handle_ = OpenDescriptor(path, O_WRONLY | O_CREAT | O_TRUNC);
+  handle_ = OpenPath(path, O_WRONLY | O_CREAT | O_TRUNC);
   return IsOpen() || Fail();
 }
 
 bool File::Read(void* bytes, std::size_t capacity, std::size_t* got) {
-  const ssize_t result =
-      Retried([&] { return ::read(static_cast<int>(handle_), bytes, capacity); });
-  if (result < 0) return Fail();
-  *got = static_cast<std::size_t>(result);
+  const ssize_t count =
+      UntilNotInterrupted([&] { return read(Descriptor(handle_), bytes, capacity); });
+  if (count < 0) return Fail();
+  *got = static_cast<std::size_t>(count);
   return true;
 }
 
 bool File::Write(const FilePiece* pieces, std::size_t count) {
-  iovec vectors[IOV_MAX];
   std::size_t done = 0;  // of the first piece
-  while (count > 0) {
-    const int batch = static_cast<int>(std::min<std::size_t>(count, IOV_MAX));
-    for (int i = 0; i < batch; ++i)
-      vectors[i] = {const_cast<void*>(pieces[i].data), pieces[i].size};
-    vectors[0] = {static_cast<char*>(vectors[0].iov_base) + done, vectors[0].iov_len - done};
-    const ssize_t result =
-        Retried([&] { return ::writev(static_cast<int>(handle_), vectors, batch); });
-    if (result < 0) return Fail();
-    for (done += static_cast<std::size_t>(result); count > 0 && done >= pieces->size; --count)
-      done -= pieces++->size;
+  while (count) {
+    iovec batch[IOV_MAX];
+    const int size = static_cast<int>(std::min<std::size_t>(count, IOV_MAX));
+    for (int i = 0; i < size; ++i) batch[i] = {const_cast<void*>(pieces[i].data), pieces[i].size};
+    batch[0] = {static_cast<char*>(batch[0].iov_base) + done, batch[0].iov_len - done};
+
+    const ssize_t written =
+        UntilNotInterrupted([&] { return writev(Descriptor(handle_), batch, size); });
+    if (written < 0) return Fail();
+    for (done += written; count && done >= pieces->size; ++pieces, --count) done -= pieces->size;
   }
   return true;
 }
 
 bool File::Size(std::uint64_t* size) {
   struct stat status;
-  if (::fstat(static_cast<int>(handle_), &status) != 0) return Fail();
+  if (fstat(Descriptor(handle_), &status) != 0) return Fail();
   *size = static_cast<std::uint64_t>(status.st_size);
   return true;
 }
 
 void File::Close() {
-  if (IsOpen()) ::close(static_cast<int>(std::exchange(handle_, kNone)));
+  if (IsOpen()) close(Descriptor(std::exchange(handle_, kNone)));
 }
 
 bool File::Fail() {

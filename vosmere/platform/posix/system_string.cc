@@ -12,9 +12,8 @@ namespace {
 
 using Prefix = std::uint32_t;
 
-char* Block(const WChar* string) {
-  return reinterpret_cast<char*>(const_cast<WChar*>(string)) - sizeof(Prefix);
-}
+/// Before the text lies its length in bytes, and before that what aligns both.
+constexpr std::size_t kHeader = 8;
 
 }  // namespace
 
@@ -23,20 +22,20 @@ BSTR SysAllocString(const WChar* text) {
 }
 
 BSTR SysAllocStringLen(const WChar* text, std::size_t length) {
-  constexpr std::size_t kOverhead = sizeof(Prefix) + sizeof(WChar);
-  if (length > (std::numeric_limits<Prefix>::max() - kOverhead) / sizeof(WChar)) return nullptr;
-  const auto size = static_cast<Prefix>(length * sizeof(WChar));
-  auto* const block = static_cast<char*>(::operator new(size + kOverhead, std::nothrow));
-  if (!block) return nullptr;
-  std::memcpy(block, &size, sizeof size);
-  auto* const string = reinterpret_cast<BSTR>(block + sizeof(Prefix));
-  if (text) std::memcpy(string, text, size);
+  if (length > std::numeric_limits<Prefix>::max() / sizeof(WChar)) return nullptr;
+  const auto bytes = static_cast<Prefix>(length * sizeof(WChar));
+  auto* const memory =
+      static_cast<char*>(::operator new(kHeader + bytes + sizeof(WChar), std::nothrow));
+  if (!memory) return nullptr;
+  std::memcpy(memory + kHeader - sizeof bytes, &bytes, sizeof bytes);
+  if (text) std::memcpy(memory + kHeader, text, bytes);
+  const auto string = reinterpret_cast<BSTR>(memory + kHeader);
   string[length] = 0;
   return string;
 }
 
 int SysReAllocString(BSTR* string, const WChar* text) {
-  const BSTR copy = SysAllocString(text);
+  BSTR const copy = SysAllocString(text);
   if (text && !copy) return 0;
   SysFreeString(*string);
   *string = copy;
@@ -44,13 +43,14 @@ int SysReAllocString(BSTR* string, const WChar* text) {
 }
 
 unsigned SysStringLen(const WChar* string) {
-  Prefix size = 0;
-  if (string) std::memcpy(&size, Block(string), sizeof size);
-  return size / sizeof(WChar);
+  if (!string) return 0;
+  Prefix bytes;
+  std::memcpy(&bytes, reinterpret_cast<const char*>(string) - sizeof bytes, sizeof bytes);
+  return bytes / sizeof(WChar);
 }
 
 void SysFreeString(BSTR string) {
-  if (string) ::operator delete(Block(string));
+  if (string) ::operator delete(reinterpret_cast<char*>(string) - kHeader);
 }
 
 }  // namespace vosmere

@@ -118,11 +118,9 @@ inline void EncodeOne(const WChar*& in, const WChar* end, Byte*& out) {
   *out++ = Continuation(unit);
 }
 
-/// What TakeEight may write: three bytes for each unit, and one too many.
-constexpr std::ptrdiff_t kEightRoom = 25;
-
 // TakeEight steps over eight units, or seven when a pair begins with the eighth. False, with
-// nothing done, when one of them is an unpaired surrogate.
+// nothing done, when one of them is an unpaired surrogate. It may write three bytes for each unit,
+// and one byte more unless `kTight`, which takes longer.
 #if defined(__SSE2__)
 
 inline __m128i All(int value) {
@@ -161,7 +159,7 @@ inline __m128i HalfOfLow(__m128i units) {
 }
 
 /// Writes four characters to where they begin: the first at `begin`, every other where the one
-/// before ends, which the bytes of `ends` say.
+/// before ends, which the bytes of `ends` say. Of the last, `lastSize` bytes are written.
 inline void StoreFour(__m128i characters, std::size_t begin, std::uint64_t ends, Byte* out,
                       int lastSize) {
   _mm_storeu_si32(out + begin, characters);

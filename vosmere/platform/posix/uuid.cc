@@ -8,10 +8,10 @@ namespace vosmere {
 
 bool NewUuidText(WChar (&text)[kUuidTextLength + 1]) {
   uuid_t uuid;
-  uuid_generate(uuid);
-  char bytes[kUuidTextLength + 1];
-  uuid_unparse_lower(uuid, bytes);
-  std::copy(bytes, bytes + sizeof bytes, text);
+  char letters[kUuidTextLength + 1];
+  uuid_generate_random(uuid);
+  uuid_unparse_lower(uuid, letters);
+  std::copy_n(letters, kUuidTextLength + 1, text);
   return true;
 }
 

@@ -1,0 +1,277 @@
+#include "vosmere/platform/xml_document.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/support/files.h"
+
+namespace vosmere::test {
+namespace {
+
+constexpr int kEntityReference = 5;
+
+std::string Shown(const XmlText& text) {
+  return Utf8(text.c_str());
+}
+
+std::string Shown(const XmlNode& node);
+
+std::string ShownChildren(const XmlNode& node) {
+  std::string all;
+  for (XmlNode child = node.FirstChild(); child; child = child.NextSibling()) all += Shown(child);
+  return all;
+}
+
+/// A node as markup of its own kind, so that every kind of node shows.
+std::string Shown(const XmlNode& node) {
+  const std::string name = Shown(node.Name());
+  switch (node.Type()) {
+    case kXmlText: return Shown(node.Text());
+    case kXmlCData: return "[" + Shown(node.Text()) + "]";
+    case kXmlComment: return "{" + Shown(node.Text()) + "}";
+    case kXmlProcessingInstruction: return "?" + name + "=" + Shown(node.Text()) + "?";
+    case kEntityReference: return ShownChildren(node);
+    default: break;
+  }
+  std::string all = "<" + name;
+  for (XmlAttributes attributes(node); attributes.Next();) {
+    EXPECT_TRUE(attributes.HasTextValue());
+    all += " " + Shown(attributes.Name()) + "=" + Shown(attributes.Value());
+  }
+  return all + ">" + ShownChildren(node) + "</>";
+}
+
+/// What loading comes to: the document as it shows, or why there is none.
+struct Outcome {
+  std::string shown;
+  DocumentError error;
+};
+
+Outcome After(const std::function<void(XmlDocument&)>& load) {
+  try {
+    XmlDocument document;
+    load(document);
+    return {Shown(document.Root()), {}};
+  } catch (const DocumentFailure& failure) {
+    EXPECT_NE(failure.error.reason[0], 0);
+    return {"", failure.error};
+  }
+}
+
+Outcome FromBytes(const std::string& bytes) {
+  return After([&](XmlDocument& document) {
+    document.LoadBytes(bytes.data(), static_cast<int>(bytes.size()));
+  });
+}
+
+Outcome FromText(const std::string& text) {
+  return After([&](XmlDocument& document) { document.LoadText(W(text)); });
+}
+
+Outcome FromFile(const std::string& bytes) {
+  const TempFolder folder;
+  WriteBytes(folder / "file", bytes);
+  return After([&](XmlDocument& document) { document.LoadFile(W(folder / "file")); });
+}
+
+/// As big-endian UTF-16 with a mark.
+Outcome FromUtf16(const std::string& text) {
+  const Wide wide = W("\xEF\xBB\xBF" + text);
+  std::string bytes;
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    bytes += static_cast<char>(wide.get()[i] >> 8);
+    bytes += static_cast<char>(wide.get()[i] & 0xFF);
+  }
+  return FromBytes(bytes);
+}
+
+std::string Times(int count, const std::string& text) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+std::string WithDoctype(const std::string& declarations, const std::string& content) {
+  return "<?xml version='1.0'?><!-- <a> --><!DOCTYPE a [" + declarations + "]>\n<a>" + content +
+         "</a>";
+}
+
+TEST(XmlDocument, HasNoRootBeforeALoad) {
+  EXPECT_FALSE(XmlDocument().Root());
+}
+
+TEST(XmlDocument, KeepsEveryNodeInOrder) {
+  const std::string document =
+      "<?xml version='1.0'?>\n<!--before--><a z='1' b=' 2&#9;&amp;' a=''> t\r\n<b/>"
+      "<![CDATA[<&]]><!-- c --><?p  i ?>\n</a><!--behind-->";
+  const std::string shown = "<a z=1 b= 2\t& a=> t\n<b></>[<&]{ c }?p=i ?\n</>";
+  EXPECT_EQ(FromBytes(document).shown, shown);
+  EXPECT_EQ(FromText(document).shown, shown);
+  EXPECT_EQ(FromFile(document).shown, shown);
+  EXPECT_EQ(FromUtf16(document).shown, shown);
+}
+
+TEST(XmlDocument, NamesKeepTheirPrefix) {
+  EXPECT_EQ(FromBytes("<p:a xmlns:p='u'><p:b p:k='1'/><c xml:lang='d'/></p:a>").shown,
+            "<p:a xmlns:p=u><p:b p:k=1></><c xml:lang=d></></>");
+}
+
+TEST(XmlDocument, TextOfANodeIsAllTextInside) {
+  const std::string bytes = "<a>1<b>2<![CDATA[3]]></b><!--no--><?no no?>&#52;</a>";
+  XmlDocument document;
+  document.LoadBytes(bytes.data(), static_cast<int>(bytes.size()));
+  EXPECT_EQ(Shown(document.Root().Text()), "1234");
+  const XmlNode copy = document.Root().FirstChild();
+  EXPECT_EQ(Shown(copy.Text()), "1");
+  EXPECT_EQ(Shown(copy.NextSibling().Name()), "b");
+}
+
+TEST(XmlDocument, ExpandsWhatItDeclares) {
+  const std::string declarations =
+      "<!ENTITY e 'x&#38;amp;'><!ENTITY f '<i k=\"&e;\"/>'><!ENTITY g '&f;&f;'>"
+      "<!ENTITY unused SYSTEM 'nowhere'>";
+  EXPECT_EQ(FromBytes(WithDoctype(declarations, "1&e;2<b k='&e;'/>")).shown,
+            "<a>1x&2<b k=x&></></>");
+  EXPECT_EQ(FromText(WithDoctype(declarations, "&g;-&f;")).shown,
+            "<a><i k=x&></><i k=x&></>-<i k=x&></></>");
+}
+
+TEST(XmlDocument, NamingWhatIsOutsideIsNoHarm) {
+  const std::string documents[] = {
+      "<!DOCTYPE a SYSTEM 'no-such.dtd'><a>1</a>",
+      "<!DOCTYPE a PUBLIC '-//x//y//EN' 'http://localhost:1/x.dtd' [ ]><a>1</a>",
+      "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.txt'><!ENTITY % p SYSTEM 'p.dtd'>]><a>1</a>",
+      "<!DOCTYPE a [<!ELEMENT a (#PCDATA|b)*><!-- ]> &e; --><?p ]> ?>"
+      "<!NOTATION n SYSTEM ']>'><!ATTLIST a k (x|y) #IMPLIED l NOTATION (n) #IMPLIED>]><a>1</a>"};
+  for (const std::string& document : documents)
+    EXPECT_EQ(FromBytes(document).shown, "<a>1</>") << document;
+}
+
+TEST(XmlDocument, RefusesTextThatNeedsWhatIsOutside) {
+  const TempFolder folder;
+  WriteBytes(folder / "secret", "SECRET");
+  const std::string outside = "SYSTEM '" + (folder / "secret").generic_string() + "'";
+  const std::string documents[] = {
+      "<!DOCTYPE a [<!ENTITY e " + outside + ">]><a>1&e;</a>",
+      "<!DOCTYPE a [<!ENTITY e " + outside + "><!ENTITY f '&e;'>]><a>1&f;</a>",
+      "<!DOCTYPE a [<!ENTITY e " + outside + ">]><a k='&e;'>1</a>",
+      "<!DOCTYPE a " + outside + "><a>&e;</a>",
+      "<!DOCTYPE a [<!ENTITY % p " + outside + ">%p;]><a>&e;</a>"};
+  for (const std::string& document : documents) {
+    const DocumentFault fault = FromBytes(document).error.fault;
+    EXPECT_EQ(fault, DocumentFault::kRefersOutside) << document;
+    EXPECT_EQ(FromFile(document).error.fault, fault) << document;
+  }
+}
+
+TEST(XmlDocument, MarkupThatOnlyLooksLikeAReferenceIsNone) {
+  EXPECT_EQ(
+      FromBytes(WithDoctype("<!ENTITY e SYSTEM 'x'>", "<![CDATA[&e;]]><!--&e;--><?p &e;?>")).shown,
+      "<a>[&e;]{&e;}?p=&e;?</>");
+}
+
+std::string Bomb(int levels, int width) {
+  std::string declarations = "<!ENTITY e0 'lol'>";
+  for (int i = 1; i < levels; ++i)
+    declarations += "<!ENTITY e" + std::to_string(i) + " '" +
+                    Times(width, "&e" + std::to_string(i - 1) + ";") + "'>";
+  return declarations;
+}
+
+TEST(XmlDocument, RefusesQuicklyWhatExpandsOutOfProportion) {
+  const std::string large(60000, 'x');
+  std::string attributes;
+  for (int i = 0; i < 1001; ++i) attributes += " k" + std::to_string(i) + " CDATA 'v'";
+  const struct {
+    const char* what;
+    std::string document;
+  } cases[] = {
+      {"exponential", WithDoctype(Bomb(10, 10), "&e9;")},
+      {"in an attribute", WithDoctype(Bomb(10, 10), "<b k='&e9;'/>")},
+      {"quadratic", WithDoctype("<!ENTITY e '" + large + "'>", Times(20000, "&e;"))},
+      {"one long literal", WithDoctype("<!ENTITY e '" + large + large + "'>", "&e;")},
+      {"nesting", WithDoctype(Bomb(22, 1), "&e21;")},
+      {"a circle", WithDoctype("<!ENTITY e '&f;'><!ENTITY f '&e;'>", "&e;")},
+      {"hidden references",
+       WithDoctype(Bomb(9, 10) + "<!ENTITY h '" + Times(10, "&#38;e8;") + "'>", "&h;")},
+      {"many declarations", WithDoctype("<!ATTLIST a" + attributes + ">", "")},
+      {"defaults", WithDoctype("<!ATTLIST b k CDATA '" + large + "'>", Times(20000, "<b/>"))},
+  };
+  for (const auto& c : cases) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(FromBytes(c.document).error.fault, DocumentFault::kExpandsTooMuch) << c.what;
+    EXPECT_EQ(FromText(c.document).error.fault, DocumentFault::kExpandsTooMuch) << c.what;
+    EXPECT_EQ(FromUtf16(c.document).error.fault, DocumentFault::kExpandsTooMuch) << c.what;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << c.what;
+  }
+}
+
+TEST(XmlDocument, ExpandsGenerouslyWhatIsHonest) {
+  EXPECT_EQ(
+      FromBytes(WithDoctype("<!ENTITY nbsp '&#160;'>", Times(50000, "word&nbsp;"))).shown.size(),
+      50000 * 6 + 6u);
+  EXPECT_EQ(FromBytes(WithDoctype(Bomb(18, 1), "&e17;")).shown, "<a>lol</>");
+  EXPECT_EQ(FromBytes(WithDoctype("<!ENTITY e '" + std::string(60000, 'x') + "'>", "&e;&e;"))
+                .shown.size(),
+            120006u);
+}
+
+TEST(XmlDocument, SaysWhereItIsMalformed) {
+  const struct {
+    const char* document;
+    LONG line;
+    LONG column;  // 0 where parsers have reason to differ
+  } cases[] = {{"", 1, 1},
+               {"<a>\n<b>\n  </a>", 3, 0},
+               {"<a>\n\n<b x=1/></a>", 3, 0},
+               {"<a>\n<b>", 2, 0},
+               {"<a>\né\n &no;</a>", 3, 0},
+               {"<a/>\n<b/>", 2, 0},
+               {"<a\n x='1'\n x='2'/>", 3, 0},
+               {"<a>\n\x01</a>", 2, 0},
+               {"<!DOCTYPE a [\n<!ENTITY e 'x'>\n]>\n<a>&e;\n</b>", 5, 0}};
+  for (const auto& c : cases) {
+    for (const Outcome& outcome :
+         {FromBytes(c.document), FromText(c.document), FromUtf16(c.document)}) {
+      EXPECT_EQ(outcome.error.fault, DocumentFault::kMalformed) << c.document;
+      EXPECT_EQ(outcome.error.line, c.line) << c.document << "\n" << outcome.error.reason;
+      EXPECT_GT(outcome.error.column, 0) << c.document;
+    }
+  }
+  const Outcome far = FromBytes("<a>" + Times(3000, "<b>line</b>\n") + "<c></d>\n</a>");
+  EXPECT_EQ(far.error.line, 3001) << far.error.reason;
+}
+
+TEST(XmlDocument, MalformedDeclarationsAreRefused) {
+  for (const char* document :
+       {"<!DOCTYPE a [<!ENTITY e 'x>]><a/>", "<!DOCTYPE a [",
+        "<!DOCTYPE a [<!ENTITY e>]><a>&e;</a>", "<!DOCTYPE a [junk]><a/>",
+        "<!DOCTYPE a [<!ENTITY e 'x'>]><a>&f;</a>", "<!DOCTYPE a [<!ENTITY e '&#'>]><a>&e;</a>",
+        "<!DOCTYPE a [<!ENTITY e '&'>]><a>&e;</a>"})
+    EXPECT_EQ(FromBytes(document).error.fault, DocumentFault::kMalformed) << document;
+}
+
+TEST(XmlDocument, NestsAsDeepAsHonestDocumentsDoAndNoDeeper) {
+  EXPECT_EQ(FromBytes(Times(200, "<a>") + Times(200, "</a>")).shown,
+            Times(200, "<a>") + Times(200, "</>"));
+  const std::string deep = Times(1000000, "<a>") + Times(1000000, "</a>");
+  EXPECT_EQ(FromBytes(deep).error.fault, DocumentFault::kTooDeep);
+  EXPECT_EQ(FromText(deep).error.fault, DocumentFault::kTooDeep);
+  EXPECT_EQ(FromBytes(Times(1000000, "<a>\n")).error.fault, DocumentFault::kTooDeep);
+}
+
+TEST(XmlDocument, FilesThatDoNotOpenSayWhy) {
+  const TempFolder folder;
+  for (const Wide& path : {W(folder / "missing"), W(folder / ".")}) {
+    const Outcome outcome = After([&](XmlDocument& document) { document.LoadFile(path); });
+    EXPECT_EQ(outcome.error.fault, DocumentFault::kCannotOpen);
+    EXPECT_NE(outcome.error.systemError, 0u);
+  }
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,37 @@
+// Memory that runs out when a test says so. The global operator new is replaced in the test program;
+// system strings go through it too, except on Windows, where they are the system's.
+//
+//   const long before = LiveAllocations();
+//   {
+//     const FailingMemory memory(2);               // two allocations succeed, the third fails
+//     EXPECT_EQ(CUrlNode::New(), nullptr);
+//     EXPECT_TRUE(memory.Failed());
+//   }
+//   EXPECT_EQ(LiveAllocations(), before);          // and nothing was lost
+#pragma once
+
+namespace vosmere::test {
+
+/// How many blocks this thread holds: those it allocated less those it freed.
+long LiveAllocations();
+
+/// Lets `successes` more allocations of this thread succeed and fails all others while it lives.
+class FailingMemory {
+ public:
+  explicit FailingMemory(long successes);
+  FailingMemory(const FailingMemory&) = delete;
+  FailingMemory& operator=(const FailingMemory&) = delete;
+  ~FailingMemory();
+
+  /// Whether one has failed by now.
+  bool Failed() const;
+};
+
+/// Whether system strings can be made to fail.
+#ifdef _WIN32
+inline constexpr bool kSystemStringsFail = false;
+#else
+inline constexpr bool kSystemStringsFail = true;
+#endif
+
+}  // namespace vosmere::test

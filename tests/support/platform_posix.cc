@@ -1,0 +1,27 @@
+#include <pthread.h>
+
+#include <ctime>
+
+#include "tests/support/platform.h"
+
+namespace vosmere::test {
+
+void SetTimeZone(const char* zone) {
+  zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+  tzset();
+}
+
+void RunOnSmallStack(std::size_t bytes, std::function<void()> work) {
+  const auto run = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, bytes);
+  pthread_t thread;
+  if (pthread_create(&thread, &attributes, run, &work) == 0) pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+}  // namespace vosmere::test

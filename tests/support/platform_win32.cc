@@ -1,0 +1,41 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <objbase.h>
+#include <stdlib.h>
+#include <time.h>
+
+#include "tests/support/platform.h"
+
+namespace vosmere::test {
+
+void SetTimeZone(const char* zone) {
+  _putenv_s("TZ", zone ? zone : "");
+  _tzset();
+}
+
+void RunOnSmallStack(std::size_t bytes, std::function<void()> work) {
+  const LPTHREAD_START_ROUTINE run = [](void* argument) -> DWORD {
+    (*static_cast<std::function<void()>*>(argument))();
+    return 0;
+  };
+  const HANDLE thread =
+      ::CreateThread(nullptr, bytes, run, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+  if (!thread) return;
+  ::WaitForSingleObject(thread, INFINITE);
+  ::CloseHandle(thread);
+}
+
+namespace {
+
+// Documents load only on a thread that has COM, and giving it that is the program's task.
+class Com : public testing::Environment {
+ public:
+  void SetUp() override { ASSERT_TRUE(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))); }
+  void TearDown() override { ::CoUninitialize(); }
+};
+
+[[maybe_unused]] testing::Environment* const com = testing::AddGlobalTestEnvironment(new Com);
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,243 @@
+// The command-line tool, run as users and scripts run it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tests/support/document.h"
+#include "tests/support/files.h"
+#include "tests/support/tree.h"
+
+namespace vosmere::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+struct Outcome {
+  int exitCode;
+  std::string out;
+  std::string errors;
+};
+
+/// One file to run the tool on, and a folder that goes away with it.
+class Bench {
+ public:
+  explicit Bench(const std::string& document = "") { WriteBytes(file(), document); }
+
+  std::filesystem::path file() const { return folder_ / "in.opml"; }
+  std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
+
+  /// `cd .` keeps a shell from taking quotes off that stand first and last.
+  Outcome Run(std::initializer_list<std::string> arguments) const {
+    std::string command = "cd . && " + Quoted(std::filesystem::path(VOSMERE_TOOL));
+    for (const std::string& argument : arguments) command += ' ' + argument;
+    command += " >" + Quoted(folder_ / "stdout") + " 2>" + Quoted(folder_ / "stderr");
+    const int status = std::system(command.c_str());
+    return {status > 255 ? status / 256 : status, ReadText("stdout"), ReadText("stderr")};
+  }
+  Outcome On(const std::string& verb) const { return Run({verb, Quoted(file())}); }
+  Outcome Copy(const std::string& to) const {
+    return Run({"copy", Quoted(file()), Quoted(folder_ / to)});
+  }
+
+  static std::string Quoted(std::filesystem::path path) {
+    return '"' + path.make_preferred().string() + '"';
+  }
+
+ private:
+  std::string ReadText(const std::string& name) const {
+    std::ifstream file(folder_ / name);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  TempFolder folder_;
+};
+
+/// A document that the library wrote itself.
+std::string OwnDocument() {
+  const TreePtr tree = Tree("root(News(@daily @weekly) Empty())");
+  tree["daily"]->item->SetUUID(W("00000000-0000-4000-8000-000000000002"));
+  tree["daily"]->item->GetNodeStat()->MarkAsUnread(true);
+  tree["weekly"]->item->GetNodeStat()->SetFlag(3);
+  ColctAt(tree["weekly"])->SetUrl(W("http:\\\\feeds.example\\weekly"));
+  return SavedOpml(tree);
+}
+
+TEST(Tool, ShowsTheTreeWithKindsAddressesAndMarks) {
+  const Outcome show = Bench(OwnDocument()).On("show");
+  EXPECT_EQ(show.exitCode, 0) << show.errors;
+  EXPECT_EQ(show.out,
+            "[tree] root\n"
+            "  [folder] News\n"
+            "    [collection] daily  about:blank  (unread)\n"
+            "    [collection] weekly  http://feeds.example/weekly  (flag 3)\n"
+            "  [folder] Empty\n"
+            "2 folders, 2 collections, 1 unread, 1 flagged\n");
+}
+
+TEST(Tool, ShowsJsonForScripts) {
+  const Bench bench(OwnDocument());
+  const Outcome show = bench.Run({"show", "--json", Bench::Quoted(bench.file())});
+  EXPECT_EQ(show.exitCode, 0) << show.errors;
+  const auto tree = nlohmann::json::parse(show.out, nullptr, false);
+  ASSERT_TRUE(tree.is_object()) << show.out;
+  const auto& weekly = tree["children"][0]["children"][1];
+  EXPECT_EQ(weekly["kind"], "collection");
+  EXPECT_EQ(weekly["name"], "weekly");
+  EXPECT_EQ(weekly["xmlUrl"], "http://feeds.example/weekly");
+  EXPECT_EQ(weekly["flag"], 3);
+  EXPECT_EQ(tree["children"][1]["children"], nlohmann::json::array());
+}
+
+TEST(Tool, HostileNamesDoNotReachTheTerminal) {
+  const Outcome show = Bench(Opml("<outline text=\"a&#x9b;31m&#10;b&#x202e;c\"/>")).On("show");
+  EXPECT_THAT(show.out, HasSubstr("[folder] a\\u009B31m\\u000Ab\\u202Ec\n"));
+}
+
+TEST(Tool, SaysWhyADocumentIsNotWhatItShouldBe) {
+  const struct {
+    const char* document;
+    const char* error;
+  } cases[] = {
+      {"<opml>\n<body>\n  <outline text=\"a\"</body></opml>", "in.opml:3:"},
+      {"<rss>text</rss>", "no known document has the root element 'rss'"},
+      {"<opml/>", "the root element has no content"},
+      {"", "in.opml:"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.document);
+    const Bench bench(c.document);
+    for (const char* verb : {"show", "check"}) {
+      const Outcome outcome = bench.On(verb);
+      EXPECT_EQ(outcome.exitCode, 1);
+      EXPECT_THAT(outcome.errors, HasSubstr(c.error));
+      EXPECT_THAT(outcome.out, IsEmpty());
+    }
+    EXPECT_EQ(bench.Copy("out.opml").exitCode, 1);
+    EXPECT_FALSE(std::filesystem::exists(bench / "out.opml"));
+  }
+}
+
+TEST(Tool, UsageAndFilesThatCannotBeReadOrWrittenAreTwo) {
+  const Bench bench(OwnDocument());
+  const std::string in = Bench::Quoted(bench.file());
+  const std::string missing = Bench::Quoted(bench / "missing" / "file.opml");
+  EXPECT_EQ(bench.Run({}).exitCode, 2);
+  EXPECT_EQ(bench.Run({"paint", in}).exitCode, 2);
+  EXPECT_EQ(bench.Run({"show", "--colour", in}).exitCode, 2);
+  EXPECT_EQ(bench.Run({"show", missing}).exitCode, 2);
+  EXPECT_EQ(bench.Run({"copy", in, missing}).exitCode, 2);
+  EXPECT_EQ(bench.Run({"copy", in, Bench::Quoted(bench.file().parent_path())}).exitCode, 2);
+
+  const Outcome help = bench.Run({"--help"});
+  EXPECT_EQ(help.exitCode, 0);
+  EXPECT_THAT(help.out, HasSubstr("Exit codes: 0"));
+}
+
+TEST(Tool, ChecksSeveralFilesAndTheWorstWins) {
+  const Bench bench(OwnDocument());
+  WriteBytes(bench / "bad.opml", "<opml>");
+  const std::string in = Bench::Quoted(bench.file());
+  const std::string bad = Bench::Quoted(bench / "bad.opml");
+  const Outcome check = bench.Run({"check", bad, in});
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_THAT(check.out, HasSubstr("in.opml: fine"));
+  EXPECT_EQ(bench.Run({"check", Bench::Quoted(bench / "none"), bad, in}).exitCode, 2);
+}
+
+TEST(Tool, WarnsOfWhatASaveLoses) {
+  const std::string longName(250, 'n');
+  const std::string longId(40, 'i');
+  const std::string feed = "<outline text=\"f\" type=\"rss\" xmlUrl=\"u\"";
+  const struct {
+    std::string outline;
+    const char* warning;
+  } cases[] = {
+      {"<outline text=\"" + longName + "\"/>", "name is cut to 199 characters: nnn"},
+      {"<outline text=\"o\"><outline text=\"a&#9;b\"/></outline>",
+       "name comes back changed: o > a\\u0009b"},
+      {"<outline text=\"&amp;lt;\"/>", "name comes back changed"},
+      {"<outline/>", "an empty name comes back as \"No name\""},
+      {"<outline text=\"a\" title=\"b\"/>", "'text' and 'title' differ"},
+      {"<outline text=\"a\" type=\"link\"/>", "the attribute 'type' of 'outline' is not kept"},
+      {"<outline text=\"a\"><vsm:stat added=\"1\"/></outline>",
+       "the attribute 'added' of 'vsm:stat' is not kept for a folder"},
+      {"<outline text=\"a\"><sx:sync id=\"x\" deleted=\"true\"/></outline>",
+       "deleted does not come back"},
+      {"<outline text=\"a\"><sx:sync id=\"" + longId + "\"/></outline>",
+       "an identity longer than 36 characters is cut"},
+      {"<outline text=\"a\"><sx:sync id=\"x\" version=\"0\"/></outline>",
+       "version does not come back"},
+      {feed + " htmlUrl=\"h\"/>", "htmlUrl does not come back"},
+      {feed + " language=\"en\"/>", "the attribute 'language' of 'outline' is not kept: f"},
+      {feed + "><vsm:owner>me</vsm:owner></outline>", "the owner (vsm:owner) is not read"},
+      {feed + "><vsm:stat added=\"12x\"/></outline>", "(vsm:stat added)"},
+      {feed + "><outline text=\"g\"/></outline>", "outlines inside a collection move out of it"},
+      {"<outline text=\"f\" type=\"rss\"/>", "comes back with the address about:blank"},
+      {"<outline text=\"f\" xmlUrl=\"a\\b\"/>", "a backslash in xmlUrl comes back as a slash"},
+      {"<outline text=\"f\" xmlUrl=\"" + std::string(2085, 'u') + "\"/>",
+       "xmlUrl is too long to be read"},
+      {"<category>c</category>", "the element 'category' is not kept"},
+      {"<!-- remark -->", "comments are not kept"},
+      {"stray", "text between elements is not kept"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.outline);
+    const Outcome check = Bench(Opml(c.outline)).On("check");
+    EXPECT_EQ(check.exitCode, 0) << check.errors;
+    EXPECT_THAT(check.out, AllOf(HasSubstr(c.warning), HasSubstr("in.opml: loads; warnings: 1\n"),
+                                 Not(HasSubstr("would not load"))));
+  }
+}
+
+TEST(Tool, WarnsOfWhatASaveBreaksAndOfTheOtherLossesBesides) {
+  const Outcome check =
+      Bench(Opml("<outline text=\"say &quot;hi&quot;\" description=\"a &lt; b\">"
+                 "<outline text=\"f\" xmlUrl=\"u?a=1&amp;b=2\" htmlUrl=\"h\"/></outline>"))
+          .On("check");
+  EXPECT_EQ(check.exitCode, 0);
+  for (const char* warning :
+       {"name holds '\"'", "description holds '<'", "xmlUrl holds '&'",
+        "htmlUrl does not come back: say \"hi\" > f\n", "a saved copy would not load again"})
+    EXPECT_THAT(check.out, HasSubstr(warning));
+}
+
+TEST(Tool, CopiesWhatTheLibraryWroteByteForByte) {
+  const Bench bench(OwnDocument());
+  const Outcome copy = bench.Copy("out.opml");
+  EXPECT_EQ(copy.exitCode, 0) << copy.errors;
+  EXPECT_EQ(ReadBytes(bench / "out.opml"), OwnDocument());
+}
+
+TEST(Tool, CopiesAFileOverItself) {
+  const Bench bench(Opml("<outline text=\"a\"/>"));
+  EXPECT_EQ(bench.Copy("in.opml").exitCode, 0);
+  EXPECT_EQ(ReadBytes(bench.file()), SavedOpml(Tree("root(a())")));
+}
+
+TEST(Tool, RefusesACopyThatWouldBreakAndLeavesTheTargetAlone) {
+  const char* const outlines[] = {
+      "<outline text=\"Q&amp;A\"/>",
+      "<outline text=\"a&quot;/>&lt;outline text=&quot;b\"/>",  // would come back as two items
+  };
+  for (const char* const outline : outlines) {
+    SCOPED_TRACE(outline);
+    const Bench bench(Opml(outline));
+    WriteBytes(bench / "out.opml", "precious");
+    const Outcome copy = bench.Copy("out.opml");
+    EXPECT_EQ(copy.exitCode, 1);
+    EXPECT_THAT(copy.errors, HasSubstr("not copied: a saved copy would not load again"));
+    EXPECT_EQ(ReadBytes(bench / "out.opml"), "precious");
+    const auto files = std::filesystem::directory_iterator((bench / "").parent_path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 4) << "in, out, stdout, stderr";
+  }
+}
+
+}  // namespace
+}  // namespace vosmere::test
