@@ -36,9 +36,13 @@ void Uncount(void* block) {
 
 extern "C" {
 
-void* malloc(std::size_t size) { return Counted(__libc_malloc(size)); }
+void* malloc(std::size_t size) {
+  return Counted(__libc_malloc(size));
+}
 
-void* calloc(std::size_t count, std::size_t size) { return Counted(__libc_calloc(count, size)); }
+void* calloc(std::size_t count, std::size_t size) {
+  return Counted(__libc_calloc(count, size));
+}
 
 void* realloc(void* block, std::size_t size) {
   Uncount(block);
@@ -60,10 +64,16 @@ HeapCount::HeapCount() {
   counting = true;
 }
 
-HeapCount::~HeapCount() { counting = false; }
+HeapCount::~HeapCount() {
+  counting = false;
+}
 
-std::size_t HeapCount::peak() const { return static_cast<std::size_t>(mostLive); }
+std::size_t HeapCount::peak() const {
+  return static_cast<std::size_t>(mostLive);
+}
 
-std::size_t HeapCount::allocations() const { return allocated; }
+std::size_t HeapCount::allocations() const {
+  return allocated;
+}
 
 }  // namespace vosmere::bench

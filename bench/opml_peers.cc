@@ -172,8 +172,9 @@ struct Libxml2Dom {
     const std::string_view local = View(node->name);
     const std::string_view prefix = node->ns ? View(node->ns->prefix) : std::string_view();
     if (prefix.empty()) return local == name;
-    return name.size() == prefix.size() + 1 + local.size() && name.substr(0, prefix.size()) == prefix &&
-           name[prefix.size()] == ':' && name.substr(prefix.size() + 1) == local;
+    return name.size() == prefix.size() + 1 + local.size() &&
+           name.substr(0, prefix.size()) == prefix && name[prefix.size()] == ':' &&
+           name.substr(prefix.size() + 1) == local;
   }
 
   static std::string_view Text(Node node) {
@@ -368,17 +369,22 @@ bool ParseWithPugixml(const std::string& document) {
   return static_cast<bool>(dom.load_buffer(document.data(), document.size()));
 }
 
-bool SaveWithLibxml2(RNode* root, const char* path) { return Libxml2Writer(path).Write(root); }
+bool SaveWithLibxml2(RNode* root, const char* path) {
+  return Libxml2Writer(path).Write(root);
+}
 
 struct PugixmlDocument::Content {
   pugi::xml_document dom;
 };
 
 PugixmlDocument::PugixmlDocument(const std::string& document) : content_(new Content) {
-  content_->dom.load_buffer(document.data(), document.size(), pugi::parse_full | pugi::parse_ws_pcdata);
+  content_->dom.load_buffer(document.data(), document.size(),
+                            pugi::parse_full | pugi::parse_ws_pcdata);
 }
 
-PugixmlDocument::~PugixmlDocument() { delete content_; }
+PugixmlDocument::~PugixmlDocument() {
+  delete content_;
+}
 
 bool PugixmlDocument::Save(const char* path) const {
   return content_->dom.save_file(path, "", pugi::format_raw);

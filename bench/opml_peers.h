@@ -1,6 +1,6 @@
 // The same trees read and written by the libraries that one would use otherwise, in the plain way
-// their manuals show. Readers build the library's own items through its setters and convert with its
-// own conversion, so that only the way through the XML differs.
+// their manuals show. Readers build the library's own items through its setters and convert with
+// its own conversion, so that only the way through the XML differs.
 #pragma once
 
 #include <string>

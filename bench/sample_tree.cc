@@ -19,8 +19,8 @@ constexpr std::string_view kWords[] = {
     "news",    "travel",  "recipes", "weather", "music",  "garden", "science", "history",
     "reading", "cinema",  "sports",  "finance", "design", "photos", "archive", "weekly",
     "daily",   "journal", "notes",   "letters", "maps",   "radio",  "museum",  "library"};
-constexpr std::string_view kAccented[] = {"Café", "Zürich", "naïve", "Málaga", "crème brûlée",
-                                          "Ærøskøbing", "Łódź", "São Paulo"};
+constexpr std::string_view kAccented[] = {"Café",         "Zürich",     "naïve", "Málaga",
+                                          "crème brûlée", "Ærøskøbing", "Łódź",  "São Paulo"};
 constexpr std::string_view kChinese[] = {"新闻", "旅行", "天气预报", "音乐", "图书馆", "每日阅读"};
 
 class Wide {
@@ -129,6 +129,8 @@ class Generator {
 
 }  // namespace
 
-RNode* NewSampleTree(std::size_t bytes) { return Generator(bytes).Tree(); }
+RNode* NewSampleTree(std::size_t bytes) {
+  return Generator(bytes).Tree();
+}
 
 }  // namespace vosmere::bench

@@ -43,12 +43,10 @@ int Check(const std::string& file, std::size_t placesShown) {
   if (error.fault != DocumentFault::kNone) findings.Add(WhyNotSaved(error), "");
   findings.Print(std::cout, name);
   if (findings.size() == 0)
-    std::cout << name
-              << ": fine
-                 ";
-        else std::cout
-              << name << ": loads; warnings: " << findings.size() << '
-'; return kFine;
+    std::cout << name << ": fine\n";
+  else
+    std::cout << name << ": loads; warnings: " << findings.size() << '\n';
+  return kFine;
 }
 
 int Copy(const std::string& in, const std::string& out) {

@@ -120,7 +120,7 @@ class OpmlDocument : public Document {
   }
 
   void ShowJson(std::ostream& out) override {
-    out << TreeJson(tree_.get()).dump(2, ' ', true) << '\n';
+    out << TreeJson(tree_.get()).dump(-1, ' ', true) << '\n';
   }
 
   void Audit(Findings& findings) override { AuditOpml(path_.get(), findings); }

@@ -82,6 +82,7 @@ TEST(NoMemory, SettersKeepTheOldText) {
     page->SetName(text);
     page->SetDescription(text);
     page->SetAuthor(text);
+    page->SetUrl(text);
   };
   setAll(old);
   {
@@ -91,6 +92,7 @@ TEST(NoMemory, SettersKeepTheOldText) {
   }
   for (const WChar* text : {page->GetName(), page->GetDescription(), page->GetAuthor()})
     EXPECT_EQ(Utf8(text), "old");
+  EXPECT_EQ(Utf8(page->GetUrl()), kSystemStringsFail ? "old" : "fresh");
   EXPECT_NE(page->GetUrlProp(), nullptr);
 }
 

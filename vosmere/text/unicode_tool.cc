@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include "vosmere/base/trace.h"
@@ -14,7 +15,7 @@ namespace {
 
 // A short text is converted on the stack and copied into memory of its size, which costs less than
 // measuring it first.
-constexpr std::size_t kShort = 2048;
+constexpr int kShort = 2048;
 
 char* NewBytes(int length) {
   auto* const bytes = new (std::nothrow) char[std::size_t(length) + 1];
@@ -27,9 +28,8 @@ char* ToBytes(unsigned codePage, WideView source, int* length) {
   if (source.size > INT_MAX) return nullptr;
   const int units = static_cast<int>(source.size);
   char scratch[3 * kShort];
-  int size = source.size <= kShort
-                 ? WideToBytes(codePage, source.data, units, scratch, sizeof scratch)
-                 : 0;
+  int size =
+      units <= kShort ? WideToBytes(codePage, source.data, units, scratch, sizeof scratch) : 0;
   const bool converted = size != 0 || units == 0;
   if (!converted) size = WideToBytes(codePage, source.data, units, nullptr, 0);
   if (size == 0 && units != 0) return nullptr;
@@ -50,14 +50,17 @@ bool Convert(unsigned codePage, WideView source, char** text, int* length) {
   return bytes != nullptr;
 }
 
+// No byte takes more than one unit. Measuring would take as long as converting, so a long text goes
+// through memory of its own instead.
 BSTR ToWide(const char* source, int length) {
   WChar scratch[kShort];
-  if (static_cast<std::size_t>(length) <= kShort)
-    return SysAllocStringLen(scratch, BytesToWide(kCodePageUtf8, source, length, scratch, kShort));
-  const int units = BytesToWide(kCodePageUtf8, source, length, nullptr, 0);
-  BSTR const text = SysAllocStringLen(nullptr, units);
-  if (text) BytesToWide(kCodePageUtf8, source, length, text, units);
-  return text;
+  std::unique_ptr<WChar[]> more;
+  if (length > kShort) {
+    more.reset(new (std::nothrow) WChar[length]);
+    if (!more) return nullptr;
+  }
+  WChar* const units = more ? more.get() : scratch;
+  return SysAllocStringLen(units, BytesToWide(kCodePageUtf8, source, length, units, length));
 }
 
 }  // namespace

@@ -16,8 +16,8 @@ inline constexpr std::size_t kEscapedUnitBytes = 6;
 /// The next piece of a text, never parting a surrogate pair.
 WideView NextPiece(WideView text);
 
-/// Converts one piece to UTF-8, into room for kUnitBytes for each unit. Returns the number of bytes;
-/// 0 is a failure unless the piece is empty.
+/// Converts one piece to UTF-8, into room for kUnitBytes for each unit. Returns the number of
+/// bytes; 0 is a failure unless the piece is empty.
 int PieceToUtf8(WideView piece, char* bytes);
 
 /// The same with & < > " ' replaced by entities, into room for kEscapedUnitBytes for each unit. No

@@ -93,8 +93,7 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
   char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
-    char* const room =
-        buffer_ ? buffer_->Room(static_cast<int>(piece.size * unitBytes)) : nullptr;
+    char* const room = buffer_ ? buffer_->Room(static_cast<int>(piece.size * unitBytes)) : nullptr;
     const int length = convert(piece, room ? room : aside);
     if (length == 0) return false;
     if (room)
@@ -106,7 +105,9 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
   return true;
 }
 
-bool CWriteXML::PutText(WideView text) { return PutPieces(text, kUnitBytes, PieceToUtf8); }
+bool CWriteXML::PutText(WideView text) {
+  return PutPieces(text, kUnitBytes, PieceToUtf8);
+}
 
 bool CWriteXML::PutEscaped(WideView text) {
   return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8);

@@ -22,7 +22,7 @@ BSTR SysAllocString(const WChar* text) {
 }
 
 BSTR SysAllocStringLen(const WChar* text, std::size_t length) {
-  if (length > std::numeric_limits<Prefix>::max() / sizeof(WChar)) return nullptr;
+  if (length > std::numeric_limits<Prefix>::max() / sizeof(WChar) - 1) return nullptr;
   const auto bytes = static_cast<Prefix>(length * sizeof(WChar));
   auto* const memory =
       static_cast<char*>(::operator new(kHeader + bytes + sizeof(WChar), std::nothrow));

@@ -44,6 +44,8 @@ class Reader {
   explicit Reader(std::string_view text, std::size_t at = 0) : text_(text), at_(at) {}
 
   bool AtEnd() const { return at_ == text_.size(); }
+  bool At(std::string_view token) const { return text_.substr(at_, token.size()) == token; }
+  std::string_view Since(std::size_t start) const { return text_.substr(start, at_ - start); }
   std::size_t position() const { return at_; }
 
   void SkipSpace() { at_ = std::min(text_.find_first_not_of(kSpace, at_), text_.size()); }
@@ -57,7 +59,7 @@ class Reader {
     at_ = found == text_.npos ? text_.size() : found + token.size();
   }
   bool Take(std::string_view token) {
-    if (text_.substr(at_, token.size()) != token) return false;
+    if (!At(token)) return false;
     at_ += token.size();
     return true;
   }
@@ -65,16 +67,16 @@ class Reader {
   std::string_view TakeName() {
     const std::size_t start = at_;
     SkipTo(kNotInNames);
-    return text_.substr(start, at_ - start);
+    return Since(start);
   }
   /// The next name, quoted literal with its quotes, or other character; empty at the end.
   std::string_view TakeToken() {
     SkipSpace();
     const std::size_t start = at_;
-    if (!TakeName().empty() || AtEnd()) return text_.substr(start, at_ - start);
+    if (!TakeName().empty() || AtEnd()) return Since(start);
     const std::string_view quote = text_.substr(at_++, 1);
     if (quote == "\"" || quote == "'") SkipPast(quote);
-    return text_.substr(start, at_ - start);
+    return Since(start);
   }
 
  private:
@@ -96,28 +98,35 @@ struct Weight {
   std::size_t bytes = 0;
 };
 
-/// The replacement text of an entity, or all attribute defaults of an element.
+/// The replacement text of an entity, or all attribute defaults of an element together.
 struct Declared {
   std::string text;
+  std::vector<std::pair<std::string, std::string>> attributes;  // names and quoted values
   bool external = false;
   bool weighed = false;
   Weight weight;
 };
 
-/// An entity's literal with its character references resolved. What is not ASCII matters no more.
+/// An entity's literal with its character references resolved. Those that cannot matter to markup
+/// may stay: they mean the same when they are read later.
 std::string ReplacementText(std::string_view literal) {
   std::string text;
-  for (std::size_t at = 0; at < literal.size();) {
-    const std::size_t reference = std::min(literal.find("&#", at), literal.size());
-    text += literal.substr(at, reference - at);
-    at = reference;
-    if (at == literal.size()) break;
-    const std::size_t end = std::min(literal.find(';', at), literal.size());
-    const bool hexadecimal = literal.substr(at + 2, 1) == "x";
-    const std::string digits(literal.substr(at + 2 + hexadecimal, end - at - 2));
+  Reader in(literal);
+  for (std::size_t start = 0; !in.AtEnd(); start = in.position()) {
+    in.SkipTo("&");
+    text += in.Since(start);
+    const std::size_t reference = in.position();
+    const bool hexadecimal = in.Take("&#x");
+    if (!hexadecimal && !in.Take("&#")) {
+      text += in.Take("&") ? "&" : "";
+      continue;
+    }
+    const std::string digits(in.TakeName());
     const unsigned long code = std::strtoul(digits.c_str(), nullptr, hexadecimal ? 16 : 10);
-    text += code < 0x80 ? static_cast<char>(code) : '?';
-    at = std::min(end + 1, literal.size());
+    if (in.Take(";") && code >= ' ' && code < 0x7F)
+      text += static_cast<char>(code);
+    else
+      text += in.Since(reference);
   }
   return text;
 }
@@ -126,7 +135,8 @@ class EntityGuard {
  public:
   explicit EntityGuard(std::string_view document) : document_(document) {}
 
-  void Check(std::size_t doctype);
+  /// Empty when nothing is to be expanded.
+  std::string Expand(std::size_t doctype);
 
  private:
   using Declarations = std::map<std::string, Declared, std::less<>>;
@@ -150,6 +160,9 @@ class EntityGuard {
   Weight Weigh(Reader in, int level);
   Weight WeighOnce(Declared& declared, int level);
 
+  void ExpandText(Reader in, bool isValue, std::string* out);
+  void ExpandTag(Reader* in, const Declared* defaults, std::string* out);
+
   const std::string_view document_;
   std::size_t place_ = 0;  // in the document, of what is being looked at
   std::size_t spent_ = 0;
@@ -160,7 +173,7 @@ class EntityGuard {
   Declarations defaults_;
 };
 
-void EntityGuard::Check(std::size_t doctype) {
+std::string EntityGuard::Expand(std::size_t doctype) {
   Reader in(document_, doctype);
   in.Take("<!DOCTYPE");
   place_ = doctype;
@@ -169,7 +182,11 @@ void EntityGuard::Check(std::size_t doctype) {
     if (token == "[") ReadSubset(in, 0);
     if (IsLiteral(token)) namesOutside_ = true;
   }
-  Weigh(in, 0);
+  std::string expanded;
+  if (Weigh(in, 0).levels == 0) return expanded;
+  expanded = document_.substr(0, in.position());
+  ExpandText(in, false, &expanded);
+  return expanded;
 }
 
 void EntityGuard::Spend(std::size_t bytes) {
@@ -213,8 +230,9 @@ void EntityGuard::ReadEntity(Reader& in) {
   if (parameter) name = in.TakeToken();
   std::string_view token = TakeInDeclaration(in);
   Declared entity;
-  entity.external = !IsLiteral(token);
+  entity.external = token == "SYSTEM" || token == "PUBLIC";
   if (!entity.external) {
+    if (!IsLiteral(token)) RefuseDeclaration();
     if (token.size() > kLongestLiteral + 2)
       RefuseHere(DocumentFault::kExpandsTooMuch, "an entity is too long");
     if (token.find('%') != token.npos) RefuseDeclaration();
@@ -226,7 +244,7 @@ void EntityGuard::ReadEntity(Reader& in) {
 
 void EntityGuard::ReadAttributes(Reader& in) {
   Declared& defaults = defaults_[std::string(TakeInDeclaration(in))];
-  while (TakeInDeclaration(in) != ">") {
+  for (std::string_view name; (name = TakeInDeclaration(in)) != ">";) {
     if (++attributeDeclarations_ > kMostAttributeDeclarations)
       RefuseHere(DocumentFault::kExpandsTooMuch, "too many attributes are declared");
     std::string_view token = TakeInDeclaration(in);
@@ -237,6 +255,7 @@ void EntityGuard::ReadAttributes(Reader& in) {
     if (token == "#" && TakeInDeclaration(in) == "FIXED") token = TakeInDeclaration(in);
     if (!IsLiteral(token)) continue;
     defaults.text += WithoutQuotes(token);
+    defaults.attributes.emplace_back(name, token);
     defaults.weight.bytes += kDefaultCost;
   }
 }
@@ -314,6 +333,58 @@ Weight EntityGuard::WeighOnce(Declared& declared, int level) {
   return declared.weight;
 }
 
+// --- expansion, of what has been weighed ---
+
+void EntityGuard::ExpandText(Reader in, bool isValue, std::string* out) {
+  while (!in.AtEnd()) {
+    const std::size_t start = in.position();
+    if (in.Take("&")) {
+      if (const Declared* const used = UsedByReference(in))
+        ExpandText(Reader(used->text), isValue, out);
+      else
+        *out += in.Since(start);
+    } else if (isValue && in.Take("\"")) {
+      *out += "&#34;";
+    } else if (isValue && in.Take("'")) {
+      *out += "&#39;";
+    } else if (in.At("<")) {
+      const bool isTag = !in.At("<!") && !in.At("<?");
+      const Declared* const defaults = UsedByMarkup(in);
+      *out += in.Since(start);
+      if (isTag) ExpandTag(&in, defaults, out);
+    } else {
+      in.SkipTo(isValue ? "&<\"'" : "&<");
+      *out += in.Since(start);
+    }
+  }
+}
+
+void EntityGuard::ExpandTag(Reader* in, const Declared* defaults, std::string* out) {
+  std::vector<std::string_view> given;
+  for (std::string_view token = "<"; token != ">" && !token.empty();) {
+    const std::size_t start = in->position();
+    token = in->TakeToken();
+    if (IsLiteral(token)) {
+      *out += token[0];
+      ExpandText(Reader(WithoutQuotes(token)), true, out);
+      *out += token[0];
+      continue;
+    }
+    if (defaults && (token == "/" || token == ">")) {
+      for (const auto& [name, value] : defaults->attributes) {
+        if (std::find(given.begin(), given.end(), name) != given.end()) continue;
+        given.push_back(name);
+        *out += " " + name + "=" + value[0];
+        ExpandText(Reader(WithoutQuotes(value)), true, out);
+        *out += value[0];
+      }
+      defaults = nullptr;
+    }
+    given.push_back(token);
+    *out += in->Since(start);
+  }
+}
+
 // --- finding the declaration ---
 
 template <class Unit>
@@ -342,9 +413,9 @@ const Unit* FindDoctype(const Unit* at, const Unit* end) {
   }
 }
 
-void CheckNarrow(std::string_view text) {
-  if (const char* const doctype = FindDoctype(text.data(), text.data() + text.size()))
-    EntityGuard(text).Check(doctype - text.data());
+std::string ExpandNarrow(std::string_view text) {
+  const char* const doctype = FindDoctype(text.data(), text.data() + text.size());
+  return doctype ? EntityGuard(text).Expand(doctype - text.data()) : std::string();
 }
 
 std::vector<WChar> Units(std::string_view bytes, bool bigEndian) {
@@ -367,36 +438,46 @@ bool DeclaresShiftingEncoding(std::string_view bytes) {
          names("hz-gb");
 }
 
+std::string Utf16Bytes(std::string_view utf8) {
+  std::vector<WChar> units(1 + utf8.size(), 0xFEFF);
+  const int length = BytesToWide(kCodePageUtf8, utf8.data(), static_cast<int>(utf8.size()),
+                                 units.data() + 1, static_cast<int>(utf8.size()));
+  return {reinterpret_cast<const char*>(units.data()), (1 + length) * sizeof(WChar)};
+}
+
+std::string ExpandWide(const std::vector<WChar>& units) {
+  const WideView marked(units.data(), units.size());
+  const WideView text = marked.From(!marked.empty() && marked[0] == 0xFEFF);
+  const WideView start = text.First(2);
+  if (std::find(start.begin(), start.end(), 0) != start.end())
+    Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
+  if (!HasDoctype(text)) return {};
+  if (text.size > std::numeric_limits<int>::max() / 3)
+    Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be expanded");
+  std::string utf8(text.size * 3, '\0');
+  utf8.resize(WideToBytes(kCodePageUtf8, text.data, static_cast<int>(text.size), utf8.data(),
+                          static_cast<int>(utf8.size())));
+  const std::string expanded = ExpandNarrow(utf8);
+  return expanded.empty() ? expanded : Utf16Bytes(expanded);
+}
+
 }  // namespace
 
-void GuardEntities(std::string_view bytes) {
+bool HasDoctype(WideView text) {
+  return FindDoctype(text.begin(), text.end()) != nullptr;
+}
+
+std::string ExpandEntities(std::string_view bytes) {
   const auto at = [&](std::size_t i) {
     return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 1;
   };
   const bool littleEndian = at(1) == 0 || (at(0) == 0xFF && at(1) == 0xFE);
   const bool bigEndian = at(0) == 0 || (at(0) == 0xFE && at(1) == 0xFF);
-  if (littleEndian || bigEndian) {
-    const std::vector<WChar> units = Units(bytes, bigEndian);
-    return GuardEntities(WideView(units.data(), units.size()));
-  }
+  if (littleEndian || bigEndian) return ExpandWide(Units(bytes, bigEndian));
   if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
   if (DeclaresShiftingEncoding(bytes))
     Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
-  CheckNarrow(bytes);
-}
-
-void GuardEntities(WideView text) {
-  if (!text.empty() && text[0] == 0xFEFF) text = text.From(1);
-  const WideView start = text.First(2);
-  if (std::find(start.begin(), start.end(), 0) != start.end())
-    Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
-  if (!FindDoctype(text.begin(), text.end())) return;
-  if (text.size > std::numeric_limits<int>::max() / 3)
-    Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be checked");
-  std::string utf8(text.size * 3, '\0');
-  utf8.resize(WideToBytes(kCodePageUtf8, text.data, static_cast<int>(text.size), utf8.data(),
-                          static_cast<int>(utf8.size())));
-  CheckNarrow(utf8);
+  return ExpandNarrow(bytes);
 }
 
 }  // namespace vosmere::win32

@@ -1,17 +1,22 @@
-// Bounds on what a document's declarations may expand to, checked before the system's parser sees
-// it: the parser's own bounds let much through, and it leaves out in silence what it does not open.
+// What a document's own declarations stand for, written out, within bounds. The system's parser is
+// asked for none of it: its bounds let too much through, it leaves out in silence what it does not
+// open, and systems differ in what of the rest reaches the tree.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere::win32 {
 
-/// Throws DocumentFailure for a document whose text needs an entity that it does not declare
-/// itself, or whose entities and attribute defaults would expand out of proportion. A document
-/// without a document type declaration costs a look at its first bytes.
-void GuardEntities(std::string_view bytes);
-void GuardEntities(WideView text);
+/// Whether a document type declaration stands before the root element. Looks no further.
+bool HasDoctype(WideView text);
+
+/// The document with its entity references and attribute defaults written out; empty when there are
+/// none. Throws DocumentFailure when its text needs an entity that it does not declare itself, and
+/// when entities and defaults would expand out of proportion. Without a document type declaration
+/// this costs a look at the first bytes.
+std::string ExpandEntities(std::string_view bytes);
 
 }  // namespace vosmere::win32

@@ -38,8 +38,6 @@ namespace {
 constexpr IID kDocument2 = {
     0x2933bf95, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
 constexpr HRESULT kDeeperThanAllowed = static_cast<HRESULT>(0xC00CEE81);
-constexpr int kEntityReference = 5;
-constexpr int kEntity = 6;
 
 [[noreturn]] void Throw(DocumentFault fault, ULONG systemError, const char* reason) {
   DocumentFailure failure;
@@ -102,8 +100,7 @@ void Create(Document* document) {
   error.column = column;
   win32::SetReason(&error, Ours(line > 0 ? reason.bstrVal : L"the document is not well-formed"));
   if (line == 0) win32::FindErrorPlace(source, &error);
-  if (code == kDeeperThanAllowed || std::strstr(error.reason, "Excessive depth"))
-    error.fault = DocumentFault::kTooDeep;
+  if (code == kDeeperThanAllowed) error.fault = DocumentFault::kTooDeep;
   throw failure;
 }
 
@@ -118,8 +115,12 @@ class ByteArray {
     variant_.vt = VT_ARRAY | VT_UI1;
   }
 
-  char* data() { return static_cast<char*>(variant_.parray->pvData); }
-  std::string_view bytes() { return {data(), size_}; }
+  explicit ByteArray(std::string_view bytes) : ByteArray(bytes.size()) {
+    if (size_ > 0) std::memcpy(data(), bytes.data(), size_);
+  }
+
+  char* data() const { return static_cast<char*>(variant_.parray->pvData); }
+  std::string_view bytes() const { return {data(), size_}; }
   const VARIANT& variant() const { return variant_; }
 
  private:
@@ -129,14 +130,22 @@ class ByteArray {
   ULONG size_ = 0;
 };
 
-void* LoadArray(ByteArray* array) {
-  win32::GuardEntities(array->bytes());
+/// Parses `array` or throws, with the place in `readable`.
+void* ParseArray(const ByteArray& array, std::string_view readable) {
   Document document;
   Create(&document);
   VARIANT_BOOL loaded = VARIANT_FALSE;
-  Check(document->load(array->variant(), &loaded));
-  if (!loaded) ThrowParseError(document.get(), array->bytes());
+  Check(document->load(array.variant(), &loaded));
+  if (!loaded) ThrowParseError(document.get(), readable);
   return document.Detach();
+}
+
+// The document as it is must be well-formed too; written out, it could be so by accident.
+void* LoadArray(const ByteArray& array) {
+  const std::string expanded = win32::ExpandEntities(array.bytes());
+  if (expanded.empty()) return ParseArray(array, array.bytes());
+  static_cast<IXMLDOMDocument2*>(ParseArray(array, expanded))->Release();
+  return ParseArray(ByteArray(expanded), expanded);
 }
 
 /// Overwrites the encoding in an XML declaration by blanks: the text is in UTF-16, whatever it
@@ -176,14 +185,17 @@ void XmlDocument::LoadFile(const WChar* path) {
   for (std::size_t read = 0, got = 0; read < size; read += got)
     if (!file.Read(array.data() + read, size - read, &got) || got == 0)
       Throw(DocumentFault::kCannotRead, file.error(), "the file cannot be read");
-  document_ = LoadArray(&array);
+  document_ = LoadArray(array);
 }
 
 void XmlDocument::LoadText(const WChar* text) {
   if (text && *text == 0xFEFF) ++text;
   const SystemText source(text ? text : Ours(L""));
   BlankEncoding(source.get());
-  win32::GuardEntities(WideView(source.get(), SysStringLen(source.get())));
+  if (win32::HasDoctype(WideView(source.get()))) {
+    document_ = LoadArray(ByteArray(MarkedBytes(source.get())));
+    return;
+  }
   Document document;
   Create(&document);
   VARIANT_BOOL loaded = VARIANT_FALSE;
@@ -193,9 +205,7 @@ void XmlDocument::LoadText(const WChar* text) {
 }
 
 void XmlDocument::LoadBytes(const char* bytes, int length) {
-  ByteArray array(length > 0 ? length : 0);
-  if (length > 0) std::memcpy(array.data(), bytes, length);
-  document_ = LoadArray(&array);
+  document_ = LoadArray(ByteArray(std::string_view(bytes, length > 0 ? length : 0)));
 }
 
 XmlNode XmlDocument::Root() const {
@@ -212,12 +222,6 @@ namespace {
 IXMLDOMNode* Node(void* handle) {
   if (!handle) Throw(DocumentFault::kHandlerFailed, 0, "there is no such node");
   return static_cast<IXMLDOMNode*>(handle);
-}
-
-int TypeOf(IXMLDOMNode* node) {
-  DOMNodeType type = NODE_INVALID;
-  Check(node->get_nodeType(&type));
-  return type;
 }
 
 XmlText NameOf(void* handle) {
@@ -237,7 +241,9 @@ XmlNode::~XmlNode() {
 }
 
 int XmlNode::Type() const {
-  return TypeOf(Node(handle_));
+  DOMNodeType type = NODE_INVALID;
+  Check(Node(handle_)->get_nodeType(&type));
+  return type;
 }
 
 XmlText XmlNode::Name() const {
@@ -250,17 +256,10 @@ XmlText XmlNode::Text() const {
   return XmlText(Ours(text));
 }
 
-// Some DOMs put the entity's declaration between a reference and what it stands for. Its siblings
-// are the other declarations, so it must not be seen.
 XmlNode XmlNode::FirstChild() const {
-  Counted<IXMLDOMNode> child;
-  Check(Node(handle_)->get_firstChild(child.out()));
-  if (child && TypeOf(child.get()) == kEntity) {
-    Counted<IXMLDOMNode> content;
-    Check(child->get_firstChild(content.out()));
-    return XmlNodeHandle::Make(content.Detach());
-  }
-  return XmlNodeHandle::Make(child.Detach());
+  IXMLDOMNode* child = nullptr;
+  Check(Node(handle_)->get_firstChild(&child));
+  return XmlNodeHandle::Make(child);
 }
 
 XmlNode XmlNode::NextSibling() const {

@@ -15,6 +15,8 @@ namespace {
 
 constexpr IID kSaxReader = {
     0xa4f96ed0, 0xf829, 0x476e, {0x81, 0xc0, 0xcd, 0xc7, 0xbd, 0x2a, 0x08, 0x02}};
+constexpr IID kSaxContentHandler = {
+    0x1545cdfa, 0x9e4e, 0x4497, {0xa8, 0xa4, 0x2b, 0xf7, 0xd0, 0x11, 0x2c, 0x44}};
 constexpr IID kSaxErrorHandler = {
     0xa60511c4, 0xccf5, 0x479e, {0x98, 0xa3, 0xdc, 0x8d, 0xc5, 0x45, 0xb7, 0xd0}};
 constexpr IID kSequentialStream = {
@@ -39,12 +41,48 @@ class FirstReason : public OnStack<ISAXErrorHandler, kSaxErrorHandler> {
   HRESULT WINAPI error(ISAXLocator*, const wchar_t*, HRESULT) override { return S_OK; }
   HRESULT WINAPI ignorableWarning(ISAXLocator*, const wchar_t*, HRESULT) override { return S_OK; }
   HRESULT WINAPI fatalError(ISAXLocator*, const wchar_t* message, HRESULT) override {
-    if (message) SetReason(error_, Ours(message));
+    if (message && !told_ && error_->fault != DocumentFault::kTooDeep)
+      SetReason(error_, Ours(message));
+    told_ = true;
     return E_FAIL;
   }
 
  private:
   DocumentError* error_;
+  bool told_ = false;
+};
+
+/// Stops the reader where elements are nested deeper than the DOM loads them.
+class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
+ public:
+  explicit DepthLimit(DocumentError* error) : error_(error) {}
+
+  using Text = const wchar_t*;
+  HRESULT WINAPI startElement(Text, int, Text, int, Text, int, ISAXAttributes*) override {
+    if (++depth_ <= kDeepest) return S_OK;
+    error_->fault = DocumentFault::kTooDeep;
+    SetReason(error_, Ours(L"elements are nested too deep"));
+    return E_FAIL;
+  }
+  HRESULT WINAPI endElement(Text, int, Text, int, Text, int) override {
+    --depth_;
+    return S_OK;
+  }
+  HRESULT WINAPI putDocumentLocator(ISAXLocator*) override { return S_OK; }
+  HRESULT WINAPI startDocument() override { return S_OK; }
+  HRESULT WINAPI endDocument() override { return S_OK; }
+  HRESULT WINAPI startPrefixMapping(Text, int, Text, int) override { return S_OK; }
+  HRESULT WINAPI endPrefixMapping(Text, int) override { return S_OK; }
+  HRESULT WINAPI characters(Text, int) override { return S_OK; }
+  HRESULT WINAPI ignorableWhitespace(Text, int) override { return S_OK; }
+  HRESULT WINAPI processingInstruction(Text, int, Text, int) override { return S_OK; }
+  HRESULT WINAPI skippedEntity(Text, int) override { return S_OK; }
+
+ private:
+  static constexpr int kDeepest = 256;  // of a DOM that does not name the place itself
+
+  DocumentError* error_;
+  int depth_ = 0;
 };
 
 /// Bytes in two widths, as far as counting lines needs to know about them.
@@ -124,12 +162,15 @@ bool Fails(Feed* feed, DocumentError* error) {
                                 reinterpret_cast<void**>(reader.out()))))
     return false;
   FirstReason reason(error);
+  DepthLimit depth(error);
   VARIANT source;
   source.vt = VT_UNKNOWN;
   source.punkVal = feed;
   reader->putErrorHandler(&reason);
+  reader->putContentHandler(&depth);
   const bool failed = FAILED(reader->parse(source));
   reader->putErrorHandler(nullptr);
+  reader->putContentHandler(nullptr);
   return failed;
 }
 
@@ -153,7 +194,8 @@ void FindErrorPlace(std::string_view bytes, DocumentError* error) {
   Feed rough(bytes, bytes.size(), units.width());
   if (Fails(&rough, error)) {
     Feed careful(bytes, rough.before(), units.width());
-    place = Fails(&careful, error) ? careful.last() : rough.last();
+    DocumentError sameAgain;
+    place = Fails(&careful, &sameAgain) ? careful.last() : rough.last();
   }
   error->line = error->column = 1;
   for (std::size_t i = 0; i < place / units.width(); ++i) {

@@ -1,0 +1,114 @@
+#include "vosmere/text/base_tool.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <set>
+#include <string>
+
+#include "tests/support/failing_memory.h"
+#include "tests/support/platform.h"
+#include "tests/support/wide.h"
+#include "vosmere/nodes/folder_node.h"
+#include "vosmere/platform/keys.h"
+#include "vosmere/text/unicode_tool.h"
+
+namespace vosmere::test {
+namespace {
+
+constexpr LONG kNoonOnNewYear2024 = 1704110400;
+
+std::string PubDate(LONG seconds, int capacity = 40) {
+  WChar text[64];
+  std::fill(std::begin(text), std::end(text), WChar{'#'});
+  EXPECT_EQ(CBaseTool::GetPubDate(seconds, text, capacity), capacity >= 40);
+  EXPECT_EQ(text[40], '#');
+  return Utf8(text);
+}
+
+TEST(BaseTool, PubDateIsLocalTimeInEnglish) {
+  const ScopedTimeZone zone("UTC0");
+  EXPECT_EQ(PubDate(kNoonOnNewYear2024), "Mon, 01 Jan 2024 12:00:00 GMT");
+  EXPECT_EQ(PubDate(0), "Thu, 01 Jan 1970 00:00:00 GMT");
+  EXPECT_EQ(PubDate(std::numeric_limits<LONG>::max()), "Tue, 19 Jan 2038 03:14:07 GMT");
+}
+
+TEST(BaseTool, PubDateWritesEastAsMinusAndWestAsPlus) {
+  const struct {
+    const char *zone, *date;
+  } cases[] = {{"CST-8", "Mon, 01 Jan 2024 20:00:00 -0800"},
+               {"EST5", "Mon, 01 Jan 2024 07:00:00 +0500"},
+               {"IST-5:30", "Mon, 01 Jan 2024 17:30:00 -0530"},
+               {"NST3:30", "Mon, 01 Jan 2024 08:30:00 +0330"}};
+  for (const auto& c : cases) {
+    const ScopedTimeZone zone(c.zone);
+    EXPECT_EQ(PubDate(kNoonOnNewYear2024), c.date);
+  }
+}
+
+TEST(BaseTool, PubDateLeavesDaylightSavingOutOfTheZoneOnly) {
+  const ScopedTimeZone zone("EST5EDT");
+  EXPECT_EQ(PubDate(kNoonOnNewYear2024 + 182 * 86400), "Mon, 01 Jul 2024 08:00:00 +0500");
+}
+
+TEST(BaseTool, PubDateNeedsRoomForFortyUnits) {
+  EXPECT_EQ(PubDate(0, 39), "");
+  EXPECT_EQ(PubDate(0, 1), "");
+  WChar untouched = 'x';
+  EXPECT_FALSE(CBaseTool::GetPubDate(0, &untouched, 0));
+  EXPECT_EQ(untouched, 'x');
+}
+
+TEST(BaseTool, UuidsAreLowerCaseAndNew) {
+  std::set<std::string> seen;
+  for (int i = 0; i < 100; ++i) {
+    WChar text[37];
+    ASSERT_TRUE(CBaseTool::GetUUID(text, 37));
+    const std::string uuid = Utf8(text);
+    ASSERT_EQ(uuid.size(), 36u);
+    for (std::size_t k = 0; k < uuid.size(); ++k)
+      EXPECT_NE((k == 8 || k == 13 || k == 18 || k == 23 ? "-" : "0123456789abcdef")
+                    + std::string(),
+                "");
+    EXPECT_TRUE(seen.insert(uuid).second);
+  }
+}
+
+TEST(BaseTool, UuidNeedsRoomForItsZero) {
+  WChar text[36] = {'x'};
+  EXPECT_FALSE(CBaseTool::GetUUID(text, 36));
+  EXPECT_EQ(text[0], 'x');
+}
+
+TEST(BaseTool, AssignUuidReplacesTheItemsIdentity) {
+  CFolderNode* const node = CFolderNode::New();
+  node->SetUUID(W("old"));
+  EXPECT_TRUE(CBaseTool::AssignUUID(node));
+  EXPECT_EQ(Utf8(node->GetUUID()).size(), 36u);
+  CBaseNode::Delete(node);
+}
+
+unsigned heldKeys = 0;  // a bit for each of Shift, Control, Alt
+
+TEST(BaseTool, ModifierKeysHaveOneCode) {
+  SetKeyStateSource([](int key) { return static_cast<short>(heldKeys >> (key - 16) & 1 ? -1 : 1); });
+  const int codes[] = {0, 1, 2, 4, 3, 1, 2, 4};
+  for (heldKeys = 0; heldKeys < 8; ++heldKeys)
+    EXPECT_EQ(CBaseTool::GetModifyKeyState(), codes[heldKeys]) << heldKeys;
+  SetKeyStateSource(nullptr);
+}
+
+TEST(BaseTool, DeleteFreesWhatTheLibraryHandedOut) {
+  const long before = LiveAllocations();
+  char* text = nullptr;
+  int length = 0;
+  ASSERT_TRUE(CUnicodeTool::TCHARGetUTF8(W("text"), &text, &length));
+  EXPECT_EQ(LiveAllocations(), before + 1);
+  CBaseTool::Delete(text);
+  CBaseTool::Delete(nullptr);
+  EXPECT_EQ(LiveAllocations(), before);
+}
+
+}  // namespace
+}  // namespace vosmere::test
