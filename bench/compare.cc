@@ -28,7 +28,7 @@ class Comparison : public benchmark::ConsoleReporter {
       const std::size_t slash = name.rfind('/');
       if (slash == std::string::npos) continue;
       auto& times = groups_[name.substr(0, slash)][name.substr(slash + 1)];
-      times.push_back(run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit));
+      times.push_back(Time(run) / benchmark::GetTimeUnitMultiplier(run.time_unit));
     }
   }
 
@@ -46,6 +46,10 @@ class Comparison : public benchmark::ConsoleReporter {
   }
 
  private:
+  // Other programs on the machine lengthen the real time only.
+  static double Time(const Run& run) {
+    return run.run_name.time_type.empty() ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime();
+  }
   static double Median(std::vector<double> times) {
     std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
     return times[times.size() / 2];

@@ -9,6 +9,7 @@ extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* block);
 }
 
@@ -42,6 +43,10 @@ void* malloc(std::size_t size) {
 
 void* calloc(std::size_t count, std::size_t size) {
   return Counted(__libc_calloc(count, size));
+}
+
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
+  return Counted(__libc_memalign(alignment, size));
 }
 
 void* realloc(void* block, std::size_t size) {

@@ -44,7 +44,7 @@ bool Save(RNode* root, const fs::path& file) {
 }
 
 // One line for each folder: its name, how many collections it holds, and the first of them.
-void Show(RNode* folder, int level) {
+void Show(RNode* folder, std::size_t level) {
   std::string names;
   int count = 0;
   for (RNode* const child : Children(folder)) {
@@ -142,12 +142,14 @@ int Run(const fs::path& file) {
   return 0;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  const tool::Session session;  // on Windows: COM for this thread, UTF-8 for the console
-  const std::vector<std::string> files = tool::Arguments(argc, argv);
+int Main(const tool::Arguments& files) {
   if (files.size() == 1) return Run(std::u8string(files[0].begin(), files[0].end()));
   std::cerr << "usage: vosmere_demo FILE.opml\n";
   return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return tool::RunProgram(argc, argv, Main);
 }

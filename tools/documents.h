@@ -45,7 +45,7 @@ class Document {
   /// Saves to memory, loads that, and reports what comes back otherwise. The error says why nothing
   /// would come back, and the findings then name the items that are to blame.
   virtual DocumentError Rehearse(Findings& findings) = 0;
-  /// Saves and loads the saved file back. Without an error it holds every item.
+  /// Saves, and loads the saved file back. Without an error it holds all that was written.
   virtual DocumentError Save(const WChar* path) = 0;
 };
 

@@ -79,10 +79,11 @@ int Run(Verb verb) {
   }
 }
 
-int Main(std::vector<std::string> arguments) {
+int Main(const Arguments& arguments) {
   CLI::App app("Shows, checks and copies the documents of saved items.", "vosmere");
   app.set_version_flag("--version", VOSMERE_VERSION);
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kExitCodes);
 
   std::string in, out;
@@ -93,7 +94,9 @@ int Main(std::vector<std::string> arguments) {
   CLI::App* const show =
       app.add_subcommand("show", "Print the tree of a document")->footer(kExitCodes);
   show->add_option("FILE", in)->required();
-  show->add_flag("--json", asJson, "Print JSON for scripts");
+  show->add_flag(
+      "--json", asJson,
+      "Print JSON for scripts: items with kind, name, xmlUrl ..., folders with children");
   show->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
 
   CLI::App* const check =
@@ -118,8 +121,7 @@ int Main(std::vector<std::string> arguments) {
   copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
 
   try {
-    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
-    app.parse(arguments);
+    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them
   } catch (const CLI::ParseError& error) {
     exitCode = app.exit(error) == 0 ? kFine : kTrouble;
   }
@@ -131,6 +133,5 @@ int Main(std::vector<std::string> arguments) {
 }  // namespace vosmere::tool
 
 int main(int argc, char** argv) {
-  const vosmere::tool::Session session;
-  return vosmere::tool::Main(vosmere::tool::Arguments(argc, argv));
+  return vosmere::tool::RunProgram(argc, argv, vosmere::tool::Main);
 }

@@ -37,9 +37,8 @@ DocumentError ErrorOf(DocumentFault fault, const char* reason) {
   return error;
 }
 
-Tree SaveToMemoryAndLoad(RNode* root, DocumentError& error) {
-  CWriteColctTreeOPML writer;
-  writer.SetTreeRoot(root);
+/// What comes back from the text that a writer saves.
+Tree LoadWritten(CWriteXML& writer, DocumentError& error) {
   const SystemString text(writer.GetXMLBSTR());
   if (text)
     return LoadTreeWith([&](CReadXML& reader) { return reader.LoadBSTRXML(text.get()); }, error);
@@ -47,10 +46,16 @@ Tree SaveToMemoryAndLoad(RNode* root, DocumentError& error) {
   return nullptr;
 }
 
+Tree SaveToMemoryAndLoad(RNode* root, DocumentError& error) {
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(root);
+  return LoadWritten(writer, error);
+}
+
 /// What is wrong with a tree that was saved and loaded back.
 DocumentError Verdict(RNode* saved, RNode* back, const DocumentError& loadError) {
   if (loadError.fault != DocumentFault::kNone) return loadError;
-  if (!back || !SameShape(saved, back))
+  if (!saved || !back || !SameShape(saved, back))
     return ErrorOf(DocumentFault::kMalformed, "items are missing, new or in other places");
   return {};
 }
@@ -141,8 +146,14 @@ class OpmlDocument : public Document {
     writer.SetTreeRoot(tree_.get());
     if (!writer.SaveToFile(path)) return writer.LastError();
     DocumentError error;
+    const Tree meant = LoadWritten(writer, error);
     const Tree back = LoadTree(path, error);
-    return Verdict(tree_.get(), back.get(), error);
+    error = Verdict(meant.get(), back.get(), error);
+    if (error.fault != DocumentFault::kNone) return error;
+    Findings differences(0);
+    CompareTrees(meant.get(), back.get(), meant.get(), differences);
+    if (differences.size() == 0) return {};
+    return ErrorOf(DocumentFault::kCannotWrite, "the file does not hold what was written");
   }
 
  private:

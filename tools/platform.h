@@ -1,5 +1,4 @@
-// What a program has to do for itself on each system: take its arguments, say in which encoding it
-// prints, and prepare its main thread for the library.
+// What a program has to do for itself on each system.
 #pragma once
 
 #include <string>
@@ -7,21 +6,11 @@
 
 namespace vosmere::tool {
 
-/// Lives as long as the program's work. On Windows it initialises COM for this thread and sets the
-/// console to UTF-8.
-class Session {
- public:
-  Session();
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
-  ~Session();
+using Arguments = std::vector<std::string>;
 
- private:
-  unsigned consoleCodePage_ = 0;
-  bool hasCom_ = false;
-};
-
-/// The arguments behind the program's name, in UTF-8.
-std::vector<std::string> Arguments(int argc, char** argv);
+/// Runs a program's work with the arguments behind its name, in UTF-8, and returns what that
+/// returns. On Windows COM is initialised for this thread, as loading documents needs, and the
+/// console takes UTF-8.
+int RunProgram(int argc, char** argv, int (*work)(const Arguments& arguments));
 
 }  // namespace vosmere::tool

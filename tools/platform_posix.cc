@@ -2,11 +2,8 @@
 
 namespace vosmere::tool {
 
-Session::Session() = default;
-Session::~Session() = default;
-
-std::vector<std::string> Arguments(int argc, char** argv) {
-  return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+int RunProgram(int argc, char** argv, int (*work)(const Arguments& arguments)) {
+  return work(argc > 1 ? Arguments(argv + 1, argv + argc) : Arguments());
 }
 
 }  // namespace vosmere::tool

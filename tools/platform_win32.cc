@@ -19,27 +19,48 @@ std::string Utf8(const wchar_t* text) {
   return utf8;
 }
 
-}  // namespace
-
-Session::Session()
-    : consoleCodePage_(GetConsoleOutputCP()),
-      hasCom_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-  SetConsoleOutputCP(CP_UTF8);
-}
-
-Session::~Session() {
-  if (hasCom_) CoUninitialize();
-  if (consoleCodePage_) SetConsoleOutputCP(consoleCodePage_);
-}
-
 // The narrow arguments have lost what the ANSI code page cannot say.
-std::vector<std::string> Arguments(int, char**) {
+Arguments WideArguments() {
   int count = 0;
   const std::unique_ptr<wchar_t*, decltype(&LocalFree)> wide(
       CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree);
-  std::vector<std::string> arguments;
+  Arguments arguments;
   for (int i = 1; wide && i < count; ++i) arguments.push_back(Utf8(wide.get()[i]));
   return arguments;
+}
+
+class ComThread {
+ public:
+  ComThread() : initialised_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+  ComThread(const ComThread&) = delete;
+  ComThread& operator=(const ComThread&) = delete;
+  ~ComThread() {
+    if (initialised_) CoUninitialize();
+  }
+
+ private:
+  bool initialised_;
+};
+
+class Utf8Console {
+ public:
+  Utf8Console() : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
+  Utf8Console(const Utf8Console&) = delete;
+  Utf8Console& operator=(const Utf8Console&) = delete;
+  ~Utf8Console() {
+    if (before_) SetConsoleOutputCP(before_);
+  }
+
+ private:
+  UINT before_;
+};
+
+}  // namespace
+
+int RunProgram(int, char**, int (*work)(const Arguments& arguments)) {
+  const ComThread com;
+  const Utf8Console console;
+  return work(WideArguments());
 }
 
 }  // namespace vosmere::tool

@@ -36,28 +36,54 @@ void Free(void* block) noexcept {
 
 }  // namespace
 
-void* operator new(std::size_t size) { return AllocateOrThrow(size); }
-void* operator new[](std::size_t size) { return AllocateOrThrow(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void operator delete(void* block) noexcept { Free(block); }
-void operator delete[](void* block) noexcept { Free(block); }
-void operator delete(void* block, std::size_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t) noexcept { Free(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { Free(block); }
-void operator delete[](void* block, const std::nothrow_t&) noexcept { Free(block); }
+void* operator new(std::size_t size) {
+  return AllocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+  return AllocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return Allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return Allocate(size);
+}
+void operator delete(void* block) noexcept {
+  Free(block);
+}
+void operator delete[](void* block) noexcept {
+  Free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+  Free(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+  Free(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+  Free(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+  Free(block);
+}
 
 namespace vosmere::test {
 
-long LiveAllocations() { return live; }
+long LiveAllocations() {
+  return live;
+}
 
 FailingMemory::FailingMemory(long successes) {
   successesLeft = successes;
   failed = false;
 }
 
-FailingMemory::~FailingMemory() { successesLeft = kNoLimit; }
+FailingMemory::~FailingMemory() {
+  successesLeft = kNoLimit;
+}
 
-bool FailingMemory::Failed() const { return failed; }
+bool FailingMemory::Failed() const {
+  return failed;
+}
 
 }  // namespace vosmere::test

@@ -1,5 +1,5 @@
-// Memory that runs out when a test says so. The global operator new is replaced in the test program;
-// system strings go through it too, except on Windows, where they are the system's.
+// Memory that runs out when a test says so. The global operator new is replaced in the test
+// program; system strings go through it too, except on Windows, where they are the system's.
 //
 //   const long before = LiveAllocations();
 //   {
@@ -28,10 +28,6 @@ class FailingMemory {
 };
 
 /// Whether system strings can be made to fail.
-#ifdef _WIN32
-inline constexpr bool kSystemStringsFail = false;
-#else
-inline constexpr bool kSystemStringsFail = true;
-#endif
+extern const bool kSystemStringsFail;
 
 }  // namespace vosmere::test

@@ -15,6 +15,9 @@ void SetTimeZone(const char* zone);
 /// Runs `work` to its end on a thread with a stack of so many bytes.
 void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 
+/// Levels of nested elements that the platform's parser loads for certain.
+extern const int kLevelsThatLoad;
+
 /// Another time zone while it lives.
 class ScopedTimeZone {
  public:

@@ -2,9 +2,13 @@
 
 #include <ctime>
 
+#include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
 
 namespace vosmere::test {
+
+const bool kSystemStringsFail = true;
+const int kLevelsThatLoad = 1000;
 
 void SetTimeZone(const char* zone) {
   zone ? setenv("TZ", zone, 1) : unsetenv("TZ");

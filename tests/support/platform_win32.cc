@@ -5,9 +5,13 @@
 #include <stdlib.h>
 #include <time.h>
 
+#include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
 
 namespace vosmere::test {
+
+const bool kSystemStringsFail = false;
+const int kLevelsThatLoad = 200;
 
 void SetTimeZone(const char* zone) {
   _putenv_s("TZ", zone ? zone : "");

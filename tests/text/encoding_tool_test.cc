@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 #include "tests/support/wide.h"
@@ -27,7 +28,7 @@ TEST(EncodingTool, DigestsUtf8InEitherCase) {
   EXPECT_EQ(Lower(W("")), "d41d8cd98f00b204e9800998ecf8427e");
   EXPECT_EQ(Upper(nullptr), Upper(W("")));
   EXPECT_EQ(Lower(W("abc")), "900150983cd24fb0d6963f7d28e17f72");
-  EXPECT_EQ(Lower(W("é")), "b6c17e8ec4a4f0a6e1ff8f7e7ad3a7ac");
+  EXPECT_EQ(Lower(W("é")), "66ddcd97cfdeabb2f6fb8a999b4bc76f");
   EXPECT_EQ(Lower(W(u"abc\0def")), Lower(W("abc"))) << "the text ends at its zero";
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 namespace vosmere::test {
@@ -40,16 +41,15 @@ std::string Finish(CMD5Digest& md5) {
 TEST(Md5Digest, DigestsTheSuiteOfTheStandard) {
   const struct {
     const char *text, *digest;
-  } cases[] = {
-      {"", "d41d8cd98f00b204e9800998ecf8427e"},
-      {"a", "0cc175b9c0f1b6a831c399e269772661"},
-      {"abc", "900150983cd24fb0d6963f7d28e17f72"},
-      {"message digest", "f96b697d7cb7938d525a2f31aaf161d0"},
-      {"abcdefghijklmnopqrstuvwxyz", "c3fcd3d76192e4007dfb496cca67e13b"},
-      {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789",
-       "d174ab98d277d9f5a5611c2c9f419d9f"},
-      {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
-       "57edf4a22be3c955ac49da2e2107b67a"}};
+  } cases[] = {{"", "d41d8cd98f00b204e9800998ecf8427e"},
+               {"a", "0cc175b9c0f1b6a831c399e269772661"},
+               {"abc", "900150983cd24fb0d6963f7d28e17f72"},
+               {"message digest", "f96b697d7cb7938d525a2f31aaf161d0"},
+               {"abcdefghijklmnopqrstuvwxyz", "c3fcd3d76192e4007dfb496cca67e13b"},
+               {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789",
+                "d174ab98d277d9f5a5611c2c9f419d9f"},
+               {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
+                "57edf4a22be3c955ac49da2e2107b67a"}};
   for (const auto& c : cases) EXPECT_EQ(Md5(c.text, -1), c.digest) << c.text;
 }
 
@@ -78,7 +78,7 @@ TEST(Md5Digest, CountsPastFourBillionBits) {
   CMD5Digest md5;
   const std::string part(1 << 20, '\0');
   for (int i = 0; i < 513; ++i) Add(md5, part);
-  EXPECT_EQ(Finish(md5), "MANY");
+  EXPECT_EQ(Finish(md5), "f3a8799d64129a6fd8a5aa56f199ac54");
 }
 
 TEST(Md5Digest, CopiesCarryOnFromWhereTheyWereMade) {

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/document.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/platform.h"
 #include "vosmere/xml/namespaces.h"
 
 namespace vosmere::test {
@@ -337,6 +339,46 @@ TEST(Opml, DeepTreesAreWrittenWithoutRecursion) {
   const std::string start = "<outline text=\"f\">", end = "</outline>\r\n";
   EXPECT_EQ(SavedOpml(tree).size(),
             SavedOpml(Tree("root()")).size() + std::size_t{kLevels} * (start.size() + end.size()));
+}
+
+TEST(Opml, NestsAsDeepAsTheParserDoesOnASmallStack) {
+  const auto nested = [](int levels) {
+    std::string outlines;
+    for (int i = 0; i < levels; ++i) outlines += "<outline text='f'>";
+    for (int i = 0; i < levels; ++i) outlines += "</outline>";
+    return Opml(outlines);
+  };
+  RunOnSmallStack(512 * 1024, [&] {
+    for (const int levels : {200, 1000, 1100, 1000000}) {
+      CReadColctTreeOPML reader;
+      const bool loaded = Load(reader, nested(levels));
+      const TreePtr tree(reader.DetachTreeRoot());
+      if (levels <= kLevelsThatLoad) {
+        EXPECT_TRUE(loaded) << levels;
+      } else if (levels > 1024) {
+        EXPECT_FALSE(loaded) << levels;
+        EXPECT_EQ(reader.LastError().fault, DocumentFault::kTooDeep) << levels;
+      }
+      EXPECT_EQ(tree != nullptr, loaded);
+    }
+  });
+}
+
+TEST(OpmlReader, OutOfMemoryIsAFailedLoadThatLosesNothing) {
+  const std::string document = TestData("collection_tree.opml");
+  Load(*std::make_unique<CReadColctTreeOPML>(), document);  // what the system allocates once
+  const long before = LiveAllocations();
+  bool loaded = false;
+  for (long successes = 0; !loaded; ++successes) {
+    ASSERT_LT(successes, 1000);
+    CReadColctTreeOPML reader;
+    const FailingMemory memory(successes);
+    loaded = Load(reader, document);
+    EXPECT_EQ(reader.LastError().fault,
+              memory.Failed() ? DocumentFault::kNoMemory : DocumentFault::kNone)
+        << successes;
+  }
+  EXPECT_EQ(LiveAllocations(), before);
 }
 
 }  // namespace

@@ -5,7 +5,17 @@ namespace {
 
 WChar emptyText[1] = {0};
 
+thread_local unsigned long lostTexts = 0;
+
 }  // namespace
+
+unsigned long LostTexts() {
+  return lostTexts;
+}
+
+void detail::CountLostText() {
+  ++lostTexts;
+}
 
 WChar* HeapTextStorage::Copy(WideView text) {
   if (text.empty()) return emptyText;

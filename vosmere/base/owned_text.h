@@ -30,6 +30,14 @@ struct SystemTextStorage {
   static void Free(WChar* text) { SysFreeString(text); }
 };
 
+/// How many assignments of the calling thread have kept their old text for want of memory. Setters
+/// fail silently; who must not lose a text compares before and after.
+VOSMERE_API unsigned long LostTexts();
+
+namespace detail {
+VOSMERE_API void CountLostText();
+}
+
 /// One owned text, or null. When memory runs out in an assignment the old text stays.
 template <class Storage>
 class OwnedText {
@@ -87,6 +95,8 @@ class OwnedText {
     if (WChar* const copy = Storage::Copy(text)) {
       Storage::Free(text_);
       text_ = copy;
+    } else {
+      detail::CountLostText();
     }
   }
   void Clear() {

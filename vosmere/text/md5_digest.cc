@@ -30,20 +30,25 @@ constexpr int WordOf(int step) {
          16;
 }
 
-// Each step waits for the `b` of the step before, so the functions are written for `b` to come in
-// late.
+// Each step waits for the `b` of the step before, so as much as possible is done without it.
 template <int kRound>
-inline ULONG Mix(ULONG b, ULONG c, ULONG d) {
+inline ULONG MixEarly(ULONG c, ULONG d) {
+  return kRound == 1 ? c & ~d : 0;
+}
+
+template <int kRound>
+inline ULONG MixLate(ULONG b, ULONG c, ULONG d) {
   if constexpr (kRound == 0) return d ^ (b & (c ^ d));
-  if constexpr (kRound == 1) return (c & ~d) + (b & d);
+  if constexpr (kRound == 1) return b & d;
   if constexpr (kRound == 2) return b ^ (c ^ d);
   return c ^ (b | ~d);
 }
 
 template <int kRound, int kStep>
 inline void Step(ULONG& a, ULONG b, ULONG c, ULONG d, const ULONG* words) {
-  const ULONG early = a + words[WordOf<kRound>(kStep)] + kAddends[16 * kRound + kStep];
-  a = b + std::rotl(early + Mix<kRound>(b, c, d), kShifts[kRound][kStep % 4]);
+  const ULONG early =
+      a + words[WordOf<kRound>(kStep)] + kAddends[16 * kRound + kStep] + MixEarly<kRound>(c, d);
+  a = b + std::rotl(early + MixLate<kRound>(b, c, d), kShifts[kRound][kStep % 4]);
 }
 
 template <int kRound, int kStep>

@@ -59,8 +59,9 @@ BSTR ToWide(const char* source, int length) {
     more.reset(new (std::nothrow) WChar[length]);
     if (!more) return nullptr;
   }
-  WChar* const units = more ? more.get() : scratch;
-  return SysAllocStringLen(units, BytesToWide(kCodePageUtf8, source, length, units, length));
+  WChar* const text = more ? more.get() : scratch;
+  const int units = BytesToWide(kCodePageUtf8, source, length, text, length);
+  return units ? SysAllocStringLen(text, units) : nullptr;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_document.h"
 
 namespace vosmere {
@@ -38,11 +39,13 @@ void* CReadXML::DetachData() {
 template <class Load>
 bool CReadXML::LoadWith(Load load) {
   error_ = {};
+  const unsigned long lostBefore = LostTexts();
   try {
     XmlDocument document;
     load(document);
     const XmlNode root = document.Root();
     if (root.FirstChild()) InvokeParser(root);
+    if (LostTexts() != lostBefore) throw std::bad_alloc();
   } catch (const DocumentFailure& failure) {
     error_ = failure.error;
   } catch (const std::bad_alloc&) {

@@ -297,14 +297,14 @@ Reached DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outE
   for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 1)) > 0;) {
     for (const Byte* const limit = in + safe; in < limit;) {
       if (TakeAscii(in, out)) continue;
-      do {
+      while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80)) {
         unsigned code;
         for (; in < limit && (code = OfThree(FourBytes(in))); in += 3) Put(code, out);
         for (; in < limit && (code = OfTwo(FourBytes(in))); in += 2) Put(code, out);
         const Character character = DecodeOne(FourBytes(in));
         in += character.length;
         Put(character.code, out);
-      } while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80));
+      }
     }
   }
   for (;;) {

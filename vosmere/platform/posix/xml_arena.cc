@@ -1,6 +1,9 @@
 #include "vosmere/platform/posix/xml_arena.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <new>
 #include <string>
@@ -12,11 +15,20 @@ namespace vosmere::posix {
 namespace {
 
 constexpr std::size_t kFirstBlock = 16 * 1024;
-constexpr std::size_t kLargestBlock = 1024 * 1024;
+constexpr std::size_t kLargestBlock = 2 * 1024 * 1024;  // a huge page
 constexpr std::size_t kAlignment = alignof(XmlRecord);
 
 const char* Chars(const unsigned char* text) {
   return reinterpret_cast<const char*>(text);
+}
+
+// Large blocks ask for huge pages: entering small ones one by one costs more than filling them.
+char* NewBlock(std::size_t size) {
+  const bool large = size == kLargestBlock;
+  void* const block = large ? std::aligned_alloc(kLargestBlock, size) : std::malloc(size);
+  if (!block) throw std::bad_alloc();
+  if (large) ::madvise(block, size, MADV_HUGEPAGE);  // a wish; small pages serve as well
+  return static_cast<char*>(block);
 }
 
 }  // namespace
@@ -26,8 +38,7 @@ void* XmlArena::Allocate(std::size_t size) {
   if (static_cast<std::size_t>(end_ - at_) < size) {
     const std::size_t block = std::max(
         size, std::min(kFirstBlock << std::min<std::size_t>(blocks_.size(), 16), kLargestBlock));
-    blocks_.emplace_back(new char[block]);
-    at_ = blocks_.back().get();
+    at_ = (blocks_.emplace_back() = Block(NewBlock(block))).get();
     end_ = at_ + block;
   }
   return std::exchange(at_, at_ + size);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -66,7 +67,12 @@ class XmlArena {
  private:
   void* Allocate(std::size_t size);
 
-  std::vector<std::unique_ptr<char[]>> blocks_;
+  struct FreeBlock {
+    void operator()(char* block) const { std::free(block); }
+  };
+  using Block = std::unique_ptr<char, FreeBlock>;
+
+  std::vector<Block> blocks_;
   char* at_ = nullptr;
   char* end_ = nullptr;
 };

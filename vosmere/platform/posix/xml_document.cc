@@ -50,14 +50,6 @@ const char* ReasonFor(DocumentFault fault) {
   }
 }
 
-DocumentFault FaultFor(int parserError) {
-  switch (parserError) {
-    case XML_ERR_NO_MEMORY: return DocumentFault::kNoMemory;
-    case XML_ERR_ENTITY_LOOP: return DocumentFault::kExpandsTooMuch;
-    default: return DocumentFault::kMalformed;
-  }
-}
-
 /// Builds the tree out of what the parser reports.
 ///
 /// The parser is C: nothing may be thrown through it. A failure is recorded, the parser gets no
@@ -220,7 +212,8 @@ void Builder::Stop(DocumentFault fault) {
 
 void Builder::Note(const xmlError* error) {
   if (stopped_ || error_.line != 0 || error->level != XML_ERR_FATAL) return;
-  error_.fault = FaultFor(error->code);
+  error_.fault =
+      error->code == XML_ERR_NO_MEMORY ? DocumentFault::kNoMemory : DocumentFault::kMalformed;
   error_.line = error->line;
   error_.column = error->int2;
   std::snprintf(error_.reason, sizeof error_.reason, "%s", error->message ? error->message : "");

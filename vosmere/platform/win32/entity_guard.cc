@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "vosmere/platform/code_page.h"
 #include "vosmere/platform/xml_document.h"
 
 namespace vosmere::win32 {
@@ -24,20 +22,6 @@ constexpr std::size_t kDefaultCost = 24;    // an attribute, however short its v
 
 constexpr std::string_view kSpace = " \t\r\n";
 constexpr std::string_view kNotInNames = " \t\r\n<>&;%'\"[](){}|,*+?=/!#";
-
-[[noreturn]] void Refuse(DocumentFault fault, const char* reason, std::string_view before = {}) {
-  DocumentFailure failure;
-  failure.error.fault = fault;
-  if (before.data()) {
-    const std::string_view line = before.substr(before.rfind('\n') + 1);
-    const auto startsCharacter = [](char byte) { return (byte & 0xC0) != 0x80; };
-    failure.error.line = 1 + static_cast<LONG>(std::count(before.begin(), before.end(), '\n'));
-    failure.error.column =
-        1 + static_cast<LONG>(std::count_if(line.begin(), line.end(), startsCharacter));
-  }
-  std::snprintf(failure.error.reason, sizeof failure.error.reason, "%s", reason);
-  throw failure;
-}
 
 class Reader {
  public:
@@ -103,6 +87,7 @@ struct Declared {
   std::string text;
   std::vector<std::pair<std::string, std::string>> attributes;  // names and quoted values
   bool external = false;
+  bool beingWeighed = false;
   bool weighed = false;
   Weight weight;
 };
@@ -123,7 +108,7 @@ std::string ReplacementText(std::string_view literal) {
     }
     const std::string digits(in.TakeName());
     const unsigned long code = std::strtoul(digits.c_str(), nullptr, hexadecimal ? 16 : 10);
-    if (in.Take(";") && code >= ' ' && code < 0x7F)
+    if (in.Take(";") && (code == '\t' || code == '\n' || (code >= ' ' && code < 0x7F)))
       text += static_cast<char>(code);
     else
       text += in.Since(reference);
@@ -136,7 +121,7 @@ class EntityGuard {
   explicit EntityGuard(std::string_view document) : document_(document) {}
 
   /// Empty when nothing is to be expanded.
-  std::string Expand(std::size_t doctype);
+  std::string Expand(std::size_t doctype, std::size_t* content);
 
  private:
   using Declarations = std::map<std::string, Declared, std::less<>>;
@@ -173,7 +158,7 @@ class EntityGuard {
   Declarations defaults_;
 };
 
-std::string EntityGuard::Expand(std::size_t doctype) {
+std::string EntityGuard::Expand(std::size_t doctype, std::size_t* content) {
   Reader in(document_, doctype);
   in.Take("<!DOCTYPE");
   place_ = doctype;
@@ -182,6 +167,8 @@ std::string EntityGuard::Expand(std::size_t doctype) {
     if (token == "[") ReadSubset(in, 0);
     if (IsLiteral(token)) namesOutside_ = true;
   }
+  if (in.At("[")) RefuseDeclaration();  // some parsers take it for part of the declaration
+  *content = in.position();
   std::string expanded;
   if (Weigh(in, 0).levels == 0) return expanded;
   expanded = document_.substr(0, in.position());
@@ -325,6 +312,8 @@ Weight EntityGuard::WeighOnce(Declared& declared, int level) {
   if (level + declared.weight.levels > kDeepestNesting)
     RefuseHere(DocumentFault::kExpandsTooMuch, "entities are nested too deep");
   if (!declared.weighed) {
+    if (declared.beingWeighed) RefuseHere(DocumentFault::kMalformed, "an entity refers to itself");
+    declared.beingWeighed = true;
     const Weight inner = Weigh(Reader(declared.text), level);
     declared.weight.levels = inner.levels;
     declared.weight.bytes += declared.text.size() + inner.bytes;
@@ -385,99 +374,24 @@ void EntityGuard::ExpandTag(Reader* in, const Declared* defaults, std::string* o
   }
 }
 
-// --- finding the declaration ---
-
-template <class Unit>
-bool StartsWith(const Unit* at, const Unit* end, std::string_view token) {
-  return static_cast<std::size_t>(end - at) >= token.size() &&
-         std::equal(token.begin(), token.end(), at);
-}
-
-template <class Unit>
-const Unit* PastNext(const Unit* at, const Unit* end, std::string_view token) {
-  at = std::search(at, end, token.begin(), token.end());
-  return at == end ? end : at + token.size();
-}
-
-/// The document type declaration; null when the root element comes first.
-template <class Unit>
-const Unit* FindDoctype(const Unit* at, const Unit* end) {
-  for (;;) {
-    while (at != end && (*at == ' ' || *at == '\t' || *at == '\r' || *at == '\n')) ++at;
-    if (StartsWith(at, end, "<?"))
-      at = PastNext(at, end, "?>");
-    else if (StartsWith(at, end, "<!--"))
-      at = PastNext(at, end, "-->");
-    else
-      return StartsWith(at, end, "<!DOCTYPE") ? at : nullptr;
-  }
-}
-
-std::string ExpandNarrow(std::string_view text) {
-  const char* const doctype = FindDoctype(text.data(), text.data() + text.size());
-  return doctype ? EntityGuard(text).Expand(doctype - text.data()) : std::string();
-}
-
-std::vector<WChar> Units(std::string_view bytes, bool bigEndian) {
-  std::vector<WChar> units(bytes.size() / 2);
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    const auto first = static_cast<unsigned char>(bytes[2 * i]);
-    const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
-    units[i] = static_cast<WChar>(bigEndian ? first << 8 | second : second << 8 | first);
-  }
-  return units;
-}
-
-/// In these a byte of ASCII may mean something else, and so hide what is to be checked.
-bool DeclaresShiftingEncoding(std::string_view bytes) {
-  if (bytes.substr(0, 5) != "<?xml") return false;
-  std::string declaration(bytes.substr(0, std::min(bytes.find("?>"), std::size_t{512})));
-  for (char& c : declaration) c = static_cast<char>(FoldAscii(static_cast<unsigned char>(c)));
-  const auto names = [&](const char* part) { return declaration.find(part) != std::string::npos; };
-  return names("utf-7") || names("iso-2022") || names("iso2022") || names("cp5022") ||
-         names("hz-gb");
-}
-
-std::string Utf16Bytes(std::string_view utf8) {
-  std::vector<WChar> units(1 + utf8.size(), 0xFEFF);
-  const int length = BytesToWide(kCodePageUtf8, utf8.data(), static_cast<int>(utf8.size()),
-                                 units.data() + 1, static_cast<int>(utf8.size()));
-  return {reinterpret_cast<const char*>(units.data()), (1 + length) * sizeof(WChar)};
-}
-
-std::string ExpandWide(const std::vector<WChar>& units) {
-  const WideView marked(units.data(), units.size());
-  const WideView text = marked.From(!marked.empty() && marked[0] == 0xFEFF);
-  const WideView start = text.First(2);
-  if (std::find(start.begin(), start.end(), 0) != start.end())
-    Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
-  if (!HasDoctype(text)) return {};
-  if (text.size > std::numeric_limits<int>::max() / 3)
-    Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be expanded");
-  std::string utf8(text.size * 3, '\0');
-  utf8.resize(WideToBytes(kCodePageUtf8, text.data, static_cast<int>(text.size), utf8.data(),
-                          static_cast<int>(utf8.size())));
-  const std::string expanded = ExpandNarrow(utf8);
-  return expanded.empty() ? expanded : Utf16Bytes(expanded);
-}
-
 }  // namespace
 
-bool HasDoctype(WideView text) {
-  return FindDoctype(text.begin(), text.end()) != nullptr;
+void Refuse(DocumentFault fault, const char* reason, std::string_view before) {
+  DocumentFailure failure;
+  failure.error.fault = fault;
+  if (before.data()) {
+    const std::string_view line = before.substr(before.rfind('\n') + 1);
+    const auto startsCharacter = [](char byte) { return (byte & 0xC0) != 0x80; };
+    failure.error.line = 1 + static_cast<LONG>(std::count(before.begin(), before.end(), '\n'));
+    failure.error.column =
+        1 + static_cast<LONG>(std::count_if(line.begin(), line.end(), startsCharacter));
+  }
+  std::snprintf(failure.error.reason, sizeof failure.error.reason, "%s", reason);
+  throw failure;
 }
 
-std::string ExpandEntities(std::string_view bytes) {
-  const auto at = [&](std::size_t i) {
-    return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 1;
-  };
-  const bool littleEndian = at(1) == 0 || (at(0) == 0xFF && at(1) == 0xFE);
-  const bool bigEndian = at(0) == 0 || (at(0) == 0xFE && at(1) == 0xFF);
-  if (littleEndian || bigEndian) return ExpandWide(Units(bytes, bigEndian));
-  if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
-  if (DeclaresShiftingEncoding(bytes))
-    Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
-  return ExpandNarrow(bytes);
+std::string ExpandEntities(std::string_view text, std::size_t doctype, std::size_t* content) {
+  return EntityGuard(text).Expand(doctype, content);
 }
 
 }  // namespace vosmere::win32

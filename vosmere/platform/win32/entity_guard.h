@@ -6,17 +6,18 @@
 #include <string>
 #include <string_view>
 
-#include "vosmere/base/wide_view.h"
+#include "vosmere/xml/document_error.h"
 
 namespace vosmere::win32 {
 
-/// Whether a document type declaration stands before the root element. Looks no further.
-bool HasDoctype(WideView text);
+/// Throws DocumentFailure, with the place behind `before`, the part of the document that is fine.
+[[noreturn]] void Refuse(DocumentFault fault, const char* reason, std::string_view before = {});
 
 /// The document with its entity references and attribute defaults written out; empty when there are
-/// none. Throws DocumentFailure when its text needs an entity that it does not declare itself, and
-/// when entities and defaults would expand out of proportion. Without a document type declaration
-/// this costs a look at the first bytes.
-std::string ExpandEntities(std::string_view bytes);
+/// none. `text` is in an encoding that keeps ASCII, and its document type declaration stands at
+/// `doctype`; `*content` is where its content begins, before and after. Throws DocumentFailure when
+/// it needs an entity that it does not declare itself, and when entities and defaults would expand
+/// out of proportion.
+std::string ExpandEntities(std::string_view text, std::size_t doctype, std::size_t* content);
 
 }  // namespace vosmere::win32

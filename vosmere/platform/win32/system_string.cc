@@ -11,7 +11,7 @@ BSTR SysAllocString(const WChar* text) {
 }
 
 BSTR SysAllocStringLen(const WChar* text, std::size_t length) {
-  if (length > std::numeric_limits<LONG>::max() / sizeof(WChar)) return nullptr;
+  if (length > std::numeric_limits<ULONG>::max() / sizeof(WChar)) return nullptr;
   return win32::Ours(::SysAllocStringLen(win32::Native(text), static_cast<UINT>(length)));
 }
 

@@ -14,8 +14,8 @@
 
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/file.h"
-#include "vosmere/platform/win32/entity_guard.h"
 #include "vosmere/platform/win32/xml_error_place.h"
+#include "vosmere/platform/win32/xml_intake.h"
 
 namespace vosmere {
 
@@ -98,8 +98,11 @@ void Create(Document* document) {
   error.systemError = static_cast<ULONG>(code);
   error.line = line;
   error.column = column;
-  win32::SetReason(&error, Ours(line > 0 ? reason.bstrVal : L"the document is not well-formed"));
-  if (line == 0) win32::FindErrorPlace(source, &error);
+  win32::SetReason(&error, Ours(L"the document is not well-formed"));
+  if (line == 0)
+    win32::FindErrorPlace(source, &error);
+  else if (reason.vt == VT_BSTR)
+    win32::SetReason(&error, Ours(reason.bstrVal));
   if (code == kDeeperThanAllowed) error.fault = DocumentFault::kTooDeep;
   throw failure;
 }
@@ -142,14 +145,13 @@ void* ParseArray(const ByteArray& array, std::string_view readable) {
 
 // The document as it is must be well-formed too; written out, it could be so by accident.
 void* LoadArray(const ByteArray& array) {
-  const std::string expanded = win32::ExpandEntities(array.bytes());
+  const std::string expanded = win32::Admit(array.bytes());
   if (expanded.empty()) return ParseArray(array, array.bytes());
   static_cast<IXMLDOMDocument2*>(ParseArray(array, expanded))->Release();
   return ParseArray(ByteArray(expanded), expanded);
 }
 
-/// Overwrites the encoding in an XML declaration by blanks: the text is in UTF-16, whatever it
-/// says.
+/// Blanks the encoding out of an XML declaration: the text is in UTF-16, whatever it says.
 void BlankEncoding(WChar* text) {
   std::basic_string_view<wchar_t> declaration(Native(text));
   if (declaration.substr(0, 5) != L"<?xml") return;
@@ -192,10 +194,12 @@ void XmlDocument::LoadText(const WChar* text) {
   if (text && *text == 0xFEFF) ++text;
   const SystemText source(text ? text : Ours(L""));
   BlankEncoding(source.get());
-  if (win32::HasDoctype(WideView(source.get()))) {
+  const win32::XmlUnits units{WideView(source.get())};
+  if (win32::HasDoctype(units)) {
     document_ = LoadArray(ByteArray(MarkedBytes(source.get())));
     return;
   }
+  win32::BoundAttributes(units);
   Document document;
   Create(&document);
   VARIANT_BOOL loaded = VARIANT_FALSE;

@@ -9,6 +9,7 @@
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"
+#include "vosmere/platform/win32/xml_units.h"
 
 namespace vosmere::win32 {
 namespace {
@@ -85,38 +86,6 @@ class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
   int depth_ = 0;
 };
 
-/// Bytes in two widths, as far as counting lines needs to know about them.
-class Units {
- public:
-  explicit Units(std::string_view bytes) : bytes_(bytes) {
-    const unsigned first = At(0), second = At(1);
-    if (first == 0 || (first == 0xFE && second == 0xFF))
-      width_ = 2;
-    else if (second == 0 || (first == 0xFF && second == 0xFE))
-      width_ = 2, low_ = 0;
-  }
-
-  std::size_t width() const { return width_; }
-  unsigned operator[](std::size_t i) const {
-    return width_ == 1 ? At(i) : At(2 * i + low_) | At(2 * i + 1 - low_) << 8;
-  }
-  bool ContinuesCharacter(std::size_t i) const {
-    return width_ == 1 ? ((*this)[i] & 0xC0) == 0x80 : ((*this)[i] & 0xFC00) == 0xDC00;
-  }
-  bool IsMark(std::size_t i) const {
-    return i == 0 && (width_ == 2 ? (*this)[0] == 0xFEFF : bytes_.substr(0, 3) == "\xEF\xBB\xBF");
-  }
-
- private:
-  unsigned At(std::size_t i) const {
-    return i < bytes_.size() ? static_cast<unsigned char>(bytes_[i]) : 1;
-  }
-
-  std::string_view bytes_;
-  std::size_t width_ = 1;
-  std::size_t low_ = 1;
-};
-
 /// Hands a document out piece by piece. The piece that was handed out last when the reader gives up
 /// holds the error; a reader's own idea of its place is rarely that good.
 class Feed : public OnStack<ISequentialStream, kSequentialStream> {
@@ -189,7 +158,7 @@ void SetReason(DocumentError* error, const WChar* reason) {
 // The first run finds the piece roughly. A reader may look at a piece only when it has the next
 // one, so the second run is careful from the piece before.
 void FindErrorPlace(std::string_view bytes, DocumentError* error) {
-  const Units units(bytes);
+  const XmlUnits units(bytes);
   std::size_t place = bytes.size();
   Feed rough(bytes, bytes.size(), units.width());
   if (Fails(&rough, error)) {
@@ -198,10 +167,10 @@ void FindErrorPlace(std::string_view bytes, DocumentError* error) {
     place = Fails(&careful, &sameAgain) ? careful.last() : rough.last();
   }
   error->line = error->column = 1;
-  for (std::size_t i = 0; i < place / units.width(); ++i) {
+  for (std::size_t i = units.MarkLength(); i < place / units.width(); ++i) {
     if (units[i] == '\n')
       ++error->line, error->column = 1;
-    else if (!units.ContinuesCharacter(i) && !units.IsMark(i))
+    else if (!units.ContinuesCharacter(i))
       ++error->column;
   }
 }

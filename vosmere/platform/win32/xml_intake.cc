@@ -1,0 +1,118 @@
+#include "vosmere/platform/win32/xml_intake.h"
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/win32/entity_guard.h"
+
+namespace vosmere::win32 {
+namespace {
+
+constexpr int kMostAttributes = 2000;
+
+/// The document type declaration; the end when the root element comes first.
+std::size_t FindDoctype(const XmlUnits& units) {
+  for (std::size_t at = units.MarkLength();;) {
+    while (units[at] == ' ' || units[at] == '\t' || units[at] == '\r' || units[at] == '\n') ++at;
+    if (units.StartsWith(at, "<?"))
+      at = units.Past(at, "?>");
+    else if (units.StartsWith(at, "<!--"))
+      at = units.Past(at, "-->");
+    else
+      return units.StartsWith(at, "<!DOCTYPE") ? at : units.size();
+  }
+}
+
+/// How many attributes the tag at `at` has. No attribute's value contains a `<`.
+int CountAttributes(const XmlUnits& units, std::size_t at) {
+  int attributes = 0;
+  unsigned quote = 0;
+  for (; at < units.size() && units[at] != '<'; ++at) {
+    const unsigned unit = units[at];
+    if (quote)
+      quote = unit == quote ? 0 : quote;
+    else if (unit == '"' || unit == '\'')
+      quote = unit;
+    else if (unit == '=')
+      ++attributes;
+    else if (unit == '>')
+      break;
+  }
+  return attributes;
+}
+
+/// In these a byte of ASCII may mean something else, and so hide what is to be checked.
+bool DeclaresShiftingEncoding(std::string_view bytes) {
+  if (bytes.substr(0, 5) != "<?xml") return false;
+  std::string declaration(bytes.substr(0, std::min(bytes.find("?>"), std::size_t{512})));
+  for (char& c : declaration) c = static_cast<char>(FoldAscii(static_cast<unsigned char>(c)));
+  const auto names = [&](const char* part) { return declaration.find(part) != std::string::npos; };
+  return names("utf-7") || names("iso-2022") || names("iso2022") || names("cp5022") ||
+         names("hz-gb");
+}
+
+std::string Utf8(const XmlUnits& units) {
+  if (units.size() > std::numeric_limits<int>::max() / 3)
+    Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be expanded");
+  std::vector<WChar> wide;
+  for (std::size_t i = units.MarkLength(); i < units.size(); ++i)
+    wide.push_back(static_cast<WChar>(units[i]));
+  std::string utf8(wide.size() * 3, '\0');
+  utf8.resize(WideToBytes(kCodePageUtf8, wide.data(), static_cast<int>(wide.size()), utf8.data(),
+                          static_cast<int>(utf8.size())));
+  return utf8;
+}
+
+std::string MarkedUtf16(std::string_view utf8) {
+  std::vector<WChar> units(1 + utf8.size(), 0xFEFF);
+  const int length = BytesToWide(kCodePageUtf8, utf8.data(), static_cast<int>(utf8.size()),
+                                 units.data() + 1, static_cast<int>(utf8.size()));
+  return {reinterpret_cast<const char*>(units.data()), (1 + length) * sizeof(WChar)};
+}
+
+std::string Expanded(std::string_view text) {
+  std::size_t content = 0;
+  const std::string expanded = ExpandEntities(text, FindDoctype(XmlUnits(text)), &content);
+  const std::string_view whole = expanded.empty() ? text : expanded;
+  BoundAttributes(XmlUnits(whole.substr(content)));
+  return expanded;
+}
+
+}  // namespace
+
+bool HasDoctype(const XmlUnits& document) {
+  return FindDoctype(document) < document.size();
+}
+
+void BoundAttributes(const XmlUnits& units) {
+  for (std::size_t at = 0; (at = units.Past(at, "<")) < units.size();) {
+    if (units.StartsWith(at, "!--"))
+      at = units.Past(at, "-->");
+    else if (units.StartsWith(at, "![CDATA["))
+      at = units.Past(at, "]]>");
+    else if (units[at] == '?')
+      at = units.Past(at, "?>");
+    else if (CountAttributes(units, at) > kMostAttributes)
+      Refuse(DocumentFault::kExpandsTooMuch, "an element has too many attributes");
+  }
+}
+
+std::string Admit(std::string_view bytes) {
+  const XmlUnits units(bytes);
+  const std::size_t start = units.MarkLength();
+  const bool isWide = units.width() == 2;
+  if (isWide ? units[start] == 0 || units[start + 1] == 0
+             : DeclaresShiftingEncoding(bytes.substr(start)))
+    Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
+  if (!HasDoctype(units)) {
+    BoundAttributes(units);
+    return {};
+  }
+  if (!isWide) return Expanded(bytes.substr(start));
+  const std::string expanded = Expanded(Utf8(units));
+  return expanded.empty() ? expanded : MarkedUtf16(expanded);
+}
+
+}  // namespace vosmere::win32
