@@ -140,8 +140,8 @@ void CMD5Digest::Encode(unsigned char* output, const ULONG* input, unsigned leng
 }
 
 void CMD5Digest::Decode(ULONG* output, const unsigned char* input, unsigned length) {
-  for (unsigned i = 0; i < length; i += 4)
-    output[i / 4] = input[i] | input[i + 1] << 8 | input[i + 2] << 16 | ULONG{input[i + 3]} << 24;
+  for (const unsigned char* const end = input + length; input < end; input += 4)
+    *output++ = input[0] | input[1] << 8 | input[2] << 16 | ULONG{input[3]} << 24;
 }
 
 void CMD5Digest::MD5_memcpy(unsigned char* output, const unsigned char* input, unsigned length) {
