@@ -118,7 +118,8 @@ bool SameShape(RNode* a, RNode* b) {
 }
 
 void CompareTrees(RNode* saved, RNode* back, RNode* named, Findings& findings) {
-  for (PreOrder x(saved), y(back), z(named); x.link; x.Step(), y.Step(), z.Step())
+  for (PreOrder x(saved), y(back), z(named); x.link && y.link && z.link;
+       x.Step(), y.Step(), z.Step())
     CompareItems(x.link, y.link, z.link, findings);
 }
 

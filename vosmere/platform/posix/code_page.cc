@@ -99,7 +99,7 @@ bool IsUtf8(unsigned codePage) {
 }  // namespace
 
 int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, int capacity) {
-  if (length <= 0) return 0;
+  if (length <= 0 || capacity < 0) return 0;
   if (!IsUtf8(codePage))
     return Result(Convert(nl_langinfo(CODESET), kWideName, text, length, bytes, capacity));
   return Result(capacity ? utf8::Encode(text, length, bytes, capacity)
@@ -107,7 +107,7 @@ int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, i
 }
 
 int BytesToWide(unsigned codePage, const char* bytes, int length, WChar* text, int capacity) {
-  if (length <= 0) return 0;
+  if (length <= 0 || capacity < 0) return 0;
   if (!IsUtf8(codePage)) {
     const std::size_t room = capacity * sizeof(WChar);
     return Result(Convert(kWideName, nl_langinfo(CODESET), bytes, length, text, room) /

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <iterator>
 
-#if defined(__SSE2__)
+#if defined(__x86_64__)
 #include <emmintrin.h>
 #endif
 
@@ -35,7 +35,7 @@ constexpr bool IsContinuation(unsigned byte) {
 
 // CopyAscii copies the ASCII at the start of a block and returns a bit for each unit of the block
 // that is not ASCII. It reads and writes the whole block.
-#if defined(__SSE2__)
+#if defined(__x86_64__)  // and so SSE2
 
 inline unsigned CopyAscii(const WChar* from, Byte* to) {
   const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
@@ -121,7 +121,7 @@ inline void EncodeOne(const WChar*& in, const WChar* end, Byte*& out) {
 // TakeEight steps over eight units, or seven when a pair begins with the eighth. False, with
 // nothing done, when one of them is an unpaired surrogate. It may write three bytes for each unit,
 // and one byte more unless `kTight`, which takes longer.
-#if defined(__SSE2__)
+#if defined(__x86_64__)  // and so SSE2
 
 inline __m128i All(int value) {
   return _mm_set1_epi16(static_cast<short>(value));
@@ -278,12 +278,16 @@ inline void Put(unsigned code, WChar*& out) {
   out += 2;
 }
 
-inline int UnitsOf(unsigned code) {
-  return code < 0x10000 ? 1 : 2;
+/// Steps over characters of three bytes, then over those of two, that begin before `limit`. They
+/// are the letters of most scripts and seldom come alone.
+inline void TakeAlike(const Byte*& in, const Byte* limit, WChar*& out) {
+  unsigned code;
+  for (; in < limit && (code = OfThree(FourBytes(in))); in += 3) Put(code, out);
+  for (; in < limit && (code = OfTwo(FourBytes(in))); in += 2) Put(code, out);
 }
 
-/// How much input may be stepped over without a look at either end: none of it takes more than
-/// `most` output each, and a block stays readable and writable behind it.
+/// How much input may be stepped over without a look at either end, as no unit of it takes more
+/// than `most` of the output; a block stays readable and writable behind it.
 inline std::ptrdiff_t SafeLength(std::ptrdiff_t length, std::ptrdiff_t capacity, int most) {
   return std::min(length, capacity / most) - kBlock;
 }
@@ -298,9 +302,7 @@ Reached DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outE
     for (const Byte* const limit = in + safe; in < limit;) {
       if (TakeAscii(in, out)) continue;
       while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80)) {
-        unsigned code;
-        for (; in < limit && (code = OfThree(FourBytes(in))); in += 3) Put(code, out);
-        for (; in < limit && (code = OfTwo(FourBytes(in))); in += 2) Put(code, out);
+        TakeAlike(in, limit, out);
         const Character character = DecodeOne(FourBytes(in));
         in += character.length;
         Put(character.code, out);
@@ -309,6 +311,7 @@ Reached DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outE
   }
   for (;;) {
     while (in != end && out != outEnd && *in < 0x80) *out++ = *in++;
+    if (end - in >= 4) TakeAlike(in, in + std::min(end - in - 3, outEnd - out), out);
     if (in == end || out == outEnd) break;
     const Character character = DecodeOne(UpToFourBytes(in, end));
     if (character.code >= 0x10000 && outEnd - out < 2) break;
