@@ -13,15 +13,18 @@ CChunkBuffer::~CChunkBuffer() {
 }
 
 bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
-  const std::int64_t total = std::int64_t{total_} + length;
-  total_ = static_cast<LONG>(std::min<std::int64_t>(total, std::numeric_limits<LONG>::max()));
-  if (total >= kLimit) return false;
-
+  const std::int64_t total = Total() + length;
+  if (total >= kLimit) {
+    constexpr std::int64_t kMost = std::numeric_limits<LONG>::max();
+    before_ = static_cast<LONG>(std::min(total, kMost)) - LastUsed();
+    end_ = at_;
+    return false;
+  }
   while (length > 0) {
-    if (!tail_ || tail_->used == kChunkSize) NewChunk();
-    const int part = std::min(length, kChunkSize - tail_->used);
-    std::memcpy(tail_->data + tail_->used, bytes, part);
-    tail_->used += part;
+    if (at_ == end_) NewChunk();
+    const int part = std::min(length, static_cast<int>(end_ - at_));
+    std::memcpy(at_, bytes, part);
+    Use(part);
     bytes += part;
     length -= part;
   }
@@ -30,22 +33,28 @@ bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
 
 LONG CChunkBuffer::Get(Chunk** head) const {
   if (!head_) return 0;
+  tail_->used = LastUsed();
   *head = head_;
-  return total_;
+  return static_cast<LONG>(Total());
 }
 
 void CChunkBuffer::Clear() {
   while (head_) ::operator delete(std::exchange(head_, head_->next));
   tail_ = nullptr;
-  total_ = 0;
+  at_ = end_ = nullptr;
+  before_ = 0;
 }
 
 // Record and block are one piece of memory, so there is one allocation to fail.
-Chunk* CChunkBuffer::NewChunk() {
+void CChunkBuffer::NewChunk() {
   void* const memory = ::operator new(sizeof(Chunk) + kChunkSize);
-  auto* const chunk = new (memory) Chunk{static_cast<char*>(memory) + sizeof(Chunk), 0, nullptr};
+  char* const data = static_cast<char*>(memory) + sizeof(Chunk);
+  auto* const chunk = new (memory) Chunk{data, kChunkSize, nullptr};
+  before_ += LastUsed();
   (tail_ ? tail_->next : head_) = chunk;
-  return tail_ = chunk;
+  tail_ = chunk;
+  at_ = data;
+  end_ = data + std::min(kChunkSize, kLimit - 1 - before_);
 }
 
 }  // namespace vosmere

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstring>
 
 #include "vosmere/base/export.h"
@@ -42,17 +43,12 @@ class VOSMERE_API CChunkBuffer {
 
   /// Where the next `length` bytes go, to be filled in place; null unless the last chunk holds them
   /// all. Use() then takes those that were filled.
-  char* Room(int length) const {
-    const bool fits = tail_ && length <= kChunkSize - tail_->used && length < kLimit - total_;
-    return fits ? tail_->data + tail_->used : nullptr;
-  }
-  void Use(int length) {
-    tail_->used += length;
-    total_ += length;
-  }
+  char* Room(int length) const { return length <= end_ - at_ ? at_ : nullptr; }
+  void Use(int length) { at_ += length; }
 
   /// Returns the total of all appends, refused ones included (saturated at the largest LONG), and
-  /// stores the first chunk. An empty buffer returns 0 and leaves `*head` as it is.
+  /// stores the first chunk. An empty buffer returns 0 and leaves `*head` as it is. The chunks tell
+  /// what is in them at the time of the call.
   LONG Get(Chunk** head) const;
 
   /// Frees every chunk and begins anew.
@@ -60,11 +56,15 @@ class VOSMERE_API CChunkBuffer {
 
  private:
   bool AppendInParts(const char* bytes, int length);
-  Chunk* NewChunk();
+  void NewChunk();
+  int LastUsed() const { return tail_ ? static_cast<int>(at_ - tail_->data) : 0; }
+  std::int64_t Total() const { return std::int64_t{before_} + LastUsed(); }
 
-  LONG total_ = 0;
+  LONG before_ = 0;  // the total without what the last chunk holds
   Chunk* head_ = nullptr;
   Chunk* tail_ = nullptr;
+  char* at_ = nullptr;   // where the last chunk goes on
+  char* end_ = nullptr;  // where it is full, or the total would reach the limit
 };
 
 }  // namespace vosmere

@@ -1,0 +1,308 @@
+#include "vosmere/platform/posix/xml_builder.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "vosmere/platform/posix/xml_entities.h"
+#include "vosmere/platform/xml_document.h"
+
+namespace vosmere::posix {
+namespace {
+
+constexpr unsigned char kXmlns[] = "xmlns";
+constexpr unsigned char kTextName[] = "#text";
+constexpr unsigned char kCDataName[] = "#cdata-section";
+constexpr unsigned char kCommentName[] = "#comment";
+constexpr int kAttribute = 2;
+
+// The parser compares every pair of an element's attributes, and every prefix with the namespaces
+// in force, so their numbers must have a bound.
+constexpr int kMostAttributes = 20000;
+constexpr int kMostNamespaces = 1000;
+constexpr int kAttributeFields = 5;  // what the parser keeps, and hands out, for each attribute
+constexpr int kNamespaceFields = 2;
+
+const char* ReasonFor(DocumentFault fault) {
+  switch (fault) {
+    case DocumentFault::kTooDeep: return "elements are nested too deep";
+    case DocumentFault::kExpandsTooMuch: return "the document expands to too much";
+    case DocumentFault::kRefersOutside: return "the text refers to an entity outside the document";
+    case DocumentFault::kNoMemory: return "memory ran out";
+    default: return "the document is not well-formed";
+  }
+}
+
+/// Builds the tree out of what the parser reports.
+///
+/// The parser is C: nothing may be thrown through it. A failure is recorded, the parser gets no
+/// more bytes, and whatever it still reports is ignored. (Its own call to stop frees what it is
+/// working on, which most call-backs do not survive.)
+class Builder {
+ public:
+  Builder(XmlTree& tree, XmlSource& source) : tree_(tree), source_(source) {}
+
+  /// Throws DocumentFailure or what the source threw. `encoding` may be null: the bytes tell.
+  void Parse(const char* encoding);
+
+ private:
+  struct Open {
+    XmlRecord* element;
+    XmlRecord* lastChild;
+  };
+
+  static Builder& Self(void* builder) { return *static_cast<Builder*>(builder); }
+  static xmlSAXHandler Handlers();
+
+  template <class Step>
+  void Guard(Step step) noexcept {
+    if (stopped_) return;
+    try {
+      step();
+    } catch (...) {
+      thrown_ = std::current_exception();
+      Stop(DocumentFault::kNoMemory);
+    }
+  }
+
+  void Stop(DocumentFault fault);
+  void Check(DocumentFault fault) {
+    if (fault != DocumentFault::kNone) Stop(fault);
+  }
+  int Read(char* bytes, int capacity) noexcept;
+  xmlEntity* Entity(const xmlChar* name) noexcept;
+  xmlEntity* ParameterEntity(const xmlChar* name) noexcept;
+  void StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
+                    const xmlChar** namespaces, int attributeCount, int defaultedCount,
+                    const xmlChar** attributes);
+  void EndElement();
+  void AddText(const xmlChar* text, int length);
+  void AddLeaf(const XmlName* name, const xmlChar* text);
+  void FlushText();
+  void Link(XmlRecord* record);
+  void Note(const xmlError* error);
+
+  XmlTree& tree_;
+  XmlSource& source_;
+  xmlParserCtxt* parser_ = nullptr;
+  XmlEntityBudget budget_;
+  std::vector<Open> open_;
+  std::string text_;
+  std::size_t bytesRead_ = 0;
+  bool stopped_ = false;
+  DocumentError error_;
+  std::exception_ptr thrown_;
+};
+
+void Builder::Parse(const char* encoding) {
+  parser_ = xmlNewParserCtxt();
+  if (!parser_) throw std::bad_alloc();
+  *parser_->sax = Handlers();
+  parser_->userData = this;
+  const auto read = [](void* self, char* bytes, int capacity) {
+    return Self(self).Read(bytes, capacity);
+  };
+  xmlDoc* const document = xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
+                                         XML_PARSE_NOENT | XML_PARSE_NONET);
+  const bool wellFormed = document && parser_->wellFormed;
+  xmlFreeDoc(document);
+  xmlFreeParserCtxt(parser_);
+  if (thrown_) std::rethrow_exception(thrown_);
+  if (wellFormed && !stopped_ && tree_.arena.root) return;
+  if (error_.fault == DocumentFault::kNone) {
+    error_.fault = DocumentFault::kMalformed;
+    if (!error_.reason[0])
+      std::snprintf(error_.reason, sizeof error_.reason, "%s", ReasonFor(error_.fault));
+  }
+  throw DocumentFailure{error_};
+}
+
+xmlSAXHandler Builder::Handlers() {
+  xmlSAXHandler sax = {};
+  sax.initialized = XML_SAX2_MAGIC;
+  // Declarations go where the parser keeps them by default; it cannot expand them otherwise.
+  sax.startDocument = [](void* self) { xmlSAX2StartDocument(Self(self).parser_); };
+  sax.internalSubset = [](void* self, const xmlChar* name, const xmlChar* publicId,
+                          const xmlChar* systemId) {
+    xmlSAX2InternalSubset(Self(self).parser_, name, publicId, systemId);
+  };
+  sax.entityDecl = [](void* self, const xmlChar* name, int type, const xmlChar* publicId,
+                      const xmlChar* systemId, xmlChar* content) {
+    xmlSAX2EntityDecl(Self(self).parser_, name, type, publicId, systemId, content);
+  };
+  sax.attributeDecl = [](void* self, const xmlChar*, const xmlChar*, int, int, const xmlChar*,
+                         xmlEnumeration* values) {
+    xmlFreeEnumeration(values);
+    Self(self).Check(Self(self).budget_.DeclareAttribute());
+  };
+  sax.getEntity = [](void* self, const xmlChar* name) { return Self(self).Entity(name); };
+  sax.getParameterEntity = [](void* self, const xmlChar* name) {
+    return Self(self).ParameterEntity(name);
+  };
+  sax.reference = [](void* self, const xmlChar*) {
+    Self(self).Guard([=] { Self(self).Stop(DocumentFault::kRefersOutside); });
+  };
+  sax.startElementNs = [](void* self, const xmlChar* local, const xmlChar* prefix, const xmlChar*,
+                          int namespaceCount, const xmlChar** namespaces, int attributeCount,
+                          int defaultedCount, const xmlChar** attributes) {
+    Self(self).Guard([=] {
+      Self(self).StartElement(local, prefix, namespaceCount, namespaces, attributeCount,
+                              defaultedCount, attributes);
+    });
+  };
+  sax.endElementNs = [](void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
+    Self(self).Guard([=] { Self(self).EndElement(); });
+  };
+  sax.characters = [](void* self, const xmlChar* text, int length) {
+    Self(self).Guard([=] { Self(self).AddText(text, length); });
+  };
+  sax.ignorableWhitespace = sax.characters;
+  sax.cdataBlock = [](void* self, const xmlChar* text, int length) {
+    Self(self).Guard([=] {
+      Builder& builder = Self(self);
+      builder.FlushText();
+      builder.Link(builder.tree_.arena.NewNode(
+          builder.tree_.names.Intern(nullptr, kCDataName, kXmlCData),
+          builder.tree_.arena.NewValue(reinterpret_cast<const char*>(text), length)));
+    });
+  };
+  sax.comment = [](void* self, const xmlChar* text) {
+    Self(self).Guard([=] {
+      Self(self).AddLeaf(Self(self).tree_.names.Intern(nullptr, kCommentName, kXmlComment), text);
+    });
+  };
+  sax.processingInstruction = [](void* self, const xmlChar* target, const xmlChar* text) {
+    Self(self).Guard([=] {
+      Self(self).AddLeaf(Self(self).tree_.names.Intern(nullptr, target, kXmlProcessingInstruction),
+                         text);
+    });
+  };
+  sax.serror = [](void* self, xmlError* error) { Self(self).Note(error); };
+  return sax;
+}
+
+void Builder::Stop(DocumentFault fault) {
+  if (stopped_) return;
+  stopped_ = true;
+  error_ = {};
+  error_.fault = fault;
+  if (parser_->input) {
+    error_.line = parser_->input->line;
+    error_.column = parser_->input->col;
+  }
+  std::snprintf(error_.reason, sizeof error_.reason, "%s", ReasonFor(fault));
+}
+
+void Builder::Note(const xmlError* error) {
+  if (stopped_ || error_.line != 0 || error->level != XML_ERR_FATAL) return;
+  error_.fault =
+      error->code == XML_ERR_NO_MEMORY ? DocumentFault::kNoMemory : DocumentFault::kMalformed;
+  error_.line = error->line;
+  error_.column = error->int2;
+  std::snprintf(error_.reason, sizeof error_.reason, "%s", error->message ? error->message : "");
+  error_.reason[std::strcspn(error_.reason, "\n")] = 0;
+}
+
+int Builder::Read(char* bytes, int capacity) noexcept {
+  // In the middle of a start tag this tells how many attributes the parser has seen so far.
+  if (parser_->maxatts > kMostAttributes * kAttributeFields ||
+      parser_->nsNr > kMostNamespaces * kNamespaceFields)
+    Stop(DocumentFault::kExpandsTooMuch);
+  int got = -1;
+  Guard([&] {
+    got = source_.Read(bytes, capacity);
+    if (got > 0) bytesRead_ += got;
+  });
+  return got;
+}
+
+xmlEntity* Builder::Entity(const xmlChar* name) noexcept {
+  xmlEntity* const entity = xmlGetDocEntity(parser_->myDoc, name);
+  Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
+  return stopped_ ? nullptr : entity;
+}
+
+xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
+  xmlEntity* const entity = xmlGetParameterEntity(parser_->myDoc, name);
+  Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
+  return stopped_ ? nullptr : entity;
+}
+
+void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
+                           const xmlChar** namespaces, int attributeCount, int defaultedCount,
+                           const xmlChar** attributes) {
+  FlushText();
+  if (open_.size() >= kMaxXmlDepth) return Stop(DocumentFault::kTooDeep);
+  parser_->options |= XML_PARSE_HUGE;
+  XmlArena& arena = tree_.arena;
+  XmlRecord* const element = arena.NewElement(tree_.names.Intern(prefix, local, kXmlElement),
+                                              namespaceCount + attributeCount);
+  auto* record = const_cast<XmlAttributeRecord*>(element->attributes());
+  for (int i = 0; i < namespaceCount; ++i, namespaces += 2) {
+    const xmlChar* const declared = namespaces[0];
+    const char* const uri = namespaces[1] ? reinterpret_cast<const char*>(namespaces[1]) : "";
+    *record++ = {
+        tree_.names.Intern(declared ? kXmlns : nullptr, declared ? declared : kXmlns, kAttribute),
+        arena.NewValue(uri, std::strlen(uri))};
+  }
+  std::size_t defaulted = 0;
+  for (int i = 0; i < attributeCount; ++i, attributes += kAttributeFields) {
+    const auto length = static_cast<std::size_t>(attributes[4] - attributes[3]);
+    *record++ = {tree_.names.Intern(attributes[1], attributes[0], kAttribute),
+                 arena.NewValue(reinterpret_cast<const char*>(attributes[3]), length)};
+    if (i >= attributeCount - defaultedCount) defaulted += length + sizeof(XmlAttributeRecord);
+  }
+  if (defaulted > 0) Check(budget_.Spend(defaulted, bytesRead_));
+  Link(element);
+  open_.push_back({element, nullptr});
+}
+
+void Builder::EndElement() {
+  FlushText();
+  open_.pop_back();
+}
+
+// The parser reports one text in several pieces.
+void Builder::AddText(const xmlChar* text, int length) {
+  text_.append(reinterpret_cast<const char*>(text), length);
+}
+
+void Builder::AddLeaf(const XmlName* name, const xmlChar* text) {
+  FlushText();
+  if (open_.empty()) return;  // before or behind the root element
+  const char* const utf8 = text ? reinterpret_cast<const char*>(text) : "";
+  Link(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
+}
+
+void Builder::FlushText() {
+  if (text_.empty()) return;
+  Link(tree_.arena.NewNode(tree_.names.Intern(nullptr, kTextName, kXmlText),
+                           tree_.arena.NewValue(text_.data(), text_.size())));
+  text_.clear();
+}
+
+void Builder::Link(XmlRecord* record) {
+  if (open_.empty()) {
+    tree_.arena.root = record;
+    return;
+  }
+  Open& parent = open_.back();
+  (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = record;
+  parent.lastChild = record;
+}
+
+}  // namespace
+
+void BuildXmlTree(XmlTree& tree, XmlSource& source, const char* encoding) {
+  static const bool initialised = (xmlInitParser(), true);  // on whatever thread comes first
+  static_cast<void>(initialised);
+  Builder(tree, source).Parse(encoding);
+}
+
+}  // namespace vosmere::posix
