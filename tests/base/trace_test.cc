@@ -12,7 +12,7 @@ namespace vosmere::test {
 namespace {
 
 TEST(Trace, TakesWideTextsOfEitherKindBesideOthers) {
-  const OwnedBstr changeable = Bstr("größer");
+  const OwnedBstr changeable(W("größer"));
   const WChar* const constant = changeable.get();
   const Traces traces;
   Trace("%d %s %s %s\n", 7, "narrow", changeable.get(), constant);

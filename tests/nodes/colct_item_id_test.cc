@@ -7,7 +7,6 @@
 #include "tests/support/colct_list.h"
 #include "tests/support/tree.h"
 #include "tests/support/wide.h"
-#include "vosmere/nodes/colct_ex_data.h"
 
 namespace vosmere::test {
 namespace {
@@ -38,28 +37,24 @@ class ColctItemIdTest : public testing::Test {
   TreePtr local = Tree("local(p q() r)");
 };
 
-TEST_F(ColctItemIdTest, ResolvesByIdentity) {
-  const IdPtr id = Id(W("id-b"), W("r"));
-  EXPECT_TRUE(CColctItemID::FindColctUrlNode(list.head, id.get()));
-  EXPECT_EQ(id->GetRefColctNode(), list["b"]->item);
-  EXPECT_EQ(id->GetRefUrlNode(), Item("r"));
-}
-
-TEST_F(ColctItemIdTest, WhatDoesNotResolveIsCleared) {
+TEST_F(ColctItemIdTest, ResolvesByIdentityAndClearsWhatDoesNotResolve) {
   struct {
-    const char* colct;
-    const char* item;
-    bool colctFound;
-  } const cases[] = {{"id-b", "q", true},  // no web page
-                     {"id-b", "R", true},  // letter case counts
-                     {"id-a", "r", true},  // no local tree
-                     {"ID-B", "r", false}};
+    Wide colct, item;
+    const char* foundColct;
+    const char* foundItem;
+  } const cases[] = {{W("id-b"), W("r"), "b", "r"},
+                     {W("id-b"), W("q"), "b", nullptr},  // no web page
+                     {W("id-b"), W("R"), "b", nullptr},  // letter case counts
+                     {W("id-b"), nullptr, "b", nullptr},
+                     {W("id-a"), W("r"), "a", nullptr},  // no local tree
+                     {W("ID-B"), W("r"), nullptr, nullptr},
+                     {nullptr, W("r"), nullptr, nullptr}};
   for (const auto& c : cases) {
-    const IdPtr id = Id(W(std::string(c.colct)), W(std::string(c.item)));
-    EXPECT_FALSE(CColctItemID::FindColctUrlNode(list.head, id.get()));
-    EXPECT_EQ(id->GetRefColctNode() != nullptr, c.colctFound) << c.colct << " " << c.item;
-    EXPECT_EQ(id->GetRefUrlNode(), nullptr);
-    EXPECT_EQ(CColctItemID::FindColctNode(list.head, id.get()), c.colctFound);
+    const IdPtr id = Id(c.colct, c.item);
+    EXPECT_EQ(CColctItemID::FindColctUrlNode(list.head, id.get()), c.foundItem != nullptr);
+    EXPECT_EQ(id->GetRefColctNode(), c.foundColct ? list[c.foundColct]->item : nullptr);
+    EXPECT_EQ(id->GetRefUrlNode(), c.foundItem ? Item(c.foundItem) : nullptr);
+    EXPECT_EQ(CColctItemID::FindColctNode(list.head, id.get()), c.foundColct != nullptr);
   }
 }
 
@@ -92,37 +87,6 @@ TEST_F(ColctItemIdTest, AnEmptyListChangesNothing) {
   id->SetRefUrlNode(Item("p"));
   EXPECT_FALSE(CColctItemID::FindColctUrlNode(nullptr, id.get()));
   EXPECT_EQ(id->GetRefUrlNode(), Item("p"));
-}
-
-TEST_F(ColctItemIdTest, NullNamesNothing) {
-  list["a"]->item->SetUUID(nullptr);
-  local["p"]->item->SetUUID(nullptr);
-  EXPECT_FALSE(CColctItemID::FindColctNode(list.head, Id(nullptr, nullptr).get()));
-  EXPECT_FALSE(CColctItemID::FindColctUrlNode(list.head, Id(W("id-b"), nullptr).get()));
-}
-
-TEST(ColctRecords, StartEmptyAndCopyTheirTexts) {
-  const IdPtr id(CColctItemID::New());
-  EXPECT_EQ(id->GetColctID(), nullptr);
-  EXPECT_EQ(id->GetItemID(), nullptr);
-  EXPECT_EQ(id->GetName(), nullptr);
-  id->SetName(W("name"));
-  EXPECT_EQ(Utf8(id->GetName()), "name");
-  const std::unique_ptr<RColctItemID> cell(RColctItemID::New(id.get()));
-  EXPECT_EQ(cell->item, id.get());
-  EXPECT_EQ(cell->prev, cell.get());
-
-  CColctExData* const data = CColctExData::New();
-  EXPECT_EQ(data->GetColctUrl(), nullptr);
-  EXPECT_EQ(data->GetItemID(), nullptr);
-  EXPECT_EQ(data->GetStoredColctNode(), nullptr);
-  data->SetColctUrl(W("u"));
-  data->SetItemID(W("i"));
-  EXPECT_EQ(Utf8(data->GetColctUrl()), "u");
-  EXPECT_EQ(Utf8(data->GetItemID()), "i");
-  const std::unique_ptr<RColctExData> dataCell(RColctExData::New(data));
-  EXPECT_EQ(dataCell->prev, dataCell.get());
-  CColctExData::Delete(data);
 }
 
 }  // namespace

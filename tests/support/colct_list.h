@@ -8,7 +8,9 @@
 #include <sstream>
 #include <string>
 
+#include "tests/support/row.h"
 #include "tests/support/wide.h"
+#include "vosmere/base/chain.h"
 #include "vosmere/nodes/colct_item.h"
 #include "vosmere/nodes/colct_node.h"
 
@@ -28,14 +30,7 @@ struct ColctList {
     CColctNode* const colct = CColctNode::New();
     colct->SetUrl(W(url));
     colct->SetUUID(W("id-" + url));
-    RColctItem* const cell = RColctItem::New(colct);
-    if (!head) {
-      head = cell;
-      return;
-    }
-    cell->prev = head->prev;
-    cell->prev->next = cell;
-    head->prev = cell;
+    chain::Append(head, RColctItem::New(colct));
   }
 
   RColctItem* operator[](const std::string& url) const {
@@ -46,13 +41,7 @@ struct ColctList {
 
   /// The addresses in order, or what is wrong with the chain.
   std::string Urls() const {
-    std::string urls;
-    for (const RColctItem* cell = head; cell; cell = cell->next) {
-      urls += (cell == head ? "" : " ") + Utf8(cell->item->GetUrl());
-      if (cell->next && cell->next->prev != cell) return urls + " BROKEN: prev";
-      if (!cell->next && head->prev != cell) return urls + " BROKEN: last";
-    }
-    return urls;
+    return Row(head, [](const RColctItem* cell) { return Utf8(cell->item->GetUrl()); });
   }
 
   RColctItem* head = nullptr;

@@ -6,7 +6,6 @@
 
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
-#include "tests/support/traces.h"
 #include "tests/support/tree.h"
 #include "vosmere/xml/opml_reader.h"
 #include "vosmere/xml/opml_writer.h"

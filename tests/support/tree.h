@@ -14,7 +14,9 @@
 #include <string>
 #include <utility>
 
+#include "tests/support/row.h"
 #include "tests/support/wide.h"
+#include "vosmere/base/chain.h"
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
 #include "vosmere/nodes/tree_link.h"
@@ -58,10 +60,6 @@ class TreePtr {
  public:
   explicit TreePtr(RNode* root) : root_(root) {}
   TreePtr(TreePtr&& other) noexcept : root_(other.release()) {}
-  TreePtr& operator=(TreePtr&& other) noexcept {
-    std::swap(root_, other.root_);
-    return *this;
-  }
   ~TreePtr() { DeleteTree(root_); }
 
   operator RNode*() const { return root_; }
@@ -88,7 +86,7 @@ inline TreePtr Folder(const std::string& name) {
   return TreePtr(NewLink(NT_FOLDER, name));
 }
 
-/// Builds without the operations under test, straight from the chains' definition.
+/// Builds without the tree operations under test.
 inline TreePtr Tree(const std::string& text) {
   RNode* root = nullptr;
   RNode* parent = nullptr;
@@ -106,13 +104,7 @@ inline TreePtr Tree(const std::string& text) {
                                 text.substr(at + colct, end - at - colct));
     link->parent = parent;
     if (!root) root = link;
-    if (parent && parent->firstChild) {
-      link->prev = parent->firstChild->prev;
-      link->prev->next = link;
-      parent->firstChild->prev = link;
-    } else if (parent) {
-      parent->firstChild = link;
-    }
+    if (parent) chain::Append(parent->firstChild, link);
     if (folder) parent = link;
     at = end + folder;
   }
@@ -137,17 +129,9 @@ inline std::string Shape(const RNode* link, const Label& label = NameOf) {
 
 /// The siblings from `head` on, for chains that may stand without a parent.
 inline std::string ChainShape(const RNode* head, const Label& label) {
-  std::string shape;
-  int count = 0;
-  for (const RNode* link = head; link; link = link->next) {
-    if (++count > 1000) return shape + " BROKEN: endless";
-    if (link != head) shape += ' ';
-    shape += Shape(link, label);
-    if (link->next && link->next->prev != link) shape += " BROKEN: wrong prev behind this";
-    if (!link->next && head->prev != link) shape += " BROKEN: head's prev is not the last";
-    if (link->parent != head->parent) shape += " BROKEN: parents differ";
-  }
-  return shape;
+  return Row(head, [&](const RNode* link) {
+    return Shape(link, label) + (link->parent == head->parent ? "" : " BROKEN: parents differ");
+  });
 }
 
 /// Whether the link stands alone, as one that was taken out of its tree does.

@@ -10,10 +10,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <ostream>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "vosmere/base/types.h"
@@ -25,31 +23,21 @@ namespace vosmere::test {
 /// shows as `\uD800`.
 inline std::string Utf8(const WChar* text, std::size_t length) {
   std::string utf8;
-  const auto add = [&utf8](std::uint32_t byte) { utf8 += static_cast<char>(byte); };
   for (std::size_t i = 0; i < length; ++i) {
     std::uint32_t c = text[i];
     const bool paired =
         c >> 10 == 0xD800 >> 10 && i + 1 < length && text[i + 1] >> 10 == 0xDC00 >> 10;
     if (paired) c = 0x10000 + ((c - 0xD800) << 10) + (text[++i] - 0xDC00u);
-    if (c < 0x80) {
-      add(c);
-    } else if (c < 0x800) {
-      add(0xC0 | c >> 6);
-      add(0x80 | (c & 0x3F));
-    } else if (c >= 0x10000) {
-      add(0xF0 | c >> 18);
-      add(0x80 | (c >> 12 & 0x3F));
-      add(0x80 | (c >> 6 & 0x3F));
-      add(0x80 | (c & 0x3F));
-    } else if (c >> 11 == 0xD800 >> 11) {
+    if (c >> 11 == 0xD800 >> 11) {
       char escape[8];
       std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(c));
       utf8 += escape;
-    } else {
-      add(0xE0 | c >> 12);
-      add(0x80 | (c >> 6 & 0x3F));
-      add(0x80 | (c & 0x3F));
+      continue;
     }
+    constexpr unsigned kLeads[] = {0, 0xC0, 0xE0, 0xF0};
+    const int trailing = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    utf8 += static_cast<char>(kLeads[trailing] | c >> 6 * trailing);
+    for (int k = trailing; k-- > 0;) utf8 += static_cast<char>(0x80 | (c >> 6 * k & 0x3F));
   }
   return utf8;
 }
@@ -87,20 +75,6 @@ class Wide {
   std::size_t size() const { return units_.empty() ? 0 : units_.size() - 1; }
   operator const WChar*() const { return get(); }
 
-  friend bool operator==(const Wide& a, const Wide& b) { return a.units_ == b.units_; }
-  friend bool operator==(const Wide& a, const WChar* b) {
-    if (!b || !a.get()) return b == a.get();
-    for (std::size_t i = 0; i < a.units_.size(); ++i) {
-      if (a.units_[i] != b[i]) return false;
-      if (!b[i]) return i == a.size();
-    }
-    return true;
-  }
-  friend bool operator==(const Wide& a, WChar* b) { return a == static_cast<const WChar*>(b); }
-  friend void PrintTo(const Wide& text, std::ostream* out) {
-    *out << (text.get() ? '"' + Utf8(text.get(), text.size()) + '"' : "(null)");
-  }
-
  private:
   void Add(std::uint32_t c) {
     if (c >= 0x10000) {
@@ -129,41 +103,27 @@ inline Wide W(const std::u16string& text) {
   return Wide(std::u16string_view(text));
 }
 
-/// `count` times the same unit, for the length limits.
-inline Wide Repeated(std::size_t count, char16_t unit = u'x') {
-  return W(std::u16string(count, unit));
+/// So many "x", for the length limits.
+inline Wide Repeated(std::size_t count) {
+  return W(std::string(count, 'x'));
 }
 
 /// Holds a system string and frees it.
 class OwnedBstr {
  public:
-  OwnedBstr() = default;
   explicit OwnedBstr(BSTR text) : text_(text) {}
   explicit OwnedBstr(const Wide& text) : text_(SysAllocStringLen(text.get(), text.size())) {}
-  OwnedBstr(OwnedBstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
-  OwnedBstr& operator=(OwnedBstr&& other) noexcept {
-    std::swap(text_, other.text_);
-    return *this;
-  }
+  OwnedBstr(const OwnedBstr&) = delete;
+  OwnedBstr& operator=(const OwnedBstr&) = delete;
   ~OwnedBstr() { SysFreeString(text_); }
 
   BSTR get() const { return text_; }
-  /// For out parameters; what was held is freed.
-  BSTR* out() {
-    SysFreeString(std::exchange(text_, nullptr));
-    return &text_;
-  }
   std::size_t size() const { return SysStringLen(text_); }
   /// By the string's own length, so that zero units show.
   std::string utf8() const { return text_ ? Utf8(text_, size()) : "(null)"; }
 
  private:
-  BSTR text_ = nullptr;
+  BSTR text_;
 };
-
-/// A copy of `text` in a new system string, for fields and operations that want one.
-inline OwnedBstr Bstr(const char* text) {
-  return OwnedBstr(W(std::string(text)));
-}
 
 }  // namespace vosmere::test

@@ -82,15 +82,9 @@ bool CWriteXML::FillNodeChar(const char* value, const char* open, const char* cl
 }
 
 void CWriteXML::PutNumber(LONG number) {
-  char aside[12];
-  char* const room = buffer_ ? buffer_->Room(sizeof aside) : nullptr;
-  char* const digits = room ? room : aside;
-  const int length =
-      static_cast<int>(std::to_chars(digits, digits + sizeof aside, number).ptr - digits);
-  if (room)
-    buffer_->Use(length);
-  else
-    FillString(aside, length);
+  char digits[12];
+  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  FillString(digits, static_cast<int>(end - digits));
 }
 
 // Straight into the buffer where its last chunk has the room.
