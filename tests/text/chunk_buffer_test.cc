@@ -22,28 +22,21 @@ bool AppendTooMuch(CChunkBuffer& buffer, int length) {
   return buffer.Append("", unknown);
 }
 
-Chunk* Head(const CChunkBuffer& buffer) {
+struct Got {
   Chunk* head = nullptr;
-  buffer.Get(&head);
-  return head;
-}
-
-LONG Total(const CChunkBuffer& buffer) {
-  Chunk* head = nullptr;
-  return buffer.Get(&head);
-}
-
-std::vector<int> Sizes(const CChunkBuffer& buffer) {
+  LONG total = 0;
   std::vector<int> sizes;
-  for (const Chunk* chunk = Head(buffer); chunk; chunk = chunk->next) sizes.push_back(chunk->used);
-  return sizes;
-}
-
-std::string Content(const CChunkBuffer& buffer) {
   std::string content;
-  for (const Chunk* chunk = Head(buffer); chunk; chunk = chunk->next)
-    content.append(chunk->data, chunk->used);
-  return content;
+};
+
+Got Get(const CChunkBuffer& buffer) {
+  Got got;
+  got.total = buffer.Get(&got.head);
+  for (const Chunk* chunk = got.head; chunk; chunk = chunk->next) {
+    got.sizes.push_back(chunk->used);
+    got.content.append(chunk->data, chunk->used);
+  }
+  return got;
 }
 
 TEST(ChunkBuffer, FillsChunkAfterChunk) {
@@ -56,32 +49,20 @@ TEST(ChunkBuffer, FillsChunkAfterChunk) {
   for (const auto& c : cases) {
     CChunkBuffer buffer;
     std::string expected;
+    const char* place = nullptr;
     for (const int length : c.appends) {
       const std::string bytes(length > 0 ? length : 0,
                               static_cast<char>('a' + expected.size() % 26));
       EXPECT_TRUE(buffer.Append(bytes.data(), length));
       expected += bytes;
+      if (!place && length > 0) place = Get(buffer).head->data;
     }
-    EXPECT_EQ(Sizes(buffer), c.sizes);
-    EXPECT_EQ(Content(buffer), expected);
-    EXPECT_EQ(Total(buffer), static_cast<LONG>(expected.size()));
+    const Got got = Get(buffer);
+    EXPECT_EQ(got.sizes, c.sizes);
+    EXPECT_EQ(got.content, expected);
+    EXPECT_EQ(got.total, static_cast<LONG>(expected.size()));
+    EXPECT_EQ(got.head->data, place) << "what was appended never moves";
   }
-}
-
-TEST(ChunkBuffer, WhatWasAppendedNeverMoves) {
-  CChunkBuffer buffer;
-  Append(buffer, "first");
-  const char* const place = Head(buffer)->data;
-  Append(buffer, std::string(10000, 'x'));
-  EXPECT_EQ(Head(buffer)->data, place);
-}
-
-TEST(ChunkBuffer, AnEmptyOneLeavesTheHeadAlone) {
-  Chunk other;
-  Chunk* head = &other;
-  CChunkBuffer buffer;
-  EXPECT_EQ(buffer.Get(&head), 0);
-  EXPECT_EQ(head, &other);
 }
 
 TEST(ChunkBuffer, ClearBeginsAnew) {
@@ -90,29 +71,26 @@ TEST(ChunkBuffer, ClearBeginsAnew) {
   Append(buffer, std::string(10000, 'x'));
   buffer.Clear();
   EXPECT_EQ(LiveAllocations(), before);
-  EXPECT_EQ(Total(buffer), 0);
+  Chunk other;
+  Chunk* head = &other;
+  EXPECT_EQ(buffer.Get(&head), 0);
+  EXPECT_EQ(head, &other) << "an empty one leaves the head alone";
   EXPECT_TRUE(Append(buffer, "again"));
-  EXPECT_EQ(Content(buffer), "again");
+  EXPECT_EQ(Get(buffer).content, "again");
 }
 
 TEST(ChunkBuffer, ARefusedAppendCountsForEver) {
   CChunkBuffer buffer;
   Append(buffer, "kept");
-  EXPECT_FALSE(AppendTooMuch(buffer, CChunkBuffer::kLimit - 4))
-      << "the total must stay below the limit";
-  EXPECT_EQ(Total(buffer), CChunkBuffer::kLimit);
+  EXPECT_FALSE(AppendTooMuch(buffer, CChunkBuffer::kLimit - 4)) << "stays below the limit";
+  EXPECT_EQ(Get(buffer).total, CChunkBuffer::kLimit);
   EXPECT_FALSE(Append(buffer, "x"));
-  EXPECT_EQ(Total(buffer), CChunkBuffer::kLimit + 1);
-  EXPECT_EQ(Content(buffer), "kept");
-}
-
-TEST(ChunkBuffer, TheTotalSaturatesInsteadOfComingRound) {
-  CChunkBuffer buffer;
-  Append(buffer, "kept");
+  EXPECT_EQ(Get(buffer).total, CChunkBuffer::kLimit + 1);
   constexpr LONG kMost = std::numeric_limits<LONG>::max();
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(AppendTooMuch(buffer, kMost));
-  EXPECT_EQ(Total(buffer), kMost);
+  EXPECT_EQ(Get(buffer).total, kMost) << "instead of coming round";
   EXPECT_FALSE(Append(buffer, "x"));
+  EXPECT_EQ(Get(buffer).content, "kept");
 }
 
 TEST(ChunkBuffer, TakesAllUpToTheLimit) {
@@ -131,7 +109,7 @@ TEST(ChunkBuffer, WithoutMemoryItThrowsAndKeepsWhatItHas) {
     const FailingMemory memory(0);
     EXPECT_THROW(Append(buffer, more), std::bad_alloc);
   }
-  EXPECT_EQ(Content(buffer).substr(0, 4), "kept");
+  EXPECT_EQ(Get(buffer).content.substr(0, 4), "kept");
   EXPECT_TRUE(Append(buffer, more));
 }
 

@@ -9,12 +9,8 @@ namespace vosmere::test {
 namespace {
 
 std::string Hex(const unsigned char* digest) {
-  std::string hex;
-  for (int i = 0; i < 16; ++i) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", digest[i]);
-    hex += digits;
-  }
+  char hex[33];
+  for (int i = 0; i < 16; ++i) std::snprintf(hex + 2 * i, 3, "%02x", digest[i]);
   return hex;
 }
 
@@ -55,22 +51,21 @@ TEST(Md5Digest, DigestsTheSuiteOfTheStandard) {
 
 TEST(Md5Digest, ALengthCountsZeroBytesToo) {
   using namespace std::string_literals;
-  const std::string text = "abc\0def"s;
-  EXPECT_EQ(Md5(text, -1), Md5("abc", 3));
-  EXPECT_NE(Md5(text, 7), Md5("abc", 3));
-  EXPECT_EQ(Md5(text, 0), Md5("", -1));
+  EXPECT_EQ(Md5("abc\0def"s, -1), Md5("abc", 3));
+  EXPECT_NE(Md5("abc\0def"s, 7), Md5("abc", 3));
+  EXPECT_EQ(Md5("abc", 0), Md5("", -1));
 }
 
 TEST(Md5Digest, PiecesGiveTheDigestOfTheWhole) {
   std::string text;
   for (int i = 0; i < 1000; ++i) text += static_cast<char>(i * 7);
-  CMD5Digest whole;
-  Add(whole, text);
-  const std::string expected = Finish(whole);
+  const std::string expected = Md5(text, 1000);
   for (const std::size_t size : {1, 55, 56, 57, 63, 64, 65, 127, 128, 999}) {
     CMD5Digest md5;
     for (std::size_t i = 0; i < text.size(); i += size) Add(md5, text.substr(i, size));
+    CMD5Digest copy = md5;
     EXPECT_EQ(Finish(md5), expected) << size;
+    EXPECT_EQ(Finish(copy), expected) << "a copy carries on from where it was made";
   }
 }
 
@@ -79,15 +74,6 @@ TEST(Md5Digest, CountsPastFourBillionBits) {
   const std::string part(1 << 20, '\0');
   for (int i = 0; i < 513; ++i) Add(md5, part);
   EXPECT_EQ(Finish(md5), "f3a8799d64129a6fd8a5aa56f199ac54");
-}
-
-TEST(Md5Digest, CopiesCarryOnFromWhereTheyWereMade) {
-  CMD5Digest first;
-  Add(first, std::string(100, 'x'));
-  CMD5Digest second = first;
-  Add(first, "a");
-  Add(second, "a");
-  EXPECT_EQ(Finish(first), Finish(second));
 }
 
 TEST(Md5Digest, AnotherMessageNeedsInit) {

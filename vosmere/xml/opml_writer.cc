@@ -119,8 +119,7 @@ void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
 }
 
 void CWriteColctTreeOPML::PutPath(const WChar* path) {
-  if (path)
-    PutPieces(WideView(path + GetRelativeStartPos(path)), kUnitBytes, PieceToSlashedUtf8);
+  if (path) PutPieces(WideView(path + GetRelativeStartPos(path)), kUnitBytes, PieceToSlashedUtf8);
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {
