@@ -42,7 +42,7 @@ Tree LoadWritten(CWriteXML& writer, DocumentError& error) {
   const SystemString text(writer.GetXMLBSTR());
   if (text)
     return LoadTreeWith([&](CReadXML& reader) { return reader.LoadBSTRXML(text.get()); }, error);
-  error = ErrorOf(DocumentFault::kTooLarge, "the document is too large");
+  error = writer.LastError();
   return nullptr;
 }
 

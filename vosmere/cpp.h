@@ -74,11 +74,12 @@ constexpr tagNODETYPE NodeTypeOf() {
 template <class Node>
 Tree NewTree(const Wide& name) {
   Item<Node> item(Node::New());
-  RNode* const link = item ? RNode::New2(item.get(), NodeTypeOf<Node>()) : nullptr;
-  if (!link) throw std::bad_alloc();
-  item->SetName(name);
-  item.release();
-  return Tree(link);
+  Tree tree(item ? RNode::New2(item.get(), NodeTypeOf<Node>()) : nullptr);
+  if (!tree) throw std::bad_alloc();
+  const unsigned long lostBefore = LostTexts();
+  item.release()->SetName(name);
+  if (LostTexts() != lostBefore) throw std::bad_alloc();
+  return tree;
 }
 
 /// Makes an item as the last child of `parent` and returns it; the tree owns it. The item's link is

@@ -1,4 +1,4 @@
-// All public headers.
+// All public headers but cpp.h, the layer on top.
 #pragma once
 
 #include "vosmere/base/chain.h"

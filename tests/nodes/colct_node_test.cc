@@ -7,6 +7,7 @@
 
 #include "tests/support/tree.h"
 #include "tests/support/wide.h"
+#include "vosmere/platform/clock.h"
 
 namespace vosmere::test {
 namespace {
@@ -23,19 +24,23 @@ std::string Fields(const CColctNetData& net) {
 std::string Fields(const ItemPtr<CColctNode>& colct) {
   std::ostringstream all;
   all << Utf8(colct->GetUrl()) << '|' << colct->GetColctType() << ' ' << colct->HasNewData() << ' '
-      << colct->GetLoadingState() << '|' << Fields(*colct->GetColctNetData());
+      << colct->GetLoadingState() << ' ' << colct->GetLastModified() << '|'
+      << Fields(*colct->GetColctNetData());
   return all.str();
 }
 
 TEST(ColctNode, CopyNamesTheSameLocalTreeButHasItsOwnNetworkSide) {
   const TreePtr local = Tree("local(a b)");
+  SetClockForTesting([]() -> LONG { return 1000; });
   auto source = New<CColctNode>();
-  EXPECT_EQ(Fields(source), "about:blank|1 0 0|(null)|0000|-1 0 20 0");
+  SetClockForTesting(nullptr);
+  EXPECT_EQ(Fields(source), "about:blank|1 0 0 1000|(null)|0000|-1 0 20 0");
   source->SetUrl(W("u"));
   source->SetColctType(static_cast<tagCOLCTTYPE>(7));
   source->SetLocRNodeRoot(local);
   source->SetHasNewData(true);
   source->SetLoadingState(2);
+  source->GetNodeStat()->SetStatTime(1, 9, 3, ~0u);
   CColctNetData* const net = source->GetColctNetData();
   net->SetOwner(W("owner"));
   net->SetOrdered(true);
@@ -52,7 +57,7 @@ TEST(ColctNode, CopyNamesTheSameLocalTreeButHasItsOwnNetworkSide) {
   const auto copy = Copy(source);
   EXPECT_NE(copy->GetColctNetData(), net);
   source.reset();
-  EXPECT_EQ(Fields(copy), "u|7 1 2|owner|1111|1 2 5 6");
+  EXPECT_EQ(Fields(copy), "u|7 1 2 9|owner|1111|1 2 5 6");
   EXPECT_EQ(Fields(assigned), "owner|1111|1 2 5 6");
   EXPECT_EQ(copy->GetLocRNodeRoot(), local);
   EXPECT_TRUE(copy->IsNetSynced());
@@ -66,12 +71,6 @@ TEST(ColctNode, LoadingStatesOutOfRangeAreIgnored) {
     colct->SetLoadingState(-2);
     EXPECT_EQ(colct->GetLoadingState(), state);
   }
-}
-
-TEST(ColctNode, LastModifiedIsTheStatisticsModifiedTime) {
-  const auto colct = New<CColctNode>();
-  colct->GetNodeStat()->SetStatTime(1, 2, 3, ~0u);
-  EXPECT_EQ(colct->GetLastModified(), 2);
 }
 
 TEST(ColctNode, TakesFromItsFileWhatTheFileSays) {

@@ -17,25 +17,6 @@
 namespace vosmere::test {
 namespace {
 
-/// Calls `make` with its first, second, ... allocation failing until none does; `check` is told
-/// what came of each and whether memory failed, and frees it.
-template <class Make, class Check>
-void AtEachFailure(Make make, Check check) {
-  bool failed = true;
-  for (int successes = 0; failed; ++successes) {
-    ASSERT_LT(successes, 1000);
-    const long before = LiveAllocations();
-    decltype(make()) made = nullptr;
-    {
-      const FailingMemory memory(successes);
-      made = make();
-      failed = memory.Failed();
-    }
-    check(made, failed);
-    EXPECT_EQ(LiveAllocations(), before) << "after " << successes;
-  }
-}
-
 template <class Make, class Free>
 void ExpectNullAtEachFailure(Make make, Free free) {
   AtEachFailure(make, [free](auto* made, bool failed) {
@@ -127,24 +108,17 @@ TEST(NoMemory, TagsEndEarly) {
   });
 }
 
-TEST(NoMemory, MergingListsStillWorks) {
-  ColctList old("a b c"), fresh("b"), removed;
+TEST(NoMemory, MergingListsStillWorksAndLookingForDuplicatesLosesNothing) {
+  ColctList old("a b c"), fresh("b"), removed, doubled("x y x");
   {
     const FailingMemory memory(0);
     CRColctTool().UpdateRColctItemList(fresh.head, &old.head, &removed.head);
+    EXPECT_FALSE(CRColctTool().DeleteDuplcateColct(doubled.head));
   }
   EXPECT_EQ(old.Urls(), "b");
   EXPECT_EQ(removed.Urls(), "a c");
   EXPECT_TRUE(fresh["b"]->mark);
-}
-
-TEST(NoMemory, LookingForDuplicatesStopsButLosesNothing) {
-  ColctList list("x y x");
-  {
-    const FailingMemory memory(0);
-    EXPECT_FALSE(CRColctTool().DeleteDuplcateColct(list.head));
-  }
-  EXPECT_EQ(list.Urls(), "x y x");
+  EXPECT_EQ(doubled.Urls(), "x y x");
 }
 
 }  // namespace

@@ -22,9 +22,7 @@ TEST(TreeTool, AppendsAndPrepends) {
 
 TEST(TreeTool, PutsBesideEverySibling) {
   struct {
-    const char* sibling;
-    const char* after;
-    const char* before;
+    const char *sibling, *after, *before;
   } const cases[] = {{"a", "root(a x b c)", "root(x a b c)"},
                      {"b", "root(a b x c)", "root(a x b c)"},
                      {"c", "root(a b c x)", "root(a b x c)"}};
@@ -84,8 +82,7 @@ TEST(TreeTool, RemovesFromEveryPlaceButOnlyItsOwn) {
   EXPECT_FALSE(RNTool::RemoveOneChild(tree["a"], tree["c"]));
   EXPECT_EQ(Shape(tree), "root(a b(x y) c d)");
   struct {
-    const char* child;
-    const char* left;
+    const char *child, *left;
   } const steps[] = {{"b", "root(a c d)"}, {"d", "root(a c)"}, {"a", "root(c)"}, {"c", "root()"}};
   for (const auto& step : steps) {
     const TreePtr child(tree[step.child]);
@@ -98,10 +95,7 @@ TEST(TreeTool, RemovesFromEveryPlaceButOnlyItsOwn) {
 
 TEST(TreeTool, MovesAnywhere) {
   struct {
-    const char* parent;
-    const char* node;
-    const char* before;
-    const char* result;
+    const char *parent, *node, *before, *result;
   } const cases[] = {
       {"p", "x", nullptr, "root(p(y z x) q())"},  // within one parent, to the end
       {"p", "z", nullptr, "root(p(x y z) q())"},  //
@@ -123,8 +117,7 @@ TEST(TreeTool, MovesAnywhere) {
 
 TEST(TreeTool, ReplacesAtEveryPlaceAndBothKeepTheirChildren) {
   struct {
-    const char* before;
-    const char* after;
+    const char *before, *after;
   } const cases[] = {{"root(o(c))", "root(n(d))"},
                      {"root(o(c) b)", "root(n(d) b)"},
                      {"root(a o(c))", "root(a n(d))"},

@@ -90,8 +90,7 @@ TEST(UrlNode, CopyHasItsOwnTextsAndTags) {
 
 TEST(UrlProp, SplitsTagsAndLeavesOutRepetitions) {
   struct {
-    const char* text;
-    const char* tags;
+    const char *text, *tags;
   } const cases[] = {{"", ""},
                      {" ,;\t\r\n", ""},
                      {"News, news;;sport\tNEWS", "News sport"},

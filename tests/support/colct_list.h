@@ -20,18 +20,16 @@ namespace vosmere::test {
 struct ColctList {
   explicit ColctList(const std::string& urls = "") {
     std::istringstream words(urls);
-    for (std::string url; words >> url;) Add(url);
+    for (std::string url; words >> url;) {
+      CColctNode* const colct = CColctNode::New();
+      colct->SetUrl(W(url));
+      colct->SetUUID(W("id-" + url));
+      chain::Append(head, RColctItem::New(colct));
+    }
   }
   ColctList(const ColctList&) = delete;
   ColctList& operator=(const ColctList&) = delete;
   ~ColctList() { RColctItem::DeleteList(head); }
-
-  void Add(const std::string& url) {
-    CColctNode* const colct = CColctNode::New();
-    colct->SetUrl(W(url));
-    colct->SetUUID(W("id-" + url));
-    chain::Append(head, RColctItem::New(colct));
-  }
 
   RColctItem* operator[](const std::string& url) const {
     for (RColctItem* cell = head; cell; cell = cell->next)

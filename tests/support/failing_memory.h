@@ -10,6 +10,8 @@
 //   EXPECT_EQ(LiveAllocations(), before);          // and nothing was lost
 #pragma once
 
+#include <gtest/gtest.h>
+
 namespace vosmere::test {
 
 /// How many blocks this thread holds: those it allocated less those it freed.
@@ -26,6 +28,25 @@ class FailingMemory {
   /// Whether one has failed by now.
   bool Failed() const;
 };
+
+/// Calls `make` with its first, second, ... allocation failing until none does; `check` is told
+/// what came of each and whether memory failed, and frees it. Nothing may be lost.
+template <class Make, class Check>
+void AtEachFailure(Make make, Check check) {
+  bool failed = true;
+  for (int successes = 0; failed; ++successes) {
+    ASSERT_LT(successes, 1000);
+    const long before = LiveAllocations();
+    decltype(make()) made = nullptr;
+    {
+      const FailingMemory memory(successes);
+      made = make();
+      failed = memory.Failed();
+    }
+    check(made, failed);
+    EXPECT_EQ(LiveAllocations(), before) << "after " << successes;
+  }
+}
 
 /// Whether system strings can be made to fail.
 extern const bool kSystemStringsFail;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <functional>
 #include <string>
 
@@ -17,20 +16,5 @@ void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 
 /// Levels of nested elements that the platform's parser loads for certain.
 extern const int kLevelsThatLoad;
-
-/// Another time zone while it lives.
-class ScopedTimeZone {
- public:
-  explicit ScopedTimeZone(const char* zone) {
-    if (const char* const old = std::getenv("TZ")) old_ = old;
-    SetTimeZone(zone);
-  }
-  ScopedTimeZone(const ScopedTimeZone&) = delete;
-  ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
-  ~ScopedTimeZone() { SetTimeZone(old_.empty() ? nullptr : old_.c_str()); }
-
- private:
-  std::string old_;
-};
 
 }  // namespace vosmere::test

@@ -88,19 +88,13 @@ class Wide {
 };
 
 /// A literal; zero units within it are kept.
-template <std::size_t N>
-Wide W(const char (&text)[N]) {
-  return Wide(std::string_view(text, N - 1));
+template <class Unit, std::size_t N>
+Wide W(const Unit (&text)[N]) {
+  return Wide(std::basic_string_view<Unit>(text, N - 1));
 }
-template <std::size_t N>
-Wide W(const char16_t (&text)[N]) {
-  return Wide(std::u16string_view(text, N - 1));
-}
-inline Wide W(const std::string& text) {
-  return Wide(std::string_view(text));
-}
-inline Wide W(const std::u16string& text) {
-  return Wide(std::u16string_view(text));
+template <class Unit>
+Wide W(const std::basic_string<Unit>& text) {
+  return Wide(std::basic_string_view<Unit>(text));
 }
 
 /// So many "x", for the length limits.

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 #include <set>
 #include <string>
@@ -22,11 +21,12 @@ namespace {
 constexpr LONG kNoonOnNewYear2024 = 1704110400;
 
 std::string PubDate(const char* zone, LONG seconds, int capacity = 40) {
-  const ScopedTimeZone scoped(zone);
-  WChar text[64];
-  std::fill(std::begin(text), std::end(text), WChar{'#'});
+  SetTimeZone(zone);
+  WChar text[64] = {};
+  std::fill_n(text, 63, WChar{'#'});
   EXPECT_EQ(CBaseTool::GetPubDate(seconds, text, capacity), capacity >= 40);
   EXPECT_EQ(text[40], '#');
+  SetTimeZone(nullptr);
   return Utf8(text);
 }
 

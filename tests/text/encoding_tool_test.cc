@@ -32,7 +32,9 @@ TEST(EncodingTool, DigestsPairsWholeWhereverTheyLie) {
   const struct {
     int before;
     const char* digest;
-  } cases[] = {{0, "0323a7aed543ab02808788773b7e231c"}, {511, "3ca4c9787965a859301b57120897485a"}, {1022, "c2625d3918553eaf9ec95a3f429a4c35"}};
+  } cases[] = {{0, "0323a7aed543ab02808788773b7e231c"},
+               {511, "3ca4c9787965a859301b57120897485a"},
+               {1022, "c2625d3918553eaf9ec95a3f429a4c35"}};
   for (const auto& c : cases) {
     std::u16string text(c.before, u'x');
     for (int i = 0; i < 1000; ++i) text += u"\xD83D\xDE00";

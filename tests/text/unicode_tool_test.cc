@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/wide.h"
@@ -97,18 +96,16 @@ TEST(UnicodeTool, WithoutMemoryASystemStringFailsWithATrace) {
   traced.reserve(100);
   SetTraceHook([](const char* line) { traced = line; });
   const std::string source(100000, 'x');
-  BSTR text = nullptr;
   for (const int length : {10, 100000}) {
-    const long before = LiveAllocations();
-    bool failed = true;
-    for (long successes = 0; failed; ++successes) {
-      const FailingMemory memory(successes);
-      failed = !CUnicodeTool::UTF8GetBSTR(&text, source.data(), length);
-      EXPECT_EQ(failed, memory.Failed());
+    const auto make = [&] {
+      BSTR text = nullptr;
+      CUnicodeTool::UTF8GetBSTR(&text, source.data(), length);
+      return text;
+    };
+    AtEachFailure(make, [](BSTR text, bool failed) {
       EXPECT_EQ(text == nullptr, failed);
-    }
-    SysFreeString(std::exchange(text, nullptr));
-    EXPECT_EQ(LiveAllocations(), before);
+      SysFreeString(text);
+    });
   }
   SetTraceHook(nullptr);
   EXPECT_EQ(traced, "Error=0X0000000E\n");

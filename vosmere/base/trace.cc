@@ -13,6 +13,13 @@ namespace {
 
 std::atomic<void (*)(const char*)> traceHook{nullptr};
 
+/// Ends a line that is too long at `last` or, where that is within a character, before it.
+void EndLine(char* last) {
+  while ((*last & 0xC0) == 0x80) --last;
+  last[0] = '\n';
+  last[1] = 0;
+}
+
 }  // namespace
 
 void SetTraceHook(void (*hook)(const char* utf8Line)) {
@@ -27,11 +34,12 @@ bool TraceWanted() {
 
 // A diagnostic must never be the reason for a failure, so it gives up quietly without memory.
 void TraceFormatted(const char* format, ...) {
-  char line[1024];
+  char line[4096];
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(line, sizeof line, format, arguments);
+  const int length = std::vsnprintf(line, sizeof line, format, arguments);
   va_end(arguments);
+  if (length >= static_cast<int>(sizeof line)) EndLine(line + sizeof line - 2);
   if (auto* const hook = traceHook.load()) hook(line);
 }
 

@@ -11,9 +11,13 @@ namespace vosmere {
 /// Units before the terminating zero; 0 for null.
 inline std::size_t WideLength(const WChar* text) {
   if (!text) return 0;
-  std::size_t length = 0;
-  while (text[length]) ++length;
-  return length;
+  const WChar* end = text;
+  for (;; end += 4) {  // four at a time: this is half of what a setter costs
+    if (!end[0]) return end - text;
+    if (!end[1]) return end + 1 - text;
+    if (!end[2]) return end + 2 - text;
+    if (!end[3]) return end + 3 - text;
+  }
 }
 
 /// A run of UTF-16 units that somebody else owns. Not necessarily zero-terminated.

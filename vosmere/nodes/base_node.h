@@ -40,8 +40,9 @@ class VOSMERE_API CBaseNode {
   /// Never null.
   WChar* GetDescription() const { return description_.get(); }
 
-  /// The item's identity: a UUID as text. Null or empty means none; what is longer than 36 units is
-  /// cut to 36.
+  /// The item's identity: a UUID as text. Null or empty means none.
+  /// Intended: what is longer than 36 units is cut to 36 without a word, though the array and the
+  /// documents have room for 40; an identity is a UUID and nothing else.
   void SetUUID(const WChar* uuid);
   /// The item's own array, never null, empty when the item has no identity.
   WChar* GetUUID() { return uuid_; }

@@ -27,6 +27,7 @@ class VOSMERE_API CRColctTool {
 
   /// Frees every cell, with its collection, whose address came up earlier in the list. True when
   /// any was freed. When memory runs out the list stays as it is from there on.
+  /// Intended: the spelling; programs know it by this name.
   bool DeleteDuplcateColct(RColctItem* list);
 
   /// Frees every cell, with its collection, that has this address. True when any was freed. A null

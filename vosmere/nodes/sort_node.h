@@ -12,6 +12,9 @@ struct RNode;
 /// Every sort takes the head of the chain, which may be null, and returns the new head; the caller
 /// stores it, for children as the parent's `firstChild`. Links that compare equal keep their order.
 /// The result is that of a bubble sort, also where the name comparison is not transitive.
+///
+/// Intended: names compare over the length of the first alone, so a name counts as equal to every
+/// name that it is the beginning of, but not the other way round.
 class VOSMERE_API CSortRNode {
  public:
   CSortRNode() = default;

@@ -7,9 +7,9 @@ namespace vosmere {
 
 /// Every operation that links, unlinks, moves, copies, walks and searches tree links.
 ///
-/// Nothing here frees anything: a link taken out of a tree stays alive with its item. Arguments are
-/// valid, correctly linked links unless an operation says what null does. A tree belongs to one
-/// thread at a time. No operation's stack use depends on the depth of the tree.
+/// Nothing here frees anything: a link taken out of a tree stays alive with its item. Links hold
+/// items and are correctly linked, and no argument is null unless an operation says what null does.
+/// A tree belongs to one thread at a time. No operation's stack use depends on its depth.
 class VOSMERE_API RNTool {
  public:
   RNTool() = delete;
@@ -17,7 +17,8 @@ class VOSMERE_API RNTool {
   static RNode* GetParentNode(RNode* node);
   static RNode* GetChildrenNode(RNode* node);
   static RNode* GetNextNode(RNode* node);
-  /// The previous sibling, null for the head of the chain. (The name is part of the interface.)
+  /// The previous sibling, null for the head of the chain.
+  /// Intended: the spelling; programs know it by this name.
   static RNode* GerPrevNode(RNode* node);
   static RNode* GetHeadNode(RNode* node);
   /// Intended: always null, as callers have known it since the first version; the last link of a

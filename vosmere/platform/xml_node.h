@@ -25,6 +25,7 @@ class XmlText {
   explicit XmlText(WideView borrowed) : view_(borrowed) {}
   explicit XmlText(BSTR owned) : view_(owned, SysStringLen(owned)), owned_(owned) {}
   XmlText(XmlText&& other) noexcept : view_(other.view_), owned_(other.owned_) {
+    other.view_ = {};
     other.owned_ = nullptr;
   }
   XmlText& operator=(XmlText&&) = delete;
@@ -45,7 +46,7 @@ class XmlText {
 };
 
 /// A cheap handle on a node of a loaded document, valid while the document is. Copies name the same
-/// node. An operation throws DocumentFailure (xml_document.h) when the platform refuses it.
+/// node. An operation throws DocumentFailure (xml/document_error.h) when the platform refuses it.
 class VOSMERE_API XmlNode {
  public:
   XmlNode() = default;

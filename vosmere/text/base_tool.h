@@ -13,7 +13,7 @@ class VOSMERE_API CBaseTool {
   virtual ~CBaseTool();
 
   /// A new UUID as 36 lower-case units and a zero unit. False, with `text` unchanged, when
-  /// `capacity` is below 37 units.
+  /// `capacity` is below 37 units, and if ever the platform has no UUID to give.
   static bool GetUUID(WChar* text, int capacity);
 
   /// Gives the item a new identity. False leaves the one it has.

@@ -50,6 +50,7 @@ void CChunkBuffer::NewChunk() {
   void* const memory = ::operator new(sizeof(Chunk) + kChunkSize);
   char* const data = static_cast<char*>(memory) + sizeof(Chunk);
   auto* const chunk = new (memory) Chunk{data, kChunkSize, nullptr};
+  if (tail_) tail_->used = LastUsed();  // Get may have noted less
   before_ += LastUsed();
   (tail_ ? tail_->next : head_) = chunk;
   tail_ = chunk;

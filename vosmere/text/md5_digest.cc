@@ -113,7 +113,7 @@ void CMD5Digest::Final(unsigned char* digest) {
 }
 
 void CMD5Digest::MD5String(unsigned char* digest, const char* text, int length) {
-  const std::size_t size = length == -1 ? std::strlen(text) : length;
+  const std::size_t size = !text ? 0 : length < 0 ? std::strlen(text) : length;
   Init();
   Update(reinterpret_cast<const unsigned char*>(text), static_cast<unsigned>(size));
   Final(digest);

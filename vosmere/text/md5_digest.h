@@ -21,8 +21,8 @@ class VOSMERE_API CMD5Digest {
   /// Intended: the object is not ready for another message; that takes Init first.
   void Final(unsigned char* digest);
 
-  /// Digests one text. A `length` of -1 stops at the first zero byte. `digest` holds 17 bytes: the
-  /// 16 of the digest and a zero.
+  /// Digests one text. A `length` of -1, as any below 0, stops at the first zero byte; null counts
+  /// as empty. `digest` holds 17 bytes: the 16 of the digest and a zero.
   void MD5String(unsigned char* digest, const char* text, int length);
 
  protected:

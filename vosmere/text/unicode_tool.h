@@ -19,17 +19,19 @@ class VOSMERE_API CUnicodeTool {
   /// both results then untouched.
   static bool BSTRGetUTF8(const WChar* source, char** text, int* length);
 
-  /// Converts a zero-terminated text. Without memory: false, and `*text` is null.
+  /// Converts a zero-terminated text.
+  /// Intended: without memory it is false and `*text` is null, where the others leave it alone;
+  /// callers free the result without asking.
   static bool TCHARGetUTF8(const WChar* source, char** text, int* length);
 
   /// Converts a zero-terminated text to the platform's 8-bit code page: the ANSI code page on
   /// Windows, the locale's elsewhere. What it cannot represent becomes the platform's replacement.
-  /// False only without memory, both results then untouched.
+  /// False without memory or for a locale without a converter, both results then untouched.
   static bool TCHARGetASCII(const WChar* source, char** text, int* length);
 
   /// Converts `length` bytes of UTF-8, zero bytes included; a length of 0 means that the source is
   /// zero-terminated. The caller frees the result with SysFreeString. False for a null or empty
-  /// source and without memory, the result then untouched.
+  /// source, a negative length, and without memory, the result then untouched.
   static bool UTF8GetBSTR(BSTR* result, const char* source, int length);
 
   /// Frees what a conversion handed out. Null is ignored.

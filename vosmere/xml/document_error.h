@@ -21,6 +21,10 @@ enum class DocumentFault : LONG {
   kTooLarge,           ///< a document of 100 MiB or more is not written
 };
 
+/// Levels of nested elements that load on a stack of 512 KiB, where the parser is ours to set; on
+/// Windows the system's DOM sets its own.
+inline constexpr int kMaxXmlDepth = 1024;
+
 /// The record of the last load or save. A plain value.
 struct DocumentError {
   DocumentFault fault = DocumentFault::kNone;
@@ -28,6 +32,12 @@ struct DocumentError {
   LONG column = 0;        ///< in characters, from 1; 0 when unknown
   ULONG systemError = 0;  ///< errno on Linux, GetLastError or HRESULT on Windows; 0 for none
   char reason[192] = {};  ///< for people: UTF-8, one line, no full stop
+};
+
+/// What a reader or parser throws to make the load that runs it fail with this record; the loader
+/// catches it.
+struct DocumentFailure {
+  DocumentError error;
 };
 
 }  // namespace vosmere

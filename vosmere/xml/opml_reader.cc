@@ -12,7 +12,7 @@
 namespace vosmere {
 namespace {
 
-// An address is kept with the separators of the system that the documents come from.
+// Intended: every slash, of web addresses too, becomes a backslash; see the header.
 void SetPath(CColctNode& colct, const WChar* value) {
   const WideView view(value);
   if (view.size >= CUrlNode::kTextLimit) return;  // too long for an address, which stays as it is
@@ -240,13 +240,13 @@ RNode* CReadColctTreeOPML::DetachTreeRoot() {
 }
 
 void CReadColctTreeOPML::InvokeParser(XmlNode root) {
-  const XmlText name = root.Name();
-  if (!IsNamed(name.view(), "opml")) {
-    Trace("Element Name=%s\n", name.c_str());
-    return;
-  }
   CParseOPML parser;
-  parser.ParseXMLTree(root);
+  const XmlText name = root.Name();
+  if (IsNamed(name.view(), "opml"))
+    parser.ParseXMLTree(root);
+  else
+    Trace("Element Name=%s\n", name.c_str());
+  ThrowIfTextsWereLost();
   DeleteTree(treeRoot_);
   treeRoot_ = static_cast<RNode*>(parser.DetachData());
   opmlVersion_ = parser.GetOpmlVersion();

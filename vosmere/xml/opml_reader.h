@@ -64,6 +64,10 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
 /// Reads a tree of folders and collections from an OPML document.
 ///
+/// Intended: a collection's address comes back with every slash turned into a backslash, those of
+/// "http://" too, as CWriteColctTreeOPML turns every backslash into a slash. Addresses in the tree
+/// are paths of collection files with the separators of Windows.
+///
 /// What does not come back from a document that CWriteColctTreeOPML wrote: owners, and the marks of
 /// deleted items. A root element other than "opml" loads, and gives no tree.
 class VOSMERE_API CReadColctTreeOPML : public CReadXML {

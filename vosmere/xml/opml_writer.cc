@@ -32,7 +32,7 @@ CWriteColctTreeOPML::~CWriteColctTreeOPML() = default;
 void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WChar* library) {
   basePath_.AssignOrNull(basePath);
   library_.AssignOrNull(library);
-  baseLength_ = static_cast<LONG>(WideLength(basePath));
+  baseLength_ = static_cast<LONG>(WideLength(basePath_.get()));
 }
 
 bool CWriteColctTreeOPML::FillData() {
@@ -119,12 +119,13 @@ void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
 }
 
 void CWriteColctTreeOPML::PutPath(const WChar* path) {
-  if (path) PutPieces(WideView(path + GetRelativeStartPos(path)), kUnitBytes, PieceToSlashedUtf8);
+  const WideView whole(path, SysStringLen(path));
+  PutPieces(whole.From(GetRelativeStartPos(path)), kUnitBytes, PieceToSlashedUtf8);
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {
   if (!basePath_.get() || !library_.get()) return 0;
-  const WideView whole(path);
+  const WideView whole(path, SysStringLen(path));
   const WideView library(library_.get());
   const auto start = static_cast<std::size_t>(baseLength_);
   if (start + library.size >= whole.size) return 0;

@@ -16,12 +16,18 @@ struct RNode;
 /// Writes a tree of folders and collections as an OPML 2.0 document. Children of other kinds are
 /// left out. Trees of any depth are written.
 ///
+/// Intended: an address is written with every backslash turned into a slash.
+///
+/// Intended: the white space within elements is what the files have always had: two blanks before a
+/// flag alone and in the mark of a failed identity, none before the end of the shortest statistics.
+///
 /// Intended: names, descriptions and addresses stand in the markup unescaped; one that holds a
 /// double quote, an ampersand or a less-than sign gives a document that no parser accepts. Only the
 /// title, owners and identities are escaped. Readers of these files never unescape them.
 class VOSMERE_API CWriteColctTreeOPML : public CWriteXML {
  public:
-  /// Names are cut to this many units less one.
+  /// Intended: a name of this many units is cut to one less; documents and their readers have
+  /// always agreed on 199.
   static constexpr int kNameLimit = 200;
 
   CWriteColctTreeOPML() = default;
@@ -48,7 +54,7 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteXML {
   void FillNodeStat(CNodeStat* stat);
   void FillNodeUUID(CBaseNode* node);
   void FillNetData(CColctNetData* data);
-  /// Where the written part of an address begins.
+  /// Where the written part of an address, a system string, begins.
   int GetRelativeStartPos(const WChar* path);
   /// `open`, "true" or "false", then `close`, which is three bytes longer.
   void FillBoolean(bool value, const char* open, const char* close, int openLength);

@@ -36,16 +36,20 @@ void* CReadXML::DetachData() {
   return std::exchange(data_, nullptr);
 }
 
+void CReadXML::ThrowIfTextsWereLost() const {
+  if (LostTexts() != lostTextsBefore_) throw std::bad_alloc();
+}
+
 template <class Load>
 bool CReadXML::LoadWith(Load load) {
   error_ = {};
-  const unsigned long lostBefore = LostTexts();
+  lostTextsBefore_ = LostTexts();
   try {
     XmlDocument document;
     load(document);
     const XmlNode root = document.Root();
     if (root.FirstChild()) InvokeParser(root);
-    if (LostTexts() != lostBefore) throw std::bad_alloc();
+    ThrowIfTextsWereLost();
   } catch (const DocumentFailure& failure) {
     error_ = failure.error;
   } catch (const std::bad_alloc&) {

@@ -10,9 +10,20 @@ namespace vosmere {
 /// InvokeParser. Normally used for one load, on one thread; on Windows that thread has initialised
 /// COM.
 ///
-/// A loader returns false when the document cannot be read or is not well-formed, when something
-/// within it goes beyond the bounds of platform/xml_document.h, or when the reader gives up;
-/// LastError says why. A root element without any content is not parsed, and the load is true.
+/// A loader returns false when the document cannot be read or is not well-formed, when it goes
+/// beyond the bounds below, when memory ran out, or when the reader gives up; LastError says why. A
+/// root element without any content is not parsed, and the load is true. (Intended: such a document
+/// is whole, it just says nothing.)
+///
+/// What loads, on every platform:
+/// - UTF-8 and UTF-16 with and without mark, ISO-8859-1, windows-1252, and what else the platform
+///   has code pages for. White space between elements is kept as text nodes.
+/// - Nothing outside the document is ever opened: no external entity, no external DTD, no network.
+/// A
+///   document that merely names such a thing loads; one whose text needs it does not.
+/// - Internal entities and attribute defaults are expanded. A document that expands out of
+///   proportion to its size fails quickly and in little memory.
+/// - Elements nest at most kMaxXmlDepth levels; on Windows as deep as the system's DOM loads.
 class VOSMERE_API CReadXML {
  public:
   CReadXML() = default;
@@ -21,7 +32,7 @@ class VOSMERE_API CReadXML {
   /// Frees the data if it is still held.
   virtual ~CReadXML();
 
-  /// Null is a file that does not open.
+  /// A file's path, not a URL. Null is a file that does not open.
   bool LoadFile(const WChar* path);
   /// Zero-terminated XML text; the encoding it declares for itself does not count. Null fails.
   bool LoadBSTRXML(const WChar* text);
@@ -36,6 +47,10 @@ class VOSMERE_API CReadXML {
 
  protected:
   virtual void InvokeParser(XmlNode root) = 0;
+
+  /// Throws std::bad_alloc when this load has lost a text for want of memory (setters fail
+  /// silently). The loader asks at the end; a reader asks before it gives up an earlier result.
+  void ThrowIfTextsWereLost() const;
 
   /// Keeps `data` until it is detached; frees what was kept before.
   template <class Data>
@@ -52,6 +67,7 @@ class VOSMERE_API CReadXML {
 
   void* data_ = nullptr;
   void (*deleteData_)(void*) = nullptr;
+  unsigned long lostTextsBefore_ = 0;
   DocumentError error_;
 };
 

@@ -1,11 +1,13 @@
 #include "vosmere/xml/write_xml.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
+#include <limits>
 #include <new>
 #include <string>
-#include <vector>
 
 #include "vosmere/base/trace.h"
 #include "vosmere/platform/code_page.h"
@@ -37,7 +39,9 @@ void CWriteXML::SetEncoding(const char* name) {
 void CWriteXML::FillOnce() {
   if (filled_ || !buffer_) return;
   filled_ = 1;
+  torn_ = true;
   FillData();
+  torn_ = false;
 }
 
 void CWriteXML::BeginDocument() {
@@ -76,15 +80,22 @@ bool CWriteXML::FillNode(const WChar* value, const char* open, const char* close
 bool CWriteXML::FillNodeChar(const char* value, const char* open, const char* close,
                              int openLength) {
   FillString(open, openLength);
-  FillString(value, static_cast<int>(std::strlen(value)));
+  if (value) FillString(value, static_cast<int>(std::strlen(value)));
   FillString(close, openLength + 3);
   return true;
 }
 
 void CWriteXML::PutNumber(LONG number) {
-  char digits[12];
-  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  FillString(digits, static_cast<int>(end - digits));
+  constexpr int kMostDigits = 11;
+  char aside[kMostDigits];
+  char* const room = buffer_ ? buffer_->Room(kMostDigits) : nullptr;
+  char* const digits = room ? room : aside;
+  const auto length =
+      static_cast<int>(std::to_chars(digits, digits + kMostDigits, number).ptr - digits);
+  if (room)
+    buffer_->Use(length);
+  else
+    FillString(aside, length);
 }
 
 // Straight into the buffer where its last chunk has the room.
@@ -125,7 +136,7 @@ bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
       utf8.append(bytes, length);
       text = text.From(piece.size);
     }
-    return true;
+    return utf8.size() <= static_cast<std::size_t>(std::numeric_limits<int>::max());
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -147,17 +158,22 @@ bool CWriteXML::BSTRGetUTF8(const WChar* value, char** text, int* length) {
 }
 
 BSTR CWriteXML::GetXMLBSTR() {
+  error_ = {};
   FillOnce();
   Chunk* chunk = nullptr;
-  const LONG total = buffer_ ? buffer_->Get(&chunk) : 0;
-  error_ = {};
-  if (!IsComplete(total)) return nullptr;
-  std::string bytes;
-  bytes.reserve(total);
-  for (; chunk; chunk = chunk->next) bytes.append(chunk->data, chunk->used);
-  bytes.resize(std::strlen(bytes.c_str()));
+  if (!IsComplete(&chunk)) return nullptr;
+  std::size_t total = 0;
+  for (const Chunk* c = chunk; c; c = c->next) total += static_cast<std::size_t>(c->used);
+  const std::unique_ptr<char[]> bytes(new (std::nothrow) char[total + 1]);
+  char* end = bytes.get();
+  for (; end && chunk; chunk = chunk->next) end = std::copy_n(chunk->data, chunk->used, end);
   BSTR result = nullptr;
-  CUnicodeTool::UTF8GetBSTR(&result, bytes.c_str(), static_cast<int>(bytes.size()));
+  if (end) {
+    *end = 0;
+    if (!*bytes.get()) return nullptr;
+    CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
+  }
+  if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
   return result;
 }
 
@@ -186,17 +202,21 @@ void CWriteXML::CloseFile() {
 
 bool CWriteXML::RealWrite() {
   Chunk* chunk = nullptr;
-  const LONG total = buffer_ ? buffer_->Get(&chunk) : 0;
-  if (!IsComplete(total)) return false;
-  std::vector<FilePiece> pieces;
-  pieces.reserve(total / CChunkBuffer::kChunkSize + 1);
-  for (; chunk; chunk = chunk->next)
-    pieces.push_back({chunk->data, static_cast<std::size_t>(chunk->used)});
-  if (file_->Write(pieces.data(), pieces.size())) return true;
-  return Fail(DocumentFault::kCannotWrite, "writing stopped half-way", file_->error());
+  if (!IsComplete(&chunk)) return false;
+  while (chunk) {
+    FilePiece pieces[256];
+    std::size_t count = 0;
+    for (; chunk && count < std::size(pieces); chunk = chunk->next)
+      pieces[count++] = {chunk->data, static_cast<std::size_t>(chunk->used)};
+    if (!file_->Write(pieces, count))
+      return Fail(DocumentFault::kCannotWrite, "writing stopped half-way", file_->error());
+  }
+  return true;
 }
 
-bool CWriteXML::IsComplete(LONG total) {
+bool CWriteXML::IsComplete(Chunk** head) {
+  if (torn_ || !buffer_) return Fail(DocumentFault::kNoMemory, "memory ran out");
+  const LONG total = buffer_->Get(head);
   if (total >= CChunkBuffer::kLimit)
     return Fail(DocumentFault::kTooLarge, "the document has 100 MiB or more");
   return total > 0 || Fail(DocumentFault::kNothingToWrite, "the document is empty");

@@ -21,7 +21,8 @@ class File;
 /// the same text even if the data changed since. It does not own the data that it writes. Documents
 /// are UTF-8 without a byte-order mark. One thread at a time.
 ///
-/// std::bad_alloc from the buffer passes through SaveToFile and GetXMLBSTR.
+/// When memory runs out while the document is generated, std::bad_alloc passes through SaveToFile
+/// and GetXMLBSTR; nothing else does, and the torn document is never saved.
 class VOSMERE_API CWriteXML {
  public:
   CWriteXML();
@@ -29,7 +30,8 @@ class VOSMERE_API CWriteXML {
   CWriteXML& operator=(const CWriteXML&) = delete;
 
   /// The document as a new system string, which the caller frees with SysFreeString; cut at the
-  /// first U+0000. Null when it is empty or too large (see SaveToFile), and without memory.
+  /// first U+0000. Null when it is empty or too large (see SaveToFile: what is left of such a
+  /// document is handed out as little as it is saved), and without memory.
   virtual BSTR GetXMLBSTR();
 
   /// Writes the document over what is in the file, without a byte-order mark. False when the file
@@ -39,8 +41,9 @@ class VOSMERE_API CWriteXML {
 
   virtual ~CWriteXML();
 
-  /// The encoding named in the XML declaration, 1 to 18 characters; any other length changes
-  /// nothing. The text is UTF-8 whatever is named here. Null is ignored.
+  /// The encoding named in the XML declaration, 1 to 18 characters; null and any other length
+  /// change nothing. Intended: this changes the name alone. The text is UTF-8 whatever is named
+  /// here; programs that convert a document afterwards announce what it will be.
   void SetEncoding(const char* name);
 
   /// Escapes a system string and converts it to UTF-8: a new zero-terminated block that the caller
@@ -48,20 +51,23 @@ class VOSMERE_API CWriteXML {
   /// memory. The five characters & < > " ' become entities; nothing else is replaced.
   bool GetXMLUTF8(const WChar* value, char** text, int* length);
 
-  /// Why the last save failed; no fault after one that did not.
+  /// Why the last SaveToFile or GetXMLBSTR failed; no fault after one that did not.
   const DocumentError& LastError() const { return error_; }
 
  protected:
   /// Appends an element around a system string, escaped. `open` is the start tag, `openLength`
-  /// bytes long, `close` the end tag with CR LF, which is therefore three bytes longer. False, with
-  /// nothing appended, when the value cannot be converted.
+  /// bytes long. False, with nothing appended, when the value cannot be converted.
+  /// Intended: `close` is never measured. It is the end tag with CR LF, hence always three bytes
+  /// longer than the start tag, and what stands behind those bytes is not written.
   virtual bool FillNode(const WChar* value, const char* open, const char* close, int openLength);
   /// The same around zero-terminated bytes, as they are. Always true.
   virtual bool FillNodeChar(const char* value, const char* open, const char* close, int openLength);
   /// Generates the document; its result is ignored.
   virtual bool FillData() = 0;
 
-  /// Clears the buffer and appends the declaration, which ends in a lone LF.
+  /// Clears the buffer and appends the declaration.
+  /// Intended: the declaration ends in a lone LF, unlike every line behind it; the files have
+  /// always begun that way.
   void BeginDocument();
   void AddXMLVersion();
   /// Bytes as they are. Always true.
@@ -84,7 +90,8 @@ class VOSMERE_API CWriteXML {
   /// As it is. False when it cannot be converted; what went before stays appended.
   bool PutText(WideView text);
   bool PutEscaped(WideView text);
-  /// Converted piece by piece (escape.h), into at most `unitBytes` bytes for each unit.
+  /// Converted piece by piece: `convert` writes at most `unitBytes` bytes, 6 at the most, for each
+  /// unit of a piece and returns their number; 0 is a failure.
   bool PutPieces(WideView text, std::size_t unitBytes, int (*convert)(WideView piece, char* bytes));
   /// The whole escaped text at once, for a writer that must know beforehand whether it converts.
   /// False also without memory.
@@ -96,13 +103,14 @@ class VOSMERE_API CWriteXML {
 
  private:
   void FillOnce();
-  bool IsComplete(LONG total);
+  bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 
   std::unique_ptr<CChunkBuffer> buffer_;
   std::unique_ptr<File> file_;
   char encoding_[20] = "UTF-8";
   LONG filled_ = 0;
+  bool torn_ = false;  // an exception ended the generating
   DocumentError error_;
 };
 

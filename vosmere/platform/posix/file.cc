@@ -87,6 +87,10 @@ bool File::Write(const FilePiece* pieces, std::size_t count) {
     const ssize_t written =
         UntilNotInterrupted([&] { return writev(Descriptor(handle_), batch, size); });
     if (written < 0) return Fail();
+    if (written == 0 && batch[0].iov_len > 0) {  // a device that takes nothing and says so
+      errno = EIO;
+      return Fail();
+    }
     for (done += written; count && done >= pieces->size; ++pieces, --count) done -= pieces->size;
   }
   return true;

@@ -28,7 +28,7 @@ bool WriteAll(HANDLE file, const char* bytes, std::size_t size) {
   while (size > 0) {
     DWORD written = 0;
     const auto part = static_cast<DWORD>(std::min(size, kMostAtOnce));
-    if (!::WriteFile(file, bytes, part, &written, nullptr)) return false;
+    if (!::WriteFile(file, bytes, part, &written, nullptr) || written == 0) return false;
     bytes += written;
     size -= written;
   }
