@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "tests/support/document.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
@@ -123,20 +125,30 @@ TEST(OpmlWriter, StatisticsHaveFourForms) {
   }
 }
 
-class SyncWriter : public CWriteColctTreeOPML {
+/// Opens the protected steps.
+class Steps : public CWriteColctTreeOPML {
  public:
-  SyncWriter(const Wide& uuid, int version) : uuid_(uuid), version_(version) {}
+  explicit Steps(std::function<void(Steps&)> steps) : steps_(std::move(steps)) {}
+  using CWriteColctTreeOPML::FillBoolean;
+  using CWriteColctTreeOPML::FillSync;
 
  protected:
   bool FillData() override {
-    FillSync(WideView(uuid_), version_);
+    steps_(*this);
     return true;
   }
 
  private:
-  Wide uuid_;
-  int version_;
+  std::function<void(Steps&)> steps_;
 };
+
+TEST(OpmlWriter, BooleansAreWords) {
+  Steps writer([](Steps& steps) {
+    steps.FillBoolean(true, "<a>", "</a>\r\n", 3);
+    steps.FillBoolean(false, "<a>", "</a>\r\n", 3);
+  });
+  EXPECT_EQ(Saved(writer), "<a>true</a>\r\n<a>false</a>\r\n");
+}
 
 TEST(OpmlWriter, SyncElementDependsOnTheIdentity) {
   const std::string forty(40, 'u');
@@ -152,7 +164,8 @@ TEST(OpmlWriter, SyncElementDependsOnTheIdentity) {
       {"", 2, "(not saved)"},
   };
   for (const auto& c : cases) {
-    SyncWriter writer(W(c.uuid), c.version);
+    const Wide uuid = W(c.uuid);
+    Steps writer([&](Steps& steps) { steps.FillSync(WideView(uuid), c.version); });
     EXPECT_EQ(Saved(writer), c.written);
   }
 }
@@ -264,7 +277,7 @@ TEST(OpmlReader, ExtensionElementsDescribeTheInnermostOutline) {
   EXPECT_FALSE(ColctAt(tree["c"])->GetColctNetData()->GetColctExpandState());
 }
 
-TEST(OpmlReader, AddressesKeepBackslashesAndTheirLimit) {
+TEST(OpmlReader, EverySlashOfAnAddressBecomesABackslash) {
   const TreePtr tree =
       ReadOpml(Opml("<outline text='a' type='rss' xmlUrl='http://x/y' htmlUrl='http://z/'/>"
                     "<outline text='b' type='rss' xmlUrl='" +
@@ -295,6 +308,7 @@ TEST(OpmlReader, VersionCountsOutsideOfOutlinesAndFromZero) {
 
 TEST(OpmlReader, AnotherRootLoadsAndGivesNoTree) {
   CReadColctTreeOPML reader;
+  ASSERT_TRUE(Load(reader, Opml("<outline text='a'/>")));
   const Traces traces;
   EXPECT_TRUE(Load(reader, "<rss><opml/></rss>"));
   EXPECT_FALSE(TreePtr(reader.DetachTreeRoot()));

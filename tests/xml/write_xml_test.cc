@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "tests/support/document.h"
+#include "tests/support/failing_memory.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere::test {
@@ -98,7 +99,7 @@ TEST(WriteXml, TheCloseFragmentIsThreeBytesLonger) {
             "<url>a&amp;b</url>\r\n<url></url>\r\n<u></u>\r\n<url>a&b</url>\r\n");
 }
 
-TEST(WriteXml, DeclarationEndsInALoneLineFeed) {
+TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
   const struct {
     std::string encoding;
     std::string named;
@@ -109,9 +110,13 @@ TEST(WriteXml, DeclarationEndsInALoneLineFeed) {
       {"", "UTF-8"},
   };
   for (const auto& c : cases) {
-    Writer writer([](Writer& w) { w.BeginDocument(); });
+    const OwnedBstr content{W("é")};
+    Writer writer([&](Writer& w) {
+      w.BeginDocument();
+      w.FillXMLBSTR(content.get());
+    });
     writer.SetEncoding(c.encoding.c_str());
-    EXPECT_EQ(Saved(writer), "<?xml version=\"1.0\" encoding=\"" + c.named + "\"?>\n");
+    EXPECT_EQ(Saved(writer), "<?xml version=\"1.0\" encoding=\"" + c.named + "\"?>\n\xC3\xA9");
   }
 }
 
@@ -157,6 +162,31 @@ TEST(WriteXml, AnOverflowingDocumentIsNeverSaved) {
   EXPECT_EQ(writer.LastError().fault, DocumentFault::kTooLarge);
   EXPECT_EQ(ReadBytes(folder / "out"), "");
   EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).get(), nullptr);
+}
+
+TEST(WriteXml, ADocumentThatMemoryToreIsNeverSaved) {
+  const std::string block(CChunkBuffer::kChunkSize, 'x');
+  Writer writer([&](Writer& w) {
+    for (int i = 0; i < 10; ++i) w.FillString(block.data(), static_cast<int>(block.size()));
+  });
+  const TempFolder folder;
+  const Wide path = W(folder / "out");
+  {
+    const FailingMemory memory(8);
+    EXPECT_THROW(writer.SaveToFile(path), std::bad_alloc);
+  }
+  EXPECT_FALSE(writer.SaveToFile(path));
+  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
+  EXPECT_EQ(ReadBytes(folder / "out"), "");
+  EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).get(), nullptr);
+}
+
+TEST(WriteXml, WithoutMemoryNothingIsHandedOut) {
+  Writer writer([](Writer& w) { w.FillString("text", 4); });
+  ASSERT_EQ(Saved(writer), "text");
+  const FailingMemory memory(0);
+  EXPECT_EQ(writer.GetXMLBSTR(), nullptr);
+  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
 }
 
 TEST(WriteXml, SaysWhyAFileCannotBeCreated) {
