@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
+#include <vector>
 
 #include "tests/support/document.h"
 #include "tests/support/failing_memory.h"
@@ -376,6 +378,18 @@ TEST(Opml, NestsAsDeepAsTheParserDoesOnASmallStack) {
       EXPECT_EQ(tree != nullptr, loaded);
     }
   });
+}
+
+TEST(Opml, DifferentObjectsWorkOnDifferentThreads) {
+  const std::string document = TestData("collection_tree.opml");
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i)
+    threads.emplace_back([&] {
+      for (int round = 0; round < 10; ++round)
+        EXPECT_EQ(SavedOpml(ReadOpml(SavedOpml(ReadOpml(document)))),
+                  SavedOpml(ReadOpml(document)));
+    });
+  for (std::thread& thread : threads) thread.join();
 }
 
 TEST(OpmlReader, OutOfMemoryIsAFailedLoadThatLosesNothing) {
