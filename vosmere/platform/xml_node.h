@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/wide_view.h"
@@ -28,7 +29,11 @@ class XmlText {
     other.view_ = {};
     other.owned_ = nullptr;
   }
-  XmlText& operator=(XmlText&&) = delete;
+  XmlText& operator=(XmlText&& other) noexcept {
+    std::swap(view_, other.view_);
+    std::swap(owned_, other.owned_);
+    return *this;
+  }
   ~XmlText() {
     if (owned_) SysFreeString(owned_);
   }
@@ -50,20 +55,23 @@ class XmlText {
 class VOSMERE_API XmlNode {
  public:
   XmlNode() = default;
-  XmlNode(const XmlNode& other) noexcept;
-  XmlNode(XmlNode&& other) noexcept : handle_(other.handle_) { other.handle_ = nullptr; }
+  XmlNode(const XmlNode& other) noexcept
+      : handle_(other.handle_), type_(other.type_), counted_(other.counted_) {
+    if (counted_) Retain();
+  }
+  XmlNode(XmlNode&& other) noexcept { Swap(other); }
   XmlNode& operator=(XmlNode other) noexcept {
-    void* const handle = handle_;
-    handle_ = other.handle_;
-    other.handle_ = handle;
+    Swap(other);
     return *this;
   }
-  ~XmlNode();
+  ~XmlNode() {
+    if (counted_) Release();
+  }
 
   explicit operator bool() const { return handle_ != nullptr; }
 
-  /// An XmlNodeType or another DOM number.
-  int Type() const;
+  /// An XmlNodeType or another DOM number; 0 for a null handle.
+  int Type() const { return type_; }
   /// The whole name, prefix included; "#text" and the like for nodes without one.
   XmlText Name() const;
   /// All text inside the node, at any depth.
@@ -76,7 +84,17 @@ class VOSMERE_API XmlNode {
   friend class XmlAttributes;
   friend struct XmlNodeHandle;
 
+  void Swap(XmlNode& other) noexcept {
+    std::swap(handle_, other.handle_);
+    std::swap(type_, other.type_);
+    std::swap(counted_, other.counted_);
+  }
+  void Retain() const noexcept;
+  void Release() const noexcept;
+
   void* handle_ = nullptr;
+  int type_ = 0;
+  bool counted_ = false;  // whether the platform counts the handles on a node
 };
 
 /// Goes over the attributes of an element in document order (namespace declarations may stand
@@ -92,17 +110,19 @@ class VOSMERE_API XmlAttributes {
 
   /// Steps to the first, then the next attribute; false after the last.
   bool Next();
-  /// Of the current attribute: its whole name, prefix included.
-  XmlText Name() const;
+  /// Of the current attribute, until the next step: its whole name, prefix included.
+  const XmlText& Name() const { return name_; }
   /// Whether its value is a text; it always is, unless the platform's DOM knows better.
-  bool HasTextValue() const;
-  XmlText Value() const;
+  bool HasTextValue() const { return hasTextValue_; }
+  const XmlText& Value() const { return value_; }
 
  private:
-  void* element_ = nullptr;
-  void* attribute_ = nullptr;
-  int index_ = -1;
+  void* attributes_ = nullptr;
+  int index_ = 0;
   int count_ = 0;
+  XmlText name_;
+  XmlText value_;
+  bool hasTextValue_ = false;
 };
 
 }  // namespace vosmere

@@ -86,7 +86,7 @@ void Ignored(Target&, const WChar*) {}
 template <class Visit>
 void ForEachAttribute(const XmlNode& element, Visit visit) {
   for (XmlAttributes attributes(element); attributes.Next();) {
-    const XmlText name = attributes.Name();
+    const XmlText& name = attributes.Name();
     if (attributes.HasTextValue())
       visit(name.view(), attributes.Value().c_str());
     else

@@ -19,6 +19,7 @@ struct XmlNodeHandle {
   static XmlNode Make(XmlRecord* record) {
     XmlNode node;
     node.handle_ = record;
+    if (record) node.type_ = record->name->type;
     return node;
   }
 };
@@ -83,14 +84,10 @@ XmlNode XmlDocument::Root() const {
   return XmlNodeHandle::Make(document_ ? static_cast<XmlTree*>(document_)->arena.root : nullptr);
 }
 
-// The document owns its nodes; a handle is a pointer into it.
-XmlNode::XmlNode(const XmlNode& other) noexcept : handle_(other.handle_) {}
+// The document owns its nodes; a handle is a pointer into it, and nobody counts.
+void XmlNode::Retain() const noexcept {}
 
-XmlNode::~XmlNode() = default;
-
-int XmlNode::Type() const {
-  return Record(handle_)->name->type;
-}
+void XmlNode::Release() const noexcept {}
 
 XmlText XmlNode::Name() const {
   return XmlText(Record(handle_)->name->text);
@@ -113,28 +110,19 @@ XmlNode XmlNode::NextSibling() const {
   return XmlNodeHandle::Make(Record(handle_)->next);
 }
 
-XmlAttributes::XmlAttributes(const XmlNode& element) : element_(element.handle_) {
-  if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(element_)->attributeCount);
+XmlAttributes::XmlAttributes(const XmlNode& element) : attributes_(element.handle_) {
+  if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(attributes_)->attributeCount);
 }
 
 XmlAttributes::~XmlAttributes() = default;
 
 bool XmlAttributes::Next() {
-  if (index_ + 1 >= count_) return false;
-  attribute_ = const_cast<XmlAttributeRecord*>(Record(element_)->attributes() + ++index_);
+  if (index_ == count_) return false;
+  const XmlAttributeRecord& attribute = Record(attributes_)->attributes()[index_++];
+  name_ = XmlText(attribute.name->text);
+  value_ = XmlText(attribute.value.view());
+  hasTextValue_ = true;
   return true;
-}
-
-XmlText XmlAttributes::Name() const {
-  return XmlText(static_cast<const XmlAttributeRecord*>(attribute_)->name->text);
-}
-
-bool XmlAttributes::HasTextValue() const {
-  return true;
-}
-
-XmlText XmlAttributes::Value() const {
-  return XmlText(static_cast<const XmlAttributeRecord*>(attribute_)->value.view());
 }
 
 }  // namespace vosmere

@@ -26,11 +26,7 @@ using win32::OwnedVariant;
 
 struct XmlNodeHandle {
   /// Takes over one reference.
-  static XmlNode Make(IXMLDOMNode* node) {
-    XmlNode made;
-    made.handle_ = node;
-    return made;
-  }
+  static XmlNode Make(IXMLDOMNode* node);
 };
 
 namespace {
@@ -228,30 +224,35 @@ IXMLDOMNode* Node(void* handle) {
   return static_cast<IXMLDOMNode*>(handle);
 }
 
-XmlText NameOf(void* handle) {
+XmlText NameOf(IXMLDOMNode* node) {
   wchar_t* name = nullptr;
-  Check(Node(handle)->get_nodeName(&name));
+  Check(node->get_nodeName(&name));
   return XmlText(Ours(name));
 }
 
 }  // namespace
 
-XmlNode::XmlNode(const XmlNode& other) noexcept : handle_(other.handle_) {
-  if (handle_) static_cast<IXMLDOMNode*>(handle_)->AddRef();
-}
-
-XmlNode::~XmlNode() {
-  if (handle_) static_cast<IXMLDOMNode*>(handle_)->Release();
-}
-
-int XmlNode::Type() const {
+XmlNode XmlNodeHandle::Make(IXMLDOMNode* node) {
+  XmlNode made;
+  if (!node) return made;
+  made.handle_ = node;
+  made.counted_ = true;
   DOMNodeType type = NODE_INVALID;
-  Check(Node(handle_)->get_nodeType(&type));
-  return type;
+  Check(node->get_nodeType(&type));
+  made.type_ = type;
+  return made;
+}
+
+void XmlNode::Retain() const noexcept {
+  static_cast<IXMLDOMNode*>(handle_)->AddRef();
+}
+
+void XmlNode::Release() const noexcept {
+  static_cast<IXMLDOMNode*>(handle_)->Release();
 }
 
 XmlText XmlNode::Name() const {
-  return NameOf(handle_);
+  return NameOf(Node(handle_));
 }
 
 XmlText XmlNode::Text() const {
@@ -281,39 +282,24 @@ XmlAttributes::XmlAttributes(const XmlNode& element) {
   long count = 0;
   Check(map->get_length(&count));
   count_ = static_cast<int>(count);
-  element_ = map.Detach();
+  attributes_ = map.Detach();
 }
 
 XmlAttributes::~XmlAttributes() {
-  if (attribute_) static_cast<IXMLDOMNode*>(attribute_)->Release();
-  if (element_) static_cast<IXMLDOMNamedNodeMap*>(element_)->Release();
+  if (attributes_) static_cast<IXMLDOMNamedNodeMap*>(attributes_)->Release();
 }
 
 bool XmlAttributes::Next() {
-  if (index_ + 1 >= count_) return false;
-  IXMLDOMNode* next = nullptr;
-  Check(static_cast<IXMLDOMNamedNodeMap*>(element_)->get_item(++index_, &next));
-  if (attribute_) static_cast<IXMLDOMNode*>(attribute_)->Release();
-  attribute_ = next;
+  if (index_ == count_) return false;
+  Counted<IXMLDOMNode> attribute;
+  Check(static_cast<IXMLDOMNamedNodeMap*>(attributes_)->get_item(index_++, attribute.out()));
+  name_ = NameOf(Node(attribute.get()));
+  OwnedVariant value;
+  Check(attribute->get_nodeValue(&value));
+  hasTextValue_ = value.vt == VT_BSTR;
+  if (hasTextValue_) value.vt = VT_EMPTY;  // the text changes hands
+  value_ = hasTextValue_ ? XmlText(Ours(value.bstrVal)) : XmlText();
   return true;
-}
-
-XmlText XmlAttributes::Name() const {
-  return NameOf(attribute_);
-}
-
-bool XmlAttributes::HasTextValue() const {
-  OwnedVariant value;
-  Check(Node(attribute_)->get_nodeValue(&value));
-  return value.vt == VT_BSTR;
-}
-
-XmlText XmlAttributes::Value() const {
-  OwnedVariant value;
-  Check(Node(attribute_)->get_nodeValue(&value));
-  if (value.vt != VT_BSTR) return XmlText();
-  value.vt = VT_EMPTY;
-  return XmlText(Ours(value.bstrVal));
 }
 
 }  // namespace vosmere
