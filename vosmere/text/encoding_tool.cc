@@ -27,8 +27,8 @@ bool WriteDigest(const WChar* source, const char* digits, WChar* out) {
   unsigned char digest[16];
   Digest(WideView(source), digest);
   for (const unsigned char byte : digest) {
-    *out++ = static_cast<WChar>(digits[byte >> 4]);
-    *out++ = static_cast<WChar>(digits[byte & 0x0F]);
+    *out++ = static_cast<unsigned char>(digits[byte >> 4]);
+    *out++ = static_cast<unsigned char>(digits[byte & 0x0F]);
   }
   *out = 0;
   return true;

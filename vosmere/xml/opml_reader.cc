@@ -201,32 +201,26 @@ void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WCha
 
 // Extension elements. They describe the innermost open outline.
 
-CBaseNode* CParseOPML::CurrentItem() const {
-  return outlines_.empty() ? nullptr : outlines_.back()->item;
-}
-
 void CParseOPML::ProcessSyncAttributes(XmlNode node) {
   if (!treeRoot_) return;
-  CBaseNode* const item = outlines_.empty() ? treeRoot_->item : CurrentItem();
-  ForEachAttribute(node, [=](WideView name, const WChar* value) {
-    ApplyField(kSyncFields, *item, name, value);
-  });
+  CBaseNode& item = *(outlines_.empty() ? treeRoot_ : outlines_.back())->item;
+  ForEachAttribute(
+      node, [&](WideView name, const WChar* value) { ApplyField(kSyncFields, item, name, value); });
 }
 
 void CParseOPML::ProcessNodeStat(XmlNode node) {
-  CBaseNode* const item = CurrentItem();
-  if (!item) return;
-  ForEachAttribute(node, [=](WideView name, const WChar* value) {
-    ApplyField(kStatFields, *item->GetNodeStat(), name, value);
-  });
+  if (outlines_.empty()) return;
+  CNodeStat& stat = *outlines_.back()->item->GetNodeStat();
+  ForEachAttribute(
+      node, [&](WideView name, const WChar* value) { ApplyField(kStatFields, stat, name, value); });
 }
 
 void CParseOPML::ProcessNodeView(XmlNode node) {
   if (outlines_.empty() || outlines_.back()->type != NT_COLCT) return;
-  auto* const colct = static_cast<CColctNode*>(CurrentItem());
-  ForEachAttribute(node, [=](WideView name, const WChar* value) {
-    ApplyField(kViewFields, *colct->GetColctNetData(), name, value);
-  });
+  auto* const colct = static_cast<CColctNode*>(outlines_.back()->item);
+  CColctNetData& view = *colct->GetColctNetData();
+  ForEachAttribute(
+      node, [&](WideView name, const WChar* value) { ApplyField(kViewFields, view, name, value); });
 }
 
 // The reader.

@@ -53,7 +53,6 @@ class VOSMERE_API CParseOPML : public CParseXML {
   void Ignore(XmlNode node);
 
   bool AtRoot() const;
-  CBaseNode* CurrentItem() const;
   RNode* LinkNew(CBaseNode* item, LONG type);
 
   RNode* currentFolder_ = nullptr;

@@ -339,7 +339,7 @@ std::size_t Encode(const WChar* text, std::size_t length, char* bytes, std::size
           for (const WChar* const next = in + 8; in < next;) EncodeOne(in, end, out);
     }
   }
-  while (end - in >= 8 && outEnd - out >= 3 * 8 && TakeEight<true>(in, out)) {
+  while (end - in >= 8 && outEnd - out >= 24 && TakeEight<true>(in, out)) {
   }
   const bool roomy = outEnd - out >= 3 * (end - in);
   while (in != end) {

@@ -14,8 +14,8 @@
 namespace vosmere::posix {
 namespace {
 
-constexpr std::size_t kFirstBlock = 16 * 1024;
-constexpr std::size_t kLargestBlock = 2 * 1024 * 1024;  // a huge page
+constexpr std::size_t kFirstBlock = std::size_t{16} * 1024;
+constexpr std::size_t kLargestBlock = std::size_t{2} * 1024 * 1024;  // a huge page
 constexpr std::size_t kAlignment = alignof(XmlRecord);
 
 const char* Chars(const unsigned char* text) {

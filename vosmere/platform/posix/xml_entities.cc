@@ -7,7 +7,7 @@
 namespace vosmere::posix {
 namespace {
 
-constexpr std::size_t kFreeExpansion = 4 * 1024 * 1024;
+constexpr std::size_t kFreeExpansion = std::size_t{4} * 1024 * 1024;
 constexpr int kLongestLiteral = 64 * 1024;
 constexpr int kDeepestNesting = 20;
 constexpr std::size_t kMostReferences = 10000;
