@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "vosmere/base/types.h"
 
@@ -22,8 +23,13 @@ struct FilePiece {
 class File {
  public:
   File() = default;
-  File(File&& other) noexcept;
-  File& operator=(File&& other) noexcept;
+  File(File&& other) noexcept
+      : handle_(std::exchange(other.handle_, kNone)), error_(other.error_) {}
+  File& operator=(File&& other) noexcept {
+    std::swap(handle_, other.handle_);
+    std::swap(error_, other.error_);
+    return *this;
+  }
   ~File() { Close(); }
 
   /// For reading. A directory fails here.

@@ -42,15 +42,6 @@ int Descriptor(std::intptr_t handle) {
 
 }  // namespace
 
-File::File(File&& other) noexcept
-    : handle_(std::exchange(other.handle_, kNone)), error_(other.error_) {}
-
-File& File::operator=(File&& other) noexcept {
-  std::swap(handle_, other.handle_);
-  std::swap(error_, other.error_);
-  return *this;
-}
-
 bool File::Open(const WChar* path) {
   Close();
   handle_ = OpenPath(path, O_RDONLY);

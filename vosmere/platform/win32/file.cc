@@ -66,15 +66,6 @@ bool WritePieces(HANDLE file, const FilePiece* pieces, std::size_t count) {
 
 }  // namespace
 
-File::File(File&& other) noexcept
-    : handle_(std::exchange(other.handle_, kNone)), error_(other.error_) {}
-
-File& File::operator=(File&& other) noexcept {
-  std::swap(handle_, other.handle_);
-  std::swap(error_, other.error_);
-  return *this;
-}
-
 bool File::Open(const WChar* path) {
   Close();
   handle_ = OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
