@@ -23,6 +23,7 @@ class Comparison : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
+      failed_ = failed_ || run.error_occurred;
       if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
       const std::string& name = run.run_name.function_name;
       const std::size_t slash = name.rfind('/');
@@ -31,6 +32,9 @@ class Comparison : public benchmark::ConsoleReporter {
       times.push_back(Time(run) / benchmark::GetTimeUnitMultiplier(run.time_unit));
     }
   }
+
+  /// Whether any benchmark did; it is then missing from the table.
+  bool failed() const { return failed_; }
 
   void Finalize() override {
     std::printf("\n%-34s %12s %12s  %-12s %8s\n", "ours : peer", "ours", "peer", "", "ratio");
@@ -56,6 +60,7 @@ class Comparison : public benchmark::ConsoleReporter {
   }
 
   std::map<std::string, std::map<std::string, std::vector<double>>> groups_;
+  bool failed_ = false;
 };
 
 }  // namespace
@@ -70,5 +75,5 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
   Comparison comparison;
   benchmark::RunSpecifiedBenchmarks(&comparison);
-  return 0;
+  return comparison.failed() ? 1 : 0;
 }

@@ -97,9 +97,11 @@ class Sample {
     };
     check(ReadWithLibxml2(document_));
     check(ReadWithPugixml(document_));
-    SaveWithLibxml2(tree_, path());
+    fs::remove(path_);
+    if (!SaveWithLibxml2(tree_, path())) Die("libxml2 cannot save");
     check(ReadWithVosmere(ReadAll(path_)));
-    PugixmlDocument(document_).Save(path());
+    fs::remove(path_);
+    if (!PugixmlDocument(document_).Save(path())) Die("pugixml cannot save");
     check(ReadWithVosmere(ReadAll(path_)));
   }
 

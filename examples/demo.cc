@@ -28,7 +28,11 @@ std::string Utf8(const WChar* text) {
 
 Tree Load(const fs::path& file) {
   CReadColctTreeOPML reader;
-  if (reader.LoadFile(Wide(file.u16string()))) return Tree(reader.DetachTreeRoot());
+  if (reader.LoadFile(Wide(file.u16string()))) {
+    Tree tree(reader.DetachTreeRoot());
+    if (!tree) std::cerr << file.string() << ": is no OPML\n";
+    return tree;
+  }
   const DocumentError& error = reader.LastError();
   std::cerr << file.string() << ':' << error.line << ':' << error.column << ": " << error.reason
             << '\n';
@@ -143,9 +147,16 @@ int Run(const fs::path& file) {
 }
 
 int Main(const tool::Arguments& files) {
-  if (files.size() == 1) return Run(std::u8string(files[0].begin(), files[0].end()));
-  std::cerr << "usage: vosmere_demo FILE.opml\n";
-  return 2;
+  if (files.size() != 1) {
+    std::cerr << "usage: vosmere_demo FILE.opml\n";
+    return 2;
+  }
+  try {
+    return Run(std::u8string(files[0].begin(), files[0].end()));
+  } catch (const std::exception& error) {
+    std::cerr << "vosmere_demo: " << error.what() << '\n';
+    return 2;
+  }
 }
 
 }  // namespace

@@ -32,13 +32,13 @@ class RootReader : public CReadXML {
   void InvokeParser(XmlNode root) override { name = ToUtf8(root.Name().c_str()); }
 };
 
+}  // namespace
+
 bool IsTrouble(DocumentFault fault) {
   return fault == DocumentFault::kCannotOpen || fault == DocumentFault::kCannotRead ||
          fault == DocumentFault::kCannotWrite || fault == DocumentFault::kNoMemory ||
          fault == DocumentFault::kParserUnavailable;
 }
-
-}  // namespace
 
 Failure FailureOf(const std::string& file, const DocumentError& error) {
   std::string message = Printable(file) + ':';

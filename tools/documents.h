@@ -26,6 +26,8 @@ struct Failure {
 
 /// The failure that the library reports for `file`.
 Failure FailureOf(const std::string& file, const DocumentError& error);
+/// Whether the fault is not the file's own.
+bool IsTrouble(DocumentFault fault);
 
 /// A loaded document.
 class Document {

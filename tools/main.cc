@@ -38,6 +38,7 @@ int Check(const std::string& file, std::size_t placesShown) {
   Findings findings(placesShown);
   document->Audit(findings);
   const DocumentError error = document->Rehearse(findings);
+  if (IsTrouble(error.fault)) throw FailureOf(file, error);
 
   const std::string name = Printable(file);
   if (error.fault != DocumentFault::kNone) findings.Add(WhyNotSaved(error), "");
@@ -54,6 +55,7 @@ int Copy(const std::string& in, const std::string& out) {
   Findings findings(kPlacesShown);
   document->Audit(findings);
   const DocumentError error = document->Rehearse(findings);
+  if (IsTrouble(error.fault)) throw FailureOf(in, error);
   findings.Print(std::cerr, Printable(in));
   if (error.fault != DocumentFault::kNone)
     throw Failure{kBadFile, Printable(in) + ": error: not copied: " + WhyNotSaved(error)};

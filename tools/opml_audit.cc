@@ -207,8 +207,10 @@ class AuditReader : public CReadXML {
 
 }  // namespace
 
-void AuditOpml(const WChar* path, Findings& findings) {
-  AuditReader(findings).LoadFile(path);
+DocumentError AuditOpml(const WChar* path, Findings& findings) {
+  AuditReader reader(findings);
+  reader.LoadFile(path);
+  return reader.LastError();
 }
 
 }  // namespace vosmere::tool

@@ -3,10 +3,11 @@
 
 #include "tools/findings.h"
 #include "vosmere/base/types.h"
+#include "vosmere/xml/document_error.h"
 
 namespace vosmere::tool {
 
-/// `path` is a file that loads.
-void AuditOpml(const WChar* path, Findings& findings);
+/// `path` is a file that loads; says why when it does not do so again.
+DocumentError AuditOpml(const WChar* path, Findings& findings);
 
 }  // namespace vosmere::tool

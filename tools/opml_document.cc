@@ -128,7 +128,10 @@ class OpmlDocument : public Document {
     out << TreeJson(tree_.get()).dump(-1, ' ', true) << '\n';
   }
 
-  void Audit(Findings& findings) override { AuditOpml(path_.get(), findings); }
+  void Audit(Findings& findings) override {
+    const DocumentError error = AuditOpml(path_.get(), findings);
+    if (error.fault != DocumentFault::kNone) throw FailureOf(ToUtf8(path_.get()), error);
+  }
 
   DocumentError Rehearse(Findings& findings) override {
     DocumentError error;

@@ -1,5 +1,6 @@
 #include "tools/replace_file.h"
 
+#include <algorithm>
 #include <fstream>
 #include <system_error>
 
@@ -12,7 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path PathOf(const std::string& utf8) {
+/// As the library reads paths: a backslash separates everywhere.
+fs::path PathOf(std::string utf8) {
+  std::replace(utf8.begin(), utf8.end(), '\\', '/');
   return fs::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
@@ -24,9 +27,9 @@ SystemString WidePath(const fs::path& path) {
 class ScratchFile {
  public:
   /// The name cannot be guessed, so that nobody can have put a link there.
-  explicit ScratchFile(const fs::path& beside) : path_(beside) {
+  explicit ScratchFile(const fs::path& beside) {
     const SystemString uuid(RNTool::CreateUUID());
-    path_ += "." + ToUtf8(uuid.get()) + ".tmp";
+    path_ = beside.parent_path() / (ToUtf8(uuid.get()) + ".tmp");
   }
   ScratchFile(const ScratchFile&) = delete;
   ScratchFile& operator=(const ScratchFile&) = delete;
@@ -43,6 +46,8 @@ class ScratchFile {
 
 /// What `rename` would replace although it cannot be written, or should not be.
 void CheckReplaceable(const fs::path& target, const std::string& file) {
+  if (fs::is_symlink(fs::symlink_status(target)))
+    throw Failure{kTrouble, Printable(file) + ": error: is a link to nothing"};
   if (!fs::exists(target)) return;
   if (!fs::is_regular_file(target))
     throw Failure{kTrouble, Printable(file) + ": error: is not a plain file"};
@@ -56,8 +61,11 @@ void ReplaceFile(const std::string& file, const std::function<void(const WChar* 
   const fs::path target = fs::weakly_canonical(PathOf(file));
   CheckReplaceable(target, file);
   const ScratchFile scratch(target);
+  if (fs::exists(target)) {  // nobody reads the copy who may not read the original
+    std::ofstream(scratch.path()).close();
+    fs::permissions(scratch.path(), fs::status(target).permissions());
+  }
   write(WidePath(scratch.path()).get());
-  if (fs::exists(target)) fs::permissions(scratch.path(), fs::status(target).permissions());
   fs::rename(scratch.path(), target);
 } catch (const fs::filesystem_error& error) {
   throw Failure{kTrouble, Printable(file) + ": error: " + Printable(error.code().message())};

@@ -148,6 +148,7 @@ TEST(XmlDocument, NamingWhatIsOutsideIsNoHarm) {
       "<!DOCTYPE a SYSTEM 'no-such.dtd'><a>1</a>",
       "<!DOCTYPE a PUBLIC '-//x//y//EN' 'http://localhost:1/x.dtd' [ ]><a>1</a>",
       "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.txt'><!ENTITY % p SYSTEM 'p.dtd'>]><a>1</a>",
+      "<!DOCTYPE a [<!ENTITY % p SYSTEM 'p.dtd'> %p; <!ENTITY e 'x'>]><a>1</a>",
       "<!DOCTYPE a [<!ELEMENT a (#PCDATA|b)*><!-- ]> &e; --><?p ]> ?>"
       "<!NOTATION n SYSTEM ']>'><!ATTLIST a k (x|y) #IMPLIED l NOTATION (n) #IMPLIED>]><a>1</a>"};
   for (const std::string& document : documents)

@@ -246,6 +246,7 @@ TEST(OpmlReader, TellsCollectionsFromFolders) {
       {"<outline text='a'><title>no</title></outline>", "root(a())"},
       {"<outline type='rss' text='a'><title>no</title></outline>", "root(@a)"},
       {"<title>late</title>", "late()"},
+      {"<title>outer<title>inner</title></title>", "inner()"},
       {"<opml><outline text='a'/></opml>", "root(a())"},
       {"<!-- c --><?p i?><![CDATA[<outline text='no'/>]]>&lt;outline/&gt;", "root()"},
   };

@@ -161,6 +161,19 @@ TEST(ReadXml, BytesTellTheirEncoding) {
   EXPECT_FALSE(Load(reader, "<?xml version='1.0' encoding='no-such'?><a>1</a>"));
 }
 
+TEST(ReadXml, BadBytesBehindTheRootAreBadBytes) {
+  const std::string blanks(8192, ' ');
+  for (const char* encoding : {"UTF-8", "windows-1252"}) {
+    const std::string start =
+        std::string("<?xml version='1.0' encoding='") + encoding + "'?><a>1</a>";
+    Reader reader;
+    EXPECT_TRUE(Load(reader, start + blanks));
+    EXPECT_FALSE(Load(reader, start + blanks + "\xFF\xFF<&&")) << encoding;
+  }
+  Reader reader;
+  EXPECT_FALSE(reader.LoadBSTRXML(W(u"<a>1</a>" + std::u16string(8192, u' ') + u'\xD800')));
+}
+
 TEST(ReadXml, WideTextIgnoresTheEncodingItDeclares) {
   Reader reader;
   EXPECT_TRUE(reader.LoadBSTRXML(W("<?xml version='1.0' encoding='UTF-8'?><a x='é😀'>1</a>")));

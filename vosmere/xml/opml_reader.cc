@@ -77,7 +77,11 @@ void* CParseOPML::DetachData() {
 }
 
 void CParseOPML::ParseXMLTree(XmlNode node) {
-  GoThroughChildNodes(node);
+  GoThroughChildNodes(std::move(node));
+  // The last title is the one that stays. Its text is asked for once: titles within titles would
+  // each gather the same text anew.
+  if (title_ && treeRoot_) treeRoot_->item->SetName(title_.Text().c_str());
+  title_ = XmlNode();
 }
 
 struct CParseOPML::Element {
@@ -125,7 +129,7 @@ bool CParseOPML::AtRoot() const {
 }
 
 void CParseOPML::ProcessTitle(XmlNode node) {
-  if (AtRoot()) treeRoot_->item->SetName(node.Text().c_str());
+  if (AtRoot()) title_ = std::move(node);
 }
 
 void CParseOPML::ProcessVSMOpml(XmlNode node) {

@@ -58,6 +58,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
   RNode* currentFolder_ = nullptr;
   RNode* treeRoot_ = nullptr;
   std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
+  XmlNode title_;                 // the last one that names the tree
   LONG opmlVersion_ = 0;
 };
 

@@ -24,8 +24,10 @@ constexpr int kAttribute = 2;
 
 // The parser compares every pair of an element's attributes, and every prefix with the namespaces
 // in force, so their numbers must have a bound.
-constexpr int kMostAttributes = 20000;
+constexpr int kMostAttributes = 2000;
 constexpr int kMostNamespaces = 1000;
+// Its table of names serves honest documents, and fills up ever more slowly.
+constexpr int kMostNames = 50000;
 constexpr int kAttributeFields = 5;  // what the parser keeps, and hands out, for each attribute
 constexpr int kNamespaceFields = 2;
 
@@ -100,7 +102,23 @@ class Builder {
   std::exception_ptr thrown_;
 };
 
+/// Keeps what the parser says without naming a document, about encodings, off the standard error.
+class Silence {
+ public:
+  Silence() : handler_(xmlStructuredError), context_(xmlStructuredErrorContext) {
+    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlError*) {});
+  }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+  ~Silence() { xmlSetStructuredErrorFunc(context_, handler_); }
+
+ private:
+  xmlStructuredErrorFunc handler_;
+  void* context_;
+};
+
 void Builder::Parse(const char* encoding) {
+  const Silence silence;
   parser_ = xmlNewParserCtxt();
   if (!parser_) throw std::bad_alloc();
   *parser_->sax = Handlers();
@@ -110,7 +128,10 @@ void Builder::Parse(const char* encoding) {
   };
   xmlDoc* const document = xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
                                          XML_PARSE_NOENT | XML_PARSE_NONET);
-  const bool wellFormed = document && parser_->wellFormed;
+  // Bytes that do not convert end the input without being called an error behind the root element.
+  const bool readToTheEnd =
+      parser_->input && parser_->input->buf && parser_->input->buf->error == 0;
+  const bool wellFormed = document && parser_->wellFormed && readToTheEnd;
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
@@ -212,12 +233,13 @@ void Builder::Note(const xmlError* error) {
 int Builder::Read(char* bytes, int capacity) noexcept {
   // In the middle of a start tag this tells how many attributes the parser has seen so far.
   if (parser_->maxatts > kMostAttributes * kAttributeFields ||
-      parser_->nsNr > kMostNamespaces * kNamespaceFields)
+      parser_->nsNr > kMostNamespaces * kNamespaceFields || xmlDictSize(parser_->dict) > kMostNames)
     Stop(DocumentFault::kExpandsTooMuch);
   int got = -1;
   Guard([&] {
     got = source_.Read(bytes, capacity);
     if (got > 0) bytesRead_ += got;
+    if (got < 0) Stop(DocumentFault::kMalformed);
   });
   return got;
 }
@@ -230,6 +252,10 @@ xmlEntity* Builder::Entity(const xmlChar* name) noexcept {
 
 xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
   xmlEntity* const entity = xmlGetParameterEntity(parser_->myDoc, name);
+  if (entity && entity->etype == XML_EXTERNAL_PARAMETER_ENTITY) {
+    parser_->hasPErefs = 1;  // something is left out from here on, and that is no error in itself
+    return nullptr;
+  }
   Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
   return stopped_ ? nullptr : entity;
 }

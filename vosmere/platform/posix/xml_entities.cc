@@ -23,8 +23,7 @@ DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* ent
     return parser->hasExternalSubset || parser->hasPErefs ? DocumentFault::kRefersOutside
                                                           : DocumentFault::kNone;
   if (entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY ||
-      entity->etype == XML_EXTERNAL_GENERAL_UNPARSED_ENTITY ||
-      entity->etype == XML_EXTERNAL_PARAMETER_ENTITY)
+      entity->etype == XML_EXTERNAL_GENERAL_UNPARSED_ENTITY)
     return DocumentFault::kRefersOutside;
   if (entity->length > kLongestLiteral) return DocumentFault::kExpandsTooMuch;
   const Expansion expansion = Measure(parser->myDoc, entity, 0);
