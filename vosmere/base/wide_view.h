@@ -52,6 +52,22 @@ inline bool SameText(const WChar* a, const WChar* b) {
   return WideView(a) == WideView(b);
 }
 
+/// How many units from the start hold whole characters only: up to the first unpaired surrogate.
+inline std::size_t WellFormedLength(WideView text) {
+  const auto isHigh = [](WChar unit) { return (unit & 0xFC00) == 0xD800; };
+  const auto isLow = [](WChar unit) { return (unit & 0xFC00) == 0xDC00; };
+  std::size_t i = 0;
+  while (i < text.size) {
+    if (!isHigh(text[i]) && !isLow(text[i]))
+      ++i;
+    else if (isHigh(text[i]) && i + 1 < text.size && isLow(text[i + 1]))
+      i += 2;
+    else
+      break;
+  }
+  return i;
+}
+
 constexpr WChar FoldAscii(WChar unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<WChar>(unit + ('a' - 'A')) : unit;
 }

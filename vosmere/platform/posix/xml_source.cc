@@ -9,28 +9,6 @@
 namespace vosmere::posix {
 namespace {
 
-bool IsHighSurrogate(WChar unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-bool IsLowSurrogate(WChar unit) {
-  return (unit & 0xFC00) == 0xDC00;
-}
-
-/// How many units from the start hold whole characters only.
-std::size_t WellFormedLength(WideView text) {
-  std::size_t i = 0;
-  while (i < text.size) {
-    if ((text[i] & 0xF800) != 0xD800) {
-      ++i;
-    } else if (IsHighSurrogate(text[i]) && i + 1 < text.size && IsLowSurrogate(text[i + 1])) {
-      i += 2;
-    } else {
-      break;
-    }
-  }
-  return i;
-}
-
 [[noreturn]] void ThrowFileFailure(DocumentFault fault, ULONG systemError, const char* reason) {
   DocumentFailure failure;
   failure.error.fault = fault;

@@ -189,6 +189,9 @@ void XmlDocument::LoadFile(const WChar* path) {
 void XmlDocument::LoadText(const WChar* text) {
   if (text && *text == 0xFEFF) ++text;
   const SystemText source(text ? text : Ours(L""));
+  const WideView view(source.get());
+  if (WellFormedLength(view) != view.size)  // the parser would let it pass behind the root element
+    Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is no character");
   BlankEncoding(source.get());
   const win32::XmlUnits units{WideView(source.get())};
   if (win32::HasDoctype(units)) {
