@@ -30,6 +30,7 @@
 #include "vosmere/platform/keys.h"
 #include "vosmere/platform/system_string.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/sched/synch.h"
 #include "vosmere/text/base_tool.h"
 #include "vosmere/text/chunk_buffer.h"
 #include "vosmere/text/encoding_tool.h"

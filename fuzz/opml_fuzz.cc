@@ -1,0 +1,23 @@
+// Any bytes load or fail; what loads can be saved.
+#include <cstddef>
+#include <cstdint>
+
+#include "vosmere/nodes/tree_link.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/platform/system_string.h"
+#include "vosmere/xml/opml_reader.h"
+#include "vosmere/xml/opml_writer.h"
+
+using namespace vosmere;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  CReadColctTreeOPML reader;
+  reader.LoadXML(reinterpret_cast<const char*>(data), static_cast<int>(size));
+  if (RNode* const tree = reader.DetachTreeRoot()) {
+    CWriteColctTreeOPML writer;
+    writer.SetTreeRoot(tree);
+    SysFreeString(writer.GetXMLBSTR());
+    DeleteTree(tree);
+  }
+  return 0;
+}

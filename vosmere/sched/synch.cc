@@ -1,0 +1,7 @@
+#include "vosmere/sched/synch.h"
+
+namespace vosmere {
+
+CKQSynch::~CKQSynch() = default;
+
+}  // namespace vosmere
