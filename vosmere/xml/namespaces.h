@@ -4,3 +4,8 @@
 #define VOSMERE_NAMESPACE_VSM "http://www.vosmere.example/schema/vsm"
 #define VOSMERE_NAMESPACE_DC "http://purl.org/dc/elements/1.1/"
 #define VOSMERE_NAMESPACE_SX "http://www.microsoft.com/schemas/rss/sse"
+
+// The attributes that declare the prefixes of the documents of items, a blank before each.
+#define VOSMERE_ITEM_PREFIXES                                                 \
+  " xmlns:vsm=\"" VOSMERE_NAMESPACE_VSM "\" xmlns:dc=\"" VOSMERE_NAMESPACE_DC \
+  "\" xmlns:sx=\"" VOSMERE_NAMESPACE_SX "\""

@@ -10,8 +10,6 @@
 namespace vosmere {
 namespace {
 
-constexpr std::size_t kSyncUuidLimit = 41;
-
 CColctNode* Colct(RNode* link) {
   return static_cast<CColctNode*>(link->item);
 }
@@ -46,8 +44,7 @@ bool CWriteColctTreeOPML::FillData() {
 }
 
 void CWriteColctTreeOPML::AddHead() {
-  Put("<opml version=\"2.0\" xmlns:vsm=\"" VOSMERE_NAMESPACE_VSM
-      "\" xmlns:dc=\"" VOSMERE_NAMESPACE_DC "\" xmlns:sx=\"" VOSMERE_NAMESPACE_SX "\">\r\n");
+  Put("<opml version=\"2.0\"" VOSMERE_ITEM_PREFIXES ">\r\n");
   Put("<head><title>");
   const WideView name(root_->item->GetName());
   std::string title;
@@ -132,29 +129,8 @@ int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {
   return whole.From(start).First(library.size) == library ? baseLength_ : 0;
 }
 
-// The blanks differ between the four forms on purpose: this is how the files have always been.
 void CWriteColctTreeOPML::FillNodeStat(CNodeStat* stat) {
-  LONG added = 0, modified = 0, lastVisited = 0;
-  stat->GetStatTime(&added, &modified, &lastVisited);
-  Put("<vsm:stat added=\"");
-  PutNumber(added);
-  Put("\" modified=\"");
-  PutNumber(modified);
-  Put("\" lastVisited=\"");
-  PutNumber(lastVisited);
-  if (stat->GetFlag() != 0) {
-    if (stat->IsUnread())
-      Put("\" flag=\"");
-    else
-      Put("\"  flag=\"");
-    PutNumber(stat->GetFlag());
-  }
-  if (stat->IsUnread())
-    Put("\" unread=\"true\" />\r\n");
-  else if (stat->GetFlag() != 0)
-    Put("\" />\r\n");
-  else
-    Put("\"/>\r\n");
+  PutStat(*stat, "  ");
 }
 
 void CWriteColctTreeOPML::FillNodeUUID(CBaseNode* node) {
@@ -163,25 +139,10 @@ void CWriteColctTreeOPML::FillNodeUUID(CBaseNode* node) {
 
 void CWriteColctTreeOPML::FillSync(WideView uuid, int version) {
   if (uuid.empty()) return;
-  if (uuid.size >= kSyncUuidLimit) {
-    Put("<vsm:error uuidlen=\"");
-    PutNumber(static_cast<LONG>(uuid.size));
-    Put("\" />");
-    return;
-  }
-  char id[kSyncUuidLimit * kEscapedUnitBytes];
-  const int idLength = PieceToEscapedUtf8(uuid, id);
-  if (idLength == 0) {
-    Put("<vsm:error  uuidutf8=\"false\" />");
-    return;
-  }
-  Put("<sx:sync id=\"");
-  FillString(id, idLength);
-  if (version != 0) {
-    Put("\" version=\"");
-    PutNumber(version);
-  }
-  Put("\"></sx:sync>");
+  if (uuid.size > kLongestSyncId)
+    PutSyncTooLong(uuid);
+  else if (!PutSync(uuid, version))
+    PutSyncUnconverted();
 }
 
 void CWriteColctTreeOPML::FillNetData(CColctNetData* data) {
@@ -192,11 +153,6 @@ void CWriteColctTreeOPML::FillNetData(CColctNetData* data) {
     Put("</vsm:owner>\r\n");
   }
   if (data->GetColctExpandState()) Put("<vsm:view expand=\"true\" />\r\n");
-}
-
-void CWriteColctTreeOPML::FillBoolean(bool value, const char* open, const char* close,
-                                      int openLength) {
-  FillNodeChar(value ? "true" : "false", open, close, openLength);
 }
 
 }  // namespace vosmere

@@ -2,7 +2,7 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
-#include "vosmere/xml/write_xml.h"
+#include "vosmere/xml/write_items.h"
 
 namespace vosmere {
 
@@ -18,13 +18,10 @@ struct RNode;
 ///
 /// Intended: an address is written with every backslash turned into a slash.
 ///
-/// Intended: the white space within elements is what the files have always had: two blanks before a
-/// flag alone and in the mark of a failed identity, none before the end of the shortest statistics.
-///
 /// Intended: names, descriptions and addresses stand in the markup unescaped; one that holds a
 /// double quote, an ampersand or a less-than sign gives a document that no parser accepts. Only the
 /// title, owners and identities are escaped. Readers of these files never unescape them.
-class VOSMERE_API CWriteColctTreeOPML : public CWriteXML {
+class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
  public:
   /// Intended: a name of this many units is cut to one less; documents and their readers have
   /// always agreed on 199.
@@ -56,9 +53,6 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteXML {
   void FillNetData(CColctNetData* data);
   /// Where the written part of an address, a system string, begins.
   int GetRelativeStartPos(const WChar* path);
-  /// `open`, "true" or "false", then `close`, which is three bytes longer.
-  void FillBoolean(bool value, const char* open, const char* close, int openLength);
-
   /// The synchronisation element of an item with that identity; nothing for an empty one.
   void FillSync(WideView uuid, int version);
 

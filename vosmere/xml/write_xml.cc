@@ -85,6 +85,10 @@ bool CWriteXML::FillNodeChar(const char* value, const char* open, const char* cl
   return true;
 }
 
+void CWriteXML::FillBoolean(bool value, const char* open, const char* close, int openLength) {
+  FillNodeChar(value ? "true" : "false", open, close, openLength);
+}
+
 void CWriteXML::PutNumber(LONG number) {
   constexpr int kMostDigits = 11;
   char aside[kMostDigits];

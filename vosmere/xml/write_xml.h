@@ -14,6 +14,22 @@ namespace vosmere {
 
 class File;
 
+/// An element's name as a template argument, which makes its tags constants.
+template <std::size_t N>
+struct ElementName {
+  char open[N + 2] = {};   ///< "<name>"
+  char close[N + 5] = {};  ///< "</name>" with CR LF
+
+  consteval ElementName(const char (&name)[N]) {
+    open[0] = close[0] = '<';
+    close[1] = '/';
+    for (std::size_t i = 0; i + 1 < N; ++i) open[i + 1] = close[i + 2] = name[i];
+    open[N] = close[N + 1] = '>';
+    close[N + 2] = '\r';
+    close[N + 3] = '\n';
+  }
+};
+
 /// Base of every document writer: appends UTF-8 markup to a chunk buffer in document order, then
 /// saves it to a file or hands it out as a wide string.
 ///
@@ -62,6 +78,8 @@ class VOSMERE_API CWriteXML {
   virtual bool FillNode(const WChar* value, const char* open, const char* close, int openLength);
   /// The same around zero-terminated bytes, as they are. Always true.
   virtual bool FillNodeChar(const char* value, const char* open, const char* close, int openLength);
+  /// `open`, "true" or "false", then `close`, which is three bytes longer.
+  void FillBoolean(bool value, const char* open, const char* close, int openLength);
   /// Generates the document; its result is ignored.
   virtual bool FillData() = 0;
 
@@ -90,6 +108,25 @@ class VOSMERE_API CWriteXML {
   /// As it is. False when it cannot be converted; what went before stays appended.
   bool PutText(WideView text);
   bool PutEscaped(WideView text);
+  /// "<name>", the text escaped, "</name>" and CR LF: `PutElement<"title">(text)`.
+  template <ElementName Name>
+  void PutElement(WideView text) {
+    Put(Name.open);
+    PutEscaped(text);
+    Put(Name.close);
+  }
+  template <ElementName Name>
+  void PutElement(LONG number) {
+    Put(Name.open);
+    PutNumber(number);
+    Put(Name.close);
+  }
+  /// The same where an empty text, or null, has no element at all.
+  template <ElementName Name>
+  void PutElementUnlessEmpty(const WChar* text) {
+    const WideView view(text);
+    if (!view.empty()) PutElement<Name>(view);
+  }
   /// Converted piece by piece: `convert` writes at most `unitBytes` bytes, 6 at the most, for each
   /// unit of a piece and returns their number; 0 is a failure.
   bool PutPieces(WideView text, std::size_t unitBytes, int (*convert)(WideView piece, char* bytes));

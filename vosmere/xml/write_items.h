@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string_view>
+
+#include "vosmere/base/export.h"
+#include "vosmere/base/types.h"
+#include "vosmere/base/wide_view.h"
+#include "vosmere/xml/write_xml.h"
+
+namespace vosmere {
+
+class CBaseNode;
+class CNodeStat;
+
+/// Base of the writers of items: the elements that several documents have, each in the one form
+/// that their readers know.
+///
+/// Intended: the blanks within these elements are what the files have always had: two in the mark
+/// of an identity that was not converted, none before the end of the shortest statistics, and
+/// before a flag alone as many as the document likes.
+class VOSMERE_API CWriteItems : public CWriteXML {
+ public:
+  ~CWriteItems() override;
+
+ protected:
+  /// Units that an identity has at most, in this document or any other.
+  static constexpr std::size_t kLongestSyncId = 40;
+
+  /// The synchronisation element of an item with that identity, which has at most kLongestSyncId
+  /// units; its version is left out when it is 0. False, with nothing appended, when the identity
+  /// cannot be converted.
+  bool PutSync(WideView uuid, LONG version, bool deleted = false);
+  /// What stands in the place of an identity that is too long, or cannot be converted.
+  void PutSyncTooLong(WideView uuid);
+  void PutSyncUnconverted();
+
+  /// The statistics element with its line end.
+  void PutStat(const CNodeStat& stat, std::string_view blanksBeforeLoneFlag);
+
+  /// The element of the base build with its line end, its name behind `prefix`; nothing for an item
+  /// without one.
+  void PutBuild(std::string_view prefix, const CBaseNode& item);
+};
+
+}  // namespace vosmere
