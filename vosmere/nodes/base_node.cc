@@ -32,7 +32,7 @@ void CBaseNode::SetUUID(const WChar* uuid) {
 
 bool CBaseNode::HasCheckedIn(int* state) const {
   if (state) *state = checkedIn_;
-  return checkedIn_ == 2;
+  return checkedIn_ == kCheckedIn;
 }
 
 }  // namespace vosmere

@@ -21,6 +21,8 @@ class VOSMERE_API CBaseNode {
  public:
   /// Units of the longest identity; longer ones are cut.
   static constexpr int kMaxUuidLength = 36;
+  /// The synchronisation state "checked in".
+  static constexpr int kCheckedIn = 2;
 
   virtual ~CBaseNode();
   CBaseNode(const CBaseNode&) = delete;
@@ -60,9 +62,9 @@ class VOSMERE_API CBaseNode {
   void SetBaseBuild(int build) { baseBuild_ = build; }
   int GetBaseBuild() const { return baseBuild_; }
 
-  /// Synchronisation state; 2 means checked in.
+  /// Synchronisation state; kCheckedIn is the only value with a meaning.
   void SetCheckedIn(int state) { checkedIn_ = state; }
-  /// True exactly when the state is 2; stores the raw state when `state` is not null.
+  /// True exactly when the state is kCheckedIn; stores the raw state when `state` is not null.
   bool HasCheckedIn(int* state) const;
 
   /// A deleted item stays in its tree: a tombstone for synchronisation.
@@ -94,7 +96,7 @@ class VOSMERE_API CBaseNode {
   WChar uuid_[kMaxUuidLength + 5] = {};
   LONG version_ = 1;
   LONG order_ = 1;
-  LONG checkedIn_ = 2;
+  LONG checkedIn_ = kCheckedIn;
   LONG baseBuild_ = 0;
   bool deleted_ = false;
   ULONG nodeData_ = 0;

@@ -7,7 +7,7 @@
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
 #include "vosmere/nodes/tree_tool.h"
-#include "vosmere/xml/reader_fields.h"
+#include "vosmere/xml/item_fields.h"
 
 namespace vosmere {
 namespace {
@@ -19,12 +19,6 @@ void SetPath(CColctNode& colct, const WChar* value) {
   WChar path[CUrlNode::kTextLimit];
   std::replace_copy(value, value + view.size + 1, path, WChar{'/'}, WChar{'\\'});
   colct.SetUrl(path);
-}
-
-template <ULONG Which>
-void StatTime(CNodeStat& stat, const WChar* value) {
-  const LONG time = NumberFromText(value);
-  stat.SetStatTime(time, time, time, Which);
 }
 
 constexpr Field<CFolderNode> kFolderFields[] = {
@@ -44,20 +38,6 @@ constexpr Field<CColctNode> kColctFields[] = {
     {"language", Ignored},
     {"link", Ignored},
     {"pubDate", Ignored},
-};
-
-constexpr Field<CBaseNode> kSyncFields[] = {
-    {"id", Text<&CBaseNode::SetUUID>},
-    {"version", Number<&CBaseNode::SetVersion>},
-    {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
-};
-
-constexpr Field<CNodeStat> kStatFields[] = {
-    {"added", StatTime<CNodeStat::kAdded>},
-    {"modified", StatTime<CNodeStat::kModified>},
-    {"lastVisited", StatTime<CNodeStat::kLastVisited>},
-    {"flag", Number<&CNodeStat::SetFlag>},
-    {"unread", WhenTrue<&CNodeStat::MarkAsUnread>},
 };
 
 constexpr Field<CColctNetData> kViewFields[] = {
@@ -85,7 +65,7 @@ void CParseOPML::ParseXMLTree(XmlNode node) {
 }
 
 struct CParseOPML::Element {
-  std::string_view name;
+  RowName name;
   void (CParseOPML::*process)(XmlNode);
 };
 
@@ -239,11 +219,7 @@ RNode* CReadColctTreeOPML::DetachTreeRoot() {
 
 void CReadColctTreeOPML::InvokeParser(XmlNode root) {
   CParseOPML parser;
-  const XmlText name = root.Name();
-  if (IsNamed(name.view(), "opml"))
-    parser.ParseXMLTree(root);
-  else
-    Trace("Element Name=%s\n", name.c_str());
+  if (IsRootNamed(root, "opml")) parser.ParseXMLTree(root);
   ThrowIfTextsWereLost();
   DeleteTree(treeRoot_);
   treeRoot_ = static_cast<RNode*>(parser.DetachData());

@@ -15,6 +15,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <type_traits>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/trace.h"
@@ -36,25 +37,52 @@ inline bool IsNamed(WideView text, std::string_view name) {
 /// 0 without digits, the nearest 32-bit number beyond the range.
 VOSMERE_API LONG NumberFromText(const WChar* text);
 
-/// The first row with that name, or null. Rows have a `std::string_view name`.
+/// Whether a text begins with an ASCII one, in any letter case.
+inline bool BeginsWithNoCase(WideView text, std::string_view beginning) {
+  if (text.size < beginning.size()) return false;
+  for (std::size_t i = 0; i < beginning.size(); ++i)
+    if (FoldAscii(text[i]) != FoldAscii(static_cast<unsigned char>(beginning[i]))) return false;
+  return true;
+}
+
+/// A name in a table: a literal is that name exactly, BeginningWith("...") every name that begins
+/// so in any letter case.
+struct RowName {
+  std::string_view text;
+  bool isBeginning = false;
+
+  constexpr RowName(const char* name) : text(name) {}
+
+  bool Matches(WideView name) const {
+    return isBeginning ? BeginsWithNoCase(name, text) : IsNamed(name, text);
+  }
+};
+
+constexpr RowName BeginningWith(const char* beginning) {
+  RowName name(beginning);
+  name.isBeginning = true;
+  return name;
+}
+
+/// The first row that is so named, or null. Rows have a `RowName name`.
 template <class Row, std::size_t N>
 const Row* FindRow(const Row (&rows)[N], WideView name) {
   for (const Row& row : rows)
-    if (IsNamed(name, row.name)) return &row;
+    if (row.name.Matches(name)) return &row;
   return nullptr;
 }
 
 /// What to do with the text of one field of a `Target`.
 template <class Target>
 struct Field {
-  std::string_view name;
+  RowName name;
   void (*apply)(Target& target, const WChar* text);
 };
 
 /// Applies the first row with that name; false when there is none.
 template <class Target, std::size_t N>
-bool ApplyField(const Field<Target> (&fields)[N], Target& target, WideView name,
-                const WChar* text) {
+bool ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
+                WideView name, const WChar* text) {
   const Field<Target>* const field = FindRow(fields, name);
   if (field) field->apply(target, text);
   return field != nullptr;
@@ -80,6 +108,14 @@ void WhenTrue(Target& target, const WChar* text) {
 
 template <class Target>
 void Ignored(Target&, const WChar*) {}
+
+/// Whether a document is of the kind that its reader reads; another root element is traced.
+inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
+  const XmlText found = root.Name();
+  if (IsNamed(found.view(), name)) return true;
+  Trace("Element Name=%s\n", found.c_str());
+  return false;
+}
 
 /// Calls `visit(WideView name, const WChar* value)` for every attribute in order. One whose value
 /// is not a text is traced and skipped.
