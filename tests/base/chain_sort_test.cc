@@ -5,9 +5,9 @@
 #include <deque>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "tests/support/naive_sort.h"
 #include "tests/support/row.h"
 #include "tests/support/wide.h"
 #include "vosmere/nodes/compare.h"
@@ -15,64 +15,38 @@
 namespace vosmere::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 /// Compares as the sorters do, with the prefix rule.
 int Compare(const std::string& a, const std::string& b) {
   return CompareTextNoCase(W(a), W(b));
 }
 
-struct Sorted {
-  bool anySwap;
-  int compared;
-  std::string row;
+struct Cell {
+  Cell* prev;
+  Cell* next;
+  std::string text;
 };
-
-Sorted BubbleSorted(const Texts& texts) {
-  struct Cell {
-    Cell* prev;
-    Cell* next;
-    std::string text;
-  };
-  std::deque<Cell> cells;
-  Cell* head = nullptr;
-  for (const std::string& text : texts)
-    chain::Append(head, &cells.emplace_back(Cell{nullptr, nullptr, text}));
-  int compared = 0;
-  const bool anySwap = chain::BubbleSort(head, [&](Cell* a, Cell* b) {
-    ++compared;
-    return Compare(a->text, b->text);
-  });
-  return {anySwap, compared, Row(head, [](const Cell* cell) { return cell->text; })};
-}
-
-/// The same exchanges, spelled out for a row of texts.
-Sorted NaivelySorted(Texts texts) {
-  Sorted sorted{false, 0, ""};
-  bool swapped = true;
-  for (std::size_t end = texts.size() - 1; swapped && end > 0; --end) {
-    swapped = false;
-    for (std::size_t i = 0; i < end; ++i) {
-      ++sorted.compared;
-      if (Compare(texts[i], texts[i + 1]) >= 0) continue;
-      std::swap(texts[i], texts[i + 1]);
-      swapped = sorted.anySwap = true;
-    }
-  }
-  for (const std::string& text : texts) sorted.row += (&text == &texts[0] ? "" : " ") + text;
-  return sorted;
-}
 
 TEST(ChainSort, GivesWhatABubbleSortGivesWhereTheComparisonIsNotTransitive) {
   std::mt19937 random(20);
   for (int round = 0; round < 2000; ++round) {
-    Texts texts(1 + random() % 12);
+    std::vector<std::string> texts(1 + random() % 12);
     for (auto& text : texts)
       for (auto length = random() % 4; length > 0; --length) text += "abAB"[random() % 4];
-    const Sorted sorted = BubbleSorted(texts), expected = NaivelySorted(texts);
-    ASSERT_EQ(sorted.row, expected.row);
-    ASSERT_EQ(sorted.anySwap, expected.anySwap);
-    ASSERT_EQ(sorted.compared, expected.compared) << "one pass where it is sorted already";
+    std::deque<Cell> cells;
+    Cell* head = nullptr;
+    for (const auto& text : texts)
+      chain::Append(head, &cells.emplace_back(Cell{nullptr, nullptr, text}));
+    int compared = 0;
+    const bool anySwap = chain::BubbleSort(head, [&](Cell* a, Cell* b) {
+      ++compared;
+      return Compare(a->text, b->text);
+    });
+    const Exchanges expected = NaiveSort(texts, Compare);
+    std::string row;
+    for (const auto& text : texts) row += (&text == &texts[0] ? "" : " ") + text;
+    ASSERT_EQ(Row(head, [](const Cell* cell) { return cell->text; }), row);
+    ASSERT_EQ(anySwap, expected.any);
+    ASSERT_EQ(compared, expected.compared) << "one pass where it is sorted already";
   }
 }
 

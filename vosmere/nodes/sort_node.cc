@@ -1,8 +1,6 @@
 #include "vosmere/nodes/sort_node.h"
 
-#include "vosmere/base/chain_sort.h"
 #include "vosmere/nodes/base_node.h"
-#include "vosmere/nodes/compare.h"
 #include "vosmere/nodes/tree_link.h"
 
 namespace vosmere {
@@ -79,14 +77,6 @@ int CSortRNode::CompareByOrderAsc(void* a, void* b, void*) {
 
 int CSortRNode::CompareByOrderDes(void* a, void* b, void*) {
   return CompareNoCase(Item(a)->GetName(), Item(b)->GetName());
-}
-
-int CSortRNode::CompareNoCase(const WChar* a, const WChar* b) {
-  return CompareTextNoCase(a, b);
-}
-
-int CSortRNode::CompareValue(LONG a, LONG b) {
-  return CompareNumber(a, b);
 }
 
 }  // namespace vosmere

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "vosmere/base/export.h"
-#include "vosmere/base/types.h"
+#include "vosmere/nodes/sorter.h"
 
 namespace vosmere {
 
@@ -15,7 +15,7 @@ struct RNode;
 ///
 /// Intended: names compare over the length of the first alone, so a name counts as equal to every
 /// name that it is the beginning of, but not the other way round.
-class VOSMERE_API CSortRNode {
+class VOSMERE_API CSortRNode : protected Sorter {
  public:
   CSortRNode() = default;
   virtual ~CSortRNode();
@@ -31,9 +31,6 @@ class VOSMERE_API CSortRNode {
   RNode* SortByOrder(RNode* head, bool ascending);
 
  protected:
-  /// Takes two items and the parameter of the sort; below zero means that `b` belongs before `a`.
-  using Compare = int (*)(void* a, void* b, void* parameter);
-
   /// True when any two links were exchanged.
   bool BubbleSort(RNode** head, Compare compare, void* parameter, bool invert);
   void SwapWithNext(RNode* link, RNode** head);
@@ -43,9 +40,6 @@ class VOSMERE_API CSortRNode {
   static int CompareItemByCol(void* a, void* b, void* column);
   static int CompareByOrderAsc(void* a, void* b, void* parameter);
   static int CompareByOrderDes(void* a, void* b, void* parameter);
-
-  static int CompareNoCase(const WChar* a, const WChar* b);
-  static int CompareValue(LONG a, LONG b);
 };
 
 }  // namespace vosmere
