@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 
+#include "vosmere/base/types.h"
+
 namespace vosmere::test {
 
 /// Sets the TZ environment variable ("CST-8", "EST5"; null removes it) for the process and its
@@ -16,5 +18,8 @@ void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 
 /// Levels of nested elements that the platform's parser loads for certain.
 extern const int kLevelsThatLoad;
+
+/// The zone of a host name without a dot. Wine's table takes no name for the own network's.
+extern const LONG kZoneOfPlainNames;
 
 }  // namespace vosmere::test

@@ -9,6 +9,7 @@ namespace vosmere::test {
 
 const bool kSystemStringsFail = true;
 const int kLevelsThatLoad = 1000;
+const LONG kZoneOfPlainNames = 1;
 
 void SetTimeZone(const char* zone) {
   zone ? setenv("TZ", zone, 1) : unsetenv("TZ");

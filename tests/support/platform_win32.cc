@@ -12,6 +12,7 @@ namespace vosmere::test {
 
 const bool kSystemStringsFail = false;
 const int kLevelsThatLoad = 200;
+const LONG kZoneOfPlainNames = 3;
 
 void SetTimeZone(const char* zone) {
   _putenv_s("TZ", zone ? zone : "");

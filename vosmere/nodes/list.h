@@ -1,7 +1,10 @@
 #pragma once
 
 #include <new>
+#include <type_traits>
 #include <utility>
+
+#include "vosmere/base/chain.h"
 
 namespace vosmere {
 
@@ -22,4 +25,34 @@ struct TList {
   static TList* New(T datum) { return new (std::nothrow) TList(std::move(datum)); }
 };
 
+namespace list {
+
+/// Appends a new cell for `datum` and returns it; null, with nothing changed, when memory runs out.
+template <class T>
+TList<T>* Append(TList<T>*& head, std::type_identity_t<T> datum) {
+  TList<T>* const cell = TList<T>::New(std::move(datum));
+  if (cell) chain::Append(head, cell);
+  return cell;
+}
+
+/// Unlinks and frees the first cell that holds `datum`, not the datum; false when there is none.
+template <class T>
+bool Remove(TList<T>*& head, const std::type_identity_t<T>& datum) {
+  TList<T>* const cell = chain::Find(head, [&](TList<T>* c) { return c->data == datum; });
+  if (!cell) return false;
+  chain::Unlink(head, cell);
+  delete cell;
+  return true;
+}
+
+/// Frees every cell from `head` on, and its datum with `free`.
+template <class T, class Free>
+void Delete(TList<T>* head, Free free) {
+  for (TList<T>* cell : chain::Cells(head)) {
+    free(cell->data);
+    delete cell;
+  }
+}
+
+}  // namespace list
 }  // namespace vosmere

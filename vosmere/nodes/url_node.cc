@@ -3,11 +3,6 @@
 #include "vosmere/base/no_memory.h"
 
 namespace vosmere {
-namespace {
-
-constexpr WChar kBlankPage[] = {'a', 'b', 'o', 'u', 't', ':', 'b', 'l', 'a', 'n', 'k', 0};
-
-}  // namespace
 
 CUrlNode::CUrlNode() : url_(kBlankPage) {}
 

@@ -1,0 +1,39 @@
+#include "vosmere/platform/zone.h"
+
+#include "vosmere/platform/win32/com.h"
+
+#include <urlmon.h>
+
+namespace vosmere {
+namespace {
+
+static_assert(kZoneLocalMachine == URLZONE_LOCAL_MACHINE && kZoneIntranet == URLZONE_INTRANET &&
+              kZoneInternet == URLZONE_INTERNET);
+
+/// Gives the thread COM while it lives. A thread that has it keeps its kind.
+class ComScope {
+ public:
+  ComScope() : entered_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
+  ComScope(const ComScope&) = delete;
+  ComScope& operator=(const ComScope&) = delete;
+  ~ComScope() {
+    if (entered_) ::CoUninitialize();
+  }
+
+ private:
+  bool entered_;
+};
+
+}  // namespace
+
+LONG SystemSecurityZone(const WChar* url) {
+  const ComScope com;
+  win32::Counted<IInternetSecurityManager> manager;
+  if (FAILED(::CoInternetCreateSecurityManager(nullptr, manager.out(), 0))) return kZoneUnknown;
+  DWORD zone = kZoneUnknown;
+  const HRESULT result = manager->MapUrlToZone(win32::Native(url), &zone, 0);
+  // Wine calls an address without a host well mapped, to an invalid zone.
+  return FAILED(result) || static_cast<LONG>(zone) < 0 ? kZoneUnknown : static_cast<LONG>(zone);
+}
+
+}  // namespace vosmere
