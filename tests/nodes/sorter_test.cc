@@ -14,6 +14,7 @@
 #include "tests/support/tree.h"
 #include "vosmere/nodes/sort_list.h"
 #include "vosmere/nodes/sort_node.h"
+#include "vosmere/nodes/tag_store.h"
 
 namespace vosmere::test {
 namespace {
@@ -88,6 +89,18 @@ std::string List(const Entries& entries, ItemList* (CSortRList::*sort)(ItemList*
   return Row((sorter.*sort)(head, flag), [](auto* c) { return Utf8(c->data->GetDescription()); });
 }
 
+std::string Tags(const Entries& entries, bool ascending) {
+  CTagStore store;
+  CTagGroup* const group = store.AddTagGroup(CTagStore::CreateTagGroup())->data;
+  for (const Entry& entry : entries) {
+    CTagItem* const tag = group->AddTagItem(CTagStore::CreateTagItem())->data;
+    tag->SetName(W(entry.name));
+    tag->SetCount(std::stoi(entry.place));
+  }
+  group->SortTagItem(ascending);
+  return Row(group->GetTagItemHead(), [](auto* c) { return std::to_string(c->data->GetCount()); });
+}
+
 TEST(Sorters, GiveWhatABubbleSortOfAnArrayGives) {
   constexpr auto added = ByTime<&Entry::added>, modified = ByTime<&Entry::modified>,
                  visited = ByTime<&Entry::visited>;
@@ -103,6 +116,7 @@ TEST(Sorters, GiveWhatABubbleSortOfAnArrayGives) {
       EXPECT_EQ(Links(entries, &CSortRNode::SortByOrder, flag), Expected(entries, ByName, false));
       EXPECT_EQ(List(entries, &CSortRList::Sort, flag), expected(ByName));
       EXPECT_EQ(List(entries, &CSortRList::SortByVisitTime, flag), expected(visited));
+      EXPECT_EQ(Tags(entries, flag), expected(ByName));
     }
   }
 }

@@ -1,0 +1,7 @@
+#include "vosmere/nodes/tag_item.h"
+
+namespace vosmere {
+
+CTagItem::~CTagItem() = default;
+
+}  // namespace vosmere
