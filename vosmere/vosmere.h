@@ -18,6 +18,7 @@
 #include "vosmere/nodes/colct_tool.h"
 #include "vosmere/nodes/compare.h"
 #include "vosmere/nodes/folder_node.h"
+#include "vosmere/nodes/hash_table.h"
 #include "vosmere/nodes/list.h"
 #include "vosmere/nodes/name_value_pair.h"
 #include "vosmere/nodes/node_stat.h"
