@@ -17,14 +17,6 @@
 namespace vosmere::test {
 namespace {
 
-template <class Make, class Free>
-void ExpectNullAtEachFailure(Make make, Free free) {
-  AtEachFailure(make, [free](auto* made, bool failed) {
-    EXPECT_EQ(made == nullptr, failed);
-    free(made);
-  });
-}
-
 TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
   ExpectNullAtEachFailure([] { return CFolderNode::New(); }, CBaseNode::Delete);
   ExpectNullAtEachFailure([] { return CUrlNode::New(); }, CBaseNode::Delete);

@@ -48,6 +48,15 @@ void AtEachFailure(Make make, Check check) {
   }
 }
 
+/// For a `make` that is whole or null; `free` takes either.
+template <class Make, class Free>
+void ExpectNullAtEachFailure(Make make, Free free) {
+  AtEachFailure(make, [free](auto* made, bool failed) {
+    EXPECT_EQ(made == nullptr, failed);
+    free(made);
+  });
+}
+
 /// Whether system strings can be made to fail.
 extern const bool kSystemStringsFail;
 

@@ -15,6 +15,16 @@ struct FilePiece {
   std::size_t size;
 };
 
+/// Whether a file may make its user wait: for the other end of a pipe, for the user of a terminal.
+/// Opening never waits, whatever the path names.
+enum class Waiting {
+  /// A pipe does not open, nor on Windows any other device (a file named "nul.html" would be one);
+  /// elsewhere a device that has nothing to give or no room at the moment fails.
+  kNever,
+  /// Reading waits for what comes, writing for room.
+  kAllowed,
+};
+
 /// One open file. Operations return false on failure and leave the system's error number (errno
 /// values on Linux, GetLastError values on Windows) in `error()`.
 ///
@@ -32,13 +42,26 @@ class File {
   }
   ~File() { Close(); }
 
-  /// For reading. A directory fails here.
-  bool Open(const WChar* path);
+  /// For reading; others may read, too. A directory fails here.
+  bool Open(const WChar* path, Waiting waiting = Waiting::kNever);
   /// For writing; an existing file is cut to nothing first. Others may read meanwhile.
-  bool Create(const WChar* path);
+  bool Create(const WChar* path, Waiting waiting = Waiting::kNever);
+  /// For writing over what an existing file holds, from its beginning.
+  bool OpenOrCreate(const WChar* path, Waiting waiting = Waiting::kNever);
 
   /// Reads up to `capacity` bytes; `*got` is 0 at the end.
   bool Read(void* bytes, std::size_t capacity, std::size_t* got);
+  /// Reads until `capacity` bytes are there or the file ends; `*got` tells how many there are, also
+  /// on failure.
+  bool ReadFully(void* bytes, std::size_t capacity, std::size_t* got) {
+    for (*got = 0; *got < capacity;) {
+      std::size_t part = 0;
+      if (!Read(static_cast<char*>(bytes) + *got, capacity - *got, &part)) return false;
+      if (part == 0) break;
+      *got += part;
+    }
+    return true;
+  }
   /// Writes all pieces in order, whatever number of system calls that takes.
   bool Write(const FilePiece* pieces, std::size_t count);
   /// Length in bytes.
@@ -50,6 +73,8 @@ class File {
 
  private:
   static constexpr std::intptr_t kNone = -1;
+  /// What every opening ends with: the handle is one that `waiting` admits, or none.
+  bool Admit(Waiting waiting);
   bool Fail();
 
   std::intptr_t handle_ = kNone;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <memory>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
@@ -50,6 +51,9 @@ class VOSMERE_API CChunkBuffer {
   /// stores the first chunk. An empty buffer returns 0 and leaves `*head` as it is. The chunks tell
   /// what is in them at the time of the call.
   LONG Get(Chunk** head) const;
+
+  /// A copy of all that was appended in one block, with a zero byte behind it; null without memory.
+  std::unique_ptr<char[]> Joined() const;
 
   /// Frees every chunk and begins anew.
   void Clear();

@@ -166,17 +166,10 @@ BSTR CWriteXML::GetXMLBSTR() {
   FillOnce();
   Chunk* chunk = nullptr;
   if (!IsComplete(&chunk)) return nullptr;
-  std::size_t total = 0;
-  for (const Chunk* c = chunk; c; c = c->next) total += static_cast<std::size_t>(c->used);
-  const std::unique_ptr<char[]> bytes(new (std::nothrow) char[total + 1]);
-  char* end = bytes.get();
-  for (; end && chunk; chunk = chunk->next) end = std::copy_n(chunk->data, chunk->used, end);
+  const std::unique_ptr<char[]> bytes = buffer_->Joined();
+  if (bytes && !bytes[0]) return nullptr;
   BSTR result = nullptr;
-  if (end) {
-    *end = 0;
-    if (!*bytes.get()) return nullptr;
-    CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
-  }
+  if (bytes) CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
   if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
   return result;
 }
@@ -194,7 +187,7 @@ bool CWriteXML::SaveToFile(const WChar* path) {
 
 bool CWriteXML::OpenFile(const WChar* path) {
   CloseFile();
-  if (file_ && path && file_->Create(path)) return true;
+  if (file_ && path && file_->Create(path, Waiting::kAllowed)) return true;
   const ULONG error = file_ ? file_->error() : 0;
   Trace("0X%08X CWriteXML Could not open file. %s\n", error, path);
   return Fail(DocumentFault::kCannotOpen, "the file cannot be created", error);

@@ -23,7 +23,7 @@ auto UntilNotInterrupted(Call call) {
   return result;
 }
 
-/// A descriptor, or -1.
+/// A descriptor that does not wait for anything, or -1.
 int OpenPath(const WChar* path, int flags) {
   char name[PATH_MAX];
   const std::size_t length = utf8::Encode(path, WideLength(path), name, sizeof name - 1);
@@ -33,7 +33,8 @@ int OpenPath(const WChar* path, int flags) {
   }
   name[length] = 0;
   std::replace(name, name + length, '\\', '/');
-  return UntilNotInterrupted([&] { return open(name, flags | O_CLOEXEC, 0666); });
+  return UntilNotInterrupted(
+      [&] { return open(name, flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666); });
 }
 
 int Descriptor(std::intptr_t handle) {
@@ -42,21 +43,36 @@ int Descriptor(std::intptr_t handle) {
 
 }  // namespace
 
-bool File::Open(const WChar* path) {
+bool File::Open(const WChar* path, Waiting waiting) {
   Close();
   handle_ = OpenPath(path, O_RDONLY);
-  struct stat status;
-  if (!IsOpen() || fstat(Descriptor(handle_), &status) != 0) return Fail();
-  if (!S_ISDIR(status.st_mode)) return true;
-  Close();
-  errno = EISDIR;
-  return Fail();
+  return Admit(waiting);
 }
 
-bool File::Create(const WChar* path) {
+bool File::Create(const WChar* path, Waiting waiting) {
   Close();
   handle_ = OpenPath(path, O_WRONLY | O_CREAT | O_TRUNC);
-  return IsOpen() || Fail();
+  return Admit(waiting);
+}
+
+bool File::OpenOrCreate(const WChar* path, Waiting waiting) {
+  Close();
+  handle_ = OpenPath(path, O_WRONLY | O_CREAT);
+  return Admit(waiting);
+}
+
+bool File::Admit(Waiting waiting) {
+  if (!IsOpen()) return Fail();
+  const auto refuse = [this](int error) {
+    Close();
+    errno = error;
+    return Fail();
+  };
+  struct stat status;
+  if (fstat(Descriptor(handle_), &status) != 0) return refuse(errno);
+  if (S_ISDIR(status.st_mode)) return refuse(EISDIR);
+  if (waiting == Waiting::kNever) return !S_ISFIFO(status.st_mode) || refuse(ENXIO);
+  return fcntl(Descriptor(handle_), F_SETFL, 0) == 0 || refuse(errno);
 }
 
 bool File::Read(void* bytes, std::size_t capacity, std::size_t* got) {

@@ -21,7 +21,7 @@ namespace {
 }  // namespace
 
 FileSource::FileSource(const WChar* path) {
-  if (!file_.Open(path))
+  if (!file_.Open(path, Waiting::kAllowed))
     ThrowFileFailure(DocumentFault::kCannotOpen, file_.error(), "the file does not open");
 }
 

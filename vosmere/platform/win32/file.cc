@@ -66,16 +66,30 @@ bool WritePieces(HANDLE file, const FilePiece* pieces, std::size_t count) {
 
 }  // namespace
 
-bool File::Open(const WChar* path) {
+bool File::Open(const WChar* path, Waiting waiting) {
   Close();
   handle_ = OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
-  return IsOpen() || Fail();
+  return Admit(waiting);
 }
 
-bool File::Create(const WChar* path) {
+bool File::Create(const WChar* path, Waiting waiting) {
   Close();
   handle_ = OpenHandle(path, GENERIC_WRITE, CREATE_ALWAYS);
-  return IsOpen() || Fail();
+  return Admit(waiting);
+}
+
+bool File::OpenOrCreate(const WChar* path, Waiting waiting) {
+  Close();
+  handle_ = OpenHandle(path, GENERIC_WRITE, OPEN_ALWAYS);
+  return Admit(waiting);
+}
+
+bool File::Admit(Waiting waiting) {
+  if (!IsOpen()) return Fail();
+  if (waiting == Waiting::kAllowed || ::GetFileType(Native(handle_)) == FILE_TYPE_DISK) return true;
+  Close();
+  ::SetLastError(ERROR_BAD_FILE_TYPE);
+  return Fail();
 }
 
 bool File::Read(void* bytes, std::size_t capacity, std::size_t* got) {

@@ -180,9 +180,9 @@ void XmlDocument::LoadFile(const WChar* path) {
   if (!file.Open(path) || !file.Size(&size))
     Throw(DocumentFault::kCannotOpen, file.error(), "the file does not open");
   ByteArray array(size);
-  for (std::size_t read = 0, got = 0; read < size; read += got)
-    if (!file.Read(array.data() + read, size - read, &got) || got == 0)
-      Throw(DocumentFault::kCannotRead, file.error(), "the file cannot be read");
+  std::size_t got = 0;
+  if (!file.ReadFully(array.data(), size, &got) || got < size)
+    Throw(DocumentFault::kCannotRead, file.error(), "the file cannot be read");
   document_ = LoadArray(array);
 }
 

@@ -1,0 +1,163 @@
+// What is no plain file: pipes, devices, and files that the system makes up as they are read.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "tests/support/document.h"
+#include "tests/support/files.h"
+#include "tests/support/tree.h"
+#include "vosmere/platform/file.h"
+#include "vosmere/text/read_file.h"
+#include "vosmere/text/write_file.h"
+
+namespace vosmere::test {
+namespace {
+
+/// A pipe that the test holds at both ends, until it lets go of them.
+class Pipe {
+ public:
+  Pipe() {
+    const std::string name = folder_ / "pipe";
+    EXPECT_EQ(mkfifo(name.c_str(), 0600), 0);
+    readEnd_ = open(name.c_str(), O_RDONLY | O_NONBLOCK);
+    writeEnd_ = open(name.c_str(), O_WRONLY);
+  }
+  ~Pipe() { Leave(); }
+
+  Wide path() const { return W(folder_ / "pipe"); }
+  void Write(const std::string& bytes) {
+    EXPECT_EQ(write(writeEnd_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+  }
+  /// What is there now.
+  std::string Read() {
+    char bytes[4096];
+    const ssize_t count = read(readEnd_, bytes, sizeof bytes);
+    return {bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
+  }
+  void EndWriting() { close(std::exchange(writeEnd_, -1)); }
+  void Leave() {
+    EndWriting();
+    close(std::exchange(readEnd_, -1));
+  }
+
+ private:
+  TempFolder folder_;
+  int readEnd_;
+  int writeEnd_;
+};
+
+TEST(SpecialFile, APipeIsNoPlainFileAndNobodyWaitsForIt) {
+  Pipe pipe;
+  for (int withoutOtherEnd = 0; withoutOtherEnd < 2; ++withoutOtherEnd, pipe.Leave()) {
+    CReadFile reader;
+    CWriteFile writer;
+    EXPECT_FALSE(reader.OpenFile(pipe.path()));
+    EXPECT_FALSE(writer.OpenFile(pipe.path()));
+    EXPECT_FALSE(writer.OpenFileAppend(pipe.path()));
+  }
+}
+
+TEST(SpecialFile, ADocumentMayComeThroughAPipeHoweverSlowly) {
+  Pipe pipe;
+  std::thread writer([&] {
+    for (const char* part :
+         {"<opml><body><outline text=\"a\"/>", "<outline text=\"b\"/>", "</body></opml>"}) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      pipe.Write(part);
+    }
+    pipe.EndWriting();
+  });
+  CReadColctTreeOPML reader;
+  EXPECT_TRUE(reader.LoadFile(pipe.path())) << reader.LastError().reason;
+  writer.join();
+  EXPECT_NE(TreePtr(reader.DetachTreeRoot())["b"], nullptr);
+
+  pipe.Leave();
+  EXPECT_FALSE(reader.LoadFile(pipe.path())) << "nobody writes";
+  CWriteColctTreeOPML opml;
+  EXPECT_FALSE(opml.SaveToFile(pipe.path())) << "nobody reads";
+}
+
+TEST(SpecialFile, AWriteThatTheSystemTakesInPartsIsWhole) {
+  struct sigaction interrupt = {}, old;
+  interrupt.sa_handler = [](int) {};
+  sigaction(SIGUSR1, &interrupt, &old);
+  std::string whole, got;
+  while (whole.size() < 1000000) whole += std::to_string(whole.size());
+
+  Pipe pipe;
+  std::atomic<bool> written = false, done = false;
+  std::thread writer([&] {
+    File file;
+    const std::size_t half = whole.size() / 2;
+    const FilePiece pieces[] = {{whole.data(), half}, {whole.data() + half, whole.size() - half}};
+    written = file.Create(pipe.path(), Waiting::kAllowed) && file.Write(pieces, 2);
+    done = true;
+  });
+  for (bool last = false; !last;) {
+    last = done;
+    for (std::string part; !(part = pipe.Read()).empty(); got += part)
+      pthread_kill(writer.native_handle(), SIGUSR1);
+  }
+  writer.join();
+  EXPECT_TRUE(written);
+  EXPECT_TRUE(got == whole);
+  sigaction(SIGUSR1, &old, nullptr);
+}
+
+TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
+  const struct {
+    const char* path;
+    int bytesRead;
+  } cases[] = {{"/dev/null", 0}, {"/dev/zero", 3}};
+  for (const auto& c : cases) {
+    CReadFile reader;
+    ASSERT_TRUE(reader.OpenFile(W(std::string(c.path))));
+    char bytes[3], *whole;
+    BSTR text = nullptr;
+    int count;
+    EXPECT_EQ(reader.GetFileSize(), 0u);
+    EXPECT_EQ(reader.ReadToBuffer(bytes, 3), c.bytesRead);
+    EXPECT_FALSE(reader.ReadToBuffer(&whole, &count));
+    EXPECT_EQ(reader.ReadAllToBuffer(&text), 0);
+    EXPECT_EQ(text, nullptr);
+  }
+}
+
+TEST(SpecialFile, ADeviceThatIsFullIsAFailedWrite) {
+  CWriteFile writer;
+  ASSERT_TRUE(writer.OpenFile(W("/dev/full")));
+  EXPECT_FALSE(writer.WriteData(W("x")));
+  EXPECT_FALSE(writer.WriteStreamData("x", 1));
+}
+
+TEST(SpecialFile, ASizeThatIsNotTrueDoesNoHarm) {
+  CReadFile reader;
+  char* bytes = nullptr;
+  int count = 0;
+  ASSERT_TRUE(reader.OpenFile(W("/proc/self/status")));
+  EXPECT_EQ(reader.GetFileSize(), 0u);
+  EXPECT_FALSE(reader.ReadToBuffer(&bytes, &count));
+  BSTR text = nullptr;
+  EXPECT_GT(reader.ReadAllToBuffer(&text), 100);
+  EXPECT_EQ(OwnedBstr(text).utf8().substr(0, 5), "Name:");
+
+  // It says that it has a whole page.
+  if (!reader.OpenFile(W("/sys/devices/system/cpu/online"))) GTEST_SKIP();
+  ASSERT_TRUE(reader.ReadToBuffer(&bytes, &count));
+  EXPECT_LT(count, static_cast<int>(reader.GetFileSize()));
+  EXPECT_EQ(bytes[count - 1], '\n');
+  CReadFile::Delete(bytes);
+}
+
+}  // namespace
+}  // namespace vosmere::test

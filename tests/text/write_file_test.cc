@@ -1,0 +1,64 @@
+#include "vosmere/text/write_file.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "tests/support/files.h"
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+namespace {
+
+class WriteFile : public testing::Test {
+ protected:
+  std::string Written() { return ReadBytes(folder / "file"); }
+
+  const TempFolder folder;
+  const Wide path = W(folder / "file");
+  CWriteFile writer;
+};
+
+TEST_F(WriteFile, WritesTextAsUtf8AndBytesAsTheyAre) {
+  WriteBytes(folder / "file", "a long old text");
+  ASSERT_TRUE(writer.OpenFile(path));
+  EXPECT_TRUE(writer.WriteData(W("ß😀\n")));
+  EXPECT_TRUE(writer.WriteStreamData("\xFF\0\r\n", 4));
+  EXPECT_TRUE(writer.WriteStreamData("", 0));
+  EXPECT_EQ(Written(), "ß😀\n" + std::string("\xFF\0\r\n", 4)) << "while it is open";
+}
+
+TEST_F(WriteFile, AppendingOverwritesFromTheStart) {
+  WriteBytes(folder / "file", "0123456789");
+  ASSERT_TRUE(writer.OpenFileAppend(path));
+  EXPECT_TRUE(writer.WriteData(W("abc")));
+  EXPECT_EQ(Written(), "abc3456789");
+  ASSERT_TRUE(writer.OpenFileAppend(W(folder / "new")));
+  EXPECT_TRUE(std::filesystem::exists(folder / "new"));
+}
+
+TEST_F(WriteFile, RefusesWhatItIsNotToWrite) {
+  constexpr int kMost = 200000000;
+  ASSERT_TRUE(writer.OpenFile(path));
+  EXPECT_FALSE(writer.WriteData(W("")) || writer.WriteData(nullptr));
+  volatile int tooMany = kMost + 1;  // or the compiler looks at the bytes, too
+  EXPECT_FALSE(writer.WriteStreamData("x", tooMany) || writer.WriteStreamData("x", -1));
+  EXPECT_EQ(Written(), "");
+  const std::unique_ptr<char[]> most(new char[kMost]());
+  EXPECT_TRUE(writer.WriteStreamData(most.get(), kMost));
+  EXPECT_EQ(std::filesystem::file_size(folder / "file"), std::uintmax_t{kMost});
+}
+
+TEST_F(WriteFile, WithoutAnOpenFileNothingIsWritten) {
+  for (const Wide& bad : {W(folder / "no" / "file"), W(folder / "."), Wide(nullptr)}) {
+    for (const auto open : {&CWriteFile::OpenFile, &CWriteFile::OpenFileAppend}) {
+      ASSERT_TRUE((writer.*open)(path));
+      EXPECT_FALSE((writer.*open)(bad));
+      EXPECT_FALSE(writer.WriteData(W("x")) || writer.WriteStreamData("", 0));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vosmere::test
