@@ -11,6 +11,7 @@
 #include "vosmere/nodes/colct_ex_data.h"
 #include "vosmere/nodes/colct_item_id.h"
 #include "vosmere/nodes/colct_tool.h"
+#include "vosmere/nodes/engine_pool.h"
 #include "vosmere/nodes/list.h"
 #include "vosmere/nodes/name_value_pair.h"
 
@@ -26,6 +27,9 @@ TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
   ExpectNullAtEachFailure([] { return CColctItemID::New(); }, CColctItemID::Delete);
   ExpectNullAtEachFailure([] { return CColctExData::New(); }, CColctExData::Delete);
   ExpectNullAtEachFailure([] { return CNameValuePair::New(); }, CNameValuePair::Delete);
+  ExpectNullAtEachFailure([] { return CEngineNode::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return CEnginePool::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return REngineItem::New(nullptr); }, REngineItem::Delete);
   const Wide tag = W("tag");
   ExpectNullAtEachFailure([&] { return CUrlProp::CreateRBstrItem(tag); },
                           CUrlProp::DeleteOneRBstrItem);
@@ -44,6 +48,12 @@ TEST(NoMemory, EveryCopyGivesNullAndLeaksNothing) {
       CUrlProp::GenerateRBstrItemList(const_cast<WChar*>(tags.get())));
   ExpectNullAtEachFailure([=] { return CUrlNode::New(source); }, CBaseNode::Delete);
   ExpectNullAtEachFailure([=] { return CColctNode::New(source); }, CBaseNode::Delete);
+
+  const auto engine = New<CEngineNode>();
+  engine->SetIconUrl(W("icon"));
+  engine->SetIconText(W("text"));
+  engine->SetStoredSite(W("site"));
+  ExpectNullAtEachFailure([&] { return CEngineNode::New(engine.get()); }, CBaseNode::Delete);
 }
 
 TEST(NoMemory, AFailedLinkClearsTheItemsBackLink) {

@@ -1,6 +1,7 @@
 #include "vosmere/nodes/url_node.h"
 
 #include "vosmere/base/no_memory.h"
+#include "vosmere/nodes/blank_page.h"
 
 namespace vosmere {
 
