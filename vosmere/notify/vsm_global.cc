@@ -1,0 +1,28 @@
+#include "vosmere/notify/vsm_global.h"
+
+#include "vosmere/base/wide_literal.h"
+
+namespace vosmere {
+namespace {
+
+constexpr WideLiteral s_szPrefixZ(u"z--");
+constexpr WideLiteral s_szUntitled(u"Untitled-");
+constexpr WideLiteral s_szAssPostFix(u"-vsmassets");
+
+}  // namespace
+
+CVSMGlobal::~CVSMGlobal() = default;
+
+const WChar* CVSMGlobal::PrefixZ() {
+  return s_szPrefixZ;
+}
+
+const WChar* CVSMGlobal::Untitled() {
+  return s_szUntitled;
+}
+
+const WChar* CVSMGlobal::AssetsPostfix() {
+  return s_szAssPostFix;
+}
+
+}  // namespace vosmere
