@@ -1,4 +1,3 @@
-// Records that documents carry; that each field has a place of its own shows in their round trips.
 #include "vosmere/notify/notify_msg.h"
 
 #include <gtest/gtest.h>
@@ -6,9 +5,7 @@
 #include <memory>
 
 #include "tests/support/failing_memory.h"
-#include "tests/support/row.h"
 #include "tests/support/wide.h"
-#include "vosmere/net/ftp_site.h"
 #include "vosmere/notify/vsm_global.h"
 
 namespace vosmere::test {
@@ -32,22 +29,6 @@ TEST(VsmGlobal, HandsOutItsTexts) {
   EXPECT_EQ(Utf8(CVSMGlobal::PrefixZ()), "z--");
   EXPECT_EQ(Utf8(CVSMGlobal::Untitled()), "Untitled-");
   EXPECT_EQ(Utf8(CVSMGlobal::AssetsPostfix()), "-vsmassets");
-}
-
-TEST(FtpSite, AddressesStandInOrderAndAreAddedWholeOrNotAtAll) {
-  ExpectNullAtEachFailure(CFtpConBase::New, CFtpConBase::Delete);
-  CFtpWebAddress addresses;
-  const Wide name = W("b"), link = W("c");
-  EXPECT_TRUE(addresses.Add(W("a"), W("")) && addresses.Add(name, link));
-  EXPECT_TRUE(addresses.Add(nullptr, nullptr));
-  for (int successes = 0; successes < (kSystemStringsFail ? 3 : 1); ++successes) {
-    const FailingMemory memory(successes);
-    EXPECT_FALSE(addresses.Add(name, link));
-  }
-  const auto show = [](const CFtpWebAddress::Cell* cell) {
-    return Utf8(cell->GetName()) + "=" + Utf8(cell->GetLink());
-  };
-  EXPECT_EQ(Row(addresses.GetHead(), show), "a= b=c (null)=(null)");
 }
 
 }  // namespace
