@@ -5,6 +5,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/no_memory.h"
+#include "vosmere/nodes/blank_page.h"
 #include "vosmere/nodes/url_node.h"
 
 namespace vosmere {
@@ -20,7 +21,7 @@ bool IsTopLevel(const CTabUrlItem* item) {
 bool IsRecorded(const WChar* url) {
   const WideView address(url);
   return !address.empty() && address.size < CUrlNode::kTextLimit &&
-         !SameText(url, CUrlNode::kBlankPage);
+         !SameText(url, kBlankPage);
 }
 
 }  // namespace

@@ -22,8 +22,6 @@ class VOSMERE_API CUrlNode : public CBaseNode {
  public:
   /// A text of this many units is too long for an address, author or related address.
   static constexpr int kTextLimit = 2085;
-  /// "about:blank", the address of a page that shows nothing.
-  static constexpr WChar kBlankPage[] = {'a', 'b', 'o', 'u', 't', ':', 'b', 'l', 'a', 'n', 'k', 0};
 
   /// A new page at "about:blank", or null when memory runs out.
   static CUrlNode* New();
