@@ -9,8 +9,9 @@
 
 namespace vosmere::test {
 
-/// Sets the TZ environment variable ("CST-8", "EST5"; null removes it) for the process and its
-/// runtime.
+/// Sets the TZ environment variable ("CST-8", "EST5"; null removes it).
+void SetZoneVariable(const char* zone);
+/// The same for the process and its runtime, which looks at the variable now.
 void SetTimeZone(const char* zone);
 
 /// Runs `work` to its end on a thread with a stack of so many bytes.

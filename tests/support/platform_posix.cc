@@ -11,8 +11,12 @@ const bool kSystemStringsFail = true;
 const int kLevelsThatLoad = 1000;
 const LONG kZoneOfPlainNames = 1;
 
-void SetTimeZone(const char* zone) {
+void SetZoneVariable(const char* zone) {
   zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+}
+
+void SetTimeZone(const char* zone) {
+  SetZoneVariable(zone);
   tzset();
 }
 

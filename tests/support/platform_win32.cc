@@ -14,8 +14,12 @@ const bool kSystemStringsFail = false;
 const int kLevelsThatLoad = 200;
 const LONG kZoneOfPlainNames = 3;
 
-void SetTimeZone(const char* zone) {
+void SetZoneVariable(const char* zone) {
   _putenv_s("TZ", zone ? zone : "");
+}
+
+void SetTimeZone(const char* zone) {
+  SetZoneVariable(zone);
   _tzset();
 }
 

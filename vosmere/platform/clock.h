@@ -8,6 +8,10 @@ namespace vosmere {
 /// Seconds since 1970-01-01 00:00 UTC, wrapped to 32 bits.
 LONG ClockSeconds();
 
+/// Makes local times of this process follow the zone that is set now (the TZ environment variable,
+/// the system's setting else). They follow the one that was set at the first use before.
+void SetUpZone();
+
 struct CalendarTime {
   int year;     // as people write it
   int month;    // 1 to 12
@@ -18,8 +22,7 @@ struct CalendarTime {
   int weekday;  // 0 is Sunday
 };
 
-/// The calendar of the process's time zone (the TZ environment variable, the system's setting
-/// else). False for a time that the platform cannot convert.
+/// The calendar of the process's time zone. False for a time that the platform cannot convert.
 bool LocalCalendar(LONG seconds, CalendarTime* calendar);
 
 /// Seconds to add to local standard time to get UTC: positive west of Greenwich. Daylight saving

@@ -8,6 +8,12 @@ namespace {
 
 std::atomic<LONG (*)()> testClock{nullptr};
 
+// Looking up the zone may go to the file system, and would cost more than all else in a date.
+void SetUpZoneOnce() {
+  static const bool done = (SetUpZone(), true);
+  static_cast<void>(done);
+}
+
 }  // namespace
 
 LONG ClockSeconds() {
@@ -15,10 +21,14 @@ LONG ClockSeconds() {
   return clock ? clock() : static_cast<LONG>(std::time(nullptr));
 }
 
+void SetUpZone() {
+  tzset();
+}
+
 bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
+  SetUpZoneOnce();  // localtime_r need not do it
   const std::time_t time = seconds;
   std::tm local;
-  tzset();  // localtime_r need not notice that TZ has changed
   if (!localtime_r(&time, &local)) return false;
   *calendar = {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                local.tm_min,         local.tm_sec,     local.tm_wday};
@@ -26,7 +36,7 @@ bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
 }
 
 LONG ZoneSecondsWest() {
-  tzset();
+  SetUpZoneOnce();
   return static_cast<LONG>(timezone);
 }
 

@@ -3,15 +3,18 @@
 #include <time.h>
 
 #include <atomic>
+#include <mutex>
 
 namespace vosmere {
 namespace {
 
 std::atomic<LONG (*)()> testClock{nullptr};
 
-// Once: the runtime's zone variables pass through other values while they are being set.
-void SetUpZone() {
-  static const bool done = (_tzset(), true);
+// The runtime's zone variables pass through other values while they are being set.
+std::mutex zoneLock;
+
+void SetUpZoneOnce() {
+  static const bool done = (SetUpZone(), true);
   static_cast<void>(done);
 }
 
@@ -22,8 +25,14 @@ LONG ClockSeconds() {
   return static_cast<LONG>(_time64(nullptr));
 }
 
+void SetUpZone() {
+  const std::lock_guard<std::mutex> lock(zoneLock);
+  _tzset();
+}
+
 bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
-  SetUpZone();
+  SetUpZoneOnce();
+  const std::lock_guard<std::mutex> lock(zoneLock);
   const __time64_t time = seconds;
   const tm* const local = _localtime64(&time);  // the thread's own record
   if (!local) return false;
@@ -33,7 +42,8 @@ bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
 }
 
 LONG ZoneSecondsWest() {
-  SetUpZone();
+  SetUpZoneOnce();
+  const std::lock_guard<std::mutex> lock(zoneLock);
   return _timezone;
 }
 
