@@ -8,15 +8,12 @@
 #include "vosmere/platform/clock.h"
 #include "vosmere/platform/keys.h"
 #include "vosmere/platform/uuid.h"
+#include "vosmere/text/date_names.h"
 
 namespace vosmere {
 namespace {
 
 constexpr int kPubDateCapacity = 40;
-
-constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 template <std::size_t N>
 void FormatZone(char (&zone)[N]) {
@@ -55,9 +52,10 @@ bool CBaseTool::GetPubDate(LONG seconds, WChar* text, int capacity) {
   char zone[32];
   FormatZone(zone);
   char date[128];
-  const int length = std::snprintf(date, sizeof date, "%s, %02d %s %d %02d:%02d:%02d %s",
-                                   kDays[time.weekday], time.day, kMonths[time.month - 1],
-                                   time.year, time.hour, time.minute, time.second, zone);
+  const int length =
+      std::snprintf(date, sizeof date, "%.3s, %02d %.3s %d %02d:%02d:%02d %s",
+                    kDayNames[time.weekday].data(), time.day, kMonthNames[time.month - 1].data(),
+                    time.year, time.hour, time.minute, time.second, zone);
   *std::copy_n(date, std::min(length, kPubDateCapacity - 1), text) = 0;
   return true;
 }

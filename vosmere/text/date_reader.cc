@@ -1,0 +1,277 @@
+#include "vosmere/text/date_reader.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string_view>
+#include <type_traits>
+
+#include "vosmere/base/number.h"
+#include "vosmere/text/date_names.h"
+
+namespace vosmere {
+namespace {
+
+template <class Unit>
+constexpr bool IsLetter(Unit unit) {
+  return Folded(unit) - 'a' < 26;
+}
+
+/// Goes over a text once, from its start to its end.
+template <class Unit>
+class Scanner {
+ public:
+  Scanner(const Unit* text, std::size_t length) : at_(text), end_(text + length) {}
+
+  bool AtEnd() const { return at_ == end_; }
+  /// A zero unit, which is part of no date, at the end.
+  Unit Peek() const { return AtEnd() ? Unit{} : *at_; }
+  std::size_t DigitsAhead(std::size_t most) const {
+    std::size_t count = 0;
+    while (count < most && at_ + count != end_ && IsDigit(at_[count])) ++count;
+    return count;
+  }
+
+  bool Take(char c) {
+    if (Peek() != c) return false;
+    ++at_;
+    return true;
+  }
+
+  bool TakeLetter(char lower) {
+    if (Folded(Peek()) != static_cast<unsigned char>(lower)) return false;
+    ++at_;
+    return true;
+  }
+
+  /// Returns how many digits there are, at most `most`.
+  int Number(int most, int* value) {
+    int number = 0, digits = 0;
+    for (; digits < most && IsDigit(Peek()); ++digits) number = number * 10 + (*at_++ - '0');
+    *value = number;
+    return digits;
+  }
+  std::size_t SkipDigits() {
+    const Unit* const start = at_;
+    while (IsDigit(Peek())) ++at_;
+    return at_ - start;
+  }
+
+  /// White space and comments. Returns how many units.
+  std::size_t SkipBlank() {
+    const Unit* const start = at_;
+    while (!AtEnd() && static_cast<std::make_unsigned_t<Unit>>(*at_) <= '(') {
+      if (IsSpace(*at_))
+        ++at_;
+      else if (*at_ != '(' || !SkipComment())
+        break;
+    }
+    return at_ - start;
+  }
+
+  /// Index of the name of which three letters or more stand here; -1 when there is none.
+  template <std::size_t N>
+  int Name(const NameTable<N>& names) {
+    const int index = end_ - at_ < 3 ? -1 : names.Find(at_);
+    return index >= 0 && SkipName(names[index]) ? index : -1;
+  }
+
+  /// The letters that stand here, in upper case; empty when they do not fit.
+  template <std::size_t N>
+  std::string_view Word(char (&room)[N]) {
+    std::size_t length = 0;
+    for (; !AtEnd() && IsLetter(*at_); ++at_, ++length) {
+      if (length == N) return {};
+      room[length] = static_cast<char>(Folded(*at_) - ('a' - 'A'));
+    }
+    return {room, length};
+  }
+
+ private:
+  /// False, with nothing skipped, for one that is not closed. They nest, and a backslash quotes.
+  bool SkipComment() {
+    int depth = 0;
+    for (const Unit* at = at_; at != end_; ++at) {
+      if (*at == '\\' && at + 1 != end_)
+        ++at;
+      else if (*at == '(')
+        ++depth;
+      else if (*at == ')' && --depth == 0) {
+        at_ = at + 1;
+        return true;
+      }
+    }
+    return false;
+  }
+
+  bool SkipName(std::string_view name) {
+    at_ += 3;
+    for (std::size_t i = 3; !AtEnd() && IsLetter(*at_); ++i, ++at_)
+      if (i == name.size() || Folded(*at_) != Folded(name[i])) return false;
+    Take('.');
+    return true;
+  }
+
+  const Unit* at_;
+  const Unit* end_;
+};
+
+/// One reading of one text. A part that should be there and is not becomes 0; what is not a date
+/// shows in the end, as a field that no calendar has or as a rest that nothing has read.
+template <class Unit>
+class DateParser {
+ public:
+  DateParser(const Unit* text, std::size_t length) : in_(text, length) {}
+
+  bool Read(DateReading* date) {
+    in_.SkipBlank();
+    mail_ = in_.DigitsAhead(4) < 4;
+    if (!(mail_ ? ReadMailDate() : ReadNumericDate())) return false;
+    if (timed_ && !(ReadClock() && ReadZone())) return false;
+    in_.SkipBlank();
+    return in_.AtEnd() && !(compact_ && loose_) && Compute(date);
+  }
+
+ private:
+  bool ReadMailDate() {
+    if (IsLetter(in_.Peek())) {
+      if (in_.Name(kDayNames) < 0) return false;
+      SkipSeparator(',');
+    }
+    ReadPart(&day_);
+    SkipSeparator('-');
+    month_ = in_.Name(kMonthNames) + 1;
+    SkipSeparator('-');
+    const int digits = in_.Number(4, &year_);
+    if (digits < 2) return false;
+    if (digits < 4) year_ += digits == 2 && year_ < 50 ? 2000 : 1900;
+    timed_ = SkipSpaceBeforeTime();
+    return true;
+  }
+
+  bool ReadNumericDate() {
+    compact_ = in_.DigitsAhead(9) == 8;
+    in_.Number(4, &year_);
+    const bool hasDay = compact_ ? ReadCompactDay() : ReadMonthAndDay();
+    timed_ = in_.TakeLetter('t') || SkipSpaceBeforeTime();
+    return hasDay || !timed_;
+  }
+
+  bool SkipSpaceBeforeTime() {
+    const std::size_t blanks = in_.SkipBlank();
+    loose_ = loose_ || blanks > 1;
+    return blanks > 0 && !in_.AtEnd();
+  }
+
+  bool ReadCompactDay() { return ReadPart(&month_) && ReadPart(&day_); }
+
+  /// False without a day, which is nothing bad.
+  bool ReadMonthAndDay() {
+    loose_ = in_.Peek() == '/';
+    const char separator = loose_ ? '/' : '-';
+    if (!in_.Take(separator)) return false;
+    ReadPart(&month_);
+    if (!in_.Take(separator)) return false;
+    ReadPart(&day_);
+    return true;
+  }
+
+  bool ReadClock() {
+    if (!ReadPart(&hour_)) return false;
+    const bool colon = TakeColon();
+    if (!colon && (mail_ || !IsDigit(in_.Peek()))) return !mail_;
+    compact_ = compact_ || !colon;
+    if (!ReadPart(&minute_)) return false;
+    if (colon ? !TakeColon() : !IsDigit(in_.Peek())) return true;
+    return ReadPart(&second_) && SkipFraction();
+  }
+
+  bool SkipFraction() { return (!in_.Take('.') && !in_.Take(',')) || in_.SkipDigits() > 0; }
+
+  bool ReadZone() {
+    in_.SkipBlank();
+    if (in_.AtEnd()) return true;
+    if (in_.Peek() == '+' || in_.Peek() == '-') return ReadNumericZone();
+    char room[5];
+    const std::string_view word = in_.Word(room);
+    const int named = kZoneNames.FindShort(word);
+    zoneKnown_ = named >= 0 || word == "UT" || word == "UTC" || word == "Z";
+    if (!zoneKnown_) return mail_ && (word.size() >= 3 || (word.size() == 1 && word != "J"));
+    if (named >= 0) offsetMinutes_ = 60 * kZoneHours[named];
+    const bool utc = offsetMinutes_ == 0 && word != "Z";
+    return !utc || (in_.Peek() != '+' && in_.Peek() != '-') || ReadNumericZone();
+  }
+
+  bool ReadNumericZone() {
+    const int sign = in_.Take('+') ? 1 : -1;
+    if (sign < 0) in_.Take('-');
+    int hours, minutes;
+    if (in_.Number(2, &hours) != 2) return false;
+    const bool colon = in_.Take(':');
+    const int digits = in_.Number(2, &minutes);
+    if ((digits != 2 && (digits != 0 || colon)) || hours > 23 || minutes > 59) return false;
+    offsetMinutes_ = sign * (60 * hours + minutes);
+    zoneKnown_ = sign > 0 || offsetMinutes_ != 0;
+    return true;
+  }
+
+  bool Compute(DateReading* date) const {
+    using namespace std::chrono;
+    const year_month_day day{year{year_}, month(month_), std::chrono::day(day_)};
+    const bool endOfDay = hour_ == 24 && minute_ == 0 && second_ == 0;
+    if (year_ == 0 || !day.ok() || (hour_ > 23 && !endOfDay) || minute_ > 59 || second_ > 60)
+      return false;
+    const std::int64_t days = sys_days(day).time_since_epoch().count();
+    const DateForm form = mail_    ? DateForm::kRfc822
+                          : loose_ ? DateForm::kLoose
+                                   : DateForm::kIso8601;
+    *date = {((days * 24 + hour_) * 60 + minute_ - offsetMinutes_) * 60 + second_, offsetMinutes_,
+             zoneKnown_, form};
+    return true;
+  }
+
+  /// One or two digits; false without any.
+  bool ReadPart(int* value) {
+    const int digits = in_.Number(2, value);
+    loose_ = loose_ || digits == 1;
+    return digits > 0;
+  }
+  void SkipSeparator(char separator) {
+    in_.SkipBlank();
+    in_.Take(separator);
+    in_.SkipBlank();
+  }
+  bool TakeColon() {
+    if (mail_) in_.SkipBlank();
+    const bool taken = in_.Take(':');
+    if (mail_) in_.SkipBlank();
+    return taken;
+  }
+
+  Scanner<Unit> in_;
+  bool mail_ = false;
+  bool compact_ = false;
+  bool loose_ = false;
+  bool timed_ = false;  // something stands behind the date
+  int year_ = 0;
+  int month_ = 1, day_ = 1;
+  int hour_ = 0, minute_ = 0, second_ = 0;
+  int offsetMinutes_ = 0;
+  bool zoneKnown_ = false;
+};
+
+template <class Unit>
+bool ReadText(const Unit* text, std::size_t length, DateReading* date) {
+  return text && DateParser<Unit>(text, length).Read(date);
+}
+
+}  // namespace
+
+bool ReadDate(const char* text, std::size_t length, DateReading* date) {
+  return ReadText(text, length, date);
+}
+
+bool ReadDate(const WChar* text, std::size_t length, DateReading* date) {
+  return ReadText(text, length, date);
+}
+
+}  // namespace vosmere
