@@ -1,8 +1,9 @@
-// vosmere: shows, checks and copies the library's documents.
+// vosmere: shows, checks and copies the library's documents, and reads dates.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 
+#include "tools/date.h"
 #include "tools/documents.h"
 #include "tools/platform.h"
 #include "tools/replace_file.h"
@@ -89,7 +90,7 @@ int Main(const Arguments& arguments) {
   app.footer(kExitCodes);
 
   std::string in, out;
-  std::vector<std::string> files;
+  std::vector<std::string> files, dates;
   bool asJson = false, showAll = false;
   int exitCode = kFine;
 
@@ -121,6 +122,16 @@ int Main(const Arguments& arguments) {
   copy->add_option("OUT", out, "Replaced only by a copy that was loaded back; may be IN")
       ->required();
   copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
+
+  CLI::App* const date =
+      app.add_subcommand("date", "Say what date texts mean, as GetTime and as ReadDate read them")
+          ->footer("Exit codes: 0 every text is a date for ReadDate; 1 one is not; 2 wrong usage.");
+  date->add_option("TEXT", dates)->required();
+  date->callback([&] {
+    for (const std::string& text : dates)
+      exitCode =
+          std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
+  });
 
   try {
     app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them

@@ -239,5 +239,24 @@ TEST(Tool, RefusesACopyThatWouldBreakAndLeavesTheTargetAlone) {
   }
 }
 
+TEST(Tool, DateTellsWhatBothReadersAnswer) {
+  const Outcome both = Bench().Run({"date", "\"Sun, 06 Nov 1994 08:49:37 EST\"", "1994-11-06"});
+  EXPECT_EQ(both.exitCode, 0) << both.errors;
+  EXPECT_THAT(both.out,
+              testing::StartsWith(
+                  "Sun, 06 Nov 1994 08:49:37 EST\n"
+                  "  GetTime   found      1994-11-06T03:49:37Z    784093777\n"
+                  "  ReadDate  found      1994-11-06T13:49:37Z    784129777  zone -05:00, RFC 822\n"
+                  "1994-11-06\n"
+                  "  GetTime   not found  20"));
+  EXPECT_THAT(both.out, HasSubstr("(now)\n"
+                                  "  ReadDate  found      1994-11-06T00:00:00Z    784080000  zone "
+                                  "unknown, ISO 8601\n"));
+
+  const Outcome none = Bench().Run({"date", "1994-11-31", "1994"});
+  EXPECT_EQ(none.exitCode, 1);
+  EXPECT_THAT(none.out, HasSubstr("  ReadDate  not found\n"));
+}
+
 }  // namespace
 }  // namespace vosmere::test
