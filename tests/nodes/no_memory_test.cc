@@ -14,6 +14,9 @@
 #include "vosmere/nodes/engine_pool.h"
 #include "vosmere/nodes/list.h"
 #include "vosmere/nodes/name_value_pair.h"
+#include "vosmere/nodes/tab_url.h"
+#include "vosmere/nodes/tag_store.h"
+#include "vosmere/nodes/url_map.h"
 
 namespace vosmere::test {
 namespace {
@@ -33,6 +36,10 @@ TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
   const Wide tag = W("tag");
   ExpectNullAtEachFailure([&] { return CUrlProp::CreateRBstrItem(tag); },
                           CUrlProp::DeleteOneRBstrItem);
+  ExpectNullAtEachFailure([] { return CTagStore::CreateTagGroup(); }, CTagStore::DeleteTagGroup);
+  ExpectNullAtEachFailure([] { return CTagStore::CreateTagItem(); }, CTagStore::DeleteTagItem);
+  ExpectNullAtEachFailure([&] { return CUrlMapItem::New(tag, nullptr); }, CUrlMapItem::Delete);
+  ExpectNullAtEachFailure([&] { return CTabUrlItem::New(tag, 0); }, CTabUrlItem::DeleteList);
 }
 
 TEST(NoMemory, EveryCopyGivesNullAndLeaksNothing) {

@@ -36,23 +36,6 @@ TEST(SortNode, ByNameInBothDirections) {
   }
 }
 
-TEST(SortNode, ByEachTimeAndEqualTimesStay) {
-  struct {
-    SortBy sort;
-    const char *latestFirst, *earliestFirst;
-  } const cases[] = {{&CSortRNode::SortByCreateTime, "c a b", "a b c"},
-                     {&CSortRNode::SortByModifyTime, "b a c", "c a b"},
-                     {&CSortRNode::SortByVisitTime, "a b c", "c b a"}};
-  for (const auto& c : cases) {
-    TreePtr tree = Tree("root(a b c)");
-    tree["a"]->item->GetNodeStat()->SetStatTime(1, 2, 2147483647, ~0u);
-    tree["b"]->item->GetNodeStat()->SetStatTime(1, 3, 0, ~0u);
-    tree["c"]->item->GetNodeStat()->SetStatTime(2, -5, -2147483647 - 1, ~0u);
-    EXPECT_EQ(Sorted(tree, c.sort, false), c.latestFirst);
-    EXPECT_EQ(Sorted(tree, c.sort, true), c.earliestFirst);
-  }
-}
-
 TEST(SortNode, OrderSortIgnoresOrderAndDirection) {
   for (const bool ascending : {true, false}) {
     TreePtr tree = Tree("root(apple Cherry banana)");

