@@ -43,7 +43,7 @@ TEST(Zone, WhatMayBeAnotherHostIsNotTrusted) {
        {u"http://2130706433/", u"http://0x7f000001/", u"http://[2001:db8::1]/",
         u"http://127.evil.example/", u"http://evil%2Eexample/", u"http://evil\u3002example/",
         u"http://intranet\\@evil.example/", u"http://intranet@evil.example/", u"http:\\\\intranet/",
-        u"http:intranet", u"a/b://intranet/"})
+        u"http:intranet", u"javascript://intranet/"})
     EXPECT_GE(SecurityZone(W(std::u16string(url))), 3) << W(std::u16string(url)).get();
   EXPECT_GE(SecurityZone(nullptr), 3);
   EXPECT_GE(SecurityZone(W("http:///intranet/")), 3);

@@ -21,10 +21,10 @@ LONG SecurityZone(const WChar* url);
 /// the call, and keeps none.
 ///
 /// Elsewhere the address itself decides. A path, or a `file` address without another host, is the
-/// local machine's; a host name without a dot and the loopback addresses are of the intranet, as
-/// are network paths to such hosts; all else is of the Internet. What browsers might take for
-/// another host (bare numbers, percent signs, backslashes, letters beyond ASCII) never makes an
-/// address more trusted.
+/// local machine's. An `http`, `https` or `ftp` address whose host is a name without a dot or a
+/// loopback address is of the intranet, and so is a network path to such a host. All else is of the
+/// Internet. What others may take for another host (a bare number, percent signs, backslashes,
+/// letters beyond ASCII) is of the Internet too.
 LONG SystemSecurityZone(const WChar* url);
 
 /// Lets an embedding program that knows better answer instead; null restores the platform's. The

@@ -18,10 +18,6 @@ constexpr bool IsLetter(WChar unit) {
   return FoldAscii(unit) >= 'a' && FoldAscii(unit) <= 'z';
 }
 
-constexpr bool IsSchemeUnit(WChar unit) {
-  return IsLetter(unit) || IsDigit(unit) || unit == '+' || unit == '-' || unit == '.';
-}
-
 /// Without regard to ASCII case; `word` is in lower case.
 bool Is(WideView text, std::string_view word) {
   return std::equal(text.begin(), text.end(), word.begin(), word.end(),
@@ -82,9 +78,9 @@ LONG SystemSecurityZone(const WChar* url) {
   const WideView rest = address.From(scheme.size + 1);
   const bool isDrive = scheme.size == 1 && IsLetter(scheme[0]) && !rest.empty() && IsSlash(rest[0]);
   if (isDrive || (!address.empty() && IsSlash(address[0]))) return ZoneOfPath(address);
-  if (Is(scheme, "file")) return ZoneOfPath(rest);
-  if (!std::all_of(scheme.begin(), scheme.end(), IsSchemeUnit) || !Is(rest.First(2), "//"))
-    return kZoneInternet;
+  if (Is(scheme, "file") && !rest.empty()) return ZoneOfPath(rest);
+  const bool hasHost = Is(scheme, "http") || Is(scheme, "https") || Is(scheme, "ftp");
+  if (!hasHost || !Is(rest.First(2), "//")) return kZoneInternet;
   return ZoneOfHost(Before(rest.From(2), [](WChar c) { return c == '/' || c == '?' || c == '#'; }));
 }
 
