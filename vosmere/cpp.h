@@ -33,6 +33,8 @@ using Tree = std::unique_ptr<RNode, FreeWith<DeleteTree>>;
 /// An item that is in no tree yet.
 template <class Node>
 using Item = std::unique_ptr<Node, FreeWith<CBaseNode::Delete>>;
+/// A collection in no tree and list, with its local tree.
+using Collection = std::unique_ptr<CColctNode, FreeWith<DeleteWithLocalTree>>;
 /// A list of collections with its collections.
 using ColctList = std::unique_ptr<RColctItem, FreeWith<RColctItem::DeleteList>>;
 /// A system string that the library handed out.

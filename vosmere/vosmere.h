@@ -1,6 +1,7 @@
 // All public headers but cpp.h, the layer on top.
 #pragma once
 
+#include "vosmere/base/build_number.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/base/chain_sort.h"
 #include "vosmere/base/export.h"
@@ -67,5 +68,7 @@
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/reader_fields.h"
 #include "vosmere/xml/reader_scopes.h"
+#include "vosmere/xml/rss_reader.h"
+#include "vosmere/xml/rss_writer.h"
 #include "vosmere/xml/write_items.h"
 #include "vosmere/xml/write_xml.h"

@@ -1,6 +1,7 @@
 // Documents in tests: what a writer wrote, what a reader read, and what was traced on the way.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -9,6 +10,8 @@
 #include "tests/support/tree.h"
 #include "vosmere/xml/opml_reader.h"
 #include "vosmere/xml/opml_writer.h"
+#include "vosmere/xml/rss_reader.h"
+#include "vosmere/xml/rss_writer.h"
 
 namespace vosmere::test {
 
@@ -33,6 +36,39 @@ inline bool Load(CReadXML& reader, const std::string& bytes) {
 inline TreePtr ReadOpml(const std::string& bytes) {
   CReadColctTreeOPML reader;
   return TreePtr(Load(reader, bytes) ? reader.DetachTreeRoot() : nullptr);
+}
+
+struct ColctDelete {
+  void operator()(CColctNode* colct) const { DeleteWithLocalTree(colct); }
+};
+/// Owns a collection with its local tree.
+using ColctPtr = std::unique_ptr<CColctNode, ColctDelete>;
+
+/// A collection named "c" with an identity, around a local tree in the notation of Tree().
+inline ColctPtr ColctOf(const std::string& tree) {
+  ColctPtr colct(CColctNode::New());
+  colct->SetName(W("c"));
+  colct->SetUUID(W("c"));
+  colct->SetLocRNodeRoot(Tree(tree).release());
+  return colct;
+}
+
+inline std::string SavedRss(CColctNode* colct) {
+  CWriteColctRSS writer;
+  writer.SetColctNode(colct);
+  return Saved(writer);
+}
+
+/// The collection of a document that loads; null when it does not or has none.
+inline ColctPtr ReadRss(const std::string& bytes) {
+  CReadBkmarkXML reader;
+  return ColctPtr(Load(reader, bytes) ? reader.DetachColctNode() : nullptr);
+}
+
+/// A document around the given content of a channel.
+inline std::string Rss(const std::string& channel) {
+  return "<rss version=\"2.0\" xmlns:vsm=\"v\" xmlns:dc=\"d\" xmlns:sx=\"s\"><channel>" + channel +
+         "</channel></rss>";
 }
 
 /// A document around the given outlines.

@@ -30,8 +30,8 @@ struct SystemTextStorage {
   static void Free(WChar* text) { SysFreeString(text); }
 };
 
-/// How many assignments of the calling thread have kept their old text for want of memory. Setters
-/// fail silently; who must not lose a text compares before and after.
+/// How many assignments of the calling thread have kept their old text, or were cut short, for want
+/// of memory. Setters fail silently; who must not lose a text compares before and after.
 VOSMERE_API unsigned long LostTexts();
 
 namespace detail {

@@ -1,6 +1,7 @@
 #include "vosmere/nodes/colct_node.h"
 
 #include "vosmere/base/no_memory.h"
+#include "vosmere/nodes/tree_tool.h"
 
 namespace vosmere {
 
@@ -42,6 +43,11 @@ void CColctNode::SetPropertiesFromColctFileNode(CColctNode* fileNode) {
   fileNode->HasCheckedIn(&checkedIn);
   SetCheckedIn(checkedIn);
   SetBaseBuild(fileNode->GetBaseBuild());
+}
+
+void DeleteWithLocalTree(CColctNode* colct) {
+  if (colct) DeleteTree(colct->GetLocRNodeRoot());
+  CBaseNode::Delete(colct);
 }
 
 }  // namespace vosmere

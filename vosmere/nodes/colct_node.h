@@ -65,4 +65,8 @@ class VOSMERE_API CColctNode : public CUrlNode {
   LONG loadingState_ = 0;
 };
 
+/// Frees a collection with its local tree, which a collection does not own: for who owns both. Null
+/// is ignored.
+VOSMERE_API void DeleteWithLocalTree(CColctNode* colct);
+
 }  // namespace vosmere

@@ -58,6 +58,8 @@ class VOSMERE_API CUrlNode : public CBaseNode {
   /// The property block, owned by the page and made on the first call; null only when memory runs
   /// out.
   CUrlProp* GetUrlProp();
+  /// The property block if there is one; null otherwise.
+  const CUrlProp* GetUrlProp() const { return urlProp_.get(); }
 
  protected:
   CUrlNode();

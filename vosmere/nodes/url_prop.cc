@@ -80,11 +80,11 @@ CUrlProp::TagList* CUrlProp::GenerateRBstrItemList(WChar* text) {
       if (*at) *at++ = 0;
       if (!seen.insert(token).second) continue;
       TagList* const tag = CreateRBstrItem(token);
-      if (!tag) break;
+      if (!tag) throw std::bad_alloc();
       chain::Append(tags, tag);
     }
   } catch (const std::bad_alloc&) {
-    // What was built so far is the result.
+    detail::CountLostText();  // what was built so far is the result
   }
   return tags;
 }

@@ -1,29 +1,18 @@
 #include "vosmere/text/base_tool.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
+#include <cstddef>
+#include <string_view>
 
 #include "vosmere/nodes/base_node.h"
-#include "vosmere/platform/clock.h"
 #include "vosmere/platform/keys.h"
 #include "vosmere/platform/uuid.h"
-#include "vosmere/text/date_names.h"
+#include "vosmere/text/pub_date.h"
 
 namespace vosmere {
 namespace {
 
 constexpr int kPubDateCapacity = 40;
-
-template <std::size_t N>
-void FormatZone(char (&zone)[N]) {
-  const LONG west = ZoneSecondsWest();
-  const LONG minutes = std::abs(west) / 60;
-  if (west == 0)
-    std::snprintf(zone, N, "GMT");
-  else
-    std::snprintf(zone, N, "%c%02d%02d", west > 0 ? '+' : '-', minutes / 60, minutes % 60);
-}
 
 }  // namespace
 
@@ -46,17 +35,15 @@ bool CBaseTool::AssignUUID(CBaseNode* node) {
 bool CBaseTool::GetPubDate(LONG seconds, WChar* text, int capacity) {
   if (capacity > 0) *text = 0;
   if (capacity < kPubDateCapacity) return false;
-  CalendarTime time;
-  if (!LocalCalendar(seconds, &time)) return true;
-
-  char zone[32];
-  FormatZone(zone);
-  char date[128];
-  const int length =
-      std::snprintf(date, sizeof date, "%.3s, %02d %.3s %d %02d:%02d:%02d %s",
-                    kDayNames[time.weekday].data(), time.day, kMonthNames[time.month - 1].data(),
-                    time.year, time.hour, time.minute, time.second, zone);
-  *std::copy_n(date, std::min(length, kPubDateCapacity - 1), text) = 0;
+  const PubDateFormat format;
+  char date[PubDateFormat::kDateRoom];
+  const int length = format.Date(seconds, date);
+  if (length == 0) return true;
+  WChar* const end = text + kPubDateCapacity - 1;
+  text = std::copy_n(date, length, text);
+  *text++ = ' ';
+  const std::string_view zone = format.zone();
+  *std::copy_n(zone.begin(), std::min<std::ptrdiff_t>(zone.size(), end - text), text) = 0;
   return true;
 }
 

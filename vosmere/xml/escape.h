@@ -1,6 +1,7 @@
 // Wide text on its way into markup.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include "vosmere/base/wide_view.h"
@@ -23,5 +24,13 @@ int PieceToUtf8(WideView piece, char* bytes);
 /// The same with & < > " ' replaced by entities, into room for kEscapedUnitBytes for each unit. No
 /// other character is replaced.
 int PieceToEscapedUtf8(WideView piece, char* bytes);
+
+/// One of the above with every backslash turned into a slash.
+template <int (*Convert)(WideView piece, char* bytes)>
+int WithSlashes(WideView piece, char* bytes) {
+  const int length = Convert(piece, bytes);
+  std::replace(bytes, bytes + length, '\\', '/');
+  return length;
+}
 
 }  // namespace vosmere

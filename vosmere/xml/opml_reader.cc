@@ -1,13 +1,12 @@
 #include "vosmere/xml/opml_reader.h"
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
-#include "vosmere/nodes/tree_tool.h"
 #include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/new_link.h"
 
 namespace vosmere {
 namespace {
@@ -100,7 +99,7 @@ void CParseOPML::OnLeaveNode(XmlNode node) {
 void CParseOPML::Ignore(XmlNode) {}
 
 void CParseOPML::ProcessOpml(XmlNode) {
-  if (!treeRoot_) currentFolder_ = treeRoot_ = LinkNew(CFolderNode::New(), NT_FOLDER);
+  if (!treeRoot_) currentFolder_ = treeRoot_ = NewLink(CFolderNode::New(), NT_FOLDER, nullptr);
 }
 
 // A title, and the version of the extensions, are the document's only outside of all outlines.
@@ -144,19 +143,9 @@ bool CParseOPML::IsRssFeed(const XmlNode& node) {
   return hasType ? isRss : hasUrl;
 }
 
-RNode* CParseOPML::LinkNew(CBaseNode* item, LONG type) {
-  RNode* const link = item ? RNode::New2(item, static_cast<tagNODETYPE>(type)) : nullptr;
-  if (!link) {
-    CBaseNode::Delete(item);
-    throw std::bad_alloc();
-  }
-  if (currentFolder_) RNTool::InsertAsChild(currentFolder_, link);
-  return link;
-}
-
 void CParseOPML::ProcessFolder(const XmlNode& node) {
   CFolderNode* const folder = CFolderNode::New();
-  currentFolder_ = LinkNew(folder, NT_FOLDER);
+  currentFolder_ = NewLink(folder, NT_FOLDER, currentFolder_);
   ForEachAttribute(node, [=, this](WideView name, const WChar* value) {
     SetFolderAttributes(folder, name, value);
   });
@@ -169,7 +158,7 @@ void CParseOPML::SetFolderAttributes(CFolderNode* folder, WideView name, const W
 
 void CParseOPML::ProcessRssFeed(const XmlNode& node) {
   CColctNode* const colct = CColctNode::New();
-  RNode* const link = LinkNew(colct, NT_COLCT);
+  RNode* const link = NewLink(colct, NT_COLCT, currentFolder_);
   ForEachAttribute(node, [=, this](WideView name, const WChar* value) {
     SetColctAttributes(colct, name, value);
   });

@@ -8,7 +8,6 @@
 
 namespace vosmere {
 
-class CBaseNode;
 class CColctNode;
 class CFolderNode;
 struct RNode;
@@ -53,7 +52,6 @@ class VOSMERE_API CParseOPML : public CParseXML {
   void Ignore(XmlNode node);
 
   bool AtRoot() const;
-  RNode* LinkNew(CBaseNode* item, LONG type);
 
   RNode* currentFolder_ = nullptr;
   RNode* treeRoot_ = nullptr;

@@ -17,12 +17,6 @@ CFolderNode* Folder(RNode* link) {
   return static_cast<CFolderNode*>(link->item);
 }
 
-int PieceToSlashedUtf8(WideView piece, char* bytes) {
-  const int length = PieceToUtf8(piece, bytes);
-  for (int i = 0; i < length; ++i) bytes[i] = bytes[i] == '\\' ? '/' : bytes[i];
-  return length;
-}
-
 }  // namespace
 
 CWriteColctTreeOPML::~CWriteColctTreeOPML() = default;
@@ -117,7 +111,7 @@ void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
 
 void CWriteColctTreeOPML::PutPath(const WChar* path) {
   const WideView whole(path, SysStringLen(path));
-  PutPieces(whole.From(GetRelativeStartPos(path)), kUnitBytes, PieceToSlashedUtf8);
+  PutPieces(whole.From(GetRelativeStartPos(path)), kUnitBytes, WithSlashes<PieceToUtf8>);
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {

@@ -41,7 +41,7 @@ inline constexpr unsigned kAnywhere = ~0u;
 
 template <class Builder>
 struct ScopedElement {
-  unsigned scopes;  ///< where it counts, a bit for each
+  unsigned scopes;  ///< where it counts, a bit for each, the highest one excepted
   RowName name;
   /// Null when the element says nothing itself.
   void (*read)(Builder& builder, const XmlNode& element);
@@ -88,7 +88,7 @@ class ScopeReader {
         builder_(builder),
         firstOnly_(repeats == Repeats::kFirst),
         everywhere_(
-            std::any_of(rows, rows + N, [](const Row& row) { return row.scopes == kAnywhere; })) {
+            std::any_of(rows, rows + N, [](const Row& row) { return row.scopes & kUnknown; })) {
     static_assert(N <= 64);
   }
 
@@ -107,6 +107,8 @@ class ScopeReader {
   using Row = ScopedElement<Builder>;
   using Seen = std::uint64_t;  // a bit for each row
 
+  static constexpr unsigned kUnknown = 1u << 31;  // the scope within unknown elements
+
   void ReadElement(const XmlNode& element, unsigned scope, Seen& seen) {
     const Row* const row = FindRow(element.Name().view(), scope);
     if (row && IsNew(*row, seen)) {
@@ -114,13 +116,13 @@ class ScopeReader {
       if (row->within) ReadChildren(element, row->within);
       if (row->leave) row->leave(builder_);
     } else if (everywhere_) {
-      ReadChildren(element, 0);
+      ReadChildren(element, kUnknown);
     }
   }
 
   const Row* FindRow(WideView name, unsigned scope) const {
     for (const Row* row = rows_; row != end_; ++row)
-      if ((row->scopes & scope || row->scopes == kAnywhere) && row->name.Matches(name)) return row;
+      if (row->scopes & scope && row->name.Matches(name)) return row;
     return nullptr;
   }
 

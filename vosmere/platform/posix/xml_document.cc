@@ -30,12 +30,16 @@ const XmlRecord* Record(void* handle) {
   return static_cast<const XmlRecord*>(handle);
 }
 
+bool IsCharacters(const XmlRecord* node) {
+  return node->name->type == kXmlText || node->name->type == kXmlCData;
+}
+
 std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
   std::size_t length = 0;
   for (const XmlRecord* child = node->firstChild; child; child = child->next) {
     if (child->name->type == kXmlElement) {
       length += GatherText(child, pieces);
-    } else if (child->name->type == kXmlText || child->name->type == kXmlCData) {
+    } else if (IsCharacters(child)) {
       pieces.push_back(child->value.view());
       length += pieces.back().size;
     }
@@ -96,6 +100,8 @@ XmlText XmlNode::Name() const {
 XmlText XmlNode::Text() const {
   const XmlRecord* const node = Record(handle_);
   if (node->name->type != kXmlElement) return XmlText(node->value.view());
+  const XmlRecord* const first = node->firstChild;
+  if (first && !first->next && IsCharacters(first)) return XmlText(first->value.view());
   std::vector<WideView> pieces;
   const std::size_t length = GatherText(node, pieces);
   if (pieces.empty()) return XmlText();
