@@ -1,17 +1,8 @@
 // Loading and saving a collection tree of 10 MB, beside libxml2 and pugixml.
-#include <benchmark/benchmark.h>
-#include <malloc.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <vector>
 
-#include "bench/live_bytes.h"
+#include "bench/document_bench.h"
 #include "bench/opml_peers.h"
 #include "bench/sample_tree.h"
 #include "vosmere/nodes/tree_tool.h"
@@ -27,23 +18,10 @@ namespace fs = std::filesystem;
 constexpr std::size_t kDocumentBytes = 10 * 1000 * 1000;
 constexpr double kPeakLimit = 6;  // bytes of memory for each byte read, items included
 
-[[noreturn]] void Die(const char* what) {
-  std::fprintf(stderr, "opml_bench: %s\n", what);
-  std::exit(1);
-}
-
-std::string ReadAll(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 bool SaveWithVosmere(RNode* root, const char* path) {
   CWriteColctTreeOPML writer;
   writer.SetTreeRoot(root);
-  const std::u16string wide = fs::path(path).u16string();
-  std::vector<WChar> units(wide.begin(), wide.end());
-  units.push_back(0);
-  return writer.SaveToFile(units.data());
+  return SaveDocument(writer, path);
 }
 
 bool ParseWithVosmere(const std::string& bytes) {
@@ -110,40 +88,9 @@ class Sample {
   RNode* tree_ = nullptr;
 };
 
-/// Takes processor time, so that what other programs do meanwhile does not count.
-template <class Step>
-auto Timed(benchmark::State& state, Step step) {
-  const std::clock_t start = std::clock();
-  const auto result = step();
-  state.SetIterationTime(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-  return result;
-}
-
-/// A program that starts loads into memory that it does not have yet; one that has loaded before
-/// finds its heap warm.
-enum class Heap { kCold, kWarm };
-
-/// What is built is freed between the measurements.
-template <class Load, class Free>
-void MeasureLoad(benchmark::State& state, Heap heapState, Load load, Free free) {
-  const std::string& document = Sample::Get().document();
-  std::size_t peak = 0;
-  {
-    const HeapCount heap;
-    free(load(document));
-    peak = heap.peak();
-  }
-  for (auto _ : state) {
-    if (heapState == Heap::kCold) malloc_trim(0);
-    free(Timed(state, [&] { return load(document); }));
-  }
-  state.SetBytesProcessed(state.iterations() * document.size());
-  state.counters["peak/byte"] = static_cast<double>(peak) / document.size();
-}
-
 template <RNode* (*Read)(const std::string&), Heap Start>
 void BM_OpmlLoad(benchmark::State& state) {
-  MeasureLoad(state, Start, Read, DeleteTree);
+  MeasureLoad(state, Sample::Get().document(), Start, Read, DeleteTree);
   if (Read == ReadWithVosmere)
     state.SetLabel(state.counters["peak/byte"] <= kPeakLimit ? "peak at most 6: yes"
                                                              : "peak at most 6: NO");
@@ -151,50 +98,21 @@ void BM_OpmlLoad(benchmark::State& state) {
 
 template <bool (*Parse)(const std::string&)>
 void BM_OpmlParse(benchmark::State& state) {
-  MeasureLoad(state, Heap::kCold, Parse, [](bool) {});
-}
-
-/// The number of system calls that this process has made to write.
-long WriteCalls() {
-  std::ifstream io("/proc/self/io");
-  std::string key;
-  long count = 0;
-  while (io >> key >> count)
-    if (key == "syscw:") return count;
-  return 0;
-}
-
-/// Saves to a new file each time: replacing one would mostly measure how the file system gives up
-/// what was there.
-template <class Save>
-void MeasureSave(benchmark::State& state, Save save) {
-  const Sample& sample = Sample::Get();
-  const long before = WriteCalls();
-  {
-    const HeapCount heap;
-    save();
-    state.counters["allocs"] = static_cast<double>(heap.allocations());
-    state.counters["peak/byte"] = static_cast<double>(heap.peak()) / sample.document().size();
-  }
-  state.counters["writes"] = static_cast<double>(WriteCalls() - before);
-  for (auto _ : state) {
-    fs::remove(sample.path());
-    const bool saved = Timed(state, save);
-    if (!saved) state.SkipWithError("the file cannot be saved");
-  }
-  state.SetBytesProcessed(state.iterations() * sample.document().size());
+  MeasureLoad(state, Sample::Get().document(), Heap::kCold, Parse, [](bool) {});
 }
 
 template <bool (*Save)(RNode*, const char*)>
 void BM_OpmlSave(benchmark::State& state) {
   const Sample& sample = Sample::Get();
-  MeasureSave(state, [&] { return Save(sample.tree(), sample.path()); });
+  MeasureSave(state, sample.path(), sample.document().size(),
+              [&] { return Save(sample.tree(), sample.path()); });
 }
 
 void BM_OpmlSaveReady(benchmark::State& state) {
   const Sample& sample = Sample::Get();
   const PugixmlDocument ready(sample.document());
-  MeasureSave(state, [&] { return ready.Save(sample.path()); });
+  MeasureSave(state, sample.path(), sample.document().size(),
+              [&] { return ready.Save(sample.path()); });
 }
 
 BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kCold>)->Name("OpmlLoad/vosmere")->UseManualTime();

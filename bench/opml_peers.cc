@@ -1,6 +1,5 @@
 #include "bench/opml_peers.h"
 
-#include <libxml/parser.h>
 #include <libxml/xmlwriter.h>
 
 #include <algorithm>
@@ -9,18 +8,18 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/peer_dom.h"
+#include "bench/peer_items.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
-#include "vosmere/nodes/tree_tool.h"
 #include "vosmere/platform/posix/utf8.h"
 #include "vosmere/xml/namespaces.h"
 
 namespace vosmere::bench {
 namespace {
 
-/// Makes items out of elements and attributes, whatever library they come from.
-class TreeBuilder {
+class TreeBuilder : public PeerItems {
  public:
   RNode* NewFolder(RNode* parent) { return Link(parent, CFolderNode::New(), NT_FOLDER); }
   RNode* NewColct(RNode* parent) { return Link(parent, CColctNode::New(), NT_COLCT); }
@@ -42,59 +41,17 @@ class TreeBuilder {
     }
   }
 
-  void SyncAttribute(RNode* link, std::string_view name, std::string_view value) {
-    if (name == "id")
-      link->item->SetUUID(Wide(value));
-    else if (name == "version")
-      link->item->SetVersion(Number(value));
-    else if (name == "deleted" && value == "true")
-      link->item->SetAsDeleted(true);
+  void Sync(RNode* link, std::string_view name, std::string_view value) {
+    SyncAttribute(*link->item, name, value);
   }
-
-  void StatAttribute(RNode* link, std::string_view name, std::string_view value) {
-    CNodeStat& stat = *link->item->GetNodeStat();
-    if (name == "added")
-      SetTime(stat, value, CNodeStat::kAdded);
-    else if (name == "modified")
-      SetTime(stat, value, CNodeStat::kModified);
-    else if (name == "lastVisited")
-      SetTime(stat, value, CNodeStat::kLastVisited);
-    else if (name == "flag")
-      stat.SetFlag(Number(value));
-    else if (name == "unread" && value == "true")
-      stat.MarkAsUnread(true);
+  void Stat(RNode* link, std::string_view name, std::string_view value) {
+    StatAttribute(*link->item, name, value);
   }
 
   void ViewAttribute(RNode* link, std::string_view name, std::string_view value) {
     if (link->type == NT_COLCT && name == "expand" && value == "true")
       static_cast<CColctNode*>(link->item)->GetColctNetData()->SetColctExpandState(true);
   }
-
- private:
-  static RNode* Link(RNode* parent, CBaseNode* item, tagNODETYPE type) {
-    RNode* const link = RNode::New2(item, type);
-    if (parent) RNTool::InsertAsChild(parent, link);
-    return link;
-  }
-
-  static int Number(std::string_view value) {
-    int number = 0;
-    std::from_chars(value.data(), value.data() + value.size(), number);
-    return number;
-  }
-
-  static void SetTime(CNodeStat& stat, std::string_view value, ULONG which) {
-    const LONG time = Number(value);
-    stat.SetStatTime(time, time, time, which);
-  }
-
-  WChar* Wide(std::string_view utf8) {
-    if (wide_.size() <= utf8.size()) wide_.resize(utf8.size() * 2 + 1);
-    wide_[utf8::Decode(utf8.data(), utf8.size(), wide_.data(), utf8.size())] = 0;
-    return wide_.data();
-  }
-
-  std::vector<WChar> wide_;
 };
 
 /// One reader for both libraries; `Dom` says how theirs is walked.
@@ -126,9 +83,9 @@ class TreeReader {
       if (Dom::Named(node, "outline"))
         ReadOutline(node, link);
       else if (Dom::Named(node, "sx:sync"))
-        Apply<&TreeBuilder::SyncAttribute>(node, link);
+        Apply<&TreeBuilder::Sync>(node, link);
       else if (Dom::Named(node, "vsm:stat"))
-        Apply<&TreeBuilder::StatAttribute>(node, link);
+        Apply<&TreeBuilder::Stat>(node, link);
       else if (Dom::Named(node, "vsm:view"))
         Apply<&TreeBuilder::ViewAttribute>(node, link);
     });
@@ -158,47 +115,6 @@ class TreeReader {
 
   TreeBuilder builder_;
 };
-
-// libxml2.
-
-std::string_view View(const xmlChar* text) {
-  return text ? std::string_view(reinterpret_cast<const char*>(text)) : std::string_view();
-}
-
-struct Libxml2Dom {
-  using Node = const xmlNode*;
-
-  static bool Named(Node node, std::string_view name) {
-    const std::string_view local = View(node->name);
-    const std::string_view prefix = node->ns ? View(node->ns->prefix) : std::string_view();
-    if (prefix.empty()) return local == name;
-    return name.size() == prefix.size() + 1 + local.size() &&
-           name.substr(0, prefix.size()) == prefix && name[prefix.size()] == ':' &&
-           name.substr(prefix.size() + 1) == local;
-  }
-
-  static std::string_view Text(Node node) {
-    return node->children ? View(node->children->content) : std::string_view();
-  }
-
-  template <class Visit>
-  static void ForEachChild(Node node, Visit visit) {
-    for (Node child = node->children; child; child = child->next)
-      if (child->type == XML_ELEMENT_NODE) visit(child);
-  }
-
-  template <class Visit>
-  static void ForEachAttribute(Node node, Visit visit) {
-    for (const xmlAttr* attribute = node->properties; attribute; attribute = attribute->next)
-      visit(View(attribute->name),
-            attribute->children ? View(attribute->children->content) : std::string_view());
-  }
-};
-
-xmlDoc* ParseLibxml2(const std::string& document) {
-  return xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr, nullptr,
-                       XML_PARSE_HUGE | XML_PARSE_NONET | XML_PARSE_COMPACT);
-}
 
 /// Writes what CWriteColctTreeOPML writes, through one xmlTextWriter.
 class Libxml2Writer {
@@ -322,51 +238,34 @@ class Libxml2Writer {
   std::vector<WChar> path_;
 };
 
-// pugixml.
+template <class Dom>
+RNode* ReadWith(const std::string& document) {
+  const typename Dom::Loaded dom(document);
+  return TreeReader<Dom>().Read(dom.Root());
+}
 
-struct PugixmlDom {
-  using Node = pugi::xml_node;
-
-  static bool Named(Node node, std::string_view name) { return node.name() == name; }
-  static std::string_view Text(Node node) { return node.child_value(); }
-
-  template <class Visit>
-  static void ForEachChild(Node node, Visit visit) {
-    for (Node child = node.first_child(); child; child = child.next_sibling())
-      if (child.type() == pugi::node_element) visit(child);
-  }
-
-  template <class Visit>
-  static void ForEachAttribute(Node node, Visit visit) {
-    for (pugi::xml_attribute attribute : node.attributes())
-      visit(attribute.name(), attribute.value());
-  }
-};
+template <class Dom>
+bool ParseWith(const std::string& document) {
+  const typename Dom::Loaded dom(document);
+  return static_cast<bool>(dom.Root());
+}
 
 }  // namespace
 
 RNode* ReadWithLibxml2(const std::string& document) {
-  xmlDoc* const dom = ParseLibxml2(document);
-  RNode* const root = TreeReader<Libxml2Dom>().Read(xmlDocGetRootElement(dom));
-  xmlFreeDoc(dom);
-  return root;
+  return ReadWith<Libxml2Dom>(document);
 }
 
 bool ParseWithLibxml2(const std::string& document) {
-  xmlDoc* const dom = ParseLibxml2(document);
-  xmlFreeDoc(dom);
-  return dom != nullptr;
+  return ParseWith<Libxml2Dom>(document);
 }
 
 RNode* ReadWithPugixml(const std::string& document) {
-  pugi::xml_document dom;
-  dom.load_buffer(document.data(), document.size());
-  return TreeReader<PugixmlDom>().Read(dom.document_element());
+  return ReadWith<PugixmlDom>(document);
 }
 
 bool ParseWithPugixml(const std::string& document) {
-  pugi::xml_document dom;
-  return static_cast<bool>(dom.load_buffer(document.data(), document.size()));
+  return ParseWith<PugixmlDom>(document);
 }
 
 bool SaveWithLibxml2(RNode* root, const char* path) {

@@ -28,7 +28,7 @@ class Wide {
   explicit Wide(std::string_view utf8) : units_(utf8.size() + 1) {
     utf8::Decode(utf8.data(), utf8.size(), units_.data(), units_.size());
   }
-  operator const WChar*() const { return units_.data(); }
+  operator WChar*() { return units_.data(); }
 
  private:
   std::vector<WChar> units_;
@@ -40,8 +40,19 @@ class Generator {
 
   RNode* Tree() {
     RNode* const root = NewFolder(nullptr);
-    while (written_ < wanted_) FillFolder(NewFolder(root), 1);
+    while (written_ < wanted_) FillFolder(NewFolder(root), 1, &Generator::NewColct);
     return root;
+  }
+
+  CColctNode* Colct() {
+    CColctNode* const colct = CColctNode::New();
+    colct->SetName(Wide(Words(3)));
+    colct->GetColctNetData()->SetOrdered(true);
+    colct->GetColctNetData()->SetSynced(true);
+    colct->SetLocRNodeRoot(RNode::New2(CFolderNode::New(), NT_FOLDER));
+    while (written_ < wanted_)
+      FillFolder(NewFolder(colct->GetLocRNodeRoot()), 1, &Generator::NewPage);
+    return colct;
   }
 
  private:
@@ -99,26 +110,49 @@ class Generator {
 
   RNode* NewFolder(RNode* parent) { return NewLink(parent, CFolderNode::New(), NT_FOLDER); }
 
-  void FillFolder(RNode* folder, int depth) {
-    for (unsigned left = 6 + Below(12); left > 0; --left) NewColct(folder);
+  void FillFolder(RNode* folder, int depth, void (Generator::*newItem)(RNode*)) {
+    for (unsigned left = 6 + Below(12); left > 0; --left) (this->*newItem)(folder);
     if (depth == kDeepest) return;
-    for (unsigned left = Below(3); left > 0; --left) FillFolder(NewFolder(folder), depth + 1);
+    for (unsigned left = Below(3); left > 0; --left)
+      FillFolder(NewFolder(folder), depth + 1, newItem);
   }
 
   void NewColct(RNode* folder) {
     CColctNode* const colct = CColctNode::New();
     NewLink(folder, colct, NT_COLCT);
+    SetAddressAndStat(*colct);
+    if (OneIn(4)) colct->GetColctNetData()->SetOwner(Wide(Any(kAccented)));
+    if (OneIn(5)) colct->GetColctNetData()->SetColctExpandState(true);
+  }
+
+  void NewPage(RNode* folder) {
+    CUrlNode* const page = CUrlNode::New();
+    NewLink(folder, page, NT_URL);
+    SetAddressAndStat(*page);
+    written_ += 180;  // with the reference to the folder and the date
+    if (OneIn(3)) page->SetAuthor(Wide(Any(kAccented)));
+    if (OneIn(3)) page->SetBaseBuild(static_cast<int>(1 + Below(900)));
+    if (OneIn(4)) {
+      std::string tags = Words(1 + Below(4));
+      page->GetUrlProp()->SetTagsList(CUrlProp::GenerateRBstrItemList(Wide(tags)));
+    }
+    if (!OneIn(4)) return;
+    page->SetItemType(static_cast<tagVSMITEMTYPE>(1 + Below(3)));
+    if (page->GetItemType() != IT_NOTE) page->SetRelationUrl(Wide(Address()));
+    if (page->GetItemType() == IT_FILE)
+      page->GetUrlProp()->SetFileType(static_cast<tagVSMITEMFILETYPE>(Below(7)));
+  }
+
+  void SetAddressAndStat(CUrlNode& page) {
     const std::string address = Address();
-    colct->SetUrl(Wide(address));
+    page.SetUrl(Wide(address));
     const LONG added = static_cast<LONG>(1100000000 + Below(300000000));
-    CNodeStat& stat = *colct->GetNodeStat();
+    CNodeStat& stat = *page.GetNodeStat();
     stat.SetStatTime(added, added + static_cast<LONG>(Below(10000000)),
                      added + static_cast<LONG>(Below(20000000)),
                      CNodeStat::kAdded | CNodeStat::kModified | CNodeStat::kLastVisited);
     stat.MarkAsUnread(OneIn(4));
     if (OneIn(6)) stat.SetFlag(static_cast<int>(1 + Below(5)));
-    if (OneIn(4)) colct->GetColctNetData()->SetOwner(Wide(Any(kAccented)));
-    if (OneIn(5)) colct->GetColctNetData()->SetColctExpandState(true);
     written_ += address.size() + 115;  // with the statistics and what stands around the address
   }
 
@@ -131,6 +165,10 @@ class Generator {
 
 RNode* NewSampleTree(std::size_t bytes) {
   return Generator(bytes).Tree();
+}
+
+CColctNode* NewSampleColct(std::size_t bytes) {
+  return Generator(bytes).Colct();
 }
 
 }  // namespace vosmere::bench

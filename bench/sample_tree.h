@@ -1,8 +1,9 @@
-// A collection tree as a user may have it, the same on every run.
+// A collection tree, and one collection, as a user may have them, the same on every run.
 #pragma once
 
 #include <cstddef>
 
+#include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/tree_link.h"
 
 namespace vosmere::bench {
@@ -11,5 +12,10 @@ namespace vosmere::bench {
 /// accents or in Chinese, descriptions on a third of the items, and every extension element. No
 /// text needs escaping. The caller frees it with DeleteTree.
 RNode* NewSampleTree(std::size_t bytes);
+
+/// A collection whose RSS document has about `bytes` bytes: ordered and synchronised, its items in
+/// folders to a depth of six, with every element that the document knows. The caller frees it with
+/// DeleteWithLocalTree.
+CColctNode* NewSampleColct(std::size_t bytes);
 
 }  // namespace vosmere::bench

@@ -1,0 +1,100 @@
+// Measuring the loading and saving of documents.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "bench/live_bytes.h"
+#include "vosmere/xml/write_xml.h"
+
+namespace vosmere::bench {
+
+[[noreturn]] inline void Die(const char* what) {
+  std::fprintf(stderr, "vosmere_bench: %s\n", what);
+  std::exit(1);
+}
+
+inline std::string ReadAll(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline bool SaveDocument(CWriteXML& writer, const std::filesystem::path& path) {
+  const std::u16string wide = path.u16string();
+  std::vector<WChar> units(wide.begin(), wide.end());
+  units.push_back(0);
+  return writer.SaveToFile(units.data());
+}
+
+/// Takes processor time, so that what other programs do meanwhile does not count.
+template <class Step>
+auto Timed(benchmark::State& state, Step step) {
+  const std::clock_t start = std::clock();
+  const auto result = step();
+  state.SetIterationTime(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+  return result;
+}
+
+/// A program that starts loads into memory that it does not have yet; one that has loaded before
+/// finds its heap warm.
+enum class Heap { kCold, kWarm };
+
+/// What is built is freed between the measurements.
+template <class Load, class Free>
+void MeasureLoad(benchmark::State& state, const std::string& document, Heap heapState, Load load,
+                 Free free) {
+  std::size_t peak = 0;
+  {
+    const HeapCount heap;
+    free(load(document));
+    peak = heap.peak();
+  }
+  for (auto _ : state) {
+    if (heapState == Heap::kCold) malloc_trim(0);
+    free(Timed(state, [&] { return load(document); }));
+  }
+  state.SetBytesProcessed(state.iterations() * document.size());
+  state.counters["peak/byte"] = static_cast<double>(peak) / document.size();
+}
+
+/// The number of system calls that this process has made to write.
+inline long WriteCalls() {
+  std::ifstream io("/proc/self/io");
+  std::string key;
+  long count = 0;
+  while (io >> key >> count)
+    if (key == "syscw:") return count;
+  return 0;
+}
+
+/// Saves to a new file each time: replacing one would mostly measure how the file system gives up
+/// what was there.
+template <class Save>
+void MeasureSave(benchmark::State& state, const std::filesystem::path& path, std::size_t bytes,
+                 Save save) {
+  const long before = WriteCalls();
+  {
+    const HeapCount heap;
+    save();
+    state.counters["allocs"] = static_cast<double>(heap.allocations());
+    state.counters["peak/byte"] = static_cast<double>(heap.peak()) / bytes;
+  }
+  state.counters["writes"] = static_cast<double>(WriteCalls() - before);
+  for (auto _ : state) {
+    std::filesystem::remove(path);
+    const bool saved = Timed(state, save);
+    if (!saved) state.SkipWithError("the file cannot be saved");
+  }
+  state.SetBytesProcessed(state.iterations() * bytes);
+}
+
+}  // namespace vosmere::bench

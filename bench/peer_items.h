@@ -1,0 +1,68 @@
+// Items made of elements and attributes, whatever library they come from, through the library's own
+// setters and conversion, so that only the way through the XML differs.
+#pragma once
+
+#include <charconv>
+#include <string_view>
+#include <vector>
+
+#include "vosmere/nodes/base_node.h"
+#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/platform/posix/utf8.h"
+
+namespace vosmere::bench {
+
+class PeerItems {
+ public:
+  static RNode* Link(RNode* parent, CBaseNode* item, tagNODETYPE type) {
+    RNode* const link = RNode::New2(item, type);
+    if (parent) RNTool::InsertAsChild(parent, link);
+    return link;
+  }
+
+  static int Number(std::string_view value) {
+    int number = 0;
+    std::from_chars(value.data(), value.data() + value.size(), number);
+    return number;
+  }
+
+  /// Good until the next call.
+  WChar* Wide(std::string_view utf8) {
+    if (wide_.size() <= utf8.size()) wide_.resize(utf8.size() * 2 + 1);
+    wide_[utf8::Decode(utf8.data(), utf8.size(), wide_.data(), utf8.size())] = 0;
+    return wide_.data();
+  }
+
+  void SyncAttribute(CBaseNode& item, std::string_view name, std::string_view value) {
+    if (name == "id")
+      item.SetUUID(Wide(value));
+    else if (name == "version")
+      item.SetVersion(Number(value));
+    else if (name == "deleted" && value == "true")
+      item.SetAsDeleted(true);
+  }
+
+  void StatAttribute(CBaseNode& item, std::string_view name, std::string_view value) {
+    CNodeStat& stat = *item.GetNodeStat();
+    if (name == "added")
+      SetTime(stat, value, CNodeStat::kAdded);
+    else if (name == "modified")
+      SetTime(stat, value, CNodeStat::kModified);
+    else if (name == "lastVisited")
+      SetTime(stat, value, CNodeStat::kLastVisited);
+    else if (name == "flag")
+      stat.SetFlag(Number(value));
+    else if (name == "unread" && value == "true")
+      stat.MarkAsUnread(true);
+  }
+
+ private:
+  static void SetTime(CNodeStat& stat, std::string_view value, ULONG which) {
+    const LONG time = Number(value);
+    stat.SetStatTime(time, time, time, which);
+  }
+
+  std::vector<WChar> wide_;
+};
+
+}  // namespace vosmere::bench
