@@ -1,0 +1,58 @@
+// Any bytes load or fail; what loads can be saved; what was saved loads again with all its items,
+// and from then on stays as it is.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "vosmere/cpp.h"
+#include "vosmere/nodes/tree_walk.h"
+#include "vosmere/xml/rss_reader.h"
+#include "vosmere/xml/rss_writer.h"
+
+using namespace vosmere;
+
+namespace {
+
+std::u16string Saved(CColctNode* colct) {
+  CWriteColctRSS writer;
+  writer.SetColctNode(colct);
+  const SystemString text(writer.GetXMLBSTR());
+  if (!text) std::abort();
+  return ToString(text.get());
+}
+
+Collection Loaded(const std::u16string& document) {
+  CReadBkmarkXML reader;
+  if (!reader.LoadBSTRXML(Wide(document))) std::abort();
+  return Collection(reader.DetachColctNode());
+}
+
+std::size_t ItemsIn(const std::u16string& document) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = document.find(u"<item>", at)) != document.npos; ++at) ++count;
+  return count;
+}
+
+std::size_t ItemsIn(CColctNode* colct) {
+  std::size_t count = 0;
+  WalkBelow(
+      colct->GetLocRNodeRoot(), [&](RNode* link) { return count += link->type == NT_URL, true; },
+      [](RNode*) {});
+  return count;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  CReadBkmarkXML reader;
+  reader.LoadXML(reinterpret_cast<const char*>(data), static_cast<int>(size));
+  const Collection first(reader.DetachColctNode());
+  if (!first) return 0;
+  const std::u16string document = Saved(first.get());
+  const Collection second = Loaded(document);
+  if (ItemsIn(second.get()) != ItemsIn(document)) std::abort();
+  const std::u16string settled = Saved(second.get());
+  if (Saved(Loaded(settled).get()) != settled) std::abort();
+  return 0;
+}
