@@ -35,8 +35,8 @@ bool CUrlMapItem::AddUrlNode(CUrlNode* page) {
 }
 
 int CUrlMapItem::DeleteUrlNode(CUrlNode* page) {
-  list::Remove(pages_, page);
-  return GetNumberUrlNodes();
+  const int count = GetNumberUrlNodes();
+  return list::Remove(pages_, page) ? count - 1 : count;
 }
 
 int CUrlMapItem::GetNumberUrlNodes() const {
