@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "tools/date.h"
-#include "tools/documents.h"
+#include "tools/document.h"
 #include "tools/platform.h"
 #include "tools/replace_file.h"
 #include "tools/text.h"
@@ -17,12 +17,11 @@ constexpr std::size_t kAllPlaces = static_cast<std::size_t>(-1);
 
 constexpr char kExitCodes[] =
     "Exit codes: 0 fine; 1 a file is not what it should be; 2 wrong usage, or a file cannot be "
-    "read "
-    "or written.";
+    "read or written.";
 
 int Show(const std::string& file, bool asJson) {
-  const std::unique_ptr<Document> document = Open(file);
-  asJson ? document->ShowJson(std::cout) : document->Show(std::cout);
+  const Document document(file);
+  asJson ? document.ShowJson(std::cout) : document.Show(std::cout);
   return kFine;
 }
 
@@ -35,10 +34,10 @@ std::string WhyNotSaved(const DocumentError& error) {
 }
 
 int Check(const std::string& file, std::size_t placesShown) {
-  const std::unique_ptr<Document> document = Open(file);
+  const Document document(file);
   Findings findings(placesShown);
-  document->Audit(findings);
-  const DocumentError error = document->Rehearse(findings);
+  document.Audit(findings);
+  const DocumentError error = document.Rehearse(findings);
   if (IsTrouble(error.fault)) throw FailureOf(file, error);
 
   const std::string name = Printable(file);
@@ -52,17 +51,17 @@ int Check(const std::string& file, std::size_t placesShown) {
 }
 
 int Copy(const std::string& in, const std::string& out) {
-  const std::unique_ptr<Document> document = Open(in);
+  const Document document(in);
   Findings findings(kPlacesShown);
-  document->Audit(findings);
-  const DocumentError error = document->Rehearse(findings);
+  document.Audit(findings);
+  const DocumentError error = document.Rehearse(findings);
   if (IsTrouble(error.fault)) throw FailureOf(in, error);
   findings.Print(std::cerr, Printable(in));
   if (error.fault != DocumentFault::kNone)
     throw Failure{kBadFile, Printable(in) + ": error: not copied: " + WhyNotSaved(error)};
 
   ReplaceFile(out, [&](const WChar* path) {
-    const DocumentError saveError = document->Save(path);
+    const DocumentError saveError = document.Save(path);
     if (saveError.fault != DocumentFault::kNone) throw FailureOf(out, saveError);
   });
   return kFine;

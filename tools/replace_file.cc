@@ -4,7 +4,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "tools/documents.h"
+#include "tools/failure.h"
 #include "tools/text.h"
 #include "vosmere/nodes/tree_tool.h"
 

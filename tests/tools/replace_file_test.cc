@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/files.h"
-#include "tools/documents.h"
+#include "tools/failure.h"
 
 namespace vosmere::tool {
 namespace {

@@ -1,0 +1,178 @@
+#include "tools/audit.h"
+
+#include <algorithm>
+
+#include "tools/text.h"
+#include "vosmere/xml/parse_xml.h"
+#include "vosmere/xml/read_xml.h"
+#include "vosmere/xml/reader_fields.h"
+
+namespace vosmere::tool {
+namespace {
+
+constexpr std::string_view kUnknown = "?";  // the scope of an element without a word
+
+bool IsNamespace(std::string_view name) {
+  return name == "xmlns" || name.starts_with("xmlns:");
+}
+
+bool IsBlank(WideView text) {
+  return std::all_of(text.begin(), text.end(), [](WChar unit) {
+    return unit == ' ' || unit == '\t' || unit == '\r' || unit == '\n';
+  });
+}
+
+/// An element around the node that is visited.
+struct Open {
+  XmlNode node;
+  std::string_view scope;  ///< of what stands in it
+  bool isItem;
+  bool isDropped;
+  bool keepsText;                                  ///< or it goes as a whole
+  std::vector<std::string_view> textsInside = {};  ///< elements that were kept for their text
+  std::string label = {};                          ///< once it was asked for
+};
+
+class Auditor : public CParseXML {
+ public:
+  Auditor(const Vocabulary& vocabulary, Findings& findings)
+      : vocabulary_(vocabulary), findings_(findings) {}
+
+  void ParseXMLTree(XmlNode node) override { GoThroughChildNodes(node); }
+
+ protected:
+  void OnEnterNode(XmlNode node) override {
+    switch (node.Type()) {
+      case kXmlComment: Complain("comments are not kept"); break;
+      case kXmlProcessingInstruction: Complain("processing instructions are not kept"); break;
+      case kXmlText:
+      case kXmlCData:
+        if (!open_.empty() && !open_.back().keepsText && !IsBlank(node.Text().view()))
+          Complain("text between elements is not kept");
+        break;
+      default: break;
+    }
+  }
+
+  void ProcessElementNode(XmlNode node) override {
+    const std::string name = ToUtf8(node.Name().c_str());
+    const std::string known = vocabulary_.nameOf ? vocabulary_.nameOf(node) : name;
+    const std::string_view scope = open_.empty() ? "" : open_.back().scope;
+    const Words words(vocabulary_, known, scope);
+    if (words.DemandOn("=") && !words.First().isItem) AuditRepeated(words.First().element, name);
+    const bool isInsideDropped = !open_.empty() && open_.back().isDropped;
+    Enter(node, words, scope);
+    if (!open_.back().isDropped)
+      AuditKept(node, name, words, scope);
+    else if (!isInsideDropped)
+      Complain(words.AreKnown() ? std::string(words.First().lost)
+                                : "the element '" + Printable(name) + "' is not kept");
+  }
+
+  void OnLeaveNode(XmlNode node) override {
+    if (node.Type() == kXmlElement) open_.pop_back();
+  }
+
+ private:
+  void Complain(const std::string& what) {
+    std::vector<std::string> labels;
+    for (auto open = open_.rbegin(); open != open_.rend() && labels.size() <= kPlaceDepth; ++open)
+      if (open->isItem) labels.insert(labels.begin(), LabelOf(*open));
+    findings_.Add(what, Place(labels));
+  }
+
+  /// What people know an item of a file by.
+  const std::string& LabelOf(Open& item) const {
+    if (!item.label.empty()) return item.label;
+    ForEachAttribute(item.node, [&](WideView name, const WChar* value) {
+      if (*value && (IsNamed(name, "text") || IsNamed(name, "title") || IsNamed(name, "name")))
+        item.label = Label(value);
+    });
+    if (item.label.empty()) item.label = Label(NamingText(item).c_str());
+    return item.label;
+  }
+
+  XmlText NamingText(const Open& item) const {
+    for (const char* const name : {"title", "url"})
+      if (Words(vocabulary_, name, item.scope).DemandOn("="))
+        if (const XmlNode child = ChildOf(item.node, name)) return child.Text();
+    return item.keepsText ? item.node.Text() : XmlText();
+  }
+
+  void Enter(const XmlNode& node, const Words& words, std::string_view around) {
+    Open open{node, vocabulary_.looksThrough ? around : kUnknown, false, true, true};
+    if (words.AreKnown()) {
+      open.isItem = words.First().isItem;
+      open.isDropped = !words.First().lost.empty();
+      open.keepsText = open.isDropped || words.DemandOn("=");
+      if (open.isItem || !vocabulary_.looksThrough) open.scope = words.First().element;
+    }
+    open_.push_back(std::move(open));
+  }
+
+  void AuditRepeated(std::string_view element, const std::string& name) {
+    if (open_.empty()) return;
+    auto& texts = open_.back().textsInside;
+    if (std::find(texts.begin(), texts.end(), element) != texts.end())
+      Complain('\'' + name + "' is repeated, and only one of them is kept");
+    else
+      texts.push_back(element);
+  }
+
+  void AuditKept(const XmlNode& node, const std::string& name, const Words& words,
+                 std::string_view around) {
+    const Report complain = [this](const std::string& what) { Complain(what); };
+    const std::string_view kind = open_.back().isItem ? open_.back().scope : around;
+    ForEachAttribute(node, [&](WideView wideName, const WChar* value) {
+      const std::string attribute = ToUtf8(wideName.data);
+      if (IsNamespace(attribute) || !*value) return;
+      const auto demand = words.DemandOn(attribute);
+      if (demand && *demand != "!") return CheckValue(*demand, name, attribute, value, complain);
+      Complain("the attribute '" + Printable(attribute) + "' of '" + Printable(name) +
+               "' is not kept" + (demand ? " for a " + std::string(kind) : ""));
+    });
+    const auto demand = words.DemandOn("=");
+    if (demand && !demand->empty()) CheckValue(*demand, name, "", node.Text().c_str(), complain);
+    if (vocabulary_.inspect) vocabulary_.inspect(node, words.First().element, around, complain);
+  }
+
+  const Vocabulary& vocabulary_;
+  Findings& findings_;
+  std::vector<Open> open_;
+};
+
+class AuditReader : public CReadXML {
+ public:
+  AuditReader(const Vocabulary& vocabulary, Findings& findings) : auditor_(vocabulary, findings) {}
+
+ protected:
+  void InvokeParser(XmlNode root) override { auditor_.ParseXMLTree(root); }
+
+ private:
+  Auditor auditor_;
+};
+
+}  // namespace
+
+DocumentError Audit(const WChar* path, const Vocabulary& vocabulary, Findings& findings) {
+  AuditReader reader(vocabulary, findings);
+  reader.LoadFile(path);
+  return reader.LastError();
+}
+
+std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name) {
+  std::optional<std::string> found;
+  ForEachAttribute(element, [&](WideView wideName, const WChar* value) {
+    if (IsNamed(wideName, name)) found = ToUtf8(value);
+  });
+  return found;
+}
+
+XmlNode ChildOf(const XmlNode& element, std::string_view name) {
+  XmlNode child = element.FirstChild();
+  while (child && !(child.Type() == kXmlElement && IsNamed(child.Name().view(), name)))
+    child = child.NextSibling();
+  return child;
+}
+
+}  // namespace vosmere::tool

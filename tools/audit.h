@@ -1,0 +1,18 @@
+// What a file holds and the document that is loaded from it does not.
+#pragma once
+
+#include "tools/findings.h"
+#include "tools/vocabulary.h"
+#include "vosmere/xml/document_error.h"
+
+namespace vosmere::tool {
+
+/// `path` is a file that loads; says why when it does not do so again.
+DocumentError Audit(const WChar* path, const Vocabulary& vocabulary, Findings& findings);
+
+/// The value of an attribute, in UTF-8.
+std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name);
+/// The first child element of that name; a null handle when there is none.
+XmlNode ChildOf(const XmlNode& element, std::string_view name);
+
+}  // namespace vosmere::tool

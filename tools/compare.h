@@ -1,0 +1,27 @@
+// What a document holds, beside what comes back of it from a save.
+#pragma once
+
+#include <string_view>
+
+#include "tools/findings.h"
+#include "tools/record.h"
+
+namespace vosmere::tool {
+
+/// Whether two contents have records of the same kinds in the same places, but for those of `saved`
+/// that a save leaves out.
+bool SameShape(const Record& saved, const Record& back);
+
+/// Reports the fields of `saved` that differ in `back`, which has the same shape, and the records
+/// that were left out. `named` is the content with the very shape of `saved` that people know the
+/// records by, and `what` its name as a whole.
+void Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,
+             Findings& findings);
+
+/// Reports every value that breaks the saved document.
+void ReportBreakers(const Record& content, std::string_view what, Findings& findings);
+
+/// The character of a value that breaks the markup it is written into as it is; 0 for none.
+char BreakerIn(std::string_view value);
+
+}  // namespace vosmere::tool

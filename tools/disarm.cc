@@ -1,0 +1,80 @@
+#include "tools/disarm.h"
+
+#include <string>
+
+#include "tools/compare.h"
+#include "tools/text.h"
+#include "vosmere/xml/parse_xml.h"
+#include "vosmere/xml/read_xml.h"
+#include "vosmere/xml/reader_fields.h"
+
+namespace vosmere::tool {
+namespace {
+
+std::string Harmless(const WChar* text) {
+  std::string value = ToUtf8(text);
+  if (BreakerIn(value) == 0) return value;
+  for (char& c : value)
+    if (c == '"' || c == '<' || c == '&') c = '_';
+  return value;
+}
+
+/// Writes elements, attributes and texts as they were read.
+class Rewriter : public CParseXML {
+ public:
+  void ParseXMLTree(XmlNode node) override { GoThroughChildNodes(node); }
+  const std::string& text() const { return text_; }
+
+ protected:
+  void OnEnterNode(XmlNode node) override {
+    if (node.Type() == kXmlText || node.Type() == kXmlCData) Put(Harmless(node.Text().c_str()));
+  }
+
+  void ProcessElementNode(XmlNode node) override {
+    text_ += '<' + ToUtf8(node.Name().c_str());
+    ForEachAttribute(node, [this](WideView name, const WChar* value) {
+      text_ += ' ' + ToUtf8(name.data) + "=\"";
+      Put(Harmless(value));
+      text_ += '"';
+    });
+    text_ += '>';
+  }
+
+  void OnLeaveNode(XmlNode node) override {
+    if (node.Type() == kXmlElement) text_ += "</" + ToUtf8(node.Name().c_str()) + '>';
+  }
+
+ private:
+  /// As a value that every parser gives back as it was.
+  void Put(const std::string& value) {
+    for (const char c : value) {
+      if (static_cast<unsigned char>(c) < ' ' || std::string_view("\"&<>").find(c) != npos)
+        text_ += "&#" + std::to_string(static_cast<unsigned char>(c)) + ';';
+      else
+        text_ += c;
+    }
+  }
+
+  static constexpr auto npos = std::string_view::npos;
+  std::string text_;
+};
+
+class RewritingReader : public CReadXML {
+ public:
+  const std::string& text() const { return rewriter_.text(); }
+
+ protected:
+  void InvokeParser(XmlNode root) override { rewriter_.ParseXMLTree(root); }
+
+ private:
+  Rewriter rewriter_;
+};
+
+}  // namespace
+
+SystemString Disarmed(const WChar* path) {
+  RewritingReader reader;
+  return reader.LoadFile(path) ? ToWide(reader.text()) : nullptr;
+}
+
+}  // namespace vosmere::tool

@@ -1,0 +1,46 @@
+// What a kind of document says for itself, in a file of its own below kinds/, and in a row of the
+// table in document.cc. Showing, auditing, rehearsing and saving are written once, over this.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "tools/record.h"
+#include "tools/show.h"
+#include "tools/vocabulary.h"
+#include "vosmere/xml/read_xml.h"
+#include "vosmere/xml/write_xml.h"
+
+namespace vosmere::tool {
+
+/// What a reader built.
+class Loaded {
+ public:
+  Loaded() = default;
+  Loaded(const Loaded&) = delete;
+  Loaded& operator=(const Loaded&) = delete;
+  virtual ~Loaded() = default;
+
+  /// All that a document of this kind can hold, and nothing that says when it was loaded.
+  virtual Record Content() const = 0;
+  /// A writer of it, which may change what it writes on purpose.
+  virtual std::unique_ptr<CWriteXML> Writer() const = 0;
+};
+
+/// Lets a reader load the document: from a file, or from a text. False when it does not load.
+using Source = std::function<bool(CReadXML& reader)>;
+
+struct Kind {
+  std::string_view root;  ///< the name of its root element
+  std::string_view what;  ///< what it is, for people
+  std::span<const Count> counts;
+  Vocabulary vocabulary;
+  /// Null when it does not load, or there is nothing in it.
+  std::unique_ptr<Loaded> (*load)(const Source& source);
+};
+
+extern const Kind kOpml;
+
+}  // namespace vosmere::tool

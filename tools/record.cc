@@ -1,0 +1,15 @@
+#include "tools/record.h"
+
+namespace vosmere::tool {
+
+std::string NameOf(const Record& record) {
+  if (record.fields.empty() || record.fields[0].traits & kSecret) return {};
+  const Json& name = record.fields[0].value;
+  return name.is_string() ? name.get<std::string>() : std::string();
+}
+
+bool IsNothing(const Json& value) {
+  return value.is_string() ? value.get_ref<const std::string&>().empty() : value.empty();
+}
+
+}  // namespace vosmere::tool

@@ -1,0 +1,81 @@
+#include "tools/show.h"
+
+#include <map>
+#include <string_view>
+
+#include "tools/text.h"
+
+namespace vosmere::tool {
+namespace {
+
+class Shower {
+ public:
+  explicit Shower(std::ostream& out) : out_(out) {}
+
+  void ShowRecord(const Record& record, std::string_view kind, std::size_t level) {
+    const std::string indent(2 * level, ' ');
+    out_ << indent << '[' << kind << ']' << Line(record) << '\n';
+    for (const Field& field : record.fields)
+      if (field.traits & kOwnLine && !(field.traits & kSecret) && !IsNothing(field.value))
+        out_ << indent << "  " << field.name << ": " << Value(field.value) << '\n';
+    for (const Record& child : record.children) {
+      ++counted_[child.kind];
+      ShowRecord(child, child.kind, level + 1);
+    }
+  }
+
+  void ShowCounts(std::span<const Count> counts) {
+    const char* separator = "";
+    for (const Count& count : counts) {
+      out_ << separator << counted_[count.what] << ' ' << count.plural;
+      separator = ", ";
+    }
+    if (!counts.empty()) out_ << '\n';
+  }
+
+ private:
+  static std::string Value(const Json& value) {
+    return Printable(value.is_string() ? value.get<std::string>() : value.dump());
+  }
+
+  std::string Line(const Record& record) {
+    if (record.fields.empty()) return {};
+    const std::string name = Printable(NameOf(record));
+    std::string line = name.empty() ? " (no name)" : ' ' + name;
+    for (const Field& field : record.fields)
+      if (field.traits & kOnLine && !(field.traits & kSecret)) line += OnLine(field);
+    return line;
+  }
+
+  std::string OnLine(const Field& field) {
+    const Json& value = field.value;
+    if (IsNothing(value) || value == false || value == 0) return {};
+    if (!value.is_boolean() && !value.is_number()) return "  " + Value(value);
+    ++counted_[field.name];
+    return "  (" + std::string(field.name) + (value == true ? "" : ' ' + Value(value)) + ')';
+  }
+
+  std::ostream& out_;
+  std::map<std::string_view, int> counted_;
+};
+
+}  // namespace
+
+void Show(const Record& content, std::string_view what, std::span<const Count> counts,
+          std::ostream& out) {
+  Shower shower(out);
+  shower.ShowRecord(content, what, 0);
+  shower.ShowCounts(counts);
+}
+
+Json ToJson(const Record& content) {
+  Json json = {{"kind", content.kind}};
+  for (const Field& field : content.fields)
+    if (!(field.traits & kSecret)) json[std::string(field.name)] = field.value;
+  if (!content.isContainer) return json;
+  Json& children = json["children"] = Json::array();
+  for (const Record& child : content.children) children.push_back(ToJson(child));
+  return json;
+}
+
+}  // namespace vosmere::tool

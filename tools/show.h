@@ -1,0 +1,25 @@
+// What a document holds, for people and for scripts.
+#pragma once
+
+#include <ostream>
+#include <span>
+
+#include "tools/record.h"
+
+namespace vosmere::tool {
+
+/// Something that the summary below a document counts.
+struct Count {
+  const char* what;    ///< a kind of record, or the field of a mark
+  const char* plural;  ///< as the summary names it
+};
+
+/// A line for each record, and a summary unless there is nothing to count. `what` stands for the
+/// kind of the whole.
+void Show(const Record& content, std::string_view what, std::span<const Count> counts,
+          std::ostream& out);
+
+/// One JSON value: every record with its kind, its fields and, where it has any, its children.
+Json ToJson(const Record& content);
+
+}  // namespace vosmere::tool
