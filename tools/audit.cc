@@ -28,9 +28,9 @@ struct Open {
   std::string_view scope;  ///< of what stands in it
   bool isItem;
   bool isDropped;
-  bool keepsText;                                  ///< or it goes as a whole
-  std::vector<std::string_view> textsInside = {};  ///< elements that were kept for their text
-  std::string label = {};                          ///< once it was asked for
+  bool keepsText;                             ///< or it goes as a whole
+  std::vector<std::string_view> single = {};  ///< elements inside of which one is kept
+  std::string label = {};                     ///< once it was asked for
 };
 
 class Auditor : public CParseXML {
@@ -56,14 +56,13 @@ class Auditor : public CParseXML {
 
   void ProcessElementNode(XmlNode node) override {
     const std::string name = ToUtf8(node.Name().c_str());
-    const std::string known = vocabulary_.nameOf ? vocabulary_.nameOf(node) : name;
-    const std::string_view scope = open_.empty() ? "" : open_.back().scope;
-    const Words words(vocabulary_, known, scope);
-    if (words.DemandOn("=") && !words.First().isItem) AuditRepeated(words.First().element, name);
+    const Words words = WordsFor(node);
+    AuditRepeated(words, name);
     const bool isInsideDropped = !open_.empty() && open_.back().isDropped;
-    Enter(node, words, scope);
+    const std::string_view around = Scope();
+    open_.push_back(OpenOf(node, words));
     if (!open_.back().isDropped)
-      AuditKept(node, name, words, scope);
+      AuditKept(node, name, words, around);
     else if (!isInsideDropped)
       Complain(words.AreKnown() ? std::string(words.First().lost)
                                 : "the element '" + Printable(name) + "' is not kept");
@@ -74,10 +73,32 @@ class Auditor : public CParseXML {
   }
 
  private:
-  void Complain(const std::string& what) {
+  std::string_view Scope() const { return open_.empty() ? "" : open_.back().scope; }
+
+  /// For an element that stands in the innermost open one.
+  Words WordsFor(const XmlNode& node) const {
+    return {vocabulary_,
+            vocabulary_.nameOf ? vocabulary_.nameOf(node) : ToUtf8(node.Name().c_str()), Scope()};
+  }
+
+  Open OpenOf(const XmlNode& node, const Words& words) const {
+    Open open{node, vocabulary_.looksThrough ? Scope() : kUnknown, false, true, true};
+    if (!words.AreKnown()) return open;
+    open.isItem = words.First().isItem;
+    open.isDropped = !words.First().lost.empty();
+    open.keepsText = open.isDropped || words.DemandOn("=");
+    if (open.isItem || !vocabulary_.looksThrough) open.scope = words.First().element;
+    return open;
+  }
+
+  void Complain(const std::string& what, const XmlNode& inside = {}) {
     std::vector<std::string> labels;
     for (auto open = open_.rbegin(); open != open_.rend() && labels.size() <= kPlaceDepth; ++open)
       if (open->isItem) labels.insert(labels.begin(), LabelOf(*open));
+    if (inside) {
+      Open item = OpenOf(inside, WordsFor(inside));
+      labels.push_back(LabelOf(item));
+    }
     findings_.Add(what, Place(labels));
   }
 
@@ -99,29 +120,20 @@ class Auditor : public CParseXML {
     return item.keepsText ? item.node.Text() : XmlText();
   }
 
-  void Enter(const XmlNode& node, const Words& words, std::string_view around) {
-    Open open{node, vocabulary_.looksThrough ? around : kUnknown, false, true, true};
-    if (words.AreKnown()) {
-      open.isItem = words.First().isItem;
-      open.isDropped = !words.First().lost.empty();
-      open.keepsText = open.isDropped || words.DemandOn("=");
-      if (open.isItem || !vocabulary_.looksThrough) open.scope = words.First().element;
-    }
-    open_.push_back(std::move(open));
-  }
-
-  void AuditRepeated(std::string_view element, const std::string& name) {
-    if (open_.empty()) return;
-    auto& texts = open_.back().textsInside;
-    if (std::find(texts.begin(), texts.end(), element) != texts.end())
-      Complain('\'' + name + "' is repeated, and only one of them is kept");
+  void AuditRepeated(const Words& words, const std::string& name) {
+    if (open_.empty() || !words.AreKnown() || words.First().isItem) return;
+    if (!vocabulary_.takesOne && !words.DemandOn("=")) return;
+    auto& single = open_.back().single;
+    if (std::find(single.begin(), single.end(), words.First().element) == single.end())
+      single.push_back(words.First().element);
     else
-      texts.push_back(element);
+      Complain('\'' + name + "' is repeated, and only one of them is kept");
   }
 
   void AuditKept(const XmlNode& node, const std::string& name, const Words& words,
                  std::string_view around) {
-    const Report complain = [this](const std::string& what) { Complain(what); };
+    const Report complain{
+        [this](const std::string& what, const XmlNode& inside) { Complain(what, inside); }};
     const std::string_view kind = open_.back().isItem ? open_.back().scope : around;
     ForEachAttribute(node, [&](WideView wideName, const WChar* value) {
       const std::string attribute = ToUtf8(wideName.data);
@@ -162,6 +174,7 @@ DocumentError Audit(const WChar* path, const Vocabulary& vocabulary, Findings& f
 
 std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name) {
   std::optional<std::string> found;
+  if (!element) return found;
   ForEachAttribute(element, [&](WideView wideName, const WChar* value) {
     if (IsNamed(wideName, name)) found = ToUtf8(value);
   });
@@ -169,10 +182,17 @@ std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view 
 }
 
 XmlNode ChildOf(const XmlNode& element, std::string_view name) {
-  XmlNode child = element.FirstChild();
-  while (child && !(child.Type() == kXmlElement && IsNamed(child.Name().view(), name)))
-    child = child.NextSibling();
-  return child;
+  XmlNode found;
+  ForEachChild(element, name, [&](const XmlNode& child) {
+    if (!found) found = child;
+  });
+  return found;
+}
+
+void ForEachChild(const XmlNode& element, std::string_view name,
+                  const std::function<void(const XmlNode& child)>& visit) {
+  for (XmlNode child = element.FirstChild(); child; child = child.NextSibling())
+    if (child.Type() == kXmlElement && IsNamed(child.Name().view(), name)) visit(child);
 }
 
 }  // namespace vosmere::tool

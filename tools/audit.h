@@ -10,9 +10,13 @@ namespace vosmere::tool {
 /// `path` is a file that loads; says why when it does not do so again.
 DocumentError Audit(const WChar* path, const Vocabulary& vocabulary, Findings& findings);
 
-/// The value of an attribute, in UTF-8.
+/// The value of an attribute, in UTF-8; none for a null handle.
 std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name);
 /// The first child element of that name; a null handle when there is none.
 XmlNode ChildOf(const XmlNode& element, std::string_view name);
+
+/// Calls `visit` with every child element of that name.
+void ForEachChild(const XmlNode& element, std::string_view name,
+                  const std::function<void(const XmlNode& child)>& visit);
 
 }  // namespace vosmere::tool

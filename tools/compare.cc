@@ -1,5 +1,10 @@
 #include "tools/compare.h"
 
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <vector>
+
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -41,6 +46,32 @@ std::string Change(const Field& saved, const Json& back) {
   return name + " comes back changed";
 }
 
+using Pairs = std::vector<const Record*>;
+
+/// What comes back of each child of `saved`: the next of its kind, null for one that is left out.
+/// Nothing when there are more or fewer of a kind.
+std::optional<Pairs> PairsOf(const Record& saved, const Record& back) {
+  Pairs pairs;
+  std::size_t kept = 0;
+  std::map<std::string_view, std::size_t> next;  // by kind
+  for (const Record& child : saved.children) {
+    pairs.push_back(nullptr);
+    if (!child.leftOut.empty()) continue;
+    std::size_t& at = next[child.kind];
+    while (at < back.children.size() && back.children[at].kind != child.kind) ++at;
+    if (at == back.children.size()) return std::nullopt;
+    pairs.back() = &back.children[at++];
+    ++kept;
+  }
+  if (kept != back.children.size()) return std::nullopt;
+  return pairs;
+}
+
+bool AreInOrder(Pairs pairs) {
+  std::erase(pairs, nullptr);
+  return std::is_sorted(pairs.begin(), pairs.end());
+}
+
 void CompareFrom(Way& way, const Record& saved, const Record& back, const Record& named,
                  Findings& findings) {
   way.Enter(named);
@@ -50,15 +81,16 @@ void CompareFrom(Way& way, const Record& saved, const Record& back, const Record
     if (field.value != value && !(IsNothing(field.value) && IsNothing(value)))
       findings.Add(Change(field, value), way.Place());
   }
-  auto beside = back.children.begin();
-  for (std::size_t i = 0; i < saved.children.size(); ++i) {
-    const Record& child = saved.children[i];
-    if (child.leftOut.empty()) {
-      CompareFrom(way, child, *beside++, named.children[i], findings);
+  const Pairs pairs = *PairsOf(saved, back);
+  if (!AreInOrder(pairs))
+    findings.Add("the order of what is inside does not come back", way.Place());
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    if (pairs[i]) {
+      CompareFrom(way, saved.children[i], *pairs[i], named.children[i], findings);
       continue;
     }
     way.Enter(named.children[i]);
-    findings.Add(std::string(child.leftOut), way.Place());
+    findings.Add(std::string(saved.children[i].leftOut), way.Place());
     way.Leave();
   }
   way.Leave();
@@ -87,12 +119,10 @@ void ReportBreakersFrom(Way& way, const Record& record, Findings& findings) {
 
 bool SameShape(const Record& saved, const Record& back) {
   if (saved.kind != back.kind || saved.fields.size() != back.fields.size()) return false;
-  auto beside = back.children.begin();
-  for (const Record& child : saved.children) {
-    if (!child.leftOut.empty()) continue;
-    if (beside == back.children.end() || !SameShape(child, *beside++)) return false;
-  }
-  return beside == back.children.end();
+  const std::optional<Pairs> pairs = PairsOf(saved, back);
+  for (std::size_t i = 0; pairs && i < pairs->size(); ++i)
+    if ((*pairs)[i] && !SameShape(saved.children[i], *(*pairs)[i])) return false;
+  return pairs.has_value();
 }
 
 void Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,

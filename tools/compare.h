@@ -8,13 +8,13 @@
 
 namespace vosmere::tool {
 
-/// Whether two contents have records of the same kinds in the same places, but for those of `saved`
-/// that a save leaves out.
+/// Whether two contents have the same number of records of each kind in the same places, but for
+/// those of `saved` that a save leaves out.
 bool SameShape(const Record& saved, const Record& back);
 
-/// Reports the fields of `saved` that differ in `back`, which has the same shape, and the records
-/// that were left out. `named` is the content with the very shape of `saved` that people know the
-/// records by, and `what` its name as a whole.
+/// Reports the fields of `saved` that differ in `back`, which has the same shape, another order of
+/// records of different kinds, and the records that were left out. `named` is the content with the
+/// very shape of `saved` that people know the records by, and `what` its name as a whole.
 void Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,
              Findings& findings);
 

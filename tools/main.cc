@@ -94,11 +94,11 @@ int Main(const Arguments& arguments) {
   int exitCode = kFine;
 
   CLI::App* const show =
-      app.add_subcommand("show", "Print the tree of a document")->footer(kExitCodes);
+      app.add_subcommand("show", "Print what a document holds")->footer(kExitCodes);
   show->add_option("FILE", in)->required();
   show->add_flag(
       "--json", asJson,
-      "Print JSON for scripts: items with kind, name, xmlUrl ..., folders with children");
+      "Print JSON for scripts: items with kind and fields such as name, folders with children");
   show->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
 
   CLI::App* const check =

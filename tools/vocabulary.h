@@ -29,13 +29,21 @@ struct Word {
   std::string_view lost = {};  ///< of one that is known and not kept: what to say of that
 };
 
-using Report = std::function<void(const std::string& what)>;
+/// Says something of the element that is looked at, or of an item inside it.
+struct Report {
+  std::function<void(const std::string& what, const XmlNode& inside)> add;
+
+  void operator()(const std::string& what, const XmlNode& inside = {}) const { add(what, inside); }
+};
 
 /// What a reader knows.
 struct Vocabulary {
   std::span<const Word> words;
   /// Whether the reader looks through all elements but items, so that only these make scopes.
   bool looksThrough = false;
+  /// Whether of several equal elements beside each other that are no items the reader takes one;
+  /// otherwise this holds for texts alone.
+  bool takesOne = false;
   /// What the reader takes an element for when the name alone does not tell; null when it always
   /// does.
   std::string (*nameOf)(const XmlNode& element) = nullptr;

@@ -13,10 +13,10 @@ inline Json TextOf(const WChar* text) {
 }
 
 /// Identity, version, and whether the item is deleted.
-inline void AddSync(Record& record, const CBaseNode& item) {
+inline void AddSync(Record& record, const CBaseNode& item, unsigned ofDeleted = kPlain) {
   record.Add("id", TextOf(item.GetUUID()));
   record.Add("version", item.GetVersion());
-  record.Add("deleted", item.IsDeleted());
+  record.Add("deleted", item.IsDeleted(), ofDeleted);
 }
 
 inline void AddMarks(Record& record, const CBaseNode& item) {

@@ -120,6 +120,10 @@ constexpr Count kCounts[] = {{"folder", "folders"},
 
 }  // namespace
 
-const Kind kOpml = {"opml", "tree", kCounts, {kWords, true, NameOf, Inspect}, Load};
+const Kind kOpml = {"opml",
+                    "tree",
+                    kCounts,
+                    {.words = kWords, .looksThrough = true, .nameOf = NameOf, .inspect = Inspect},
+                    Load};
 
 }  // namespace vosmere::tool
