@@ -10,7 +10,7 @@
 namespace vosmere::tool {
 namespace {
 
-constexpr const Kind* kKinds[] = {&kOpml};
+constexpr const Kind* kKinds[] = {&kOpml, &kRss};
 
 const Kind* FindKind(const std::string& root) {
   for (const Kind* const kind : kKinds)

@@ -23,7 +23,7 @@ class Loaded {
   Loaded& operator=(const Loaded&) = delete;
   virtual ~Loaded() = default;
 
-  /// All that a document of this kind can hold, and nothing that says when it was loaded.
+  /// All that a document of this kind can hold; the same for whoever loads what the writer writes.
   virtual Record Content() const = 0;
   /// A writer of it, which may change what it writes on purpose.
   virtual std::unique_ptr<CWriteXML> Writer() const = 0;
@@ -42,5 +42,6 @@ struct Kind {
 };
 
 extern const Kind kOpml;
+extern const Kind kRss;
 
 }  // namespace vosmere::tool

@@ -106,7 +106,7 @@ TEST(Tool, SaysWhyADocumentIsNotWhatItShouldBe) {
     const char* error;
   } cases[] = {
       {"<opml>\n<body>\n  <outline text=\"a\"</body></opml>", "in.opml:3:"},
-      {"<rss>text</rss>", "no known document has the root element 'rss'"},
+      {"<feed>text</feed>", "no known document has the root element 'feed'"},
       {"<opml/>", "the root element has no content"},
       {"", "in.opml:"},
   };
@@ -206,6 +206,79 @@ TEST(Tool, WarnsOfWhatASaveBreaksAndOfTheOtherLossesBesides) {
        {"name holds '\"'", "description holds '<'", "xmlUrl holds '&'",
         "htmlUrl does not come back: say \"hi\" > f\n", "a saved copy would not load again"})
     EXPECT_THAT(check.out, HasSubstr(warning));
+}
+
+/// A collection in an RSS document, with the given channel content.
+std::string Rss(const std::string& channel) {
+  return "<rss version=\"2.0\" xmlns:vsm=\"v\" xmlns:sx=\"s\" xmlns:dc=\"d\"><channel>" + channel +
+         "</channel></rss>";
+}
+
+constexpr char kOrdered[] =
+    "<title>Mine</title><vsm:action sync=\"true\" ordered=\"true\"/>"
+    "<vsm:folder order=\"2\"><title>Sub</title><sx:sync id=\"f\"/></vsm:folder>"
+    "<item><title>note</title><vsm:folderref folderid=\"f\" order=\"1\"/>"
+    "<vsm:rel type=\"note\"/></item>"
+    "<item><title>page</title><link>http://a/?b&amp;c</link><vsm:folderref order=\"1\"/>"
+    "<vsm:stat modified=\"1\" unread=\"true\"/><vsm:tags>red green</vsm:tags></item>";
+
+TEST(Tool, ShowsTheItemsOfACollectionInTheirFoldersWithoutGivingThemIdentities) {
+  const Bench bench(Rss(kOrdered));
+  EXPECT_EQ(bench.On("show").out,
+            "[collection] Mine\n"
+            "  [item] page  http://a/?b&c  (unread)\n"
+            "  [folder] Sub\n"
+            "    [item] note  note\n"
+            "1 folders, 2 items, 1 unread, 0 flagged\n");
+  const Outcome show = bench.Run({"show", "--json", Bench::Quoted(bench.file())});
+  const auto collection = nlohmann::json::parse(show.out, nullptr, false);
+  ASSERT_TRUE(collection.is_object()) << show.out;
+  const auto& page = collection["children"][0];
+  EXPECT_EQ(page["id"], "");
+  EXPECT_EQ(page["tags"], nlohmann::json({"red", "green"}));
+}
+
+TEST(Tool, ACollectionIsFineAlthoughASaveGivesPositionsAndIdentities) {
+  const Bench bench(Rss(kOrdered));
+  EXPECT_THAT(bench.On("check").out, HasSubstr("in.opml: fine\n"));
+  EXPECT_EQ(bench.Copy("out.rss").exitCode, 0);
+  const std::string first = ReadBytes(bench / "out.rss");
+  WriteBytes(bench.file(), first);
+  EXPECT_EQ(bench.Copy("out.rss").exitCode, 0);
+  EXPECT_EQ(ReadBytes(bench / "out.rss"), first);
+}
+
+TEST(Tool, WarnsOfWhatASaveOfACollectionLoses) {
+  const struct {
+    const char* channel;
+    const char* warning;
+  } cases[] = {
+      {"<language>en</language>", "the element 'language' is not kept\n"},
+      {"<title>a</title><title>b</title>", "'title' is repeated, and only one of them is kept"},
+      {"</channel><channel>", "'channel' is repeated, and only one of them is kept"},
+      {"<item><title>i</title><guid>g<b/></guid></item>", "the element 'guid' is not kept: i"},
+      {"<item><title>i</title><pubDate>p</pubDate></item>",
+       "the publication date (pubDate) is not read: i"},
+      {"<item><title>i</title><vsm:folderref folderid=\"f\"/></item>",
+       "an item's folder is not in the document: i"},
+      {"<item><title>i</title><vsm:rel type=\"film\"/></item>",
+       "a value that is not known (vsm:rel type): i"},
+      {"<item><title>i</title><vsm:rel type=\"note\" href=\"h\"/></item>",
+       "relationUrl does not come back: i"},
+      {"<item><title>i</title><sx:sync deleted=\"true\"/><vsm:build basebuild=\"4\"/></item>",
+       "an item that was checked in and then deleted is left out: i"},
+      {"<dc:creator>me</dc:creator><item><title>i</title></item>",
+       "an empty author comes back as \"me\": i"},
+      {"<vsm:folder><title>o</title><vsm:folder order=\"2\"/>"
+       "<sx:sync id=\"o\"/></vsm:folder><item><vsm:folderref folderid=\"o\" order=\"1\"/></item>",
+       "the order of what is inside does not come back: o\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.channel);
+    const Outcome check = Bench(Rss(c.channel)).On("check");
+    EXPECT_EQ(check.exitCode, 0) << check.errors;
+    EXPECT_THAT(check.out, AllOf(HasSubstr(c.warning), HasSubstr("in.opml: loads; warnings: 1\n")));
+  }
 }
 
 TEST(Tool, CopiesWhatTheLibraryWroteByteForByte) {
