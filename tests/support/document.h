@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "tests/support/failing_memory.h"
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
 #include "tests/support/tree.h"
@@ -69,6 +70,25 @@ inline ColctPtr ReadRss(const std::string& bytes) {
 inline std::string Rss(const std::string& channel) {
   return "<rss version=\"2.0\" xmlns:vsm=\"v\" xmlns:dc=\"d\" xmlns:sx=\"s\"><channel>" + channel +
          "</channel></rss>";
+}
+
+/// Loads with the first, second, ... allocation failing until none does. Every load but the last
+/// one must fail for want of memory, and nothing may be lost.
+template <class Reader>
+void LoadAtEachFailure(const std::string& document) {
+  Load(*std::make_unique<Reader>(), document);  // what the system allocates once
+  const long before = LiveAllocations();
+  bool loaded = false;
+  for (long successes = 0; !loaded; ++successes) {
+    ASSERT_LT(successes, 1000);
+    Reader reader;
+    const FailingMemory memory(successes);
+    loaded = Load(reader, document);
+    EXPECT_EQ(reader.LastError().fault,
+              memory.Failed() ? DocumentFault::kNoMemory : DocumentFault::kNone)
+        << successes;
+  }
+  EXPECT_EQ(LiveAllocations(), before);
 }
 
 /// A document around the given outlines.

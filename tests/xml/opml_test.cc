@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "tests/support/document.h"
-#include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
 #include "vosmere/xml/namespaces.h"
 
@@ -394,20 +393,7 @@ TEST(Opml, DifferentObjectsWorkOnDifferentThreads) {
 }
 
 TEST(OpmlReader, OutOfMemoryIsAFailedLoadThatLosesNothing) {
-  const std::string document = TestData("collection_tree.opml");
-  Load(*std::make_unique<CReadColctTreeOPML>(), document);  // what the system allocates once
-  const long before = LiveAllocations();
-  bool loaded = false;
-  for (long successes = 0; !loaded; ++successes) {
-    ASSERT_LT(successes, 1000);
-    CReadColctTreeOPML reader;
-    const FailingMemory memory(successes);
-    loaded = Load(reader, document);
-    EXPECT_EQ(reader.LastError().fault,
-              memory.Failed() ? DocumentFault::kNoMemory : DocumentFault::kNone)
-        << successes;
-  }
-  EXPECT_EQ(LiveAllocations(), before);
+  LoadAtEachFailure<CReadColctTreeOPML>(TestData("collection_tree.opml"));
 }
 
 }  // namespace

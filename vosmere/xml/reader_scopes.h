@@ -30,23 +30,27 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <type_traits>
 
 #include "vosmere/platform/xml_node.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere {
 
+/// A bit for each scope; the highest one is taken.
+using Scopes = std::uint64_t;
+
 /// For an element that counts wherever elements are looked at, within unknown ones too.
-inline constexpr unsigned kAnywhere = ~0u;
+inline constexpr Scopes kAnywhere = ~Scopes{0};
 
 template <class Builder>
 struct ScopedElement {
-  unsigned scopes;  ///< where it counts, a bit for each, the highest one excepted
+  Scopes scopes;  ///< where it counts
   RowName name;
   /// Null when the element says nothing itself.
   void (*read)(Builder& builder, const XmlNode& element);
   /// The scope of its children; 0 when what is in it is not looked at.
-  unsigned within = 0;
+  Scopes within = 0;
   /// Behind its children; may be null.
   void (*leave)(Builder& builder) = nullptr;
 };
@@ -67,6 +71,19 @@ void AttributesTo(Builder& builder, const XmlNode& element) {
   ForEachAttribute(element, [&](WideView name, const WChar* value) {
     ApplyField(Fields, *std::invoke(Target, builder), name, value);
   });
+}
+
+/// A member function of the builder is called, with the element or without.
+template <auto Method, class Builder>
+void Call(Builder& builder, const XmlNode& element) {
+  if constexpr (std::is_invocable_v<decltype(Method), Builder&, const XmlNode&>)
+    std::invoke(Method, builder, element);
+  else
+    std::invoke(Method, builder);
+}
+template <auto Method, class Builder>
+void Call(Builder& builder) {
+  std::invoke(Method, builder);
 }
 
 /// Which of several equal elements beside each other count.
@@ -92,13 +109,13 @@ class ScopeReader {
     static_assert(N <= 64);
   }
 
-  void ReadChildren(const XmlNode& parent, unsigned scope) {
+  void ReadChildren(const XmlNode& parent, Scopes scope) {
     Seen seen = 0;
     for (XmlNode child = parent.FirstChild(); child; child = child.NextSibling())
       if (child.Type() == kXmlElement) ReadElement(child, scope, seen);
   }
 
-  void ReadElement(const XmlNode& element, unsigned scope) {
+  void ReadElement(const XmlNode& element, Scopes scope) {
     Seen seen = 0;
     ReadElement(element, scope, seen);
   }
@@ -107,9 +124,9 @@ class ScopeReader {
   using Row = ScopedElement<Builder>;
   using Seen = std::uint64_t;  // a bit for each row
 
-  static constexpr unsigned kUnknown = 1u << 31;  // the scope within unknown elements
+  static constexpr Scopes kUnknown = Scopes{1} << 63;  // the scope within unknown elements
 
-  void ReadElement(const XmlNode& element, unsigned scope, Seen& seen) {
+  void ReadElement(const XmlNode& element, Scopes scope, Seen& seen) {
     const Row* const row = FindRow(element.Name().view(), scope);
     if (row && IsNew(*row, seen)) {
       if (row->read) row->read(builder_, element);
@@ -120,7 +137,7 @@ class ScopeReader {
     }
   }
 
-  const Row* FindRow(WideView name, unsigned scope) const {
+  const Row* FindRow(WideView name, Scopes scope) const {
     for (const Row* row = rows_; row != end_; ++row)
       if (row->scopes & scope && row->name.Matches(name)) return row;
     return nullptr;
@@ -144,14 +161,14 @@ class ScopeReader {
 /// Applies the rows to everything below `parent`, whose own children are read in `scope`.
 template <class Builder, std::size_t N>
 void ReadChildren(const ScopedElement<Builder> (&rows)[N], Builder& builder, const XmlNode& parent,
-                  unsigned scope, Repeats repeats = Repeats::kAll) {
+                  Scopes scope, Repeats repeats = Repeats::kAll) {
   ScopeReader<Builder>(rows, builder, repeats).ReadChildren(parent, scope);
 }
 
 /// Applies the rows to `element`, as one that stands in `scope`, and to everything below.
 template <class Builder, std::size_t N>
 void ReadElement(const ScopedElement<Builder> (&rows)[N], Builder& builder, const XmlNode& element,
-                 unsigned scope, Repeats repeats = Repeats::kAll) {
+                 Scopes scope, Repeats repeats = Repeats::kAll) {
   ScopeReader<Builder>(rows, builder, repeats).ReadElement(element, scope);
 }
 

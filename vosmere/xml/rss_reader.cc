@@ -235,18 +235,6 @@ void OpenFolder(Bookmarks& bookmarks, const XmlNode& element) {
   AttributesTo<&Bookmarks::This, kFolderFields>(bookmarks, element);
 }
 
-void CloseFolder(Bookmarks& bookmarks) {
-  bookmarks.CloseFolder();
-}
-
-void OpenItem(Bookmarks& bookmarks, const XmlNode&) {
-  bookmarks.OpenItem();
-}
-
-void CloseItem(Bookmarks& bookmarks) {
-  bookmarks.CloseItem();
-}
-
 enum Scope : unsigned { kRss = 1, kChannel = 2, kFolder = 4, kItem = 8 };
 
 // Items come first: of them there are most.
@@ -270,11 +258,11 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
     {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},
     {kChannel, "sx:sync", Sync<&B::Colct>},
-    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, CloseFolder},
+    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>},
     {kFolder, "title", TextTo<&B::Folder, &CBaseNode::SetName>},
     {kFolder, "description", TextTo<&B::Folder, &CBaseNode::SetDescription>},
     {kFolder, "sx:sync", FolderSync},
-    {kChannel, "item", OpenItem, kItem, CloseItem},
+    {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>},
 };
 
 }  // namespace

@@ -108,15 +108,18 @@ void CWriteColctRSS::PutFolders() {
 
 void CWriteColctRSS::BeginFolder(CFolderNode& folder) {
   Put("<vsm:folder");
-  if (ordered_) {
-    Put(" order=\"");
-    PutNumber(folder.GetOrder());
-    Put("\"");
-  }
+  PutOrder(folder);
   Put(">\r\n");
   PutElementUnlessEmpty<"title">(folder.GetName());
   PutElementUnlessEmpty<"description">(folder.GetDescription());
   PutSync(WideView(folder.GetUUID()), synced_ ? folder.GetVersion() : 0);
+}
+
+void CWriteColctRSS::PutOrder(const CBaseNode& item) {
+  if (!ordered_) return;
+  Put(" order=\"");
+  PutNumber(item.GetOrder());
+  Put("\"");
 }
 
 // Items.
@@ -184,11 +187,7 @@ void CWriteColctRSS::PutFolderReference(const CUrlNode& item, RNode* parent) {
     PutEscaped(WideView(parent->item->GetUUID()));
     Put("\"");
   }
-  if (ordered_) {
-    Put(" order=\"");
-    PutNumber(item.GetOrder());
-    Put("\"");
-  }
+  PutOrder(item);
   Put("/>");
 }
 

@@ -56,6 +56,7 @@ class VOSMERE_API CWriteColctRSS : public CWriteItems {
   void PutGenerator();
   void PutFolders();
   void BeginFolder(CFolderNode& folder);
+  void PutOrder(const CBaseNode& item);
   void PutItems();
   bool IsLeftOut(const CUrlNode& item) const;
   void PutItem(CUrlNode& item, RNode* parent, const PubDateFormat& dates);
