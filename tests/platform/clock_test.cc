@@ -12,7 +12,10 @@ TEST(Clock, TellsTheSystemsTimeUnlessReplaced) {
   EXPECT_LE(ClockSeconds() - now, 1);
   SetClockForTesting([]() -> LONG { return -5; });
   EXPECT_EQ(ClockSeconds(), -5);
+  EXPECT_EQ(ClockNow().seconds, -5);
+  EXPECT_EQ(ClockNow().milliseconds, 0);
   SetClockForTesting(nullptr);
+  EXPECT_LE(ClockNow().seconds - now, 1);
   EXPECT_GE(ClockSeconds(), now);
 }
 

@@ -8,6 +8,14 @@ namespace vosmere {
 /// Seconds since 1970-01-01 00:00 UTC, wrapped to 32 bits.
 LONG ClockSeconds();
 
+struct ClockMoment {
+  LONG seconds;      // since 1970-01-01 00:00 UTC, wrapped to 32 bits
+  int milliseconds;  // 0 to 999
+  int microseconds;  // 0 to 999, beyond the milliseconds
+};
+
+ClockMoment ClockNow();
+
 /// Makes local times of this process follow the zone that is set now (the TZ environment variable,
 /// the system's setting else). They follow the one that was set at the first use before.
 void SetUpZone();
@@ -29,7 +37,8 @@ bool LocalCalendar(LONG seconds, CalendarTime* calendar);
 /// never counts.
 LONG ZoneSecondsWest();
 
-/// Replaces the clock in tests; null restores it.
-void SetClockForTesting(LONG (*clock)());
+/// Replaces the clock in tests; null restores it. Without `milliseconds` a replaced clock stands at
+/// the start of its seconds.
+void SetClockForTesting(LONG (*clock)(), int (*milliseconds)() = nullptr);
 
 }  // namespace vosmere

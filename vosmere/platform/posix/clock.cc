@@ -1,12 +1,9 @@
 #include "vosmere/platform/clock.h"
 
-#include <atomic>
 #include <ctime>
 
 namespace vosmere {
 namespace {
-
-std::atomic<LONG (*)()> testClock{nullptr};
 
 // Looking up the zone may go to the file system, and would cost more than all else in a date.
 void SetUpZoneOnce() {
@@ -15,11 +12,6 @@ void SetUpZoneOnce() {
 }
 
 }  // namespace
-
-LONG ClockSeconds() {
-  auto* const clock = testClock.load();
-  return clock ? clock() : static_cast<LONG>(std::time(nullptr));
-}
 
 void SetUpZone() {
   tzset();
@@ -38,10 +30,6 @@ bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
 LONG ZoneSecondsWest() {
   SetUpZoneOnce();
   return static_cast<LONG>(timezone);
-}
-
-void SetClockForTesting(LONG (*clock)()) {
-  testClock = clock;
 }
 
 }  // namespace vosmere

@@ -2,13 +2,10 @@
 
 #include <time.h>
 
-#include <atomic>
 #include <mutex>
 
 namespace vosmere {
 namespace {
-
-std::atomic<LONG (*)()> testClock{nullptr};
 
 // The runtime's zone variables pass through other values while they are being set.
 std::mutex zoneLock;
@@ -19,11 +16,6 @@ void SetUpZoneOnce() {
 }
 
 }  // namespace
-
-LONG ClockSeconds() {
-  if (auto* const clock = testClock.load()) return clock();
-  return static_cast<LONG>(_time64(nullptr));
-}
 
 void SetUpZone() {
   const std::lock_guard<std::mutex> lock(zoneLock);
@@ -45,10 +37,6 @@ LONG ZoneSecondsWest() {
   SetUpZoneOnce();
   const std::lock_guard<std::mutex> lock(zoneLock);
   return _timezone;
-}
-
-void SetClockForTesting(LONG (*clock)()) {
-  testClock = clock;
 }
 
 }  // namespace vosmere

@@ -1,0 +1,48 @@
+#include "vosmere/platform/signals.h"
+
+#include <sys/prctl.h>
+
+#include <bit>
+#include <condition_variable>
+#include <mutex>
+
+namespace vosmere {
+
+struct Signals::State {
+  std::mutex mutex;
+  std::condition_variable changed;
+  unsigned set = 0;  // a bit each
+};
+
+Signals::Signals(int) : state_(std::make_unique<State>()) {}
+
+Signals::~Signals() = default;
+
+void Signals::Set(int which) {
+  const std::lock_guard lock(state_->mutex);
+  state_->set |= 1u << which;
+  state_->changed
+      .notify_all();  // within the lock: after it, who waited may have destroyed all this
+}
+
+void Signals::Reset(int which) {
+  const std::lock_guard lock(state_->mutex);
+  state_->set &= ~(1u << which);
+}
+
+int Signals::Wait(Clock::time_point deadline) {
+  std::unique_lock lock(state_->mutex);
+  const auto anySet = [this] { return state_->set != 0; };
+  if (deadline == Clock::time_point::max())
+    state_->changed.wait(lock, anySet);
+  else
+    state_->changed.wait_until(lock, deadline, anySet);
+  return state_->set ? std::countr_zero(state_->set) : kNone;
+}
+
+void SharpenWaits() {
+  // Otherwise the kernel lets a wait run 50 us over to save wake-ups.
+  ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+}
+
+}  // namespace vosmere

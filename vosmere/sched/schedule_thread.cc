@@ -1,0 +1,141 @@
+#include "vosmere/sched/schedule_thread.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <stop_token>
+
+#include "vosmere/base/trace.h"
+#include "vosmere/platform/clock.h"
+#include "vosmere/platform/signals.h"
+#include "vosmere/sched/event_queue.h"
+#include "vosmere/sched/time_event.h"
+
+namespace vosmere {
+namespace {
+
+// The lower number is served first, but a stop never waits: it also clears the loop's own flag.
+enum { kQueueChanged, kStop };
+
+using Clock = Signals::Clock;
+
+// So that a clock that was set forward is noticed.
+constexpr std::chrono::minutes kLongestNap{1};
+
+/// Milliseconds until the event, which is later than now, can be due; at least 1. One with negative
+/// milliseconds is due when its second begins.
+std::int64_t MillisecondsLeft(const CTimeEvent& event, const ClockMoment& now) {
+  LONG seconds;
+  int milliseconds;
+  event.GetTime(&seconds, &milliseconds);
+  const std::int64_t left = (std::int64_t{seconds} - now.seconds) * 1000 - now.milliseconds;
+  return left + milliseconds > 0 ? left + milliseconds : left;
+}
+
+void DoJob(CTimeEvent* event) {
+  try {
+    event->DoEvent();
+  } catch (...) {
+    Trace("CScheduleThread: a job let an exception out\n");
+  }
+}
+
+}  // namespace
+
+CScheduleThread::CScheduleThread()
+    : deadline_(Clock::time_point::max()),
+      signals_(std::make_unique<Signals>(2)),
+      queue_(std::make_shared<CTimeEventQueue>()) {}
+
+CScheduleThread::~CScheduleThread() {
+  StopAndWait();
+}
+
+void CScheduleThread::InsertTimeEvent(CTimeEvent* event) {
+  const SynchGuard guard(*queue_);
+  if (queue_->InsertEvent(event)) signals_->Set(kQueueChanged);
+}
+
+bool CScheduleThread::InsertOrReplaceEvent(CTimeEvent* event, bool onlyIfEarlier,
+                                           CTimeEvent** replaced) {
+  const SynchGuard guard(*queue_);
+  bool headChanged;
+  const bool done = queue_->InsertOrReplaceEvent(event, onlyIfEarlier, replaced, &headChanged);
+  if (done && headChanged) signals_->Set(kQueueChanged);
+  return done;
+}
+
+bool CScheduleThread::InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** replaced) {
+  const SynchGuard guard(*queue_);
+  bool headChanged;
+  const bool done = queue_->InsertAndReplaceEvent(event, replaced, &headChanged);
+  if (done && headChanged) signals_->Set(kQueueChanged);
+  return done;
+}
+
+CTimeEvent* CScheduleThread::GetHeadEvent() {
+  const SynchGuard guard(*queue_);
+  CTimeEvent* const event = queue_->GetPeepHeadEvent();
+  queue_->RemoveHead();
+  return event;
+}
+
+void CScheduleThread::StopThread() {
+  StopDoWorkLoop();
+  signals_->Set(kStop);
+}
+
+void CScheduleThread::CheckEvent() {
+  const std::shared_ptr<CTimeEventQueue> queue = queue_;  // a job may destroy this object
+  {
+    const SynchGuard guard(*queue);
+    if (CTimeEvent* const event = queue->GetPeepHeadEvent()) {
+      if (SleepUntilDue(*event)) {
+        signals_->Reset(kQueueChanged);
+      } else {
+        // Queue-changed stays set, so the next pass looks at what is the head then.
+        queue->RemoveHead();
+        DoJob(event);
+      }
+      return;
+    }
+    waitTimeout_ = -1;
+    deadline_ = Clock::time_point::max();
+  }
+  signals_->Reset(kQueueChanged);
+  // What was inserted since the lock was released has lost its signal.
+  const SynchGuard guard(*queue);
+  if (queue->GetPeepHeadEvent()) signals_->Set(kQueueChanged);
+}
+
+void CScheduleThread::DoWork() {
+  const CBaseThread* const current = Current();
+  const std::stop_callback wakeUp(GetStopToken(), [this] { StopThread(); });
+  SharpenWaits();
+  while (KeepLooping()) {
+    switch (signals_->Wait(deadline_)) {
+      case kQueueChanged:
+        CheckEvent();
+        if (Current() != current) return;  // a job has destroyed the scheduler
+        break;
+      case kStop: StopDoWorkLoop(); break;
+      default: signals_->Set(kQueueChanged); break;
+    }
+  }
+}
+
+/// False when the event is due. A long sleep is taken in parts; each ends with another step.
+bool CScheduleThread::SleepUntilDue(const CTimeEvent& event) {
+  const ClockMoment now = ClockNow();
+  const Clock::time_point asleep = Clock::now();
+  if (event.CompareTime(now.seconds, now.milliseconds) <= 0) return false;
+  const std::int64_t left = MillisecondsLeft(event, now);
+  constexpr std::int64_t kLongest = std::numeric_limits<int>::max();
+  waitTimeout_ = static_cast<int>(std::min(left, kLongest));
+  deadline_ = asleep +
+              std::min<Clock::duration>(std::chrono::milliseconds(waitTimeout_), kLongestNap) -
+              std::chrono::microseconds(now.microseconds);
+  return true;
+}
+
+}  // namespace vosmere

@@ -1,0 +1,97 @@
+#include "vosmere/sched/time_event.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "vosmere/platform/clock.h"
+
+namespace vosmere {
+namespace {
+
+LONG Saturated(std::int64_t value) {
+  using Limits = std::numeric_limits<LONG>;
+  return static_cast<LONG>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+}
+
+/// Carries once; what is left over stays.
+void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, int* millitm) {
+  if (milliseconds >= 1000) {
+    milliseconds -= 1000;
+    ++seconds;
+  }
+  *time = Saturated(seconds);
+  *millitm = Saturated(milliseconds);
+}
+
+int Compare(LONG a, LONG b) {
+  return (a > b) - (a < b);
+}
+
+}  // namespace
+
+LONG CTimeEvent::s_lRefTime = 0;
+int CTimeEvent::s_iRefMillitm = 0;
+
+CTimeEvent::CTimeEvent() {
+  const ClockMoment now = ClockNow();
+  time_ = now.seconds;
+  milliseconds_ = now.milliseconds;
+}
+
+CTimeEvent::~CTimeEvent() = default;
+
+bool CTimeEvent::IsTheSameEvent(CTimeEvent*) {
+  return false;
+}
+
+void CTimeEvent::SetDelayTime(int seconds, int milliseconds) {
+  StoreCarried(std::int64_t{time_} + seconds, std::int64_t{milliseconds_} + milliseconds, &time_,
+               &milliseconds_);
+}
+
+int CTimeEvent::CompareTime(LONG time, int milliseconds) const {
+  const int bySeconds = Compare(time_, time);
+  return bySeconds ? bySeconds : Compare(milliseconds_, milliseconds);
+}
+
+int CTimeEvent::CompareTime(const CTimeEvent* other) const {
+  return CompareTime(other->time_, other->milliseconds_);
+}
+
+int CTimeEvent::CompareCurrentTime(LONG* secondsLeft, int* millisecondsLeft) const {
+  const ClockMoment now = ClockNow();
+  if (secondsLeft) *secondsLeft = GetTimeGap(now.seconds);
+  if (millisecondsLeft)
+    *millisecondsLeft = Saturated(std::int64_t{milliseconds_} - now.milliseconds);
+  return CompareTime(now.seconds, now.milliseconds);
+}
+
+LONG CTimeEvent::GetTimeGap(LONG time) const {
+  return Saturated(std::int64_t{time_} - time);
+}
+
+void CTimeEvent::GetTime(LONG* time, int* milliseconds) const {
+  *time = time_;
+  *milliseconds = milliseconds_;
+}
+
+void CTimeEvent::SetTime(LONG time, int milliseconds) {
+  StoreCarried(time, milliseconds, &time_, &milliseconds_);
+}
+
+void CTimeEvent::SetTime(const CTimeEvent* reference, int seconds, int milliseconds) {
+  StoreCarried(std::int64_t{reference->time_} + seconds,
+               std::int64_t{reference->time_} + milliseconds, &time_, &milliseconds_);
+}
+
+void CTimeEvent::SetRefTime(LONG time, int) {
+  StoreCarried(time, s_iRefMillitm, &s_lRefTime, &s_iRefMillitm);
+}
+
+void CTimeEvent::SetDelayToRefTime(int seconds, int milliseconds) {
+  StoreCarried(std::int64_t{s_lRefTime} + seconds, std::int64_t{s_iRefMillitm} + milliseconds,
+               &time_, &milliseconds_);
+}
+
+}  // namespace vosmere
