@@ -20,6 +20,10 @@ class Signals {
   ~Signals();
 
   void Set(int which);
+  /// Set in two steps, for callers that hold a lock which those who wait will want: set the event,
+  /// and, without the lock, wake them up.
+  void Mark(int which);
+  void Wake();
   void Reset(int which);
 
   /// The lowest event that is set, as soon as one is; kNone when the deadline came first.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <ranges>
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/no_memory.h"
@@ -60,7 +59,7 @@ bool CTimeEventQueue::InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** repl
 
 // For a heap whose front is the earliest.
 bool CTimeEventQueue::Later(const Pending& a, const Pending& b) {
-  return a.due != b.due ? a.due > b.due : a.order > b.order;
+  return a.due != b.due ? a.due > b.due : a.item->order_ > b.item->order_;
 }
 
 /// An item that can be placed without further memory; null when there is none.
@@ -79,7 +78,8 @@ bool CTimeEventQueue::Place(CEventItem* item) {
   if (pending_.empty() && item->due_ >= head_->prev->due_) {
     chain::Append(head_, item);
   } else {
-    pending_.push_back({item->due_, placed_++, item});
+    item->order_ = ordered_++;
+    pending_.push_back({item->due_, item});
     std::push_heap(pending_.begin(), pending_.end(), Later);
   }
   return false;

@@ -24,7 +24,8 @@ class VOSMERE_API CEventItem {
 
  private:
   friend class CTimeEventQueue;
-  std::int64_t due_;  // the event's time when it was queued, as one number
+  std::int64_t due_;         // the event's time when it was queued, as one number
+  std::uint64_t order_ = 0;  // among equal ones that are pending
 };
 
 /// Events in the order in which they are due; equal times in the order of their insertion. The
@@ -71,7 +72,6 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
  private:
   struct Pending {
     std::int64_t due;
-    std::uint64_t order;
     CEventItem* item;
   };
   static bool Later(const Pending& a, const Pending& b);
@@ -85,7 +85,7 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
 
   CEventItem* head_ = nullptr;
   std::vector<Pending> pending_;  // a heap; none is earlier than the head
-  std::uint64_t placed_ = 0;
+  std::uint64_t ordered_ = 0;
 };
 
 }  // namespace vosmere

@@ -44,7 +44,7 @@ void DoJob(CTimeEvent* event) {
 
 CScheduleThread::CScheduleThread()
     : deadline_(Clock::time_point::max()),
-      signals_(std::make_unique<Signals>(2)),
+      signals_(std::make_shared<Signals>(2)),
       queue_(std::make_shared<CTimeEventQueue>()) {}
 
 CScheduleThread::~CScheduleThread() {
@@ -52,25 +52,23 @@ CScheduleThread::~CScheduleThread() {
 }
 
 void CScheduleThread::InsertTimeEvent(CTimeEvent* event) {
-  const SynchGuard guard(*queue_);
-  if (queue_->InsertEvent(event)) signals_->Set(kQueueChanged);
+  ChangeQueue([&](CTimeEventQueue& queue, bool* headChanged) {
+    *headChanged = queue.InsertEvent(event);
+    return true;
+  });
 }
 
 bool CScheduleThread::InsertOrReplaceEvent(CTimeEvent* event, bool onlyIfEarlier,
                                            CTimeEvent** replaced) {
-  const SynchGuard guard(*queue_);
-  bool headChanged;
-  const bool done = queue_->InsertOrReplaceEvent(event, onlyIfEarlier, replaced, &headChanged);
-  if (done && headChanged) signals_->Set(kQueueChanged);
-  return done;
+  return ChangeQueue([&](CTimeEventQueue& queue, bool* headChanged) {
+    return queue.InsertOrReplaceEvent(event, onlyIfEarlier, replaced, headChanged);
+  });
 }
 
 bool CScheduleThread::InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** replaced) {
-  const SynchGuard guard(*queue_);
-  bool headChanged;
-  const bool done = queue_->InsertAndReplaceEvent(event, replaced, &headChanged);
-  if (done && headChanged) signals_->Set(kQueueChanged);
-  return done;
+  return ChangeQueue([&](CTimeEventQueue& queue, bool* headChanged) {
+    return queue.InsertAndReplaceEvent(event, replaced, headChanged);
+  });
 }
 
 CTimeEvent* CScheduleThread::GetHeadEvent() {
@@ -122,6 +120,25 @@ void CScheduleThread::DoWork() {
       default: signals_->Set(kQueueChanged); break;
     }
   }
+}
+
+/// Does `change(queue, &headChanged)` under the lock, and signals a new head. The sleeper is woken
+/// without the lock, which it takes first; by then a job may have destroyed this object.
+template <class Change>
+bool CScheduleThread::ChangeQueue(Change change) {
+  std::shared_ptr<Signals> signals;
+  bool done;
+  {
+    const SynchGuard guard(*queue_);
+    bool headChanged;
+    done = change(*queue_, &headChanged);
+    if (done && headChanged) {
+      signals = signals_;
+      signals->Mark(kQueueChanged);
+    }
+  }
+  if (signals) signals->Wake();
+  return done;
 }
 
 /// False when the event is due. A long sleep is taken in parts; each ends with another step.

@@ -60,11 +60,13 @@ class VOSMERE_API CScheduleThread : public CBaseThread {
   int GetWaitTimeout() const { return waitTimeout_; }
 
  private:
+  template <class Change>
+  bool ChangeQueue(Change change);
   bool SleepUntilDue(const CTimeEvent& event);
 
   int waitTimeout_ = -1;
   std::chrono::steady_clock::time_point deadline_;
-  std::unique_ptr<Signals> signals_;
+  std::shared_ptr<Signals> signals_;
   std::shared_ptr<CTimeEventQueue> queue_;
 };
 

@@ -71,11 +71,6 @@ LONG CTimeEvent::GetTimeGap(LONG time) const {
   return Saturated(std::int64_t{time_} - time);
 }
 
-void CTimeEvent::GetTime(LONG* time, int* milliseconds) const {
-  *time = time_;
-  *milliseconds = milliseconds_;
-}
-
 void CTimeEvent::SetTime(LONG time, int milliseconds) {
   StoreCarried(time, milliseconds, &time_, &milliseconds_);
 }

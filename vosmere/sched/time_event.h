@@ -48,7 +48,10 @@ class VOSMERE_API CTimeEvent {
   /// Seconds from `time` to this event.
   LONG GetTimeGap(LONG time) const;
 
-  void GetTime(LONG* time, int* milliseconds) const;
+  void GetTime(LONG* time, int* milliseconds) const {
+    *time = time_;
+    *milliseconds = milliseconds_;
+  }
   void SetTime(LONG time, int milliseconds);
 
   /// So long after the reference, whose milliseconds do not count.

@@ -25,6 +25,15 @@ void Signals::Set(int which) {
       .notify_all();  // within the lock: after it, who waited may have destroyed all this
 }
 
+void Signals::Mark(int which) {
+  const std::lock_guard lock(state_->mutex);
+  state_->set |= 1u << which;
+}
+
+void Signals::Wake() {
+  state_->changed.notify_all();
+}
+
 void Signals::Reset(int which) {
   const std::lock_guard lock(state_->mutex);
   state_->set &= ~(1u << which);

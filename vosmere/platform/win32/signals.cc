@@ -31,6 +31,12 @@ void Signals::Set(int which) {
   ::SetEvent(state_->events[which]);
 }
 
+void Signals::Mark(int which) {
+  Set(which);
+}
+
+void Signals::Wake() {}
+
 void Signals::Reset(int which) {
   ::ResetEvent(state_->events[which]);
 }
