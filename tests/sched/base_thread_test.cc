@@ -32,7 +32,7 @@ class Worker : public CBaseThread {
   void PrevWork() override { hooks += "prev "; }
   void DoWork() override {
     hooks += "do ";
-    if (work_) work_(*this);
+    if (const auto work = work_) work(*this);  // a copy: it may free the object
   }
   void PostWork() override { hooks += "post"; }
 

@@ -24,6 +24,7 @@ constexpr int kHang = 20'000;  // milliseconds that nothing here takes
 
 class Scheduler : public CScheduleThread {
  public:
+  ~Scheduler() override { StopAndWait(); }
   using CScheduleThread::CheckEvent;
   using CScheduleThread::GetQueue;
   using CScheduleThread::GetWaitTimeout;
@@ -134,7 +135,7 @@ TEST(ScheduleThread, EndsOutOfAnEndlessSleepAndOfAJobThatRearmsItselfInThePastFo
 
 TEST(ScheduleThread, EndsWhenDestroyedAlsoByItsOwnJob) {
   for (const ULONG flags : {ULONG{0}, kCreateSuspended}) {
-    Scheduler scheduler;
+    CScheduleThread scheduler;
     scheduler.CreateThread(flags, 0, nullptr);
   }
   for (int i = 0; i < 50; ++i) {

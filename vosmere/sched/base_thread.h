@@ -102,8 +102,9 @@ class VOSMERE_API CBaseThread {
   std::stop_token GetStopToken() const;
 
   /// Ends the loop and waits for the thread, also for one that is suspended or held at the gate; no
-  /// hook is interrupted. For destructors: a subclass that overrides a hook calls it in its own,
-  /// while the hooks still have their object. Does nothing on the thread itself.
+  /// hook is interrupted. Does nothing on the thread itself. For destructors: each subclass whose
+  /// thread may still run calls it first thing in its own, because afterwards the object's virtual
+  /// operations are no longer those of the subclass.
   void StopAndWait();
 
   /// The object whose hooks the calling thread runs. Null elsewhere, and as soon as a hook has
