@@ -72,13 +72,17 @@ constexpr WChar FoldAscii(WChar unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<WChar>(unit + ('a' - 'A')) : unit;
 }
 
-/// Comparison of two zero-terminated texts with A-Z folded to a-z; null counts as empty.
-inline bool SameTextNoCase(const WChar* a, const WChar* b) {
-  const WideView x(a), y(b);
-  if (x.size != y.size) return false;
-  for (std::size_t i = 0; i < x.size; ++i)
-    if (FoldAscii(x[i]) != FoldAscii(y[i])) return false;
+/// Comparison with A-Z folded to a-z.
+inline bool SameNoCase(WideView a, WideView b) {
+  if (a.size != b.size) return false;
+  for (std::size_t i = 0; i < a.size; ++i)
+    if (FoldAscii(a[i]) != FoldAscii(b[i])) return false;
   return true;
+}
+
+/// The same of two zero-terminated texts; null counts as empty.
+inline bool SameTextNoCase(const WChar* a, const WChar* b) {
+  return SameNoCase(WideView(a), WideView(b));
 }
 
 }  // namespace vosmere

@@ -1,5 +1,7 @@
 #include "vosmere/nodes/colct_ex_data.h"
 
+#include "vosmere/nodes/list.h"
+
 namespace vosmere {
 
 CColctExData::~CColctExData() = default;
@@ -16,6 +18,10 @@ RColctExData::~RColctExData() = default;
 
 RColctExData* RColctExData::New(CColctExData* data) {
   return new (std::nothrow) RColctExData(data);
+}
+
+void RColctExData::DeleteList(RColctExData* head) {
+  list::DeleteItems(head);
 }
 
 }  // namespace vosmere

@@ -45,6 +45,8 @@ struct VOSMERE_API RColctExData {
 
   /// Null when memory runs out.
   static RColctExData* New(CColctExData* data);
+  /// Frees every cell from `head` on with its data. Null is ignored.
+  static void DeleteList(RColctExData* head);
 
   RColctExData(const RColctExData&) = delete;
   RColctExData& operator=(const RColctExData&) = delete;

@@ -4,6 +4,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/list.h"
 
 namespace vosmere {
 
@@ -18,10 +19,7 @@ void RColctItem::Delete(RColctItem* cell) {
 }
 
 void RColctItem::DeleteList(RColctItem* head) {
-  for (RColctItem* cell : chain::Cells(head)) {
-    CBaseNode::Delete(cell->item);
-    Delete(cell);
-  }
+  list::DeleteItems(head);
 }
 
 void RColctItem::DeleteListShell(RColctItem* head) {

@@ -3,6 +3,7 @@
 #include "vosmere/base/chain.h"
 #include "vosmere/nodes/colct_item.h"
 #include "vosmere/nodes/colct_node.h"
+#include "vosmere/nodes/list.h"
 #include "vosmere/nodes/tree_link.h"
 
 namespace vosmere {
@@ -51,6 +52,10 @@ RColctItemID::~RColctItemID() = default;
 
 RColctItemID* RColctItemID::New(CColctItemID* id) {
   return new (std::nothrow) RColctItemID(id);
+}
+
+void RColctItemID::DeleteList(RColctItemID* head) {
+  list::DeleteItems(head);
 }
 
 }  // namespace vosmere

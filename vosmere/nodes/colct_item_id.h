@@ -65,6 +65,8 @@ struct VOSMERE_API RColctItemID {
 
   /// Null when memory runs out.
   static RColctItemID* New(CColctItemID* id);
+  /// Frees every cell from `head` on with its identity. Null is ignored.
+  static void DeleteList(RColctItemID* head);
 
   RColctItemID(const RColctItemID&) = delete;
   RColctItemID& operator=(const RColctItemID&) = delete;

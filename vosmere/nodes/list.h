@@ -54,5 +54,14 @@ void Delete(TList<T>* head, Free free) {
   }
 }
 
+/// Frees every cell from `head` on with its item, for cells that are made from an item.
+template <class Cell>
+void DeleteItems(Cell* head) {
+  for (Cell* cell : chain::Cells(head)) {
+    std::remove_pointer_t<decltype(Cell::item)>::Delete(cell->item);
+    delete cell;
+  }
+}
+
 }  // namespace list
 }  // namespace vosmere

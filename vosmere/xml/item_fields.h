@@ -13,6 +13,11 @@ void StatTime(CNodeStat& stat, const WChar* value) {
   stat.SetStatTime(time, time, time, Which);
 }
 
+template <ULONG Which>
+void StatTime(CBaseNode& item, const WChar* value) {
+  StatTime<Which>(*item.GetNodeStat(), value);
+}
+
 /// Of "sx:sync".
 inline constexpr Field<CBaseNode> kSyncFields[] = {
     {"id", Text<&CBaseNode::SetUUID>},
@@ -27,6 +32,13 @@ inline constexpr Field<CNodeStat> kStatFields[] = {
     {"lastVisited", StatTime<CNodeStat::kLastVisited>},
     {"flag", Number<&CNodeStat::SetFlag>},
     {"unread", WhenTrue<&CNodeStat::MarkAsUnread>},
+};
+
+/// Of "stat".
+inline constexpr Field<CBaseNode> kStatDateFields[] = {
+    {"addDate", StatTime<CNodeStat::kAdded>},
+    {"lastModified", StatTime<CNodeStat::kModified>},
+    {"lastVisit", StatTime<CNodeStat::kLastVisited>},
 };
 
 /// An item is checked in unless it says "false".

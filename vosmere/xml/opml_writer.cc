@@ -1,5 +1,7 @@
 #include "vosmere/xml/opml_writer.h"
 
+#include <functional>
+
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
 #include "vosmere/nodes/tree_link.h"
@@ -22,9 +24,7 @@ CFolderNode* Folder(RNode* link) {
 CWriteColctTreeOPML::~CWriteColctTreeOPML() = default;
 
 void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WChar* library) {
-  basePath_.AssignOrNull(basePath);
-  library_.AssignOrNull(library);
-  baseLength_ = static_cast<LONG>(WideLength(basePath_.get()));
+  library_.Assign(basePath, library);
 }
 
 bool CWriteColctTreeOPML::FillData() {
@@ -45,7 +45,7 @@ void CWriteColctTreeOPML::AddHead() {
   if (name.empty())
     Put("No name collections");
   else if (EscapedUtf8(name, title) && !title.empty())
-    FillString(title.data(), static_cast<int>(title.size()));
+    PutBytes(title);
   else
     Put("My Collections");
   Put("</title>");
@@ -115,12 +115,7 @@ void CWriteColctTreeOPML::PutPath(const WChar* path) {
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {
-  if (!basePath_.get() || !library_.get()) return 0;
-  const WideView whole(path, SysStringLen(path));
-  const WideView library(library_.get());
-  const auto start = static_cast<std::size_t>(baseLength_);
-  if (start + library.size >= whole.size) return 0;
-  return whole.From(start).First(library.size) == library ? baseLength_ : 0;
+  return static_cast<int>(library_.StartIn(WideView(path, SysStringLen(path)), std::equal_to<>()));
 }
 
 void CWriteColctTreeOPML::FillNodeStat(CNodeStat* stat) {

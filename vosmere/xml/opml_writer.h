@@ -1,7 +1,7 @@
 #pragma once
 
 #include "vosmere/base/export.h"
-#include "vosmere/base/owned_text.h"
+#include "vosmere/xml/library_place.h"
 #include "vosmere/xml/write_items.h"
 
 namespace vosmere {
@@ -64,9 +64,7 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
 
   RNode* root_ = nullptr;
   LONG opmlVersion_ = 1;
-  HeapText basePath_;
-  HeapText library_;
-  LONG baseLength_ = 0;
+  LibraryPlace library_;
 };
 
 }  // namespace vosmere

@@ -56,21 +56,30 @@ struct ScopedElement {
 };
 
 // The regular rows. `Target` is a member of the builder that is, or returns, a pointer to what is
-// being read.
+// being read; while that is null they do nothing.
 
 /// Its text goes to a setter, or to a function (Target&, const WChar* text).
 template <auto Target, auto Apply, class Builder>
 void TextTo(Builder& builder, const XmlNode& element) {
-  const XmlText text = element.Text();
-  std::invoke(Apply, *std::invoke(Target, builder), text.c_str());
+  if (auto* const target = std::invoke(Target, builder))
+    std::invoke(Apply, *target, element.Text().c_str());
 }
 
 /// Its attributes go to a table of fields.
 template <auto Target, auto& Fields, class Builder>
 void AttributesTo(Builder& builder, const XmlNode& element) {
-  ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    ApplyField(Fields, *std::invoke(Target, builder), name, value);
+  auto* const target = std::invoke(Target, builder);
+  if (!target) return;
+  ForEachAttribute(element, [=](WideView name, const WChar* value) {
+    ApplyField(Fields, *target, name, value);
   });
+}
+
+/// Both, for an element that has attributes beside its text.
+template <auto Target, auto Apply, auto& Fields, class Builder>
+void TextAndAttributesTo(Builder& builder, const XmlNode& element) {
+  TextTo<Target, Apply>(builder, element);
+  AttributesTo<Target, Fields>(builder, element);
 }
 
 /// A member function of the builder is called, with the element or without.

@@ -44,7 +44,7 @@ void CWriteItems::PutStat(const CNodeStat& stat, std::string_view blanksBeforeLo
   const std::string_view blanks = stat.IsUnread() ? " " : blanksBeforeLoneFlag;
   if (stat.GetFlag() != 0) {
     Put("\"");
-    FillString(blanks.data(), static_cast<int>(blanks.size()));
+    PutBytes(blanks);
     Put("flag=\"");
     PutNumber(stat.GetFlag());
   }
@@ -59,7 +59,7 @@ void CWriteItems::PutStat(const CNodeStat& stat, std::string_view blanksBeforeLo
 void CWriteItems::PutBuild(std::string_view prefix, const CBaseNode& item) {
   if (item.GetBaseBuild() == 0) return;
   Put("<");
-  FillString(prefix.data(), static_cast<int>(prefix.size()));
+  PutBytes(prefix);
   Put("build basebuild=\"");
   PutNumber(item.GetBaseBuild());
   if (item.HasCheckedIn(nullptr))

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
@@ -27,6 +28,19 @@ struct ElementName {
     open[N] = close[N + 1] = '>';
     close[N + 2] = '\r';
     close[N + 3] = '\n';
+  }
+};
+
+/// The same for an attribute: " name=\"".
+template <std::size_t N>
+struct AttributeName {
+  char open[N + 3] = {};
+
+  consteval AttributeName(const char (&name)[N]) {
+    open[0] = ' ';
+    for (std::size_t i = 0; i + 1 < N; ++i) open[i + 1] = name[i];
+    open[N] = '=';
+    open[N + 1] = '"';
   }
 };
 
@@ -104,6 +118,7 @@ class VOSMERE_API CWriteXML {
   void Put(const char (&markup)[N]) {
     if (buffer_) buffer_->Append(markup, static_cast<int>(N) - 1);
   }
+  void PutBytes(std::string_view utf8) { FillString(utf8.data(), static_cast<int>(utf8.size())); }
   void PutNumber(LONG number);
   /// As it is. False when it cannot be converted; what went before stays appended.
   bool PutText(WideView text);
@@ -126,6 +141,19 @@ class VOSMERE_API CWriteXML {
   void PutElementUnlessEmpty(const WChar* text) {
     const WideView view(text);
     if (!view.empty()) PutElement<Name>(view);
+  }
+  /// The same where only null has no element.
+  template <ElementName Name>
+  void PutElementUnlessNull(const WChar* text) {
+    if (text) PutElement<Name>(WideView(text));
+  }
+  /// A blank, the name, and the text escaped between "=\"" and "\""; nothing for null.
+  template <AttributeName Name>
+  void PutAttributeUnlessNull(const WChar* text) {
+    if (!text) return;
+    Put(Name.open);
+    PutEscaped(WideView(text));
+    Put("\"");
   }
   /// Converted piece by piece: `convert` writes at most `unitBytes` bytes, 6 at the most, for each
   /// unit of a piece and returns their number; 0 is a failure.

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "vosmere/base/chain.h"
+#include "vosmere/nodes/list.h"
+#include "vosmere/platform/xml_node.h"
+
+namespace vosmere {
+
+/// The chain that a reader builds, which frees every cell and its item unless it was detached. It
+/// is a builder for the tables of xml/reader_scopes.h:
+///
+///     using Shelf = ItemChain<RBook>;
+///
+///     constexpr ScopedElement<Shelf> kElements[] = {
+///         {kAnywhere, "book", BeginItem, kBook, EndItem},
+///         {kBook, "title", TextTo<&Shelf::item, &CBook::SetTitle>},
+///     };
+template <class Cell>
+class ItemChain {
+ public:
+  using Item = std::remove_pointer_t<decltype(Cell::item)>;
+
+  ItemChain() = default;
+  ItemChain(const ItemChain&) = delete;
+  ItemChain& operator=(const ItemChain&) = delete;
+  ~ItemChain() { Clear(); }
+
+  Cell* head() const { return head_; }
+  /// The item whose element is being read; null outside of one.
+  Item* item() const { return item_; }
+
+  /// Appends a new item, which is then being read. Throws std::bad_alloc.
+  void Begin() {
+    std::unique_ptr<Item, Delete> item(Item::New());
+    Cell* const cell = item ? Cell::New(item.get()) : nullptr;
+    if (!cell) throw std::bad_alloc();
+    item_ = item.release();
+    chain::Append(head_, cell);
+  }
+  void End() { item_ = nullptr; }
+
+  /// Gives the chain to the caller.
+  Cell* Detach() {
+    End();
+    return std::exchange(head_, nullptr);
+  }
+  void Clear() { list::DeleteItems(Detach()); }
+
+ private:
+  struct Delete {
+    void operator()(Item* item) const { Item::Delete(item); }
+  };
+
+  Cell* head_ = nullptr;
+  Item* item_ = nullptr;
+};
+
+// The row of an item.
+
+template <class Chain>
+void BeginItem(Chain& chain, const XmlNode&) {
+  chain.Begin();
+}
+
+template <class Chain>
+void EndItem(Chain& chain) {
+  chain.End();
+}
+
+}  // namespace vosmere
