@@ -1,0 +1,119 @@
+// What holds for every stored document.
+#include "tests/support/stored_documents.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "tests/support/document.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/platform.h"
+
+namespace vosmere::test {
+namespace {
+
+std::string Replaced(const std::string& text, const char* pattern, const std::string& with) {
+  return std::regex_replace(text, std::regex(pattern), with);
+}
+
+class StoredDocuments : public testing::TestWithParam<StoredDocument> {
+ protected:
+  std::string Again(const std::string& bytes) { return Rewritten(GetParam(), bytes); }
+  /// A document that says nothing.
+  std::string Nothing() { return Again(InRoot(" ")); }
+  std::string InRoot(const std::string& content) {
+    return "<" + root + ">" + content + "</" + root + ">";
+  }
+
+  const std::string golden = TestData(GetParam().golden);
+  const std::string root = GetParam().root;
+};
+
+TEST_P(StoredDocuments, AreReadBack) {
+  ASSERT_NE(Again(golden), Nothing());
+  EXPECT_EQ(Again(Again(golden)), Again(golden));
+}
+
+TEST_P(StoredDocuments, AnotherRootIsTracedAndGivesNothing) {
+  const Traces traces;
+  for (const std::string& name : {std::string("x"), "X" + root, root + "s"}) {
+    EXPECT_EQ(Again(Replaced(golden, ("(</?)" + root + "\\b").c_str(), "$1" + name)), Nothing());
+    EXPECT_EQ(traces.lines().back(), "Element Name=" + name + "\n");
+  }
+}
+
+TEST_P(StoredDocuments, WhatStandsBetweenElementsIsIgnored) {
+  EXPECT_EQ(Again(Replaced(golden, "\r\n", "<!--c--> t<?p i?><unknown id='1'>u</unknown>")),
+            Again(golden));
+}
+
+TEST_P(StoredDocuments, TextMayComeInPieces) {
+  EXPECT_EQ(Again(Replaced(golden, ">([^<&]+)</", "><!--c--><![CDATA[$1]]><?p i?></")),
+            Again(golden));
+}
+
+TEST_P(StoredDocuments, EncodingsMakeNoDifference) {
+  const Wide units = W(Replaced(golden, "UTF-8", "UTF-16"));
+  std::string utf16 = "\xFF\xFE";
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    utf16 += static_cast<char>(units[i] & 0xFF);
+    utf16 += static_cast<char>(units[i] >> 8);
+  }
+  EXPECT_EQ(Again(utf16), Again(golden));
+}
+
+TEST_P(StoredDocuments, AttributesAndTextsMayHaveAMillionCharacters) {
+  const std::string million(1000000, 'x');
+  const std::string body = golden.substr(golden.find(root));
+  const std::string large = Replaced(Replaced(body, "\"[^\"]*\"", "\"\1\""), ">[^<>]+</", ">\1</");
+  std::string document = "<";
+  for (const char c : large) c == '\1' ? document += million : document += c;
+  const std::string written = Again(document);
+  ASSERT_NE(written, "(not loaded)");
+  EXPECT_EQ(Again(written), written);
+}
+
+TEST_P(StoredDocuments, NumbersOfThirtyDigitsSaturate) {
+  const auto with = [this](const std::string& number) {
+    return Again(Replaced(golden, "([\">])-?\\d+([\"<])", "$1 " + number + "$2"));
+  };
+  EXPECT_EQ(with(std::string(30, '9')), with("2147483647"));
+  EXPECT_EQ(with("-" + std::string(30, '9')), with("-2147483648"));
+}
+
+TEST_P(StoredDocuments, TornOnesDoNotLoadAndGiveNothing) {
+  for (std::size_t length = 0; length < golden.rfind('>'); length += 7)
+    EXPECT_EQ(Again(golden.substr(0, length)), "(not loaded)") << length;
+  const auto reader = GetParam().newReader();
+  EXPECT_FALSE(Load(*reader, golden + "<"));
+  EXPECT_EQ(OwnedBstr(GetParam().write(*reader)).utf8(), Nothing());
+}
+
+TEST_P(StoredDocuments, UnknownElementsNestAsDeepAsTheParserDoesOnASmallStack) {
+  std::string content = "t";
+  for (int level = 2; level < kLevelsThatLoad; ++level) content = "<x>" + content + "</x>";
+  RunOnSmallStack(512 * 1024, [&] { EXPECT_EQ(Again(InRoot(content)), Nothing()); });
+}
+
+TEST_P(StoredDocuments, OutOfMemoryIsAFailedLoadThatLosesNothing) {
+  Again(golden);  // what the system allocates once
+  const long before = LiveAllocations();
+  bool loaded = false;
+  for (long successes = 0; !loaded; ++successes) {
+    ASSERT_LT(successes, 1000);
+    const auto reader = GetParam().newReader();
+    const FailingMemory memory(successes);
+    loaded = Load(*reader, golden);
+    EXPECT_EQ(reader->LastError().fault,
+              memory.Failed() ? DocumentFault::kNoMemory : DocumentFault::kNone)
+        << successes;
+  }
+  EXPECT_EQ(LiveAllocations(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StoredDocuments, testing::ValuesIn(kStoredDocuments),
+                         [](const auto& info) { return std::string(info.param.root); });
+
+}  // namespace
+}  // namespace vosmere::test
