@@ -39,15 +39,7 @@ void CWriteColctListXML::FillColctNodeToBuffer(CColctNode* colct) {
 }
 
 void CWriteColctListXML::FillNodeStat(CNodeStat* stat) {
-  LONG added = 0, modified = 0, lastVisited = 0;
-  stat->GetStatTime(&added, &modified, &lastVisited);
-  Put("<stat addDate=\"");
-  PutNumber(added);
-  Put("\" lastModified=\"");
-  PutNumber(modified);
-  Put("\" lastVisit=\"");
-  PutNumber(lastVisited);
-  Put("\"/>\r\n");
+  PutStatDates(*stat);
 }
 
 void CWriteColctListXML::FillColctNodeExtra(CColctNode* colct) {

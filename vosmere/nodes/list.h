@@ -27,6 +27,15 @@ struct TList {
 
 namespace list {
 
+/// What a cell of any kind of list holds.
+template <class Cell>
+auto& Datum(Cell& cell) {
+  if constexpr (requires { cell.item; })
+    return cell.item;
+  else
+    return cell.data;
+}
+
 /// Appends a new cell for `datum` and returns it; null, with nothing changed, when memory runs out.
 template <class T>
 TList<T>* Append(TList<T>*& head, std::type_identity_t<T> datum) {
@@ -54,11 +63,11 @@ void Delete(TList<T>* head, Free free) {
   }
 }
 
-/// Frees every cell from `head` on with its item, for cells that are made from an item.
+/// Frees every cell from `head` on with its datum, for data whose class has a `Delete`.
 template <class Cell>
 void DeleteItems(Cell* head) {
   for (Cell* cell : chain::Cells(head)) {
-    std::remove_pointer_t<decltype(Cell::item)>::Delete(cell->item);
+    std::remove_pointer_t<std::remove_reference_t<decltype(Datum(*cell))>>::Delete(Datum(*cell));
     delete cell;
   }
 }

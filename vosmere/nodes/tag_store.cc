@@ -1,5 +1,7 @@
 #include "vosmere/nodes/tag_store.h"
 
+#include <utility>
+
 namespace vosmere {
 namespace {
 
@@ -54,6 +56,11 @@ void CTagStore::SetRTagGroupHead(TagGroupList* head) {
   TagGroupList* const unnamed =
       chain::Find(head, [](const TagGroupList* cell) { return !IsNamed(cell->data); });
   defaultGroup_ = unnamed ? unnamed->data : nullptr;
+}
+
+CTagStore::TagGroupList* CTagStore::DetachRTagGroupHead() {
+  defaultGroup_ = nullptr;
+  return std::exchange(groups_, nullptr);
 }
 
 }  // namespace vosmere

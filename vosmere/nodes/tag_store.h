@@ -45,6 +45,8 @@ class VOSMERE_API CTagStore {
   /// Frees every group and takes ownership of a list instead, cells and groups; null is the empty
   /// list. The default group is the first without a name.
   void SetRTagGroupHead(TagGroupList* head);
+  /// Gives the list to the caller, cells and groups; the store is empty then.
+  TagGroupList* DetachRTagGroupHead();
 
  private:
   TagGroupList* groups_ = nullptr;

@@ -23,7 +23,8 @@ namespace vosmere {
 template <class Cell>
 class ItemChain {
  public:
-  using Item = std::remove_pointer_t<decltype(Cell::item)>;
+  using Item = std::remove_pointer_t<
+      std::remove_reference_t<decltype(list::Datum(std::declval<Cell&>()))>>;
 
   ItemChain() = default;
   ItemChain(const ItemChain&) = delete;

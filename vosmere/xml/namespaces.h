@@ -2,6 +2,8 @@
 #pragma once
 
 #define VOSMERE_NAMESPACE_VSM "http://www.vosmere.example/schema/vsm"
+#define VOSMERE_NAMESPACE_SEARCH_ENGINE "http://www.vosmere.example/searchengine"
+#define VOSMERE_NAMESPACE_TOOLBAR "http://www.vosmere.example/toolbar"
 #define VOSMERE_NAMESPACE_DC "http://purl.org/dc/elements/1.1/"
 #define VOSMERE_NAMESPACE_SX "http://www.microsoft.com/schemas/rss/sse"
 

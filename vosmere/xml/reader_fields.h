@@ -45,6 +45,11 @@ inline bool BeginsWithNoCase(WideView text, std::string_view beginning) {
   return true;
 }
 
+/// Comparison with an ASCII name in any letter case.
+inline bool IsNamedNoCase(WideView text, std::string_view name) {
+  return text.size == name.size() && BeginsWithNoCase(text, name);
+}
+
 /// A name in a table: a literal is that name exactly, BeginningWith("...") every name that begins
 /// so in any letter case.
 struct RowName {

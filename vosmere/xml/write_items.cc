@@ -56,6 +56,18 @@ void CWriteItems::PutStat(const CNodeStat& stat, std::string_view blanksBeforeLo
     Put("\"/>\r\n");
 }
 
+void CWriteItems::PutStatDates(const CNodeStat& stat) {
+  LONG added = 0, modified = 0, lastVisited = 0;
+  stat.GetStatTime(&added, &modified, &lastVisited);
+  Put("<stat addDate=\"");
+  PutNumber(added);
+  Put("\" lastModified=\"");
+  PutNumber(modified);
+  Put("\" lastVisit=\"");
+  PutNumber(lastVisited);
+  Put("\"/>\r\n");
+}
+
 void CWriteItems::PutBuild(std::string_view prefix, const CBaseNode& item) {
   if (item.GetBaseBuild() == 0) return;
   Put("<");

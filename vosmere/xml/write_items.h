@@ -37,6 +37,9 @@ class VOSMERE_API CWriteItems : public CWriteXML {
   /// The statistics element with its line end.
   void PutStat(const CNodeStat& stat, std::string_view blanksBeforeLoneFlag);
 
+  /// The statistics element of documents without prefixes, with its line end: the times alone.
+  void PutStatDates(const CNodeStat& stat);
+
   /// The element of the base build with its line end, its name behind `prefix`; nothing for an item
   /// without one.
   void PutBuild(std::string_view prefix, const CBaseNode& item);
