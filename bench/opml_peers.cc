@@ -1,19 +1,16 @@
 #include "bench/opml_peers.h"
 
-#include <libxml/xmlwriter.h>
-
 #include <algorithm>
-#include <charconv>
 #include <pugixml.hpp>
 #include <string_view>
 #include <vector>
 
 #include "bench/peer_dom.h"
 #include "bench/peer_items.h"
+#include "bench/peer_writer.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
-#include "vosmere/platform/posix/utf8.h"
 #include "vosmere/xml/namespaces.h"
 
 namespace vosmere::bench {
@@ -117,16 +114,13 @@ class TreeReader {
 };
 
 /// Writes what CWriteColctTreeOPML writes, through one xmlTextWriter.
-class Libxml2Writer {
+class Libxml2Writer : private PeerWriter {
  public:
-  explicit Libxml2Writer(const char* path) : writer_(xmlNewTextWriterFilename(path, 0)) {}
-  ~Libxml2Writer() { xmlFreeTextWriter(writer_); }
-  Libxml2Writer(const Libxml2Writer&) = delete;
-  Libxml2Writer& operator=(const Libxml2Writer&) = delete;
+  using PeerWriter::PeerWriter;
 
   bool Write(RNode* root) {
-    if (!writer_) return false;
-    xmlTextWriterStartDocument(writer_, nullptr, "UTF-8", nullptr);
+    if (!IsOpen()) return false;
+    StartDocument();
     Start("opml");
     Attribute("version", "2.0");
     Attribute("xmlns:vsm", VOSMERE_NAMESPACE_VSM);
@@ -134,7 +128,7 @@ class Libxml2Writer {
     Attribute("xmlns:sx", VOSMERE_NAMESPACE_SX);
     Start("head");
     Start("title");
-    xmlTextWriterWriteString(writer_, Bytes(root->item->GetName()));
+    Text(root->item->GetName());
     End();
     Start("vsm:opml");
     Attribute("version", "1");
@@ -145,7 +139,7 @@ class Libxml2Writer {
     WriteChildren(root);
     End();
     End();
-    return xmlTextWriterEndDocument(writer_) >= 0;
+    return EndDocument();
   }
 
  private:
@@ -176,10 +170,7 @@ class Libxml2Writer {
     WriteStat(*colct.GetNodeStat());
     WriteSync(colct);
     const CColctNetData& net = *colct.GetColctNetData();
-    if (net.GetOwner()) {
-      xmlTextWriterWriteElement(writer_, Xml("vsm:owner"), Bytes(net.GetOwner()));
-      NewLine();
-    }
+    if (net.GetOwner()) Element("vsm:owner", net.GetOwner());
     if (net.GetColctExpandState()) {
       Start("vsm:view");
       Attribute("expand", "true");
@@ -206,35 +197,9 @@ class Libxml2Writer {
     Start("sx:sync");
     Attribute("id", item.GetUUID());
     if (item.GetVersion() != 0) Attribute("version", item.GetVersion());
-    xmlTextWriterFullEndElement(writer_);
+    FullEnd();
   }
 
-  void Start(const char* name) { xmlTextWriterStartElement(writer_, Xml(name)); }
-  void End() { xmlTextWriterEndElement(writer_); }
-  void NewLine() { xmlTextWriterWriteRaw(writer_, Xml("\r\n")); }
-  void Attribute(const char* name, const char* value) {
-    xmlTextWriterWriteAttribute(writer_, Xml(name), Xml(value));
-  }
-  void Attribute(const char* name, const WChar* value) {
-    xmlTextWriterWriteAttribute(writer_, Xml(name), Bytes(value));
-  }
-  void Attribute(const char* name, int value) {
-    char digits[12];
-    *std::to_chars(digits, digits + sizeof digits - 1, value).ptr = 0;
-    Attribute(name, digits);
-  }
-
-  static const xmlChar* Xml(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
-
-  const xmlChar* Bytes(const WChar* text) {
-    const WideView view(text);
-    bytes_.resize(view.size * utf8::kMaxBytesPerUnit + 1);
-    bytes_[utf8::Encode(view.data, view.size, bytes_.data(), bytes_.size())] = 0;
-    return Xml(bytes_.data());
-  }
-
-  xmlTextWriter* writer_;
-  std::vector<char> bytes_;
   std::vector<WChar> path_;
 };
 
