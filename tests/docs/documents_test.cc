@@ -44,7 +44,7 @@ TEST_P(StoredDocuments, AnotherRootIsTracedAndGivesNothing) {
 }
 
 TEST_P(StoredDocuments, WhatStandsBetweenElementsIsIgnored) {
-  EXPECT_EQ(Again(Replaced(golden, "\r\n", "<!--c--> t<?p i?><unknown id='1'>u</unknown>")),
+  EXPECT_EQ(Again(Replaced(golden, "\r\n(?=<)", "<!--c--> t<?p i?><unknown id='1'>u</unknown>")),
             Again(golden));
 }
 
