@@ -14,6 +14,14 @@ void SetZoneVariable(const char* zone);
 /// The same for the process and its runtime, which looks at the variable now.
 void SetTimeZone(const char* zone);
 
+/// The same while it lives.
+struct Zone {
+  explicit Zone(const char* zone) { SetTimeZone(zone); }
+  Zone(const Zone&) = delete;
+  Zone& operator=(const Zone&) = delete;
+  ~Zone() { SetTimeZone(nullptr); }
+};
+
 /// Runs `work` to its end on a thread with a stack of so many bytes.
 void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 

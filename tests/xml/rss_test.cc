@@ -12,12 +12,6 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Sets a time zone while it lives.
-struct Zone {
-  explicit Zone(const char* zone) { SetTimeZone(zone); }
-  ~Zone() { SetTimeZone(nullptr); }
-};
-
 CUrlNode* Page(const ColctPtr& colct, const char* name) {
   return static_cast<CUrlNode*>(FindLink(colct->GetLocRNodeRoot(), name)->item);
 }
