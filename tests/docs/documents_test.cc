@@ -22,6 +22,8 @@ class StoredDocuments : public testing::TestWithParam<StoredDocument> {
   std::string Again(const std::string& bytes) { return Rewritten(GetParam(), bytes); }
   /// A document that says nothing.
   std::string Nothing() { return Again(InRoot(" ")); }
+  /// What is written when there is nothing, which may be a document that says so.
+  testing::Matcher<std::string> IsNothing() { return testing::AnyOf("(null)", Nothing()); }
   std::string InRoot(const std::string& content) {
     return "<" + root + ">" + content + "</" + root + ">";
   }
@@ -36,9 +38,11 @@ TEST_P(StoredDocuments, AreReadBack) {
 }
 
 TEST_P(StoredDocuments, AnotherRootIsTracedAndGivesNothing) {
+  if (GetParam().anyRoot) return;
   const Traces traces;
   for (const std::string& name : {std::string("x"), "X" + root, root + "s"}) {
-    EXPECT_EQ(Again(Replaced(golden, ("(</?)" + root + "\\b").c_str(), "$1" + name)), Nothing());
+    EXPECT_THAT(Again(Replaced(golden, ("(</?)" + root + "\\b").c_str(), "$1" + name)),
+                IsNothing());
     EXPECT_EQ(traces.lines().back(), "Element Name=" + name + "\n");
   }
 }
@@ -87,7 +91,7 @@ TEST_P(StoredDocuments, TornOnesDoNotLoadAndGiveNothing) {
     EXPECT_EQ(Again(golden.substr(0, length)), "(not loaded)") << length;
   const auto reader = GetParam().newReader();
   EXPECT_FALSE(Load(*reader, golden + "<"));
-  EXPECT_EQ(OwnedBstr(GetParam().write(*reader)).utf8(), Nothing());
+  EXPECT_THAT(OwnedBstr(GetParam().write(*reader)).utf8(), IsNothing());
 }
 
 TEST_P(StoredDocuments, UnknownElementsNestAsDeepAsTheParserDoesOnASmallStack) {

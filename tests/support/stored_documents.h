@@ -8,7 +8,12 @@
 #include "vosmere/docs/colct_item_ids.h"
 #include "vosmere/docs/colct_list.h"
 #include "vosmere/docs/colct_profile.h"
+#include "vosmere/docs/ftp_sites.h"
 #include "vosmere/docs/notification.h"
+#include "vosmere/docs/page_data.h"
+#include "vosmere/docs/search_engines.h"
+#include "vosmere/docs/tags.h"
+#include "vosmere/docs/toolbars.h"
 #include "vosmere/platform/system_string.h"
 
 namespace vosmere::test {
@@ -19,6 +24,8 @@ struct StoredDocument {
   std::unique_ptr<CReadXML> (*newReader)();
   /// What the reader has read is written and freed. Null when it has read nothing at all.
   BSTR (*write)(CReadXML& reader);
+  /// Whether its elements count within any root element.
+  bool anyRoot = false;
 };
 
 template <class Reader>
@@ -48,6 +55,39 @@ inline BSTR WriteProfileAgain(CReadXML& reader) {
   return text;
 }
 
+/// Null also for sites that are not to be written: their web addresses would make the document
+/// unreadable.
+inline BSTR WriteSitesAgain(CReadXML& reader) {
+  TList<CFtpConBase*>* const sites = static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList();
+  bool fit = true;
+  for (auto* cell = sites; cell; cell = cell->next)
+    for (auto* address = cell->data->GetFtpWebAddress()->GetHead(); address;
+         address = address->next)
+      for (const WChar* const text : {address->GetName(), address->GetLink()})
+        fit = fit && Utf8(text).find_first_of("\"&<") == std::string::npos;
+  CWriteFtpSiteXML writer;
+  writer.SetFtpConList(sites);
+  BSTR const text = fit ? writer.GetXMLBSTR() : nullptr;
+  list::DeleteItems(sites);
+  return text;
+}
+
+struct PageDataReader : CReadPageDataXML {
+  PageDataReader() : CReadPageDataXML(&page) {}
+  CPageData page;
+};
+
+inline BSTR WritePageAgain(CReadXML& reader) {
+  return CWritePageDataXML(&static_cast<PageDataReader&>(reader).page).GetXMLBSTR();
+}
+
+inline BSTR WriteToolbarsAgain(CReadXML& reader) {
+  const std::unique_ptr<CTBarBandInfo> bands(static_cast<CTBarBandInfo*>(reader.DetachData()));
+  CWriteToolbarXML writer;
+  writer.SetTBarBandInfo(bands.get());
+  return writer.GetXMLBSTR();
+}
+
 inline constexpr StoredDocument kStoredDocuments[] = {
     {"colct_list.xml", "collectionlist", NewReader<CReadColctListXML>,
      WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, CWriteColctListXML,
@@ -59,6 +99,16 @@ inline constexpr StoredDocument kStoredDocuments[] = {
     {"notification.xml", "vsmnotify", NewReader<CReadVSMNotify>,
      WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, CWriteVSMNotifyMsg,
                 &CWriteVSMNotifyMsg::SetVSMNotifyMsg, CVSMNotifyMsg::Delete>},
+    {"search_engines.xml", "searchEnginePool", NewReader<CReadSEngineXML>,
+     WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, CWriteSEngineXML,
+                &CWriteSEngineXML::SetEnginePool, CBaseNode::Delete>,
+     true},
+    {"tags.xml", "vsmtags", NewReader<CReadTagsXML>,
+     WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, CWriteTagsXML,
+                &CWriteTagsXML::SetTagGroupHead, CTagStore::DeleteRTagGroupList>},
+    {"ftp_sites.xml", "ftpsites", NewReader<CReadFtpSiteXML>, WriteSitesAgain},
+    {"page_data.xml", "vsmpagedata", NewReader<PageDataReader>, WritePageAgain},
+    {"toolbars.xml", "toolbars", NewReader<CReadVosmereXML>, WriteToolbarsAgain},
 };
 
 /// What comes of a document when it is read and written again; "(not loaded)" when it does not
