@@ -40,11 +40,15 @@ class Worker : public CBaseThread {
   std::function<void(Worker&)> work_;
 };
 
-TEST(BaseThread, RunsItsHooksOnceAndIsInactiveAfterwards) {
+TEST(BaseThread, RunsItsHooksOnceOnItsOwnStackAndIsInactiveAfterwards) {
   unsigned id = 0;
-  Worker worker([&](Worker& self) { id = self.GetThreadID(); });
+  Worker worker([&](Worker& self) {
+    volatile char deep[24 << 20];
+    for (std::size_t i = sizeof deep; i > 0; i -= 4096) deep[i - 1] = 1;
+    id = self.GetThreadID();
+  });
   EXPECT_FALSE(worker.IsActive());
-  EXPECT_NE(worker.CreateThread(0, 0, nullptr), 0);
+  EXPECT_NE(worker.CreateThread(0, 32 << 20, nullptr), 0);
   ASSERT_TRUE(worker.WaitForEnd(kHang));
   EXPECT_EQ(worker.hooks, "prev do post");
   EXPECT_FALSE(worker.IsActive());
@@ -95,17 +99,6 @@ TEST(BaseThread, IsActiveEvenIfItCouldNotBeCreated) {
   }
   EXPECT_TRUE(worker.IsActive());
   EXPECT_EQ(worker.GetHandle(), nullptr);
-  worker.KillThread();
-  EXPECT_FALSE(worker.IsActive());
-}
-
-TEST(BaseThread, GetsTheStackItAsksFor) {
-  Worker worker([](Worker&) {
-    volatile char deep[24 << 20];
-    for (std::size_t i = sizeof deep; i > 0; i -= 4096) deep[i - 1] = 1;
-  });
-  ASSERT_NE(worker.CreateThread(0, 32 << 20, nullptr), 0);
-  EXPECT_TRUE(worker.WaitForEnd(kHang));
 }
 
 TEST(BaseThread, KilledDoesNoPostWork) {

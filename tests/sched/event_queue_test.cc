@@ -21,75 +21,55 @@ std::string List(CTimeEventQueue& queue) {
              [](const CEventItem* item) { return std::to_string(item->event->GetTimeGap(0)); });
 }
 
-// Everything against a plain walk from the tail.
+// Everything against plain walks from the tail.
 TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
+  enum { kRemove, kOrReplace, kAndReplace, kInsert, kChoices = 8 };
   std::minstd_rand random(1);
-  for (int round = 0; round < 60; ++round) {
-    std::deque<Job> jobs;
+  std::deque<Job> jobs;
+  for (int round = 0; round < 100; ++round) {
     std::vector<CTimeEvent*> model;
     CTimeEventQueue queue;
     for (int i = 0; i < 150; ++i) {
-      const unsigned choice = random() % 12;
-      if (choice < 3) {
+      const unsigned choice = random() % kChoices;
+      Job& job = jobs.emplace_back(static_cast<LONG>(random() % 4) - 2, random() % 3);
+      job.SetID(choice < kInsert ? 1 + random() % 2 : 0);
+      const bool onlyIfEarlier = random() % 2;
+      CTimeEvent *replaced = nullptr, *expected = nullptr;
+      bool done = true, isHead = false;
+      if (choice == kRemove)
         queue.RemoveHead();
-        if (!model.empty()) model.erase(model.begin());
-      } else {
-        Job& job = jobs.emplace_back(static_cast<LONG>(random() % 4) - 2, random() % 3);
-        job.SetID(choice == 3);
-        CTimeEvent *replaced = nullptr, *expected = nullptr;
-        const auto same = std::find_if(model.rbegin(), model.rend(), [&](CTimeEvent* queued) {
-          return queued->IsTheSameEvent(&job);
-        });
-        if (same != model.rend()) {
-          expected = *same;
-          model.erase(same.base() - 1);
-        }
-        bool isHead;
-        if (choice == 3)
-          ASSERT_TRUE(queue.InsertAndReplaceEvent(&job, &replaced, &isHead));
-        else
-          isHead = queue.InsertEvent(&job);
-        ASSERT_EQ(replaced, expected);
-        auto place = model.end();
-        while (place != model.begin() && place[-1]->CompareTime(&job) > 0) --place;
-        ASSERT_EQ(isHead, place == model.begin());
-        model.insert(place, &job);
+      else if (choice == kOrReplace)
+        done = queue.InsertOrReplaceEvent(&job, onlyIfEarlier, &replaced, &isHead);
+      else if (choice == kAndReplace)
+        done = queue.InsertAndReplaceEvent(&job, &replaced, &isHead);
+      else
+        isHead = queue.InsertEvent(&job);
+
+      const auto same = std::find_if(model.rbegin(), model.rend(), [&](CTimeEvent* queued) {
+        return choice != kRemove && queued->IsTheSameEvent(&job);
+      });
+      const bool found = same != model.rend();
+      const bool later = found && (*same)->CompareTime(&job) == 1;
+      const bool kept = choice == kOrReplace && found && (onlyIfEarlier ? !later : later);
+      if (choice == kRemove && !model.empty()) model.erase(model.begin());
+      if (found && !kept) {
+        expected = *same;
+        model.erase(same.base() - 1);
       }
+      auto place = model.end();
+      while (place != model.begin() && place[-1]->CompareTime(&job) > 0) --place;
+      const bool inserted = choice != kRemove && !kept;
+      ASSERT_EQ(isHead, inserted && place == model.begin());
+      if (inserted) model.insert(place, &job);
+      ASSERT_EQ(done, !kept);
+      ASSERT_EQ(replaced, expected);
       ASSERT_EQ(queue.GetPeepHeadEvent(), model.empty() ? nullptr : model.front());
       if (random() % 8) continue;
+      std::vector<CTimeEvent*> list;
+      for (auto* item = queue.GetHead(); item; item = item->next) list.push_back(item->event);
+      ASSERT_EQ(list, model);
       ASSERT_EQ(List(queue).find("BROKEN"), std::string::npos) << List(queue);
-      const CEventItem* item = queue.GetHead();
-      for (CTimeEvent* const event : model) {
-        ASSERT_TRUE(item && item->event == event) << List(queue);
-        item = item->next;
-      }
-      ASSERT_EQ(item, nullptr);
     }
-  }
-}
-
-TEST(TimeEventQueue, ReplacesOnlyInTheDirectionAskedFor) {
-  constexpr struct {
-    int time;
-    bool onlyIfEarlier, done;
-    const char* list;
-  } kCases[] = {
-      {1, true, true, "1 2 8"},   {5, true, false, "2 5 8"}, {6, true, false, "2 5 8"},
-      {1, false, false, "2 5 8"}, {5, false, true, "2 5 8"}, {9, false, true, "2 8 9"},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.list);
-    Job first(2, 0), same(5, 0), last(8, 0), job(c.time, 0);
-    same.SetID(7);
-    job.SetID(7);
-    CTimeEventQueue queue;
-    for (Job* const queued : {&last, &same, &first}) queue.InsertEvent(queued);
-    CTimeEvent* replaced = &last;
-    bool headChanged = true;
-    EXPECT_EQ(queue.InsertOrReplaceEvent(&job, c.onlyIfEarlier, &replaced, &headChanged), c.done);
-    EXPECT_EQ(replaced, c.done ? &same : nullptr);
-    EXPECT_EQ(headChanged, c.done && c.time == 1);
-    EXPECT_EQ(List(queue), c.list);
   }
 }
 
@@ -103,30 +83,24 @@ TEST(TimeEventQueue, AnEventWhoseTimeIsChangedKeepsItsPlace) {
   EXPECT_EQ(List(queue), "9 3 4 0");
 }
 
-TEST(TimeEventQueue, WithoutMemoryTheFirstEventIsDroppedAndReportedAsTheHead) {
-  Job job;
-  CTimeEventQueue queue;
-  const FailingMemory memory(0);
-  EXPECT_TRUE(queue.InsertEvent(&job));
-  EXPECT_EQ(queue.GetPeepHeadEvent(), nullptr);
-}
-
-TEST(TimeEventQueue, WithoutMemoryAQueueStaysAsItIs) {
+TEST(TimeEventQueue, WithoutMemoryStaysAsItIsAndReportsTheFirstEventAsTheHead) {
   std::deque<Job> jobs;
   CTimeEventQueue queue;
   for (int i = 0; i < 40; ++i) {
-    queue.InsertEvent(&jobs.emplace_back(40 - i % 20, 0));
-    jobs.back().SetID(1);
+    Job& job = jobs.emplace_back(40 - i % 20, 0);
+    job.SetID(1);
     const std::string before = List(queue);
     {
       const FailingMemory memory(0);
       CTimeEvent* replaced = nullptr;
       bool headChanged = true;
-      EXPECT_FALSE(queue.InsertEvent(&jobs[0]));
-      EXPECT_FALSE(queue.InsertAndReplaceEvent(&jobs[0], &replaced, &headChanged));
-      EXPECT_FALSE(replaced || headChanged);
+      EXPECT_EQ(queue.InsertEvent(&job), i == 0);
+      EXPECT_EQ(queue.InsertAndReplaceEvent(&job, &replaced, &headChanged), i == 0);
+      EXPECT_EQ(headChanged, i == 0);
+      EXPECT_EQ(replaced, nullptr);
     }
     EXPECT_EQ(List(queue), before);
+    queue.InsertEvent(&job);
   }
 }
 

@@ -21,7 +21,6 @@ class SteppedClock {
     SetClockForTesting([]() -> LONG { return time_; }, []() -> int { return milliseconds_; });
   }
   SteppedClock(const SteppedClock&) = delete;
-  SteppedClock& operator=(const SteppedClock&) = delete;
   ~SteppedClock() { SetClockForTesting(nullptr); }
 
   void Set(LONG time, int milliseconds) const {
@@ -41,7 +40,7 @@ class Job : public CTimeEvent {
 
   /// Due now.
   explicit Job(Work work = {}) : work_(std::move(work)) {}
-  Job(LONG time, int milliseconds, Work work = {}) : Job(std::move(work)) {
+  Job(LONG time, int milliseconds, Work work = {}) : work_(std::move(work)) {
     SetTime(time, milliseconds);
   }
 
