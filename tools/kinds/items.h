@@ -19,6 +19,11 @@ inline void AddSync(Record& record, const CBaseNode& item, unsigned ofDeleted = 
   record.Add("deleted", item.IsDeleted(), ofDeleted);
 }
 
+inline void AddBuild(Record& record, const CBaseNode& item) {
+  record.Add("baseBuild", item.GetBaseBuild());
+  record.Add("checkedIn", item.HasCheckedIn(nullptr));
+}
+
 inline void AddMarks(Record& record, const CBaseNode& item) {
   record.Add("unread", item.GetNodeStat()->IsUnread(), kOnLine);
   record.Add("flag", item.GetNodeStat()->GetFlag(), kOnLine);

@@ -14,11 +14,6 @@ namespace {
 constexpr const char* kTypes[] = {"url", "note", "webpage", "file"};
 constexpr const char* kFileTypes[] = {"unknown", "pdf", "doc", "ppt", "txt", "xml", "xls"};
 
-void AddBuild(Record& record, const CBaseNode& item) {
-  record.Add("baseBuild", item.GetBaseBuild());
-  record.Add("checkedIn", item.HasCheckedIn(nullptr));
-}
-
 Json TagsOf(const CUrlProp* prop) {
   Json tags = Json::array();
   for (const auto* tag = prop ? prop->GetTagsHead() : nullptr; tag; tag = tag->next)
