@@ -1,9 +1,13 @@
 #include "vosmere/platform/clock.h"
 
 #include <ctime>
+#include <mutex>
 
 namespace vosmere {
 namespace {
+
+// Guards the runtime's zone, which one thread may set up while another reads it.
+std::mutex zoneLock;
 
 // Looking up the zone may go to the file system, and would cost more than all else in a date.
 void SetUpZoneOnce() {
@@ -14,11 +18,13 @@ void SetUpZoneOnce() {
 }  // namespace
 
 void SetUpZone() {
+  const std::lock_guard<std::mutex> lock(zoneLock);
   tzset();
 }
 
 bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
   SetUpZoneOnce();  // localtime_r need not do it
+  const std::lock_guard<std::mutex> lock(zoneLock);
   const std::time_t time = seconds;
   std::tm local;
   if (!localtime_r(&time, &local)) return false;
@@ -29,6 +35,7 @@ bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
 
 LONG ZoneSecondsWest() {
   SetUpZoneOnce();
+  const std::lock_guard<std::mutex> lock(zoneLock);
   return static_cast<LONG>(timezone);
 }
 
