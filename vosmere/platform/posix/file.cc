@@ -10,8 +10,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "vosmere/base/wide_view.h"
-#include "vosmere/platform/posix/utf8.h"
+#include "vosmere/platform/posix/path.h"
 
 namespace vosmere {
 namespace {
@@ -26,13 +25,7 @@ auto UntilNotInterrupted(Call call) {
 /// A descriptor that does not wait for anything, or -1.
 int OpenPath(const WChar* path, int flags) {
   char name[PATH_MAX];
-  const std::size_t length = utf8::Encode(path, WideLength(path), name, sizeof name - 1);
-  if (length == utf8::kNoRoom) {
-    errno = ENAMETOOLONG;
-    return -1;
-  }
-  name[length] = 0;
-  std::replace(name, name + length, '\\', '/');
+  if (!NativePath(path, name)) return -1;
   return UntilNotInterrupted(
       [&] { return open(name, flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666); });
 }

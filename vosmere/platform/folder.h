@@ -1,0 +1,49 @@
+// What is in a folder.
+#pragma once
+
+#include <memory>
+
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+/// Lists a folder in the file system's own order, without "." and "..".
+///
+///   FolderListing listing;
+///   if (!listing.Open(path)) return false;
+///   while (listing.Next()) Use(listing.Name());
+///
+/// Paths are read as File reads them (file.h). A name that is not well-formed where file names are
+/// bytes is shown with U+FFFD.
+class FolderListing {
+ public:
+  /// Units of the longest name, its terminating zero included.
+  static constexpr int kNameLimit = 260;
+
+  FolderListing();
+  FolderListing(const FolderListing&) = delete;
+  FolderListing& operator=(const FolderListing&) = delete;
+  ~FolderListing();
+
+  /// Once. False when the folder cannot be read, and without memory.
+  bool Open(const WChar* path);
+  /// Steps to the first, then to the next entry; false at the end.
+  bool Next();
+
+  /// Of the entry stepped to; lives until the next step.
+  const WChar* Name() const { return name_; }
+  /// Whether it is a folder, or a link to one.
+  bool IsFolder() const { return isFolder_; }
+  /// Whether it is a link to something elsewhere. Who follows links to folders may go in circles.
+  bool IsLink() const { return isLink_; }
+
+ private:
+  struct Search;
+
+  std::unique_ptr<Search> search_;
+  WChar name_[kNameLimit] = {};
+  bool isFolder_ = false;
+  bool isLink_ = false;
+};
+
+}  // namespace vosmere

@@ -1,0 +1,68 @@
+#include "vosmere/platform/folder.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cstring>
+#include <new>
+
+#include "vosmere/platform/posix/path.h"
+#include "vosmere/platform/posix/utf8.h"
+
+namespace vosmere {
+namespace {
+
+bool IsDirectory(DIR* folder, const char* name) {
+  struct stat status;
+  return fstatat(dirfd(folder), name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool IsSymbolicLink(DIR* folder, const dirent& entry) {
+  if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_LNK;
+  struct stat status;
+  return fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+         S_ISLNK(status.st_mode);
+}
+
+}  // namespace
+
+struct FolderListing::Search {
+  explicit Search(const char* name) : folder(opendir(name)) {}
+  Search(const Search&) = delete;
+  Search& operator=(const Search&) = delete;
+  ~Search() {
+    if (folder) closedir(folder);
+  }
+
+  DIR* folder;
+};
+
+FolderListing::FolderListing() = default;
+FolderListing::~FolderListing() = default;
+
+bool FolderListing::Open(const WChar* path) {
+  char name[PATH_MAX];
+  if (!NativePath(path, name)) return false;
+  search_.reset(new (std::nothrow) Search(name));
+  return search_ && search_->folder;
+}
+
+bool FolderListing::Next() {
+  if (!search_ || !search_->folder) return false;
+  DIR* const folder = search_->folder;
+  while (const dirent* const entry = readdir(folder)) {
+    const char* const name = entry->d_name;
+    if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) continue;
+    const std::size_t length = utf8::Decode(name, std::strlen(name), name_, kNameLimit - 1);
+    if (length == utf8::kNoRoom) continue;
+    name_[length] = 0;
+    isLink_ = IsSymbolicLink(folder, *entry);
+    isFolder_ = entry->d_type == DT_DIR ||
+                (entry->d_type != DT_REG && IsDirectory(folder, name));
+    return true;
+  }
+  return false;
+}
+
+}  // namespace vosmere

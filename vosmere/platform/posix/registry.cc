@@ -1,0 +1,133 @@
+#include "vosmere/platform/posix/registry.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <new>
+
+#include "vosmere/base/no_memory.h"
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/file.h"
+#include "vosmere/platform/posix/text_file.h"
+#include "vosmere/platform/registry.h"
+
+struct HKEY__ {
+  std::shared_ptr<const vosmere::RegistryFile> file;
+  std::u16string path;
+};
+
+namespace vosmere {
+namespace {
+
+constexpr char kUserFile[] = "/user.reg";
+
+std::mutex chosenMutex;
+std::u16string chosenPath;  // empty for the default
+
+std::u16string Text(const WChar* text) {
+  const WideView view(text);
+  return {view.begin(), view.end()};
+}
+
+const WChar* Units(const std::u16string& text) {
+  return reinterpret_cast<const WChar*>(text.c_str());
+}
+
+std::u16string DefaultPath() {
+  if (const char* const prefix = std::getenv("WINEPREFIX")) return WideOf(prefix);
+  const char* const home = std::getenv("HOME");
+  return WideOf(std::string(home ? home : "") + "/.wine");
+}
+
+std::string FolderOf(const std::u16string& path) {
+  std::string folder = Utf8Of(path);
+  std::replace(folder.begin(), folder.end(), '\\', '/');
+  folder.erase(folder.rfind('/') + 1);
+  return folder.empty() ? "./" : folder;
+}
+
+bool StartsLikeAHive(const std::u16string& path) {
+  File file;
+  char mark[4] = {};
+  std::size_t got = 0;
+  return file.Open(Units(path)) && file.Read(mark, sizeof mark, &got) && got == sizeof mark &&
+         std::memcmp(mark, "regf", sizeof mark) == 0;
+}
+
+UserRegistry ReadRegistry(std::u16string path) {
+  const std::u16string inPrefix = path + WideOf(kUserFile);
+  if (File().Open(Units(inPrefix))) path = inPrefix;
+  UserRegistry registry{UserRegistry::kHive, FolderOf(path), nullptr};
+  if (StartsLikeAHive(path)) {
+    registry.file = OpenRegistryHive(Units(path));
+    return registry;
+  }
+  std::string bytes;
+  if (!ReadWholeFile(Units(path), kRegistryFileLimit, &bytes)) return registry;
+  registry.kind =
+      bytes.starts_with("WINE") ? UserRegistry::kWinePrefix : UserRegistry::kExported;
+  registry.file = OpenRegistryText(std::move(bytes));
+  return registry;
+}
+
+HKEY OpenKey(const std::shared_ptr<const RegistryFile>& file, const std::u16string& path) {
+  if (!file || !file->HasKey(path)) return nullptr;
+  return new HKEY__{file, path};
+}
+
+}  // namespace
+
+UserRegistry ReadUserRegistry() {
+  std::u16string path;
+  {
+    const std::lock_guard lock(chosenMutex);
+    path = chosenPath;
+  }
+  return ReadRegistry(path.empty() ? DefaultPath() : path);
+}
+
+std::u16string ReadText(const RegistryFile& file, const char16_t* key, const char16_t* name) {
+  std::string bytes;
+  if (!file.ReadValue(key, name, &bytes)) return {};
+  const std::u16string text = WideOf(TextOf("\xFF\xFE" + bytes));
+  return text.substr(0, text.find(u'\0'));
+}
+
+bool SetUserRegistry(const WChar* path) try {
+  std::u16string chosen = Text(path);
+  if (!chosen.empty() && !ReadRegistry(chosen).file) return false;
+  const std::lock_guard lock(chosenMutex);
+  chosenPath.swap(chosen);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+HKEY OpenUserKey(const WChar* path) {
+  return NullIfNoMemory([path] { return OpenKey(ReadUserRegistry().file, Text(path)); });
+}
+
+HKEY OpenSubKey(HKEY parent, const WChar* path) {
+  if (!parent) return nullptr;
+  return NullIfNoMemory([&] { return OpenKey(parent->file, parent->path + u'\\' + Text(path)); });
+}
+
+void CloseKey(HKEY key) {
+  delete key;
+}
+
+bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size) try {
+  std::string value;
+  if (!key || !key->file->ReadValue(key->path, Text(name), &value)) return false;
+  const std::size_t room = *size;
+  *size = static_cast<ULONG>(value.size());
+  if (!bytes) return true;
+  if (value.size() > room) return false;
+  std::memcpy(bytes, value.data(), value.size());
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+}  // namespace vosmere

@@ -1,0 +1,70 @@
+// The registry as Windows keeps it in a profile's "NTUSER.DAT".
+#include <hivex.h>
+
+#include <cstdlib>
+
+#include "vosmere/platform/file.h"
+#include "vosmere/platform/posix/path.h"
+#include "vosmere/platform/posix/registry_file.h"
+#include "vosmere/platform/posix/text_file.h"
+
+namespace vosmere {
+namespace {
+
+struct CloseHive {
+  void operator()(hive_h* hive) const { hivex_close(hive); }
+};
+using Hive = std::unique_ptr<hive_h, CloseHive>;
+
+class RegistryHive : public RegistryFile {
+ public:
+  explicit RegistryHive(Hive hive) : hive_(std::move(hive)) {}
+
+  bool HasKey(const std::u16string& key) const override { return FindKey(key) != 0; }
+
+  bool ReadValue(const std::u16string& key, const std::u16string& name,
+                 std::string* bytes) const override {
+    const hive_node_h node = FindKey(key);
+    if (!node) return false;
+    const hive_value_h value = hivex_node_get_value(hive_.get(), node, Utf8Of(name).c_str());
+    if (!value) return false;
+    hive_type type;
+    std::size_t size = 0;
+    const std::unique_ptr<char, decltype(&std::free)> data(
+        hivex_value_value(hive_.get(), value, &type, &size), &std::free);
+    if (!data) return false;
+    bytes->assign(data.get(), size);
+    return true;
+  }
+
+ private:
+  hive_node_h FindKey(const std::u16string& key) const {
+    hive_node_h node = hivex_root(hive_.get());
+    for (std::size_t at = 0; node && at < key.size();) {
+      const std::size_t end = std::min(key.find(u'\\', at), key.size());
+      const std::string name = Utf8Of(key.substr(at, end - at));
+      if (!name.empty()) node = hivex_node_get_child(hive_.get(), node, name.c_str());
+      at = end + 1;
+    }
+    return node;
+  }
+
+  Hive hive_;
+};
+
+}  // namespace
+
+// Opened for writing, though nothing is ever written: the hive is then read into memory as a whole,
+// where a file that another program cuts short cannot pull it away.
+std::unique_ptr<RegistryFile> OpenRegistryHive(const WChar* path) {
+  File file;
+  std::uint64_t size = 0;
+  char name[PATH_MAX];
+  if (!file.Open(path) || !file.Size(&size) || size > kRegistryFileLimit) return nullptr;
+  if (!NativePath(path, name)) return nullptr;
+  Hive hive(hivex_open(name, HIVEX_OPEN_WRITE));
+  if (!hive) return nullptr;
+  return std::make_unique<RegistryHive>(std::move(hive));
+}
+
+}  // namespace vosmere

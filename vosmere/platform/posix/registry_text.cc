@@ -1,0 +1,219 @@
+// The registry as text has a section for each key and a line for each value. A Wine prefix's file
+// escapes whatever is not ASCII, an exported one only quotes and backslashes, and it may take keys
+// and values back.
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/posix/registry_file.h"
+#include "vosmere/platform/posix/text_file.h"
+
+namespace vosmere {
+namespace {
+
+constexpr auto kNone = std::string_view::npos;
+constexpr char kLineEnds[] = "\r\n";
+constexpr int kNoDigit = 16;
+
+std::u16string Folded(std::u16string text) {
+  for (char16_t& unit : text) unit = static_cast<char16_t>(FoldAscii(unit));
+  return text;
+}
+
+int DigitValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return kNoDigit;
+}
+
+/// Takes up to `most` digits off the front of `text`.
+unsigned TakeNumber(std::string_view& text, int base, std::size_t most) {
+  unsigned number = 0;
+  std::size_t used = 0;
+  while (used < most && used < text.size() && DigitValue(text[used]) < base)
+    number = number * base + DigitValue(text[used++]);
+  text.remove_prefix(used);
+  return number;
+}
+
+/// The character behind a backslash, which is taken off with all that belongs to it.
+char16_t TakeEscape(std::string_view& text) {
+  constexpr std::string_view kLetters = "abefnrtv";
+  constexpr char kMeanings[] = "\a\b\x1B\f\n\r\t\v";
+  const char letter = text.front();
+  if (letter >= '0' && letter <= '7') return static_cast<char16_t>(TakeNumber(text, 8, 3));
+  text.remove_prefix(1);
+  if (letter == 'x') return static_cast<char16_t>(TakeNumber(text, 16, 4));
+  const std::size_t meaning = kLetters.find(letter);
+  return meaning == kNone ? static_cast<unsigned char>(letter) : kMeanings[meaning];
+}
+
+std::u16string Unescaped(std::string_view text, bool isWine) {
+  std::u16string units;
+  while (!text.empty()) {
+    const bool escaped = text.front() == '\\' && text.size() > 1;
+    if (escaped) text.remove_prefix(1);
+    if (escaped && isWine) {
+      units += TakeEscape(text);
+      continue;
+    }
+    const std::size_t end = std::min(text.find('\\', 1), text.size());
+    units += WideOf(std::string(text.substr(0, end)));
+    text.remove_prefix(end);
+  }
+  return units;
+}
+
+/// Takes a text in quotes off the front; nothing when there is none or it does not end.
+std::optional<std::string_view> TakeQuoted(std::string_view& text) {
+  if (!text.starts_with('"')) return {};
+  std::size_t end = 1;
+  while (end < text.size() && text[end] != '"') end += text[end] == '\\' ? 2 : 1;
+  if (end >= text.size()) return {};
+  const std::string_view quoted = text.substr(1, end - 1);
+  text.remove_prefix(end + 1);
+  return quoted;
+}
+
+/// Bytes of two digits, separated by commas; a backslash continues on the next line.
+std::string HexBytes(std::string_view text) {
+  std::string bytes;
+  for (;;) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t,"), text.size()));
+    if (text.starts_with('\\'))
+      text.remove_prefix(std::min(text.find_first_not_of("\\ \t\r\n"), text.size()));
+    if (text.empty() || DigitValue(text.front()) == kNoDigit) return bytes;
+    bytes += static_cast<char>(TakeNumber(text, 16, 2));
+  }
+}
+
+template <class Number>
+void AppendLittleEndian(std::string& bytes, Number number) {
+  for (std::size_t i = 0; i < sizeof number; ++i) bytes += static_cast<char>(number >> 8 * i);
+}
+
+/// `data` stands behind "name=" and may go on beyond its line.
+bool ReadData(std::string_view data, bool isWine, std::string* bytes) {
+  std::string_view line = data.substr(0, data.find_first_of(kLineEnds));
+  const std::size_t colon = line.starts_with('"') ? kNone : line.find(':');
+  const std::string_view type = line.substr(0, colon == kNone ? 0 : colon);
+  line.remove_prefix(colon + 1);
+  bytes->clear();
+  if (type.empty() || type.starts_with("str")) {
+    const auto text = TakeQuoted(line);
+    if (!text) return false;
+    for (const char16_t unit : Unescaped(*text, isWine) + u'\0') AppendLittleEndian(*bytes, unit);
+  } else if (type.starts_with("hex")) {
+    *bytes = HexBytes(data.substr(colon + 1));
+  } else if (type == "dword") {
+    AppendLittleEndian(*bytes, TakeNumber(line, 16, 8));
+  } else {
+    return false;
+  }
+  return true;
+}
+
+class RegistryText : public RegistryFile {
+ public:
+  RegistryText(std::string text, bool isWine) : text_(std::move(text)), isWine_(isWine) {
+    std::size_t at = 0;
+    for (std::size_t next; at < text_.size(); at = next) {
+      next = NextSection(at);
+      if (text_[at] == '[') Add(std::string_view(text_).substr(at, next - at));
+    }
+  }
+
+  /// A key is there with every key below it.
+  bool HasKey(const std::u16string& key) const override {
+    const std::u16string wanted = Folded(key);
+    const auto below = sections_.lower_bound(wanted + u'\\');
+    return wanted.empty() || sections_.contains(wanted) ||
+           (below != sections_.end() && below->first.starts_with(wanted + u'\\'));
+  }
+
+  bool ReadValue(const std::u16string& key, const std::u16string& name,
+                 std::string* bytes) const override {
+    const auto found = sections_.find(Folded(key));
+    if (found == sections_.end()) return false;
+    const std::u16string wanted = Folded(name);
+    bool has = false;
+    for (const std::string_view section : found->second)
+      has = ReadLast(section, wanted, has, bytes);
+    return has;
+  }
+
+ private:
+  /// Where the next line that begins with a bracket does.
+  std::size_t NextSection(std::size_t at) const {
+    while ((at = text_.find('[', at + 1)) != kNone)
+      if (text_[at - 1] == '\n' || text_[at - 1] == '\r') return at;
+    return text_.size();
+  }
+
+  void Add(std::string_view section) {
+    const std::size_t line = std::min(section.find_first_of(kLineEnds), section.size());
+    const std::size_t end = section.rfind(']', line - 1);
+    if (end == kNone) return;
+    std::string_view path = section.substr(1, end - 1);
+    const bool takenBack = path.starts_with('-');
+    if (takenBack) path.remove_prefix(1);
+    std::u16string key = Folded(isWine_ ? Unescaped(path, true) : WideOf(std::string(path)));
+    if (!isWine_) {
+      const auto root = {u"hkey_current_user", u"hkcu"};
+      const std::u16string first = key.substr(0, key.find(u'\\'));
+      if (std::find(root.begin(), root.end(), first) == root.end()) return;
+      key.erase(0, first.size() + 1);
+    }
+    if (takenBack)
+      TakeBack(key);
+    else
+      sections_[key].push_back(section.substr(line));
+  }
+
+  void TakeBack(const std::u16string& key) {
+    sections_.erase(key);
+    sections_.erase(sections_.lower_bound(key + u'\\'), sections_.lower_bound(key + u']'));
+  }
+
+  /// Goes over the lines of a section; `has` says whether the value had been given before.
+  bool ReadLast(std::string_view section, const std::u16string& wanted, bool has,
+                std::string* bytes) const {
+    for (;;) {
+      section.remove_prefix(std::min(section.find_first_not_of(kLineEnds), section.size()));
+      if (section.empty()) return has;
+      const std::size_t size = std::min(section.find_first_of(kLineEnds), section.size());
+      std::string_view line = section.substr(0, size);
+      std::optional<std::string_view> name = TakeQuoted(line);
+      if (!name && line.starts_with("@=")) {  // the key's own value, which has no name
+        name = "";
+        line.remove_prefix(1);
+      }
+      if (name && line.starts_with('=') && Folded(Unescaped(*name, isWine_)) == wanted)
+        has = ReadData(section.substr(line.data() + 1 - section.data()), isWine_, bytes);
+      section.remove_prefix(size);
+    }
+  }
+
+  std::string text_;
+  bool isWine_;
+  std::map<std::u16string, std::vector<std::string_view>> sections_;
+};
+
+}  // namespace
+
+RegistryFile::~RegistryFile() = default;
+
+std::unique_ptr<RegistryFile> OpenRegistryText(std::string bytes) {
+  std::string text = TextOf(std::move(bytes));
+  const bool isWine = text.starts_with("WINE REGISTRY Version 2");
+  if (!isWine && !text.starts_with("Windows Registry Editor Version 5.00") &&
+      !text.starts_with("REGEDIT4"))
+    return nullptr;
+  return std::make_unique<RegistryText>(std::move(text), isWine);
+}
+
+}  // namespace vosmere

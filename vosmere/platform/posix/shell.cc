@@ -1,0 +1,82 @@
+#include "vosmere/platform/shell.h"
+
+#include <algorithm>
+#include <new>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/posix/registry.h"
+#include "vosmere/platform/posix/shortcut.h"
+#include "vosmere/platform/posix/text_file.h"
+
+namespace vosmere {
+namespace {
+
+constexpr std::size_t kShortcutLimit = 1 << 20;
+constexpr char16_t kFolders[] =
+    u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
+constexpr std::u16string_view kProfile = u"%USERPROFILE%\\";
+
+/// A path of the Windows whose files lie in a Wine prefix.
+std::u16string InPrefix(const UserRegistry& prefix, std::u16string path) {
+  if (path.size() < 2 || path[1] != u':') return {};
+  path[0] = static_cast<char16_t>(FoldAscii(path[0]));
+  return WideOf(prefix.folder + "dosdevices/") + path;
+}
+
+/// Of a profile's hive only what lies in the profile itself can be found: it does not say what
+/// became of its drives here.
+std::u16string FavoritesOf(const UserRegistry& registry) {
+  std::u16string path = ReadText(*registry.file, kFolders, u"Favorites");
+  const bool inProfile = path.starts_with(kProfile);
+  if (inProfile) path.erase(0, kProfile.size());
+  switch (registry.kind) {
+    case UserRegistry::kHive:
+      return WideOf(registry.folder) + (inProfile ? path : u"Favorites");
+    case UserRegistry::kWinePrefix:
+      if (inProfile)
+        path = ReadText(*registry.file, u"Volatile Environment", u"USERPROFILE") + u'\\' + path;
+      return InPrefix(registry, path);
+    default: return {};
+  }
+}
+
+/// Zero-terminated, into room for `capacity` units. False when it does not fit.
+bool CopyTo(const std::u16string& text, WChar* out, std::size_t capacity) {
+  if (text.size() >= capacity) return false;
+  std::copy_n(text.c_str(), text.size() + 1, out);
+  return true;
+}
+
+}  // namespace
+
+bool FavoritesFolder(WChar (&path)[kShellPathLimit]) try {
+  path[0] = 0;
+  const UserRegistry registry = ReadUserRegistry();
+  const std::u16string folder = registry.file ? FavoritesOf(registry) : std::u16string();
+  return !folder.empty() && CopyTo(folder, path, kShellPathLimit);
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+ShellAllocator::ShellAllocator() : allocator_(nullptr) {}
+
+ShellAllocator::~ShellAllocator() = default;
+
+void ShellAllocator::Free(WChar* text) const {
+  delete[] text;
+}
+
+WChar* ShortcutAddress(const WChar* path) try {
+  std::string bytes;
+  if (!ReadWholeFile(path, kShortcutLimit, &bytes)) return nullptr;
+  std::u16string address = ShortcutAddressIn(std::move(bytes));
+  address.resize(std::min(address.find(u'\0'), address.size()));
+  if (address.empty()) return nullptr;
+  auto* const units = new WChar[address.size() + 1];
+  CopyTo(address, units, address.size() + 1);
+  return units;
+} catch (const std::bad_alloc&) {
+  return nullptr;
+}
+
+}  // namespace vosmere

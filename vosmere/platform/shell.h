@@ -1,0 +1,36 @@
+// What the library asks the system's shell: where the Favorites are, and where a shortcut leads.
+#pragma once
+
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+/// Units of the longest path that the shell deals in, its terminating zero included.
+inline constexpr int kShellPathLimit = 260;
+
+/// The current user's Favorites folder; on Windows the shell's answer, elsewhere the one of the
+/// profile that stands for the registry (registry.h). False, with an empty text, when there is none:
+/// an exported registry file belongs to no folder, for instance.
+bool FavoritesFolder(WChar (&path)[kShellPathLimit]);
+
+/// Frees what the shell hands out.
+class ShellAllocator {
+ public:
+  ShellAllocator();
+  ShellAllocator(const ShellAllocator&) = delete;
+  ShellAllocator& operator=(const ShellAllocator&) = delete;
+  ~ShellAllocator();
+
+  /// Null is ignored.
+  void Free(WChar* text) const;
+
+ private:
+  void* allocator_;
+};
+
+/// The address that an Internet shortcut file leads to, in the shell's memory; null when the file
+/// cannot be read or holds none, and without memory. On Windows the calling thread has initialised
+/// COM, and on one that has not the result is null: the shortcut object is the system's own.
+WChar* ShortcutAddress(const WChar* path);
+
+}  // namespace vosmere

@@ -1,0 +1,20 @@
+// Which Windows this is.
+#pragma once
+
+#include "vosmere/base/types.h"
+
+namespace vosmere {
+
+struct SystemVersion {
+  bool isNt;
+  ULONG major;
+  ULONG minor;
+};
+
+/// What the system says of itself; off Windows a present-day version, 10.0.
+SystemVersion GetSystemVersion();
+
+/// Replaces the answer in tests; null restores it.
+void SetSystemVersionForTesting(SystemVersion (*source)());
+
+}  // namespace vosmere

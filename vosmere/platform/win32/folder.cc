@@ -1,0 +1,63 @@
+#include "vosmere/platform/folder.h"
+
+#include <algorithm>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/win32/com.h"
+
+namespace vosmere {
+namespace {
+
+bool IsDots(const wchar_t* name) {
+  return std::wstring_view(name) == L"." || std::wstring_view(name) == L"..";
+}
+
+}  // namespace
+
+struct FolderListing::Search {
+  explicit Search(const std::wstring& pattern)
+      : handle(::FindFirstFileW(pattern.c_str(), &found)) {}
+  Search(const Search&) = delete;
+  Search& operator=(const Search&) = delete;
+  ~Search() {
+    if (handle != INVALID_HANDLE_VALUE) ::FindClose(handle);
+  }
+
+  WIN32_FIND_DATAW found;
+  HANDLE handle;
+  bool atFirst = true;
+};
+
+FolderListing::FolderListing() = default;
+FolderListing::~FolderListing() = default;
+
+static_assert(FolderListing::kNameLimit == MAX_PATH);
+
+bool FolderListing::Open(const WChar* path) try {
+  if (WideView(path).empty()) return false;
+  std::wstring pattern(win32::Native(path), WideLength(path));
+  if (!pattern.ends_with(L'\\') && !pattern.ends_with(L'/')) pattern += L'\\';
+  search_ = std::make_unique<Search>(pattern + L"*.*");
+  return search_->handle != INVALID_HANDLE_VALUE;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+bool FolderListing::Next() {
+  if (!search_ || search_->handle == INVALID_HANDLE_VALUE) return false;
+  WIN32_FIND_DATAW& found = search_->found;
+  do {
+    const bool atFirst = std::exchange(search_->atFirst, false);
+    if (!atFirst && !::FindNextFileW(search_->handle, &found)) return false;
+  } while (IsDots(found.cFileName));
+  std::copy_n(found.cFileName, kNameLimit, name_);
+  isFolder_ = found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+  isLink_ = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) &&
+            IsReparseTagNameSurrogate(found.dwReserved0);
+  return true;
+}
+
+}  // namespace vosmere
