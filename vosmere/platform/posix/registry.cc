@@ -7,7 +7,7 @@
 #include <new>
 
 #include "vosmere/base/no_memory.h"
-#include "vosmere/base/wide_view.h"
+#include "vosmere/base/wide_string.h"
 #include "vosmere/platform/file.h"
 #include "vosmere/platform/posix/text_file.h"
 #include "vosmere/platform/registry.h"
@@ -24,15 +24,6 @@ constexpr char kUserFile[] = "/user.reg";
 
 std::mutex chosenMutex;
 std::u16string chosenPath;  // empty for the default
-
-std::u16string Text(const WChar* text) {
-  const WideView view(text);
-  return {view.begin(), view.end()};
-}
-
-const WChar* Units(const std::u16string& text) {
-  return reinterpret_cast<const WChar*>(text.c_str());
-}
 
 std::u16string DefaultPath() {
   if (const char* const prefix = std::getenv("WINEPREFIX")) return WideOf(prefix);
@@ -65,8 +56,7 @@ UserRegistry ReadRegistry(std::u16string path) {
   }
   std::string bytes;
   if (!ReadWholeFile(Units(path), kRegistryFileLimit, &bytes)) return registry;
-  registry.kind =
-      bytes.starts_with("WINE") ? UserRegistry::kWinePrefix : UserRegistry::kExported;
+  registry.kind = bytes.starts_with("WINE") ? UserRegistry::kWinePrefix : UserRegistry::kExported;
   registry.file = OpenRegistryText(std::move(bytes));
   return registry;
 }
@@ -95,7 +85,7 @@ std::u16string ReadText(const RegistryFile& file, const char16_t* key, const cha
 }
 
 bool SetUserRegistry(const WChar* path) try {
-  std::u16string chosen = Text(path);
+  std::u16string chosen = ToU16(path);
   if (!chosen.empty() && !ReadRegistry(chosen).file) return false;
   const std::lock_guard lock(chosenMutex);
   chosenPath.swap(chosen);
@@ -105,12 +95,12 @@ bool SetUserRegistry(const WChar* path) try {
 }
 
 HKEY OpenUserKey(const WChar* path) {
-  return NullIfNoMemory([path] { return OpenKey(ReadUserRegistry().file, Text(path)); });
+  return NullIfNoMemory([path] { return OpenKey(ReadUserRegistry().file, ToU16(path)); });
 }
 
 HKEY OpenSubKey(HKEY parent, const WChar* path) {
   if (!parent) return nullptr;
-  return NullIfNoMemory([&] { return OpenKey(parent->file, parent->path + u'\\' + Text(path)); });
+  return NullIfNoMemory([&] { return OpenKey(parent->file, parent->path + u'\\' + ToU16(path)); });
 }
 
 void CloseKey(HKEY key) {
@@ -119,7 +109,7 @@ void CloseKey(HKEY key) {
 
 bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size) try {
   std::string value;
-  if (!key || !key->file->ReadValue(key->path, Text(name), &value)) return false;
+  if (!key || !key->file->ReadValue(key->path, ToU16(name), &value)) return false;
   const std::size_t room = *size;
   *size = static_cast<ULONG>(value.size());
   if (!bytes) return true;

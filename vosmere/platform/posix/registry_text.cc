@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "vosmere/base/wide_view.h"
+#include "vosmere/base/wide_string.h"
 #include "vosmere/platform/posix/registry_file.h"
 #include "vosmere/platform/posix/text_file.h"
 
@@ -17,11 +17,6 @@ namespace {
 constexpr auto kNone = std::string_view::npos;
 constexpr char kLineEnds[] = "\r\n";
 constexpr int kNoDigit = 16;
-
-std::u16string Folded(std::u16string text) {
-  for (char16_t& unit : text) unit = static_cast<char16_t>(FoldAscii(unit));
-  return text;
-}
 
 int DigitValue(char c) {
   if (c >= '0' && c <= '9') return c - '0';

@@ -1,0 +1,291 @@
+#include "vosmere/favorites/favorites.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <memory>
+
+#include "tests/support/failing_memory.h"
+#include "tests/support/files.h"
+#include "tests/support/order.h"
+#include "tests/support/user_registry.h"
+#include "vosmere/platform/system_version.h"
+
+namespace vosmere::test {
+namespace {
+
+/// A folder with those files, and folders where the name ends in a slash, and its list.
+class Level {
+ public:
+  explicit Level(std::initializer_list<const char*> entries = {}) {
+    for (const std::string name : entries)
+      name.back() == '/' ? void(std::filesystem::create_directory(folder_ / name))
+                         : WriteBytes(folder_ / name, "[InternetShortcut]\nURL=to:" + name);
+  }
+  Level(const Level&) = delete;
+  Level& operator=(const Level&) = delete;
+  ~Level() { CFavorite::DeleteList(list); }
+
+  Wide path() const { return W((folder_ / "").parent_path()); }
+
+  int Decode(const std::string& order, bool onXP = false, bool resolve = false) {
+    CFavorite::DeleteList(list);
+    favorites.SetRunningOnXP(onXP);
+    return favorites.ExtractFavoritesFromOrderBuffer(
+        nullptr, nullptr, path(), &list, &head, resolve,
+        reinterpret_cast<const unsigned char*>(order.data()), static_cast<ULONG>(order.size()));
+  }
+
+  /// Names in order, folders with a slash; what has an order record is marked with its position.
+  std::string Shown() const {
+    std::string shown;
+    for (const CFavorite* favorite = list; favorite; favorite = favorite->next) {
+      std::string name = Utf8(favorite->name);
+      const std::string start = Utf8(path()) + '\\';
+      if (name.starts_with(start)) name.erase(0, start.size());
+      shown += (shown.empty() ? "" : " ") + name + (favorite->isFile ? "" : "/");
+      if (const COrderRecord* const record = favorite->GetOrderRecord())
+        shown += "@" + std::to_string(record->position);
+    }
+    return shown;
+  }
+
+  CFavorites favorites;
+  CFavorite* list = nullptr;
+  COrderHead head;
+
+ private:
+  TempFolder folder_;
+};
+
+TEST(Favorites, ListsTheOrderedItemsByPositionAndThenTheRest) {
+  Level level({"a.url", "b.url", "c.url", "Sub/", "Desktop.ini"});
+  EXPECT_EQ(level.Decode(Order({{"b.url", 2}, {"Sub", 0, kFolder}, {"A.URL", 1}})), 1);
+  EXPECT_EQ(level.Shown(), "Sub/@0 A.URL@1 b.url@2 c.url");
+  EXPECT_TRUE(level.head.fromRegistry);
+  EXPECT_EQ(level.head.words[2], 777u);
+  EXPECT_EQ(level.head.words[4], 3u);
+}
+
+TEST(Favorites, PlacesRecordsAsTheirPositionsSay) {
+  const struct {
+    std::vector<OrderItem> items;
+    const char* shown;
+  } cases[] = {
+      {{{"a", 1}, {"b"}, {"c", 0}}, "c@0 b@-5"},
+      {{{"a"}, {"b"}, {"c"}}, "a@-5 b@-5 c@-5"},
+      {{{"a", 1}, {"b", 1}}, "b@1"},
+      {{{"a", 2}, {"b", 1}}, "b@1"},
+      {{{"a", -1}, {"b", -6}, {"c", 0}}, "c@0"},
+      {{{"", 0}, {"caf\xE9", 1}}, "café@1"},
+      {{{Utf16(u"wide"), 0, kFile | kWide}}, "wide@0"},
+      {{{Utf16(u"w"), 0, kFolder | kWide}}, "w/@0"},
+  };
+  for (const auto& c : cases) {
+    Level level;
+    EXPECT_EQ(level.Decode(Order(c.items)), 1);
+    EXPECT_EQ(level.Shown(), c.shown);
+  }
+}
+
+TEST(Favorites, KeepsTheFieldsOfARecord) {
+  Level level;
+  level.Decode(Order({{"a", 0}}));
+  ASSERT_EQ(level.Shown(), "a@0");
+  const COrderRecord& record = *level.list->GetOrderRecord();
+  EXPECT_EQ(record.recordSize, 24u);
+  EXPECT_EQ(record.itemSize, 16);
+  EXPECT_EQ(record.itemFlags, kFile);
+  EXPECT_EQ(record.wordAt12, 0x657A6973u) << "size";
+  EXPECT_EQ(record.wordAt16, 0x65746164u) << "date";
+  EXPECT_EQ(record.halfWordAt20, 0x7461) << "at";
+  EXPECT_TRUE(record.fromOrderValue);
+  EXPECT_FALSE(record.spareFlag);
+  EXPECT_EQ(record.longName.get(), nullptr);
+}
+
+TEST(Favorites, OnXPTheLongNameIsTheItems) {
+  Level level({"A long name.url"});
+  level.Decode(Order({{"ALON~1.URL", 0, kFile, u"A long name.url"}, {"B", 1, kFolder, u"Bé"}}),
+               true);
+  ASSERT_EQ(level.Shown(), "A long name.url@0 Bé/@1");
+  const COrderRecord& record = *level.list->GetOrderRecord();
+  EXPECT_STREQ(record.shortName.get(), "ALON~1.URL");
+  EXPECT_EQ(record.shortNameLength, 10);
+  EXPECT_TRUE(record.padded);
+  EXPECT_EQ(std::string(record.extensionHeader + 4, record.extensionHeader + 12),
+            LittleEndian(0xBEEF0004, 4) + "date");
+  EXPECT_EQ(Utf8(record.longName.get()), "A long name.url");
+  EXPECT_EQ(record.longNameLength, 15);
+  EXPECT_EQ(record.trailer[0] & 0xFFFF, 14u + 12) << "where the block stood in its item";
+  EXPECT_FALSE(level.list->next->GetOrderRecord()->padded);
+}
+
+TEST(Favorites, OnXPAWideShortNameIsSkippedByItsCharactersAsBytes) {
+  // Four characters and two bytes from the name's start, the header begins: in the name's midst.
+  const std::string behind = std::string(20 - 4, '.') + Utf16(u"long") + std::string(2, '\0');
+  std::string record = Record({Utf16(u"abcd"), 0, kFile | kWide});
+  record = LittleEndian(record.size() + behind.size(), 4) + record.substr(4) + behind;
+  Level level;
+  level.Decode(OrderHeader(1) + record, true);
+  ASSERT_EQ(level.Shown(), "long@0");
+  EXPECT_EQ(level.list->GetOrderRecord()->shortName, nullptr);
+  EXPECT_EQ(level.list->GetOrderRecord()->extensionHeader[0], 'd');
+}
+
+TEST(Favorites, AValueOfNoRecordsGivesAnEmptyList) {
+  Level level({"a.url"});
+  EXPECT_EQ(level.Decode(OrderHeader(0)), 1);
+  EXPECT_EQ(level.Shown(), "");
+}
+
+TEST(Favorites, ARenamedFileIsListedTwice) {
+  Level level({"new.url"});
+  level.Decode(Order({{"old.url", 0}}));
+  EXPECT_EQ(level.Shown(), "old.url@0 new.url");
+}
+
+TEST(Favorites, AnyBytesAreRead) {
+  const std::string a = Record({"a", 0}), b = Record({"b", 1}), c = Record({"c", 2});
+  const auto sized = [](std::uint32_t size, const std::string& record) {
+    return LittleEndian(size, 4) + record.substr(4);
+  };
+  const std::string longest(259, 'x');
+  const struct {
+    std::string value;
+    const char* shown;
+  } cases[] = {
+      {"", "d"},
+      {OrderHeader(3).substr(0, 19), "d"},
+      {OrderHeader(3), "d"},
+      {OrderHeader(0xFFFFFFFF) + a + b, "a@0 b@1 d"},
+      {OrderHeader(2) + a + b + c, "a@0 b@1 d"},
+      {OrderHeader(3) + a + sized(0, b) + c, "a@0 b@1 d"},
+      {OrderHeader(3) + a + sized(1, b) + c, "a@0 b@1 d"},
+      {OrderHeader(3) + a + sized(0xFFFFFFFF, b) + c, "a@0 b@1 d"},
+      {OrderHeader(3) + a + sized(0u - a.size(), b) + c, "a@0 b@1 d"},
+      {OrderHeader(3) + a + (b + c).substr(0, b.size() + 21), "a@0 b@1 d"},
+      {OrderHeader(3) + a + (b + c).substr(0, b.size() + 22), "a@0 b@1 d"},
+      {OrderHeader(3) + Record({longest, 0}) + b, "b@1 d"},
+      {OrderHeader(1) + Record({"unended", 0}).substr(0, 22 + 3), "une@0 d"},
+      {OrderHeader(1) + Record({Utf16(u"une"), 0, kWide}).substr(0, 22 + 3), "u/@0 d"},
+  };
+  for (const auto& c : cases) {
+    Level level({"d"});
+    EXPECT_EQ(level.Decode(c.value), 1);
+    EXPECT_EQ(level.Shown(), c.shown);
+    EXPECT_EQ(level.Decode(c.value, true), 1);
+    EXPECT_TRUE(level.Shown().ends_with("d")) << "whatever is taken for long names";
+  }
+}
+
+TEST(Favorites, OnXPACutLongNameEndsWithTheValue) {
+  const std::string record = Record({"a", 0, kFile, u"long"});
+  const std::size_t longName = 22 + 2 + 20;
+  Level level;
+  level.Decode(OrderHeader(1) + record.substr(0, longName + 5), true);
+  ASSERT_EQ(level.Shown(), "lo@0");
+  EXPECT_EQ(level.list->GetOrderRecord()->trailer[0], 0u);
+  level.Decode(OrderHeader(1) + record.substr(0, longName - 1), true);
+  EXPECT_EQ(level.Shown(), "");
+}
+
+TEST(Favorites, ResolvesFilesOnRequest) {
+  Level level({"a.url", "b.url", "Sub/"});
+  const std::string order = Order({{"b.url"}, {"gone.url"}, {"Sub", -5, kFolder}});
+  level.Decode(order);
+  EXPECT_EQ(Utf8(level.list->url.get()), "");
+  level.Decode(order, false, true);
+  std::string urls;
+  for (const CFavorite* f = level.list; f; f = f->next) urls += Utf8(f->url.get()) + ",";
+  EXPECT_EQ(urls, "to:b.url,,,to:a.url,");
+}
+
+TEST(Favorites, ReadsTheOrderUnderTheCurrentUser) {
+  UserRegistry registry;
+  Level level({"a", "b"});
+  const auto extract = [&](const char* key) {
+    CFavorite::DeleteList(level.list);
+    return level.favorites.ExtractFavorites(registry.Key(key), level.path(), &level.list, nullptr,
+                                            0);
+  };
+  EXPECT_EQ(extract(""), 0);
+  EXPECT_EQ(level.Shown(), "");
+  registry.Set("", "Order", Order({{"b"}, {"a"}}));
+  registry.Set("Sub", "Other", "x");
+  registry.Set("Empty", "Order", "");
+  EXPECT_EQ(extract(""), 1);
+  EXPECT_EQ(level.Shown(), "b@-5 a@-5");
+  for (const char* const key : {"Sub", "Empty"}) {
+    EXPECT_EQ(extract(key), 1);
+    EXPECT_EQ(level.Shown().size(), 3u) << "both, from the directory";
+  }
+  WChar path[CFavorite::kNameLimit];
+  level.favorites.GetFavoritesRegPath(path);
+  EXPECT_EQ(Utf8(path),
+            "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Favorites");
+}
+
+TEST(Favorites, ADirectoryIsReadWithOrWithoutItsSeparatorAndMayBeMissing) {
+  Level level({"a"});
+  for (const char* const separator : {"", "\\", "/"}) {
+    EXPECT_EQ(level.favorites.ExtractFavoritesFromFileFolders(W(Utf8(level.path()) + separator),
+                                                              &level.list, 0, 0),
+              1);
+    EXPECT_EQ(level.list->next == nullptr, *separator != '/') << "as a path it is another";
+  }
+  CFavorite* none = nullptr;
+  EXPECT_EQ(level.favorites.ExtractFavoritesFromFileFolders(W("/no such"), &none, 0, 0), 1);
+  EXPECT_EQ(none, nullptr);
+}
+
+TEST(Favorites, FindsAnItemOrTheLastOne) {
+  Level level;
+  level.Decode(Order({{"a"}, {"b"}}));
+  CFavorite* found = nullptr;
+  EXPECT_EQ(level.list->FindOccurence(W(Utf8(level.path()) + "\\A"), &found), 1);
+  EXPECT_EQ(found, level.list);
+  EXPECT_EQ(level.list->FindOccurence(W("b"), &found), 0);
+  EXPECT_EQ(found, level.list->next);
+}
+
+TEST(Favorites, OnlyXPAndServer2003AreXP) {
+  static SystemVersion version;
+  SetSystemVersionForTesting([] { return version; });
+  const struct {
+    SystemVersion version;
+    bool isXP;
+  } cases[] = {{{true, 5, 1}, true},  {{true, 5, 2}, true},   {{true, 5, 0}, false},
+               {{true, 6, 1}, false}, {{true, 10, 0}, false}, {{false, 5, 1}, false},
+               {{true, 4, 1}, false}};
+  for (const auto& c : cases) {
+    version = c.version;
+    EXPECT_EQ(CFavorites().AmIRunningOnXP(), c.isXP);
+  }
+  SetSystemVersionForTesting(nullptr);
+  EXPECT_FALSE(CFavorites().AmIRunningOnXP());
+}
+
+TEST(Favorites, WithoutMemoryTheListIsShorterAndTheResultZero) {
+  Level level({"c", "d"});
+  const std::string order = Order({{"a", 0, kFile, u"long"}, {Utf16(u"b"), 1, kWide}});
+  const Wide path = level.path();
+  for (const bool onXP : {false, true})
+    AtEachFailure(
+        [&]() -> CFavorite* {
+          CFavorite* list = nullptr;
+          level.favorites.SetRunningOnXP(onXP);
+          const int result = level.favorites.ExtractFavoritesFromOrderBuffer(
+              nullptr, nullptr, path, &list, nullptr, 0,
+              reinterpret_cast<const unsigned char*>(order.data()),
+              static_cast<ULONG>(order.size()));
+          if (result) return list;
+          CFavorite::DeleteList(list);
+          return nullptr;
+        },
+        [](CFavorite* list, bool) { CFavorite::DeleteList(list); });
+}
+
+}  // namespace
+}  // namespace vosmere::test

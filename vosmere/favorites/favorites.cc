@@ -1,0 +1,226 @@
+#include "vosmere/favorites/favorites.h"
+
+#include <algorithm>
+#include <map>
+#include <new>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "vosmere/base/wide_string.h"
+#include "vosmere/favorites/order_value.h"
+#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/folder.h"
+#include "vosmere/platform/shell.h"
+#include "vosmere/platform/system_version.h"
+
+namespace vosmere {
+namespace {
+
+static_assert(CFavorite::kNameLimit == kShellPathLimit);
+
+constexpr char16_t kOrder[] = u"Order";
+constexpr char16_t kDesktopIni[] = u"Desktop.ini";
+constexpr char16_t kMenuOrder[] =
+    u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Favorites";
+
+struct DeleteFavorite {
+  void operator()(CFavorite* favorite) const { CFavorite::DeleteList(favorite); }
+};
+using FavoritePtr = std::unique_ptr<CFavorite, DeleteFavorite>;
+
+/// Null when the path does not fit an item. Throws std::bad_alloc.
+FavoritePtr NewFavorite(const std::u16string& path) {
+  if (path.size() >= CFavorite::kNameLimit) return nullptr;
+  FavoritePtr favorite(CFavorite::New());
+  if (!favorite) throw std::bad_alloc();
+  std::copy_n(Units(path), path.size() + 1, favorite->name);
+  return favorite;
+}
+
+/// What becomes of a name that passes through the system's code page. Throws std::bad_alloc.
+std::u16string ThroughCodePage(const std::u16string& name) {
+  const int length = static_cast<int>(name.size());
+  std::string bytes(WideToBytes(kCodePageSystem, Units(name), length, nullptr, 0), 0);
+  const int size = static_cast<int>(bytes.size());
+  WideToBytes(kCodePageSystem, Units(name), length, bytes.data(), size);
+  std::u16string back(BytesToWide(kCodePageSystem, bytes.data(), size, nullptr, 0), 0);
+  BytesToWide(kCodePageSystem, bytes.data(), size, reinterpret_cast<WChar*>(back.data()),
+              static_cast<int>(back.size()));
+  return back;
+}
+
+/// The short name, in the XP layout; where the rest begins. Throws std::bad_alloc.
+std::optional<std::size_t> TakeShortName(const OrderEntry& entry, COrderRecord& record) {
+  const ByteView bytes = entry.bytes.From(OrderEntry::kNameAt);
+  if (entry.Flags() & OrderEntry::kIsWide) {
+    const std::optional<std::u16string> name = bytes.Text16();
+    if (!name) return {};
+    // Intended: characters are counted as bytes. What follows has always been looked for there.
+    return OrderEntry::kNameAt + name->size() + 2;
+  }
+  const std::optional<std::string> name = bytes.Text8();
+  if (!name) return {};
+  record.shortName = std::make_unique<char[]>(name->size() + 1);
+  std::copy_n(name->c_str(), name->size() + 1, record.shortName.get());
+  record.shortNameLength = static_cast<LONG>(name->size());
+  record.padded = (name->size() + 1) % 2 != 0;
+  return OrderEntry::kNameAt + name->size() + 1 + record.padded;
+}
+
+/// The item's name in the XP layout, where it is the long one; empty for none. Throws
+/// std::bad_alloc.
+std::u16string TakeXpNames(const OrderEntry& entry, COrderRecord& record) {
+  const std::optional<std::size_t> at = TakeShortName(entry, record);
+  constexpr std::size_t kHeader = sizeof record.extensionHeader;
+  if (!at || entry.bytes.From(*at).size() < kHeader) return {};
+  const ByteView header = entry.bytes.From(*at);
+  std::copy_n(header.data(), kHeader, record.extensionHeader);
+  const std::optional<std::u16string> name = header.From(kHeader).Text16();
+  if (!name) return {};
+  record.longName = HeapText(Units(*name));
+  record.longNameLength = static_cast<LONG>(name->size());
+  const ByteView trailer = header.From(kHeader + 2 * (name->size() + 1));
+  record.trailer[0] = trailer.Word(0);
+  record.trailer[1] = trailer.Word(4);
+  return *name;
+}
+
+/// The item's name in the other layout; empty for none. Throws std::bad_alloc.
+std::u16string PlainName(const OrderEntry& entry) {
+  std::u16string name = entry.Name().value_or(u"");
+  return entry.Flags() & OrderEntry::kIsWide ? ThroughCodePage(name) : name;
+}
+
+/// Null for a record that names no item. Throws std::bad_alloc.
+FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bool xpLayout) {
+  auto record = std::make_unique<COrderRecord>();
+  entry.CopyTo(*record);
+  const std::u16string name = xpLayout ? TakeXpNames(entry, *record) : PlainName(entry);
+  FavoritePtr favorite = name.empty() ? nullptr : NewFavorite(JoinPath(folder, name));
+  if (!favorite) return nullptr;
+  favorite->isFile = entry.Flags() & OrderEntry::kIsFile ? 1 : 0;
+  favorite->orderRecord = std::move(record);
+  return favorite;
+}
+
+/// The items that a value names, by position. Throws std::bad_alloc.
+std::map<LONG, FavoritePtr> FavoritesOf(OrderValue& value, const WChar* dirPath, bool xpLayout) {
+  std::map<LONG, FavoritePtr> byPosition;
+  const std::u16string folder = ToU16(dirPath);
+  while (const std::optional<OrderEntry> entry = value.Next()) {
+    const LONG position = entry->Position();
+    if (position < 0 || static_cast<ULONG>(position) >= value.Count()) continue;
+    if (FavoritePtr favorite = FavoriteOf(*entry, folder, xpLayout))
+      byPosition[position] = std::move(favorite);
+  }
+  return byPosition;
+}
+
+void Resolve(CFavorites& favorites, CFavorite& favorite) {
+  WChar* url = nullptr;
+  favorites.ResolveInternetShortcut(favorite.name, &url);
+  if (url) favorite.url.AssignOrEmpty(url);
+  favorites.FreeUrl(url);
+}
+
+}  // namespace
+
+CFavorites::CFavorites() : allocator_(std::make_unique<ShellAllocator>()) {
+  CheckOS();
+}
+
+CFavorites::~CFavorites() = default;
+
+int CFavorites::ExtractFavorites(const WChar* regPath, const WChar* dirPath, CFavorite** list,
+                                 COrderHead* head, int resolve) {
+  *list = nullptr;
+  const HKEY key = OpenUserKey(regPath);
+  if (!key) return 0;
+  const int result = GetOrderBufferFromKey(key, regPath, dirPath, list, head, resolve);
+  CloseKey(key);
+  return result;
+}
+
+int CFavorites::GetOrderBufferFromKey(HKEY key, const WChar* regPath, const WChar* dirPath,
+                                      CFavorite** list, COrderHead* head, int resolve) {
+  *list = nullptr;
+  const WChar* const name = Units(kOrder);
+  ULONG size = 0;
+  if (!ReadKeyValue(key, name, nullptr, &size) || size == 0)
+    return ExtractFavoritesFromFileFolders(dirPath, list, resolve, 0);
+  const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[++size]);
+  if (!bytes || !ReadKeyValue(key, name, bytes.get(), &size)) return 0;
+  return ExtractFavoritesFromOrderBuffer(key, regPath, dirPath, list, head, resolve, bytes.get(),
+                                         size);
+}
+
+int CFavorites::ExtractFavoritesFromOrderBuffer(HKEY, const WChar*, const WChar* dirPath,
+                                                CFavorite** list, COrderHead* head, int resolve,
+                                                const unsigned char* buffer, ULONG length) try {
+  *list = nullptr;
+  OrderValue value(buffer, length);
+  if (!value.HasHead()) return ExtractFavoritesFromFileFolders(dirPath, list, resolve, 0);
+  if (head) value.CopyTo(*head);
+  if (value.Count() == 0) return 1;
+  CFavorite** end = list;
+  for (auto& [position, favorite] : FavoritesOf(value, dirPath, runningOnXP_)) {
+    if (favorite->isFile && resolve) Resolve(*this, *favorite);
+    *end = favorite.release();
+    end = &(*end)->next;
+  }
+  return ExtractFavoritesFromFileFolders(dirPath, list, resolve, 1);
+} catch (const std::bad_alloc&) {
+  return 0;
+}
+
+// A set stands beside the list, so that finding what is listed already costs the same however long
+// the list is.
+int CFavorites::ExtractFavoritesFromFileFolders(const WChar* dirPath, CFavorite** list, int resolve,
+                                                int) try {
+  std::unordered_set<std::u16string> listed;
+  CFavorite** end = list;
+  for (; *end; end = &(*end)->next) listed.insert(Folded(ToU16((*end)->name)));
+  FolderListing listing;
+  if (!listing.Open(dirPath)) return 1;
+  const std::u16string folder = ToU16(dirPath);
+  while (listing.Next()) {
+    if (SameTextNoCase(listing.Name(), Units(kDesktopIni))) continue;
+    const std::u16string path = JoinPath(folder, ToU16(listing.Name()));
+    if (!listed.insert(Folded(path)).second) continue;
+    FavoritePtr favorite = NewFavorite(path);
+    if (!favorite) continue;
+    favorite->isFile = listing.IsFolder() ? 0 : 1;
+    if (favorite->isFile && resolve) Resolve(*this, *favorite);
+    *end = favorite.release();
+    end = &(*end)->next;
+  }
+  return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
+}
+
+void CFavorites::GetFavoritesRegPath(WChar* out) {
+  std::copy_n(Units(kMenuOrder), std::size(kMenuOrder), out);
+}
+
+void CFavorites::GetFavoritesFilePath(WChar* out) {
+  WChar path[kShellPathLimit];
+  FavoritesFolder(path);
+  std::copy_n(path, WideLength(path) + 1, out);
+}
+
+void CFavorites::ResolveInternetShortcut(const WChar* path, WChar** url) {
+  *url = ShortcutAddress(path);
+}
+
+void CFavorites::FreeUrl(WChar* url) {
+  allocator_->Free(url);
+}
+
+void CFavorites::CheckOS() {
+  const SystemVersion version = GetSystemVersion();
+  runningOnXP_ = version.isNt && version.major == 5 && version.minor != 0;
+}
+
+}  // namespace vosmere

@@ -1,0 +1,9 @@
+#include "vosmere/favorites/order_record.h"
+
+namespace vosmere {
+
+COrderHead::~COrderHead() = default;
+
+COrderRecord::~COrderRecord() = default;
+
+}  // namespace vosmere

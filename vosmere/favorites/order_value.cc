@@ -1,0 +1,106 @@
+#include "vosmere/favorites/order_value.h"
+
+#include "vosmere/favorites/favorite.h"
+
+namespace vosmere {
+namespace {
+
+constexpr ULONG kNoPosition = 0xFFFFFFFB;
+constexpr ULONG kBlockMark = 0xBEEF0004;
+
+/// Where the name is in a block of that version; 0 for a version that is not known.
+std::size_t LongNameAt(ULONG version) {
+  switch (version) {
+    case 3: return 20;  // Windows XP, Server 2003
+    case 7: return 38;  // Vista
+    case 8: return 42;  // 7
+    case 9: return 46;  // 8 and later
+    default: return 0;
+  }
+}
+
+/// Bytes that the name at the start takes, its terminating zero included.
+std::size_t NameSize(ByteView bytes, bool isWide) {
+  const std::size_t unit = isWide ? 2 : 1;
+  std::size_t at = 0;
+  while (at < bytes.size() && (isWide ? bytes.Half(at) : bytes.Byte(at))) at += unit;
+  return at + unit;
+}
+
+}  // namespace
+
+std::optional<std::string> ByteView::Text8() const {
+  std::string text;
+  for (std::size_t i = 0; i < size_ && data_[i]; ++i) {
+    if (text.size() + 1 == CFavorite::kNameLimit) return {};
+    text += static_cast<char>(data_[i]);
+  }
+  return text;
+}
+
+std::optional<std::u16string> ByteView::Text16() const {
+  std::u16string text;
+  for (std::size_t i = 0; i + 1 < size_ && Half(i); i += 2) {
+    if (text.size() + 1 == CFavorite::kNameLimit) return {};
+    text += static_cast<char16_t>(Half(i));
+  }
+  return text;
+}
+
+LONG OrderEntry::Position() const {
+  const ULONG stored = bytes.Word(4);
+  return static_cast<LONG>(stored == kNoPosition ? index : stored);
+}
+
+void OrderEntry::CopyTo(COrderRecord& record) const {
+  record.recordSize = bytes.Word(0);
+  record.position = static_cast<LONG>(bytes.Word(4));
+  record.itemSize = bytes.Half(8);
+  record.itemFlags = Flags();
+  record.wordAt12 = bytes.Word(12);
+  record.wordAt16 = bytes.Word(16);
+  record.halfWordAt20 = bytes.Half(20);
+  record.fromOrderValue = true;
+}
+
+std::optional<std::u16string> OrderEntry::Name() const {
+  if (Flags() & kIsWide) return bytes.From(kNameAt).Text16();
+  const std::optional<std::string> narrow = bytes.From(kNameAt).Text8();
+  if (!narrow) return {};
+  std::u16string name;
+  for (const char byte : *narrow) name += static_cast<unsigned char>(byte);
+  return name;
+}
+
+// The block stands behind the name, at an even distance from the item's start, and the item's last
+// two bytes say where; an item that was damaged in one place can still be found by the other.
+std::optional<std::u16string> OrderEntry::LongName() const {
+  const ByteView item = bytes.First(bytes.Word(0)).From(kItemAt).First(bytes.Half(kItemAt));
+  const std::size_t name = kNameAt - kItemAt;
+  const std::size_t behind = name + NameSize(item.From(name), Flags() & kIsWide);
+  for (const std::size_t at : {behind + behind % 2, std::size_t{item.Half(item.size() - 2)}}) {
+    const ByteView block = item.From(at).First(item.Half(at));
+    const std::size_t longName = LongNameAt(block.Half(2));
+    if (block.Word(4) != kBlockMark || longName == 0) continue;
+    const std::optional<std::u16string> text = block.From(longName).Text16();
+    if (text && !text->empty()) return text;
+  }
+  return {};
+}
+
+void OrderValue::CopyTo(COrderHead& head) const {
+  for (std::size_t i = 0; i < std::size(head.words); ++i) head.words[i] = bytes_.Word(4 * i);
+  head.fromRegistry = true;
+}
+
+// A size that does not reach past the record's own fixed part cannot be one: no record behind it
+// can be found, and one that moves on by a byte or two would make thousands of records of one.
+std::optional<OrderEntry> OrderValue::Next() {
+  const ByteView record = bytes_.From(at_);
+  if (record.size() < OrderEntry::kNameAt || index_ == Count()) return {};
+  const ULONG size = record.Word(0);
+  at_ = size < OrderEntry::kNameAt || size > record.size() ? bytes_.size() : at_ + size;
+  return OrderEntry{record, index_++};
+}
+
+}  // namespace vosmere
