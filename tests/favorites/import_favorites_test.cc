@@ -13,8 +13,9 @@ namespace {
 /// A Favorites folder, and the orders of its menus.
 class Favorites {
  public:
-  void AddPage(const std::string& name) {
-    WriteBytes(folder_ / name, "[InternetShortcut]\r\nURL=to:" + name + "\r\n");
+  void AddPage(const std::filesystem::path& name) {
+    WriteBytes(folder_ / "" / name,
+               "[InternetShortcut]\r\nURL=to:" + name.stem().string() + "\r\n");
   }
   void AddFolder(const std::string& name) { std::filesystem::create_directory(folder_ / name); }
   std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
@@ -62,8 +63,8 @@ TEST(ImportFavorites, GivesTheWholeTreeInMenuOrder) {
 TEST(ImportFavorites, ReadsLongNamesOfEveryVersion) {
   for (const int version : {3, 7, 8, 9}) {
     Favorites favorites;
-    for (const char* const page : {"a.url", "bé.url", "c.url"}) WriteBytes(favorites / page, "");
-    favorites.AddPage("a.url");
+    for (const char* const page : {"a.url", "c.url"}) favorites.AddPage(page);
+    favorites.AddPage(u"bé.url");
     const std::string wide = Utf16(u"C~1.URL");
     favorites.registry.Set("", "Order",
                            Order({{wide, 0, kFile | kWide, u"c.url", version},
@@ -121,7 +122,7 @@ TEST(ImportFavorites, ResolvesAddressesAndCountsThoseMissing) {
   EXPECT_EQ(
       Shape(tree->firstChild,
             [](const RNode* link) { return Utf8(static_cast<CUrlNode*>(link->item)->GetUrl()); }),
-      "to:a.url");
+      "to:a");
   EXPECT_EQ(Utf8(static_cast<CUrlNode*>(tree["b"]->item)->GetUrl()), "about:blank");
   EXPECT_EQ(favorites.report.shortcutsWithoutAddress, 2);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/files.h"
+#include "tests/support/platform.h"
 #include "vosmere/platform/system_version.h"
 
 namespace vosmere::test {
@@ -24,6 +25,12 @@ TEST(Shell, ReadsTheAddressOfAShortcut) {
   EXPECT_EQ(AddressIn("[DEFAULT]\r\nBASEURL=http://base.example/\r\n[internetshortcut]\r\n"
                       "Modified=00\r\nurl=mailto:a@b.example"),
             "mailto:a@b.example");
+}
+
+TEST(Shell, AnyThreadCanAsk) {
+  std::string address;
+  RunOnSmallStack(1 << 20, [&] { address = AddressIn("[InternetShortcut]\r\nURL=http://a/"); });
+  EXPECT_EQ(address, "http://a/");
 }
 
 TEST(Shell, WhatHoldsNoAddressGivesNull) {

@@ -21,10 +21,9 @@ class ShellAllocator;
 ///
 /// Lists handed out belong to the caller, who frees them with CFavorite::DeleteList; a result of 0
 /// leaves an empty or shorter list, still to be freed. `head` may be null. With `resolve` not 0 the
-/// address of every file is read: on Windows that takes the shell's own shortcut object, on a
-/// thread that has initialised COM; on one that has not, addresses stay empty. Directories are
-/// read, and paths joined, with either separator. Paths of CFavorite::kNameLimit units or more are
-/// left out. One thread at a time.
+/// address of every file is read; on Windows any thread can do that, and one in a single-threaded
+/// apartment does it fastest. Directories are read, and paths joined, with either separator. Paths
+/// of CFavorite::kNameLimit units or more are left out. One thread at a time.
 ///
 /// Intended: an item whose file has been given another name since is listed twice, from the value
 /// and from the directory, unless the two paths differ in ASCII case alone.

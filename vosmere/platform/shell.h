@@ -9,8 +9,8 @@ namespace vosmere {
 inline constexpr int kShellPathLimit = 260;
 
 /// The current user's Favorites folder; on Windows the shell's answer, elsewhere the one of the
-/// profile that stands for the registry (registry.h). False, with an empty text, when there is none:
-/// an exported registry file belongs to no folder, for instance.
+/// profile that stands for the registry (registry.h). False, with an empty text, when there is
+/// none: an exported registry file belongs to no folder, for instance.
 bool FavoritesFolder(WChar (&path)[kShellPathLimit]);
 
 /// Frees what the shell hands out.
@@ -29,8 +29,9 @@ class ShellAllocator {
 };
 
 /// The address that an Internet shortcut file leads to, in the shell's memory; null when the file
-/// cannot be read or holds none, and without memory. On Windows the calling thread has initialised
-/// COM, and on one that has not the result is null: the shortcut object is the system's own.
+/// cannot be read or holds none, and without memory. On Windows the shell's own shortcut object is
+/// asked, which needs COM and a single-threaded apartment: a thread without COM has it for the time
+/// of the call, and one of the multithreaded apartment has a thread started that asks.
 WChar* ShortcutAddress(const WChar* path);
 
 }  // namespace vosmere
