@@ -5,6 +5,7 @@
 
 #include "tools/date.h"
 #include "tools/document.h"
+#include "tools/favorites.h"
 #include "tools/platform.h"
 #include "tools/replace_file.h"
 #include "tools/text.h"
@@ -90,6 +91,7 @@ int Main(const Arguments& arguments) {
 
   std::string in, out;
   std::vector<std::string> files, dates;
+  FavoritesOptions options;
   bool asJson = false, showAll = false;
   int exitCode = kFine;
 
@@ -131,6 +133,23 @@ int Main(const Arguments& arguments) {
       exitCode =
           std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
   });
+
+  CLI::App* const favorites =
+      app.add_subcommand("favorites", "Print a Favorites folder in the order of its menu")
+          ->footer(kExitCodes);
+  favorites->add_option("DIR", options.folder, "The folder; the user's own if not given");
+  CLI::Option* const profile = favorites->add_option(
+      "--profile", options.registry, "NTUSER.DAT of the profile that keeps the order");
+  CLI::Option* const wine =
+      favorites->add_option("--wine", options.registry, "The Wine prefix that keeps it");
+  favorites->add_option("--reg", options.registry, "An exported registry file that holds it")
+      ->excludes(profile, wine);
+  profile->excludes(wine);
+  CLI::Option* const opml =
+      favorites->add_option("--opml", options.opml, "Write an OPML file of links instead");
+  favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
+      ->excludes(opml);
+  favorites->callback([&] { exitCode = Run([&] { return Favorites(options); }); });
 
   try {
     app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them

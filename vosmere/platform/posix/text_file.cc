@@ -9,7 +9,7 @@
 namespace vosmere {
 namespace {
 
-constexpr std::size_t kBlock = 65536;
+constexpr std::size_t kFirstBlock = 4096;
 
 std::u16string FromUtf16(std::string_view bytes, bool bigEndian) {
   std::u16string text(bytes.size() / 2, 0);
@@ -60,8 +60,9 @@ bool ReadWholeFile(const WChar* path, std::size_t limit, std::string* bytes) {
   for (std::size_t got = 1; got > 0;) {
     const std::size_t size = bytes->size();
     if (size > limit) return false;
-    bytes->resize(size + kBlock);
-    const bool read = file.Read(bytes->data() + size, kBlock, &got);
+    const std::size_t block = std::max(size, kFirstBlock);
+    bytes->resize(size + block);
+    const bool read = file.Read(bytes->data() + size, block, &got);
     bytes->resize(size + (read ? got : 0));
     if (!read) return false;
   }

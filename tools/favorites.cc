@@ -1,0 +1,72 @@
+#include "tools/favorites.h"
+
+#include <iostream>
+
+#include "tools/document.h"
+#include "tools/link_files.h"
+#include "tools/replace_file.h"
+#include "tools/text.h"
+#include "vosmere/cpp.h"
+#include "vosmere/favorites/import_favorites.h"
+#include "vosmere/nodes/tree_walk.h"
+#include "vosmere/platform/registry.h"
+
+namespace vosmere::tool {
+namespace {
+
+void Show(RNode* root, const FavoritesReport& report) {
+  std::size_t level = 1;
+  std::cout << "[tree] " << Printable(root->item->GetName()) << '\n';
+  WalkBelow(
+      root,
+      [&](RNode* link) {
+        const bool isFolder = link->type == NT_FOLDER;
+        std::cout << std::string(2 * level++, ' ') << (isFolder ? "[folder] " : "[page] ")
+                  << Printable(link->item->GetName());
+        if (!isFolder) std::cout << "  " << Printable(static_cast<CUrlNode*>(link->item)->GetUrl());
+        std::cout << '\n';
+        return true;
+      },
+      [&](RNode*) { --level; });
+  std::cout << report.folders << " folders, " << report.items << " pages\n";
+}
+
+void PrintWarnings(const std::string& name, const FavoritesReport& report) {
+  const auto warn = [&](LONG count, const char* what) {
+    if (count > 0) std::cerr << name << ": warning: " << count << ' ' << what << '\n';
+  };
+  if (report.foldersInOrder == 0)
+    std::cerr << name << ": warning: no stored menu order was found; this is by name\n";
+  warn(report.recordsNotUnderstood, "damaged places in the stored order");
+  warn(report.foldersNotRead, "folders left empty that cannot be read or lead elsewhere");
+  warn(report.shortcutsWithoutAddress, "shortcuts without an address, or with one too long");
+  warn(report.otherFiles, "files left out that are no Internet shortcuts");
+}
+
+void Write(CWriteXML&& writer, const std::string& out) {
+  ReplaceFile(out, [&](const WChar* path) {
+    if (!writer.SaveToFile(path)) throw FailureOf(out, writer.LastError());
+  });
+}
+
+}  // namespace
+
+int Favorites(const FavoritesOptions& options) {
+  if (!options.registry.empty() && !SetUserRegistry(ToWide(options.registry).get()))
+    throw Failure{kTrouble,
+                  Printable(options.registry) + ": error: cannot be read as a user's registry"};
+  const SystemString folder = ToWide(options.folder);
+  FavoritesReport report;
+  const Tree tree(
+      ImportFavorites(nullptr, options.folder.empty() ? nullptr : folder.get(), &report));
+  const std::string name = options.folder.empty() ? "Favorites" : Printable(options.folder);
+  if (!tree) throw Failure{kTrouble, name + ": error: the folder cannot be read"};
+
+  if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
+  if (!options.html.empty()) Write(BookmarkHtml(tree.get()), options.html);
+  if (options.opml.empty() && options.html.empty()) Show(tree.get(), report);
+  PrintWarnings(name, report);
+  return kFine;
+}
+
+}  // namespace vosmere::tool

@@ -1,0 +1,102 @@
+#include "tools/link_files.h"
+
+#include <algorithm>
+
+#include "vosmere/cpp.h"
+#include "vosmere/nodes/tree_walk.h"
+
+namespace vosmere::tool {
+namespace {
+
+const WChar* NameOf(RNode* link) {
+  return link->item->GetName();
+}
+const WChar* UrlOf(RNode* page) {
+  return static_cast<CUrlNode*>(page->item)->GetUrl();
+}
+
+}  // namespace
+
+void LinkWriter::PutValue(const WChar* text) {
+  std::u16string value = ToString(text);
+  const auto unspeakable = [](char16_t unit) { return unit < 0x20 || unit >= 0xFFFE; };
+  std::replace_if(value.begin(), value.end(), unspeakable, u'\xFFFD');
+  PutEscaped(WideView(Wide(value)));
+}
+
+void LinkWriter::Indent(std::size_t level) {
+  while (level-- > 0) Put("    ");
+}
+
+bool BookmarkHtml::FillData() {
+  Put("<!DOCTYPE NETSCAPE-Bookmark-file-1>\n"
+      "<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">\n"
+      "<TITLE>");
+  PutValue(NameOf(root_));
+  Put("</TITLE>\n<H1>");
+  PutValue(NameOf(root_));
+  Put("</H1>\n<DL><p>\n");
+  std::size_t level = 1;
+  const auto enter = [&](RNode* link) {
+    const bool isFolder = link->type == NT_FOLDER;
+    Indent(level);
+    Put("<DT>");
+    if (isFolder) {
+      Put("<H3>");
+    } else {
+      Put("<A HREF=\"");
+      PutValue(UrlOf(link));
+      Put("\">");
+    }
+    PutValue(NameOf(link));
+    if (!isFolder) {
+      Put("</A>\n");
+      return false;
+    }
+    Put("</H3>\n");
+    Indent(level++);
+    Put("<DL><p>\n");
+    return true;
+  };
+  const auto leave = [&](RNode* link) {
+    if (link->type != NT_FOLDER) return;
+    Indent(--level);
+    Put("</DL><p>\n");
+  };
+  WalkBelow(root_, enter, leave);
+  Put("</DL><p>\n");
+  return true;
+}
+
+bool LinkOpml::FillData() {
+  BeginDocument();
+  Put("<opml version=\"2.0\">\n<head><title>");
+  PutValue(NameOf(root_));
+  Put("</title></head>\n<body>\n");
+  std::size_t level = 1;
+  const auto enter = [&](RNode* link) {
+    const bool isFolder = link->type == NT_FOLDER;
+    Indent(level);
+    Put("<outline text=\"");
+    PutValue(NameOf(link));
+    if (isFolder) {
+      Put("\">\n");
+      ++level;
+    } else {
+      Put("\" type=\"link\" url=\"");
+      PutValue(UrlOf(link));
+      Put("\"/>\n");
+    }
+    return isFolder;
+  };
+  const auto leave = [&](RNode* link) {
+    if (link->type != NT_FOLDER) return;
+    Indent(--level);
+    Put("</outline>\n");
+  };
+  WalkBelow(root_, enter, leave);
+  Put("</body></opml>\n");
+  return true;
+}
+
+}  // namespace vosmere::tool
