@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "vosmere/base/chain.h"
+#include "vosmere/favorites/favorite.h"
 #include "vosmere/nodes/colct_item.h"
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
@@ -37,6 +38,8 @@ using Item = std::unique_ptr<Node, FreeWith<CBaseNode::Delete>>;
 using Collection = std::unique_ptr<CColctNode, FreeWith<DeleteWithLocalTree>>;
 /// A list of collections with its collections.
 using ColctList = std::unique_ptr<RColctItem, FreeWith<RColctItem::DeleteList>>;
+/// A list of favorites.
+using FavoriteList = std::unique_ptr<CFavorite, FreeWith<CFavorite::DeleteList>>;
 /// A system string that the library handed out.
 using SystemString = std::unique_ptr<WChar, FreeWith<SysFreeString>>;
 

@@ -28,6 +28,7 @@ struct VOSMERE_API CFavorite {
 
   /// Looks for an item of that name from this one on, without regard to ASCII case: 1, and it is
   /// stored in `*last`, or 0, and the last item of the list is.
+  /// Intended: the spelling; programs know it by this name.
   int FindOccurence(const WChar* name, CFavorite** last);
 
   /// Gives the item a new order record of default values in place of the one it has; null, with

@@ -25,7 +25,7 @@ class FolderListing {
   FolderListing& operator=(const FolderListing&) = delete;
   ~FolderListing();
 
-  /// Once. False when the folder cannot be read, and without memory.
+  /// Once. False when the folder cannot be read. Throws std::bad_alloc.
   bool Open(const WChar* path);
   /// Steps to the first, then to the next entry; false at the end.
   bool Next();

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <cstring>
-#include <new>
 
 #include "vosmere/platform/posix/path.h"
 #include "vosmere/platform/posix/utf8.h"
@@ -44,8 +43,8 @@ FolderListing::~FolderListing() = default;
 bool FolderListing::Open(const WChar* path) {
   char name[PATH_MAX];
   if (!NativePath(path, name)) return false;
-  search_.reset(new (std::nothrow) Search(name));
-  return search_ && search_->folder;
+  search_ = std::make_unique<Search>(name);
+  return search_->folder != nullptr;
 }
 
 bool FolderListing::Next() {

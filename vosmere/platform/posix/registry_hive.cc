@@ -55,12 +55,15 @@ class RegistryHive : public RegistryFile {
 }  // namespace
 
 // Opened for writing, though nothing is ever written: the hive is then read into memory as a whole,
-// where a file that another program cuts short cannot pull it away.
+// where a file that another program cuts short cannot pull it away. A hive consists of whole pages;
+// of one that does not, the library reads on behind the end.
 std::unique_ptr<RegistryFile> OpenRegistryHive(const WChar* path) {
+  constexpr std::size_t kPage = 4096;
   File file;
   std::uint64_t size = 0;
   char name[PATH_MAX];
-  if (!file.Open(path) || !file.Size(&size) || size > kRegistryFileLimit) return nullptr;
+  if (!file.Open(path) || !file.Size(&size) || size > kRegistryFileLimit || size % kPage != 0)
+    return nullptr;
   if (!NativePath(path, name)) return nullptr;
   Hive hive(hivex_open(name, HIVEX_OPEN_WRITE));
   if (!hive) return nullptr;

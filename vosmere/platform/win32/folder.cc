@@ -1,7 +1,6 @@
 #include "vosmere/platform/folder.h"
 
 #include <algorithm>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -36,14 +35,12 @@ FolderListing::~FolderListing() = default;
 
 static_assert(FolderListing::kNameLimit == MAX_PATH);
 
-bool FolderListing::Open(const WChar* path) try {
+bool FolderListing::Open(const WChar* path) {
   if (WideView(path).empty()) return false;
   std::wstring pattern(win32::Native(path), WideLength(path));
   if (!pattern.ends_with(L'\\') && !pattern.ends_with(L'/')) pattern += L'\\';
   search_ = std::make_unique<Search>(pattern + L"*.*");
   return search_->handle != INVALID_HANDLE_VALUE;
-} catch (const std::bad_alloc&) {
-  return false;
 }
 
 bool FolderListing::Next() {
