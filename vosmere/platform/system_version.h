@@ -12,9 +12,11 @@ struct SystemVersion {
 };
 
 /// What the system says of itself; off Windows a present-day version, 10.0.
-SystemVersion GetSystemVersion();
+SystemVersion PlatformSystemVersion();
 
-/// Replaces the answer in tests; null restores it.
+/// The same, unless a test has replaced it.
+SystemVersion GetSystemVersion();
+/// Replaces the answer; null restores the system's.
 void SetSystemVersionForTesting(SystemVersion (*source)());
 
 }  // namespace vosmere
