@@ -1,7 +1,12 @@
 // Conversions between UTF-16 and 8-bit text, into the caller's memory.
 #pragma once
 
+#include <climits>
+#include <new>
+#include <string>
+
 #include "vosmere/base/types.h"
+#include "vosmere/base/wide_view.h"
 
 namespace vosmere {
 
@@ -18,5 +23,17 @@ int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, i
 /// The reverse, with the same rule for the result, in units. Ill-formed UTF-8 gives one U+FFFD for
 /// each maximal ill-formed part.
 int BytesToWide(unsigned codePage, const char* bytes, int length, WChar* text, int capacity);
+
+/// A text as bytes, in memory of their own. Throws std::bad_alloc, also where WideToBytes fails.
+inline std::string BytesOf(unsigned codePage, WideView text) {
+  if (text.empty()) return {};
+  if (text.size > INT_MAX) throw std::bad_alloc();
+  const int units = static_cast<int>(text.size);
+  const int size = WideToBytes(codePage, text.data, units, nullptr, 0);
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  if (WideToBytes(codePage, text.data, units, bytes.data(), size) != size || size == 0)
+    throw std::bad_alloc();
+  return bytes;
+}
 
 }  // namespace vosmere

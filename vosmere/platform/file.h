@@ -72,6 +72,7 @@ class File {
   ULONG error() const { return error_; }
 
  private:
+  friend class FileMapping;
   static constexpr std::intptr_t kNone = -1;
   /// What every opening ends with: the handle is one that `waiting` admits, or none.
   bool Admit(Waiting waiting);
@@ -80,5 +81,40 @@ class File {
   std::intptr_t handle_ = kNone;
   ULONG error_ = 0;
 };
+
+/// A whole open file as memory to be read; the file may be closed meanwhile. On Linux others may
+/// cut the file short, and reading what is no longer there then raises SIGBUS.
+class FileMapping {
+ public:
+  FileMapping() = default;
+  FileMapping(const FileMapping&) = delete;
+  FileMapping& operator=(const FileMapping&) = delete;
+  ~FileMapping() { Close(); }
+
+  // Both once, in this order. False leaves the reason in `error()`, as the file's.
+
+  /// As long as the file is now; a file without contents can be mapped, too.
+  bool Create(const File& file);
+  bool View();
+
+  const char* data() const { return static_cast<const char*>(view_); }
+  std::uint64_t size() const { return size_; }
+  /// Gives the memory of a part that was read back to the system; it can still be read.
+  void Forget(std::size_t position, std::size_t size);
+
+  void Close();
+  ULONG error() const { return error_; }
+
+ private:
+  bool Fail();
+
+  std::intptr_t handle_ = File::kNone;
+  const void* view_ = nullptr;
+  std::uint64_t size_ = 0;
+  ULONG error_ = 0;
+};
+
+/// The number that Windows has for an `error()`.
+ULONG WindowsError(ULONG error);
 
 }  // namespace vosmere

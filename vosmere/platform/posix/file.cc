@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <limits.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -110,6 +111,58 @@ void File::Close() {
 bool File::Fail() {
   error_ = static_cast<ULONG>(errno);
   return false;
+}
+
+bool FileMapping::Create(const File& file) {
+  struct stat status;
+  if (fstat(Descriptor(file.handle_), &status) != 0) return Fail();
+  size_ = static_cast<std::uint64_t>(status.st_size);
+  errno = S_ISREG(status.st_mode) ? EFBIG : ENODEV;
+  if (!S_ISREG(status.st_mode) || size_ > SIZE_MAX) return Fail();
+  // The system makes no mapping of a file without contents.
+  void* const view =
+      size_ ? mmap(nullptr, size_, PROT_READ, MAP_SHARED, Descriptor(file.handle_), 0)
+            : const_cast<char*>("");
+  if (view == MAP_FAILED) return Fail();
+  view_ = view;
+  return true;
+}
+
+bool FileMapping::View() {
+  return view_ != nullptr;
+}
+
+void FileMapping::Forget(std::size_t position, std::size_t size) {
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t begin = position - position % page;
+  madvise(static_cast<char*>(const_cast<void*>(view_)) + begin, position + size - begin,
+          MADV_DONTNEED);
+}
+
+void FileMapping::Close() {
+  if (view_ && size_ > 0) munmap(const_cast<void*>(view_), size_);
+  view_ = nullptr;
+}
+
+bool FileMapping::Fail() {
+  error_ = static_cast<ULONG>(errno);
+  return false;
+}
+
+ULONG WindowsError(ULONG error) {
+  constexpr struct {
+    int number;
+    ULONG windows;
+  } kNumbers[] = {
+      {0, 0},       {ENOENT, 2}, {ENOTDIR, 3},   {EMFILE, 4},  {ENFILE, 4},
+      {EACCES, 5},  {EPERM, 5},  {EISDIR, 5},    {EBADF, 6},   {ENOMEM, 8},
+      {ENODEV, 20}, {EIO, 30},   {ETXTBSY, 32},  {EINVAL, 87}, {ENAMETOOLONG, 206},
+      {EFBIG, 223}, {ELOOP, 1921},
+  };
+  constexpr ULONG kGeneralFailure = 31;
+  for (const auto& known : kNumbers)
+    if (static_cast<ULONG>(known.number) == error) return known.windows;
+  return kGeneralFailure;
 }
 
 }  // namespace vosmere

@@ -125,4 +125,41 @@ bool File::Fail() {
   return false;
 }
 
+// The system makes no mapping of a file without contents.
+bool FileMapping::Create(const File& file) {
+  LARGE_INTEGER length;
+  if (!::GetFileSizeEx(Native(file.handle_), &length)) return Fail();
+  size_ = static_cast<std::uint64_t>(length.QuadPart);
+  if (size_ == 0) return true;
+  const HANDLE mapping =
+      ::CreateFileMappingW(Native(file.handle_), nullptr, PAGE_READONLY, 0, 0, nullptr);
+  if (mapping) handle_ = reinterpret_cast<std::intptr_t>(mapping);
+  return mapping || Fail();
+}
+
+bool FileMapping::View() {
+  view_ = size_ ? ::MapViewOfFile(Native(handle_), FILE_MAP_READ, 0, 0, 0) : "";
+  return view_ || Fail();
+}
+
+// Unlocking what is not locked takes it out of the working set.
+void FileMapping::Forget(std::size_t position, std::size_t size) {
+  ::VirtualUnlock(const_cast<char*>(data()) + position, size);
+}
+
+void FileMapping::Close() {
+  if (view_ && size_ > 0) ::UnmapViewOfFile(view_);
+  view_ = nullptr;
+  if (handle_ != File::kNone) ::CloseHandle(Native(std::exchange(handle_, File::kNone)));
+}
+
+bool FileMapping::Fail() {
+  error_ = ::GetLastError();
+  return false;
+}
+
+ULONG WindowsError(ULONG error) {
+  return error;
+}
+
 }  // namespace vosmere

@@ -1,0 +1,24 @@
+#include "vosmere/net/inet_synch.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/loopback_server.h"
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+namespace {
+
+TEST(InetSynch, PostsItsSampleToTheServerThatIsSet) {
+  LoopbackServer server({ReplyOk()});
+  CInetSynch::SetTestServer(W(server.host()));
+  CInetSynch().UploadColct(nullptr, 1);
+  CInetSynch::SetTestServer(nullptr);
+  EXPECT_THAT(server.requests()[0],
+              testing::AllOf(testing::StartsWith("POST /post.php HTTP/1.0\r\n"),
+                             testing::HasSubstr("User-Agent: Vosmere\r\n"),
+                             testing::EndsWith("\r\n\r\nname=Vosmere&type=test")));
+}
+
+}  // namespace
+}  // namespace vosmere::test

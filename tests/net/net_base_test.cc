@@ -1,0 +1,154 @@
+#include "vosmere/net/net_base.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+#include "tests/support/loopback_server.h"
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+namespace {
+
+constexpr char kFormHead[] =
+    "POST /post.php HTTP/1.0\r\n"
+    "Accept: */*\r\n"
+    "Content-Type: application/x-www-form-urlencoded\r\n"
+    "Host: HOST\r\n"
+    "Content-Length: 7\r\n"
+    "User-Agent: Vosmere Browser\r\n"
+    "Cache-Control: no-cache\r\n"
+    "\r\n";
+
+std::string For(std::string text, const LoopbackServer& server) {
+  return text.replace(text.find("HOST"), 4, server.host());
+}
+
+std::string Response(CNetBase& net) {
+  return OwnedBstr(net.DetachResponse()).utf8();
+}
+
+/// A form sent to the server; the result of reading the reply.
+int Exchange(CNetBase& net, const LoopbackServer& server) {
+  net.SetHost(W(server.host()));
+  net.SetPostAcceptor(W("post.php"));
+  EXPECT_EQ(net.OpenSessionConnection(), 0);
+  const int sent = net.SendForm();
+  return sent ? sent : net.ReadServerResponse(net.GetRequest());
+}
+
+TEST(NetBase, PostsAFormAndReadsTheReply) {
+  LoopbackServer server({ReplyOk("Grüße")});
+  CNetBase net;
+  net.AddParameter(W("a"), W("1"));
+  net.AddParameter(W("b"), W("2"));
+  EXPECT_EQ(Exchange(net, server), 7);
+  EXPECT_EQ(Response(net), "Grüße");
+  EXPECT_EQ(Response(net), "(null)");
+  EXPECT_EQ(server.requests()[0], For(kFormHead, server) + "a=1&b=2");
+}
+
+TEST(NetBase, ParametersAreNotEscaped) {
+  CNetBase net;
+  net.AddParameter(W("ключ"), W("x&y = z"));
+  net.AddParameter(nullptr, W("x"));
+  net.AddParameter(W("x"), nullptr);
+  EXPECT_STREQ(net.GetParaString(), "ключ=x&y = z");
+}
+
+TEST(NetBase, ParametersOf1024BytesStayAndOneMoreByteIsDropped) {
+  for (const std::size_t length : {339, 340}) {
+    CNetBase net;
+    net.AddParameter(W("a"), Repeated(338));
+    net.AddParameter(W("b"), Repeated(339));
+    net.AddParameter(W("c"), Repeated(length));
+    EXPECT_EQ(std::string(net.GetParaString()).size(), length == 339 ? 1024 : 682);
+  }
+  CNetBase net;
+  net.AddParameter(W("a"), Repeated(1022));  // would fit, but an "&" counts before the first, too
+  EXPECT_STREQ(net.GetParaString(), "");
+}
+
+TEST(NetBase, UserAndDigestGoTogetherAndLongOnesAreIgnored) {
+  CNetBase net;
+  EXPECT_EQ(net.GetFormUserNamePswString(), nullptr);
+  net.SetUserNamePswMD5(W("me"), W("d1"));
+  net.SetUserNamePswMD5(Repeated(81), W("d2"));
+  net.SetUserNamePswMD5(W("you"), Repeated(81));
+  net.SetVSMUserName(Repeated(81));
+  EXPECT_STREQ(net.GetParaString(), "username=me&pswmd5=d1");
+  EXPECT_STREQ(net.GetFormUserNamePswString(), "username=me&pswmd5=d1");
+  net.SetPswMD5(Repeated(80));
+  net.SetVSMUserName(Repeated(80));
+  EXPECT_EQ(std::string(net.GetFormUserNamePswString()).size(), 177u);
+}
+
+TEST(NetBase, AnOverlongPairOfUserAndDigestGivesNull) {
+  std::string name;
+  for (int i = 0; i < 50; ++i) name += "ж";
+  CNetBase net;
+  net.SetVSMUserName(W(name));
+  for (const std::size_t length : {82, 83}) {  // 199 bytes fit beside the terminator
+    net.SetPswMD5(Repeated(length - 3 > 80 ? 80 : length - 3));
+    net.SetVSMUserName(W(name + std::string(length - 79, 'x')));
+    net.SetPswMD5(Repeated(199 - 17 - 100 - 3 + (length - 82)));
+    EXPECT_EQ(net.GetFormUserNamePswString() != nullptr, length == 82) << length;
+  }
+}
+
+TEST(NetBase, EachPieceOfAReplyIsConvertedByItself) {
+  CNetBase net;
+  net.AddResponseUnicodingIt("a\xC3", 2);
+  net.AddResponseUnicodingIt("\xBC", 1);
+  net.AddResponseUnicodingIt("ignored", 0);
+  net.AddResponse(W("z"));
+  EXPECT_EQ(Response(net), "a\uFFFD\uFFFDz");
+}
+
+TEST(NetBase, ACharacterThatARead2048BytesLongSplitsIsNotJoined) {
+  const std::string character = "€";  // three bytes
+  for (int offset = -3; offset <= 0; ++offset) {
+    const std::string before(2048 + offset, 'x');
+    LoopbackServer server({ReplyOk(before + character + "y")});
+    CNetBase net;
+    EXPECT_EQ(Exchange(net, server), 2048 + offset + 4);
+    const bool split = offset == -1 || offset == -2;
+    // Two bytes of the character are one ill-formed part before, and each one by itself behind.
+    const std::string expected = !split         ? character
+                                 : offset == -1 ? "\uFFFD\uFFFD\uFFFD"
+                                                : "\uFFFD\uFFFD";
+    EXPECT_EQ(Response(net), before + expected + "y") << offset;
+  }
+}
+
+TEST(NetBase, AReplyWithoutEndStopsAfter50000Reads) {
+  LoopbackServer server({[](Peer& peer) {
+    peer.ReadRequest();
+    peer.Send("HTTP/1.0 200 OK\r\n\r\n");
+    const std::string block(1 << 20, 'x');
+    while (peer.Send(block)) {
+    }
+  }});
+  CNetBase net;
+  EXPECT_EQ(Exchange(net, server), 50000 * 2048);
+  EXPECT_EQ(OwnedBstr(net.DetachResponse()).size(), 50000u * 2048);
+  net.CloseSessionConnection();
+}
+
+TEST(NetBase, SaysWhichStepFailed) {
+  CNetBase net;
+  EXPECT_EQ(net.ReadServerResponse(nullptr), -5);
+  EXPECT_EQ(net.SendForm(), -5);
+  net.SetHost(W("no such host"));
+  EXPECT_EQ(net.OpenSessionConnection(), -4);
+  net.SetHost(W("127.0.0.1:1"));
+  EXPECT_EQ(net.OpenSessionConnection(), 0);
+  EXPECT_EQ(net.SendForm(), -6);
+
+  LoopbackServer server({Reply("HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nshort")});
+  EXPECT_EQ(Exchange(net, server), -7);
+  EXPECT_EQ(Response(net), "short");
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,45 @@
+// TCP on the loopback interface.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace vosmere::test {
+
+class Socket {
+ public:
+  Socket() = default;
+  Socket(Socket&& other) noexcept : handle_(std::exchange(other.handle_, kNone)) {}
+  Socket& operator=(Socket&& other) noexcept {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+  ~Socket() { Close(); }
+
+  /// Of 127.0.0.1; port 0 takes any that is free.
+  static Socket Listen(int port = 0, int backlog = 16);
+  static Socket Connect(int port);
+
+  bool IsOpen() const { return handle_ != kNone; }
+  int Port() const;
+  Socket Accept();
+  /// 0 when the peer has ended or gone.
+  std::size_t Receive(char* bytes, std::size_t capacity);
+  /// False when the peer has gone.
+  bool Send(const std::string& bytes);
+  /// Ends both directions; a call that waits in another thread returns.
+  void Shutdown();
+  /// Closes so that the peer sees a broken connection.
+  void Reset();
+  void Close();
+
+ private:
+  static constexpr std::intptr_t kNone = -1;
+  explicit Socket(std::intptr_t handle) : handle_(handle) {}
+
+  std::intptr_t handle_ = kNone;
+};
+
+}  // namespace vosmere::test

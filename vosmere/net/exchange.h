@@ -1,0 +1,34 @@
+// Sending a request, body and all.
+#pragma once
+
+#include "vosmere/platform/http.h"
+
+namespace vosmere {
+
+/// So often a server may ask for the request once more; who asks again is given up.
+inline constexpr int kMostRetries = 5;
+
+/// Sends a request of `total` bytes that `write` writes, up to the head of the reply. `*started`
+/// tells whether it was the start that failed.
+template <class WriteBody>
+http::Error Exchange(http::Request* request, ULONG total, WriteBody write, bool* started) {
+  http::Error error = http::kForceRetry;
+  for (int retries = 0; error == http::kForceRetry && retries <= kMostRetries; ++retries) {
+    *started = false;
+    if ((error = http::Send(request, total))) break;
+    *started = true;
+    if ((error = write())) break;
+    error = http::End(request);
+  }
+  return error;
+}
+
+/// A short body in one go.
+inline http::Error SendWhole(http::Request* request, const char* body, std::size_t size) {
+  bool started;
+  return Exchange(
+      request, static_cast<ULONG>(size), [&] { return http::Write(request, body, size); },
+      &started);
+}
+
+}  // namespace vosmere

@@ -1,0 +1,342 @@
+#include "vosmere/net/net_upload_file.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <new>
+#include <type_traits>
+
+#include "vosmere/base/no_memory.h"
+#include "vosmere/base/trace.h"
+#include "vosmere/net/exchange.h"
+#include "vosmere/net/join.h"
+#include "vosmere/net/multipart.h"
+#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/file.h"
+#include "vosmere/text/base_tool.h"
+
+namespace vosmere {
+namespace {
+
+constexpr const char* kAgent = "Vosmere Post";
+constexpr const char* kNoMemory = "Out Of Memory";
+constexpr std::size_t kPiece = 256 * 1024;
+constexpr int kMostTraced = 64;  // pieces of a reply
+
+using multipart::Form;
+
+http::Request* AsRequest(void* request) {
+  return static_cast<http::Request*>(request);
+}
+
+Form FormOf(bool clean) {
+  return clean ? Form::kClean : Form::kOld;
+}
+
+LONG ErrorCode(ULONG error) {
+  const auto code = static_cast<LONG>(error);
+  return code > 0 ? static_cast<LONG>(0x80070000u | (error & 0xFFFF)) : code;
+}
+
+/// Throws std::bad_alloc, also for null.
+std::string Bytes(unsigned codePage, const JoinedText& text) {
+  if (!text) throw std::bad_alloc();
+  return BytesOf(codePage, {text.get(), SysStringLen(text.get())});
+}
+
+}  // namespace
+
+/// The four parts, in the order of the request.
+struct CNetUploadFile::Body {
+  std::string head;
+  const char* data = nullptr;
+  std::size_t dataSize = 0;
+  std::string fields;
+  std::string tail;
+
+  std::string xml;  // behind `data`, or else the file
+  void* file = nullptr;
+  void* mapping = nullptr;
+
+  Body() = default;
+  Body(const Body&) = delete;
+  Body& operator=(const Body&) = delete;
+  ~Body() { release_data(file, mapping); }
+
+  std::uint64_t size() const {
+    return std::uint64_t{head.size()} + dataSize + fields.size() + tail.size();
+  }
+
+  bool HasShrunk() const {
+    std::uint64_t now = 0;
+    return file && (!static_cast<File*>(file)->Size(&now) || now < dataSize);
+  }
+  void Forget(std::size_t position, std::size_t length) const {
+    if (mapping) static_cast<FileMapping*>(mapping)->Forget(position, length);
+  }
+
+  /// Gives all bytes to `take`, which returns an error or kNone. The end is held back from a file
+  /// that is no longer what was announced.
+  template <class Take>
+  http::Error ForEachPiece(Take take) const {
+    const auto takeText = [&](const std::string& text) {
+      return text.empty() ? http::kNone : take(text.data(), text.size());
+    };
+    if (const http::Error error = takeText(head)) return error;
+    for (std::size_t at = 0, length; at < dataSize; at += length) {
+      length = std::min(kPiece, dataSize - at);
+      if (const http::Error error = take(data + at, length)) return error;
+      Forget(at, length);
+    }
+    if (HasShrunk()) return http::kFileInvalid;
+    if (const http::Error error = takeText(fields)) return error;
+    return takeText(tail);
+  }
+};
+
+struct CNetUploadFile::Handles {
+  http::Owned<http::Session> session;
+  http::Owned<http::Connection> connection;
+  http::Owned<http::Request> request;
+};
+
+CNetUploadFile::CNetUploadFile() {
+  WChar uuid[37];
+  if (CBaseTool::GetUUID(uuid, 37)) SetBoundary(uuid);
+}
+
+CNetUploadFile::~CNetUploadFile() = default;
+
+void CNetUploadFile::SetProgress(bool (*progress)(void* context, ULONG sent, ULONG total),
+                                 void* context) {
+  progress_ = progress;
+  progressContext_ = context;
+}
+
+// The body.
+
+BSTR CNetUploadFile::get_head() {
+  return NullIfNoMemory([&] {
+    return multipart::FileHead(FormOf(clean_), boundary_.get(), fieldName_.get(), localFile_.get())
+        .release();
+  });
+}
+
+BSTR CNetUploadFile::get_tail() {
+  return multipart::Tail(boundary_.get()).release();
+}
+
+BSTR CNetUploadFile::FormNameValue(const WChar* name, const WChar* value) {
+  return NullIfNoMemory([&] {
+    return multipart::Field(FormOf(clean_), boundary_.get(), name, value).release();
+  });
+}
+
+void CNetUploadFile::AddParameter(const WChar* name, const WChar* value) {
+  if (!name) return;
+  try {
+    const std::string field = Bytes(kCodePageUtf8, JoinedText(FormNameValue(name, value)));
+    AppendParameterText(field.data(), field.size());
+  } catch (const std::bad_alloc&) {
+    // dropped, as one that is too long
+  }
+}
+
+const void* CNetUploadFile::get_data(void*& file, void*& mapping, ULONG& size) {
+  Trace("pFileName=%s\n", localFile_.get());
+  const auto fail = [this](const char* message, ULONG error) -> const void* {
+    Fail(message, WindowsError(error));
+    return nullptr;
+  };
+  std::unique_ptr<File> opened(new (std::nothrow) File);
+  std::unique_ptr<FileMapping> made(new (std::nothrow) FileMapping);
+  if (!opened || !made) {
+    Fail(kNoMemory, http::kNotEnoughMemory);
+    return nullptr;
+  }
+  if (!opened->Open(localFile_.get())) return fail("CreateFile Failed", opened->error());
+  if (!made->Create(*opened)) return fail("CreateFileMapping Failed", made->error());
+  if (made->size() > std::numeric_limits<ULONG>::max()) {
+    Fail("File Too Large", http::kFileTooLarge);
+    return nullptr;
+  }
+  if (!made->View()) return fail("MapViewOfFile Failed", made->error());
+  size = static_cast<ULONG>(made->size());
+  file = opened.release();
+  mapping = made.get();
+  return made.release()->data();
+}
+
+void CNetUploadFile::release_data(void* file, void* mapping) {
+  delete static_cast<FileMapping*>(mapping);
+  delete static_cast<File*>(file);
+}
+
+std::string CNetUploadFile::ContentTypeLine() const {
+  return multipart::ContentType(FormOf(clean_), boundary_.get());
+}
+
+bool CNetUploadFile::FillBody(Body& body, bool partial) {
+  try {
+    body.head = Bytes(clean_ ? kCodePageUtf8 : kCodePageSystem, JoinedText(get_head()));
+    body.fields = GetParaString();
+    body.tail = Bytes(kCodePageSystem, JoinedText(get_tail()));
+    if (partial) {
+      body.xml = BytesOf(kCodePageUtf8, WideView(xml_));
+      body.data = body.xml.data();
+      body.dataSize = body.xml.size();
+    } else {
+      ULONG size = 0;
+      body.data = static_cast<const char*>(get_data(body.file, body.mapping, size));
+      if (!body.data) return false;
+      body.dataSize = size;
+    }
+  } catch (const std::bad_alloc&) {
+    return Fail(kNoMemory, http::kNotEnoughMemory);
+  }
+  return body.size() <= std::numeric_limits<ULONG>::max() ||
+         Fail("File Too Large", http::kFileTooLarge);
+}
+
+// The request.
+
+bool CNetUploadFile::UploadFile(const WChar* path) {
+  SetFieldName(Join({"WholeFile"}).get());
+  SetLocalFile(path);
+  partial_ = false;
+  return Post() >= 0;
+}
+
+bool CNetUploadFile::UploadPartialFile(const WChar* path, const WChar* xml) {
+  partial_ = true;
+  xml_ = xml;
+  SetFieldName(Join({"PartialUpload"}).get());
+  SetLocalFile(path);
+  return Post() >= 0;
+}
+
+bool CNetUploadFile::OpenRequest(Handles& handles) {
+  const auto into = [](auto& owner, auto open) {
+    typename std::remove_reference_t<decltype(owner)>::pointer handle = nullptr;
+    const http::Error error = open(&handle);
+    owner.reset(handle);
+    return error;
+  };
+  const http::Timeouts timeouts = {connectTimeout(), transferTimeout()};
+  if (const auto error = into(handles.session, [&](auto** made) {
+        return http::Open(kAgent, proxy_.get(), timeouts, made);
+      }))
+    return Fail("InternetOpen Failed", error);
+  if (const auto error = into(handles.connection, [&](auto** made) {
+        return http::Connect(handles.session.get(), host(), secure_, made);
+      }))
+    return Fail("InternetConnect Failed", error);
+  if (userName_.get() && password_.get())
+    if (const auto error =
+            http::SetCredentials(handles.connection.get(), userName_.get(), password_.get()))
+      return Fail("InternetSetOption Failed", error);
+  if (const auto error = into(handles.request, [&](auto** made) {
+        return http::OpenPost(handles.connection.get(), postAcceptor(), true, made);
+      }))
+    return Fail("HttpOpenRequest Failed", error);
+  return true;
+}
+
+LONG CNetUploadFile::Post() {
+  errorCode_ = 1;
+  status_ = 0;
+  Handles handles;
+  if (!OpenRequest(handles)) return errorCode_;
+  http::Request* const request = handles.request.get();
+  const bool sent = partial_ ? UploadXMLContent(request) : UploadWholeFile(request);
+  if (sent && ReadServerResponse(request) >= 0) errorCode_ = 0;
+  return errorCode_;
+}
+
+bool CNetUploadFile::UploadWholeFile(void* request) {
+  return Upload(request, false);
+}
+
+bool CNetUploadFile::UploadXMLContent(void* request) {
+  return Upload(request, true);
+}
+
+bool CNetUploadFile::Upload(void* handle, bool partial) {
+  http::Request* const request = AsRequest(handle);
+  if (const auto error = http::AddHeader(request, ContentTypeLine()))
+    return Fail("HttpAddRequestHeaders Failed", error);
+  Body body;
+  if (!FillBody(body, partial)) return false;
+
+  const auto total = static_cast<ULONG>(body.size());
+  const auto write = [&] {
+    ULONG sent = 0;
+    return body.ForEachPiece([&](const char* bytes, std::size_t size) {
+      if (const http::Error error = http::Write(request, bytes, size)) return error;
+      sent += static_cast<ULONG>(size);
+      return progress_ && !progress_(progressContext_, sent, total) ? http::kCancelled
+                                                                    : http::kNone;
+    });
+  };
+  bool started = false;
+  const http::Error error = Exchange(request, total, write, &started);
+  http::Status(request, &status_);
+  if (!error) return true;
+  return Fail(started ? "HttpEndRequest Failed" : "HttpSendRequestEx Failed", error);
+}
+
+bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, std::size_t size),
+                                 void* context) {
+  Handles handles;
+  Body body;
+  std::string head;
+  if (!OpenRequest(handles) || !FillBody(body, partial_)) return false;
+  http::Request* const request = handles.request.get();
+  if (const auto error = http::AddHeader(request, ContentTypeLine()))
+    return Fail("HttpAddRequestHeaders Failed", error);
+  if (http::HeadText(request, static_cast<ULONG>(body.size()), &head)) return false;
+  const auto show = [&](const char* bytes, std::size_t size) {
+    return take(context, bytes, size) ? http::kNone : http::kCancelled;
+  };
+  return !show(head.data(), head.size()) && !body.ForEachPiece(show);
+}
+
+int CNetUploadFile::CheckContentLength(void* request) {
+  std::uint64_t length = 0;
+  if (const http::Error error = http::ContentLength(AsRequest(request), &length)) {
+    Trace("!! CONTENT_LENGTH=0X%08X\n", static_cast<unsigned>(error));
+    return -1;
+  }
+  constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<int>::max());
+  const int number = static_cast<int>(std::min(length, kMost));
+  Trace("--CONTENT_LENGTH=%d\n", number);
+  return number;
+}
+
+bool CNetUploadFile::Authenticate(void* handle) {
+  constexpr int kUnauthorized = 401, kProxyUnauthorized = 407;
+  http::Request* const request = AsRequest(handle);
+  int status = 0;
+  if (const auto error = SendWhole(request, nullptr, 0))
+    return Fail("HttpSendRequest (Authentication) Failed", error);
+  if (const auto error = http::Status(request, &status)) return Fail("HttpQueryInfo Failed", error);
+  char data[1024];
+  ULONG got = 1;
+  for (int piece = 0; got > 0 && piece < kMostTraced; ++piece) {
+    if (const auto error = http::Read(request, data, sizeof data - 1, &got))
+      return Fail("Authentication Failed", error);
+    data[got] = 0;
+    if (got > 0) Trace("Data=%s\n", static_cast<const char*>(data));
+  }
+  if (status != kUnauthorized && status != kProxyUnauthorized) return true;
+  return Fail("Authentication Failed", http::kIncorrectPassword);
+}
+
+bool CNetUploadFile::Fail(const char* message, ULONG error) {
+  SetErrorMsg(Join({message}).get());
+  errorCode_ = ErrorCode(error);
+  return false;
+}
+
+}  // namespace vosmere

@@ -1,0 +1,112 @@
+// HTTP by the system's own client: WinINet on Windows, libcurl elsewhere. One HTTP/1.0 POST at a
+// time, its body written piece by piece, from whatever memory, by the caller.
+//
+// Every operation answers with kNone or with the number of an error, as Windows numbers them, on
+// every system. None waits for ever: Timeouts says how long. Handles may be closed in any order.
+//
+// HTTPS checks the server's certificate against the system's trusted ones; on Linux the variables
+// SSL_CERT_FILE and SSL_CERT_DIR name others. A redirect is followed as the Windows client follows
+// it: 301, 302 and 303 by a GET without the body, 307 (and 308, on Linux) by the same request again,
+// body included; never from HTTPS to HTTP.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "vosmere/base/types.h"
+
+namespace vosmere::http {
+
+enum Error : ULONG {
+  kNone = 0,
+  kNotEnoughMemory = 8,
+  kInvalidParameter = 87,
+  kFileTooLarge = 223,
+  kFileInvalid = 1006,  ///< the file behind a mapping has shrunk
+  kTimedOut = 12002,
+  kInternal = 12004,
+  kInvalidUrl = 12005,
+  kUnknownProtocol = 12006,
+  kNameNotResolved = 12007,
+  kIncorrectPassword = 12014,
+  kCancelled = 12017,
+  kCannotConnect = 12029,
+  kConnectionAborted = 12030,
+  kForceRetry = 12032,  ///< not a failure: send the request once more
+  kCertificateDateInvalid = 12037,
+  kCertificateNameInvalid = 12038,
+  kHttpsToHttpOnRedirect = 12040,
+  kCertificateUntrusted = 12045,
+  kHeaderNotFound = 12150,
+  kInvalidReply = 12152,
+  kRedirectFailed = 12156,
+  kSecureChannelFailed = 12157,
+};
+
+/// In milliseconds.
+struct Timeouts {
+  /// For finding the host, connecting to it and agreeing on a key.
+  LONG connect = 30000;
+  /// Without a byte moving while the body goes out; for the whole head of the reply; and for each
+  /// Read.
+  LONG transfer = 60000;
+};
+
+struct Session;
+struct Connection;
+struct Request;
+
+void Close(Session* session);
+void Close(Connection* connection);
+void Close(Request* request);
+
+struct Closer {
+  template <class Handle>
+  void operator()(Handle* handle) const {
+    Close(handle);
+  }
+};
+template <class Handle>
+using Owned = std::unique_ptr<Handle, Closer>;
+
+/// `proxy` is `name:port`; null asks the system: its preconfigured access on Windows, the variables
+/// http_proxy, https_proxy and no_proxy on Linux.
+Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts, Session** session);
+
+/// `host` may carry a port (`name:8080`); without one the protocol's own is used. Connects with the
+/// first request.
+Error Connect(Session* session, const WChar* host, bool secure, Connection** connection);
+
+/// For a server that asks who is there. The request then ends in kForceRetry once.
+Error SetCredentials(Connection* connection, const WChar* user, const WChar* password);
+
+/// A POST of `path` that passes by all caches. Every request has a connection of its own.
+Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, Request** request);
+
+/// A header line, without its end.
+Error AddHeader(Request* request, const std::string& line);
+
+/// What Send will send for a body of `total` bytes: everything up to the body.
+Error HeadText(Request* request, ULONG total, std::string* text);
+
+/// Starts the request and announces `total` bytes, which Write is to write. A request may be sent
+/// again once its reply has been read, and after kForceRetry.
+Error Send(Request* request, ULONG total);
+
+/// Where a file's memory has shrunk, kFileInvalid. A server may answer before it has read all, and
+/// go; what is written then is dropped, and End has the reply.
+Error Write(Request* request, const void* bytes, std::size_t size);
+
+/// Waits for the head of the reply. kForceRetry: send and write all again.
+Error End(Request* request);
+
+/// Of the reply; kHeaderNotFound where there is none.
+Error Status(Request* request, int* status);
+Error ContentLength(Request* request, std::uint64_t* length);
+
+/// Fills `bytes` unless the reply ends within; `*got` is 0 at its end. A reply shorter than its
+/// announced length ends in kConnectionAborted, of a longer one the rest is not read.
+Error Read(Request* request, void* bytes, ULONG capacity, ULONG* got);
+
+}  // namespace vosmere::http

@@ -1,0 +1,82 @@
+#include "vosmere/platform/http_message.h"
+
+#include <charconv>
+#include <string_view>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/code_page.h"
+
+namespace vosmere::http {
+namespace {
+
+constexpr unsigned kHttpPort = 80;
+constexpr unsigned kHttpsPort = 443;
+
+bool ParsePort(std::string_view digits, unsigned* port) {
+  const char* const end = digits.data() + digits.size();
+  const auto parsed = std::from_chars(digits.data(), end, *port);
+  return parsed.ec == std::errc() && parsed.ptr == end && *port >= 1 && *port <= 65535;
+}
+
+/// Blanks, what ends a name in an address, and what would end a header line.
+bool IsName(std::string_view name) {
+  for (const char c : name)
+    if (static_cast<unsigned char>(c) <= ' ' || c == 0x7F ||
+        std::string_view("/\\?#@%\"<>").find(c) != std::string_view::npos)
+      return false;
+  return !name.empty();
+}
+
+}  // namespace
+
+std::string Address::Text() const {
+  return ownPort ? name + ':' + std::to_string(port) : name;
+}
+
+bool ParseAddress(const WChar* host, bool secure, Address* address) {
+  const std::string text = BytesOf(kCodePageUtf8, WideView(host));
+  const std::size_t bracket = text.rfind(']');
+  const std::size_t colon = text.find(':', bracket == std::string::npos ? 0 : bracket);
+  const unsigned usual = secure ? kHttpsPort : kHttpPort;
+  address->name = text.substr(0, colon);
+  address->port = usual;
+  if (colon != std::string::npos &&
+      !ParsePort(std::string_view(text).substr(colon + 1), &address->port))
+    return false;
+  address->ownPort = address->port != usual;
+  return IsName(address->name);
+}
+
+std::string RequestTarget(const WChar* path) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  const std::string text = BytesOf(kCodePageUtf8, WideView(path));
+  std::string target;
+  if (text.empty() || text[0] != '/') target = "/";
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte > ' ' && byte < 0x7F && byte != '#')
+      target += c;
+    else
+      target.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+  }
+  return target;
+}
+
+std::vector<std::string> RequestHead::Lines(ULONG bodyLength) const {
+  std::vector<std::string> lines = {"Accept: */*"};
+  lines.insert(lines.end(), added.begin(), added.end());
+  lines.push_back("Host: " + host);
+  lines.push_back("Content-Length: " + std::to_string(bodyLength));
+  lines.push_back("User-Agent: " + agent);
+  lines.push_back("Cache-Control: no-cache");
+  if (keepConnection) lines.push_back("Connection: Keep-Alive");
+  return lines;
+}
+
+std::string RequestHead::Text(ULONG bodyLength) const {
+  std::string text = "POST " + target + " HTTP/1.0\r\n";
+  for (const std::string& line : Lines(bodyLength)) text += line + "\r\n";
+  return text + "\r\n";
+}
+
+}  // namespace vosmere::http

@@ -1,0 +1,317 @@
+#include "vosmere/platform/http.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <wininet.h>
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <limits>
+#include <string>
+
+#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/http_message.h"
+#include "vosmere/platform/win32/com.h"
+
+namespace vosmere::http {
+namespace {
+
+/// Closed once, by its owner or by a watch.
+class Handle {
+ public:
+  explicit Handle(HINTERNET handle) : handle_(handle) {}
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  ~Handle() { Close(); }
+
+  HINTERNET get() const { return handle_; }
+  void Close() {
+    if (HINTERNET const handle = handle_.exchange(nullptr)) ::InternetCloseHandle(handle);
+  }
+
+ private:
+  std::atomic<HINTERNET> handle_;
+};
+
+/// Closes a handle after a while, which ends the call that another thread waits in. The client's own
+/// limits begin anew with every byte.
+class Watch {
+ public:
+  Watch(Handle& handle, LONG milliseconds)
+      : timer_(::CreateThreadpoolTimer(
+            [](PTP_CALLBACK_INSTANCE, void* watched, PTP_TIMER) {
+              static_cast<Handle*>(watched)->Close();
+            },
+            &handle, nullptr)),
+        end_(::GetTickCount64() + static_cast<ULONGLONG>(milliseconds)) {
+    ULARGE_INTEGER due;
+    due.QuadPart = static_cast<ULONGLONG>(-10000LL * milliseconds);
+    ::FILETIME time = {due.LowPart, due.HighPart};
+    if (timer_) ::SetThreadpoolTimer(timer_, &time, 0, 0);
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+  ~Watch() {
+    if (!timer_) return;
+    ::SetThreadpoolTimer(timer_, nullptr, 0, 0);
+    ::WaitForThreadpoolTimerCallbacks(timer_, TRUE);
+    ::CloseThreadpoolTimer(timer_);
+  }
+
+  bool Passed() const { return ::GetTickCount64() >= end_; }
+
+ private:
+  PTP_TIMER timer_;
+  ULONGLONG end_;
+};
+
+/// The client hands some of the sockets' numbers on.
+Error LastError() {
+  const DWORD error = ::GetLastError();
+  switch (error) {
+    case WSAECONNABORTED:
+    case WSAECONNRESET: return kConnectionAborted;
+    case WSAETIMEDOUT: return kTimedOut;
+    case WSAECONNREFUSED: return kCannotConnect;
+    case WSAHOST_NOT_FOUND: return kNameNotResolved;
+    case ERROR_SUCCESS: return kInternal;
+    default: return static_cast<Error>(error);
+  }
+}
+
+bool IsAborted(Error error) {
+  return error == kConnectionAborted || error == ERROR_INTERNET_CONNECTION_RESET;
+}
+
+std::wstring Widened(const std::string& utf8) {
+  std::wstring text(utf8.size(), L'\0');
+  text.resize(static_cast<std::size_t>(
+      BytesToWide(kCodePageUtf8, utf8.data(), static_cast<int>(utf8.size()),
+                  win32::Ours(text.data()), static_cast<int>(text.size()))));
+  return text;
+}
+
+void SetLimit(HINTERNET handle, DWORD option, LONG value) {
+  auto limit = static_cast<DWORD>(value);
+  ::InternetSetOptionW(handle, option, &limit, sizeof limit);
+}
+
+void SetLimits(HINTERNET handle, const Timeouts& timeouts) {
+  SetLimit(handle, INTERNET_OPTION_CONNECT_RETRIES, 1);
+  SetLimit(handle, INTERNET_OPTION_CONNECT_TIMEOUT, timeouts.connect);
+  SetLimit(handle, INTERNET_OPTION_SEND_TIMEOUT, timeouts.transfer);
+  SetLimit(handle, INTERNET_OPTION_RECEIVE_TIMEOUT, timeouts.transfer);
+}
+
+bool SetText(HINTERNET handle, DWORD option, const WChar* text) {
+  const auto size = static_cast<DWORD>(WideLength(text) * sizeof(WChar));
+  return ::InternetSetOptionW(handle, option, const_cast<WChar*>(text), size);
+}
+
+template <class Work>
+Error NoMemoryIsAnError(Work work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    return kNotEnoughMemory;
+  }
+}
+
+}  // namespace
+
+struct Session {
+  Handle handle;
+  std::string agent;
+  Timeouts timeouts;
+};
+
+struct Connection {
+  Handle handle;
+  std::string agent;
+  Timeouts timeouts;
+  Address address;
+  bool secure;
+};
+
+struct Request {
+  Handle handle;
+  RequestHead head;
+  Timeouts timeouts;
+  Error dropped;       // why the server does not take the body any more
+  bool lengthIsKnown;  // of the reply
+  std::uint64_t left;
+};
+
+void Close(Session* session) {
+  delete session;
+}
+
+void Close(Connection* connection) {
+  delete connection;
+}
+
+void Close(Request* request) {
+  delete request;
+}
+
+Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts, Session** session) {
+  return NoMemoryIsAnError([&] {
+    HINTERNET const handle = ::InternetOpenW(
+        Widened(agent).c_str(), proxy ? INTERNET_OPEN_TYPE_PROXY : INTERNET_OPEN_TYPE_PRECONFIG,
+        win32::Native(proxy), nullptr, 0);
+    if (!handle) return LastError();
+    *session = new Session{Handle(handle), agent, timeouts};
+    SetLimits(handle, timeouts);
+    return kNone;
+  });
+}
+
+Error Connect(Session* session, const WChar* host, bool secure, Connection** connection) {
+  return NoMemoryIsAnError([&] {
+    Address address;
+    if (!ParseAddress(host, secure, &address)) return kInvalidUrl;
+    HINTERNET const handle = ::InternetConnectW(
+        session->handle.get(), Widened(address.name).c_str(),
+        static_cast<INTERNET_PORT>(address.port), L"", L"", INTERNET_SERVICE_HTTP, 0, 0);
+    if (!handle) return LastError();
+    *connection =
+        new Connection{Handle(handle), session->agent, session->timeouts, address, secure};
+    return kNone;
+  });
+}
+
+Error SetCredentials(Connection* connection, const WChar* user, const WChar* password) {
+  HINTERNET const handle = connection->handle.get();
+  return SetText(handle, INTERNET_OPTION_USERNAME, user) &&
+                 SetText(handle, INTERNET_OPTION_PASSWORD, password)
+             ? kNone
+             : LastError();
+}
+
+Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, Request** request) {
+  return NoMemoryIsAnError([&] {
+    const wchar_t* accepted[] = {L"*/*", nullptr};
+    const RequestHead head = {RequestTarget(path), connection->address.Text(), connection->agent,
+                              {}, keepConnection};
+    const DWORD flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
+                        (keepConnection ? INTERNET_FLAG_KEEP_CONNECTION : 0) |
+                        (connection->secure ? INTERNET_FLAG_SECURE : 0);
+    HINTERNET const handle =
+        ::HttpOpenRequestW(connection->handle.get(), L"POST", Widened(head.target).c_str(),
+                           L"HTTP/1.0", L"", accepted, flags, 0);
+    if (!handle) return LastError();
+    *request = new Request{Handle(handle), head, connection->timeouts, kNone, false, 0};
+    SetLimits(handle, connection->timeouts);
+    return kNone;
+  });
+}
+
+Error AddHeader(Request* request, const std::string& line) {
+  return NoMemoryIsAnError([&] {
+    const std::wstring text = Widened(line + "\r\n");
+    if (!::HttpAddRequestHeadersW(request->handle.get(), text.c_str(),
+                                  static_cast<DWORD>(text.size()), HTTP_ADDREQ_FLAG_ADD))
+      return LastError();
+    request->head.added.push_back(line);
+    return kNone;
+  });
+}
+
+Error HeadText(Request* request, ULONG total, std::string* text) {
+  return NoMemoryIsAnError([&] {
+    *text = request->head.Text(total);
+    return kNone;
+  });
+}
+
+Error Send(Request* request, ULONG total) {
+  const Watch watch(request->handle, request->timeouts.connect + request->timeouts.transfer);
+  request->dropped = kNone;
+  request->lengthIsKnown = false;
+  INTERNET_BUFFERSW buffers = {};
+  buffers.dwStructSize = sizeof buffers;
+  buffers.dwBufferTotal = total;
+  if (::HttpSendRequestExW(request->handle.get(), &buffers, nullptr, 0, 0)) return kNone;
+  return watch.Passed() ? kTimedOut : LastError();
+}
+
+Error Write(Request* request, const void* bytes, std::size_t size) {
+  if (request->dropped) return kNone;
+  const char* at = static_cast<const char*>(bytes);
+  while (size > 0) {
+    DWORD written = 0;
+    const auto part = static_cast<DWORD>(std::min<std::size_t>(size, 1 << 20));
+    if (!::InternetWriteFile(request->handle.get(), at, part, &written) || written == 0) {
+      const Error error = LastError();
+      if (!IsAborted(error)) return error;
+      request->dropped = error;
+      return kNone;
+    }
+    at += written;
+    size -= written;
+  }
+  return kNone;
+}
+
+Error End(Request* request) {
+  const Watch watch(request->handle, request->timeouts.transfer);
+  const Error error =
+      ::HttpEndRequestW(request->handle.get(), nullptr, 0, 0) ? kNone : LastError();
+  if (error == kForceRetry) return error;
+  int status = 0;
+  // A connection that broke or timed out may pass for an empty reply.
+  if (Status(request, &status) != kNone) {
+    if (watch.Passed()) return kTimedOut;
+    if (request->dropped) return request->dropped;
+    return error ? error : kInvalidReply;
+  }
+  const Error lengthError = ContentLength(request, &request->left);
+  request->lengthIsKnown = lengthError == kNone;
+  return lengthError == kHeaderNotFound ? kNone : lengthError;
+}
+
+Error Status(Request* request, int* status) {
+  DWORD code = 0, size = sizeof code;
+  if (!::HttpQueryInfoW(request->handle.get(), HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER,
+                        &code, &size, nullptr))
+    return LastError();
+  *status = static_cast<int>(code);
+  return code ? kNone : kHeaderNotFound;
+}
+
+Error ContentLength(Request* request, std::uint64_t* length) {
+  char text[32];
+  DWORD size = sizeof text;
+  if (!::HttpQueryInfoA(request->handle.get(), HTTP_QUERY_CONTENT_LENGTH, text, &size, nullptr))
+    return ::GetLastError() == ERROR_INSUFFICIENT_BUFFER ? kInvalidReply : LastError();
+  const auto parsed = std::from_chars(text, text + size, *length);
+  return parsed.ec == std::errc() && parsed.ptr == text + size ? kNone : kInvalidReply;
+}
+
+// Asked for more than has arrived the client would wait for all of it, however slowly it comes.
+Error Read(Request* request, void* bytes, ULONG capacity, ULONG* got) {
+  const ULONGLONG end = ::GetTickCount64() + static_cast<ULONGLONG>(request->timeouts.transfer);
+  HINTERNET const handle = request->handle.get();
+  *got = 0;
+  if (request->lengthIsKnown)
+    capacity = static_cast<ULONG>(std::min<std::uint64_t>(capacity, request->left));
+  while (*got < capacity) {
+    DWORD available = 0, read = 0;
+    if (!::InternetQueryDataAvailable(handle, &available, 0, 0)) return LastError();
+    const DWORD part = std::min<DWORD>(std::max<DWORD>(available, 1), capacity - *got);
+    if (!::InternetReadFile(handle, static_cast<char*>(bytes) + *got, part, &read))
+      return LastError();
+    if (read == 0) break;
+    *got += read;
+    if (*got < capacity && ::GetTickCount64() >= end) return kTimedOut;
+  }
+  if (request->lengthIsKnown) {
+    request->left -= *got;
+    if (*got == 0 && request->left > 0) return kConnectionAborted;
+  }
+  return kNone;
+}
+
+}  // namespace vosmere::http
