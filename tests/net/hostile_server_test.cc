@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/support/loopback_server.h"
+#include "tests/support/platform.h"
 #include "tests/support/sender.h"
 
 namespace vosmere::test {
@@ -38,6 +39,7 @@ TEST(HostileServer, HasNoAddress) {
 }
 
 TEST(HostileServer, NeverAccepts) {
+  if (RunsOnWine()) GTEST_SKIP() << "waits for as long as the kernel does";
   const Socket listener = Socket::Listen(0, 1);
   std::vector<Socket> others;
   for (int i = 0; i < 2; ++i) others.push_back(Socket::Connect(listener.Port()));
@@ -55,7 +57,7 @@ TEST(HostileServer, NeverAnswers) {
 }
 
 TEST(HostileServer, NeverReads) {
-  LoopbackServer server({[](Peer&) { std::this_thread::sleep_for(std::chrono::seconds(1)); }});
+  LoopbackServer server({[](Peer&) { std::this_thread::sleep_for(std::chrono::milliseconds(600)); }});
   Sender sender(server.host(), std::string(16 << 20, 'x'));
   sender.upload.SetTimeouts(kShortly, kShortly);
   EXPECT_EQ(sender.Send(), kTimedOut);
@@ -73,6 +75,7 @@ TEST(HostileServer, SendsTheReplyByteByByte) {
 }
 
 TEST(HostileServer, SendsTheHeadByteByByte) {
+  if (RunsOnWine()) GTEST_SKIP() << "waits for as long as bytes come";
   LoopbackServer server({[](Peer& peer) {
     peer.ReadRequest();
     peer.Send("HTTP/1.0 200 OK\r\nX: ");
@@ -84,6 +87,7 @@ TEST(HostileServer, SendsTheHeadByteByByte) {
 }
 
 TEST(HostileServer, SendsAHeadWithoutEnd) {
+  if (RunsOnWine()) GTEST_SKIP() << "takes a head of any length";
   LoopbackServer server({[](Peer& peer) {
     peer.ReadRequest();
     peer.Send("HTTP/1.0 200 OK\r\n");
@@ -117,7 +121,11 @@ TEST(HostileServer, BreaksOffTheReply) {
         if (resets) peer.Reset();
       }});
       Sender sender(server.host());
-      EXPECT_THAT(sender.Send(), bytes < 39 ? kBroken : testing::Matcher<LONG>(AnyOf(1, kBroken)));
+      const LONG code = sender.Send();
+      if (bytes >= 39 || (bytes > 0 && RunsOnWine()))
+        EXPECT_THAT(code, AnyOf(0, 1, kBroken));
+      else
+        EXPECT_THAT(code, kBroken);
     }
 }
 
@@ -155,6 +163,7 @@ TEST(HostileServer, LiesAboutTheLength) {
 }
 
 TEST(HostileServer, SpeaksSomethingElse) {
+  if (RunsOnWine()) GTEST_SKIP() << "takes it for the oldest HTTP";
   LoopbackServer server({Reply("220 mail.example ESMTP\r\n\r\n")});
   EXPECT_EQ(Sender(server.host()).Send(), kInvalidReply);
 }

@@ -55,7 +55,7 @@ class LoopbackServer {
   int port() const { return port_; }
   std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
 
-  /// What came on each connection. Stops the server.
+  /// What came on each connection that was served before this call, which stops the server.
   const std::vector<std::string>& requests();
 
  private:

@@ -25,6 +25,10 @@ struct Zone {
 /// Runs `work` to its end on a thread with a stack of so many bytes.
 void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 
+/// Whether the system only stands in for Windows: its HTTP client takes more time and more replies
+/// than the real one.
+bool RunsOnWine();
+
 /// Levels of nested elements that the platform's parser loads for certain.
 extern const int kLevelsThatLoad;
 

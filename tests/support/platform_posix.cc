@@ -15,6 +15,10 @@ void SetZoneVariable(const char* zone) {
   zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
 }
 
+bool RunsOnWine() {
+  return false;
+}
+
 void SetTimeZone(const char* zone) {
   SetZoneVariable(zone);
   tzset();

@@ -18,6 +18,10 @@ void SetZoneVariable(const char* zone) {
   _putenv_s("TZ", zone ? zone : "");
 }
 
+bool RunsOnWine() {
+  return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
 void SetTimeZone(const char* zone) {
   SetZoneVariable(zone);
   _tzset();

@@ -173,8 +173,14 @@ void CNetUploadFile::release_data(void* file, void* mapping) {
   delete static_cast<File*>(file);
 }
 
-std::string CNetUploadFile::ContentTypeLine() const {
-  return multipart::ContentType(FormOf(clean_), boundary_.get());
+bool CNetUploadFile::AddContentType(void* request) {
+  try {
+    const std::string line = multipart::ContentType(FormOf(clean_), boundary_.get());
+    const http::Error error = http::AddHeader(AsRequest(request), line.c_str());
+    return !error || Fail("HttpAddRequestHeaders Failed", error);
+  } catch (const std::bad_alloc&) {
+    return Fail("HttpAddRequestHeaders Failed", http::kNotEnoughMemory);
+  }
 }
 
 bool CNetUploadFile::FillBody(Body& body, bool partial) {
@@ -264,10 +270,8 @@ bool CNetUploadFile::UploadXMLContent(void* request) {
 
 bool CNetUploadFile::Upload(void* handle, bool partial) {
   http::Request* const request = AsRequest(handle);
-  if (const auto error = http::AddHeader(request, ContentTypeLine()))
-    return Fail("HttpAddRequestHeaders Failed", error);
   Body body;
-  if (!FillBody(body, partial)) return false;
+  if (!AddContentType(request) || !FillBody(body, partial)) return false;
 
   const auto total = static_cast<ULONG>(body.size());
   const auto write = [&] {
@@ -291,11 +295,11 @@ bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, 
   Handles handles;
   Body body;
   std::string head;
-  if (!OpenRequest(handles) || !FillBody(body, partial_)) return false;
-  http::Request* const request = handles.request.get();
-  if (const auto error = http::AddHeader(request, ContentTypeLine()))
-    return Fail("HttpAddRequestHeaders Failed", error);
-  if (http::HeadText(request, static_cast<ULONG>(body.size()), &head)) return false;
+  if (!OpenRequest(handles) || !AddContentType(handles.request.get()) || !FillBody(body, partial_))
+    return false;
+  if (const auto error =
+          http::HeadText(handles.request.get(), static_cast<ULONG>(body.size()), &head))
+    return Fail(kNoMemory, error);
   const auto show = [&](const char* bytes, std::size_t size) {
     return take(context, bytes, size) ? http::kNone : http::kCancelled;
   };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
@@ -106,7 +106,7 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   bool Upload(void* request, bool partial);
   bool OpenRequest(Handles& handles);
   bool FillBody(Body& body, bool partial);
-  std::string ContentTypeLine() const;
+  bool AddContentType(void* request);
   bool Fail(const char* message, ULONG error);
 
   SystemText localFile_;

@@ -85,7 +85,7 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, Request** request);
 
 /// A header line, without its end.
-Error AddHeader(Request* request, const std::string& line);
+Error AddHeader(Request* request, const char* line);
 
 /// What Send will send for a body of `total` bytes: everything up to the body.
 Error HeadText(Request* request, ULONG total, std::string* text);

@@ -174,7 +174,7 @@ Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, R
   });
 }
 
-Error AddHeader(Request* request, const std::string& line) {
+Error AddHeader(Request* request, const char* line) {
   return NoMemoryIsAnError([&] {
     request->head.added.push_back(line);
     return kNone;

@@ -7,7 +7,8 @@
 #include <algorithm>
 #include <atomic>
 #include <charconv>
-#include <limits>
+#include <cstring>
+#include <new>
 #include <string>
 
 #include "vosmere/base/wide_view.h"
@@ -142,6 +143,8 @@ struct Request {
   Error dropped;       // why the server does not take the body any more
   bool lengthIsKnown;  // of the reply
   std::uint64_t left;
+  ULONG blockAt, blockEnd;  // what the reply has brought and nobody has read
+  char block[16 * 1024];
 };
 
 void Close(Session* session) {
@@ -178,6 +181,7 @@ Error Connect(Session* session, const WChar* host, bool secure, Connection** con
     if (!handle) return LastError();
     *connection =
         new Connection{Handle(handle), session->agent, session->timeouts, address, secure};
+    SetLimits(handle, session->timeouts);
     return kNone;
   });
 }
@@ -202,15 +206,15 @@ Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, R
         ::HttpOpenRequestW(connection->handle.get(), L"POST", Widened(head.target).c_str(),
                            L"HTTP/1.0", L"", accepted, flags, 0);
     if (!handle) return LastError();
-    *request = new Request{Handle(handle), head, connection->timeouts, kNone, false, 0};
+    *request = new Request{Handle(handle), head, connection->timeouts, kNone, false, 0, 0, 0, {}};
     SetLimits(handle, connection->timeouts);
     return kNone;
   });
 }
 
-Error AddHeader(Request* request, const std::string& line) {
+Error AddHeader(Request* request, const char* line) {
   return NoMemoryIsAnError([&] {
-    const std::wstring text = Widened(line + "\r\n");
+    const std::wstring text = Widened(std::string(line) + "\r\n");
     if (!::HttpAddRequestHeadersW(request->handle.get(), text.c_str(),
                                   static_cast<DWORD>(text.size()), HTTP_ADDREQ_FLAG_ADD))
       return LastError();
@@ -230,6 +234,7 @@ Error Send(Request* request, ULONG total) {
   const Watch watch(request->handle, request->timeouts.connect + request->timeouts.transfer);
   request->dropped = kNone;
   request->lengthIsKnown = false;
+  request->blockAt = request->blockEnd = 0;
   INTERNET_BUFFERSW buffers = {};
   buffers.dwStructSize = sizeof buffers;
   buffers.dwBufferTotal = total;
@@ -291,20 +296,30 @@ Error ContentLength(Request* request, std::uint64_t* length) {
 }
 
 // Asked for more than has arrived the client would wait for all of it, however slowly it comes.
+Error Fetch(Request* request) {
+  HINTERNET const handle = request->handle.get();
+  DWORD available = 0, got = 0;
+  if (!::InternetQueryDataAvailable(handle, &available, 0, 0)) return LastError();
+  const DWORD size = std::min<DWORD>(std::max<DWORD>(available, 1), sizeof request->block);
+  if (!::InternetReadFile(handle, request->block, size, &got)) return LastError();
+  request->blockAt = 0;
+  request->blockEnd = got;
+  return kNone;
+}
+
 Error Read(Request* request, void* bytes, ULONG capacity, ULONG* got) {
   const ULONGLONG end = ::GetTickCount64() + static_cast<ULONGLONG>(request->timeouts.transfer);
-  HINTERNET const handle = request->handle.get();
   *got = 0;
   if (request->lengthIsKnown)
     capacity = static_cast<ULONG>(std::min<std::uint64_t>(capacity, request->left));
   while (*got < capacity) {
-    DWORD available = 0, read = 0;
-    if (!::InternetQueryDataAvailable(handle, &available, 0, 0)) return LastError();
-    const DWORD part = std::min<DWORD>(std::max<DWORD>(available, 1), capacity - *got);
-    if (!::InternetReadFile(handle, static_cast<char*>(bytes) + *got, part, &read))
-      return LastError();
-    if (read == 0) break;
-    *got += read;
+    if (request->blockAt == request->blockEnd)
+      if (const Error error = Fetch(request)) return error;
+    const ULONG size = std::min(capacity - *got, request->blockEnd - request->blockAt);
+    if (size == 0) break;
+    std::memcpy(static_cast<char*>(bytes) + *got, request->block + request->blockAt, size);
+    request->blockAt += size;
+    *got += size;
     if (*got < capacity && ::GetTickCount64() >= end) return kTimedOut;
   }
   if (request->lengthIsKnown) {
