@@ -32,9 +32,9 @@ void Peer::WaitForClient() {
   }
 }
 
-LoopbackServer::LoopbackServer(std::vector<Script> scripts)
+LoopbackServer::LoopbackServer(std::vector<Script> scripts, int port)
     : scripts_(std::move(scripts)),
-      listener_(Socket::Listen()),
+      listener_(Socket::Listen(port)),
       port_(listener_.Port()),
       thread_([this] { Serve(); }) {}
 

@@ -47,7 +47,7 @@ class LoopbackServer {
   using Script = std::function<void(Peer&)>;
 
   /// Connections run through the scripts in turn, and the last script has all others.
-  explicit LoopbackServer(std::vector<Script> scripts);
+  explicit LoopbackServer(std::vector<Script> scripts, int port = 0);
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
   ~LoopbackServer() { Stop(); }

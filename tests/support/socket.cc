@@ -54,6 +54,9 @@ std::intptr_t NewSocket() {
 
 Socket Socket::Listen(int port, int backlog) {
   Socket socket(NewSocket());
+  const int again = 1;
+  ::setsockopt(Native(socket.handle_), SOL_SOCKET, SO_REUSEADDR,
+               reinterpret_cast<const char*>(&again), sizeof again);
   const sockaddr_in address = Loopback(port);
   const bool listens = ::bind(Native(socket.handle_), reinterpret_cast<const sockaddr*>(&address),
                               sizeof address) == 0 &&

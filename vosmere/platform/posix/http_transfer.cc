@@ -46,10 +46,11 @@ int StatusOf(std::string_view line) {
 }
 
 http::Error CertificateFault(CURL* easy) {
-  constexpr long kNotYetValid = 9, kExpired = 10;  // as OpenSSL numbers them
+  // As OpenSSL numbers them; without any of its own numbers it was libcurl that compared names.
+  constexpr long kNotChecked = 1, kNotYetValid = 9, kExpired = 10;
   long fault = 0;
   curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &fault);
-  if (fault == 0) return http::kCertificateNameInvalid;
+  if (fault <= kNotChecked) return http::kCertificateNameInvalid;
   return fault == kNotYetValid || fault == kExpired ? http::kCertificateDateInvalid
                                                     : http::kCertificateUntrusted;
 }

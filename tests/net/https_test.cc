@@ -1,0 +1,127 @@
+// Uploads through a real server with TLS.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "tests/support/loopback_server.h"
+#include "tests/support/nginx.h"
+#include "tests/support/sender.h"
+
+namespace vosmere::test {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+class Https : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    if (!Nginx::IsInstalled()) return;
+    backend_ = Socket::Listen().Port();
+    nginx_ = std::make_unique<Nginx>(
+        "client_max_body_size 100m;"
+        "location /upload { proxy_pass http://127.0.0.1:" +
+        std::to_string(backend_) +
+        "; }"
+        "location /private { auth_basic x; auth_basic_user_file users;"
+        "  proxy_pass http://127.0.0.1:" +
+        std::to_string(backend_) +
+        "; }"
+        "location /small { client_max_body_size 1k; proxy_pass http://127.0.0.1:1; }"
+        "location /again { return 307 https://127.0.0.1:PORT/upload; }"
+        "location /plain { return 302 http://127.0.0.1:PORT/upload; }"
+        "location /drop { return 444; }");
+  }
+  static void TearDownTestSuite() { nginx_.reset(); }
+
+  void SetUp() override {
+    if (!nginx_) GTEST_SKIP() << "nginx or openssl is not installed";
+    ASSERT_TRUE(nginx_->runs());
+    setenv("SSL_CERT_FILE", nginx_->certificate().c_str(), 1);
+  }
+  void TearDown() override { unsetenv("SSL_CERT_FILE"); }
+
+  /// What an upload to that path returns.
+  static LONG Send(Sender& sender, const char* path) {
+    sender.upload.SetSecure(true);
+    sender.upload.SetPostAcceptor(W(std::string(path)));
+    return sender.Send();
+  }
+
+  static inline int backend_;
+  static inline std::unique_ptr<Nginx> nginx_;
+};
+
+TEST_F(Https, TheBodyArrives) {
+  LoopbackServer behind({ReplyOk("stored")}, backend_);
+  const std::string bytes(5000000, 'x');
+  Sender sender(nginx_->host(), bytes);
+  EXPECT_EQ(Send(sender, "/upload"), 0);
+  EXPECT_EQ(sender.Response(), "stored");
+  EXPECT_THAT(behind.requests()[0],
+              AllOf(HasSubstr("Content-Type: multipart/form-data, boundary=BOUNDARY\r\n"),
+                    EndsWith("\r\n\r\n" + bytes + "\r\n--BOUNDARY--\r\n")));
+}
+
+TEST_F(Https, AnUntrustedCertificateIsRefused) {
+  unsetenv("SSL_CERT_FILE");
+  Sender sender(nginx_->host());
+  EXPECT_EQ(Send(sender, "/upload"), Code(12045));
+}
+
+TEST_F(Https, ACertificateForAnotherNameIsRefused) {
+  Sender sender("localhost:" + std::to_string(nginx_->port()));
+  EXPECT_EQ(Send(sender, "/upload"), Code(12038));
+}
+
+TEST_F(Https, AServerWithoutTlsIsRefused) {
+  LoopbackServer plain({[](Peer& peer) {
+    peer.ReadBytes(1);
+    peer.Send("HTTP/1.0 400 Plain HTTP only\r\n\r\n");
+  }});
+  Sender sender(plain.host());
+  EXPECT_EQ(Send(sender, "/upload"), Code(12157));
+}
+
+TEST_F(Https, ThePasswordIsSentWhenTheServerAsks) {
+  LoopbackServer behind({ReplyOk("welcome")}, backend_);
+  Sender sender(nginx_->host(), std::string(3000000, 'x'));
+  sender.upload.SetUserName(W("joe"));
+  sender.upload.SetPassword(W("secret"));
+  EXPECT_EQ(Send(sender, "/private"), 0);
+  EXPECT_EQ(sender.upload.GetStatus(), 200);
+  EXPECT_EQ(sender.Response(), "welcome");
+  sender.upload.SetPassword(W("wrong"));
+  EXPECT_EQ(Send(sender, "/private"), 0);
+  EXPECT_EQ(sender.upload.GetStatus(), 401);
+  EXPECT_THAT(behind.requests(), SizeIs(1));
+}
+
+TEST_F(Https, ABodyThatIsTooLargeGetsItsReply) {
+  Sender sender(nginx_->host(), std::string(20000000, 'x'));
+  EXPECT_EQ(Send(sender, "/small"), 0);
+  EXPECT_EQ(sender.upload.GetStatus(), 413);
+  EXPECT_THAT(sender.Response(), HasSubstr("Too Large"));
+}
+
+TEST_F(Https, ARedirectLeadsOnlyToHttps) {
+  LoopbackServer behind({ReplyOk()}, backend_);
+  Sender sender(nginx_->host());
+  EXPECT_EQ(Send(sender, "/again"), 0);
+  EXPECT_EQ(Send(sender, "/plain"), Code(12040));
+  EXPECT_THAT(behind.requests(), testing::ElementsAre(StartsWith("POST /upload HTTP/1.0\r\n")));
+}
+
+TEST_F(Https, AServerThatHangsUpIsAFailure) {
+  Sender sender(nginx_->host(), std::string(20000000, 'x'));
+  EXPECT_THAT(Send(sender, "/drop"), testing::AnyOf(Code(12030), Code(12152)));
+}
+
+}  // namespace
+}  // namespace vosmere::test
