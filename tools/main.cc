@@ -7,6 +7,7 @@
 #include "tools/document.h"
 #include "tools/favorites.h"
 #include "tools/platform.h"
+#include "tools/post.h"
 #include "tools/replace_file.h"
 #include "tools/text.h"
 
@@ -82,6 +83,32 @@ int Run(Verb verb) {
   }
 }
 
+CLI::App* AddPost(CLI::App& app, PostOptions& options) {
+  CLI::App* const post = app.add_subcommand("post", "Upload a file to a web server as a form");
+  post->footer(
+      "Exit codes: 0 sent; 1 the server answers with an error; 2 wrong usage, or it cannot be "
+      "sent.");
+  const auto isPair = [](const std::string& field) {
+    return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
+  };
+  post->add_option("HOST", options.host, "Name of the server, also name:port")->required();
+  post->add_option("PATH", options.path, "Path on the server")->required();
+  post->add_option("FILE", options.file)->required();
+  post->add_option("--field", options.fields, "A further field of the form; may be repeated")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false)
+      ->check(isPair);
+  post->add_option("--user", options.user,
+                   "Send this name and the MD5 digest of a password, which is read from the "
+                   "terminal or the standard input");
+  post->add_flag("--secure", options.secure, "Use HTTPS");
+  post->add_flag("--clean", options.clean,
+                 "Write the form as browsers do: the file's name without its folders");
+  post->add_flag("--dry-run", options.dryRun,
+                 "Print the bytes of the request, without the digest, and send nothing");
+  return post;
+}
+
 int Main(const Arguments& arguments) {
   CLI::App app("Shows, checks and copies the documents of saved items.", "vosmere");
   app.set_version_flag("--version", VOSMERE_VERSION);
@@ -150,6 +177,9 @@ int Main(const Arguments& arguments) {
   favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
       ->excludes(opml);
   favorites->callback([&] { exitCode = Run([&] { return Favorites(options); }); });
+
+  PostOptions post;
+  AddPost(app, post)->callback([&] { exitCode = Run([&] { return Post(post); }); });
 
   try {
     app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them

@@ -1,0 +1,23 @@
+#include <bsd/readpassphrase.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "tools/terminal.h"
+
+namespace vosmere::tool {
+
+bool IsTerminal(Stream stream) {
+  return isatty(static_cast<int>(stream)) == 1;
+}
+
+bool ReadSecretLine(const std::string& prompt, std::string& line) {
+  char typed[1024];
+  const bool read = readpassphrase(prompt.c_str(), typed, sizeof typed, RPP_ECHO_OFF) != nullptr;
+  if (read) line = typed;
+  explicit_bzero(typed, sizeof typed);
+  return read;
+}
+
+void MakeOutputBinary() {}
+
+}  // namespace vosmere::tool
