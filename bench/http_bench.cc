@@ -138,8 +138,9 @@ bool UploadWithSocket() {
 
 bool UploadWithCurl() {
   const Setting& setting = Setting::Get();
-  const std::string command = "curl --silent --noproxy '*' --http1.0 --output /dev/null --form file=@" +
-                              setting.path() + " http://" + setting.host() + "/";
+  const std::string command =
+      "curl --silent --noproxy '*' --http1.0 --output /dev/null --form file=@" + setting.path() +
+      " http://" + setting.host() + "/";
   return std::system(command.c_str()) == 0;
 }
 

@@ -57,7 +57,8 @@ TEST(HostileServer, NeverAnswers) {
 }
 
 TEST(HostileServer, NeverReads) {
-  LoopbackServer server({[](Peer&) { std::this_thread::sleep_for(std::chrono::milliseconds(600)); }});
+  LoopbackServer server(
+      {[](Peer&) { std::this_thread::sleep_for(std::chrono::milliseconds(600)); }});
   Sender sender(server.host(), std::string(16 << 20, 'x'));
   sender.upload.SetTimeouts(kShortly, kShortly);
   EXPECT_EQ(sender.Send(), kTimedOut);

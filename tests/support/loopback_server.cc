@@ -24,7 +24,8 @@ bool Peer::ReadRequest() {
   while ((end = received_.find("\r\n\r\n")) == received_.npos)
     if (!ReadMore()) return false;
   const std::size_t length = received_.find("Content-Length: ");
-  return ReadBytes(end + 4 + (length < end ? std::strtoul(&received_[length + 16], nullptr, 10) : 0));
+  return ReadBytes(end + 4 +
+                   (length < end ? std::strtoul(&received_[length + 16], nullptr, 10) : 0));
 }
 
 void Peer::WaitForClient() {

@@ -67,8 +67,9 @@ Socket Socket::Listen(int port, int backlog) {
 Socket Socket::Connect(int port) {
   Socket socket(NewSocket());
   const sockaddr_in address = Loopback(port);
-  const bool connected = ::connect(Native(socket.handle_),
-                                   reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  const bool connected =
+      ::connect(Native(socket.handle_), reinterpret_cast<const sockaddr*>(&address),
+                sizeof address) == 0;
   return connected ? std::move(socket) : Socket();
 }
 

@@ -29,18 +29,16 @@ JoinedText TestServer() {
 CInetSynch::~CInetSynch() = default;
 
 void CInetSynch::UploadColct(CColctNode*, int) {
-  http::Session* session = nullptr;
-  http::Connection* connection = nullptr;
-  http::Request* request = nullptr;
+  http::Owned<http::Session> session;
+  http::Owned<http::Connection> connection;
+  http::Owned<http::Request> request;
   const http::Timeouts timeouts = {CNetBase::kConnectTimeout, CNetBase::kTransferTimeout};
-  const bool opened =
-      !http::Open(kAgent, nullptr, timeouts, &session) &&
-      !http::Connect(session, TestServer().get(), false, &connection) &&
-      !http::OpenPost(connection, Join({"post.php"}).get(), false, &request);
-  if (opened && !http::AddHeader(request, kFormType)) SendWhole(request, kForm, sizeof kForm - 1);
-  if (request) http::Close(request);
-  if (connection) http::Close(connection);
-  if (session) http::Close(session);
+  if (http::Open(kAgent, nullptr, timeouts, &session) ||
+      http::Connect(session.get(), TestServer().get(), false, &connection) ||
+      http::OpenPost(connection.get(), Join({"post.php"}).get(), false, &request) ||
+      http::AddHeader(request.get(), kFormType))
+    return;
+  SendWhole(request.get(), kForm, sizeof kForm - 1);
 }
 
 void CInetSynch::SetTestServer(const WChar* host) {

@@ -53,9 +53,8 @@ void CNetBase::AddNamed(const char* name, const WChar* value) {
 char* CNetBase::GetFormUserNamePswString() {
   if (!userName_.get() || !pswMD5_.get()) return nullptr;
   return NullIfNoMemory([&]() -> char* {
-    const int length =
-        std::snprintf(form_, sizeof form_, "username=%s&pswmd5=%s", Utf8(userName_.get()).c_str(),
-                      Utf8(pswMD5_.get()).c_str());
+    const int length = std::snprintf(form_, sizeof form_, "username=%s&pswmd5=%s",
+                                     Utf8(userName_.get()).c_str(), Utf8(pswMD5_.get()).c_str());
     return length < static_cast<int>(sizeof form_) ? form_ : nullptr;
   });
 }
@@ -135,15 +134,15 @@ void CNetBase::SetTimeouts(LONG connect, LONG transfer) {
 
 int CNetBase::OpenSessionConnection() {
   CloseSessionConnection();
-  http::Session* session = nullptr;
-  http::Connection* connection = nullptr;
-  http::Request* request = nullptr;
+  http::Owned<http::Session> session;
+  http::Owned<http::Connection> connection;
+  http::Owned<http::Request> request;
   if (http::Open(kAgent, nullptr, {connectTimeout_, transferTimeout_}, &session)) return -3;
-  session_ = session;
-  if (http::Connect(session, host_.get(), false, &connection)) return -4;
-  connection_ = connection;
-  if (http::OpenPost(connection, postAcceptor_.get(), false, &request)) return -5;
-  request_ = request;
+  if (http::Connect(session.get(), host_.get(), false, &connection)) return -4;
+  if (http::OpenPost(connection.get(), postAcceptor_.get(), false, &request)) return -5;
+  session_ = session.release();
+  connection_ = connection.release();
+  request_ = request.release();
   return 0;
 }
 

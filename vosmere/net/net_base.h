@@ -28,8 +28,8 @@ class VOSMERE_API CNetBase {
 
   /// Appends a form parameter, "name=value" in UTF-8 behind an "&". Null in either changes nothing.
   /// Intended: a parameter is dropped without a word when the text would pass 1024 bytes, counting
-  /// the "=" and always an "&", too. Intended: nothing is escaped; callers pass what is ready for the
-  /// form.
+  /// the "=" and always an "&", too. Intended: nothing is escaped; callers pass what is ready for
+  /// the form.
   virtual void AddParameter(const WChar* name, const WChar* value);
 
   /// Closes the handles.
@@ -62,12 +62,13 @@ class VOSMERE_API CNetBase {
   BSTR DetachResponse();
 
   /// How long to wait, in milliseconds, from the next request on: for the connection; and, once it
-  /// stands, while no byte of the request moves, for the head of the reply, and for each piece of it.
+  /// stands, while no byte of the request moves, for the head of the reply, and for each piece of
+  /// it.
   void SetTimeouts(LONG connect, LONG transfer);
 
-  /// Opens a POST to the server, with the agent "Vosmere Browser"; whatever was open is closed. 0, or
-  /// -3, -4, -5 when session, connection or request cannot be opened. The server learns of it only
-  /// when something is sent.
+  /// Opens a POST to the server, with the agent "Vosmere Browser"; whatever was open is closed. 0,
+  /// or -3, -4, -5 when session, connection or request cannot be opened. The server learns of it
+  /// only when something is sent.
   int OpenSessionConnection();
   /// The request opened by OpenSessionConnection; null when none is.
   void* GetRequest() const { return request_; }
@@ -77,8 +78,9 @@ class VOSMERE_API CNetBase {
   /// Closes what is open.
   void CloseSessionConnection();
 
-  /// Adds the reply to a sent request to the response and returns its length in bytes. -5 for a null
-  /// request, -7 when reading fails or memory runs out. At most 50,000 pieces of 2048 bytes are read.
+  /// Adds the reply to a sent request to the response and returns its length in bytes. -5 for a
+  /// null request, -7 when reading fails or memory runs out. At most 50,000 pieces of 2048 bytes
+  /// are read.
   int ReadServerResponse(void* request);
 
  protected:
@@ -86,7 +88,8 @@ class VOSMERE_API CNetBase {
   const WChar* postAcceptor() const { return postAcceptor_.get(); }
   LONG connectTimeout() const { return connectTimeout_; }
   LONG transferTimeout() const { return transferTimeout_; }
-  /// Appends bytes to the parameters as they are. False, with nothing appended, when they do not fit.
+  /// Appends bytes to the parameters as they are. False, with nothing appended, when they do not
+  /// fit.
   bool AppendParameterText(const char* text, std::size_t length);
 
  private:

@@ -5,13 +5,13 @@
 #include <limits>
 #include <memory>
 #include <new>
-#include <type_traits>
 
 #include "vosmere/base/no_memory.h"
 #include "vosmere/base/trace.h"
 #include "vosmere/net/exchange.h"
 #include "vosmere/net/join.h"
 #include "vosmere/net/multipart.h"
+#include "vosmere/net/upload_body.h"
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/file.h"
 #include "vosmere/text/base_tool.h"
@@ -21,7 +21,6 @@ namespace {
 
 constexpr const char* kAgent = "Vosmere Post";
 constexpr const char* kNoMemory = "Out Of Memory";
-constexpr std::size_t kPiece = 256 * 1024;
 constexpr int kMostTraced = 64;  // pieces of a reply
 
 using multipart::Form;
@@ -46,54 +45,6 @@ std::string Bytes(unsigned codePage, const JoinedText& text) {
 }
 
 }  // namespace
-
-/// The four parts, in the order of the request.
-struct CNetUploadFile::Body {
-  std::string head;
-  const char* data = nullptr;
-  std::size_t dataSize = 0;
-  std::string fields;
-  std::string tail;
-
-  std::string xml;  // behind `data`, or else the file
-  void* file = nullptr;
-  void* mapping = nullptr;
-
-  Body() = default;
-  Body(const Body&) = delete;
-  Body& operator=(const Body&) = delete;
-  ~Body() { release_data(file, mapping); }
-
-  std::uint64_t size() const {
-    return std::uint64_t{head.size()} + dataSize + fields.size() + tail.size();
-  }
-
-  bool HasShrunk() const {
-    std::uint64_t now = 0;
-    return file && (!static_cast<File*>(file)->Size(&now) || now < dataSize);
-  }
-  void Forget(std::size_t position, std::size_t length) const {
-    if (mapping) static_cast<FileMapping*>(mapping)->Forget(position, length);
-  }
-
-  /// Gives all bytes to `take`, which returns an error or kNone. The end is held back from a file
-  /// that is no longer what was announced.
-  template <class Take>
-  http::Error ForEachPiece(Take take) const {
-    const auto takeText = [&](const std::string& text) {
-      return text.empty() ? http::kNone : take(text.data(), text.size());
-    };
-    if (const http::Error error = takeText(head)) return error;
-    for (std::size_t at = 0, length; at < dataSize; at += length) {
-      length = std::min(kPiece, dataSize - at);
-      if (const http::Error error = take(data + at, length)) return error;
-      Forget(at, length);
-    }
-    if (HasShrunk()) return http::kFileInvalid;
-    if (const http::Error error = takeText(fields)) return error;
-    return takeText(tail);
-  }
-};
 
 struct CNetUploadFile::Handles {
   http::Owned<http::Session> session;
@@ -128,9 +79,8 @@ BSTR CNetUploadFile::get_tail() {
 }
 
 BSTR CNetUploadFile::FormNameValue(const WChar* name, const WChar* value) {
-  return NullIfNoMemory([&] {
-    return multipart::Field(FormOf(clean_), boundary_.get(), name, value).release();
-  });
+  return NullIfNoMemory(
+      [&] { return multipart::Field(FormOf(clean_), boundary_.get(), name, value).release(); });
 }
 
 void CNetUploadFile::AddParameter(const WChar* name, const WChar* value) {
@@ -183,20 +133,23 @@ bool CNetUploadFile::AddContentType(void* request) {
   }
 }
 
-bool CNetUploadFile::FillBody(Body& body, bool partial) {
+bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
   try {
     body.head = Bytes(clean_ ? kCodePageUtf8 : kCodePageSystem, JoinedText(get_head()));
     body.fields = GetParaString();
     body.tail = Bytes(kCodePageSystem, JoinedText(get_tail()));
     if (partial) {
-      body.xml = BytesOf(kCodePageUtf8, WideView(xml_));
-      body.data = body.xml.data();
-      body.dataSize = body.xml.size();
+      body.text = BytesOf(kCodePageUtf8, WideView(xml_));
+      body.data = body.text.data();
+      body.dataSize = body.text.size();
     } else {
+      void *file = nullptr, *mapping = nullptr;
       ULONG size = 0;
-      body.data = static_cast<const char*>(get_data(body.file, body.mapping, size));
+      body.data = static_cast<const char*>(get_data(file, mapping, size));
       if (!body.data) return false;
       body.dataSize = size;
+      body.file.reset(static_cast<File*>(file));
+      body.mapping.reset(static_cast<FileMapping*>(mapping));
     }
   } catch (const std::bad_alloc&) {
     return Fail(kNoMemory, http::kNotEnoughMemory);
@@ -223,28 +176,17 @@ bool CNetUploadFile::UploadPartialFile(const WChar* path, const WChar* xml) {
 }
 
 bool CNetUploadFile::OpenRequest(Handles& handles) {
-  const auto into = [](auto& owner, auto open) {
-    typename std::remove_reference_t<decltype(owner)>::pointer handle = nullptr;
-    const http::Error error = open(&handle);
-    owner.reset(handle);
-    return error;
-  };
   const http::Timeouts timeouts = {connectTimeout(), transferTimeout()};
-  if (const auto error = into(handles.session, [&](auto** made) {
-        return http::Open(kAgent, proxy_.get(), timeouts, made);
-      }))
+  if (const auto error = http::Open(kAgent, proxy_.get(), timeouts, &handles.session))
     return Fail("InternetOpen Failed", error);
-  if (const auto error = into(handles.connection, [&](auto** made) {
-        return http::Connect(handles.session.get(), host(), secure_, made);
-      }))
+  if (const auto error = http::Connect(handles.session.get(), host(), secure_, &handles.connection))
     return Fail("InternetConnect Failed", error);
   if (userName_.get() && password_.get())
     if (const auto error =
             http::SetCredentials(handles.connection.get(), userName_.get(), password_.get()))
       return Fail("InternetSetOption Failed", error);
-  if (const auto error = into(handles.request, [&](auto** made) {
-        return http::OpenPost(handles.connection.get(), postAcceptor(), true, made);
-      }))
+  if (const auto error =
+          http::OpenPost(handles.connection.get(), postAcceptor(), true, &handles.request))
     return Fail("HttpOpenRequest Failed", error);
   return true;
 }
@@ -270,7 +212,7 @@ bool CNetUploadFile::UploadXMLContent(void* request) {
 
 bool CNetUploadFile::Upload(void* handle, bool partial) {
   http::Request* const request = AsRequest(handle);
-  Body body;
+  UploadBody body;
   if (!AddContentType(request) || !FillBody(body, partial)) return false;
 
   const auto total = static_cast<ULONG>(body.size());
@@ -293,7 +235,7 @@ bool CNetUploadFile::Upload(void* handle, bool partial) {
 bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, std::size_t size),
                                  void* context) {
   Handles handles;
-  Body body;
+  UploadBody body;
   std::string head;
   if (!OpenRequest(handles) || !AddContentType(handles.request.get()) || !FillBody(body, partial_))
     return false;

@@ -9,6 +9,8 @@
 
 namespace vosmere {
 
+struct UploadBody;
+
 /// Sends one file, or one XML text, to a web server as a multipart/form-data POST, with the added
 /// parameters as further fields of the form; the reply is in the response of the base class.
 ///
@@ -94,18 +96,17 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   BSTR get_tail();
   BSTR FormNameValue(const WChar* name, const WChar* value);
 
-  /// Opens and maps the local file. The view, which is not null for an empty file either; freed with
-  /// its handles by release_data. Null on failure.
+  /// Opens and maps the local file. The view, which is not null for an empty file either; freed
+  /// with its handles by release_data. Null on failure.
   const void* get_data(void*& file, void*& mapping, ULONG& size);
   static void release_data(void* file, void* mapping);
 
  private:
-  struct Body;
   struct Handles;
 
   bool Upload(void* request, bool partial);
   bool OpenRequest(Handles& handles);
-  bool FillBody(Body& body, bool partial);
+  bool FillBody(UploadBody& body, bool partial);
   bool AddContentType(void* request);
   bool Fail(const char* message, ULONG error);
 

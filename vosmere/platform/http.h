@@ -6,8 +6,8 @@
 //
 // HTTPS checks the server's certificate against the system's trusted ones; on Linux the variables
 // SSL_CERT_FILE and SSL_CERT_DIR name others. A redirect is followed as the Windows client follows
-// it: 301, 302 and 303 by a GET without the body, 307 (and 308, on Linux) by the same request again,
-// body included; never from HTTPS to HTTP.
+// it: 301, 302 and 303 by a GET without the body, 307 (and 308, on Linux) by the same request
+// again, body included; never from HTTPS to HTTP.
 #pragma once
 
 #include <cstdint>
@@ -72,17 +72,19 @@ using Owned = std::unique_ptr<Handle, Closer>;
 
 /// `proxy` is `name:port`; null asks the system: its preconfigured access on Windows, the variables
 /// http_proxy, https_proxy and no_proxy on Linux.
-Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts, Session** session);
+Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
+           Owned<Session>* session);
 
 /// `host` may carry a port (`name:8080`); without one the protocol's own is used. Connects with the
 /// first request.
-Error Connect(Session* session, const WChar* host, bool secure, Connection** connection);
+Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection);
 
 /// For a server that asks who is there. The request then ends in kForceRetry once.
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password);
 
 /// A POST of `path` that passes by all caches. Every request has a connection of its own.
-Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, Request** request);
+Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
+               Owned<Request>* request);
 
 /// A header line, without its end.
 Error AddHeader(Request* request, const char* line);

@@ -120,9 +120,9 @@ bool FileMapping::Create(const File& file) {
   errno = S_ISREG(status.st_mode) ? EFBIG : ENODEV;
   if (!S_ISREG(status.st_mode) || size_ > SIZE_MAX) return Fail();
   // The system makes no mapping of a file without contents.
-  void* const view =
-      size_ ? mmap(nullptr, size_, PROT_READ, MAP_SHARED, Descriptor(file.handle_), 0)
-            : const_cast<char*>("");
+  void* const view = size_
+                         ? mmap(nullptr, size_, PROT_READ, MAP_SHARED, Descriptor(file.handle_), 0)
+                         : const_cast<char*>("");
   if (view == MAP_FAILED) return Fail();
   view_ = view;
   return true;
@@ -154,10 +154,9 @@ ULONG WindowsError(ULONG error) {
     int number;
     ULONG windows;
   } kNumbers[] = {
-      {0, 0},       {ENOENT, 2}, {ENOTDIR, 3},   {EMFILE, 4},  {ENFILE, 4},
-      {EACCES, 5},  {EPERM, 5},  {EISDIR, 5},    {EBADF, 6},   {ENOMEM, 8},
-      {ENODEV, 20}, {EIO, 30},   {ETXTBSY, 32},  {EINVAL, 87}, {ENAMETOOLONG, 206},
-      {EFBIG, 223}, {ELOOP, 1921},
+      {0, 0},        {ENOENT, 2},  {ENOTDIR, 3},        {EMFILE, 4},  {ENFILE, 4},   {EACCES, 5},
+      {EPERM, 5},    {EISDIR, 5},  {EBADF, 6},          {ENOMEM, 8},  {ENODEV, 20},  {EIO, 30},
+      {ETXTBSY, 32}, {EINVAL, 87}, {ENAMETOOLONG, 206}, {EFBIG, 223}, {ELOOP, 1921},
   };
   constexpr ULONG kGeneralFailure = 31;
   for (const auto& known : kNumbers)

@@ -141,20 +141,21 @@ void Close(Request* request) {
   delete request;
 }
 
-Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts, Session** session) {
+Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
+           Owned<Session>* session) {
   return NoMemoryIsAnError([&] {
     Session made{agent, std::nullopt, timeouts};
     if (proxy) made.proxy = BytesOf(kCodePageUtf8, WideView(proxy));
-    *session = new Session(std::move(made));
+    session->reset(new Session(std::move(made)));
     return kNone;
   });
 }
 
-Error Connect(Session* session, const WChar* host, bool secure, Connection** connection) {
+Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection) {
   return NoMemoryIsAnError([&] {
     Address address;
     if (!ParseAddress(host, secure, &address)) return kInvalidUrl;
-    *connection = new Connection{*session, address, secure, std::nullopt, std::nullopt};
+    connection->reset(new Connection{*session, address, secure, std::nullopt, std::nullopt});
     return kNone;
   });
 }
@@ -167,9 +168,10 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
   });
 }
 
-Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, Request** request) {
+Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
+               Owned<Request>* request) {
   return NoMemoryIsAnError([&] {
-    *request = new Request(*connection, path, keepConnection);
+    request->reset(new Request(*connection, path, keepConnection));
     return kNone;
   });
 }

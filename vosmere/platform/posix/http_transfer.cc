@@ -64,7 +64,7 @@ bool IsSecure(CURL* easy) {
 }  // namespace
 
 HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
-    : timeout_(milliseconds(timeouts.transfer)) {
+    : connectTimeout_(milliseconds(timeouts.connect)), timeout_(milliseconds(timeouts.transfer)) {
   static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
   if (ready == CURLE_OK) {
     multi_.reset(curl_multi_init());
@@ -136,6 +136,7 @@ std::size_t HttpTransfer::OnHeader(char* line, std::size_t, std::size_t size, vo
 std::size_t HttpTransfer::OnReply(char* bytes, std::size_t, std::size_t size, void* self) {
   auto& t = *static_cast<HttpTransfer*>(self);
   if (t.stashed_ > 0) return CURL_WRITEFUNC_PAUSE;
+  if (size > sizeof t.stash_) return 0;
   std::memcpy(t.stash_, bytes, size);
   t.stashed_ = size;
   return size;
@@ -161,7 +162,7 @@ http::Error HttpTransfer::Start(ULONG total) {
   added_ = true;
 
   const auto enough = [&] { return wanted_ || Answered() || total == 0; };
-  if (const http::Error error = Drive(Clock::time_point::max(), false, enough)) return error;
+  if (const http::Error error = Drive(Deadline() + connectTimeout_, false, enough)) return error;
   return finished_ && !Answered() ? Failure() : http::kNone;
 }
 

@@ -1,5 +1,5 @@
-// One exchange by libcurl, led by the caller: libcurl asks for the body and hands out the reply when
-// it likes; here both happen when Write and Read are called.
+// One exchange by libcurl, led by the caller: libcurl asks for the body and hands out the reply
+// when it likes; here both happen when Write and Read are called.
 #pragma once
 
 #include <curl/curl.h>
@@ -70,6 +70,7 @@ class HttpTransfer {
 
   std::unique_ptr<CURLM, MultiCleanup> multi_;
   std::unique_ptr<CURL, EasyCleanup> easy_;
+  Clock::duration connectTimeout_;
   Clock::duration timeout_;
   curl_slist* forGet_ = nullptr;
   curl_slist* forPost_ = nullptr;

@@ -1,11 +1,6 @@
 #include "vosmere/platform/http.h"
 
-#include <windows.h>
-// After windows.h, which it needs.
-#include <wininet.h>
-
 #include <algorithm>
-#include <atomic>
 #include <charconv>
 #include <cstring>
 #include <new>
@@ -15,58 +10,13 @@
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/http_message.h"
 #include "vosmere/platform/win32/com.h"
+#include "vosmere/platform/win32/http_handle.h"
 
 namespace vosmere::http {
 namespace {
 
-/// Closed once, by its owner or by a watch.
-class Handle {
- public:
-  explicit Handle(HINTERNET handle) : handle_(handle) {}
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  ~Handle() { Close(); }
-
-  HINTERNET get() const { return handle_; }
-  void Close() {
-    if (HINTERNET const handle = handle_.exchange(nullptr)) ::InternetCloseHandle(handle);
-  }
-
- private:
-  std::atomic<HINTERNET> handle_;
-};
-
-/// Closes a handle after a while, which ends the call that another thread waits in. The client's own
-/// limits begin anew with every byte.
-class Watch {
- public:
-  Watch(Handle& handle, LONG milliseconds)
-      : timer_(::CreateThreadpoolTimer(
-            [](PTP_CALLBACK_INSTANCE, void* watched, PTP_TIMER) {
-              static_cast<Handle*>(watched)->Close();
-            },
-            &handle, nullptr)),
-        end_(::GetTickCount64() + static_cast<ULONGLONG>(milliseconds)) {
-    ULARGE_INTEGER due;
-    due.QuadPart = static_cast<ULONGLONG>(-10000LL * milliseconds);
-    ::FILETIME time = {due.LowPart, due.HighPart};
-    if (timer_) ::SetThreadpoolTimer(timer_, &time, 0, 0);
-  }
-  Watch(const Watch&) = delete;
-  Watch& operator=(const Watch&) = delete;
-  ~Watch() {
-    if (!timer_) return;
-    ::SetThreadpoolTimer(timer_, nullptr, 0, 0);
-    ::WaitForThreadpoolTimerCallbacks(timer_, TRUE);
-    ::CloseThreadpoolTimer(timer_);
-  }
-
-  bool Passed() const { return ::GetTickCount64() >= end_; }
-
- private:
-  PTP_TIMER timer_;
-  ULONGLONG end_;
-};
+using win32::Handle;
+using win32::Watch;
 
 /// The client hands some of the sockets' numbers on.
 Error LastError() {
@@ -109,6 +59,18 @@ void SetLimits(HINTERNET handle, const Timeouts& timeouts) {
 bool SetText(HINTERNET handle, DWORD option, const WChar* text) {
   const auto size = static_cast<DWORD>(WideLength(text) * sizeof(WChar));
   return ::InternetSetOptionW(handle, option, const_cast<WChar*>(text), size);
+}
+
+/// What was opened stays its owner's; what was not leaves none.
+template <class Opening>
+Error Opened(Owned<Opening>& owner, const Timeouts& timeouts) {
+  if (HINTERNET const handle = owner->handle.get()) {
+    SetLimits(handle, timeouts);
+    return kNone;
+  }
+  const Error error = LastError();
+  owner.reset();
+  return error;
 }
 
 template <class Work>
@@ -159,30 +121,27 @@ void Close(Request* request) {
   delete request;
 }
 
-Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts, Session** session) {
+Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
+           Owned<Session>* session) {
   return NoMemoryIsAnError([&] {
-    HINTERNET const handle = ::InternetOpenW(
-        Widened(agent).c_str(), proxy ? INTERNET_OPEN_TYPE_PROXY : INTERNET_OPEN_TYPE_PRECONFIG,
-        win32::Native(proxy), nullptr, 0);
-    if (!handle) return LastError();
-    *session = new Session{Handle(handle), agent, timeouts};
-    SetLimits(handle, timeouts);
-    return kNone;
+    const DWORD access = proxy ? INTERNET_OPEN_TYPE_PROXY : INTERNET_OPEN_TYPE_PRECONFIG;
+    session->reset(new Session{
+        Handle(::InternetOpenW(Widened(agent).c_str(), access, win32::Native(proxy), nullptr, 0)),
+        agent, timeouts});
+    return Opened(*session, timeouts);
   });
 }
 
-Error Connect(Session* session, const WChar* host, bool secure, Connection** connection) {
+Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection) {
   return NoMemoryIsAnError([&] {
     Address address;
     if (!ParseAddress(host, secure, &address)) return kInvalidUrl;
-    HINTERNET const handle = ::InternetConnectW(
-        session->handle.get(), Widened(address.name).c_str(),
-        static_cast<INTERNET_PORT>(address.port), L"", L"", INTERNET_SERVICE_HTTP, 0, 0);
-    if (!handle) return LastError();
-    *connection =
-        new Connection{Handle(handle), session->agent, session->timeouts, address, secure};
-    SetLimits(handle, session->timeouts);
-    return kNone;
+    connection->reset(new Connection{
+        Handle(::InternetConnectW(session->handle.get(), Widened(address.name).c_str(),
+                                  static_cast<INTERNET_PORT>(address.port), L"", L"",
+                                  INTERNET_SERVICE_HTTP, 0, 0)),
+        session->agent, session->timeouts, address, secure});
+    return Opened(*connection, session->timeouts);
   });
 }
 
@@ -194,21 +153,27 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
              : LastError();
 }
 
-Error OpenPost(Connection* connection, const WChar* path, bool keepConnection, Request** request) {
+Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
+               Owned<Request>* request) {
   return NoMemoryIsAnError([&] {
     const wchar_t* accepted[] = {L"*/*", nullptr};
-    const RequestHead head = {RequestTarget(path), connection->address.Text(), connection->agent,
-                              {}, keepConnection};
+    const RequestHead head = {
+        RequestTarget(path), connection->address.Text(), connection->agent, {}, keepConnection};
     const DWORD flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
                         (keepConnection ? INTERNET_FLAG_KEEP_CONNECTION : 0) |
                         (connection->secure ? INTERNET_FLAG_SECURE : 0);
-    HINTERNET const handle =
-        ::HttpOpenRequestW(connection->handle.get(), L"POST", Widened(head.target).c_str(),
-                           L"HTTP/1.0", L"", accepted, flags, 0);
-    if (!handle) return LastError();
-    *request = new Request{Handle(handle), head, connection->timeouts, kNone, false, 0, 0, 0, {}};
-    SetLimits(handle, connection->timeouts);
-    return kNone;
+    request->reset(new Request{
+        Handle(::HttpOpenRequestW(connection->handle.get(), L"POST", Widened(head.target).c_str(),
+                                  L"HTTP/1.0", L"", accepted, flags, 0)),
+        head,
+        connection->timeouts,
+        kNone,
+        false,
+        0,
+        0,
+        0,
+        {}});
+    return Opened(*request, connection->timeouts);
   });
 }
 
@@ -262,8 +227,7 @@ Error Write(Request* request, const void* bytes, std::size_t size) {
 
 Error End(Request* request) {
   const Watch watch(request->handle, request->timeouts.transfer);
-  const Error error =
-      ::HttpEndRequestW(request->handle.get(), nullptr, 0, 0) ? kNone : LastError();
+  const Error error = ::HttpEndRequestW(request->handle.get(), nullptr, 0, 0) ? kNone : LastError();
   if (error == kForceRetry) return error;
   int status = 0;
   // A connection that broke or timed out may pass for an empty reply.
@@ -296,7 +260,7 @@ Error ContentLength(Request* request, std::uint64_t* length) {
 }
 
 // Asked for more than has arrived the client would wait for all of it, however slowly it comes.
-Error Fetch(Request* request) {
+static Error Fetch(Request* request) {
   HINTERNET const handle = request->handle.get();
   DWORD available = 0, got = 0;
   if (!::InternetQueryDataAvailable(handle, &available, 0, 0)) return LastError();

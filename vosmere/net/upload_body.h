@@ -1,0 +1,59 @@
+// The body of an upload, in pieces.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "vosmere/platform/file.h"
+#include "vosmere/platform/http.h"
+
+namespace vosmere {
+
+/// Four parts, in the order of the request.
+struct UploadBody {
+  std::string head;
+  const char* data = nullptr;
+  std::size_t dataSize = 0;
+  std::string fields;
+  std::string tail;
+
+  // What `data` is: a text, or a mapped file.
+  std::string text;
+  std::unique_ptr<File> file;
+  std::unique_ptr<FileMapping> mapping;
+
+  std::uint64_t size() const {
+    return std::uint64_t{head.size()} + dataSize + fields.size() + tail.size();
+  }
+
+  /// Gives all bytes to `take`, which returns an error or kNone. The end is held back when the file
+  /// is no longer what was announced.
+  template <class Take>
+  http::Error ForEachPiece(Take take) const {
+    const auto takeText = [&](const std::string& part) {
+      return part.empty() ? http::kNone : take(part.data(), part.size());
+    };
+    http::Error error = takeText(head);
+    for (std::size_t at = 0, length; !error && at < dataSize; at += length) {
+      length = std::min(kPiece, dataSize - at);
+      error = take(data + at, length);
+      if (mapping) mapping->Forget(at, length);
+    }
+    if (!error && HasShrunk()) error = http::kFileInvalid;
+    if (!error) error = takeText(fields);
+    return error ? error : takeText(tail);
+  }
+
+ private:
+  static constexpr std::size_t kPiece = 256 * 1024;
+
+  bool HasShrunk() const {
+    std::uint64_t now = 0;
+    return file && (!file->Size(&now) || now < dataSize);
+  }
+};
+
+}  // namespace vosmere

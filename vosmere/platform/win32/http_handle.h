@@ -1,0 +1,61 @@
+// A handle of the HTTP client, and an end to the calls that wait on it.
+#pragma once
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <wininet.h>
+
+#include <atomic>
+
+#include "vosmere/base/types.h"
+
+namespace vosmere::win32 {
+
+/// Closed once, by its owner or by a watch.
+class Handle {
+ public:
+  explicit Handle(HINTERNET handle) : handle_(handle) {}
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  ~Handle() { Close(); }
+
+  HINTERNET get() const { return handle_; }
+  void Close() {
+    if (HINTERNET const handle = handle_.exchange(nullptr)) ::InternetCloseHandle(handle);
+  }
+
+ private:
+  std::atomic<HINTERNET> handle_;
+};
+
+/// Closes a handle after a while, which ends the call that another thread waits in. The client's
+/// own limits begin anew with every byte.
+class Watch {
+ public:
+  Watch(Handle& handle, LONG milliseconds)
+      : timer_(::CreateThreadpoolTimer([](PTP_CALLBACK_INSTANCE, void* watched,
+                                          PTP_TIMER) { static_cast<Handle*>(watched)->Close(); },
+                                       &handle, nullptr)),
+        end_(::GetTickCount64() + static_cast<ULONGLONG>(milliseconds)) {
+    ULARGE_INTEGER due;
+    due.QuadPart = static_cast<ULONGLONG>(-10000LL * milliseconds);
+    ::FILETIME time = {due.LowPart, due.HighPart};
+    if (timer_) ::SetThreadpoolTimer(timer_, &time, 0, 0);
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+  ~Watch() {
+    if (!timer_) return;
+    ::SetThreadpoolTimer(timer_, nullptr, 0, 0);
+    ::WaitForThreadpoolTimerCallbacks(timer_, TRUE);
+    ::CloseThreadpoolTimer(timer_);
+  }
+
+  bool Passed() const { return ::GetTickCount64() >= end_; }
+
+ private:
+  PTP_TIMER timer_;
+  ULONGLONG end_;
+};
+
+}  // namespace vosmere::win32
