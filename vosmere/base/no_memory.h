@@ -16,4 +16,14 @@ auto NullIfNoMemory(Make make) -> decltype(make()) {
   }
 }
 
+/// The result of `work()`, or `instead` when memory ran out on the way.
+template <class Work, class Result>
+Result UnlessNoMemory(Result instead, Work work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    return instead;
+  }
+}
+
 }  // namespace vosmere

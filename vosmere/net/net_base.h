@@ -35,7 +35,8 @@ class VOSMERE_API CNetBase {
   /// Closes the handles.
   virtual ~CNetBase();
 
-  /// The server's name, which may carry a port (`name:8080`).
+  /// The server's name, which may carry a port (`name:8080`). An international name is given in its
+  /// ASCII form (`xn--...`).
   void SetHost(const WChar* host) { host_.AssignOrNull(host); }
   /// The object path of the request on the server.
   void SetPostAcceptor(const WChar* path) { postAcceptor_.AssignOrNull(path); }

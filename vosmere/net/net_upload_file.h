@@ -47,8 +47,9 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   /// without its folders, names in UTF-8 with `"`, CR and LF as %22, %0D and %0A, and a semicolon
   /// before the boundary. To be set before parameters are added.
   void SetClean(bool clean) { clean_ = clean; }
-  /// Called on the calling thread as the body goes out, at its end last; false cancels the upload
-  /// (error 12017). Null for none.
+  /// Called on the calling thread as the body goes out, at its end last, and from its beginning
+  /// again when the server wants it repeated; false cancels the upload (error 12017). Null for
+  /// none.
   void SetProgress(bool (*progress)(void* context, ULONG sent, ULONG total), void* context);
 
   /// Appends a field to the form, formatted by FormNameValue; a null value gives an empty field, a

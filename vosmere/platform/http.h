@@ -27,7 +27,6 @@ enum Error : ULONG {
   kTimedOut = 12002,
   kInternal = 12004,
   kInvalidUrl = 12005,
-  kUnknownProtocol = 12006,
   kNameNotResolved = 12007,
   kIncorrectPassword = 12014,
   kCancelled = 12017,
@@ -47,10 +46,10 @@ enum Error : ULONG {
 /// In milliseconds.
 struct Timeouts {
   /// For finding the host, connecting to it and agreeing on a key.
-  LONG connect = 30000;
+  LONG connect;
   /// Without a byte moving while the body goes out; for the whole head of the reply; and for each
   /// Read.
-  LONG transfer = 60000;
+  LONG transfer;
 };
 
 struct Session;

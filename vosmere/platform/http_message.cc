@@ -18,11 +18,11 @@ bool ParsePort(std::string_view digits, unsigned* port) {
   return parsed.ec == std::errc() && parsed.ptr == end && *port >= 1 && *port <= 65535;
 }
 
-/// Blanks, what ends a name in an address, and what would end a header line.
+/// Neither blanks, nor what ends a name in an address or a header line, nor beyond ASCII: clients
+/// differ in what they make of that.
 bool IsName(std::string_view name) {
   for (const char c : name)
-    if (static_cast<unsigned char>(c) <= ' ' || c == 0x7F ||
-        std::string_view("/\\?#@%\"<>").find(c) != std::string_view::npos)
+    if (c <= ' ' || c >= 0x7F || std::string_view("/\\?#@%\"<>").find(c) != std::string_view::npos)
       return false;
   return !name.empty();
 }

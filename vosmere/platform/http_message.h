@@ -10,7 +10,7 @@ namespace vosmere::http {
 
 /// The place to connect to.
 struct Address {
-  std::string name;  ///< UTF-8; an IPv6 address stands in brackets
+  std::string name;  ///< ASCII; an IPv6 address stands in brackets
   unsigned port;
   bool ownPort;  ///< not the protocol's usual one
 
@@ -18,7 +18,8 @@ struct Address {
   std::string Text() const;
 };
 
-/// Takes `name`, `name:8080`, `[::1]` and `[::1]:8080` apart. False when it is none of them.
+/// Takes `name`, `name:8080`, `[::1]` and `[::1]:8080` apart. False when it is none of them; names
+/// beyond ASCII are to be given in their ASCII form (RFC 5891).
 bool ParseAddress(const WChar* host, bool secure, Address* address);
 
 /// The path as a request line has it: with its slash, and what cannot stand there as %20 and the

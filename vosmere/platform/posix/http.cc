@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "vosmere/base/no_memory.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/http_message.h"
@@ -66,15 +67,6 @@ void SetTexts(CURL* easy, CURLoption option, const std::optional<std::string>& t
 void SetTrust(CURL* easy) {
   if (const char* const file = std::getenv("SSL_CERT_FILE")) Set(easy, CURLOPT_CAINFO, file);
   if (const char* const folder = std::getenv("SSL_CERT_DIR")) Set(easy, CURLOPT_CAPATH, folder);
-}
-
-template <class Work>
-Error NoMemoryIsAnError(Work work) {
-  try {
-    return work();
-  } catch (const std::bad_alloc&) {
-    return kNotEnoughMemory;
-  }
 }
 
 }  // namespace
@@ -143,7 +135,7 @@ void Close(Request* request) {
 
 Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
            Owned<Session>* session) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     Session made{agent, std::nullopt, timeouts};
     if (proxy) made.proxy = BytesOf(kCodePageUtf8, WideView(proxy));
     session->reset(new Session(std::move(made)));
@@ -152,7 +144,7 @@ Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
 }
 
 Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     Address address;
     if (!ParseAddress(host, secure, &address)) return kInvalidUrl;
     connection->reset(new Connection{*session, address, secure, std::nullopt, std::nullopt});
@@ -161,7 +153,7 @@ Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection
 }
 
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     connection->user = BytesOf(kCodePageUtf8, WideView(user));
     connection->password = BytesOf(kCodePageUtf8, WideView(password));
     return kNone;
@@ -170,28 +162,28 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
 
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
                Owned<Request>* request) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     request->reset(new Request(*connection, path, keepConnection));
     return kNone;
   });
 }
 
 Error AddHeader(Request* request, const char* line) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     request->head.added.push_back(line);
     return kNone;
   });
 }
 
 Error HeadText(Request* request, ULONG total, std::string* text) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     *text = request->head.Text(total);
     return kNone;
   });
 }
 
 Error Send(Request* request, ULONG total) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     if (!request->transfer.MustResend()) request->SetHeaders(total);
     return request->transfer.Send(total);
   });

@@ -18,8 +18,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr long kUploadBuffer = 256 * 1024;
-constexpr std::size_t kMostHeaderBytes = 256 * 1024;
+constexpr long kUploadBuffer = 256L * 1024;
+constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;
 /// The socket tells nobody that its own buffer drains, so it is asked that often.
 constexpr milliseconds kLookAgain{500};
 

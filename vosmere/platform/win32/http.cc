@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "vosmere/base/no_memory.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/http_message.h"
@@ -73,15 +74,6 @@ Error Opened(Owned<Opening>& owner, const Timeouts& timeouts) {
   return error;
 }
 
-template <class Work>
-Error NoMemoryIsAnError(Work work) {
-  try {
-    return work();
-  } catch (const std::bad_alloc&) {
-    return kNotEnoughMemory;
-  }
-}
-
 }  // namespace
 
 struct Session {
@@ -102,11 +94,11 @@ struct Request {
   Handle handle;
   RequestHead head;
   Timeouts timeouts;
-  Error dropped;       // why the server does not take the body any more
-  bool lengthIsKnown;  // of the reply
-  std::uint64_t left;
-  ULONG blockAt, blockEnd;  // what the reply has brought and nobody has read
-  char block[16 * 1024];
+  Error dropped = kNone;       // why the server does not take the body any more
+  bool lengthIsKnown = false;  // of the reply
+  std::uint64_t left = 0;
+  ULONG blockAt = 0, blockEnd = 0;  // what the reply has brought and nobody has read
+  char block[16 * 1024] = {};
 };
 
 void Close(Session* session) {
@@ -123,7 +115,7 @@ void Close(Request* request) {
 
 Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
            Owned<Session>* session) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     const DWORD access = proxy ? INTERNET_OPEN_TYPE_PROXY : INTERNET_OPEN_TYPE_PRECONFIG;
     session->reset(new Session{
         Handle(::InternetOpenW(Widened(agent).c_str(), access, win32::Native(proxy), nullptr, 0)),
@@ -133,7 +125,7 @@ Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
 }
 
 Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     Address address;
     if (!ParseAddress(host, secure, &address)) return kInvalidUrl;
     connection->reset(new Connection{
@@ -155,7 +147,7 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
 
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
                Owned<Request>* request) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     const wchar_t* accepted[] = {L"*/*", nullptr};
     const RequestHead head = {
         RequestTarget(path), connection->address.Text(), connection->agent, {}, keepConnection};
@@ -165,20 +157,13 @@ Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
     request->reset(new Request{
         Handle(::HttpOpenRequestW(connection->handle.get(), L"POST", Widened(head.target).c_str(),
                                   L"HTTP/1.0", L"", accepted, flags, 0)),
-        head,
-        connection->timeouts,
-        kNone,
-        false,
-        0,
-        0,
-        0,
-        {}});
+        head, connection->timeouts});
     return Opened(*request, connection->timeouts);
   });
 }
 
 Error AddHeader(Request* request, const char* line) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     const std::wstring text = Widened(std::string(line) + "\r\n");
     if (!::HttpAddRequestHeadersW(request->handle.get(), text.c_str(),
                                   static_cast<DWORD>(text.size()), HTTP_ADDREQ_FLAG_ADD))
@@ -189,7 +174,7 @@ Error AddHeader(Request* request, const char* line) {
 }
 
 Error HeadText(Request* request, ULONG total, std::string* text) {
-  return NoMemoryIsAnError([&] {
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
     *text = request->head.Text(total);
     return kNone;
   });
