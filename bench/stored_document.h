@@ -15,6 +15,8 @@
 //     const bool kShelf = RegisterDocument<ShelfDocument>();
 #pragma once
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <string>
 
@@ -72,7 +74,8 @@ class StoredSample {
 
  private:
   StoredSample()
-      : path_(std::filesystem::temp_directory_path() / "vosmere_bench.xml"),
+      : path_(std::filesystem::temp_directory_path() /
+              ("vosmere_bench-" + std::to_string(getpid()) + ".xml")),
         data_(Document::New()) {
     document_ = Saved(data_);
     // A comparison is fair only between equal results.
@@ -99,11 +102,11 @@ class StoredSample {
   std::string document_;
 };
 
-template <class Document, typename Document::Data (*Read)(const std::string&)>
+template <class Document, typename Document::Data (*Read)(const std::string&), Heap Start>
 void BM_StoredLoad(benchmark::State& state) {
   const std::string& document = StoredSample<Document>::Get().document();
   MeasureLoad(
-      state, document, Heap::kWarm,
+      state, document, Start,
       [](const std::string& text) {
         for (int round = 1; round < Document::kRounds; ++round) Document::Free(Read(text));
         return Read(text);
@@ -130,8 +133,11 @@ bool RegisterDocument() {
   const auto add = [](const std::string& what, auto measure) {
     benchmark::RegisterBenchmark(what.c_str(), measure)->UseManualTime();
   };
-  add(name + "Load/vosmere", BM_StoredLoad<Document, Document::Read>);
-  add(name + "Load/libxml2", BM_StoredLoad<Document, ReadWithPeer<Document>>);
+  constexpr auto* kPeer = ReadWithPeer<Document>;
+  add(name + "Load/vosmere", BM_StoredLoad<Document, Document::Read, Heap::kCold>);
+  add(name + "Load/libxml2", BM_StoredLoad<Document, kPeer, Heap::kCold>);
+  add(name + "LoadWarm/vosmere", BM_StoredLoad<Document, Document::Read, Heap::kWarm>);
+  add(name + "LoadWarm/libxml2", BM_StoredLoad<Document, kPeer, Heap::kWarm>);
   add(name + "Save/vosmere", BM_StoredSave<Document, Document::Save>);
   add(name + "Save/libxml2", BM_StoredSave<Document, SaveWithPeer<Document>>);
   return true;
