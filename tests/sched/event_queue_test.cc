@@ -88,11 +88,10 @@ TEST(TimeEventQueue, WithoutMemoryStaysAsItIsAndReportsTheFirstEventAsTheHead) {
   CTimeEventQueue queue;
   for (int i = 0; i < 40; ++i) {
     Job& job = jobs.emplace_back(40 - i % 20, 0);
-    job.SetID(1);
     const std::string before = List(queue);
     {
       const FailingMemory memory(0);
-      CTimeEvent* replaced = nullptr;
+      CTimeEvent* replaced = &job;
       bool headChanged = true;
       EXPECT_EQ(queue.InsertEvent(&job), i == 0);
       EXPECT_EQ(queue.InsertAndReplaceEvent(&job, &replaced, &headChanged), i == 0);

@@ -163,7 +163,7 @@ TEST(ScheduleThread, WakesUpForAnEarlierEventAndForTheFirstOne) {
     Scheduler scheduler;
     if (!empty) scheduler.InsertTimeEvent(&late);
     scheduler.CreateThread(0, 0, nullptr);
-    for (int i = 1; i <= 3000; ++i) {
+    for (int i = 1; i <= 1500; ++i) {
       scheduler.InsertTimeEvent(&job);
       ASSERT_TRUE(Eventually([&] { return fired == i; }));
     }

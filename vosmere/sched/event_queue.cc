@@ -35,7 +35,9 @@ bool CTimeEventQueue::InsertEvent(CTimeEvent* event) {
 }
 
 void CTimeEventQueue::RemoveHead() {
-  if (head_) Remove(head_);
+  if (!head_) return;
+  const std::unique_ptr<CEventItem> item(head_);
+  Unlink(head_);
 }
 
 const CEventItem* CTimeEventQueue::GetHead() {
@@ -85,15 +87,13 @@ bool CTimeEventQueue::Place(CEventItem* item) {
   return false;
 }
 
-CTimeEvent* CTimeEventQueue::Remove(CEventItem* item) {
-  const std::unique_ptr<CEventItem> owner(item);
+void CTimeEventQueue::Unlink(CEventItem* item) {
   chain::Unlink(head_, item);
   if (!pending_.empty() && (!head_ || pending_.front().due < head_->due_)) {
     chain::Prepend(head_, pending_.front().item);
     std::pop_heap(pending_.begin(), pending_.end(), Later);
     pending_.pop_back();
   }
-  return item->event;
 }
 
 /// Moves all that is pending to its place in the list, latest first. Of equal ones those in the
@@ -118,17 +118,21 @@ CEventItem* CTimeEventQueue::FindSame(CTimeEvent* event) {
   return nullptr;
 }
 
+/// The match's item serves the new event, so that replacing never wants for memory.
 bool CTimeEventQueue::Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced,
                               bool* headChanged) {
   *replaced = nullptr;
-  *headChanged = false;
-  CEventItem* const item = NewItem(event);
-  if (item) {
-    if (match) *replaced = Remove(match);
-    *headChanged = Place(item);
-    return true;
+  if (!match) {
+    CEventItem* const item = NewItem(event);
+    *headChanged = item ? Place(item) : !head_;
+    return item || *headChanged;
   }
-  return *headChanged = !head_;
+  *replaced = match->event;
+  Unlink(match);
+  match->event = event;
+  match->due_ = Due(*event);
+  *headChanged = Place(match);
+  return true;
 }
 
 }  // namespace vosmere

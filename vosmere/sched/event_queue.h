@@ -61,9 +61,9 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   /// just inserts it when there is none. With `onlyIfEarlier` it replaces a strictly later event
   /// only, without it an equal or earlier one only; otherwise the queued one stays, and the result
   /// is false. `*replaced` is the event that had to go, now the caller's, or null. `*headChanged`
-  /// tells whether the new event became the head; that an old head went does not count. False, with
-  /// nothing changed, also without memory, but for the first event of an empty queue (see
-  /// InsertEvent). Asks every queued event.
+  /// tells whether the new event became the head; that an old head went does not count. Replacing
+  /// needs no memory; when there is none for one more event, the result is false and nothing is
+  /// changed, but see InsertEvent for an empty queue. Asks every queued event.
   virtual bool InsertOrReplaceEvent(CTimeEvent* event, bool onlyIfEarlier, CTimeEvent** replaced,
                                     bool* headChanged);
   /// The same, whatever the times.
@@ -78,7 +78,7 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
 
   CEventItem* NewItem(CTimeEvent* event);
   bool Place(CEventItem* item);
-  CTimeEvent* Remove(CEventItem* item);
+  void Unlink(CEventItem* item);
   void Settle();
   CEventItem* FindSame(CTimeEvent* event);
   bool Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced, bool* headChanged);
