@@ -21,7 +21,7 @@ class Signals {
 
   void Set(int which);
   /// Set in two steps, for callers that hold a lock which those who wait will want: set the event,
-  /// and, without the lock, wake them up.
+  /// and, without the lock, wake them up. The caller sees to it that the object still exists.
   void Mark(int which);
   void Wake();
   void Reset(int which);

@@ -27,8 +27,8 @@ inline constexpr ULONG kCreateSuspended = 4;
 /// the hooks that were still to come do not run. One object runs one thread; a stopped one is not
 /// started again.
 ///
-/// The hooks run on the new thread, everything else belongs to the owner's; IsActive, WaitForEnd
-/// and StopDoWorkLoop may be called from any.
+/// The hooks run on the new thread, everything else belongs to the owner's; IsActive and
+/// StopDoWorkLoop may be called from any.
 class VOSMERE_API CBaseThread {
  public:
   /// Throws std::bad_alloc.

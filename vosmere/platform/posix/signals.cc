@@ -18,11 +18,11 @@ Signals::Signals(int) : state_(std::make_unique<State>()) {}
 
 Signals::~Signals() = default;
 
+// Notifies within the lock: after it, who waited may have destroyed all this.
 void Signals::Set(int which) {
   const std::lock_guard lock(state_->mutex);
   state_->set |= 1u << which;
-  state_->changed
-      .notify_all();  // within the lock: after it, who waited may have destroyed all this
+  state_->changed.notify_all();
 }
 
 void Signals::Mark(int which) {
