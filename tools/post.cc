@@ -4,7 +4,7 @@
 #include <iostream>
 #include <memory>
 
-#include "tools/document.h"
+#include "tools/failure.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "vosmere/net/net_upload_file.h"

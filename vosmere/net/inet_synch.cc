@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "vosmere/base/owned_text.h"
+#include "vosmere/base/wide_literal.h"
 #include "vosmere/net/exchange.h"
 #include "vosmere/net/join.h"
 #include "vosmere/net/net_base.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr const char* kAgent = "Vosmere";
 constexpr const char* kDefaultServer = "test.vosmere.example";
 constexpr const char* kFormType = "Content-Type: application/x-www-form-urlencoded";
+constexpr WideLiteral kPath(u"post.php");
 constexpr char kForm[] = "name=Vosmere&type=test";
 
 std::mutex serverMutex;
@@ -35,7 +37,7 @@ void CInetSynch::UploadColct(CColctNode*, int) {
   const http::Timeouts timeouts = {CNetBase::kConnectTimeout, CNetBase::kTransferTimeout};
   if (http::Open(kAgent, nullptr, timeouts, &session) ||
       http::Connect(session.get(), TestServer().get(), false, &connection) ||
-      http::OpenPost(connection.get(), Join({"post.php"}).get(), false, &request) ||
+      http::OpenPost(connection.get(), kPath, false, &request) ||
       http::AddHeader(request.get(), kFormType))
     return;
   SendWhole(request.get(), kForm, sizeof kForm - 1);

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "vosmere/base/no_memory.h"
+#include "vosmere/base/wide_literal.h"
 #include "vosmere/net/exchange.h"
-#include "vosmere/net/join.h"
 #include "vosmere/platform/code_page.h"
 #include "vosmere/text/unicode_tool.h"
 
@@ -17,6 +17,9 @@ namespace {
 
 constexpr const char* kAgent = "Vosmere Browser";
 constexpr const char* kFormType = "Content-Type: application/x-www-form-urlencoded";
+
+constexpr WideLiteral kUserName(u"username");
+constexpr WideLiteral kPswMD5(u"pswmd5");
 
 constexpr int kPiece = 2048;
 constexpr int kMostPieces = 50000;
@@ -42,12 +45,8 @@ void CNetBase::SetUserNamePswMD5(const WChar* name, const WChar* digest) {
   if (WideLength(name) >= kLongName || WideLength(digest) >= kLongName) return;
   SetVSMUserName(name);
   SetPswMD5(digest);
-  AddNamed("username", name);
-  AddNamed("pswmd5", digest);
-}
-
-void CNetBase::AddNamed(const char* name, const WChar* value) {
-  AddParameter(Join({name}).get(), value);
+  AddParameter(kUserName, name);
+  AddParameter(kPswMD5, digest);
 }
 
 char* CNetBase::GetFormUserNamePswString() {

@@ -96,7 +96,6 @@ class VOSMERE_API CNetBase {
  private:
   static constexpr std::size_t kLongName = 81;
 
-  void AddNamed(const char* name, const WChar* value);
   void AppendResponse(WideView text);
 
   SystemText host_;

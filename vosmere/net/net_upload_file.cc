@@ -8,6 +8,7 @@
 
 #include "vosmere/base/no_memory.h"
 #include "vosmere/base/trace.h"
+#include "vosmere/base/wide_literal.h"
 #include "vosmere/net/exchange.h"
 #include "vosmere/net/join.h"
 #include "vosmere/net/multipart.h"
@@ -20,6 +21,8 @@ namespace vosmere {
 namespace {
 
 constexpr const char* kAgent = "Vosmere Post";
+constexpr WideLiteral kWholeFile(u"WholeFile");
+constexpr WideLiteral kPartialUpload(u"PartialUpload");
 constexpr const char* kNoMemory = "Out Of Memory";
 constexpr int kMostTraced = 64;  // pieces of a reply
 
@@ -161,7 +164,7 @@ bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
 // The request.
 
 bool CNetUploadFile::UploadFile(const WChar* path) {
-  SetFieldName(Join({"WholeFile"}).get());
+  SetFieldName(kWholeFile);
   SetLocalFile(path);
   partial_ = false;
   return Post() >= 0;
@@ -170,7 +173,7 @@ bool CNetUploadFile::UploadFile(const WChar* path) {
 bool CNetUploadFile::UploadPartialFile(const WChar* path, const WChar* xml) {
   partial_ = true;
   xml_ = xml;
-  SetFieldName(Join({"PartialUpload"}).get());
+  SetFieldName(kPartialUpload);
   SetLocalFile(path);
   return Post() >= 0;
 }
