@@ -82,7 +82,7 @@ std::optional<std::u16string> OrderEntry::LongName() const {
     const ByteView block = item.From(at).First(item.Half(at));
     const std::size_t longName = LongNameAt(block.Half(2));
     if (block.Word(4) != kBlockMark || longName == 0) continue;
-    const std::optional<std::u16string> text = block.From(longName).Text16();
+    std::optional<std::u16string> text = block.From(longName).Text16();
     if (text && !text->empty()) return text;
   }
   return {};

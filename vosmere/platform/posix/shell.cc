@@ -60,7 +60,7 @@ bool FavoritesFolder(WChar (&path)[kShellPathLimit]) try {
 
 ShellAllocator::ShellAllocator() : allocator_(nullptr) {}
 
-ShellAllocator::~ShellAllocator() = default;
+ShellAllocator::~ShellAllocator() {}
 
 void ShellAllocator::Free(WChar* text) const {
   delete[] text;
