@@ -26,9 +26,7 @@ class UserRegistry {
   Wide Key(const std::string& key) const { return W(Path(key)); }
 
  private:
-  std::string Path(const std::string& key) const {
-    return root_ + (key.empty() ? "" : "\\" + key);
-  }
+  std::string Path(const std::string& key) const { return root_ + (key.empty() ? "" : "\\" + key); }
 
   std::string root_ = "Software\\Vosmere test " + std::to_string(std::random_device()());
   TempFolder folder_;

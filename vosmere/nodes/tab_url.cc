@@ -20,8 +20,7 @@ bool IsTopLevel(const CTabUrlItem* item) {
 
 bool IsRecorded(const WChar* url) {
   const WideView address(url);
-  return !address.empty() && address.size < CUrlNode::kTextLimit &&
-         !SameText(url, kBlankPage);
+  return !address.empty() && address.size < CUrlNode::kTextLimit && !SameText(url, kBlankPage);
 }
 
 }  // namespace

@@ -23,8 +23,8 @@ namespace vosmere {
 template <class Cell>
 class ItemChain {
  public:
-  using Item = std::remove_pointer_t<
-      std::remove_reference_t<decltype(list::Datum(std::declval<Cell&>()))>>;
+  using Item =
+      std::remove_pointer_t<std::remove_reference_t<decltype(list::Datum(std::declval<Cell&>()))>>;
 
   ItemChain() = default;
   ItemChain(const ItemChain&) = delete;

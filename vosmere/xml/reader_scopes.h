@@ -31,6 +31,7 @@
 #include <cstdint>
 #include <functional>
 #include <type_traits>
+#include <vector>
 
 #include "vosmere/platform/xml_node.h"
 #include "vosmere/xml/reader_fields.h"
@@ -51,7 +52,7 @@ struct ScopedElement {
   void (*read)(Builder& builder, const XmlNode& element);
   /// The scope of its children; 0 when what is in it is not looked at.
   Scopes within = 0;
-  /// Behind its children; may be null.
+  /// Behind its children, when these are looked at; may be null.
   void (*leave)(Builder& builder) = nullptr;
 };
 
@@ -103,7 +104,7 @@ enum class Repeats {
   kFirst,
 };
 
-/// Goes over elements in document order. At most 64 rows.
+/// Goes over elements in document order. At most 64 rows. What is nested takes no stack.
 template <class Builder>
 class ScopeReader {
  public:
@@ -119,42 +120,63 @@ class ScopeReader {
   }
 
   void ReadChildren(const XmlNode& parent, Scopes scope) {
-    Seen seen = 0;
-    for (XmlNode child = parent.FirstChild(); child; child = child.NextSibling())
-      if (child.Type() == kXmlElement) ReadElement(child, scope, seen);
+    open_.push_back({parent.FirstChild(), scope});
+    ReadOn();
   }
 
   void ReadElement(const XmlNode& element, Scopes scope) {
-    Seen seen = 0;
-    ReadElement(element, scope, seen);
+    open_.push_back({XmlNode(), scope});
+    Read(element);
+    ReadOn();
   }
 
  private:
   using Row = ScopedElement<Builder>;
-  using Seen = std::uint64_t;  // a bit for each row
 
   static constexpr Scopes kUnknown = Scopes{1} << 63;  // the scope within unknown elements
 
-  void ReadElement(const XmlNode& element, Scopes scope, Seen& seen) {
-    const Row* const row = FindRow(element.Name().view(), scope);
-    if (row && IsNew(*row, seen)) {
-      if (row->read) row->read(builder_, element);
-      if (row->within) ReadChildren(element, row->within);
-      if (row->leave) row->leave(builder_);
-    } else if (everywhere_) {
-      ReadChildren(element, kUnknown);
+  struct Open {
+    XmlNode next;  // child
+    Scopes scope;
+    const Row* row = nullptr;
+    std::uint64_t seen = 0;  // which rows had their first element here, a bit for each
+  };
+
+  void ReadOn() {
+    while (!open_.empty()) {
+      const XmlNode node = open_.back().next;
+      if (node) {
+        open_.back().next = node.NextSibling();
+        if (node.Type() == kXmlElement) Read(node);
+      } else {
+        const Row* const row = open_.back().row;
+        open_.pop_back();
+        if (row && row->leave) row->leave(builder_);
+      }
     }
   }
 
-  const Row* FindRow(WideView name, Scopes scope) const {
+  void Read(const XmlNode& element) {
+    const Row* const row = FindRow(element.Name().view());
+    if (row && IsNew(*row)) {
+      if (row->read) row->read(builder_, element);
+      if (row->within) open_.push_back({element.FirstChild(), row->within, row});
+    } else if (everywhere_) {
+      open_.push_back({element.FirstChild(), kUnknown});
+    }
+  }
+
+  const Row* FindRow(WideView name) const {
+    const Scopes scope = open_.back().scope;
     for (const Row* row = rows_; row != end_; ++row)
       if (row->scopes & scope && row->name.Matches(name)) return row;
     return nullptr;
   }
 
-  bool IsNew(const Row& row, Seen& seen) const {
+  bool IsNew(const Row& row) {
     if (!firstOnly_ || (row.read && row.within)) return true;
-    const Seen bit = Seen{1} << (&row - rows_);
+    std::uint64_t& seen = open_.back().seen;
+    const std::uint64_t bit = std::uint64_t{1} << (&row - rows_);
     const bool isNew = !(seen & bit);
     seen |= bit;
     return isNew;
@@ -164,7 +186,8 @@ class ScopeReader {
   const Row* end_;
   Builder& builder_;
   bool firstOnly_;
-  bool everywhere_;  // whether unknown elements may hold known ones
+  bool everywhere_;         // whether unknown elements may hold known ones
+  std::vector<Open> open_;  // innermost last
 };
 
 /// Applies the rows to everything below `parent`, whose own children are read in `scope`.

@@ -57,8 +57,7 @@ bool FolderListing::Next() {
     if (length == utf8::kNoRoom) continue;
     name_[length] = 0;
     isLink_ = IsSymbolicLink(folder, *entry);
-    isFolder_ = entry->d_type == DT_DIR ||
-                (entry->d_type != DT_REG && IsDirectory(folder, name));
+    isFolder_ = entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, name));
     return true;
   }
   return false;

@@ -30,8 +30,7 @@ std::u16string FavoritesOf(const UserRegistry& registry) {
   const bool inProfile = path.starts_with(kProfile);
   if (inProfile) path.erase(0, kProfile.size());
   switch (registry.kind) {
-    case UserRegistry::kHive:
-      return WideOf(registry.folder) + (inProfile ? path : u"Favorites");
+    case UserRegistry::kHive: return WideOf(registry.folder) + (inProfile ? path : u"Favorites");
     case UserRegistry::kWinePrefix:
       if (inProfile)
         path = ReadText(*registry.file, u"Volatile Environment", u"USERPROFILE") + u'\\' + path;

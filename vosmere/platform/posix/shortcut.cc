@@ -18,9 +18,8 @@ bool IsLetter(char c) {
 }
 
 bool SameNoCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
-    return FoldAscii(x) == FoldAscii(y);
-  });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](unsigned char x, unsigned char y) { return FoldAscii(x) == FoldAscii(y); });
 }
 
 std::string_view Trimmed(std::string_view text) {

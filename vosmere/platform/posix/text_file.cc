@@ -31,8 +31,8 @@ std::u16string FromLatin1(const std::string& bytes) {
 
 std::u16string WideOf(const std::string& utf8) {
   std::u16string text(utf8.size(), 0);
-  text.resize(utf8::Decode(utf8.data(), utf8.size(), reinterpret_cast<WChar*>(text.data()),
-                           text.size()));
+  text.resize(
+      utf8::Decode(utf8.data(), utf8.size(), reinterpret_cast<WChar*>(text.data()), text.size()));
   return text;
 }
 
