@@ -34,14 +34,23 @@ bool IsCharacters(const XmlRecord* node) {
   return node->name->type == kXmlText || node->name->type == kXmlCData;
 }
 
+/// All text below `node` in document order; how deep it goes costs no stack.
 std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
   std::size_t length = 0;
-  for (const XmlRecord* child = node->firstChild; child; child = child->next) {
-    if (child->name->type == kXmlElement) {
-      length += GatherText(child, pieces);
-    } else if (IsCharacters(child)) {
-      pieces.push_back(child->value.view());
-      length += pieces.back().size;
+  std::vector<const XmlRecord*> following;  // behind the open elements
+  for (node = node->firstChild; node || !following.empty();) {
+    if (!node) {
+      node = following.back();
+      following.pop_back();
+    } else if (node->name->type == kXmlElement) {
+      following.push_back(node->next);
+      node = node->firstChild;
+    } else {
+      if (IsCharacters(node)) {
+        pieces.push_back(node->value.view());
+        length += pieces.back().size;
+      }
+      node = node->next;
     }
   }
   return length;
