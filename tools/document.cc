@@ -10,7 +10,9 @@
 namespace vosmere::tool {
 namespace {
 
-constexpr const Kind* kKinds[] = {&kOpml, &kRss};
+constexpr const Kind* kKinds[] = {&kColctItemIds,  &kColctList, &kColctProfile, &kFtpSites,
+                                  &kNotification,  &kOpml,      &kPageData,     &kRss,
+                                  &kSearchEngines, &kTags,      &kToolbars};
 
 const Kind* FindKind(const std::string& root) {
   for (const Kind* const kind : kKinds)

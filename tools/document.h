@@ -28,6 +28,9 @@ class Document {
   /// For scripts: one JSON value in ASCII.
   void ShowJson(std::ostream& out) const;
 
+  /// The first item in document order, which stays the document's; null when there is none.
+  CBaseNode* Find(const ItemTest& isMeant) const { return loaded_->Find(isMeant); }
+
   /// Reports what the file holds and the loaded document does not.
   void Audit(Findings& findings) const;
   /// Saves to memory, loads that, and reports what comes back otherwise. The error says why nothing

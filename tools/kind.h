@@ -10,10 +10,14 @@
 #include "tools/record.h"
 #include "tools/show.h"
 #include "tools/vocabulary.h"
+#include "vosmere/nodes/base_node.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"
 
 namespace vosmere::tool {
+
+/// Whether an item is the one that is looked for.
+using ItemTest = std::function<bool(const CBaseNode& item)>;
 
 /// What a reader built.
 class Loaded {
@@ -27,6 +31,8 @@ class Loaded {
   virtual Record Content() const = 0;
   /// A writer of it, which may change what it writes on purpose.
   virtual std::unique_ptr<CWriteXML> Writer() const = 0;
+  /// The first item in document order, which stays the document's; null when there is none.
+  virtual CBaseNode* Find(const ItemTest&) const { return nullptr; }
 };
 
 /// Lets a reader load the document: from a file, or from a text. False when it does not load.
@@ -41,7 +47,16 @@ struct Kind {
   std::unique_ptr<Loaded> (*load)(const Source& source);
 };
 
+extern const Kind kColctItemIds;
+extern const Kind kColctList;
+extern const Kind kColctProfile;
+extern const Kind kFtpSites;
+extern const Kind kNotification;
 extern const Kind kOpml;
+extern const Kind kPageData;
 extern const Kind kRss;
+extern const Kind kSearchEngines;
+extern const Kind kTags;
+extern const Kind kToolbars;
 
 }  // namespace vosmere::tool

@@ -1,4 +1,4 @@
-// vosmere: shows, checks and copies the library's documents, and reads dates.
+// vosmere: shows, checks, copies and exports the library's documents, and reads dates.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
@@ -6,6 +6,7 @@
 #include "tools/date.h"
 #include "tools/document.h"
 #include "tools/favorites.h"
+#include "tools/note.h"
 #include "tools/platform.h"
 #include "tools/post.h"
 #include "tools/replace_file.h"
@@ -81,6 +82,16 @@ int Run(Verb verb) {
     std::cerr << "vosmere: error: " << error.what() << '\n';
     return kTrouble;
   }
+}
+
+CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
+  CLI::App* const note = app.add_subcommand("note", "Export an item of a document as a page");
+  note->footer(kExitCodes);
+  note->add_option("IN", options.in)->required();
+  note->add_option("ITEM", options.item, "Its name or its identity; the first that has it")
+      ->required();
+  note->add_option("OUT", options.out, "The HTML file")->required();
+  return note;
 }
 
 CLI::App* AddPost(CLI::App& app, PostOptions& options) {
@@ -177,6 +188,9 @@ int Main(const Arguments& arguments) {
   favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
       ->excludes(opml);
   favorites->callback([&] { exitCode = Run([&] { return Favorites(options); }); });
+
+  NoteOptions note;
+  AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
 
   PostOptions post;
   AddPost(app, post)->callback([&] { exitCode = Run([&] { return Post(post); }); });

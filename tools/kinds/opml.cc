@@ -42,27 +42,8 @@ Record ContentOf(RNode* link) {
   return record;
 }
 
-class LoadedTree : public Loaded {
- public:
-  explicit LoadedTree(Tree tree) : tree_(std::move(tree)) {}
-
-  Record Content() const override { return ContentOf(tree_.get()); }
-
-  std::unique_ptr<CWriteXML> Writer() const override {
-    auto writer = std::make_unique<CWriteColctTreeOPML>();
-    writer->SetTreeRoot(tree_.get());
-    return writer;
-  }
-
- private:
-  Tree tree_;
-};
-
-std::unique_ptr<Loaded> Load(const Source& source) {
-  CReadColctTreeOPML reader;
-  Tree tree(source(reader) ? reader.DetachTreeRoot() : nullptr);
-  return tree ? std::make_unique<LoadedTree>(std::move(tree)) : nullptr;
-}
+using LoadedTree =
+    LoadedAs<Tree, ContentOf, CWriteColctTreeOPML, &CWriteColctTreeOPML::SetTreeRoot, FindBelow>;
 
 constexpr Word kWords[] = {
     {"*", "opml", "version"},
@@ -124,6 +105,6 @@ const Kind kOpml = {"opml",
                     "tree",
                     kCounts,
                     {.words = kWords, .looksThrough = true, .nameOf = NameOf, .inspect = Inspect},
-                    Load};
+                    LoadedTree::Load<CReadColctTreeOPML, &CReadColctTreeOPML::DetachTreeRoot>};
 
 }  // namespace vosmere::tool

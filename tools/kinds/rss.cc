@@ -58,38 +58,25 @@ Record ContentOf(RNode* link) {
   return record;
 }
 
-class LoadedCollection : public Loaded {
- public:
-  explicit LoadedCollection(Collection colct) : colct_(std::move(colct)) {}
-
-  Record Content() const override {
-    Record record{"collection"};
-    record.Add("name", TextOf(colct_->GetName()));
-    record.Add("description", TextOf(colct_->GetDescription()));
-    record.Add("owner", TextOf(colct_->GetColctNetData()->GetOwner()));
-    record.Add("synced", colct_->IsNetSynced());
-    record.Add("ordered", colct_->GetColctNetData()->IsOrdered());
-    AddSync(record, *colct_);
-    AddBuild(record, *colct_);
-    AddChildren(record, colct_->GetLocRNodeRoot());
-    return record;
-  }
-
-  std::unique_ptr<CWriteXML> Writer() const override {
-    auto writer = std::make_unique<CWriteColctRSS>();
-    writer->SetColctNode(colct_.get());
-    return writer;
-  }
-
- private:
-  Collection colct_;
-};
-
-std::unique_ptr<Loaded> Load(const Source& source) {
-  CReadBkmarkXML reader;
-  Collection colct(source(reader) ? reader.DetachColctNode() : nullptr);
-  return colct ? std::make_unique<LoadedCollection>(std::move(colct)) : nullptr;
+Record CollectionContent(CColctNode* colct) {
+  Record record{"collection"};
+  record.Add("name", TextOf(colct->GetName()));
+  record.Add("description", TextOf(colct->GetDescription()));
+  record.Add("owner", TextOf(colct->GetColctNetData()->GetOwner()));
+  record.Add("synced", colct->IsNetSynced());
+  record.Add("ordered", colct->GetColctNetData()->IsOrdered());
+  AddSync(record, *colct);
+  AddBuild(record, *colct);
+  AddChildren(record, colct->GetLocRNodeRoot());
+  return record;
 }
+
+CBaseNode* FindIn(CColctNode* colct, const ItemTest& isMeant) {
+  return FindBelow(colct->GetLocRNodeRoot(), isMeant);
+}
+
+using LoadedCollection =
+    LoadedAs<Collection, CollectionContent, CWriteColctRSS, &CWriteColctRSS::SetColctNode, FindIn>;
 
 constexpr Word kWords[] = {
     {"", "rss", "version"},
@@ -156,10 +143,11 @@ constexpr Count kCounts[] = {
 
 }  // namespace
 
-const Kind kRss = {.root = "rss",
-                   .what = "collection",
-                   .counts = kCounts,
-                   .vocabulary = {.words = kWords, .takesOne = true, .inspect = Inspect},
-                   .load = Load};
+const Kind kRss = {
+    .root = "rss",
+    .what = "collection",
+    .counts = kCounts,
+    .vocabulary = {.words = kWords, .takesOne = true, .inspect = Inspect},
+    .load = LoadedCollection::Load<CReadBkmarkXML, &CReadBkmarkXML::DetachColctNode>};
 
 }  // namespace vosmere::tool

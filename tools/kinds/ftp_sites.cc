@@ -1,0 +1,79 @@
+// FTP sites to publish to.
+#include "vosmere/docs/ftp_sites.h"
+
+#include "tools/audit.h"
+#include "tools/kind.h"
+#include "tools/kinds/items.h"
+
+namespace vosmere::tool {
+namespace {
+
+Record SiteContent(CFtpConBase& site) {
+  Record record{"site"};
+  record.Add("name", TextOf(site.GetTitle()));
+  record.Add("host", TextOf(site.GetHost()), kOnLine);
+  record.Add("userName", TextOf(site.GetUserName()));
+  record.Add("path", TextOf(site.GetInitPath()));
+  record.Add("passive", site.IsPASVMode());
+  record.Add("port", site.GetPort());
+  record.Add("savePassword", site.IsSavePSW());
+  record.Add("current", site.IsCurrent(), kOnLine);
+  record.Add("id", TextOf(site.GetUUID()));
+  record.Add("stampId", TextOf(site.GetStampID()));
+  record.isContainer = true;
+  for (const auto* cell = site.GetFtpWebAddress()->GetHead(); cell; cell = cell->next) {
+    Record& address = record.children.emplace_back(Record{"address"});
+    address.Add("name", TextOf(cell->GetName()), kRaw);
+    address.Add("link", TextOf(cell->GetLink()), kOnLine | kRaw);
+  }
+  return record;
+}
+
+using Sites = TList<CFtpConBase*>;
+
+Record ListContent(Sites* head) {
+  Record record{"sites"};
+  AddChildren(record, head, SiteContent);
+  return record;
+}
+
+using LoadedSites =
+    LoadedAs<ItemList<Sites>, ListContent, CWriteFtpSiteXML, &CWriteFtpSiteXML::SetFtpConList>;
+
+constexpr Word kWords[] = {
+    {"", "ftpsites", "version"},
+    {"*", "site", "", true},
+    {"site", "title", "="},
+    {"site", "host", "="},
+    {"site", "username", "="},
+    {"site", "path", "="},
+    {"site", "pasvmode", "=?"},
+    {"site", "port", "=#"},
+    {"site", "savepsw", "=?"},
+    {"site", "current", "=?"},
+    {"site", "uuid", "="},
+    {"site", "stampid", "="},
+    {"site", "webaddress", "name link"},
+};
+
+void Inspect(const XmlNode& element, std::string_view name, std::string_view scope,
+             const Report& report) {
+  InspectNesting(name, scope, report);
+  if (name != "webaddress") return;
+  for (const char* const part : {"name", "link"})
+    if (AttributeOf(element, part).value_or("").empty())
+      return report("a web address without a name or a link is not kept");
+}
+
+constexpr Count kCounts[] = {{"site", "sites"}};
+
+}  // namespace
+
+const Kind kFtpSites = {
+    "ftpsites",
+    "FTP sites",
+    kCounts,
+    {.words = kWords, .inspect = Inspect},
+    LoadedSites::LoadList<CReadFtpSiteXML, &CReadFtpSiteXML::DetachFtpSiteList>};
+
+}  // namespace vosmere::tool

@@ -1,0 +1,61 @@
+// A pool of search engines.
+#include "vosmere/docs/search_engines.h"
+
+#include "tools/kind.h"
+#include "tools/kinds/items.h"
+
+namespace vosmere::tool {
+namespace {
+
+Record EngineContent(const CEngineNode& engine) {
+  Record record{"engine"};
+  record.Add("name", TextOf(engine.GetName()));
+  record.Add("queryUrl", TextOf(engine.GetUrl()), kOnLine);
+  record.Add("type", TextOf(engine.GetSearchType()), kOnLine);
+  record.Add("description", TextOf(engine.GetDescription()));
+  record.Add("icon", TextOf(engine.GetIconUrl()));
+  return record;
+}
+
+Record PoolContent(CEnginePool* pool) {
+  Record record{"pool"};
+  record.Add("name", TextOf(pool->GetName()));
+  record.Add("description", TextOf(pool->GetDescription()));
+  AddChildren(record, pool->GetREngineItemHead(), EngineContent);
+  return record;
+}
+
+CBaseNode* FindIn(CEnginePool* pool, const ItemTest& isMeant) {
+  return FindInChain(pool->GetREngineItemHead(), isMeant);
+}
+
+using LoadedPool = LoadedAs<Item<CEnginePool>, PoolContent, CWriteSEngineXML,
+                            &CWriteSEngineXML::SetEnginePool, FindIn>;
+
+constexpr Word kWords[] = {
+    {"*", "searchEnginePool", "version"},  // before the engines, as it begins like them
+    {"searchEnginePool", "title", "="},
+    {"searchEnginePool", "description", "="},
+    {"*", "searchEngine*", "type*<2085", true},
+    {"searchEngine*", "title", "="},
+    {"searchEngine*", "description", "="},
+    {"searchEngine*", "queryUrl", "=<2085"},
+    {"searchEngine*", "icon", "=<2084"},
+    {"searchEngine*", "stat*", "", false, "the times of an engine are not kept"},
+};
+
+void Inspect(const XmlNode&, std::string_view name, std::string_view scope, const Report& report) {
+  InspectNesting(name, scope, report);
+}
+
+constexpr Count kCounts[] = {{"engine", "engines"}};
+
+}  // namespace
+
+const Kind kSearchEngines = {"searchEnginePool",
+                             "search engines",
+                             kCounts,
+                             {.words = kWords, .inspect = Inspect},
+                             LoadedPool::Load<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool>};
+
+}  // namespace vosmere::tool

@@ -1,0 +1,49 @@
+// Tags in groups.
+#include "vosmere/docs/tags.h"
+
+#include "tools/kind.h"
+#include "tools/kinds/items.h"
+
+namespace vosmere::tool {
+namespace {
+
+Record TagContent(const CTagItem& tag) {
+  Record record{"tag"};
+  record.Add("name", TextOf(tag.GetName()));
+  record.Add("count", tag.GetCount(), kOnLine);
+  return record;
+}
+
+Record GroupContent(const CTagGroup& group) {
+  Record record{"group"};
+  record.Add("name", TextOf(group.GetName()));
+  AddChildren(record, group.GetTagItemHead(), TagContent);
+  return record;
+}
+
+Record StoreContent(CTagStore::TagGroupList* head) {
+  Record record{"tags"};
+  AddChildren(record, head, GroupContent);
+  return record;
+}
+
+using Groups = std::unique_ptr<CTagStore::TagGroupList, FreeWith<CTagStore::DeleteRTagGroupList>>;
+using LoadedTags = LoadedAs<Groups, StoreContent, CWriteTagsXML, &CWriteTagsXML::SetTagGroupHead>;
+
+constexpr Word kWords[] = {
+    {"", "vsmtags", "version"},
+    {"vsmtags", "group", "name", true},
+    {"group", "tag", "name count#", true},
+};
+
+constexpr Count kCounts[] = {{"group", "groups"}, {"tag", "tags"}};
+
+}  // namespace
+
+const Kind kTags = {"vsmtags",
+                    "tags",
+                    kCounts,
+                    {.words = kWords},
+                    LoadedTags::LoadList<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead>};
+
+}  // namespace vosmere::tool
