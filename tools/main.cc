@@ -84,6 +84,33 @@ int Run(Verb verb) {
   }
 }
 
+CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
+  CLI::App* const date =
+      app.add_subcommand("date", "Say what date texts mean, as GetTime and as ReadDate read them");
+  date->footer("Exit codes: 0 every text is a date for ReadDate; 1 one is not; 2 wrong usage.");
+  date->add_option("TEXT", dates)->required();
+  return date;
+}
+
+CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
+  CLI::App* const favorites =
+      app.add_subcommand("favorites", "Print a Favorites folder in the order of its menu");
+  favorites->footer(kExitCodes);
+  favorites->add_option("DIR", options.folder, "The folder; the user's own if not given");
+  CLI::Option* const profile = favorites->add_option(
+      "--profile", options.registry, "NTUSER.DAT of the profile that keeps the order");
+  CLI::Option* const wine =
+      favorites->add_option("--wine", options.registry, "The Wine prefix that keeps it");
+  favorites->add_option("--reg", options.registry, "An exported registry file that holds it")
+      ->excludes(profile, wine);
+  profile->excludes(wine);
+  CLI::Option* const opml =
+      favorites->add_option("--opml", options.opml, "Write an OPML file of links instead");
+  favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
+      ->excludes(opml);
+  return favorites;
+}
+
 CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
   CLI::App* const note = app.add_subcommand("note", "Export an item of a document as a page");
   note->footer(kExitCodes);
@@ -128,8 +155,7 @@ int Main(const Arguments& arguments) {
   app.footer(kExitCodes);
 
   std::string in, out;
-  std::vector<std::string> files, dates;
-  FavoritesOptions options;
+  std::vector<std::string> files;
   bool asJson = false, showAll = false;
   int exitCode = kFine;
 
@@ -162,32 +188,17 @@ int Main(const Arguments& arguments) {
       ->required();
   copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
 
-  CLI::App* const date =
-      app.add_subcommand("date", "Say what date texts mean, as GetTime and as ReadDate read them")
-          ->footer("Exit codes: 0 every text is a date for ReadDate; 1 one is not; 2 wrong usage.");
-  date->add_option("TEXT", dates)->required();
-  date->callback([&] {
+  std::vector<std::string> dates;
+  AddDate(app, dates)->callback([&] {
     for (const std::string& text : dates)
       exitCode =
           std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
   });
 
-  CLI::App* const favorites =
-      app.add_subcommand("favorites", "Print a Favorites folder in the order of its menu")
-          ->footer(kExitCodes);
-  favorites->add_option("DIR", options.folder, "The folder; the user's own if not given");
-  CLI::Option* const profile = favorites->add_option(
-      "--profile", options.registry, "NTUSER.DAT of the profile that keeps the order");
-  CLI::Option* const wine =
-      favorites->add_option("--wine", options.registry, "The Wine prefix that keeps it");
-  favorites->add_option("--reg", options.registry, "An exported registry file that holds it")
-      ->excludes(profile, wine);
-  profile->excludes(wine);
-  CLI::Option* const opml =
-      favorites->add_option("--opml", options.opml, "Write an OPML file of links instead");
-  favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
-      ->excludes(opml);
-  favorites->callback([&] { exitCode = Run([&] { return Favorites(options); }); });
+  FavoritesOptions favorites;
+  AddFavorites(app, favorites)->callback([&] {
+    exitCode = Run([&] { return Favorites(favorites); });
+  });
 
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });

@@ -1,6 +1,7 @@
 // A list of collections.
 #include "vosmere/docs/colct_list.h"
 
+#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
 #include "vosmere/xml/reader_fields.h"
@@ -45,6 +46,8 @@ constexpr Word kWords[] = {
 void Inspect(const XmlNode& element, std::string_view name, std::string_view scope,
              const Report& report) {
   InspectNesting(name, scope, report);
+  if (name == "collection" && !ChildOf(element, "link"))
+    report("a collection without a link comes back with the address about:blank");
   if (name == "version" && !IsNamed(element.Text().view(), "1"))
     report("the version is not read and comes back as 1");
 }

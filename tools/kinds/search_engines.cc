@@ -1,6 +1,7 @@
 // A pool of search engines.
 #include "vosmere/docs/search_engines.h"
 
+#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
 
@@ -44,8 +45,11 @@ constexpr Word kWords[] = {
     {"searchEngine*", "stat*", "", false, "the times of an engine are not kept"},
 };
 
-void Inspect(const XmlNode&, std::string_view name, std::string_view scope, const Report& report) {
+void Inspect(const XmlNode& element, std::string_view name, std::string_view scope,
+             const Report& report) {
   InspectNesting(name, scope, report);
+  if (name == "searchEngine*" && !ChildOf(element, "queryUrl"))
+    report("an engine without queryUrl comes back with the address about:blank");
 }
 
 constexpr Count kCounts[] = {{"engine", "engines"}};
