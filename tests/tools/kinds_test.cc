@@ -18,7 +18,7 @@ std::string Quoted(std::filesystem::path path) {
 }
 
 /// Runs the tool in a folder, which gets its output.
-int Run(const TempFolder& folder, std::initializer_list<std::string> arguments) {
+int RunTool(const TempFolder& folder, std::initializer_list<std::string> arguments) {
   std::string command = "cd . && " + Quoted(VOSMERE_TOOL);
   for (const std::string& argument : arguments) command += ' ' + argument;
   const int status = std::system(
@@ -58,13 +58,13 @@ TEST(ToolKinds, EveryStoredDocumentIsKnown) {
       std::ifstream file(folder / "out");  // as text
       return std::string(std::istreambuf_iterator<char>(file), {});
     };
-    EXPECT_EQ(Run(folder, {"show", In(c.file)}), 0);
+    EXPECT_EQ(RunTool(folder, {"show", In(c.file)}), 0);
     EXPECT_THAT(out(), HasSubstr(c.shown));
-    EXPECT_EQ(Run(folder, {"check", In(c.file)}), 0);
+    EXPECT_EQ(RunTool(folder, {"check", In(c.file)}), 0);
     EXPECT_THAT(out(), HasSubstr(c.checked));
-    EXPECT_EQ(Run(folder, {"copy", In(c.file), Quoted(folder / "copy")}), 0);
+    EXPECT_EQ(RunTool(folder, {"copy", In(c.file), Quoted(folder / "copy")}), 0);
     EXPECT_EQ(ReadBytes(folder / "copy") == TestData(c.file), c.comesBackWhole);
-    EXPECT_EQ(Run(folder, {"copy", Quoted(folder / "copy"), Quoted(folder / "again")}), 0);
+    EXPECT_EQ(RunTool(folder, {"copy", Quoted(folder / "copy"), Quoted(folder / "again")}), 0);
     EXPECT_EQ(ReadBytes(folder / "again"), ReadBytes(folder / "copy"));
   }
 }
@@ -98,7 +98,7 @@ TEST(ToolKinds, WhatDoesNotComeBackIsTold) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.document);
     WriteBytes(folder / "in.xml", c.document);
-    EXPECT_EQ(Run(folder, {"check", Quoted(folder / "in.xml")}), 0);
+    EXPECT_EQ(RunTool(folder, {"check", Quoted(folder / "in.xml")}), 0);
     EXPECT_THAT(ReadBytes(folder / "out"), HasSubstr(c.warning));
   }
 }
@@ -121,7 +121,7 @@ TEST(ToolNote, ExportsTheFirstItemOfANameOrIdentity) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.item);
     const TempFolder folder;
-    const int exitCode = Run(folder, {"note", In(c.file), c.item, Quoted(folder / "n.html")});
+    const int exitCode = RunTool(folder, {"note", In(c.file), c.item, Quoted(folder / "n.html")});
     EXPECT_EQ(exitCode, c.heading ? 0 : 1);
     if (c.heading) {
       EXPECT_THAT(ReadBytes(folder / "n.html"),
