@@ -1,5 +1,10 @@
 #include "tools/note.h"
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
 #include "tools/document.h"
 #include "tools/kinds/items.h"
 #include "tools/replace_file.h"
@@ -7,6 +12,17 @@
 #include "vosmere/docs/note_html.h"
 
 namespace vosmere::tool {
+namespace {
+
+/// Whether the page is there to its end, which the library does not tell: the disk may be full.
+bool IsWhole(const WChar* path) {
+  constexpr std::string_view kEnd = "</body><html>";
+  std::ifstream file(std::filesystem::path(ToString(path)), std::ios::binary);
+  file.seekg(-static_cast<std::streamoff>(kEnd.size()), std::ios::end);
+  return std::string(std::istreambuf_iterator<char>(file), {}) == kEnd;
+}
+
+}  // namespace
 
 int Note(const NoteOptions& options) {
   const Document document(options.in);
@@ -18,7 +34,7 @@ int Note(const NoteOptions& options) {
     throw Failure{kBadFile, Printable(options.in) + ": error: no item has the name or identity '" +
                                 Printable(options.item) + "'"};
   ReplaceFile(options.out, [&](const WChar* path) {
-    if (!CWriteNoteHtml().WriteToFile(item, path))
+    if (!CWriteNoteHtml().WriteToFile(item, path) || !IsWhole(path))
       throw Failure{kTrouble, Printable(options.out) + ": error: cannot be written"};
   });
   return kFine;
