@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "tools/kind.h"
@@ -89,7 +90,7 @@ class LoadedAs : public Loaded {
   }
 
   CBaseNode* Find(const ItemTest& isMeant) const override {
-    if constexpr (findIn != nullptr)
+    if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(findIn)>>)
       return findIn(owned_.get(), isMeant);
     else
       return nullptr;

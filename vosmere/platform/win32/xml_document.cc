@@ -295,7 +295,11 @@ XmlAttributes::~XmlAttributes() {
 bool XmlAttributes::Next() {
   if (index_ == count_) return false;
   Counted<IXMLDOMNode> attribute;
-  Check(static_cast<IXMLDOMNamedNodeMap*>(attributes_)->get_item(index_++, attribute.out()));
+  const HRESULT result =
+      static_cast<IXMLDOMNamedNodeMap*>(attributes_)->get_item(index_++, attribute.out());
+  // Wine counts a default namespace as an attribute, and has no memory for it when it is asked.
+  if (result == E_OUTOFMEMORY) return Next();
+  Check(result);
   name_ = NameOf(Node(attribute.get()));
   OwnedVariant value;
   Check(attribute->get_nodeValue(&value));
