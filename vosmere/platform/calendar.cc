@@ -1,12 +1,12 @@
-#include "vosmere/platform/clock.h"
-
-#include <ctime>
 #include <mutex>
+
+#include "vosmere/platform/clock.h"
+#include "vosmere/platform/runtime_zone.h"
 
 namespace vosmere {
 namespace {
 
-// Guards the runtime's zone, which one thread may set up while another reads it.
+// The runtime's zone passes through other values while one thread sets it up.
 std::mutex zoneLock;
 
 // Looking up the zone may go to the file system, and would cost more than all else in a date.
@@ -18,16 +18,15 @@ void SetUpZoneOnce() {
 }  // namespace
 
 void SetUpZone() {
-  const std::lock_guard<std::mutex> lock(zoneLock);
-  tzset();
+  const std::lock_guard lock(zoneLock);
+  runtime_zone::LookUp();
 }
 
 bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
-  SetUpZoneOnce();  // localtime_r need not do it
-  const std::lock_guard<std::mutex> lock(zoneLock);
-  const std::time_t time = seconds;
+  SetUpZoneOnce();
+  const std::lock_guard lock(zoneLock);
   std::tm local;
-  if (!localtime_r(&time, &local)) return false;
+  if (!runtime_zone::ToLocal(seconds, &local)) return false;
   *calendar = {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                local.tm_min,         local.tm_sec,     local.tm_wday};
   return true;
@@ -35,8 +34,8 @@ bool LocalCalendar(LONG seconds, CalendarTime* calendar) {
 
 LONG ZoneSecondsWest() {
   SetUpZoneOnce();
-  const std::lock_guard<std::mutex> lock(zoneLock);
-  return static_cast<LONG>(timezone);
+  const std::lock_guard lock(zoneLock);
+  return runtime_zone::SecondsWest();
 }
 
 }  // namespace vosmere
