@@ -19,8 +19,7 @@ namespace vosmere {
 /// - UTF-8 and UTF-16 with and without mark, ISO-8859-1, windows-1252, and what else the platform
 ///   has code pages for. White space between elements is kept as text nodes.
 /// - Nothing outside the document is ever opened: no external entity, no external DTD, no network.
-/// A
-///   document that merely names such a thing loads; one whose text needs it does not.
+///   A document that merely names such a thing loads; one whose text needs it does not.
 /// - Internal entities and attribute defaults are expanded. A document that expands out of
 ///   proportion to its size fails quickly and in little memory.
 /// - Elements nest at most kMaxXmlDepth levels; on Windows as deep as the system's DOM loads. An

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <new>
-#include <string>
 #include <utility>
 
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/posix/utf8.h"
 
 namespace vosmere::posix {
 namespace {
@@ -18,8 +18,10 @@ constexpr std::size_t kFirstBlock = std::size_t{16} * 1024;
 constexpr std::size_t kLargestBlock = std::size_t{2} * 1024 * 1024;  // a huge page
 constexpr std::size_t kAlignment = alignof(XmlRecord);
 
-const char* Chars(const unsigned char* text) {
-  return reinterpret_cast<const char*>(text);
+constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
+
+constexpr std::size_t Aligned(std::size_t size) {
+  return (size + kAlignment - 1) & ~(kAlignment - 1);
 }
 
 // Large blocks ask for huge pages: entering small ones one by one costs more than filling them.
@@ -31,10 +33,26 @@ char* NewBlock(std::size_t size) {
   return static_cast<char*>(block);
 }
 
+/// The first eight bytes of a text; all of a shorter one.
+std::uint64_t Load(std::string_view text) {
+  const auto load = [](const char* from, auto value) {
+    std::memcpy(&value, from, sizeof value);
+    return std::uint64_t{value};
+  };
+  const std::size_t size = text.size();
+  const char* const data = text.data();
+  if (size >= 8) return load(data, std::uint64_t{});
+  if (size >= 4) return load(data, std::uint32_t{}) | load(data + size - 4, std::uint32_t{}) << 32;
+  if (size == 0) return 0;
+  using Byte = unsigned char;
+  return load(data, Byte{}) | load(data + size / 2, Byte{}) << 8 |
+         load(data + size - 1, Byte{}) << 16;
+}
+
 }  // namespace
 
 void* XmlArena::Allocate(std::size_t size) {
-  size = (size + kAlignment - 1) & ~(kAlignment - 1);
+  size = Aligned(size);
   if (static_cast<std::size_t>(end_ - at_) < size) {
     const std::size_t block = std::max(
         size, std::min(kFirstBlock << std::min<std::size_t>(blocks_.size(), 16), kLargestBlock));
@@ -59,50 +77,62 @@ XmlRecord* XmlArena::NewNode(const XmlName* name, XmlValue value) {
 }
 
 XmlValue XmlArena::NewValue(const char* utf8, std::size_t length) {
-  if (length > std::numeric_limits<int>::max() / 2) throw std::bad_alloc();
-  // UTF-16 never has more units than UTF-8 has bytes; what is not used goes back to the arena.
-  const std::size_t header = sizeof(std::uint32_t);
-  auto* const memory = static_cast<char*>(Allocate(header + (length + 1) * sizeof(WChar)));
-  auto* const text = reinterpret_cast<WChar*>(memory + header);
-  const std::uint32_t units = length == 0
-                                  ? 0
-                                  : BytesToWide(kCodePageUtf8, utf8, static_cast<int>(length), text,
-                                                static_cast<int>(length));
-  text[units] = 0;
-  std::memcpy(memory, &units, header);
-  const std::size_t used = header + (units + std::size_t{1}) * sizeof(WChar);
-  at_ = memory + ((used + kAlignment - 1) & ~(kAlignment - 1));
-  return {text};
+  WChar* const begin = BeginValue(length);  // UTF-16 never has more units than UTF-8 has bytes
+  return EndValue(begin, begin + utf8::Decode(utf8, length, begin, length));
 }
 
-const XmlName* XmlNames::Intern(const unsigned char* prefix, const unsigned char* local, int type) {
-  Slot& slot = Find(prefix, local, type);
-  if (slot.name) return slot.name;
-  std::string whole = prefix ? Chars(prefix) + std::string(":") : std::string();
-  whole += Chars(local);
-  names_.push_back(
-      std::make_unique<XmlName>(XmlName{arena_.NewValue(whole.data(), whole.size()).view(), type}));
-  slot = {prefix, local, type, names_.back().get()};
+WChar* XmlArena::BeginValue(std::size_t capacity) {
+  if (capacity > std::numeric_limits<int>::max() / 2) throw std::bad_alloc();
+  void* const memory = Allocate(kLengthSize + (capacity + 1) * sizeof(WChar));
+  return reinterpret_cast<WChar*>(static_cast<char*>(memory) + kLengthSize);
+}
+
+XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
+  *end = 0;
+  const auto units = static_cast<std::uint32_t>(end - begin);
+  char* const memory = reinterpret_cast<char*>(begin) - kLengthSize;
+  std::memcpy(memory, &units, kLengthSize);
+  at_ = memory + Aligned(kLengthSize + (units + std::size_t{1}) * sizeof(WChar));
+  return {begin};
+}
+
+XmlName* XmlNames::Intern(std::string_view name, int type) {
+  const Key key = KeyOf(name);
+  if (Entry* const known = Find(key, name, type)) return &known->name;
+  const WideView text = arena_.NewValue(name.data(), name.size()).view();
+  Entry& entry = names_.emplace_back(Entry{key, std::string(name), {text, type}});
+  Find(key, name, type) = &entry;
   if (names_.size() * 2 > slots_.size()) Grow();
-  return names_.back().get();
+  return &entry.name;
 }
 
-XmlNames::Slot& XmlNames::Find(const unsigned char* prefix, const unsigned char* local, int type) {
+// The hash differs from process to process, so that no document can be made of names that meet.
+XmlNames::Key XmlNames::KeyOf(std::string_view name) const {
+  Key key = {Load(name), 0, reinterpret_cast<std::uintptr_t>(this) ^ name.size(), name.size()};
+  const auto mix = [&](std::uint64_t part) {
+    key.hash = (key.hash ^ part) * 0x9E3779B97F4A7C15u;
+    key.hash ^= key.hash >> 32;
+  };
+  mix(key.begin);
+  if (name.size() > 8) mix(key.end = Load(name.substr(name.size() - 8)));
+  for (std::size_t at = 8; at + 8 < name.size(); at += 8) mix(Load(name.substr(at)));
+  return key;
+}
+
+XmlNames::Entry*& XmlNames::Find(const Key& key, std::string_view name, int type) {
   const std::size_t mask = slots_.size() - 1;
-  const auto key = reinterpret_cast<std::uintptr_t>(local) * 31 +
-                   reinterpret_cast<std::uintptr_t>(prefix) + static_cast<unsigned>(type);
-  for (std::size_t i = (key * 0x9E3779B97F4A7C15u) >> 32;; ++i) {
-    Slot& slot = slots_[i & mask];
-    if (!slot.name || (slot.local == local && slot.prefix == prefix && slot.type == type))
-      return slot;
+  for (std::size_t i = key.hash + static_cast<unsigned>(type);; ++i) {
+    Entry*& entry = slots_[i & mask];
+    if (!entry ||
+        (entry->name.type == type && entry->key.begin == key.begin && entry->key.end == key.end &&
+         entry->key.size == key.size && (key.size <= 16 || entry->bytes == name)))
+      return entry;
   }
 }
 
 void XmlNames::Grow() {
-  std::vector<Slot> old(slots_.size() * 2);
-  old.swap(slots_);
-  for (const Slot& slot : old)
-    if (slot.name) Find(slot.prefix, slot.local, slot.type) = slot;
+  slots_.assign(slots_.size() * 2, nullptr);
+  for (Entry& entry : names_) Find(entry.key, entry.bytes, entry.name.type) = &entry;
 }
 
 }  // namespace vosmere::posix

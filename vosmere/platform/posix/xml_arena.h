@@ -5,17 +5,29 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <deque>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere::posix {
 
+/// Beside the XmlNodeType numbers.
+inline constexpr int kXmlAttribute = 2;
+
+// What nodes without a name of their own are called.
+inline constexpr char kXmlTextName[] = "#text";
+inline constexpr char kXmlCDataName[] = "#cdata-section";
+inline constexpr char kXmlCommentName[] = "#comment";
+
 /// A name as it stands in the document, once for all nodes of one type that bear it.
 struct XmlName {
   WideView text;
   int type;
+  std::uint32_t lastUser = 0;  ///< for a parser's own ends
 };
 
 /// A zero-terminated value with its length in units in the four bytes before it.
@@ -62,6 +74,11 @@ class XmlArena {
   /// A copy of UTF-8 text that the parser has checked.
   XmlValue NewValue(const char* utf8, std::size_t length);
 
+  /// Room for a value of up to `capacity` units, which EndValue makes a value of those that end
+  /// before `end`; the rest goes back to the arena. Nothing else is made in between.
+  WChar* BeginValue(std::size_t capacity);
+  XmlValue EndValue(WChar* begin, WChar* end);
+
   XmlRecord* root = nullptr;
 
  private:
@@ -77,28 +94,36 @@ class XmlArena {
   char* end_ = nullptr;
 };
 
-/// The document's names. The parser hands out each name part at one address only, so parts are
-/// compared by address.
+/// The document's names, each kept once for every type of node that bears it.
 class XmlNames {
  public:
   explicit XmlNames(XmlArena& arena) : arena_(arena), slots_(64) {}
 
-  /// `prefix` may be null. Throws std::bad_alloc.
-  const XmlName* Intern(const unsigned char* prefix, const unsigned char* local, int type);
+  /// `name` is UTF-8, with its prefix. Throws std::bad_alloc.
+  XmlName* Intern(std::string_view name, int type);
+  std::size_t size() const { return names_.size(); }
 
  private:
-  struct Slot {
-    const unsigned char* prefix = nullptr;
-    const unsigned char* local = nullptr;
-    int type = 0;
-    const XmlName* name = nullptr;
+  /// What tells names apart fast: their ends, which are all of most names, and their length.
+  struct Key {
+    std::uint64_t begin;
+    std::uint64_t end;
+    std::uint64_t hash;
+    std::size_t size;
   };
-  Slot& Find(const unsigned char* prefix, const unsigned char* local, int type);
+  struct Entry {
+    Key key;
+    std::string bytes;
+    XmlName name;
+  };
+
+  Key KeyOf(std::string_view name) const;
+  Entry*& Find(const Key& key, std::string_view name, int type);
   void Grow();
 
   XmlArena& arena_;
-  std::vector<Slot> slots_;
-  std::vector<std::unique_ptr<XmlName>> names_;
+  std::vector<Entry*> slots_;
+  std::deque<Entry> names_;
 };
 
 /// What an XmlDocument owns.

@@ -16,11 +16,11 @@
 namespace vosmere::posix {
 namespace {
 
-constexpr unsigned char kXmlns[] = "xmlns";
-constexpr unsigned char kTextName[] = "#text";
-constexpr unsigned char kCDataName[] = "#cdata-section";
-constexpr unsigned char kCommentName[] = "#comment";
-constexpr int kAttribute = 2;
+constexpr xmlChar kXmlns[] = "xmlns";
+
+const char* Chars(const xmlChar* text) {
+  return reinterpret_cast<const char*>(text);
+}
 
 // The parser compares every pair of an element's attributes, and every prefix with the namespaces
 // in force, so their numbers must have a bound.
@@ -83,6 +83,7 @@ class Builder {
   void StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
                     const xmlChar** namespaces, int attributeCount, int defaultedCount,
                     const xmlChar** attributes);
+  const XmlName* Intern(const xmlChar* prefix, const xmlChar* local, int type);
   void EndElement();
   void AddText(const xmlChar* text, int length);
   void AddLeaf(const XmlName* name, const xmlChar* text);
@@ -96,6 +97,7 @@ class Builder {
   XmlEntityBudget budget_;
   std::vector<Open> open_;
   std::string text_;
+  std::string name_;
   std::size_t bytesRead_ = 0;
   bool stopped_ = false;
   DocumentError error_;
@@ -188,19 +190,18 @@ xmlSAXHandler Builder::Handlers() {
     Self(self).Guard([=] {
       Builder& builder = Self(self);
       builder.FlushText();
-      builder.Link(builder.tree_.arena.NewNode(
-          builder.tree_.names.Intern(nullptr, kCDataName, kXmlCData),
-          builder.tree_.arena.NewValue(reinterpret_cast<const char*>(text), length)));
+      builder.Link(builder.tree_.arena.NewNode(builder.tree_.names.Intern(kXmlCDataName, kXmlCData),
+                                               builder.tree_.arena.NewValue(Chars(text), length)));
     });
   };
   sax.comment = [](void* self, const xmlChar* text) {
     Self(self).Guard([=] {
-      Self(self).AddLeaf(Self(self).tree_.names.Intern(nullptr, kCommentName, kXmlComment), text);
+      Self(self).AddLeaf(Self(self).tree_.names.Intern(kXmlCommentName, kXmlComment), text);
     });
   };
   sax.processingInstruction = [](void* self, const xmlChar* target, const xmlChar* text) {
     Self(self).Guard([=] {
-      Self(self).AddLeaf(Self(self).tree_.names.Intern(nullptr, target, kXmlProcessingInstruction),
+      Self(self).AddLeaf(Self(self).tree_.names.Intern(Chars(target), kXmlProcessingInstruction),
                          text);
     });
   };
@@ -267,26 +268,31 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
   if (open_.size() >= kMaxXmlDepth) return Stop(DocumentFault::kTooDeep);
   parser_->options |= XML_PARSE_HUGE;
   XmlArena& arena = tree_.arena;
-  XmlRecord* const element = arena.NewElement(tree_.names.Intern(prefix, local, kXmlElement),
-                                              namespaceCount + attributeCount);
+  XmlRecord* const element =
+      arena.NewElement(Intern(prefix, local, kXmlElement), namespaceCount + attributeCount);
   auto* record = const_cast<XmlAttributeRecord*>(element->attributes());
   for (int i = 0; i < namespaceCount; ++i, namespaces += 2) {
     const xmlChar* const declared = namespaces[0];
-    const char* const uri = namespaces[1] ? reinterpret_cast<const char*>(namespaces[1]) : "";
-    *record++ = {
-        tree_.names.Intern(declared ? kXmlns : nullptr, declared ? declared : kXmlns, kAttribute),
-        arena.NewValue(uri, std::strlen(uri))};
+    const char* const uri = namespaces[1] ? Chars(namespaces[1]) : "";
+    *record++ = {Intern(declared ? kXmlns : nullptr, declared ? declared : kXmlns, kXmlAttribute),
+                 arena.NewValue(uri, std::strlen(uri))};
   }
   std::size_t defaulted = 0;
   for (int i = 0; i < attributeCount; ++i, attributes += kAttributeFields) {
     const auto length = static_cast<std::size_t>(attributes[4] - attributes[3]);
-    *record++ = {tree_.names.Intern(attributes[1], attributes[0], kAttribute),
-                 arena.NewValue(reinterpret_cast<const char*>(attributes[3]), length)};
+    *record++ = {Intern(attributes[1], attributes[0], kXmlAttribute),
+                 arena.NewValue(Chars(attributes[3]), length)};
     if (i >= attributeCount - defaultedCount) defaulted += length + sizeof(XmlAttributeRecord);
   }
   if (defaulted > 0) Check(budget_.Spend(defaulted, bytesRead_));
   Link(element);
   open_.push_back({element, nullptr});
+}
+
+const XmlName* Builder::Intern(const xmlChar* prefix, const xmlChar* local, int type) {
+  if (!prefix) return tree_.names.Intern(Chars(local), type);
+  name_.assign(Chars(prefix)).append(1, ':').append(Chars(local));
+  return tree_.names.Intern(name_, type);
 }
 
 void Builder::EndElement() {
@@ -296,19 +302,19 @@ void Builder::EndElement() {
 
 // The parser reports one text in several pieces.
 void Builder::AddText(const xmlChar* text, int length) {
-  text_.append(reinterpret_cast<const char*>(text), length);
+  text_.append(Chars(text), length);
 }
 
 void Builder::AddLeaf(const XmlName* name, const xmlChar* text) {
   FlushText();
   if (open_.empty()) return;  // before or behind the root element
-  const char* const utf8 = text ? reinterpret_cast<const char*>(text) : "";
+  const char* const utf8 = text ? Chars(text) : "";
   Link(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
 }
 
 void Builder::FlushText() {
   if (text_.empty()) return;
-  Link(tree_.arena.NewNode(tree_.names.Intern(nullptr, kTextName, kXmlText),
+  Link(tree_.arena.NewNode(tree_.names.Intern(kXmlTextName, kXmlText),
                            tree_.arena.NewValue(text_.data(), text_.size())));
   text_.clear();
 }

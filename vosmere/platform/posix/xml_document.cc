@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "vosmere/platform/posix/xml_arena.h"
 #include "vosmere/platform/posix/xml_builder.h"
+#include "vosmere/platform/posix/xml_plain.h"
 #include "vosmere/platform/posix/xml_source.h"
 
 namespace vosmere {
@@ -56,10 +59,19 @@ std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
   return length;
 }
 
-void LoadTree(void*& document, posix::XmlSource& source, const char* encoding) {
+/// `whole` is the same document in UTF-8, if it is at hand.
+std::unique_ptr<XmlTree> LoadTree(std::optional<std::string_view> whole, posix::XmlSource& source,
+                                  const char* encoding) {
   auto tree = std::make_unique<XmlTree>();
+  if (whole && BuildPlainXmlTree(*tree, *whole)) return tree;
+  tree = std::make_unique<XmlTree>();
   BuildXmlTree(*tree, source, encoding);
-  document = tree.release();
+  return tree;
+}
+
+std::unique_ptr<XmlTree> LoadTree(posix::XmlSource&& source, const char* encoding) {
+  posix::ReadAhead ahead(source);
+  return LoadTree(ahead.Whole(), ahead, encoding);
 }
 
 XmlText Joined(const std::vector<WideView>& pieces, std::size_t length) {
@@ -77,20 +89,19 @@ XmlDocument::~XmlDocument() {
 }
 
 void XmlDocument::LoadFile(const WChar* path) {
-  posix::FileSource source(path);
-  LoadTree(document_, source, nullptr);
+  document_ = LoadTree(posix::FileSource(path), nullptr).release();
 }
 
 void XmlDocument::LoadText(const WChar* text) {
   WideView view(text);
   if (!view.empty() && view[0] == 0xFEFF) view = view.From(1);
-  posix::TextSource source(view);
-  LoadTree(document_, source, "UTF-8");
+  document_ = LoadTree(posix::TextSource(view), "UTF-8").release();
 }
 
 void XmlDocument::LoadBytes(const char* bytes, int length) {
-  posix::MemorySource source(bytes, length > 0 ? length : 0);
-  LoadTree(document_, source, nullptr);
+  const std::string_view whole(bytes, length > 0 ? length : 0);
+  posix::MemorySource source(whole);
+  document_ = LoadTree(whole, source, nullptr).release();
 }
 
 XmlNode XmlDocument::Root() const {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <new>
 
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/xml_document.h"
@@ -18,6 +20,14 @@ namespace {
   throw failure;
 }
 
+constexpr std::size_t kLeastRead = std::size_t{4} * 1024;
+constexpr std::size_t kMostAhead = std::size_t{64} * 1024 * 1024;
+
+/// Whether a document in UTF-8 may begin so: with markup, or the encoding's mark.
+bool BeginsPlainly(char byte) {
+  return byte == '<' || byte == '\xEF';
+}
+
 }  // namespace
 
 FileSource::FileSource(const WChar* path) {
@@ -26,22 +36,20 @@ FileSource::FileSource(const WChar* path) {
 }
 
 int FileSource::Read(char* bytes, int capacity) {
-  if (at_ == end_) {
-    at_ = 0;
-    if (!file_.Read(block_, sizeof block_, &end_))
-      ThrowFileFailure(DocumentFault::kCannotRead, file_.error(), "the file cannot be read");
-  }
-  const std::size_t part = std::min<std::size_t>(capacity, end_ - at_);
-  std::memcpy(bytes, block_ + at_, part);
-  at_ += part;
-  return static_cast<int>(part);
+  std::size_t got = 0;
+  if (!file_.Read(bytes, static_cast<std::size_t>(capacity), &got))
+    ThrowFileFailure(DocumentFault::kCannotRead, file_.error(), "the file cannot be read");
+  return static_cast<int>(got);
+}
+
+std::size_t FileSource::Size() {
+  std::uint64_t size = 0;
+  return file_.Size(&size) ? static_cast<std::size_t>(size) : 0;
 }
 
 int MemorySource::Read(char* bytes, int capacity) {
-  const std::size_t part = std::min<std::size_t>(capacity, left_);
-  if (part > 0) std::memcpy(bytes, at_, part);
-  at_ += part;
-  left_ -= part;
+  const std::size_t part = left_.copy(bytes, static_cast<std::size_t>(capacity));
+  left_.remove_prefix(part);
   return static_cast<int>(part);
 }
 
@@ -52,6 +60,40 @@ int TextSource::Read(char* bytes, int capacity) {
   if (whole == 0) return -1;
   text_ = text_.From(whole);
   return WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(whole), bytes, capacity);
+}
+
+ReadAhead::ReadAhead(XmlSource& source) : source_(source) {
+  Reserve(std::min(source.Size(), kMostAhead) + kLeastRead);
+  while (size_ < kMostAhead && (size_ == 0 || BeginsPlainly(*bytes_))) {
+    if (capacity_ - size_ < kLeastRead) Reserve(2 * capacity_);
+    const int got = source_.Read(bytes_.get() + size_, static_cast<int>(capacity_ - size_));
+    if (got <= 0) {
+      ended_ = got == 0;
+      return;
+    }
+    size_ += static_cast<std::size_t>(got);
+  }
+}
+
+std::optional<std::string_view> ReadAhead::Whole() const {
+  if (!ended_) return {};
+  return std::string_view(bytes_.get(), size_);
+}
+
+int ReadAhead::Read(char* bytes, int capacity) {
+  if (at_ == size_ && !ended_) return source_.Read(bytes, capacity);
+  const std::size_t part = std::min(static_cast<std::size_t>(capacity), size_ - at_);
+  std::memcpy(bytes, bytes_.get() + at_, part);
+  at_ += part;
+  return static_cast<int>(part);
+}
+
+void ReadAhead::Reserve(std::size_t capacity) {
+  void* const longer = std::realloc(bytes_.get(), capacity);
+  if (!longer) throw std::bad_alloc();
+  static_cast<void>(bytes_.release());
+  bytes_.reset(static_cast<char*>(longer));
+  capacity_ = capacity;
 }
 
 }  // namespace vosmere::posix

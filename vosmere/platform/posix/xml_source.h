@@ -2,6 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string_view>
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/file.h"
@@ -14,6 +18,8 @@ class XmlSource {
   virtual ~XmlSource() = default;
   /// Up to `capacity` bytes; 0 at the end, -1 when there is no going on.
   virtual int Read(char* bytes, int capacity) = 0;
+  /// A guess at how many bytes there are in all.
+  virtual std::size_t Size() = 0;
 };
 
 class FileSource : public XmlSource {
@@ -21,22 +27,20 @@ class FileSource : public XmlSource {
   /// Throws DocumentFailure when the file does not open.
   explicit FileSource(const WChar* path);
   int Read(char* bytes, int capacity) override;
+  std::size_t Size() override;
 
  private:
   File file_;
-  std::size_t at_ = 0;
-  std::size_t end_ = 0;
-  char block_[32 * 1024];
 };
 
 class MemorySource : public XmlSource {
  public:
-  MemorySource(const char* bytes, std::size_t length) : at_(bytes), left_(length) {}
+  explicit MemorySource(std::string_view bytes) : left_(bytes) {}
   int Read(char* bytes, int capacity) override;
+  std::size_t Size() override { return left_.size(); }
 
  private:
-  const char* at_;
-  std::size_t left_;
+  std::string_view left_;
 };
 
 /// Wide text as UTF-8. Ends with a failure at an unpaired surrogate, which is no character.
@@ -44,9 +48,38 @@ class TextSource : public XmlSource {
  public:
   explicit TextSource(WideView text) : text_(text) {}
   int Read(char* bytes, int capacity) override;
+  std::size_t Size() override { return text_.size; }
 
  private:
   WideView text_;
+};
+
+/// Reads another source as far as a document of the usual size goes, and hands it out from memory.
+class ReadAhead : public XmlSource {
+ public:
+  /// Throws what the source throws, and std::bad_alloc.
+  explicit ReadAhead(XmlSource& source);
+
+  /// All bytes of the source; nothing when there are too many, or no going on, or they do not begin
+  /// as a document in UTF-8 does.
+  std::optional<std::string_view> Whole() const;
+
+  int Read(char* bytes, int capacity) override;
+  std::size_t Size() override { return size_; }
+
+ private:
+  struct FreeBytes {
+    void operator()(char* bytes) const { std::free(bytes); }
+  };
+
+  void Reserve(std::size_t capacity);
+
+  XmlSource& source_;
+  std::unique_ptr<char, FreeBytes> bytes_;
+  std::size_t capacity_ = 0;
+  std::size_t size_ = 0;
+  bool ended_ = false;
+  std::size_t at_ = 0;
 };
 
 }  // namespace vosmere::posix

@@ -1,0 +1,15 @@
+// Any bytes: what the fast path takes is what the parser makes of them.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "tests/support/xml_trees.h"
+
+using namespace vosmere::test;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view document(reinterpret_cast<const char*>(data), size);
+  const auto shown = ByTheFastPath(document);
+  if (shown && shown != ByTheParser(document)) std::abort();
+  return 0;
+}

@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/xml_trees.h"
+
+namespace vosmere::test {
+namespace {
+
+using namespace std::string_literals;
+
+/// All that a plain document may have.
+const std::string kRich =
+    "\xEF\xBB\xBF<?xml version=\"1.0\" encoding='utf-8' standalone = \"yes\" ?>\r\n"
+    "<!-- before --><?go there ?>\n"
+    "<r xmlns='urn:d' a=\"1\" xmlns:v=\"urn:v\" v:b = 'x&amp;y\t\r\n&#10;\"' v:c=''>\r\n"
+    "  t\xC3\xA9xt &lt;&#x1F600;&#38;]] > \xF0\x9F\x98\x80\xE4\xB8\xAD behind more than a word\r"
+    "<v:e/><e k='a-long-name.of_its-own' a-long-name.of_its-own='k'></e >"
+    "<![CDATA[<a>&amp;]]]]><![CDATA[]]>&gt;<!----><?p?>\r\n"
+    "</r>\n<!-- behind -->\n";
+
+TEST(PlainXml, IsWhatTheParserMakesOfIt) {
+  const std::string longText(1000, 'x');
+  for (const std::string& document :
+       {kRich, "<a/>"s, "<a b='" + longText + "'>" + longText + "</a>", "<xml:a xml:lang='en'/>"s,
+        "<a u:b='undeclared'/>"s, "<a>\r\r\n\n\t</a>"s}) {
+    const auto shown = ByTheFastPath(document);
+    EXPECT_TRUE(shown) << document;
+    EXPECT_EQ(shown, ByTheParser(document)) << document;
+  }
+}
+
+TEST(PlainXml, StaysSoWhateverHappensToADocument) {
+  int taken = 0;
+  const auto check = [&](const std::string& document) {
+    const auto shown = ByTheFastPath(document);
+    if (!shown) return;
+    ++taken;
+    EXPECT_EQ(shown, ByTheParser(document)) << document;
+  };
+  for (std::size_t i = 0; i <= kRich.size(); ++i) {
+    check(kRich.substr(0, i));
+    std::string changed = kRich;
+    changed.erase(i, 1);
+    check(changed);
+    for (const char c : "<>&;#]?!-=:'\" \r\nxa1\x01\x7F\x80\xC3\xFF"s + '\0') {
+      changed = kRich;
+      check(changed.insert(i, 1, c));
+      changed = kRich;
+      if (i < kRich.size()) changed[i] = c;
+      check(changed);
+    }
+  }
+  EXPECT_GT(taken, 1000);
+}
+
+TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
+  std::string nested, attributes;
+  for (int i = 0; i < 1100; ++i) nested += "<a>";
+  for (int i = 0; i < 1100; ++i) attributes += " a" + std::to_string(i) + "=''";
+  for (const std::string& document : {""s,
+                                      " "s,
+                                      "a"s,
+                                      "<a>"s,
+                                      "</a>"s,
+                                      "<a/><b/>"s,
+                                      "<a></b>"s,
+                                      "<a>]]></a>"s,
+                                      "<a b='<'/>"s,
+                                      "<a b='1' b='2'/>"s,
+                                      "<a p:b='1' q:b='2'/>"s,
+                                      "<a b='1'c='2'/>"s,
+                                      "<a b/>"s,
+                                      "<a b=1/>"s,
+                                      "<!DOCTYPE a><a/>"s,
+                                      "<a>&e;</a>"s,
+                                      "<a>&#0;</a>"s,
+                                      "<a>&#xFFFE;</a>"s,
+                                      "<a>&#xD800;</a>"s,
+                                      "<a>&#x110000;</a>"s,
+                                      "<a>&#99999999999;</a>"s,
+                                      "<a>&amp</a>"s,
+                                      "<a>\x01</a>"s,
+                                      "<a>\xC0\x80</a>"s,
+                                      "<a>\xED\xA0\x80</a>"s,
+                                      "<a>\xEF\xBF\xBE</a>"s,
+                                      "<a>\xE4\xB8</a>"s,
+                                      "<a>\0</a>"s,
+                                      "<a/>\0"s,
+                                      "<\xC3\xA9/>"s,
+                                      "<a:b:c/>"s,
+                                      "<a:/>"s,
+                                      "<1/>"s,
+                                      "<a:1/>"s,
+                                      "<a xmlns=''/>"s,
+                                      "<a xmlns:b=''/>"s,
+                                      "<a xmlns:xml='urn:x'/>"s,
+                                      "<xmlns:a/>"s,
+                                      "<a xmlns:b='http://www.w3.org/2000/xmlns/'/>"s,
+                                      "<a><!-- -- --></a>"s,
+                                      "<a><?xml ?></a>"s,
+                                      " <?xml version='1.0'?><a/>"s,
+                                      "<?xml version='1.1'?><a/>"s,
+                                      "<?xml version='1.0' encoding='ISO-8859-1'?><a/>"s,
+                                      "<?xml version='1.0' standalone='no' encoding='UTF-8'?><a/>"s,
+                                      nested,
+                                      "<a" + attributes + "/>",
+                                      "<a" + std::string(1000, 'b') + "/>"})
+    EXPECT_FALSE(ByTheFastPath(document)) << document.substr(0, 100);
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,63 @@
+// The two ways to a document's tree, made comparable.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tests/support/wide.h"
+#include "vosmere/platform/posix/xml_builder.h"
+#include "vosmere/platform/posix/xml_plain.h"
+#include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/document_error.h"
+
+namespace vosmere::test {
+
+/// A tree with all that readers see of it; its depth costs no stack.
+inline std::string Shown(const posix::XmlTree& tree) {
+  std::string all;
+  std::vector<const posix::XmlRecord*> following;
+  const auto show = [&](const posix::XmlName* name, posix::XmlValue value) {
+    all += std::to_string(name->type) + Utf8(name->text.data) + "=" + Utf8(value.text) + ";" +
+           std::to_string(value.view().size) + "\n";
+  };
+  for (const posix::XmlRecord* node = tree.arena.root; node || !following.empty();) {
+    if (!node) {
+      all += "up\n";
+      node = following.back();
+      following.pop_back();
+    } else if (node->name->type != kXmlElement) {
+      show(node->name, node->value);
+      node = node->next;
+    } else {
+      show(node->name, {});
+      for (unsigned i = 0; i < node->attributeCount; ++i)
+        show(node->attributes()[i].name, node->attributes()[i].value);
+      following.push_back(node->next);
+      node = node->firstChild;
+    }
+  }
+  return all;
+}
+
+/// Nothing for a document that is not plain.
+inline std::optional<std::string> ByTheFastPath(std::string_view document) {
+  posix::XmlTree tree;
+  if (!posix::BuildPlainXmlTree(tree, document)) return {};
+  return Shown(tree);
+}
+
+/// Nothing for a document that does not load.
+inline std::optional<std::string> ByTheParser(std::string_view document) {
+  posix::XmlTree tree;
+  posix::MemorySource source(document);
+  try {
+    BuildXmlTree(tree, source, nullptr);
+  } catch (const DocumentFailure&) {
+    return {};
+  }
+  return Shown(tree);
+}
+
+}  // namespace vosmere::test

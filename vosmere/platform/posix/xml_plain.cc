@@ -1,0 +1,270 @@
+#include "vosmere/platform/posix/xml_plain.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "vosmere/platform/posix/xml_plain_value.h"
+#include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/document_error.h"
+
+namespace vosmere::posix {
+namespace {
+
+constexpr std::size_t kMostNames = 5000;
+constexpr std::size_t kLongestName = 256;
+constexpr std::size_t kMostAttributes = 100;
+constexpr std::size_t kMostNamespaces = 100;
+
+constexpr std::string_view kXmlns = "xmlns";
+
+constexpr bool IsBlank(char c) {
+  return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
+constexpr bool IsNameStart(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+constexpr bool IsNamePart(char c) {
+  return IsNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
+}
+
+/// A name, and its parts where it has a prefix.
+struct Name {
+  std::string_view whole;
+  std::string_view prefix;
+  std::string_view local;
+};
+
+/// Whether a namespace is declared that the parser may have its own rules for.
+bool IsReserved(const Name& name, std::string_view address) {
+  return address.empty() || address.find('&') != address.npos ||
+         address.find("w3.org/XML/1998/namespace") != address.npos ||
+         address.find("w3.org/2000/xmlns") != address.npos ||
+         (!name.prefix.empty() && name.local.substr(0, 3) == "xml");
+}
+
+/// Every operation that answers with a bool answers false for what is not plain.
+class Parser {
+ public:
+  Parser(XmlTree& tree, std::string_view document) : tree_(tree), left_(document) {}
+
+  bool Parse() {
+    Skip("\xEF\xBB\xBF");
+    if (left_.substr(0, 5) == "<?xml" && !TakeDeclaration()) return false;
+    while (!left_.empty())
+      if (!(left_[0] == '<' ? TakeMarkup() : TakeText())) return false;
+    return tree_.arena.root && open_.empty();
+  }
+
+ private:
+  struct Open {
+    XmlRecord* element;
+    XmlRecord* lastChild;
+    std::string_view name;
+  };
+
+  // The document's text, from where the parser stands.
+
+  bool Skip(std::string_view text) {
+    if (left_.substr(0, text.size()) != text) return false;
+    left_.remove_prefix(text.size());
+    return true;
+  }
+  bool SkipBlanks() {
+    std::size_t i = 0;
+    while (i < left_.size() && IsBlank(left_[i])) ++i;
+    left_.remove_prefix(i);
+    return i > 0;
+  }
+  /// What stands before `end`, which is skipped, too.
+  bool TakeUpTo(std::string_view end, std::string_view* piece) {
+    const std::size_t length = left_.find(end);
+    if (length == left_.npos) return false;
+    *piece = left_.substr(0, length);
+    left_.remove_prefix(length + end.size());
+    return true;
+  }
+  bool TakeQuoted(std::string_view* piece) {
+    return Skip("'") ? TakeUpTo("'", piece) : Skip("\"") && TakeUpTo("\"", piece);
+  }
+  bool SkipEquals() {
+    SkipBlanks();
+    if (!Skip("=")) return false;
+    SkipBlanks();
+    return true;
+  }
+  bool TakeName(Name* name) {
+    std::size_t length = 0, colon = 0;
+    const std::size_t most = std::min(left_.size(), kLongestName);
+    for (; length < most && IsNamePart(left_[length]); ++length) {
+      if (left_[length] != ':') continue;
+      if (colon > 0 || length == 0) return false;
+      colon = length;
+    }
+    if (length == 0 || length == most) return false;
+    name->whole = left_.substr(0, length);
+    name->prefix = name->whole.substr(0, colon);
+    name->local = colon > 0 ? name->whole.substr(colon + 1) : name->whole;
+    left_.remove_prefix(length);
+    return IsNameStart(name->whole[0]) && !name->local.empty() && IsNameStart(name->local[0]);
+  }
+
+  // The document's parts.
+
+  bool TakeDeclaration();
+  bool TakeMarkup();
+  bool TakeText();
+  bool TakeComment();
+  bool TakeCData();
+  bool TakeInstruction();
+  bool TakeStartTag();
+  bool TakeAttribute();
+  bool TakeEndTag();
+
+  XmlName* Intern(std::string_view name, int type) { return tree_.names.Intern(name, type); }
+  bool AddLeaf(std::string_view name, int type, std::string_view piece, PlainValue kind);
+  void Link(XmlRecord* record);
+
+  XmlTree& tree_;
+  std::string_view left_;
+  std::vector<Open> open_;
+
+  // Of the start tag that is being read.
+  std::vector<XmlAttributeRecord> namespaces_, attributes_;
+  std::string_view prefix_;  // the one prefix that its attributes have
+  std::uint32_t element_ = 0;
+  std::size_t namespaceCount_ = 0;  // of the whole document
+};
+
+bool Parser::TakeDeclaration() {
+  std::string_view value;
+  const auto take = [&](std::string_view name) {
+    return Skip(name) && SkipEquals() && TakeQuoted(&value);
+  };
+  const auto isUtf8 = [&] { return value == "UTF-8" || value == "utf-8"; };
+  if (!Skip("<?xml") || !SkipBlanks() || !take("version") || value != "1.0") return false;
+  bool blank = SkipBlanks();
+  if (blank && left_.substr(0, 1) == "e") {
+    if (!take("encoding") || !isUtf8()) return false;
+    blank = SkipBlanks();
+  }
+  if (blank && left_.substr(0, 1) == "s") {
+    if (!take("standalone") || (value != "yes" && value != "no")) return false;
+    SkipBlanks();
+  }
+  return Skip("?>");
+}
+
+bool Parser::TakeMarkup() {
+  if (Skip("</")) return TakeEndTag();
+  if (Skip("<!--")) return TakeComment();
+  if (Skip("<![CDATA[")) return TakeCData();
+  if (Skip("<?")) return TakeInstruction();
+  return Skip("<") && TakeStartTag();
+}
+
+bool Parser::TakeText() {
+  const std::string_view text = left_.substr(0, left_.find('<'));
+  left_.remove_prefix(text.size());
+  if (open_.empty()) return std::all_of(text.begin(), text.end(), IsBlank);
+  return AddLeaf(kXmlTextName, kXmlText, text, PlainValue::kText);
+}
+
+bool Parser::TakeComment() {
+  std::string_view text;
+  return TakeUpTo("--", &text) && Skip(">") &&
+         AddLeaf(kXmlCommentName, kXmlComment, text, PlainValue::kLiteral);
+}
+
+bool Parser::TakeCData() {
+  std::string_view text;
+  return !open_.empty() && TakeUpTo("]]>", &text) &&
+         AddLeaf(kXmlCDataName, kXmlCData, text, PlainValue::kLiteral);
+}
+
+bool Parser::TakeInstruction() {
+  Name target;
+  std::string_view data;
+  if (!TakeName(&target) || !target.prefix.empty()) return false;
+  if (target.whole.size() == 3) return false;  // "xml" in whatever case is reserved
+  if (left_.substr(0, 2) != "?>" && !SkipBlanks()) return false;
+  return TakeUpTo("?>", &data) &&
+         AddLeaf(target.whole, kXmlProcessingInstruction, data, PlainValue::kLiteral);
+}
+
+bool Parser::TakeStartTag() {
+  if (open_.empty() && tree_.arena.root) return false;
+  if (open_.size() >= kMaxXmlDepth || tree_.names.size() > kMostNames) return false;
+  Name name;
+  if (!TakeName(&name) || name.prefix == kXmlns) return false;
+  namespaces_.clear();
+  attributes_.clear();
+  prefix_ = {};
+  ++element_;
+  while (SkipBlanks() && !left_.empty() && IsNameStart(left_[0]))
+    if (!TakeAttribute()) return false;
+  const bool isEmpty = Skip("/>");
+  if (!isEmpty && !Skip(">")) return false;
+
+  const std::size_t count = namespaces_.size() + attributes_.size();
+  XmlRecord* const element =
+      tree_.arena.NewElement(Intern(name.whole, kXmlElement), static_cast<std::uint32_t>(count));
+  auto* const records = const_cast<XmlAttributeRecord*>(element->attributes());
+  std::copy(attributes_.begin(), attributes_.end(),
+            std::copy(namespaces_.begin(), namespaces_.end(), records));
+  Link(element);
+  if (!isEmpty) open_.push_back({element, nullptr, name.whole});
+  return true;
+}
+
+bool Parser::TakeAttribute() {
+  Name name;
+  std::string_view piece;
+  if (!TakeName(&name) || !SkipEquals() || !TakeQuoted(&piece)) return false;
+  XmlName* const interned = Intern(name.whole, kXmlAttribute);
+  if (std::exchange(interned->lastUser, element_) == element_) return false;
+  XmlValue value;
+  if (!ReadPlainValue(tree_.arena, piece, PlainValue::kAttribute, &value)) return false;
+
+  if (name.whole == kXmlns || name.prefix == kXmlns) {
+    namespaces_.push_back({interned, value});
+    return ++namespaceCount_ <= kMostNamespaces && !IsReserved(name, piece);
+  }
+  attributes_.push_back({interned, value});
+  if (name.prefix.empty()) return attributes_.size() <= kMostAttributes;
+  // Two prefixes may stand for one namespace, and then make one name of two.
+  if (prefix_.empty()) prefix_ = name.prefix;
+  return prefix_ == name.prefix && attributes_.size() <= kMostAttributes;
+}
+
+bool Parser::TakeEndTag() {
+  if (open_.empty() || !Skip(open_.back().name)) return false;
+  SkipBlanks();
+  open_.pop_back();
+  return Skip(">");
+}
+
+bool Parser::AddLeaf(std::string_view name, int type, std::string_view piece, PlainValue kind) {
+  XmlValue value;
+  if (!ReadPlainValue(tree_.arena, piece, kind, &value)) return false;
+  if (!open_.empty()) Link(tree_.arena.NewNode(Intern(name, type), value));
+  return true;
+}
+
+void Parser::Link(XmlRecord* record) {
+  if (open_.empty()) {
+    tree_.arena.root = record;
+    return;
+  }
+  Open& parent = open_.back();
+  (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = record;
+  parent.lastChild = record;
+}
+
+}  // namespace
+
+bool BuildPlainXmlTree(XmlTree& tree, std::string_view document) {
+  return Parser(tree, document).Parse();
+}
+
+}  // namespace vosmere::posix
