@@ -108,7 +108,7 @@ class FileMapping {
  private:
   bool Fail();
 
-  std::intptr_t handle_ = File::kNone;
+  [[maybe_unused]] std::intptr_t handle_ = File::kNone;  // where a mapping has one
   const void* view_ = nullptr;
   std::uint64_t size_ = 0;
   ULONG error_ = 0;
