@@ -72,6 +72,7 @@ HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
   }
   if (!multi_ || !easy_) throw std::bad_alloc();
   Set(easy(), CURLOPT_NOSIGNAL, 1L);
+  Set(easy(), CURLOPT_QUICK_EXIT, 1L);  // leaves a resolver behind that does not return
   Set(easy(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeouts.connect));
   Set(easy(), CURLOPT_UPLOAD_BUFFERSIZE, kUploadBuffer);
   Set(easy(), CURLOPT_POST, 1L);
@@ -215,7 +216,10 @@ http::Error HttpTransfer::Drive(Clock::time_point deadline, bool whileMoving, En
     NoteResult();
     if (finished_ || enough()) return http::kNone;
     const auto now = Clock::now();
-    if (whileMoving && std::exchange(moved, Moved()) != moved) deadline = now + timeout_;
+    if (whileMoving) {
+      const curl_off_t before = std::exchange(moved, Moved());
+      if (moved != before) deadline = now + timeout_;
+    }
     if (now >= deadline) return http::kTimedOut;
     const auto left = std::chrono::ceil<milliseconds>(deadline - now);
     curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(std::min(left, kLookAgain).count()),
