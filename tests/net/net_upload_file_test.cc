@@ -237,6 +237,14 @@ TEST(NetUploadFile, ARedirectedPostBecomesAGetWithoutBody) {
   }
 }
 
+TEST(NetUploadFile, OtherAnswersThatNameAPlaceAreNotFollowed) {
+  LoopbackServer server({Reply("HTTP/1.0 304 Same\r\nLocation: /other\r\n\r\n"), ReplyOk()});
+  Sender sender(server.host());
+  EXPECT_EQ(sender.Send(), 0);
+  EXPECT_EQ(sender.upload.GetStatus(), 304);
+  EXPECT_THAT(server.requests(), SizeIs(1));
+}
+
 TEST(NetUploadFile, ARequestThatIsToBeRepeatedIsSentAgain) {
   if (RunsOnWine()) GTEST_SKIP() << "repeats without the body";
   LoopbackServer server(

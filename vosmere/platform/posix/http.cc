@@ -95,7 +95,6 @@ Request::Request(const Connection& c, const WChar* path, bool keepConnection)
   Set(easy, CURLOPT_PATH_AS_IS, 1L);
   Set(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_0));
   Set(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));
-  Set(easy, CURLOPT_FOLLOWLOCATION, 1L);
   Set(easy, CURLOPT_MAXREDIRS, kMostRedirects);
   Set(easy, CURLOPT_REDIR_PROTOCOLS_STR, c.secure ? "https" : "http,https");
   Set(easy, CURLOPT_COOKIEFILE, "");  // cookies last as long as the request

@@ -123,11 +123,14 @@ int HttpTransfer::OnRewind(void* self, curl_off_t, int) {
 
 std::size_t HttpTransfer::OnHeader(char* line, std::size_t, std::size_t size, void* self) {
   auto& t = *static_cast<HttpTransfer*>(self);
-  const int status = StatusOf({line, size});
-  const bool toGet = status >= 301 && status <= 303, toPost = status == 307 || status == 308;
-  if (toGet || toPost) {
-    t.redirected_ = true;
-    curl_easy_setopt(t.easy(), CURLOPT_HTTPHEADER, toGet ? t.forGet_ : t.forPost_);
+  if (const int status = StatusOf({line, size})) {
+    const bool toGet = status >= 301 && status <= 303, toPost = status == 307 || status == 308;
+    // libcurl would follow all others of this class, too.
+    curl_easy_setopt(t.easy(), CURLOPT_FOLLOWLOCATION, long{toGet || toPost});
+    if (toGet || toPost) {
+      t.redirected_ = true;
+      curl_easy_setopt(t.easy(), CURLOPT_HTTPHEADER, toGet ? t.forGet_ : t.forPost_);
+    }
   }
   t.headEnded_ = size <= 2;
   t.headerBytes_ += size;
