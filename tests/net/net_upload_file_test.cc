@@ -127,7 +127,6 @@ TEST(NetUploadFile, FilesOfAnySizeArriveAsTheyAre) {
 }
 
 TEST(NetUploadFile, EachObjectHasABoundaryOfItsOwn) {
-  const CNetUploadFile upload;
   const auto tail = [] { return OwnedBstr(CNetUploadFile().get_tail()).utf8(); };
   EXPECT_THAT(tail(), AllOf(SizeIs(4 + 36 + 4), StartsWith("\r\n--"), EndsWith("--\r\n")));
   EXPECT_NE(tail(), tail());
@@ -140,6 +139,17 @@ TEST(NetUploadFile, FieldsOfMoreThan1024BytesAreDropped) {
   EXPECT_STREQ(upload.GetParaString(), "");
   upload.AddParameter(W("a"), Repeated(1024 - frame));
   EXPECT_EQ(std::string(upload.GetParaString()).size(), 1024u);
+}
+
+TEST(NetUploadFile, ABoundaryCannotEndItsHeaderLine) {
+  LoopbackServer server({ReplyOk()});
+  for (const char* boundary : {"", "x\r\nEvil: 1", "x\n"}) {
+    Sender sender(server.host());
+    sender.upload.SetBoundary(W(std::string(boundary)));
+    EXPECT_EQ(sender.Send(), Code(87));
+    EXPECT_EQ(sender.Message(), "HttpAddRequestHeaders Failed");
+  }
+  EXPECT_THAT(server.requests(), IsEmpty());
 }
 
 TEST(NetUploadFile, AFileThatCannotBeReadSendsNothing) {
@@ -330,6 +340,14 @@ TEST(NetUploadFile, AReplyWithoutLengthAndAnAccessDeniedAreTold) {
   Traces traces;
   EXPECT_EQ(sender.upload.CheckContentLength(request), -1);
   EXPECT_THAT(traces.lines(), ElementsAre("!! CONTENT_LENGTH=0X00002F76\n"));
+}
+
+TEST(NetUploadFile, NoRequestIsAFailure) {
+  CNetUploadFile upload;
+  EXPECT_FALSE(upload.UploadWholeFile(upload.GetRequest()));
+  EXPECT_EQ(upload.GetErrorCode(), Code(6));
+  EXPECT_EQ(upload.CheckContentLength(upload.GetRequest()), -1);
+  EXPECT_FALSE(upload.Authenticate(upload.GetRequest()));
 }
 
 TEST(NetUploadFile, MemoryThatRunsOutIsAFailureAndLosesNothing) {

@@ -127,13 +127,13 @@ void CNetUploadFile::release_data(void* file, void* mapping) {
 }
 
 bool CNetUploadFile::AddContentType(void* request) {
-  try {
+  const http::Error error = UnlessNoMemory(http::kNotEnoughMemory, [&] {
+    if (!request) return http::kInvalidHandle;
+    if (WideLength(boundary_.get()) == 0) return http::kInvalidParameter;
     const std::string line = multipart::ContentType(FormOf(clean_), boundary_.get());
-    const http::Error error = http::AddHeader(AsRequest(request), line.c_str());
-    return !error || Fail("HttpAddRequestHeaders Failed", error);
-  } catch (const std::bad_alloc&) {
-    return Fail("HttpAddRequestHeaders Failed", http::kNotEnoughMemory);
-  }
+    return http::AddHeader(AsRequest(request), line.c_str());
+  });
+  return !error || Fail("HttpAddRequestHeaders Failed", error);
 }
 
 bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
@@ -164,18 +164,22 @@ bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
 // The request.
 
 bool CNetUploadFile::UploadFile(const WChar* path) {
-  SetFieldName(kWholeFile);
-  SetLocalFile(path);
   partial_ = false;
-  return Post() >= 0;
+  return SetPart(kWholeFile, path) && Post() >= 0;
 }
 
 bool CNetUploadFile::UploadPartialFile(const WChar* path, const WChar* xml) {
   partial_ = true;
   xml_ = xml;
-  SetFieldName(kPartialUpload);
+  return SetPart(kPartialUpload, path) && Post() >= 0;
+}
+
+/// Setters keep the old text without memory, and another file must not go in place of this one.
+bool CNetUploadFile::SetPart(const WChar* field, const WChar* path) {
+  const unsigned long lostBefore = LostTexts();
+  SetFieldName(field);
   SetLocalFile(path);
-  return Post() >= 0;
+  return LostTexts() == lostBefore || Fail(kNoMemory, http::kNotEnoughMemory);
 }
 
 bool CNetUploadFile::OpenRequest(Handles& handles) {
@@ -253,7 +257,9 @@ bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, 
 
 int CNetUploadFile::CheckContentLength(void* request) {
   std::uint64_t length = 0;
-  if (const http::Error error = http::ContentLength(AsRequest(request), &length)) {
+  const http::Error error =
+      request ? http::ContentLength(AsRequest(request), &length) : http::kInvalidHandle;
+  if (error) {
     Trace("!! CONTENT_LENGTH=0X%08X\n", static_cast<unsigned>(error));
     return -1;
   }
@@ -267,16 +273,17 @@ bool CNetUploadFile::Authenticate(void* handle) {
   constexpr int kUnauthorized = 401, kProxyUnauthorized = 407;
   http::Request* const request = AsRequest(handle);
   int status = 0;
-  if (const auto error = SendWhole(request, nullptr, 0))
+  if (const auto error = request ? SendWhole(request, nullptr, 0) : http::kInvalidHandle)
     return Fail("HttpSendRequest (Authentication) Failed", error);
   if (const auto error = http::Status(request, &status)) return Fail("HttpQueryInfo Failed", error);
   char data[1024];
   ULONG got = 1;
   for (int piece = 0; got > 0 && piece < kMostTraced; ++piece) {
-    if (const auto error = http::Read(request, data, sizeof data - 1, &got))
+    if (const auto error = http::Read(request, data, sizeof data, &got))
       return Fail("Authentication Failed", error);
-    data[got] = 0;
-    if (got > 0) Trace("Data=%s\n", static_cast<const char*>(data));
+    WChar text[sizeof data + 1] = {};
+    BytesToWide(kCodePageUtf8, data, static_cast<int>(got), text, sizeof data);
+    if (got > 0) Trace("Data=%s\n", static_cast<const WChar*>(text));
   }
   if (status != kUnauthorized && status != kProxyUnauthorized) return true;
   return Fail("Authentication Failed", http::kIncorrectPassword);

@@ -34,6 +34,7 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   void SetLocalFile(const WChar* path) { localFile_.AssignOrNull(path); }
   /// The form field of the file.
   void SetFieldName(const WChar* name) { fieldName_.AssignOrNull(name); }
+  /// Not empty, and set before parameters are added, which have it in them.
   void SetBoundary(const WChar* boundary) { boundary_.AssignOrNull(boundary); }
   /// `name:port`; null is the system's preconfigured access.
   void SetProxy(const WChar* proxy) { proxy_.AssignOrNull(proxy); }
@@ -81,7 +82,7 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   /// The status code of the last reply (404 ...); 0 while there is none. Post does not look at it.
   int GetStatus() const { return status_; }
 
-  // The steps of an upload. `request` is an opened one (GetRequest).
+  // The steps of an upload. `request` is an opened one (GetRequest); null is a failure (error 6).
 
   bool UploadWholeFile(void* request);
   bool UploadXMLContent(void* request);
@@ -106,6 +107,7 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   struct Handles;
 
   bool Upload(void* request, bool partial);
+  bool SetPart(const WChar* field, const WChar* path);
   bool OpenRequest(Handles& handles);
   bool FillBody(UploadBody& body, bool partial);
   bool AddContentType(void* request);

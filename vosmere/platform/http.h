@@ -20,6 +20,7 @@ namespace vosmere::http {
 
 enum Error : ULONG {
   kNone = 0,
+  kInvalidHandle = 6,
   kNotEnoughMemory = 8,
   kInvalidParameter = 87,
   kFileTooLarge = 223,
@@ -85,7 +86,7 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
                Owned<Request>* request);
 
-/// A header line, without its end.
+/// A header line, without its end. kInvalidParameter for more than one.
 Error AddHeader(Request* request, const char* line);
 
 /// What Send will send for a body of `total` bytes: everything up to the body.

@@ -1,7 +1,6 @@
 #include "vosmere/platform/http_message.h"
 
 #include <charconv>
-#include <string_view>
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"
@@ -60,6 +59,10 @@ std::string RequestTarget(const WChar* path) {
       target.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
   }
   return target;
+}
+
+bool IsHeaderLine(std::string_view line) {
+  return line.find_first_of("\r\n") == line.npos;
 }
 
 std::vector<std::string> RequestHead::Lines(ULONG bodyLength) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "vosmere/base/types.h"
@@ -25,6 +26,9 @@ bool ParseAddress(const WChar* host, bool secure, Address* address);
 /// The path as a request line has it: with its slash, and what cannot stand there as %20 and the
 /// like.
 std::string RequestTarget(const WChar* path);
+
+/// Whether it can stand in a head: nothing within ends the line.
+bool IsHeaderLine(std::string_view line);
 
 struct RequestHead {
   std::string target;

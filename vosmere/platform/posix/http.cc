@@ -168,6 +168,7 @@ Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
 }
 
 Error AddHeader(Request* request, const char* line) {
+  if (!IsHeaderLine(line)) return kInvalidParameter;
   return UnlessNoMemory(kNotEnoughMemory, [&] {
     request->head.added.push_back(line);
     return kNone;

@@ -163,6 +163,7 @@ Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
 }
 
 Error AddHeader(Request* request, const char* line) {
+  if (!IsHeaderLine(line)) return kInvalidParameter;
   return UnlessNoMemory(kNotEnoughMemory, [&] {
     const std::wstring text = Widened(std::string(line) + "\r\n");
     if (!::HttpAddRequestHeadersW(request->handle.get(), text.c_str(),
