@@ -117,6 +117,7 @@ std::string Reason(LONG code) {
       {12002, "the server takes too long"},
       {12005, "that is no name of a host"},
       {12007, "the host is not known"},
+      {12017, "the output cannot be written"},
       {12029, "the server cannot be reached"},
       {12030, "the connection was broken off"},
       {12031, "the connection was broken off"},

@@ -250,9 +250,15 @@ bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, 
           http::HeadText(handles.request.get(), static_cast<ULONG>(body.size()), &head))
     return Fail(kNoMemory, error);
   const auto show = [&](const char* bytes, std::size_t size) {
-    return take(context, bytes, size) ? http::kNone : http::kCancelled;
+    std::string piece(size, '\0');
+    if (!CopyUnlessGone(piece.data(), bytes, size)) return http::kFileInvalid;
+    return take(context, piece.data(), size) ? http::kNone : http::kCancelled;
   };
-  return !show(head.data(), head.size()) && !body.ForEachPiece(show);
+  const http::Error error = UnlessNoMemory(http::kNotEnoughMemory, [&] {
+    const http::Error shown = show(head.data(), head.size());
+    return shown ? shown : body.ForEachPiece(show);
+  });
+  return !error || Fail("ShowRequest Failed", error);
 }
 
 int CNetUploadFile::CheckContentLength(void* request) {

@@ -83,7 +83,8 @@ class File {
 };
 
 /// A whole open file as memory to be read; the file may be closed meanwhile. On Linux others may
-/// cut the file short, and reading what is no longer there then raises SIGBUS.
+/// cut the file short, and reading what is no longer there then raises SIGBUS (CopyUnlessGone does
+/// not).
 class FileMapping {
  public:
   FileMapping() = default;
@@ -113,6 +114,9 @@ class FileMapping {
   std::uint64_t size_ = 0;
   ULONG error_ = 0;
 };
+
+/// Copies memory that may be a mapping of a file. False where it is gone, as the file was cut short.
+bool CopyUnlessGone(void* to, const void* from, std::size_t size);
 
 /// The number that Windows has for an `error()`.
 ULONG WindowsError(ULONG error);

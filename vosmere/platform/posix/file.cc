@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "vosmere/platform/posix/path.h"
@@ -147,6 +148,17 @@ void FileMapping::Close() {
 bool FileMapping::Fail() {
   error_ = static_cast<ULONG>(errno);
   return false;
+}
+
+// The kernel, asked to copy, only says that memory is gone.
+bool CopyUnlessGone(void* to, const void* from, std::size_t size) {
+  const iovec target = {to, size}, source = {const_cast<void*>(from), size};
+  const ssize_t copied = process_vm_readv(getpid(), &target, 1, &source, 1, 0);
+  if (copied < 0 && errno != EFAULT) {  // a sandbox bars the call
+    std::memcpy(to, from, size);
+    return true;
+  }
+  return copied == static_cast<ssize_t>(size);
 }
 
 ULONG WindowsError(ULONG error) {

@@ -2,39 +2,27 @@
 
 #include <linux/sockios.h>
 #include <sys/ioctl.h>
-#include <sys/uio.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cstring>
 #include <new>
 #include <string_view>
 #include <utility>
 
+#include "vosmere/platform/file.h"
+
 namespace vosmere::posix {
 namespace {
 
 using std::chrono::milliseconds;
 
-constexpr long kUploadBuffer = 256L * 1024;
+/// As much as a piece of an upload has: fewer and larger pieces let the receiver work while the
+/// next one is copied.
+constexpr long kUploadBuffer = 768L * 1024;
 constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;
 /// The socket tells nobody that its own buffer drains, so it is asked that often.
 constexpr milliseconds kLookAgain{500};
-
-/// Copies memory that may be a mapping of a file. Where the file has shrunk since, touching it
-/// would raise a signal; the kernel, asked to copy, only says so.
-bool CopyUnlessGone(char* to, const char* from, std::size_t size) {
-  iovec target = {to, size};
-  iovec source = {const_cast<char*>(from), size};
-  const ssize_t copied = process_vm_readv(getpid(), &target, 1, &source, 1, 0);
-  if (copied < 0 && errno != EFAULT) {  // a sandbox bars the call
-    std::memcpy(to, from, size);
-    return true;
-  }
-  return copied == static_cast<ssize_t>(size);
-}
 
 /// The status code of a reply's first line; 0 for any other line.
 int StatusOf(std::string_view line) {

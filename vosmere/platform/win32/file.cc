@@ -158,6 +158,12 @@ bool FileMapping::Fail() {
   return false;
 }
 
+// The system lets nobody cut a mapped file short.
+bool CopyUnlessGone(void* to, const void* from, std::size_t size) {
+  std::memcpy(to, from, size);
+  return true;
+}
+
 ULONG WindowsError(ULONG error) {
   return error;
 }
