@@ -57,9 +57,12 @@ void SetLimits(HINTERNET handle, const Timeouts& timeouts) {
   SetLimit(handle, INTERNET_OPTION_RECEIVE_TIMEOUT, timeouts.transfer);
 }
 
+/// With its length in bytes. The client may take that for characters, so as many follow it.
 bool SetText(HINTERNET handle, DWORD option, const WChar* text) {
-  const auto size = static_cast<DWORD>(WideLength(text) * sizeof(WChar));
-  return ::InternetSetOptionW(handle, option, const_cast<WChar*>(text), size);
+  const std::size_t length = WideLength(text), size = length * sizeof(WChar);
+  std::wstring padded(win32::Native(text), length);
+  padded.resize(size);
+  return ::InternetSetOptionW(handle, option, padded.data(), static_cast<DWORD>(size));
 }
 
 /// What was opened stays its owner's; what was not leaves none.
@@ -138,11 +141,13 @@ Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection
 }
 
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password) {
-  HINTERNET const handle = connection->handle.get();
-  return SetText(handle, INTERNET_OPTION_USERNAME, user) &&
-                 SetText(handle, INTERNET_OPTION_PASSWORD, password)
-             ? kNone
-             : LastError();
+  return UnlessNoMemory(kNotEnoughMemory, [&] {
+    HINTERNET const handle = connection->handle.get();
+    return SetText(handle, INTERNET_OPTION_USERNAME, user) &&
+                   SetText(handle, INTERNET_OPTION_PASSWORD, password)
+               ? kNone
+               : LastError();
+  });
 }
 
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
@@ -182,7 +187,8 @@ Error HeadText(Request* request, ULONG total, std::string* text) {
 }
 
 Error Send(Request* request, ULONG total) {
-  const Watch watch(request->handle, request->timeouts.connect + request->timeouts.transfer);
+  const Watch watch(request->handle,
+                    LONGLONG{request->timeouts.connect} + request->timeouts.transfer);
   request->dropped = kNone;
   request->lengthIsKnown = false;
   request->blockAt = request->blockEnd = 0;

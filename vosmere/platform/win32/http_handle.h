@@ -32,7 +32,7 @@ class Handle {
 /// own limits begin anew with every byte.
 class Watch {
  public:
-  Watch(Handle& handle, LONG milliseconds)
+  Watch(Handle& handle, LONGLONG milliseconds)
       : timer_(::CreateThreadpoolTimer([](PTP_CALLBACK_INSTANCE, void* watched,
                                           PTP_TIMER) { static_cast<Handle*>(watched)->Close(); },
                                        &handle, nullptr)),
