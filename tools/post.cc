@@ -29,6 +29,7 @@ void Wipe(Unit* text, std::size_t length) {
 
 std::string AskPassword(const std::string& user) {
   std::string password;
+  password.reserve(1024);  // growing would leave copies behind
   const bool read = IsTerminal(Stream::kInput)
                         ? ReadSecretLine("Password for " + Printable(user) + ": ", password)
                         : static_cast<bool>(std::getline(std::cin, password));
@@ -164,6 +165,7 @@ void PrintReply(CNetUploadFile& upload) {
   const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
   const std::string text(bytes, static_cast<std::size_t>(length));
   const bool seen = IsTerminal(Stream::kOutput);
+  if (!seen) MakeOutputBinary();
   std::cout << (seen ? PrintableLines(text) : text);
   if (seen && !text.empty() && text.back() != '\n') std::cout << '\n';
 }

@@ -41,9 +41,9 @@ std::string ToUtf8(const WChar* text) {
   return {bytes, static_cast<std::size_t>(length)};
 }
 
-std::string Printable(const WChar* text) {
+static std::string Printable(WideView text) {
   std::u16string safe;
-  for (const WChar unit : WideView(text)) {
+  for (const WChar unit : text) {
     if (Steers(unit))
       AppendEscape(safe, unit);
     else
@@ -52,8 +52,13 @@ std::string Printable(const WChar* text) {
   return ToUtf8(Wide(safe));
 }
 
+std::string Printable(const WChar* text) {
+  return Printable(WideView(text));
+}
+
 std::string Printable(const std::string& utf8) {
-  return Printable(ToWide(utf8).get());
+  const SystemString wide = ToWide(utf8);
+  return Printable(WideView(wide.get(), SysStringLen(wide.get())));
 }
 
 }  // namespace vosmere::tool
