@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <future>
 #include <thread>
 
 #include "tests/support/loopback_server.h"
@@ -57,11 +58,12 @@ TEST(HostileServer, NeverAnswers) {
 }
 
 TEST(HostileServer, NeverReads) {
-  LoopbackServer server(
-      {[](Peer&) { std::this_thread::sleep_for(std::chrono::milliseconds(600)); }});
+  std::promise<void> over;
+  LoopbackServer server({[&](Peer&) { over.get_future().wait(); }});
   Sender sender(server.host(), std::string(16 << 20, 'x'));
   sender.upload.SetTimeouts(kShortly, kShortly);
   EXPECT_EQ(sender.Send(), kTimedOut);
+  over.set_value();
 }
 
 TEST(HostileServer, SendsTheReplyByteByByte) {
@@ -113,7 +115,9 @@ TEST(HostileServer, BreaksOffTheRequest) {
 
 TEST(HostileServer, BreaksOffTheReply) {
   const std::string reply = "HTTP/1.0 200 OK\r\nContent-Length: 10\r\n\r\n01234";
-  for (const std::size_t bytes : {0, 10, 20, 30, 39, 44})
+  constexpr std::size_t kHead = 39;
+  for (const std::size_t bytes :
+       {std::size_t{0}, std::size_t{10}, std::size_t{30}, kHead, kHead + 5})
     for (const bool resets : {false, true}) {
       SCOPED_TRACE(reply.substr(0, bytes) + (resets ? " reset" : " end"));
       LoopbackServer server({[&](Peer& peer) {
@@ -123,10 +127,11 @@ TEST(HostileServer, BreaksOffTheReply) {
       }});
       Sender sender(server.host());
       const LONG code = sender.Send();
-      if (bytes >= 39 || (bytes > 0 && RunsOnWine()))
-        EXPECT_THAT(code, AnyOf(0, 1, kBroken));
-      else
+      if (bytes >= kHead) {
+        EXPECT_THAT(code, AnyOf(1, kBroken));
+      } else if (bytes == 0 || !RunsOnWine()) {  // which takes what came for a whole head
         EXPECT_THAT(code, kBroken);
+      }
     }
 }
 
