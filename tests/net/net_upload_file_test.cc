@@ -141,7 +141,7 @@ TEST(NetUploadFile, FieldsOfMoreThan1024BytesAreDropped) {
   EXPECT_EQ(std::string(upload.GetParaString()).size(), 1024u);
 }
 
-TEST(NetUploadFile, ABoundaryCannotEndItsHeaderLine) {
+TEST(NetUploadFile, NoTextEndsItsHeaderLine) {
   LoopbackServer server({ReplyOk()});
   for (const char* boundary : {"", "x\r\nEvil: 1", "x\n"}) {
     Sender sender(server.host());
@@ -149,6 +149,11 @@ TEST(NetUploadFile, ABoundaryCannotEndItsHeaderLine) {
     EXPECT_EQ(sender.Send(), Code(87));
     EXPECT_EQ(sender.Message(), "HttpAddRequestHeaders Failed");
   }
+  Sender sender(server.host());
+  sender.upload.SetUserName(W("joe\r\nEvil: 1"));
+  sender.upload.SetPassword(W("secret"));
+  EXPECT_EQ(sender.Send(), Code(87));
+  EXPECT_EQ(sender.Message(), "InternetSetOption Failed");
   EXPECT_THAT(server.requests(), IsEmpty());
 }
 

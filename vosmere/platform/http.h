@@ -79,7 +79,8 @@ Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
 /// first request.
 Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection);
 
-/// For a server that asks who is there. The request then ends in kForceRetry once.
+/// For a server that asks who is there. The request then ends in kForceRetry once. A name with a
+/// line end is kInvalidParameter: it would stand in a header.
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password);
 
 /// A POST of `path` that passes by all caches. Every request has a connection of its own.

@@ -153,7 +153,9 @@ Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection
 
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password) {
   return UnlessNoMemory(kNotEnoughMemory, [&] {
-    connection->user = BytesOf(kCodePageUtf8, WideView(user));
+    std::string name = BytesOf(kCodePageUtf8, WideView(user));
+    if (!IsHeaderLine(name)) return kInvalidParameter;
+    connection->user = std::move(name);
     connection->password = BytesOf(kCodePageUtf8, WideView(password));
     return kNone;
   });

@@ -142,6 +142,7 @@ Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection
 
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password) {
   return UnlessNoMemory(kNotEnoughMemory, [&] {
+    if (!IsHeaderLine(BytesOf(kCodePageUtf8, WideView(user)))) return kInvalidParameter;
     HINTERNET const handle = connection->handle.get();
     return SetText(handle, INTERNET_OPTION_USERNAME, user) &&
                    SetText(handle, INTERNET_OPTION_PASSWORD, password)
