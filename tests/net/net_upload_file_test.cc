@@ -113,7 +113,7 @@ TEST(NetUploadFile, TheCleanFormIsWhatBrowsersSend) {
 }
 
 TEST(NetUploadFile, FilesOfAnySizeArriveAsTheyAre) {
-  for (const std::size_t size : {0, 1, 262143, 262144, 262145, 3000000}) {
+  for (const std::size_t size : {0, 1, 655359, 655360, 655361, 3000000}) {
     std::string bytes(size, 0);
     for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7 + i / 251);
     LoopbackServer server({ReplyOk()});

@@ -48,7 +48,7 @@ struct UploadBody {
   }
 
  private:
-  static constexpr std::size_t kPiece = std::size_t{768} * 1024;
+  static constexpr std::size_t kPiece = std::size_t{640} * 1024;
 
   bool HasShrunk() const {
     std::uint64_t now = 0;

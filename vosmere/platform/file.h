@@ -115,7 +115,7 @@ class FileMapping {
   ULONG error_ = 0;
 };
 
-/// Copies memory that may be a mapping of a file. False where it is gone, as the file was cut short.
+/// Copies memory that may be a file's. False where it is gone, as the file was cut short.
 bool CopyUnlessGone(void* to, const void* from, std::size_t size);
 
 /// The number that Windows has for an `error()`.

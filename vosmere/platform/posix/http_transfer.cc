@@ -19,7 +19,7 @@ using std::chrono::milliseconds;
 
 /// As much as a piece of an upload has: fewer and larger pieces let the receiver work while the
 /// next one is copied.
-constexpr long kUploadBuffer = 768L * 1024;
+constexpr long kUploadBuffer = 640L * 1024;
 constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;
 /// The socket tells nobody that its own buffer drains, so it is asked that often.
 constexpr milliseconds kLookAgain{500};
