@@ -96,43 +96,57 @@ XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
   return {begin};
 }
 
+// Documents repeat themselves: most names are those that came here before.
 XmlName* XmlNames::Intern(std::string_view name, int type) {
-  const Key key = KeyOf(name);
-  if (Entry* const known = Find(key, name, type)) return &known->name;
-  const WideView text = arena_.NewValue(name.data(), name.size()).view();
-  Entry& entry = names_.emplace_back(Entry{key, std::string(name), {text, type}});
-  Find(key, name, type) = &entry;
-  if (names_.size() * 2 > slots_.size()) Grow();
-  return &entry.name;
+  const std::size_t size = name.size();
+  const Key key = {Load(name), size > 8 ? Load(name.substr(size - 8)) : 0, size};
+  Entry* const expected = last_ ? last_->next : nullptr;
+  if (expected && expected->Is(key, name, type)) {
+    last_ = expected;
+  } else {
+    Entry& found = Find(key, name, type);
+    if (last_) last_->next = &found;
+    last_ = &found;
+  }
+  return &last_->name;
 }
 
-// The hash differs from process to process, so that no document can be made of names that meet.
-XmlNames::Key XmlNames::KeyOf(std::string_view name) const {
-  Key key = {Load(name), 0, reinterpret_cast<std::uintptr_t>(this) ^ name.size(), name.size()};
+XmlNames::Entry& XmlNames::Find(const Key& key, std::string_view name, int type) {
+  const std::uint64_t hash = Hash(key, name);
+  Entry*& slot = Slot(hash, key, name, type);
+  if (slot) return *slot;
+  const WideView text = arena_.NewValue(name.data(), name.size()).view();
+  Entry& entry = names_.emplace_back(Entry{key, hash, std::string(name), {text, type}});
+  slot = &entry;
+  if (names_.size() * 2 > slots_.size()) Grow();
+  return entry;
+}
+
+XmlNames::Entry*& XmlNames::Slot(std::uint64_t hash, const Key& key, std::string_view name,
+                                 int type) {
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t i = hash + static_cast<unsigned>(type);; ++i) {
+    Entry*& entry = slots_[i & mask];
+    if (!entry || entry->Is(key, name, type)) return entry;
+  }
+}
+
+// It differs from process to process, so that no document can be made of names that meet.
+std::uint64_t XmlNames::Hash(const Key& key, std::string_view name) const {
+  std::uint64_t hash = reinterpret_cast<std::uintptr_t>(this) ^ key.size;
   const auto mix = [&](std::uint64_t part) {
-    key.hash = (key.hash ^ part) * 0x9E3779B97F4A7C15u;
-    key.hash ^= key.hash >> 32;
+    hash = (hash ^ part) * 0x9E3779B97F4A7C15u;
+    hash ^= hash >> 32;
   };
   mix(key.begin);
-  if (name.size() > 8) mix(key.end = Load(name.substr(name.size() - 8)));
+  mix(key.end);
   for (std::size_t at = 8; at + 8 < name.size(); at += 8) mix(Load(name.substr(at)));
-  return key;
-}
-
-XmlNames::Entry*& XmlNames::Find(const Key& key, std::string_view name, int type) {
-  const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = key.hash + static_cast<unsigned>(type);; ++i) {
-    Entry*& entry = slots_[i & mask];
-    if (!entry ||
-        (entry->name.type == type && entry->key.begin == key.begin && entry->key.end == key.end &&
-         entry->key.size == key.size && (key.size <= 16 || entry->bytes == name)))
-      return entry;
-  }
+  return hash;
 }
 
 void XmlNames::Grow() {
   slots_.assign(slots_.size() * 2, nullptr);
-  for (Entry& entry : names_) Find(entry.key, entry.bytes, entry.name.type) = &entry;
+  for (Entry& entry : names_) Slot(entry.hash, entry.key, entry.bytes, entry.name.type) = &entry;
 }
 
 }  // namespace vosmere::posix

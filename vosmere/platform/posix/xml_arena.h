@@ -108,22 +108,30 @@ class XmlNames {
   struct Key {
     std::uint64_t begin;
     std::uint64_t end;
-    std::uint64_t hash;
     std::size_t size;
   };
   struct Entry {
     Key key;
+    std::uint64_t hash;
     std::string bytes;
     XmlName name;
+    Entry* next = nullptr;  ///< which name came behind this one the last time
+
+    bool Is(const Key& other, std::string_view whole, int type) const {
+      return key.begin == other.begin && key.end == other.end && key.size == other.size &&
+             name.type == type && (key.size <= 16 || bytes == whole);
+    }
   };
 
-  Key KeyOf(std::string_view name) const;
-  Entry*& Find(const Key& key, std::string_view name, int type);
+  Entry& Find(const Key& key, std::string_view name, int type);
+  Entry*& Slot(std::uint64_t hash, const Key& key, std::string_view name, int type);
+  std::uint64_t Hash(const Key& key, std::string_view name) const;
   void Grow();
 
   XmlArena& arena_;
   std::vector<Entry*> slots_;
   std::deque<Entry> names_;
+  Entry* last_ = nullptr;
 };
 
 /// What an XmlDocument owns.

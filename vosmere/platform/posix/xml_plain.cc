@@ -46,7 +46,8 @@ bool IsReserved(const Name& name, std::string_view address) {
 /// Every operation that answers with a bool answers false for what is not plain.
 class Parser {
  public:
-  Parser(XmlTree& tree, std::string_view document) : tree_(tree), left_(document) {}
+  Parser(XmlTree& tree, std::string_view document)
+      : tree_(tree), left_(document), text_(Intern(kXmlTextName, kXmlText)) {}
 
   bool Parse() {
     Skip("\xEF\xBB\xBF");
@@ -122,11 +123,12 @@ class Parser {
   bool TakeEndTag();
 
   XmlName* Intern(std::string_view name, int type) { return tree_.names.Intern(name, type); }
-  bool AddLeaf(std::string_view name, int type, std::string_view piece, PlainValue kind);
+  bool AddLeaf(const XmlName* name, std::string_view piece, PlainValue kind);
   void Link(XmlRecord* record);
 
   XmlTree& tree_;
   std::string_view left_;
+  const XmlName* const text_;
   std::vector<Open> open_;
 
   // Of the start tag that is being read.
@@ -167,19 +169,19 @@ bool Parser::TakeText() {
   const std::string_view text = left_.substr(0, left_.find('<'));
   left_.remove_prefix(text.size());
   if (open_.empty()) return std::all_of(text.begin(), text.end(), IsBlank);
-  return AddLeaf(kXmlTextName, kXmlText, text, PlainValue::kText);
+  return AddLeaf(text_, text, PlainValue::kText);
 }
 
 bool Parser::TakeComment() {
   std::string_view text;
   return TakeUpTo("--", &text) && Skip(">") &&
-         AddLeaf(kXmlCommentName, kXmlComment, text, PlainValue::kLiteral);
+         AddLeaf(Intern(kXmlCommentName, kXmlComment), text, PlainValue::kLiteral);
 }
 
 bool Parser::TakeCData() {
   std::string_view text;
   return !open_.empty() && TakeUpTo("]]>", &text) &&
-         AddLeaf(kXmlCDataName, kXmlCData, text, PlainValue::kLiteral);
+         AddLeaf(Intern(kXmlCDataName, kXmlCData), text, PlainValue::kLiteral);
 }
 
 bool Parser::TakeInstruction() {
@@ -189,7 +191,7 @@ bool Parser::TakeInstruction() {
   if (target.whole.size() == 3) return false;  // "xml" in whatever case is reserved
   if (left_.substr(0, 2) != "?>" && !SkipBlanks()) return false;
   return TakeUpTo("?>", &data) &&
-         AddLeaf(target.whole, kXmlProcessingInstruction, data, PlainValue::kLiteral);
+         AddLeaf(Intern(target.whole, kXmlProcessingInstruction), data, PlainValue::kLiteral);
 }
 
 bool Parser::TakeStartTag() {
@@ -244,10 +246,10 @@ bool Parser::TakeEndTag() {
   return Skip(">");
 }
 
-bool Parser::AddLeaf(std::string_view name, int type, std::string_view piece, PlainValue kind) {
+bool Parser::AddLeaf(const XmlName* name, std::string_view piece, PlainValue kind) {
   XmlValue value;
   if (!ReadPlainValue(tree_.arena, piece, kind, &value)) return false;
-  if (!open_.empty()) Link(tree_.arena.NewNode(Intern(name, type), value));
+  if (!open_.empty()) Link(tree_.arena.NewNode(name, value));
   return true;
 }
 
