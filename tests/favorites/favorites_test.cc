@@ -96,7 +96,7 @@ TEST(Favorites, PlacesRecordsAsTheirPositionsSay) {
       {{{"a"}, {"b"}, {"c"}}, "a@-5 b@-5 c@-5"},
       {{{"a", 3}, {"b", 1}, {"c", 1}}, "c@1"},
       {{{"a", -1}, {"b", -6}, {"c", 0}}, "c@0"},
-      {{{"", 0}, {"caf\xE9", 1}}, "café@1"},
+      {{{"", 1, kFolder}, {"caf\xE9", 0}}, "café@0 /@1"},
       {{{Utf16(u"wide"), 0, kFile | kWide}}, "wide@0"},
       {{{Utf16(u"w"), 0, kFolder | kWide}}, "w/@0"},
   };
@@ -105,6 +105,12 @@ TEST(Favorites, PlacesRecordsAsTheirPositionsSay) {
     EXPECT_EQ(level.Decode(Order(c.items)), 1);
     EXPECT_EQ(level.Shown(), c.shown);
   }
+}
+
+TEST(Favorites, AWideNamePassesThroughTheSystemsCodePage) {
+  Level level;
+  level.Decode(Order({{Utf16(u"a\u2603z"), 0, kFile | kWide}}));
+  EXPECT_EQ(level.Shown(), "a?z@0");
 }
 
 TEST(Favorites, OnXPTheLongNameIsTheItemsAndTheRecordIsKept) {

@@ -40,13 +40,12 @@ FavoritePtr NewFavorite(const std::u16string& path) {
 
 /// What becomes of a name that passes through the system's code page. Throws std::bad_alloc.
 std::u16string ThroughCodePage(const std::u16string& name) {
-  const int length = static_cast<int>(name.size());
-  std::string bytes(WideToBytes(kCodePageSystem, Units(name), length, nullptr, 0), 0);
+  const std::string bytes = BytesOf(kCodePageSystem, {Units(name), name.size()});
   const int size = static_cast<int>(bytes.size());
-  WideToBytes(kCodePageSystem, Units(name), length, bytes.data(), size);
-  std::u16string back(BytesToWide(kCodePageSystem, bytes.data(), size, nullptr, 0), 0);
-  BytesToWide(kCodePageSystem, bytes.data(), size, reinterpret_cast<WChar*>(back.data()),
-              static_cast<int>(back.size()));
+  std::u16string back(bytes.size(), 0);
+  back.resize(BytesToWide(kCodePageSystem, bytes.data(), size,
+                          reinterpret_cast<WChar*>(back.data()), size));
+  if (back.empty() && size > 0) throw std::bad_alloc();
   return back;
 }
 
@@ -68,36 +67,36 @@ std::optional<std::size_t> TakeShortName(const OrderEntry& entry, COrderRecord& 
   return OrderEntry::kNameAt + name->size() + 1 + record.padded;
 }
 
-/// The item's name in the XP layout, where it is the long one; empty for none. Throws
-/// std::bad_alloc.
-std::u16string TakeXpNames(const OrderEntry& entry, COrderRecord& record) {
+/// The item's name in the XP layout, where it is the long one; nothing when it cannot be read.
+/// Throws std::bad_alloc.
+std::optional<std::u16string> TakeXpNames(const OrderEntry& entry, COrderRecord& record) {
   const std::optional<std::size_t> at = TakeShortName(entry, record);
   constexpr std::size_t kHeader = sizeof record.extensionHeader;
-  if (!at || entry.bytes.From(*at).size() < kHeader) return {};
+  if (!at || entry.bytes.From(*at).size() <= kHeader) return {};
   const ByteView header = entry.bytes.From(*at);
   std::copy_n(header.data(), kHeader, record.extensionHeader);
-  const std::optional<std::u16string> name = header.From(kHeader).Text16();
+  std::optional<std::u16string> name = header.From(kHeader).Text16();
   if (!name) return {};
   record.longName = HeapText(Units(*name));
   record.longNameLength = static_cast<LONG>(name->size());
   const ByteView trailer = header.From(kHeader + 2 * (name->size() + 1));
   record.trailer[0] = trailer.Word(0);
   record.trailer[1] = trailer.Word(4);
-  return *name;
+  return name;
 }
 
-/// The item's name in the other layout; empty for none. Throws std::bad_alloc.
-std::u16string PlainName(const OrderEntry& entry) {
-  std::u16string name = entry.Name().value_or(u"");
-  return entry.Flags() & OrderEntry::kIsWide ? ThroughCodePage(name) : name;
+/// The item's name in the other layout; nothing when it is too long. Throws std::bad_alloc.
+std::optional<std::u16string> PlainName(const OrderEntry& entry) {
+  std::optional<std::u16string> name = entry.Name();
+  return name && entry.Flags() & OrderEntry::kIsWide ? ThroughCodePage(*name) : name;
 }
 
-/// Null for a record that names no item. Throws std::bad_alloc.
+/// Null for a record whose name cannot be read or does not fit. Throws std::bad_alloc.
 FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bool xpLayout) {
   auto record = std::make_unique<COrderRecord>();
   entry.CopyTo(*record);
-  const std::u16string name = xpLayout ? TakeXpNames(entry, *record) : PlainName(entry);
-  FavoritePtr favorite = name.empty() ? nullptr : NewFavorite(JoinPath(folder, name));
+  const auto name = xpLayout ? TakeXpNames(entry, *record) : PlainName(entry);
+  FavoritePtr favorite = name ? NewFavorite(JoinPath(folder, *name)) : nullptr;
   if (!favorite) return nullptr;
   favorite->isFile = entry.Flags() & OrderEntry::kIsFile ? 1 : 0;
   favorite->orderRecord = std::move(record);

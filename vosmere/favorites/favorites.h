@@ -49,7 +49,9 @@ class VOSMERE_API CFavorites {
   /// The same with the value itself, which may be any bytes: what cannot be read as a record is
   /// left out. 1, or 0 when memory runs out. A value too short for its header counts as none.
   /// `key` and `regPath` are not looked at.
-  /// Intended: a value of no records gives an empty list and 1, whatever the directory holds.
+  /// Intended: a value of no records gives an empty list and 1, whatever the directory holds; and a
+  /// record with an empty name gives an item, the directory's path and a separator, so that its
+  /// place is not lost when the order is written back.
   int ExtractFavoritesFromOrderBuffer(HKEY key, const WChar* regPath, const WChar* dirPath,
                                       CFavorite** list, COrderHead* head, int resolve,
                                       const unsigned char* buffer, ULONG length);

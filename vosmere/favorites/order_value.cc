@@ -1,5 +1,7 @@
 #include "vosmere/favorites/order_value.h"
 
+#include <algorithm>
+
 #include "vosmere/favorites/favorite.h"
 
 namespace vosmere {
@@ -30,21 +32,19 @@ std::size_t NameSize(ByteView bytes, bool isWide) {
 }  // namespace
 
 std::optional<std::string> ByteView::Text8() const {
-  std::string text;
-  for (std::size_t i = 0; i < size_ && data_[i]; ++i) {
-    if (text.size() + 1 == CFavorite::kNameLimit) return {};
-    text += static_cast<char>(data_[i]);
-  }
-  return text;
+  const unsigned char* const end = std::find(data_, data_ + First(CFavorite::kNameLimit).size(), 0);
+  if (end - data_ == CFavorite::kNameLimit) return {};
+  return std::string(data_, end);
 }
 
 std::optional<std::u16string> ByteView::Text16() const {
-  std::u16string text;
-  for (std::size_t i = 0; i + 1 < size_ && Half(i); i += 2) {
-    if (text.size() + 1 == CFavorite::kNameLimit) return {};
-    text += static_cast<char16_t>(Half(i));
+  char16_t text[CFavorite::kNameLimit];
+  std::size_t length = 0;
+  for (; 2 * length + 1 < size_ && Half(2 * length); ++length) {
+    if (length + 1 == CFavorite::kNameLimit) return {};
+    text[length] = Half(2 * length);
   }
-  return text;
+  return std::u16string(text, length);
 }
 
 LONG OrderEntry::Position() const {
@@ -67,9 +67,8 @@ std::optional<std::u16string> OrderEntry::Name() const {
   if (Flags() & kIsWide) return bytes.From(kNameAt).Text16();
   const std::optional<std::string> narrow = bytes.From(kNameAt).Text8();
   if (!narrow) return {};
-  std::u16string name;
-  for (const char byte : *narrow) name += static_cast<unsigned char>(byte);
-  return name;
+  const auto* const bytes8 = reinterpret_cast<const unsigned char*>(narrow->data());
+  return std::u16string(bytes8, bytes8 + narrow->size());
 }
 
 // The block stands behind the name, at an even distance from the item's start, and the item's last
@@ -97,7 +96,7 @@ void OrderValue::CopyTo(COrderHead& head) const {
 // can be found, and one that moves on by a byte or two would make thousands of records of one.
 std::optional<OrderEntry> OrderValue::Next() {
   const ByteView record = bytes_.From(at_);
-  if (record.size() < OrderEntry::kNameAt || index_ == Count()) return {};
+  if (record.size() <= OrderEntry::kNameAt || index_ == Count()) return {};
   const ULONG size = record.Word(0);
   at_ = size < OrderEntry::kNameAt || size > record.size() ? bytes_.size() : at_ + size;
   return OrderEntry{record, index_++};
