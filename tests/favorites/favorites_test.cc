@@ -244,22 +244,18 @@ TEST(Favorites, OnlyXPAndServer2003AreXP) {
 }
 
 TEST(Favorites, WithoutMemoryTheResultIsZero) {
+  UserRegistry registry;
+  registry.Set("", "Order", Order({{"a", 0, kFile, u"long"}, {Utf16(u"b"), 1, kWide}}));
   Level level({"c", "d"});
-  const std::string order = Order({{"a", 0, kFile, u"long"}, {Utf16(u"b"), 1, kWide}});
-  const Wide path = level.path();
-  AtEachFailure(
+  const Wide key = registry.Key(""), path = level.path();
+  ExpectNullAtEachFailure(
       [&]() -> CFavorite* {
         CFavorite* list = nullptr;
-        if (level.favorites.ExtractFavoritesFromOrderBuffer(nullptr, nullptr, path, &list, nullptr,
-                                                            0, Bytes(order), order.size()))
-          return list;
+        if (level.favorites.ExtractFavorites(key, path, &list, nullptr, 1)) return list;
         CFavorite::DeleteList(list);
         return nullptr;
       },
-      [](CFavorite* list, bool failed) {
-        EXPECT_EQ(list == nullptr, failed);
-        CFavorite::DeleteList(list);
-      });
+      CFavorite::DeleteList);
 }
 
 }  // namespace

@@ -141,8 +141,7 @@ TEST(ImportFavorites, WithoutMemoryItGivesNullAndLosesNothing) {
   UserRegistry registry;
   registry.Set("", "Order", Order({{"sub", 0, kFolder}}));
   const Wide key = registry.Key(""), path = W((folder / "").parent_path());
-  AtEachFailure([&] { return ImportFavorites(key, path, nullptr); },
-                [](RNode* tree, bool) { DeleteTree(tree); });
+  ExpectNullAtEachFailure([&] { return ImportFavorites(key, path, nullptr); }, DeleteTree);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <new>
 
+#include "vosmere/base/owned_text.h"
+
 namespace vosmere {
 
 /// The result of `make()`, or null when memory ran out on the way. What was built by then is undone
@@ -22,6 +24,17 @@ Result UnlessNoMemory(Result instead, Work work) {
   try {
     return work();
   } catch (const std::bad_alloc&) {
+    return instead;
+  }
+}
+
+/// The same where `instead` also means that there is nothing: LostTexts tells the two apart.
+template <class Work, class Result>
+Result UnlessLost(Result instead, Work work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    detail::CountLostText();
     return instead;
   }
 }

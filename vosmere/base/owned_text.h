@@ -30,8 +30,9 @@ struct SystemTextStorage {
   static void Free(WChar* text) { SysFreeString(text); }
 };
 
-/// How many assignments of the calling thread have kept their old text, or were cut short, for want
-/// of memory. Setters fail silently; who must not lose a text compares before and after.
+/// How often the calling thread has gone without something for want of memory: an assignment has
+/// kept its old text or was cut short, an answer of the system was taken for none. Such calls fail
+/// silently; who must not lose anything compares before and after.
 VOSMERE_API unsigned long LostTexts();
 
 namespace detail {

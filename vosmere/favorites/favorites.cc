@@ -116,11 +116,14 @@ std::map<LONG, FavoritePtr> FavoritesOf(OrderValue& value, const WChar* dirPath,
   return byPosition;
 }
 
+/// Throws std::bad_alloc.
 void Resolve(CFavorites& favorites, CFavorite& favorite) {
+  const unsigned long lostBefore = LostTexts();
   WChar* url = nullptr;
   favorites.ResolveInternetShortcut(favorite.name, &url);
   if (url) favorite.url.AssignOrEmpty(url);
   favorites.FreeUrl(url);
+  if (LostTexts() != lostBefore) throw std::bad_alloc();
 }
 
 }  // namespace
@@ -146,8 +149,10 @@ int CFavorites::GetOrderBufferFromKey(HKEY key, const WChar* regPath, const WCha
   *list = nullptr;
   const WChar* const name = Units(kOrder);
   ULONG size = 0;
+  const unsigned long lostBefore = LostTexts();
   if (!ReadKeyValue(key, name, nullptr, &size) || size == 0)
-    return ExtractFavoritesFromFileFolders(dirPath, list, resolve, 0);
+    return LostTexts() == lostBefore ? ExtractFavoritesFromFileFolders(dirPath, list, resolve, 0)
+                                     : 0;
   const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[++size]);
   if (!bytes || !ReadKeyValue(key, name, bytes.get(), &size)) return 0;
   return ExtractFavoritesFromOrderBuffer(key, regPath, dirPath, list, head, resolve, bytes.get(),

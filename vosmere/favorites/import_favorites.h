@@ -26,8 +26,7 @@ struct FavoritesReport {
 /// The directory says what there is, each file once, and the order says where it stands. Long names
 /// are read as systems from Windows XP on keep them, whatever system this is. What has no place
 /// comes last: folders, then shortcuts, by name. So does what a damaged record stood for; the
-/// others keep their order. On Windows the calling thread has initialised COM, or no address is
-/// read.
+/// others keep their order.
 ///
 /// The caller frees the tree with DeleteTree. Null when `dirPath` is not known or cannot be read,
 /// and without memory.

@@ -1,7 +1,8 @@
 // The registry of the current user, as far as the library reads it.
 //
 // On Windows it is the system's. Elsewhere the same data comes from a file that holds it, chosen by
-// SetUserRegistry.
+// SetUserRegistry. What fails for want of memory looks like what is not there, but is counted by
+// LostTexts (owned_text.h).
 #pragma once
 
 #include "vosmere/base/export.h"

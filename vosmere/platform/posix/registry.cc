@@ -26,7 +26,8 @@ std::mutex chosenMutex;
 std::u16string chosenPath;  // empty for the default
 
 std::u16string DefaultPath() {
-  if (const char* const prefix = std::getenv("WINEPREFIX")) return WideOf(prefix);
+  const char* const prefix = std::getenv("WINEPREFIX");
+  if (prefix && *prefix) return WideOf(prefix);
   const char* const home = std::getenv("HOME");
   return WideOf(std::string(home ? home : "") + "/.wine");
 }
@@ -84,40 +85,41 @@ std::u16string ReadText(const RegistryFile& file, const char16_t* key, const cha
   return text.substr(0, text.find(u'\0'));
 }
 
-bool SetUserRegistry(const WChar* path) try {
-  std::u16string chosen = ToU16(path);
-  if (!chosen.empty() && !ReadRegistry(chosen).file) return false;
-  const std::lock_guard lock(chosenMutex);
-  chosenPath.swap(chosen);
-  return true;
-} catch (const std::bad_alloc&) {
-  return false;
+bool SetUserRegistry(const WChar* path) {
+  return UnlessNoMemory(false, [&] {
+    std::u16string chosen = ToU16(path);
+    if (path && !ReadRegistry(chosen).file) return false;
+    const std::lock_guard lock(chosenMutex);
+    chosenPath.swap(chosen);
+    return true;
+  });
 }
 
 HKEY OpenUserKey(const WChar* path) {
-  return NullIfNoMemory([path] { return OpenKey(ReadUserRegistry().file, ToU16(path)); });
+  return UnlessLost(HKEY{}, [&] { return OpenKey(ReadUserRegistry().file, ToU16(path)); });
 }
 
 HKEY OpenSubKey(HKEY parent, const WChar* path) {
   if (!parent) return nullptr;
-  return NullIfNoMemory([&] { return OpenKey(parent->file, parent->path + u'\\' + ToU16(path)); });
+  return UnlessLost(
+      HKEY{}, [&] { return OpenKey(parent->file, parent->path + u'\\' + ToU16(path)); });
 }
 
 void CloseKey(HKEY key) {
   delete key;
 }
 
-bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size) try {
-  std::string value;
-  if (!key || !key->file->ReadValue(key->path, ToU16(name), &value)) return false;
-  const std::size_t room = *size;
-  *size = static_cast<ULONG>(value.size());
-  if (!bytes) return true;
-  if (value.size() > room) return false;
-  std::memcpy(bytes, value.data(), value.size());
-  return true;
-} catch (const std::bad_alloc&) {
-  return false;
+bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size) {
+  return UnlessLost(false, [&] {
+    std::string value;
+    if (!key || !key->file->ReadValue(key->path, ToU16(name), &value)) return false;
+    const std::size_t room = *size;
+    *size = static_cast<ULONG>(value.size());
+    if (!bytes) return true;
+    if (value.size() > room) return false;
+    std::memcpy(bytes, value.data(), value.size());
+    return true;
+  });
 }
 
 }  // namespace vosmere

@@ -1,7 +1,10 @@
 // The registry as Windows keeps it in a profile's "NTUSER.DAT".
 #include <hivex.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <new>
 
 #include "vosmere/platform/file.h"
 #include "vosmere/platform/posix/path.h"
@@ -16,6 +19,13 @@ struct CloseHive {
 };
 using Hive = std::unique_ptr<hive_h, CloseHive>;
 
+/// What the library answered after `errno` was 0: null may also mean that it had no memory.
+template <class Answer>
+Answer Found(Answer answer) {
+  if (!answer && errno == ENOMEM) throw std::bad_alloc();
+  return answer;
+}
+
 class RegistryHive : public RegistryFile {
  public:
   explicit RegistryHive(Hive hive) : hive_(std::move(hive)) {}
@@ -26,12 +36,14 @@ class RegistryHive : public RegistryFile {
                  std::string* bytes) const override {
     const hive_node_h node = FindKey(key);
     if (!node) return false;
-    const hive_value_h value = hivex_node_get_value(hive_.get(), node, Utf8Of(name).c_str());
+    const std::string wanted = Utf8Of(name);
+    errno = 0;
+    const hive_value_h value = Found(hivex_node_get_value(hive_.get(), node, wanted.c_str()));
     if (!value) return false;
     hive_type type;
     std::size_t size = 0;
     const std::unique_ptr<char, decltype(&std::free)> data(
-        hivex_value_value(hive_.get(), value, &type, &size), &std::free);
+        Found(hivex_value_value(hive_.get(), value, &type, &size)), &std::free);
     if (!data) return false;
     bytes->assign(data.get(), size);
     return true;
@@ -43,7 +55,8 @@ class RegistryHive : public RegistryFile {
     for (std::size_t at = 0; node && at < key.size();) {
       const std::size_t end = std::min(key.find(u'\\', at), key.size());
       const std::string name = Utf8Of(key.substr(at, end - at));
-      if (!name.empty()) node = hivex_node_get_child(hive_.get(), node, name.c_str());
+      errno = 0;
+      if (!name.empty()) node = Found(hivex_node_get_child(hive_.get(), node, name.c_str()));
       at = end + 1;
     }
     return node;
@@ -65,7 +78,8 @@ std::unique_ptr<RegistryFile> OpenRegistryHive(const WChar* path) {
   if (!file.Open(path) || !file.Size(&size) || size > kRegistryFileLimit || size % kPage != 0)
     return nullptr;
   if (!NativePath(path, name)) return nullptr;
-  Hive hive(hivex_open(name, HIVEX_OPEN_WRITE));
+  errno = 0;
+  Hive hive(Found(hivex_open(name, HIVEX_OPEN_WRITE)));
   if (!hive) return nullptr;
   return std::make_unique<RegistryHive>(std::move(hive));
 }

@@ -1,9 +1,9 @@
 #include "vosmere/platform/shell.h"
 
 #include <algorithm>
-#include <new>
 
-#include "vosmere/base/wide_view.h"
+#include "vosmere/base/no_memory.h"
+#include "vosmere/base/wide_string.h"
 #include "vosmere/platform/posix/registry.h"
 #include "vosmere/platform/posix/shortcut.h"
 #include "vosmere/platform/posix/text_file.h"
@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kShortcutLimit = 1 << 20;
 constexpr char16_t kFolders[] =
     u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
-constexpr std::u16string_view kProfile = u"%USERPROFILE%\\";
+constexpr std::u16string_view kProfile = u"%userprofile%\\";
 
 /// A path of the Windows whose files lie in a Wine prefix.
 std::u16string InPrefix(const UserRegistry& prefix, std::u16string path) {
@@ -27,7 +27,7 @@ std::u16string InPrefix(const UserRegistry& prefix, std::u16string path) {
 /// became of its drives here.
 std::u16string FavoritesOf(const UserRegistry& registry) {
   std::u16string path = ReadText(*registry.file, kFolders, u"Favorites");
-  const bool inProfile = path.starts_with(kProfile);
+  const bool inProfile = Folded(path).starts_with(kProfile);
   if (inProfile) path.erase(0, kProfile.size());
   switch (registry.kind) {
     case UserRegistry::kHive: return WideOf(registry.folder) + (inProfile ? path : u"Favorites");
@@ -48,13 +48,13 @@ bool CopyTo(const std::u16string& text, WChar* out, std::size_t capacity) {
 
 }  // namespace
 
-bool FavoritesFolder(WChar (&path)[kShellPathLimit]) try {
+bool FavoritesFolder(WChar (&path)[kShellPathLimit]) {
   path[0] = 0;
-  const UserRegistry registry = ReadUserRegistry();
-  const std::u16string folder = registry.file ? FavoritesOf(registry) : std::u16string();
-  return !folder.empty() && CopyTo(folder, path, kShellPathLimit);
-} catch (const std::bad_alloc&) {
-  return false;
+  return UnlessNoMemory(false, [&] {
+    const UserRegistry registry = ReadUserRegistry();
+    const std::u16string folder = registry.file ? FavoritesOf(registry) : std::u16string();
+    return !folder.empty() && CopyTo(folder, path, kShellPathLimit);
+  });
 }
 
 ShellAllocator::ShellAllocator() : allocator_(nullptr) {}
@@ -65,17 +65,17 @@ void ShellAllocator::Free(WChar* text) const {
   delete[] text;
 }
 
-WChar* ShortcutAddress(const WChar* path) try {
-  std::string bytes;
-  if (!ReadWholeFile(path, kShortcutLimit, &bytes)) return nullptr;
-  std::u16string address = ShortcutAddressIn(std::move(bytes));
-  address.resize(std::min(address.find(u'\0'), address.size()));
-  if (address.empty()) return nullptr;
-  auto* const units = new WChar[address.size() + 1];
-  CopyTo(address, units, address.size() + 1);
-  return units;
-} catch (const std::bad_alloc&) {
-  return nullptr;
+WChar* ShortcutAddress(const WChar* path) {
+  return UnlessLost(static_cast<WChar*>(nullptr), [&]() -> WChar* {
+    std::string bytes;
+    if (!ReadWholeFile(path, kShortcutLimit, &bytes)) return nullptr;
+    std::u16string address = ShortcutAddressIn(std::move(bytes));
+    address.resize(std::min(address.find(u'\0'), address.size()));
+    if (address.empty()) return nullptr;
+    auto* const units = new WChar[address.size() + 1];
+    CopyTo(address, units, address.size() + 1);
+    return units;
+  });
 }
 
 }  // namespace vosmere

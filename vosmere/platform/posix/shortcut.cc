@@ -3,6 +3,8 @@
 #include <iconv.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -58,9 +60,12 @@ std::optional<std::string_view> Value(std::string_view text, std::string_view se
 
 /// Nothing when the text is not UTF-7.
 std::optional<std::u16string> FromUtf7(std::string_view text) {
-  const iconv_t converter = iconv_open("UTF-16LE", "UTF-7");
-  if (converter == reinterpret_cast<iconv_t>(-1)) return {};
   std::string units(text.size() * 2, 0);  // a byte never becomes more than one unit
+  const iconv_t converter = iconv_open("UTF-16LE", "UTF-7");
+  if (converter == reinterpret_cast<iconv_t>(-1)) {
+    if (errno == ENOMEM) throw std::bad_alloc();
+    return {};
+  }
   char* in = const_cast<char*>(text.data());
   char* out = units.data();
   std::size_t left = text.size(), room = units.size();

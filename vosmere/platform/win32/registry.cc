@@ -1,8 +1,17 @@
 #include "vosmere/platform/registry.h"
 
+#include "vosmere/base/owned_text.h"
 #include "vosmere/platform/win32/com.h"
 
 namespace vosmere {
+namespace {
+
+bool IsFine(LSTATUS status) {
+  if (status == ERROR_NOT_ENOUGH_MEMORY || status == ERROR_OUTOFMEMORY) detail::CountLostText();
+  return status == ERROR_SUCCESS;
+}
+
+}  // namespace
 
 bool SetUserRegistry(const WChar* path) {
   return !path;
@@ -14,8 +23,7 @@ HKEY OpenUserKey(const WChar* path) {
 
 HKEY OpenSubKey(HKEY parent, const WChar* path) {
   HKEY key = nullptr;
-  if (!parent || ::RegOpenKeyW(parent, win32::Native(path), &key) != ERROR_SUCCESS) return nullptr;
-  return key;
+  return parent && IsFine(::RegOpenKeyW(parent, win32::Native(path), &key)) ? key : nullptr;
 }
 
 void CloseKey(HKEY key) {
@@ -24,8 +32,8 @@ void CloseKey(HKEY key) {
 
 bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size) {
   DWORD count = *size;
-  if (!key || ::RegQueryValueExW(key, win32::Native(name), nullptr, nullptr,
-                                 static_cast<BYTE*>(bytes), &count) != ERROR_SUCCESS)
+  if (!key || !IsFine(::RegQueryValueExW(key, win32::Native(name), nullptr, nullptr,
+                                         static_cast<BYTE*>(bytes), &count)))
     return false;
   *size = count;
   return true;

@@ -1,5 +1,6 @@
 #include "vosmere/platform/shell.h"
 
+#include "vosmere/base/owned_text.h"
 #include "vosmere/platform/win32/com.h"
 // After windows.h, which they need.
 #include <intshcut.h>
@@ -13,33 +14,38 @@ constexpr GUID kShortcutClass = {
 constexpr GUID kLocatorInterface = {
     0xCABB0DA0, 0xDA57, 0x11CF, {0x99, 0x74, 0x00, 0x20, 0xAF, 0xD7, 0x97, 0x62}};
 
-WChar* AddressInApartment(const WChar* path) {
+struct Question {
+  const WChar* path;
+  wchar_t* address = nullptr;
+  HRESULT result = E_OUTOFMEMORY;
+};
+
+HRESULT AskInApartment(Question& question) {
   win32::Counted<IUniformResourceLocatorW> locator;
   win32::Counted<IPersistFile> file;
-  if (FAILED(::CoCreateInstance(kShortcutClass, nullptr, CLSCTX_INPROC_SERVER, kLocatorInterface,
-                                reinterpret_cast<void**>(locator.out()))) ||
-      FAILED(locator->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(file.out()))) ||
-      FAILED(file->Load(win32::Native(path), STGM_READ)))
-    return nullptr;
-  wchar_t* url = nullptr;
-  return SUCCEEDED(locator->GetURL(&url)) ? win32::Ours(url) : nullptr;
+  HRESULT result = ::CoCreateInstance(kShortcutClass, nullptr, CLSCTX_INPROC_SERVER,
+                                      kLocatorInterface, reinterpret_cast<void**>(locator.out()));
+  if (SUCCEEDED(result))
+    result = locator->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(file.out()));
+  if (SUCCEEDED(result)) result = file->Load(win32::Native(question.path), STGM_READ);
+  return SUCCEEDED(result) ? locator->GetURL(&question.address) : result;
 }
 
-WChar* AddressOnAnotherThread(const WChar* path) {
-  struct Question {
-    const WChar* path;
-    WChar* address;
-  } question = {path, nullptr};
-  const LPTHREAD_START_ROUTINE ask = [](void* argument) -> DWORD {
-    auto& asked = *static_cast<Question*>(argument);
-    asked.address = ShortcutAddress(asked.path);
-    return 0;
-  };
-  const HANDLE thread = ::CreateThread(nullptr, 0, ask, &question, 0, nullptr);
-  if (!thread) return nullptr;
+DWORD WINAPI Ask(void* argument) {
+  auto& question = *static_cast<Question*>(argument);
+  question.result = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  if (FAILED(question.result)) return 0;
+  question.result = AskInApartment(question);
+  ::CoUninitialize();
+  return 0;
+}
+
+void AskOnAnotherThread(Question& question) {
+  question.result = E_OUTOFMEMORY;
+  const HANDLE thread = ::CreateThread(nullptr, 0, &Ask, &question, 0, nullptr);
+  if (!thread) return;
   ::WaitForSingleObject(thread, INFINITE);
   ::CloseHandle(thread);
-  return question.address;
 }
 
 }  // namespace
@@ -66,12 +72,11 @@ void ShellAllocator::Free(WChar* text) const {
 
 // The shortcut object lives in single-threaded apartments and cannot be called from another.
 WChar* ShortcutAddress(const WChar* path) {
-  const HRESULT entered = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  if (entered == RPC_E_CHANGED_MODE) return AddressOnAnotherThread(path);
-  if (FAILED(entered)) return nullptr;
-  WChar* const address = AddressInApartment(path);
-  ::CoUninitialize();
-  return address;
+  Question question = {path};
+  Ask(&question);
+  if (question.result == RPC_E_CHANGED_MODE) AskOnAnotherThread(question);
+  if (question.result == E_OUTOFMEMORY) detail::CountLostText();
+  return SUCCEEDED(question.result) ? win32::Ours(question.address) : nullptr;
 }
 
 }  // namespace vosmere
