@@ -27,6 +27,7 @@ TEST(Registry, ReadsValuesOfKeysAndSubkeysWithoutRegardToCase) {
   EXPECT_EQ(OpenSubKey(top, W("none")), nullptr);
   EXPECT_EQ(OpenSubKey(nullptr, W("Software")), nullptr);
   EXPECT_EQ(OpenUserKey(registry.Key("Su")), nullptr);
+  EXPECT_FALSE(SetUserRegistry(W("")));
   CloseKey(sub);
   CloseKey(top);
 }

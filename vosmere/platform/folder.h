@@ -13,8 +13,8 @@ namespace vosmere {
 ///   if (!listing.Open(path)) return false;
 ///   while (listing.Next()) Use(listing.Name());
 ///
-/// Paths are read as File reads them (file.h). A name that is not well-formed where file names are
-/// bytes is shown with U+FFFD.
+/// Paths are read as File reads them (file.h). Where file names are bytes, U+FFFD shows what no
+/// path can say of them: a backslash, and whatever is not well-formed.
 class FolderListing {
  public:
   /// Units of the longest name, its terminating zero included.
@@ -34,7 +34,8 @@ class FolderListing {
   const WChar* Name() const { return name_; }
   /// Whether it is a folder, or a link to one.
   bool IsFolder() const { return isFolder_; }
-  /// Whether it is a link to something elsewhere. Who follows links to folders may go in circles.
+  /// Whether its path leads elsewhere: it is a link, or its name is not shown as it is. Who follows
+  /// such folders may go in circles.
   bool IsLink() const { return isLink_; }
 
  private:

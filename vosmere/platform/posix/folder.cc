@@ -4,13 +4,16 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <cstring>
+#include <algorithm>
+#include <string_view>
 
 #include "vosmere/platform/posix/path.h"
 #include "vosmere/platform/posix/utf8.h"
 
 namespace vosmere {
 namespace {
+
+constexpr WChar kReplacement = 0xFFFD;
 
 bool IsDirectory(DIR* folder, const char* name) {
   struct stat status;
@@ -22,6 +25,12 @@ bool IsSymbolicLink(DIR* folder, const dirent& entry) {
   struct stat status;
   return fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
          S_ISLNK(status.st_mode);
+}
+
+/// Whether a path says the name of the file when it says the one shown.
+bool IsShownAsItIs(std::string_view name, const WChar* shown, std::size_t length) {
+  char said[utf8::kMaxBytesPerUnit * FolderListing::kNameLimit];
+  return name == std::string_view(said, utf8::Encode(shown, length, said, sizeof said));
 }
 
 }  // namespace
@@ -51,13 +60,15 @@ bool FolderListing::Next() {
   if (!search_ || !search_->folder) return false;
   DIR* const folder = search_->folder;
   while (const dirent* const entry = readdir(folder)) {
-    const char* const name = entry->d_name;
-    if (std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0) continue;
-    const std::size_t length = utf8::Decode(name, std::strlen(name), name_, kNameLimit - 1);
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    const std::size_t length = utf8::Decode(name.data(), name.size(), name_, kNameLimit - 1);
     if (length == utf8::kNoRoom) continue;
     name_[length] = 0;
-    isLink_ = IsSymbolicLink(folder, *entry);
-    isFolder_ = entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, name));
+    std::replace(name_, name_ + length, WChar{'\\'}, kReplacement);
+    isLink_ = IsSymbolicLink(folder, *entry) || !IsShownAsItIs(name, name_, length);
+    isFolder_ =
+        entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));
     return true;
   }
   return false;

@@ -101,8 +101,8 @@ HKEY OpenUserKey(const WChar* path) {
 
 HKEY OpenSubKey(HKEY parent, const WChar* path) {
   if (!parent) return nullptr;
-  return UnlessLost(
-      HKEY{}, [&] { return OpenKey(parent->file, parent->path + u'\\' + ToU16(path)); });
+  return UnlessLost(HKEY{},
+                    [&] { return OpenKey(parent->file, parent->path + u'\\' + ToU16(path)); });
 }
 
 void CloseKey(HKEY key) {
