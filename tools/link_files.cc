@@ -17,11 +17,20 @@ const WChar* UrlOf(RNode* page) {
 
 }  // namespace
 
+// An apostrophe stands for itself, as values are never quoted with it: not every browser that
+// imports bookmarks knows "&apos;", which is not of HTML's first versions.
 void LinkWriter::PutValue(const WChar* text) {
   std::u16string value = ToString(text);
   const auto unspeakable = [](char16_t unit) { return unit < 0x20 || unit >= 0xFFFE; };
   std::replace_if(value.begin(), value.end(), unspeakable, u'\xFFFD');
-  PutEscaped(WideView(Wide(value)));
+  const Wide units(value);
+  for (WideView rest(units);;) {
+    const auto* const apostrophe = std::find(rest.begin(), rest.end(), '\'');
+    PutEscaped(rest.First(apostrophe - rest.begin()));
+    if (apostrophe == rest.end()) return;
+    Put("'");
+    rest = rest.From(apostrophe + 1 - rest.begin());
+  }
 }
 
 void LinkWriter::Indent(std::size_t level) {

@@ -13,7 +13,7 @@ class FavoritesTool : public testing::Test {
  protected:
   FavoritesTool() {
     std::filesystem::create_directories(folder_ / "Fav" / "News");
-    WriteBytes(folder_ / "Fav" / "A & B.url", "[InternetShortcut]\r\nURL=http://a/?<a>=\"1\"\r\n");
+    WriteBytes(folder_ / "Fav" / "A & B's.url", "[InternetShortcut]\r\nURL=http://a/?<a>=\"1\"\r\n");
     WriteBytes(folder_ / "Fav" / "News" / "n.url", "[InternetShortcut]\r\nURL=http://n/\r\n");
   }
 
@@ -40,7 +40,7 @@ TEST_F(FavoritesTool, ShowsTheTree) {
             "[tree] Fav\n"
             "  [folder] News\n"
             "    [page] n  http://n/\n"
-            "  [page] A & B  http://a/?<a>=\"1\"\n"
+            "  [page] A & B's  http://a/?<a>=\"1\"\n"
             "1 folders, 2 pages\n");
 }
 
@@ -56,7 +56,7 @@ TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
             "    <DL><p>\n"
             "        <DT><A HREF=\"http://n/\">n</A>\n"
             "    </DL><p>\n"
-            "    <DT><A HREF=\"http://a/?&lt;a&gt;=&quot;1&quot;\">A &amp; B</A>\n"
+            "    <DT><A HREF=\"http://a/?&lt;a&gt;=&quot;1&quot;\">A &amp; B's</A>\n"
             "</DL><p>\n");
   EXPECT_EQ(Run(" --opml " + Quoted(folder_ / "opml")), 0);
   EXPECT_EQ(ReadBytes(folder_ / "opml"),
@@ -67,7 +67,7 @@ TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
             "    <outline text=\"News\">\n"
             "        <outline text=\"n\" type=\"link\" url=\"http://n/\"/>\n"
             "    </outline>\n"
-            "    <outline text=\"A &amp; B\" type=\"link\" "
+            "    <outline text=\"A &amp; B's\" type=\"link\" "
             "url=\"http://a/?&lt;a&gt;=&quot;1&quot;\"/>\n"
             "</body></opml>\n");
 }
