@@ -94,56 +94,41 @@ TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
   unsetenv("WINEPREFIX");
 }
 
-/// A hive with nothing in it: a header, and a page with the root key and its security record.
-std::string EmptyHive() {
-  constexpr int kRoot = 32, kSecurity = 128, kFree = 160, kPage = 4096, kNone = -1;
-  std::string hive(2 * kPage, '\0');
-  const auto put = [&hive](std::size_t at, const std::string& bytes) {
-    hive.replace(at, bytes.size(), bytes);
-  };
-  // clang-format off
-  const std::pair<int, const char*> marks[] = {
-      {0, "regf"}, {kPage, "hbin"}, {kPage + kRoot + 4, "nk,"}, {kPage + kRoot + 80, "root"},
-      {kPage + kSecurity + 4, "sk"}};
-  const std::pair<int, int> header[] = {{4, 1}, {8, 1}, {20, 1}, {24, 3}, {36, kRoot}, {40, kPage}};
-  const std::pair<int, int> page[] = {
-      {8, kPage}, {kRoot, kRoot - kSecurity}, {kRoot + 32, kNone}, {kRoot + 36, kNone},
-      {kRoot + 44, kNone}, {kRoot + 48, kSecurity}, {kRoot + 52, kNone}, {kRoot + 76, 4},
-      {kSecurity, kSecurity - kFree}, {kSecurity + 8, kSecurity}, {kSecurity + 12, kSecurity},
-      {kSecurity + 16, 1}, {kFree, kPage - kFree}};
-  // clang-format on
-  for (const auto& [at, mark] : marks) put(at, mark);
-  for (const auto& [at, number] : header) put(at, LittleEndian(number, 4));
-  for (const auto& [at, number] : page) put(kPage + at, LittleEndian(number, 4));
-  for (int i = 0; i < 508; ++i) hive[508 + i % 4] ^= hive[i];  // the checksum
-  return hive;
-}
+/// A profile's file with the bytes "a", 0, "b" in its `Sub\Key`.
+class HiveFile {
+ public:
+  explicit HiveFile(const std::filesystem::path& path) : path_(path) { WriteBytes(path, kSound); }
 
-void AddValue(const std::filesystem::path& path, const std::string& key, std::string name,
-              std::string bytes) {
-  if (!std::filesystem::exists(path)) WriteBytes(path, EmptyHive());
-  hive_h* const hive = hivex_open(path.c_str(), HIVEX_OPEN_WRITE);
-  ASSERT_TRUE(hive);
-  hive_node_h node = hivex_root(hive);
-  for (std::size_t at = 0, end; at < key.size(); at = end + 1) {
-    end = std::min(key.find('\\', at), key.size());
-    node = hivex_node_add_child(hive, node, key.substr(at, end - at).c_str());
+  void SetFavorites(std::string folder) const {
+    hive_h* const hive = hivex_open(path_.c_str(), HIVEX_OPEN_WRITE);
+    hive_node_h node = hivex_root(hive);
+    for (std::size_t at = 0, end; at < kFolders.size(); at = end + 1) {
+      end = std::min(kFolders.find('\\', at), kFolders.size());
+      node = hivex_node_get_child(hive, node, kFolders.substr(at, end - at).c_str());
+    }
+    char name[] = "Favorites";
+    const hive_set_value value = {name, hive_t_expand_string, folder.size(), folder.data()};
+    EXPECT_EQ(hivex_node_set_value(hive, node, &value, 0), 0);
+    EXPECT_EQ(hivex_commit(hive, nullptr, 0), 0);
+    hivex_close(hive);
   }
-  const hive_set_value value = {name.data(), hive_t_binary, bytes.size(), bytes.data()};
-  EXPECT_EQ(hivex_node_set_value(hive, node, &value, 0), 0);
-  EXPECT_EQ(hivex_commit(hive, nullptr, 0), 0);
-  hivex_close(hive);
-}
+
+  inline static const std::string kSound = TestData("../../fuzz/corpus/registry/NTUSER.DAT");
+
+ private:
+  std::filesystem::path path_;
+};
 
 TEST(RegistryFiles, AProfilesHiveKnowsItsFavorites) {
   const TempFolder profile;
   const std::filesystem::path file = profile / "NTUSER.DAT";
-  AddValue(file, "Sub\\Key", "v", std::string("a\0b", 3));
+  const HiveFile hive(file);
   EXPECT_EQ(ValueIn(file), std::string("a\0b", 3));
   ASSERT_TRUE(SetUserRegistry(W(file)));
   EXPECT_EQ(OpenUserKey(W("Sub\\Other")), nullptr);
+  hive.SetFavorites(Utf16(u"D:\\Fav"));
   EXPECT_EQ(Folder(), (profile / "Favorites").string());
-  AddValue(file, kFolders, "Favorites", Utf16(u"%USERPROFILE%\\My Fav"));
+  hive.SetFavorites(Utf16(u"%UserProfile%\\My Fav"));
   EXPECT_EQ(Folder(), (profile / "My Fav").string());
   SetUserRegistry(nullptr);
 }
@@ -151,13 +136,13 @@ TEST(RegistryFiles, AProfilesHiveKnowsItsFavorites) {
 TEST(RegistryFiles, ADamagedHiveIsReadOrRefusedWithoutHarm) {
   const TempFolder profile;
   const std::filesystem::path file = profile / "NTUSER.DAT";
-  AddValue(file, "Sub\\Key", "v", std::string(3000, 'v'));
-  const std::string sound = ReadBytes(file);
+  const std::string& sound = HiveFile::kSound;
   for (const std::size_t size : {4, 100, 4095, 4096, 4100, 4128, 5000, 8193, 8196}) {
     WriteBytes(file, sound.substr(0, size));
     EXPECT_EQ(ValueIn(file), "(refused)") << size;
   }
-  for (std::size_t at = 4096; at < 4096 + 500; ++at) {
+  for (std::size_t at = 4096; at < sound.size(); ++at) {
+    if (!sound[at]) continue;
     std::string damaged = sound;
     damaged[at] = static_cast<char>(damaged[at] ^ 0xFF);
     WriteBytes(file, damaged);
