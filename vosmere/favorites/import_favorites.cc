@@ -75,6 +75,7 @@ std::optional<std::vector<Entry>> ReadDirectory(const std::u16string& path) {
     if (folded != u"desktop.ini")
       entries.push_back({name, folded, listing.IsFolder(), listing.IsLink()});
   }
+  if (listing.Failed()) return {};
   return entries;
 }
 

@@ -27,8 +27,10 @@ class FolderListing {
 
   /// Once. False when the folder cannot be read. Throws std::bad_alloc.
   bool Open(const WChar* path);
-  /// Steps to the first, then to the next entry; false at the end.
+  /// Steps to the first, then to the next entry; false at the end, and when reading fails.
   bool Next();
+  /// Whether reading has failed, so that not everything was listed.
+  bool Failed() const { return failed_; }
 
   /// Of the entry stepped to; lives until the next step.
   const WChar* Name() const { return name_; }
@@ -45,6 +47,7 @@ class FolderListing {
   WChar name_[kNameLimit] = {};
   bool isFolder_ = false;
   bool isLink_ = false;
+  bool failed_ = false;
 };
 
 }  // namespace vosmere

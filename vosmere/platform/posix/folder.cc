@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <string_view>
 
 #include "vosmere/platform/posix/path.h"
@@ -59,7 +60,10 @@ bool FolderListing::Open(const WChar* path) {
 bool FolderListing::Next() {
   if (!search_ || !search_->folder) return false;
   DIR* const folder = search_->folder;
-  while (const dirent* const entry = readdir(folder)) {
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(folder);
+    if (!entry) break;
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
     const std::size_t length = utf8::Decode(name.data(), name.size(), name_, kNameLimit - 1);
@@ -71,6 +75,7 @@ bool FolderListing::Next() {
         entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));
     return true;
   }
+  failed_ = errno != 0;
   return false;
 }
 

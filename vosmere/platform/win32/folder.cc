@@ -48,7 +48,10 @@ bool FolderListing::Next() {
   WIN32_FIND_DATAW& found = search_->found;
   do {
     const bool atFirst = std::exchange(search_->atFirst, false);
-    if (!atFirst && !::FindNextFileW(search_->handle, &found)) return false;
+    if (!atFirst && !::FindNextFileW(search_->handle, &found)) {
+      failed_ = ::GetLastError() != ERROR_NO_MORE_FILES;
+      return false;
+    }
   } while (IsDots(found.cFileName));
   std::copy_n(found.cFileName, kNameLimit, name_);
   isFolder_ = found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
