@@ -60,6 +60,8 @@ int Favorites(const FavoritesOptions& options) {
   const Tree tree(
       ImportFavorites(nullptr, options.folder.empty() ? nullptr : folder.get(), &report));
   const std::string name = options.folder.empty() ? "Favorites" : Printable(options.folder);
+  if (!tree && options.folder.empty())
+    throw Failure{kTrouble, name + ": error: the user's folder is not known or cannot be read"};
   if (!tree) throw Failure{kTrouble, name + ": error: the folder cannot be read"};
 
   if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
