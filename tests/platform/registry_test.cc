@@ -28,8 +28,12 @@ TEST(Registry, ReadsValuesOfKeysAndSubkeysWithoutRegardToCase) {
   EXPECT_EQ(OpenSubKey(nullptr, W("Software")), nullptr);
   EXPECT_EQ(OpenUserKey(registry.Key("Su")), nullptr);
   EXPECT_FALSE(SetUserRegistry(W("")));
-  CloseKey(sub);
-  CloseKey(top);
+  for (const HKEY key : {sub, top}) CloseKey(key);
+
+  const HKEY root = OpenUserKey(W(""));
+  const HKEY below = OpenSubKey(root, registry.Key("Sub"));
+  EXPECT_NE(below, nullptr);
+  for (const HKEY key : {below, root}) CloseKey(key);
 }
 
 }  // namespace

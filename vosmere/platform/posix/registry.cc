@@ -101,8 +101,10 @@ HKEY OpenUserKey(const WChar* path) {
 
 HKEY OpenSubKey(HKEY parent, const WChar* path) {
   if (!parent) return nullptr;
-  return UnlessLost(HKEY{},
-                    [&] { return OpenKey(parent->file, parent->path + u'\\' + ToU16(path)); });
+  return UnlessLost(HKEY{}, [&] {
+    const std::u16string& above = parent->path;
+    return OpenKey(parent->file, above.empty() ? ToU16(path) : JoinPath(above, ToU16(path)));
+  });
 }
 
 void CloseKey(HKEY key) {
