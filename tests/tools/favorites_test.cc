@@ -13,7 +13,8 @@ class FavoritesTool : public testing::Test {
  protected:
   FavoritesTool() {
     std::filesystem::create_directories(folder_ / "Fav" / "News");
-    WriteBytes(folder_ / "Fav" / "A & B's.url", "[InternetShortcut]\r\nURL=http://a/?<a>=\"1\"\r\n");
+    WriteBytes(folder_ / "Fav" / "A & B's.url",
+               "[InternetShortcut]\r\nURL=http://a/?<a>=\"1\"\r\n");
     WriteBytes(folder_ / "Fav" / "News" / "n.url", "[InternetShortcut]\r\nURL=http://n/\r\n");
   }
 

@@ -29,9 +29,10 @@ class ShellAllocator {
 };
 
 /// The address that an Internet shortcut file leads to, in the shell's memory; null when the file
-/// cannot be read or holds none, and without memory, which LostTexts counts. On Windows the shell's own shortcut object is
-/// asked, which needs COM and a single-threaded apartment: a thread without COM has it for the time
-/// of the call, and one of the multithreaded apartment has a thread started that asks.
+/// cannot be read or holds none, and without memory, which LostTexts counts. On Windows the shell's
+/// own shortcut object is asked, which needs COM and a single-threaded apartment: a thread without
+/// COM has it for the time of the call, and one of the multithreaded apartment has a thread started
+/// that asks.
 WChar* ShortcutAddress(const WChar* path);
 
 }  // namespace vosmere
