@@ -21,7 +21,8 @@ using HKEY = ::HKEY__*;
 /// from a registry (".reg", UTF-16 or 8-bit); the content decides which. Null restores the default:
 /// the Wine prefix named by the environment variable WINEPREFIX, else ".wine" in the home folder.
 /// False, with nothing changed, when the file cannot be read, is of none of these kinds, is
-/// damaged, or is larger than 256 MiB; on Windows for everything but null. Any thread.
+/// damaged, is larger than 256 MiB or has more than a million keys; on Windows for everything but
+/// null. Any thread.
 ///
 /// The file is read whenever a key is opened, so what was written to it meanwhile counts. Keys and
 /// values are found without regard to ASCII case.

@@ -71,6 +71,19 @@ TEST(RegistryFiles, AreReadAsText) {
   }
 }
 
+TEST(RegistryFiles, MoreKeysThanAnyUserHasAreRefused) {
+  const TempFolder folder;
+  const std::filesystem::path file = folder / "export.reg";
+  std::string text = "REGEDIT4\n";
+  for (int i = 0; i < 1'000'000; ++i) text += "[HKCU]\n";
+  for (const bool isRefused : {false, true}) {
+    WriteBytes(file, text);
+    EXPECT_EQ(SetUserRegistry(W(file)), !isRefused);
+    text += "[HKCU\\a]\n";
+  }
+  SetUserRegistry(nullptr);
+}
+
 TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
   const TempFolder prefix;
   std::string key = kFolders;

@@ -10,6 +10,8 @@ namespace vosmere {
 
 /// Larger files are refused.
 inline constexpr std::size_t kRegistryFileLimit = 256 << 20;
+/// So are files with more keys of the user's, whose index would not fit the memory.
+inline constexpr std::size_t kRegistryKeyLimit = 1'000'000;
 
 /// One reading of such a file. Paths of keys are relative to HKEY_CURRENT_USER, in UTF-16 with
 /// backslashes, and are found without regard to ASCII case. One thread at a time. Everything throws

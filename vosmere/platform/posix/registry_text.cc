@@ -114,12 +114,18 @@ bool ReadData(std::string_view data, bool isWine, std::string* bytes) {
 
 class RegistryText : public RegistryFile {
  public:
-  RegistryText(std::string text, bool isWine) : text_(std::move(text)), isWine_(isWine) {
-    std::size_t at = 0;
+  RegistryText(std::string text, bool isWine) : text_(std::move(text)), isWine_(isWine) {}
+
+  /// Once, before all else. False when there are more keys than any user has.
+  bool Index() {
+    std::size_t at = 0, count = 0;
     for (std::size_t next; at < text_.size(); at = next) {
       next = NextSection(at);
-      if (text_[at] == '[') Add(std::string_view(text_).substr(at, next - at));
+      if (text_[at] == '[' && Add(std::string_view(text_).substr(at, next - at)) &&
+          ++count > kRegistryKeyLimit)
+        return false;
     }
+    return true;
   }
 
   /// A key is there with every key below it.
@@ -149,10 +155,11 @@ class RegistryText : public RegistryFile {
     return text_.size();
   }
 
-  void Add(std::string_view section) {
+  /// False for what is no key of the user's.
+  bool Add(std::string_view section) {
     const std::size_t line = std::min(section.find_first_of(kLineEnds), section.size());
     const std::size_t end = section.rfind(']', line - 1);
-    if (end == kNone) return;
+    if (end == kNone) return false;
     std::string_view path = section.substr(1, end - 1);
     const bool takenBack = path.starts_with('-');
     if (takenBack) path.remove_prefix(1);
@@ -160,13 +167,14 @@ class RegistryText : public RegistryFile {
     if (!isWine_) {
       const auto root = {u"hkey_current_user", u"hkcu"};
       const std::u16string first = key.substr(0, key.find(u'\\'));
-      if (std::find(root.begin(), root.end(), first) == root.end()) return;
+      if (std::find(root.begin(), root.end(), first) == root.end()) return false;
       key.erase(0, first.size() + 1);
     }
     if (takenBack)
       TakeBack(key);
     else
       sections_[key].push_back(section.substr(line));
+    return true;
   }
 
   void TakeBack(const std::u16string& key) {
@@ -208,7 +216,9 @@ std::unique_ptr<RegistryFile> OpenRegistryText(std::string bytes) {
   if (!isWine && !text.starts_with("Windows Registry Editor Version 5.00") &&
       !text.starts_with("REGEDIT4"))
     return nullptr;
-  return std::make_unique<RegistryText>(std::move(text), isWine);
+  auto registry = std::make_unique<RegistryText>(std::move(text), isWine);
+  if (!registry->Index()) return nullptr;
+  return registry;
 }
 
 }  // namespace vosmere
