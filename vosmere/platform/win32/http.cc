@@ -200,12 +200,14 @@ Error Send(Request* request, ULONG total) {
   return watch.Passed() ? kTimedOut : LastError();
 }
 
+// A connection that breaks off while more than the socket's buffer waits may be told as a timeout.
 Error Write(Request* request, const void* bytes, std::size_t size) {
+  constexpr std::size_t kMostAtOnce = 64 * 1024;
   if (request->dropped) return kNone;
   const char* at = static_cast<const char*>(bytes);
   while (size > 0) {
     DWORD written = 0;
-    const auto part = static_cast<DWORD>(std::min<std::size_t>(size, 1 << 20));
+    const auto part = static_cast<DWORD>(std::min(size, kMostAtOnce));
     if (!::InternetWriteFile(request->handle.get(), at, part, &written) || written == 0) {
       const Error error = LastError();
       if (!IsAborted(error)) return error;
