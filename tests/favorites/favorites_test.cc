@@ -127,7 +127,7 @@ TEST(Favorites, OnXPTheLongNameIsTheItemsAndTheRecordIsKept) {
   EXPECT_EQ(record.shortNameLength, 10);
   EXPECT_TRUE(record.padded);
   EXPECT_EQ(std::string(record.extensionHeader + 8, record.extensionHeader + 16), "datetime");
-  EXPECT_EQ(Utf8(record.longName.get()), "A long name.url");
+  EXPECT_EQ(Utf8(record.longName), "A long name.url");
   EXPECT_EQ(record.longNameLength, 15);
   EXPECT_EQ(record.trailer[0] & 0xFFFF, 14u + 12) << "where the block stood in its item";
   EXPECT_TRUE(record.fromOrderValue);
@@ -193,10 +193,10 @@ TEST(Favorites, ResolvesFilesOnRequest) {
   Level level({"a.url", "b.url", "Sub/"});
   const std::string order = Order({{"b.url"}, {"gone.url"}, {"Sub", -5, kFolder}});
   level.Decode(order);
-  EXPECT_EQ(Utf8(level.list->url.get()), "");
+  EXPECT_EQ(Utf8(level.list->url), "");
   level.Decode(order, false, true);
   std::string urls;
-  for (const CFavorite* f = level.list; f; f = f->next) urls += Utf8(f->url.get()) + ",";
+  for (const CFavorite* f = level.list; f; f = f->next) urls += Utf8(f->url) + ",";
   EXPECT_EQ(urls, "to:b.url,,,to:a.url,");
 }
 

@@ -58,6 +58,8 @@ class OwnedText {
   ~OwnedText() { Storage::Free(text_); }
 
   WChar* get() const { return text_; }
+  /// Where a record shows its text, the text is what is meant.
+  operator WChar*() const { return text_; }
 
   /// Gives the text to the caller and keeps null.
   WChar* Detach() { return std::exchange(text_, nullptr); }
