@@ -166,9 +166,9 @@ class AuditReader : public CReadXML {
 
 }  // namespace
 
-DocumentError Audit(const WChar* path, const Vocabulary& vocabulary, Findings& findings) {
+DocumentError Audit(const Source& source, const Vocabulary& vocabulary, Findings& findings) {
   AuditReader reader(vocabulary, findings);
-  reader.LoadFile(path);
+  source(reader);
   return reader.LastError();
 }
 

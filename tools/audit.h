@@ -2,13 +2,14 @@
 #pragma once
 
 #include "tools/findings.h"
+#include "tools/kind.h"
 #include "tools/vocabulary.h"
 #include "vosmere/xml/document_error.h"
 
 namespace vosmere::tool {
 
-/// `path` is a file that loads; says why when it does not do so again.
-DocumentError Audit(const WChar* path, const Vocabulary& vocabulary, Findings& findings);
+/// `source` is a document that loads; says why when it does not do so again.
+DocumentError Audit(const Source& source, const Vocabulary& vocabulary, Findings& findings);
 
 /// The value of an attribute, in UTF-8; none for a null handle.
 std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name);

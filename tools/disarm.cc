@@ -72,9 +72,9 @@ class RewritingReader : public CReadXML {
 
 }  // namespace
 
-SystemString Disarmed(const WChar* path) {
+SystemString Disarmed(const Source& source) {
   RewritingReader reader;
-  return reader.LoadFile(path) ? ToWide(reader.text()) : nullptr;
+  return source(reader) ? ToWide(reader.text()) : nullptr;
 }
 
 }  // namespace vosmere::tool

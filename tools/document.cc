@@ -5,6 +5,7 @@
 #include "tools/audit.h"
 #include "tools/compare.h"
 #include "tools/disarm.h"
+#include "tools/source.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -29,9 +30,9 @@ class RootReader : public CReadXML {
   void InvokeParser(XmlNode root) override { name = ToUtf8(root.Name().c_str()); }
 };
 
-const Kind& KindOf(const std::string& file, const WChar* path) {
+const Kind& KindOf(const std::string& file, const Source& source) {
   RootReader root;
-  if (!root.LoadFile(path)) throw FailureOf(file, root.LastError());
+  if (!source(root)) throw FailureOf(file, root.LastError());
   const std::string prefix = Printable(file) + ": error: ";
   if (root.name.empty()) throw Failure{kBadFile, prefix + "the root element has no content"};
   if (const Kind* const kind = FindKind(root.name)) return *kind;
@@ -94,9 +95,9 @@ Failure FailureOf(const std::string& file, const DocumentError& error) {
 }
 
 Document::Document(const std::string& file)
-    : file_(file), path_(ToWide(file)), kind_(&KindOf(file, path_.get())) {
+    : file_(file), source_(SourceOf(file)), kind_(&KindOf(file, source_)) {
   DocumentError error;
-  loaded_ = LoadFile(*kind_, path_.get(), error);
+  loaded_ = Load(*kind_, source_, error);
   if (!loaded_) throw FailureOf(file, error);
 }
 
@@ -109,7 +110,7 @@ void Document::ShowJson(std::ostream& out) const {
 }
 
 void Document::Audit(Findings& findings) const {
-  const DocumentError error = tool::Audit(path_.get(), kind_->vocabulary, findings);
+  const DocumentError error = tool::Audit(source_, kind_->vocabulary, findings);
   if (error.fault != DocumentFault::kNone) throw FailureOf(file_, error);
 }
 
@@ -131,7 +132,7 @@ DocumentError Document::Rehearse(Findings& findings) const {
 void Document::Explain(const Record& content, Findings& findings) const {
   ReportBreakers(content, kind_->what, findings);
   DocumentError error;
-  const auto harmless = LoadText(*kind_, Disarmed(path_.get()).get(), error);
+  const auto harmless = LoadText(*kind_, Disarmed(source_).get(), error);
   const auto back = harmless ? LoadWritten(*kind_, *harmless->Writer(), error) : nullptr;
   if (!back) return;
   const Record saved = harmless->Content(), returned = back->Content();

@@ -43,7 +43,7 @@ class Document {
   void Explain(const Record& content, Findings& findings) const;
 
   std::string file_;
-  SystemString path_;
+  Source source_;
   const Kind* kind_;
   std::unique_ptr<Loaded> loaded_;
 };

@@ -1,6 +1,5 @@
 #include "tools/replace_file.h"
 
-#include <algorithm>
 #include <fstream>
 #include <system_error>
 
@@ -12,12 +11,6 @@ namespace vosmere::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// As the library reads paths: a backslash separates everywhere.
-fs::path PathOf(std::string utf8) {
-  std::replace(utf8.begin(), utf8.end(), '\\', '/');
-  return fs::path(std::u8string(utf8.begin(), utf8.end()));
-}
 
 SystemString WidePath(const fs::path& path) {
   return SystemString(SysAllocString(Wide(path.u16string())));
@@ -44,22 +37,24 @@ class ScratchFile {
   fs::path path_;
 };
 
-/// What `rename` would replace although it cannot be written, or should not be.
-void CheckReplaceable(const fs::path& target, const std::string& file) {
-  if (fs::is_symlink(fs::symlink_status(target)))
-    throw Failure{kTrouble, Printable(file) + ": error: is a link to nothing"};
-  if (!fs::exists(target)) return;
-  if (!fs::is_regular_file(target))
-    throw Failure{kTrouble, Printable(file) + ": error: is not a plain file"};
-  if (!std::ofstream(target, std::ios::app))
-    throw Failure{kTrouble, Printable(file) + ": error: cannot be written"};
+/// Where the links end. Throws for what `rename` would replace although it cannot be written, or
+/// should not be.
+fs::path TargetOf(const std::string& file) {
+  const auto refuse = [&](const char* why) {
+    throw Failure{kTrouble, Printable(file) + ": error: " + why};
+  };
+  const fs::path path = PathOf(file);
+  if (fs::exists(path) && !fs::is_regular_file(path)) refuse("is not a plain file");
+  const fs::path target = fs::weakly_canonical(path);
+  if (fs::is_symlink(fs::symlink_status(target))) refuse("is a link to nothing");
+  if (fs::exists(target) && !std::ofstream(target, std::ios::app)) refuse("cannot be written");
+  return target;
 }
 
 }  // namespace
 
 void ReplaceFile(const std::string& file, const std::function<void(const WChar* path)>& write) try {
-  const fs::path target = fs::weakly_canonical(PathOf(file));
-  CheckReplaceable(target, file);
+  const fs::path target = TargetOf(file);
   const ScratchFile scratch(target);
   if (fs::exists(target)) {  // nobody reads the copy who may not read the original
     std::ofstream(scratch.path()).close();

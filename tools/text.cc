@@ -1,5 +1,6 @@
 #include "tools/text.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "vosmere/text/unicode_tool.h"
@@ -39,6 +40,11 @@ std::string ToUtf8(const WChar* text) {
   if (!CUnicodeTool::TCHARGetUTF8(text, &bytes, &length)) throw std::bad_alloc();
   const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
   return {bytes, static_cast<std::size_t>(length)};
+}
+
+std::filesystem::path PathOf(std::string utf8) {
+  std::replace(utf8.begin(), utf8.end(), '\\', '/');
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
 static std::string Printable(WideView text) {

@@ -1,6 +1,7 @@
 // The library's UTF-16 and the tool's UTF-8.
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@ namespace vosmere::tool {
 SystemString ToWide(const std::string& utf8);
 /// Empty for null. An unpaired surrogate becomes U+FFFD.
 std::string ToUtf8(const WChar* text);
+
+/// As the library reads paths: a backslash separates everywhere.
+std::filesystem::path PathOf(std::string utf8);
 
 /// UTF-8 that a terminal can be given: what would steer it, or reorder the line, is escaped.
 std::string Printable(const WChar* text);
