@@ -97,16 +97,22 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
       app.add_subcommand("favorites", "Print a Favorites folder in the order of its menu");
   favorites->footer(kExitCodes);
   favorites->add_option("DIR", options.folder, "The folder; the user's own if not given");
-  CLI::Option* const profile = favorites->add_option(
-      "--profile", options.registry, "NTUSER.DAT of the profile that keeps the order");
+  CLI::Option* const profile = favorites
+                                   ->add_option("--profile", options.registry,
+                                                "NTUSER.DAT of the profile that keeps the order")
+                                   ->type_name("FILE");
   CLI::Option* const wine =
-      favorites->add_option("--wine", options.registry, "The Wine prefix that keeps it");
+      favorites->add_option("--wine", options.registry, "The Wine prefix that keeps it")
+          ->type_name("DIR");
   favorites->add_option("--reg", options.registry, "An exported registry file that holds it")
+      ->type_name("FILE")
       ->excludes(profile, wine);
   profile->excludes(wine);
   CLI::Option* const opml =
-      favorites->add_option("--opml", options.opml, "Write an OPML file of links instead");
+      favorites->add_option("--opml", options.opml, "Write an OPML file of links instead")
+          ->type_name("FILE");
   favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
+      ->type_name("FILE")
       ->excludes(opml);
   return favorites;
 }
@@ -138,7 +144,8 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
       ->check(isPair);
   post->add_option("--user", options.user,
                    "Send this name and the MD5 digest of a password, which is read from the "
-                   "terminal or the standard input");
+                   "terminal or the standard input")
+      ->type_name("NAME");
   post->add_flag("--secure", options.secure, "Use HTTPS");
   post->add_flag("--clean", options.clean,
                  "Write the form as browsers do: the file's name without its folders");
@@ -153,6 +160,7 @@ int Main(const Arguments& arguments) {
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kExitCodes);
+  for (const char* const noise : {"TEXT", "REQUIRED"}) app.get_formatter()->label(noise, "");
 
   std::string in, out;
   std::vector<std::string> files;
@@ -209,6 +217,9 @@ int Main(const Arguments& arguments) {
   try {
     app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them
   } catch (const CLI::ParseError& error) {
+    const std::vector<std::string> unknown = app.remaining();
+    if (app.get_subcommands().empty() && !unknown.empty())
+      std::cerr << '\'' << Printable(unknown[0]) << "' is no subcommand\n";
     exitCode = app.exit(error) == 0 ? kFine : kTrouble;
   }
   std::cout.flush();

@@ -25,6 +25,9 @@ bool IsWhole(const WChar* path) {
 }  // namespace
 
 int Note(const NoteOptions& options) {
+  std::error_code ignored;
+  if (std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
+    throw Failure{kTrouble, Printable(options.out) + ": error: is the document itself"};
   const Document document(options.in);
   CBaseNode* const item = document.Find([&](const CBaseNode& candidate) {
     return !options.item.empty() && (TextOf(candidate.GetName()) == options.item ||

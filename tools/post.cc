@@ -1,6 +1,7 @@
 #include "tools/post.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -192,6 +193,8 @@ int Post(const PostOptions& options) {
   upload.SetClean(options.clean);
   AddFields(upload, options);
   const SystemString file = ToWide(options.file);
+  if (std::error_code ignored; std::filesystem::is_other(PathOf(options.file), ignored))
+    Stop("that is not a plain file");
   if (options.dryRun) {
     upload.SetFieldName(Wide(u"WholeFile"));
     upload.SetLocalFile(file.get());
