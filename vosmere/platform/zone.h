@@ -12,7 +12,7 @@ inline constexpr LONG kZoneInternet = 3;
 inline constexpr LONG kZoneUnknown = 5;
 
 /// The zone of an address by the check that is set, else by the platform. Null is an empty address.
-LONG SecurityZone(const WChar* url);
+VOSMERE_API LONG SecurityZone(const WChar* url);
 
 /// The platform's answer.
 ///
@@ -25,7 +25,7 @@ LONG SecurityZone(const WChar* url);
 /// loopback address is of the intranet, and so is a network path to such a host. All else is of the
 /// Internet. What others may take for another host (a bare number, percent signs, backslashes,
 /// letters beyond ASCII) is of the Internet too.
-LONG SystemSecurityZone(const WChar* url);
+VOSMERE_API LONG SystemSecurityZone(const WChar* url);
 
 /// Lets an embedding program that knows better answer instead; null restores the platform's. The
 /// check may be called on several threads at once, and must not throw. CTabUrlData (tab_url.h)
