@@ -36,8 +36,8 @@ class VOSMERE_API CWriteToolbarXML : public CWriteXML {
 /// Reads the layout of the toolbar bands. A root element other than "toolbars" loads, and gives
 /// none. Titles and class identifiers are cut to fit into a TBARBANDINFO, between characters.
 ///
-/// DetachData hands over a CTBarBandInfo*, now the caller's; null when there is none. It stays
-/// until it is detached or another document has been read.
+/// DetachData hands over a CTBarBandInfo*, now the caller's to delete; null when there is none. It
+/// stays until it is detached or another document has been read.
 ///
 /// Intended: whether a band is enabled and visible is recognised by how the attributes and their
 /// values begin, in any letter case, since people edit these files. All other names are compared

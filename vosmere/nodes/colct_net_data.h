@@ -8,7 +8,8 @@ namespace vosmere {
 /// Network side of a collection: owner, sharing, polling, synchronisation.
 class VOSMERE_API CColctNetData {
  public:
-  /// The shortest polling interval; shorter ones are stored as this.
+  /// The shortest polling interval, in the unit of the program that polls; shorter ones are stored
+  /// as this.
   static constexpr int kMinPollingInterval = 4;
 
   CColctNetData() = default;

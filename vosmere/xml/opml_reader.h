@@ -20,7 +20,8 @@ class VOSMERE_API CParseOPML : public CParseXML {
   /// Frees the tree unless it was detached.
   ~CParseOPML() override;
 
-  /// The root link (an RNode) of the tree, which is then the caller's; null when there is none.
+  /// The root link (an RNode) of the tree, which is then the caller's (DeleteTree frees it); null
+  /// when there is none.
   void* DetachData() override;
   /// `node` is the "opml" element.
   void ParseXMLTree(XmlNode node) override;
