@@ -45,7 +45,7 @@ fs::path TargetOf(const std::string& file) {
   };
   const fs::path path = PathOf(file);
   if (fs::exists(path) && !fs::is_regular_file(path)) refuse("is not a plain file");
-  const fs::path target = fs::weakly_canonical(path);
+  fs::path target = fs::weakly_canonical(path);
   if (fs::is_symlink(fs::symlink_status(target))) refuse("is a link to nothing");
   if (fs::exists(target) && !std::ofstream(target, std::ios::app)) refuse("cannot be written");
   return target;
