@@ -114,6 +114,7 @@ std::string Reason(LONG code) {
       {2, "there is no such file"},
       {3, "there is no such folder"},
       {5, "the file cannot be read"},
+      {222, "that is not a plain file"},
       {223, "a request has less than 4 GiB"},
       {1006, "the file has changed meanwhile"},
       {12002, "the server takes too long"},

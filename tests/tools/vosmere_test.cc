@@ -295,6 +295,14 @@ TEST(Tool, CopiesAFileOverItself) {
   EXPECT_EQ(ReadBytes(bench.file()), SavedOpml(Tree("root(a())")));
 }
 
+TEST(Tool, ANoteDoesNotReplaceItsDocument) {
+  const std::string document = Opml("<outline text=\"a\"/>");
+  const Bench bench(document);
+  const std::string in = Bench::Quoted(bench.file());
+  EXPECT_EQ(bench.Run({"note", in, "a", in}).exitCode, 2);
+  EXPECT_EQ(ReadBytes(bench.file()), document);
+}
+
 TEST(Tool, RefusesACopyThatWouldBreakAndLeavesTheTargetAlone) {
   const char* const outlines[] = {
       "<outline text=\"Q&amp;A\"/>",
