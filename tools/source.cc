@@ -19,9 +19,7 @@ std::string ReadOnce(const std::string& file) {
     bytes.append(piece, static_cast<std::size_t>(in.gcount()));
   }
   if (bytes.size() > kMostBytes)
-    throw Failure{kTrouble, Printable(file) +
-                                ": error: more than 256 MiB come from what is no "
-                                "plain file"};
+    throw Failure{kTrouble, Printable(file) + ": error: more than 256 MiB, and no plain file"};
   if (!in.eof()) throw Failure{kTrouble, Printable(file) + ": error: cannot be read"};
   return bytes;
 }
