@@ -69,7 +69,8 @@ void Create(Document* document) {
         CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER,
         kDocument2, reinterpret_cast<void**>(document->out()));
   if (FAILED(result))
-    Throw(DocumentFault::kParserUnavailable, result, "the system's XML DOM cannot be created");
+    Throw(DocumentFault::kParserUnavailable, result,
+          "the system's XML DOM cannot be created; has this thread initialised COM?");
   IXMLDOMDocument2& dom = *document->get();
   Check(dom.put_async(VARIANT_FALSE));
   Check(dom.put_preserveWhiteSpace(VARIANT_TRUE));
