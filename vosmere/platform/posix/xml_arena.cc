@@ -135,8 +135,11 @@ XmlNames::Entry*& XmlNames::Slot(std::uint64_t hash, const Key& key, std::string
 std::uint64_t XmlNames::Hash(const Key& key, std::string_view name) const {
   std::uint64_t hash = reinterpret_cast<std::uintptr_t>(this) ^ key.size;
   const auto mix = [&](std::uint64_t part) {
-    hash = (hash ^ part) * 0x9E3779B97F4A7C15u;
-    hash ^= hash >> 32;
+    hash ^= part;
+    for (int round = 0; round < 2; ++round) {  // one leaves the last characters out of low bits
+      hash *= 0x9E3779B97F4A7C15u;
+      hash ^= hash >> 32;
+    }
   };
   mix(key.begin);
   mix(key.end);
