@@ -65,15 +65,12 @@ void* XmlArena::Allocate(std::size_t size) {
 XmlRecord* XmlArena::NewElement(const XmlName* name, std::uint32_t attributeCount) {
   void* const memory =
       Allocate(sizeof(XmlRecord) + std::size_t{attributeCount} * sizeof(XmlAttributeRecord));
-  auto* const record = new (memory) XmlRecord{nullptr, nullptr, name, {0}};
-  record->attributeCount = attributeCount;
-  return record;
+  return new (memory) XmlRecord{nullptr, nullptr, name, {.attributeCount = attributeCount}};
 }
 
 XmlRecord* XmlArena::NewNode(const XmlName* name, XmlValue value) {
-  auto* const record = new (Allocate(sizeof(XmlRecord))) XmlRecord{nullptr, nullptr, name, {0}};
-  record->value = value;
-  return record;
+  void* const memory = Allocate(sizeof(XmlRecord));
+  return new (memory) XmlRecord{nullptr, nullptr, name, {.value = value}};
 }
 
 XmlValue XmlArena::NewValue(const char* utf8, std::size_t length) {
