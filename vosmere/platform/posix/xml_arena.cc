@@ -15,7 +15,8 @@ namespace vosmere::posix {
 namespace {
 
 constexpr std::size_t kFirstBlock = std::size_t{16} * 1024;
-constexpr std::size_t kLargestBlock = std::size_t{2} * 1024 * 1024;  // a huge page
+constexpr std::size_t kHugePage = std::size_t{2} * 1024 * 1024;
+constexpr std::size_t kLargestBlock = 4 * kHugePage;
 constexpr std::size_t kAlignment = alignof(XmlRecord);
 
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
@@ -25,9 +26,10 @@ constexpr std::size_t Aligned(std::size_t size) {
 }
 
 // Large blocks ask for huge pages: entering small ones one by one costs more than filling them.
+// Each has such a page's size lost before it, so the largest are several pages.
 char* NewBlock(std::size_t size) {
-  const bool large = size == kLargestBlock;
-  void* const block = large ? std::aligned_alloc(kLargestBlock, size) : std::malloc(size);
+  const bool large = size >= kHugePage;
+  void* const block = large ? std::aligned_alloc(kHugePage, size) : std::malloc(size);
   if (!block) throw std::bad_alloc();
   if (large) ::madvise(block, size, MADV_HUGEPAGE);  // a wish; small pages serve as well
   return static_cast<char*>(block);
