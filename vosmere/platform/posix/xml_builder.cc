@@ -25,8 +25,9 @@ const char* Chars(const xmlChar* text) {
 // The parser compares every pair of an element's attributes, and every prefix with the namespaces
 // in force, so their numbers must have a bound.
 constexpr int kMostAttributes = 2000;
-constexpr int kMostNamespaces = 1000;
-// Its table of names serves honest documents, and fills up ever more slowly.
+constexpr int kMostNamespaces = 250;
+// Its table of names serves honest documents, and fills up ever more slowly. The tree's has a name
+// for each type of node, and for each prefix that the parser keeps apart from it.
 constexpr int kMostNames = 50000;
 constexpr int kAttributeFields = 5;  // what the parser keeps, and hands out, for each attribute
 constexpr int kNamespaceFields = 2;
@@ -234,7 +235,8 @@ void Builder::Note(const xmlError* error) {
 int Builder::Read(char* bytes, int capacity) noexcept {
   // In the middle of a start tag this tells how many attributes the parser has seen so far.
   if (parser_->maxatts > kMostAttributes * kAttributeFields ||
-      parser_->nsNr > kMostNamespaces * kNamespaceFields || xmlDictSize(parser_->dict) > kMostNames)
+      parser_->nsNr > kMostNamespaces * kNamespaceFields ||
+      xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > std::size_t{3 * kMostNames})
     Stop(DocumentFault::kExpandsTooMuch);
   int got = -1;
   Guard([&] {
