@@ -9,7 +9,9 @@ using namespace vosmere::test;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view document(reinterpret_cast<const char*>(data), size);
-  const auto shown = ByTheFastPath(document);
-  if (shown && shown != ByTheParser(document)) std::abort();
+  for (const char* const encoding : {static_cast<const char*>(nullptr), "UTF-8"}) {
+    const auto shown = ByTheFastPath(document, encoding);
+    if (shown && shown != ByTheParser(document, encoding)) std::abort();
+  }
   return 0;
 }

@@ -42,18 +42,20 @@ inline std::string Shown(const posix::XmlTree& tree) {
 }
 
 /// Nothing for a document that is not plain.
-inline std::optional<std::string> ByTheFastPath(std::string_view document) {
+inline std::optional<std::string> ByTheFastPath(std::string_view document,
+                                                const char* encoding = nullptr) {
   posix::XmlTree tree;
-  if (!posix::BuildPlainXmlTree(tree, document)) return {};
+  if (!posix::BuildPlainXmlTree(tree, document, encoding)) return {};
   return Shown(tree);
 }
 
 /// Nothing for a document that does not load.
-inline std::optional<std::string> ByTheParser(std::string_view document) {
+inline std::optional<std::string> ByTheParser(std::string_view document,
+                                              const char* encoding = nullptr) {
   posix::XmlTree tree;
   posix::MemorySource source(document);
   try {
-    BuildXmlTree(tree, source, nullptr);
+    BuildXmlTree(tree, source, encoding);
   } catch (const DocumentFailure&) {
     return {};
   }

@@ -55,8 +55,10 @@ TEST(PlainXml, StaysSoWhateverHappensToADocument) {
 }
 
 TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
-  std::string nested, attributes;
+  const std::string megabyte(1024 * 1024, ' ');
+  std::string nested, attributes, instructions;
   for (int i = 0; i < 1100; ++i) nested += "<a>";
+  for (int i = 0; i < 6000; ++i) instructions += "<?name" + std::to_string(i) + "?>";
   for (int i = 0; i < 1100; ++i) attributes += " a" + std::to_string(i) + "=''";
   for (const std::string& document : {""s,
                                       " "s,
@@ -105,8 +107,26 @@ TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
                                       "<?xml version='1.0' standalone='no' encoding='UTF-8'?><a/>"s,
                                       nested,
                                       "<a" + attributes + "/>",
-                                      "<a" + std::string(1000, 'b') + "/>"})
+                                      "<a>" + instructions + "</a>",
+                                      "<a" + std::string(1000, 'b') + "/>",
+                                      "<a><b xmlns='" + std::string(2000, 'b') + "'/></a>",
+                                      megabyte + "<a/>",
+                                      "<a" + megabyte + "/>"})
     EXPECT_FALSE(ByTheFastPath(document)) << document.substr(0, 100);
+}
+
+TEST(PlainXml, HasNoMarkWhereTheEncodingIsKnown) {
+  EXPECT_FALSE(ByTheFastPath("\xEF\xBB\xBF<a/>", "UTF-8"));
+  EXPECT_FALSE(ByTheParser("\xEF\xBB\xBF<a/>", "UTF-8"));
+}
+
+TEST(ParsedXml, HasABoundForPrefixesToo) {
+  std::string elements, namespaces;
+  for (int i = 0; i < 160000; ++i)
+    elements += "<p" + std::to_string(i / 400) + ":n" + std::to_string(i % 400) + "/>";
+  for (int i = 0; i < 500; ++i) namespaces += " xmlns:p" + std::to_string(i) + "='urn:p'";
+  EXPECT_FALSE(ByTheParser("<a>" + elements + "</a>"));
+  EXPECT_FALSE(ByTheParser("<a" + namespaces + ">" + std::string(5000, ' ') + "</a>"));
 }
 
 }  // namespace

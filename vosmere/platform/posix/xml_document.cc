@@ -63,7 +63,7 @@ std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
 std::unique_ptr<XmlTree> LoadTree(std::optional<std::string_view> whole, posix::XmlSource& source,
                                   const char* encoding) {
   auto tree = std::make_unique<XmlTree>();
-  if (whole && BuildPlainXmlTree(*tree, *whole)) return tree;
+  if (whole && BuildPlainXmlTree(*tree, *whole, encoding)) return tree;
   tree = std::make_unique<XmlTree>();
   BuildXmlTree(*tree, source, encoding);
   return tree;

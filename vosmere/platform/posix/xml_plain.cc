@@ -15,6 +15,10 @@ constexpr std::size_t kMostNames = 5000;
 constexpr std::size_t kLongestName = 256;
 constexpr std::size_t kMostAttributes = 100;
 constexpr std::size_t kMostNamespaces = 100;
+constexpr std::size_t kLongestAddress = 1000;  // of a namespace
+// The parser bounds what comes before the root element's content, and all of a huge document.
+constexpr std::size_t kLongestBeginning = std::size_t{1024} * 1024;
+constexpr std::size_t kLongestDocument = std::size_t{64} * 1024 * 1024;
 
 constexpr std::string_view kXmlns = "xmlns";
 
@@ -35,9 +39,10 @@ struct Name {
   std::string_view local;
 };
 
-/// Whether a namespace is declared that the parser may have its own rules for.
+/// Whether a namespace is declared that the parser may have its own rules for. It keeps addresses
+/// as it keeps names.
 bool IsReserved(const Name& name, std::string_view address) {
-  return address.empty() || address.find('&') != address.npos ||
+  return address.empty() || address.size() > kLongestAddress || address.find('&') != address.npos ||
          address.find("w3.org/XML/1998/namespace") != address.npos ||
          address.find("w3.org/2000/xmlns") != address.npos ||
          (!name.prefix.empty() && name.local.substr(0, 3) == "xml");
@@ -47,11 +52,12 @@ bool IsReserved(const Name& name, std::string_view address) {
 class Parser {
  public:
   Parser(XmlTree& tree, std::string_view document)
-      : tree_(tree), left_(document), text_(Intern(kXmlTextName, kXmlText)) {}
+      : tree_(tree), whole_(document), left_(document), text_(Intern(kXmlTextName, kXmlText)) {}
 
-  bool Parse() {
-    Skip("\xEF\xBB\xBF");
-    if (left_.substr(0, 5) == "<?xml" && !TakeDeclaration()) return false;
+  bool Parse(const char* encoding) {
+    if (whole_.size() > kLongestDocument) return false;
+    if (!encoding) Skip("\xEF\xBB\xBF");  // where the encoding is known, this is no mark
+    if (Skip("<?xml") && !TakeDeclaration()) return false;
     while (!left_.empty())
       if (!(left_[0] == '<' ? TakeMarkup() : TakeText())) return false;
     return tree_.arena.root && open_.empty();
@@ -127,6 +133,7 @@ class Parser {
   void Link(XmlRecord* record);
 
   XmlTree& tree_;
+  const std::string_view whole_;
   std::string_view left_;
   const XmlName* const text_;
   std::vector<Open> open_;
@@ -144,7 +151,7 @@ bool Parser::TakeDeclaration() {
     return Skip(name) && SkipEquals() && TakeQuoted(&value);
   };
   const auto isUtf8 = [&] { return value == "UTF-8" || value == "utf-8"; };
-  if (!Skip("<?xml") || !SkipBlanks() || !take("version") || value != "1.0") return false;
+  if (!SkipBlanks() || !take("version") || value != "1.0") return false;
   bool blank = SkipBlanks();
   if (blank && left_.substr(0, 1) == "e") {
     if (!take("encoding") || !isUtf8()) return false;
@@ -159,6 +166,7 @@ bool Parser::TakeDeclaration() {
 
 bool Parser::TakeMarkup() {
   if (Skip("</")) return TakeEndTag();
+  if (tree_.names.size() > kMostNames) return false;
   if (Skip("<!--")) return TakeComment();
   if (Skip("<![CDATA[")) return TakeCData();
   if (Skip("<?")) return TakeInstruction();
@@ -196,7 +204,7 @@ bool Parser::TakeInstruction() {
 
 bool Parser::TakeStartTag() {
   if (open_.empty() && tree_.arena.root) return false;
-  if (open_.size() >= kMaxXmlDepth || tree_.names.size() > kMostNames) return false;
+  if (open_.size() >= kMaxXmlDepth) return false;
   Name name;
   if (!TakeName(&name) || name.prefix == kXmlns) return false;
   namespaces_.clear();
@@ -207,6 +215,7 @@ bool Parser::TakeStartTag() {
     if (!TakeAttribute()) return false;
   const bool isEmpty = Skip("/>");
   if (!isEmpty && !Skip(">")) return false;
+  if (!tree_.arena.root && whole_.size() - left_.size() > kLongestBeginning) return false;
 
   const std::size_t count = namespaces_.size() + attributes_.size();
   XmlRecord* const element =
@@ -265,8 +274,8 @@ void Parser::Link(XmlRecord* record) {
 
 }  // namespace
 
-bool BuildPlainXmlTree(XmlTree& tree, std::string_view document) {
-  return Parser(tree, document).Parse();
+bool BuildPlainXmlTree(XmlTree& tree, std::string_view document, const char* encoding) {
+  return Parser(tree, document).Parse(encoding);
 }
 
 }  // namespace vosmere::posix
