@@ -29,6 +29,7 @@ constexpr int kMostNamespaces = 250;
 // Its table of names serves honest documents, and fills up ever more slowly. The tree's has a name
 // for each type of node, and for each prefix that the parser keeps apart from it.
 constexpr int kMostNames = 50000;
+constexpr std::size_t kMostTreeNames = std::size_t{3} * kMostNames;
 constexpr int kAttributeFields = 5;  // what the parser keeps, and hands out, for each attribute
 constexpr int kNamespaceFields = 2;
 
@@ -236,7 +237,7 @@ int Builder::Read(char* bytes, int capacity) noexcept {
   // In the middle of a start tag this tells how many attributes the parser has seen so far.
   if (parser_->maxatts > kMostAttributes * kAttributeFields ||
       parser_->nsNr > kMostNamespaces * kNamespaceFields ||
-      xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > std::size_t{3 * kMostNames})
+      xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > kMostTreeNames)
     Stop(DocumentFault::kExpandsTooMuch);
   int got = -1;
   Guard([&] {
