@@ -20,12 +20,12 @@ const std::string kRich =
     "</r>\n<!-- behind -->\n";
 
 TEST(PlainXml, IsWhatTheParserMakesOfIt) {
-  const std::string longText(1000, 'x');
+  const std::string longText(3'000'001, 'x');
   for (const std::string& document :
-       {kRich, "<a/>"s, "<a b='" + longText + "'>" + longText + "</a>", "<xml:a xml:lang='en'/>"s,
-        "<a u:b='undeclared'/>"s, "<a>\r\r\n\n\t</a>"s}) {
+       {kRich, "<a/>"s, "<r><a b='" + longText + "'>" + longText + "</a></r>",
+        "<xml:a xml:lang='en'/>"s, "<a u:b='undeclared'/>"s, "<a>\r\r\n\n\t</a>"s}) {
     const auto shown = ByTheFastPath(document);
-    EXPECT_TRUE(shown) << document;
+    EXPECT_TRUE(shown) << document.substr(0, 100);
     EXPECT_EQ(shown, ByTheParser(document)) << document;
   }
 }

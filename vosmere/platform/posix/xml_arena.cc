@@ -29,7 +29,8 @@ constexpr std::size_t Aligned(std::size_t size) {
 // Each has such a page's size lost before it, so the largest are several pages.
 char* NewBlock(std::size_t size) {
   const bool large = size >= kHugePage;
-  void* const block = large ? std::aligned_alloc(kHugePage, size) : std::malloc(size);
+  void* block = large ? nullptr : std::malloc(size);
+  if (large && ::posix_memalign(&block, kHugePage, size) != 0) block = nullptr;
   if (!block) throw std::bad_alloc();
   if (large) ::madvise(block, size, MADV_HUGEPAGE);  // a wish; small pages serve as well
   return static_cast<char*>(block);
