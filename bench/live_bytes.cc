@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cerrno>
 
 // The allocator's own names, behind the ones that are replaced here.
 extern "C" {
@@ -47,6 +48,11 @@ void* calloc(std::size_t count, std::size_t size) {
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
   return Counted(__libc_memalign(alignment, size));
+}
+
+int posix_memalign(void** block, std::size_t alignment, std::size_t size) {
+  *block = Counted(__libc_memalign(alignment, size));
+  return *block ? 0 : ENOMEM;
 }
 
 void* realloc(void* block, std::size_t size) {
