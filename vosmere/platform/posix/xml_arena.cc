@@ -152,4 +152,14 @@ void XmlNames::Grow() {
   for (Entry& entry : names_) Slot(entry.hash, entry.key, entry.bytes, entry.name.type) = &entry;
 }
 
+void XmlGrowth::Add(XmlRecord* node) {
+  if (open_.empty()) {
+    tree_.arena.root = node;
+    return;
+  }
+  Parent& parent = open_.back();
+  (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = node;
+  parent.lastChild = node;
+}
+
 }  // namespace vosmere::posix

@@ -140,4 +140,27 @@ struct XmlTree {
   XmlNames names{arena};
 };
 
+/// Links the nodes of a tree as they come, in document order. Throws std::bad_alloc.
+class XmlGrowth {
+ public:
+  explicit XmlGrowth(XmlTree& tree) : tree_(tree) {}
+
+  /// How many elements are open.
+  std::size_t depth() const { return open_.size(); }
+  /// Below the innermost open element; the first node is the root.
+  void Add(XmlRecord* node);
+  /// What comes next stands in `element`, which was added last.
+  void Open(XmlRecord* element) { open_.push_back({element, nullptr}); }
+  void Close() { open_.pop_back(); }
+
+ private:
+  struct Parent {
+    XmlRecord* element;
+    XmlRecord* lastChild;
+  };
+
+  XmlTree& tree_;
+  std::vector<Parent> open_;
+};
+
 }  // namespace vosmere::posix

@@ -56,11 +56,6 @@ class Builder {
   void Parse(const char* encoding);
 
  private:
-  struct Open {
-    XmlRecord* element;
-    XmlRecord* lastChild;
-  };
-
   static Builder& Self(void* builder) { return *static_cast<Builder*>(builder); }
   static xmlSAXHandler Handlers();
 
@@ -90,14 +85,13 @@ class Builder {
   void AddText(const xmlChar* text, int length);
   void AddLeaf(const XmlName* name, const xmlChar* text);
   void FlushText();
-  void Link(XmlRecord* record);
   void Note(const xmlError* error);
 
   XmlTree& tree_;
   XmlSource& source_;
   xmlParserCtxt* parser_ = nullptr;
   XmlEntityBudget budget_;
-  std::vector<Open> open_;
+  XmlGrowth growth_{tree_};
   std::string text_;
   std::string name_;
   std::size_t bytesRead_ = 0;
@@ -192,8 +186,9 @@ xmlSAXHandler Builder::Handlers() {
     Self(self).Guard([=] {
       Builder& builder = Self(self);
       builder.FlushText();
-      builder.Link(builder.tree_.arena.NewNode(builder.tree_.names.Intern(kXmlCDataName, kXmlCData),
-                                               builder.tree_.arena.NewValue(Chars(text), length)));
+      builder.growth_.Add(
+          builder.tree_.arena.NewNode(builder.tree_.names.Intern(kXmlCDataName, kXmlCData),
+                                      builder.tree_.arena.NewValue(Chars(text), length)));
     });
   };
   sax.comment = [](void* self, const xmlChar* text) {
@@ -268,7 +263,7 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
                            const xmlChar** namespaces, int attributeCount, int defaultedCount,
                            const xmlChar** attributes) {
   FlushText();
-  if (open_.size() >= kMaxXmlDepth) return Stop(DocumentFault::kTooDeep);
+  if (growth_.depth() >= kMaxXmlDepth) return Stop(DocumentFault::kTooDeep);
   parser_->options |= XML_PARSE_HUGE;
   XmlArena& arena = tree_.arena;
   XmlRecord* const element =
@@ -288,8 +283,8 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
     if (i >= attributeCount - defaultedCount) defaulted += length + sizeof(XmlAttributeRecord);
   }
   if (defaulted > 0) Check(budget_.Spend(defaulted, bytesRead_));
-  Link(element);
-  open_.push_back({element, nullptr});
+  growth_.Add(element);
+  growth_.Open(element);
 }
 
 const XmlName* Builder::Intern(const xmlChar* prefix, const xmlChar* local, int type) {
@@ -300,7 +295,7 @@ const XmlName* Builder::Intern(const xmlChar* prefix, const xmlChar* local, int 
 
 void Builder::EndElement() {
   FlushText();
-  open_.pop_back();
+  growth_.Close();
 }
 
 // The parser reports one text in several pieces.
@@ -310,26 +305,16 @@ void Builder::AddText(const xmlChar* text, int length) {
 
 void Builder::AddLeaf(const XmlName* name, const xmlChar* text) {
   FlushText();
-  if (open_.empty()) return;  // before or behind the root element
+  if (growth_.depth() == 0) return;  // before or behind the root element
   const char* const utf8 = text ? Chars(text) : "";
-  Link(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
+  growth_.Add(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
 }
 
 void Builder::FlushText() {
   if (text_.empty()) return;
-  Link(tree_.arena.NewNode(tree_.names.Intern(kXmlTextName, kXmlText),
-                           tree_.arena.NewValue(text_.data(), text_.size())));
+  growth_.Add(tree_.arena.NewNode(tree_.names.Intern(kXmlTextName, kXmlText),
+                                  tree_.arena.NewValue(text_.data(), text_.size())));
   text_.clear();
-}
-
-void Builder::Link(XmlRecord* record) {
-  if (open_.empty()) {
-    tree_.arena.root = record;
-    return;
-  }
-  Open& parent = open_.back();
-  (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = record;
-  parent.lastChild = record;
 }
 
 }  // namespace

@@ -64,12 +64,6 @@ class Parser {
   }
 
  private:
-  struct Open {
-    XmlRecord* element;
-    XmlRecord* lastChild;
-    std::string_view name;
-  };
-
   // The document's text, from where the parser stands.
 
   bool Skip(std::string_view text) {
@@ -130,13 +124,13 @@ class Parser {
 
   XmlName* Intern(std::string_view name, int type) { return tree_.names.Intern(name, type); }
   bool AddLeaf(const XmlName* name, std::string_view piece, PlainValue kind);
-  void Link(XmlRecord* record);
 
   XmlTree& tree_;
   const std::string_view whole_;
   std::string_view left_;
   const XmlName* const text_;
-  std::vector<Open> open_;
+  XmlGrowth growth_{tree_};
+  std::vector<std::string_view> open_;  // the elements' names
 
   // Of the start tag that is being read.
   std::vector<XmlAttributeRecord> namespaces_, attributes_;
@@ -223,8 +217,11 @@ bool Parser::TakeStartTag() {
   auto* const records = const_cast<XmlAttributeRecord*>(element->attributes());
   std::copy(attributes_.begin(), attributes_.end(),
             std::copy(namespaces_.begin(), namespaces_.end(), records));
-  Link(element);
-  if (!isEmpty) open_.push_back({element, nullptr, name.whole});
+  growth_.Add(element);
+  if (!isEmpty) {
+    growth_.Open(element);
+    open_.push_back(name.whole);
+  }
   return true;
 }
 
@@ -249,27 +246,18 @@ bool Parser::TakeAttribute() {
 }
 
 bool Parser::TakeEndTag() {
-  if (open_.empty() || !Skip(open_.back().name)) return false;
+  if (open_.empty() || !Skip(open_.back())) return false;
   SkipBlanks();
   open_.pop_back();
+  growth_.Close();
   return Skip(">");
 }
 
 bool Parser::AddLeaf(const XmlName* name, std::string_view piece, PlainValue kind) {
   XmlValue value;
   if (!ReadPlainValue(tree_.arena, piece, kind, &value)) return false;
-  if (!open_.empty()) Link(tree_.arena.NewNode(name, value));
+  if (!open_.empty()) growth_.Add(tree_.arena.NewNode(name, value));
   return true;
-}
-
-void Parser::Link(XmlRecord* record) {
-  if (open_.empty()) {
-    tree_.arena.root = record;
-    return;
-  }
-  Open& parent = open_.back();
-  (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = record;
-  parent.lastChild = record;
 }
 
 }  // namespace
