@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "vosmere/base/system_string.h"
 #include "vosmere/platform/code_page.h"
-#include "vosmere/platform/system_string.h"
 #include "vosmere/text/md5_digest.h"
 #include "vosmere/text/unicode_tool.h"
 

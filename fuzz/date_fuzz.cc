@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "vosmere/platform/system_string.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/text/date_reader.h"
 #include "vosmere/text/kq_time.h"
 

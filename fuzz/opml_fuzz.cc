@@ -2,9 +2,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "vosmere/base/system_string.h"
 #include "vosmere/nodes/tree_link.h"
 #include "vosmere/nodes/tree_tool.h"
-#include "vosmere/platform/system_string.h"
 #include "vosmere/xml/opml_reader.h"
 #include "vosmere/xml/opml_writer.h"
 

@@ -4,7 +4,7 @@
 #include "tools/findings.h"
 #include "tools/kind.h"
 #include "tools/vocabulary.h"
-#include "vosmere/xml/document_error.h"
+#include "vosmere/base/document_error.h"
 
 namespace vosmere::tool {
 

@@ -8,8 +8,8 @@
 #include "tools/failure.h"
 #include "tools/findings.h"
 #include "tools/kind.h"
+#include "vosmere/base/document_error.h"
 #include "vosmere/cpp.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere::tool {
 

@@ -10,13 +10,13 @@
 #include <vector>
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/favorites/favorite.h"
 #include "vosmere/nodes/colct_item.h"
 #include "vosmere/nodes/colct_node.h"
 #include "vosmere/nodes/folder_node.h"
 #include "vosmere/nodes/tree_tool.h"
 #include "vosmere/nodes/url_node.h"
-#include "vosmere/platform/system_string.h"
 
 namespace vosmere {
 

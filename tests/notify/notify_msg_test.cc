@@ -6,7 +6,7 @@
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/wide.h"
-#include "vosmere/notify/vsm_global.h"
+#include "vosmere/base/shared_texts.h"
 
 namespace vosmere::test {
 namespace {

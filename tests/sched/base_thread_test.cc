@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "tests/support/failing_memory.h"
-#include "vosmere/sched/synch.h"
+#include "vosmere/base/lock.h"
 
 namespace vosmere::test {
 namespace {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/support/wide.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/docs/colct_item_ids.h"
 #include "vosmere/docs/colct_list.h"
 #include "vosmere/docs/colct_profile.h"
@@ -14,7 +15,6 @@
 #include "vosmere/docs/search_engines.h"
 #include "vosmere/docs/tags.h"
 #include "vosmere/docs/toolbars.h"
-#include "vosmere/platform/system_string.h"
 
 namespace vosmere::test {
 

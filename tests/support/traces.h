@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "vosmere/base/trace.h"
+#include "vosmere/platform/trace.h"
 
 namespace vosmere::test {
 

@@ -14,8 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "vosmere/base/system_string.h"
 #include "vosmere/base/types.h"
-#include "vosmere/platform/system_string.h"
 
 namespace vosmere::test {
 

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "tests/support/wide.h"
+#include "vosmere/base/document_error.h"
 #include "vosmere/platform/posix/xml_builder.h"
 #include "vosmere/platform/posix/xml_plain.h"
 #include "vosmere/platform/xml_node.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere::test {
 

@@ -6,7 +6,7 @@
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/wide.h"
-#include "vosmere/base/trace.h"
+#include "vosmere/platform/trace.h"
 
 namespace vosmere::test {
 namespace {

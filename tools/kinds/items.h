@@ -9,9 +9,9 @@
 #include "tools/kind.h"
 #include "tools/record.h"
 #include "tools/text.h"
+#include "vosmere/base/list.h"
 #include "vosmere/cpp.h"
 #include "vosmere/nodes/base_node.h"
-#include "vosmere/nodes/list.h"
 
 namespace vosmere::tool {
 

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/system_string.h"
 
 namespace vosmere {
 

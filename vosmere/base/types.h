@@ -10,7 +10,7 @@ namespace vosmere {
 using WChar = unsigned short;
 
 /// A system string: zero-terminated UTF-16 whose length in bytes stands in the four bytes before
-/// the first unit. Made and freed by the functions of platform/system_string.h.
+/// the first unit. Made and freed by the functions of base/system_string.h.
 using BSTR = WChar*;
 
 using LONG = std::int32_t;

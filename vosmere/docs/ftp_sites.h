@@ -1,8 +1,8 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/list.h"
 #include "vosmere/net/ftp_site.h"
-#include "vosmere/nodes/list.h"
 #include "vosmere/xml/item_chain.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"

@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <memory>
 
+#include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/system_string.h"
 
 namespace vosmere {
 

@@ -7,7 +7,6 @@
 #include <new>
 
 #include "vosmere/base/no_memory.h"
-#include "vosmere/base/trace.h"
 #include "vosmere/base/wide_literal.h"
 #include "vosmere/net/exchange.h"
 #include "vosmere/net/join.h"
@@ -15,6 +14,7 @@
 #include "vosmere/net/upload_body.h"
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/file.h"
+#include "vosmere/platform/trace.h"
 #include "vosmere/text/base_tool.h"
 
 namespace vosmere {

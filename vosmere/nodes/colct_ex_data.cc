@@ -1,6 +1,6 @@
 #include "vosmere/nodes/colct_ex_data.h"
 
-#include "vosmere/nodes/list.h"
+#include "vosmere/base/list.h"
 
 namespace vosmere {
 

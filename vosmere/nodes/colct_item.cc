@@ -3,8 +3,8 @@
 #include <new>
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/list.h"
 #include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/list.h"
 
 namespace vosmere {
 

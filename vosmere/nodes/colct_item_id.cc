@@ -1,9 +1,9 @@
 #include "vosmere/nodes/colct_item_id.h"
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/list.h"
 #include "vosmere/nodes/colct_item.h"
 #include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/list.h"
 #include "vosmere/nodes/tree_link.h"
 
 namespace vosmere {

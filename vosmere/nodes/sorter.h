@@ -2,8 +2,8 @@
 #pragma once
 
 #include "vosmere/base/chain_sort.h"
+#include "vosmere/base/list.h"
 #include "vosmere/nodes/compare.h"
-#include "vosmere/nodes/list.h"
 
 namespace vosmere {
 

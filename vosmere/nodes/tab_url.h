@@ -1,9 +1,9 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/lock.h"
 #include "vosmere/base/owned_text.h"
-#include "vosmere/platform/zone.h"
-#include "vosmere/sched/synch.h"
+#include "vosmere/platform/security_zone.h"
 
 namespace vosmere {
 
@@ -29,7 +29,7 @@ class VOSMERE_API CTabUrlItem {
   /// May be null.
   WChar* GetUrl() const { return url_.get(); }
 
-  /// Security zone (platform/zone.h).
+  /// Security zone (platform/security_zone.h).
   void SetZone(LONG zone) { zone_ = zone; }
   LONG GetZone() const { return zone_; }
 
@@ -52,7 +52,8 @@ class VOSMERE_API CTabUrlItem {
 /// zone: for showing the page's zone, and for telling when a frame is less trusted than the page.
 ///
 /// May be used from several threads: every public operation holds the object's own lock. The
-/// security-zone check (platform/zone.h) is asked under that lock, once for each new address.
+/// security-zone check (platform/security_zone.h) is asked under that lock, once for each new
+/// address.
 class VOSMERE_API CTabUrlData : public CKQSynch {
  public:
   CTabUrlData() = default;

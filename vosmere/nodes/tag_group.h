@@ -1,8 +1,8 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/list.h"
 #include "vosmere/base/owned_text.h"
-#include "vosmere/nodes/list.h"
 #include "vosmere/nodes/tag_item.h"
 
 namespace vosmere {

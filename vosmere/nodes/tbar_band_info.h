@@ -1,9 +1,9 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/list.h"
+#include "vosmere/base/lock.h"
 #include "vosmere/base/types.h"
-#include "vosmere/nodes/list.h"
-#include "vosmere/sched/synch.h"
 
 namespace vosmere {
 

@@ -1,12 +1,12 @@
 #include "vosmere/nodes/tree_tool.h"
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/nodes/folder_node.h"
 #include "vosmere/nodes/sort_node.h"
 #include "vosmere/nodes/tree_walk.h"
 #include "vosmere/nodes/url_node.h"
-#include "vosmere/platform/system_string.h"
 #include "vosmere/platform/uuid.h"
 
 namespace vosmere {

@@ -1,7 +1,7 @@
 #include <mutex>
 
 #include "vosmere/platform/clock.h"
-#include "vosmere/platform/runtime_zone.h"
+#include "vosmere/platform/time_zone.h"
 
 namespace vosmere {
 namespace {

@@ -1,8 +1,8 @@
 // Loading an XML document by the platform's parser, within the bounds that xml/read_xml.h promises.
 #pragma once
 
+#include "vosmere/base/document_error.h"
 #include "vosmere/platform/xml_node.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere {
 

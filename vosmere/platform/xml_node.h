@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/system_string.h"
 
 namespace vosmere {
 
@@ -51,7 +51,7 @@ class XmlText {
 };
 
 /// A cheap handle on a node of a loaded document, valid while the document is. Copies name the same
-/// node. An operation throws DocumentFailure (xml/document_error.h) when the platform refuses it.
+/// node. An operation throws DocumentFailure (base/document_error.h) when the platform refuses it.
 class VOSMERE_API XmlNode {
  public:
   XmlNode() = default;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "vosmere/base/export.h"
-#include "vosmere/sched/synch.h"
+#include "vosmere/base/lock.h"
 
 namespace vosmere {
 

@@ -5,9 +5,9 @@
 #include <limits>
 #include <stop_token>
 
-#include "vosmere/base/trace.h"
 #include "vosmere/platform/clock.h"
 #include "vosmere/platform/signals.h"
+#include "vosmere/platform/trace.h"
 #include "vosmere/sched/event_queue.h"
 #include "vosmere/sched/time_event.h"
 

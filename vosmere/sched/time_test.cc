@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "vosmere/base/trace.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/platform/clock.h"
-#include "vosmere/platform/system_string.h"
+#include "vosmere/platform/trace.h"
 #include "vosmere/text/date_names.h"
 
 namespace vosmere {

@@ -5,10 +5,10 @@
 #include <memory>
 #include <new>
 
-#include "vosmere/base/trace.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"
-#include "vosmere/platform/system_string.h"
+#include "vosmere/platform/trace.h"
 
 namespace vosmere {
 namespace {

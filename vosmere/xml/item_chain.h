@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "vosmere/base/chain.h"
-#include "vosmere/nodes/list.h"
+#include "vosmere/base/list.h"
 #include "vosmere/platform/xml_node.h"
 
 namespace vosmere {

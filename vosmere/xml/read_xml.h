@@ -1,8 +1,8 @@
 #pragma once
 
+#include "vosmere/base/document_error.h"
 #include "vosmere/base/export.h"
 #include "vosmere/platform/xml_node.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere {
 

@@ -18,9 +18,9 @@
 #include <type_traits>
 
 #include "vosmere/base/export.h"
-#include "vosmere/base/trace.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
+#include "vosmere/platform/trace.h"
 #include "vosmere/platform/xml_node.h"
 
 namespace vosmere {

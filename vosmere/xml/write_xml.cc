@@ -9,10 +9,10 @@
 #include <new>
 #include <string>
 
-#include "vosmere/base/trace.h"
+#include "vosmere/base/system_string.h"
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/file.h"
-#include "vosmere/platform/system_string.h"
+#include "vosmere/platform/trace.h"
 #include "vosmere/text/unicode_tool.h"
 #include "vosmere/xml/escape.h"
 

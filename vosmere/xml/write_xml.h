@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "vosmere/base/document_error.h"
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/text/chunk_buffer.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere {
 

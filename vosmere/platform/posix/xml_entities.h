@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <unordered_map>
 
-#include "vosmere/xml/document_error.h"
+#include "vosmere/base/document_error.h"
 
 namespace vosmere::posix {
 

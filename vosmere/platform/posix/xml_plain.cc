@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "vosmere/base/document_error.h"
 #include "vosmere/platform/posix/xml_plain_value.h"
 #include "vosmere/platform/xml_node.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere::posix {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "vosmere/xml/document_error.h"
+#include "vosmere/base/document_error.h"
 
 namespace vosmere::win32 {
 

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
+#include "vosmere/base/document_error.h"
 #include "vosmere/base/types.h"
-#include "vosmere/xml/document_error.h"
 
 namespace vosmere::win32 {
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/system_string.h"
+#include "vosmere/base/system_string.h"
 
 #include <gtest/gtest.h>
 

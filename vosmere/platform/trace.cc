@@ -1,4 +1,4 @@
-#include "vosmere/base/trace.h"
+#include "vosmere/platform/trace.h"
 
 #include <atomic>
 #include <cstdarg>

@@ -1,4 +1,4 @@
-#include "vosmere/platform/runtime_zone.h"
+#include "vosmere/platform/time_zone.h"
 
 namespace vosmere::runtime_zone {
 

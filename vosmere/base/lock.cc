@@ -1,4 +1,4 @@
-#include "vosmere/sched/synch.h"
+#include "vosmere/base/lock.h"
 
 namespace vosmere {
 

@@ -1,4 +1,4 @@
-#include "vosmere/base/trace.h"
+#include "vosmere/platform/trace.h"
 
 #include <gtest/gtest.h>
 

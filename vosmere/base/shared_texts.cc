@@ -1,4 +1,4 @@
-#include "vosmere/notify/vsm_global.h"
+#include "vosmere/base/shared_texts.h"
 
 #include "vosmere/base/wide_literal.h"
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/zone.h"
+#include "vosmere/platform/security_zone.h"
 
 #include <atomic>
 
