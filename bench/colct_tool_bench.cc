@@ -7,8 +7,8 @@
 
 #include "bench/document_bench.h"
 #include "vosmere/base/chain.h"
+#include "vosmere/collections/colct_tool.h"
 #include "vosmere/cpp.h"
-#include "vosmere/nodes/colct_tool.h"
 
 namespace vosmere::bench {
 namespace {

@@ -2,10 +2,10 @@
 // beside libxml2.
 #include "bench/stored_document.h"
 #include "vosmere/base/chain.h"
-#include "vosmere/docs/colct_item_ids.h"
-#include "vosmere/docs/colct_list.h"
-#include "vosmere/docs/colct_profile.h"
-#include "vosmere/docs/notification.h"
+#include "vosmere/collections/colct_item_ids_document.h"
+#include "vosmere/collections/colct_list_document.h"
+#include "vosmere/collections/colct_profile_document.h"
+#include "vosmere/notify/notification_document.h"
 
 namespace vosmere::bench {
 namespace {

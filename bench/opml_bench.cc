@@ -5,10 +5,10 @@
 #include "bench/document_bench.h"
 #include "bench/opml_peers.h"
 #include "bench/sample_tree.h"
-#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
 #include "vosmere/platform/xml_document.h"
-#include "vosmere/xml/opml_reader.h"
-#include "vosmere/xml/opml_writer.h"
+#include "vosmere/tree/tree_tool.h"
 
 namespace vosmere::bench {
 namespace {

@@ -9,8 +9,8 @@
 #include "bench/peer_items.h"
 #include "bench/peer_writer.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/folder_node.h"
+#include "vosmere/collections/colct_node.h"
+#include "vosmere/tree/folder_node.h"
 #include "vosmere/xml/namespaces.h"
 
 namespace vosmere::bench {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "vosmere/nodes/tree_link.h"
+#include "vosmere/tree/tree_link.h"
 
 namespace vosmere::bench {
 

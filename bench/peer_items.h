@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "vosmere/nodes/base_node.h"
-#include "vosmere/nodes/tree_tool.h"
 #include "vosmere/platform/posix/utf8.h"
+#include "vosmere/tree/base_node.h"
+#include "vosmere/tree/tree_tool.h"
 
 namespace vosmere::bench {
 

@@ -6,10 +6,10 @@
 #include "bench/document_bench.h"
 #include "bench/rss_peers.h"
 #include "bench/sample_tree.h"
-#include "vosmere/nodes/tree_tool.h"
-#include "vosmere/xml/opml_writer.h"
-#include "vosmere/xml/rss_reader.h"
-#include "vosmere/xml/rss_writer.h"
+#include "vosmere/collections/opml_writer.h"
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
+#include "vosmere/tree/tree_tool.h"
 
 namespace vosmere::bench {
 namespace {

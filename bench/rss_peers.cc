@@ -6,8 +6,8 @@
 
 #include "bench/peer_dom.h"
 #include "bench/peer_items.h"
-#include "vosmere/nodes/folder_node.h"
-#include "vosmere/xml/rss_words.h"
+#include "vosmere/collections/internal/rss_words.h"
+#include "vosmere/tree/folder_node.h"
 
 namespace vosmere::bench {
 namespace {

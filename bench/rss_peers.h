@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "vosmere/nodes/colct_node.h"
+#include "vosmere/collections/colct_node.h"
 
 namespace vosmere::bench {
 

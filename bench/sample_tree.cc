@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/folder_node.h"
-#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/collections/colct_node.h"
 #include "vosmere/platform/posix/utf8.h"
+#include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/tree_tool.h"
 
 namespace vosmere::bench {
 namespace {

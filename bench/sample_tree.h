@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-#include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/tree_link.h"
+#include "vosmere/collections/colct_node.h"
+#include "vosmere/tree/tree_link.h"
 
 namespace vosmere::bench {
 

@@ -1,10 +1,10 @@
 // Loading and saving the stored documents of what the user has set up, beside libxml2.
 #include "bench/stored_document.h"
 #include "vosmere/base/owned_text.h"
-#include "vosmere/docs/ftp_sites.h"
-#include "vosmere/docs/search_engines.h"
-#include "vosmere/docs/tags.h"
-#include "vosmere/docs/toolbars.h"
+#include "vosmere/engines/search_engines_document.h"
+#include "vosmere/ftp/ftp_sites_document.h"
+#include "vosmere/tags/tags_document.h"
+#include "vosmere/toolbars/toolbars_document.h"
 
 namespace vosmere::bench {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/cpp.h"
-#include "vosmere/nodes/sort_node.h"
+#include "vosmere/tree/sort_node.h"
 
 namespace vosmere::bench {
 namespace {

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "tools/platform.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
 #include "vosmere/cpp.h"
-#include "vosmere/nodes/tree_walk.h"
 #include "vosmere/text/unicode_tool.h"
-#include "vosmere/xml/opml_reader.h"
-#include "vosmere/xml/opml_writer.h"
+#include "vosmere/tree/tree_walk.h"
 
 using namespace vosmere;
 namespace fs = std::filesystem;

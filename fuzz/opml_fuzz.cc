@@ -3,10 +3,10 @@
 #include <cstdint>
 
 #include "vosmere/base/system_string.h"
-#include "vosmere/nodes/tree_link.h"
-#include "vosmere/nodes/tree_tool.h"
-#include "vosmere/xml/opml_reader.h"
-#include "vosmere/xml/opml_writer.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
+#include "vosmere/tree/tree_link.h"
+#include "vosmere/tree/tree_tool.h"
 
 using namespace vosmere;
 

@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <string>
 
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
 #include "vosmere/cpp.h"
-#include "vosmere/nodes/tree_walk.h"
-#include "vosmere/xml/rss_reader.h"
-#include "vosmere/xml/rss_writer.h"
+#include "vosmere/tree/tree_walk.h"
 
 using namespace vosmere;
 

@@ -8,8 +8,8 @@
 #include "tools/text.h"
 #include "vosmere/cpp.h"
 #include "vosmere/favorites/import_favorites.h"
-#include "vosmere/nodes/tree_walk.h"
 #include "vosmere/platform/registry.h"
+#include "vosmere/tree/tree_walk.h"
 
 namespace vosmere::tool {
 namespace {

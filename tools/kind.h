@@ -10,7 +10,7 @@
 #include "tools/record.h"
 #include "tools/show.h"
 #include "tools/vocabulary.h"
-#include "vosmere/nodes/base_node.h"
+#include "vosmere/tree/base_node.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "vosmere/cpp.h"
-#include "vosmere/nodes/tree_walk.h"
+#include "vosmere/tree/tree_walk.h"
 
 namespace vosmere::tool {
 namespace {

@@ -1,7 +1,7 @@
 // Trees of folders and web pages as files that other programs read.
 #pragma once
 
-#include "vosmere/nodes/tree_link.h"
+#include "vosmere/tree/tree_link.h"
 #include "vosmere/xml/write_xml.h"
 
 namespace vosmere::tool {

@@ -9,7 +9,7 @@
 #include "tools/kinds/items.h"
 #include "tools/replace_file.h"
 #include "tools/text.h"
-#include "vosmere/docs/note_html.h"
+#include "vosmere/pages/note_html.h"
 
 namespace vosmere::tool {
 namespace {

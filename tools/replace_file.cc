@@ -5,7 +5,7 @@
 
 #include "tools/failure.h"
 #include "tools/text.h"
-#include "vosmere/nodes/tree_tool.h"
+#include "vosmere/tree/tree_tool.h"
 
 namespace vosmere::tool {
 namespace {

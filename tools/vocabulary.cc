@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/text.h"
-#include "vosmere/nodes/base_node.h"
+#include "vosmere/tree/base_node.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere::tool {

@@ -11,12 +11,12 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/system_string.h"
+#include "vosmere/collections/colct_item.h"
+#include "vosmere/collections/colct_node.h"
 #include "vosmere/favorites/favorite.h"
-#include "vosmere/nodes/colct_item.h"
-#include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/folder_node.h"
-#include "vosmere/nodes/tree_tool.h"
-#include "vosmere/nodes/url_node.h"
+#include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/tree_tool.h"
+#include "vosmere/tree/url_node.h"
 
 namespace vosmere {
 

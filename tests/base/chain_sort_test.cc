@@ -10,7 +10,7 @@
 #include "tests/support/naive_sort.h"
 #include "tests/support/row.h"
 #include "tests/support/wide.h"
-#include "vosmere/nodes/compare.h"
+#include "vosmere/tree/sort_order.h"
 
 namespace vosmere::test {
 namespace {

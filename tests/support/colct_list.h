@@ -11,8 +11,8 @@
 #include "tests/support/row.h"
 #include "tests/support/wide.h"
 #include "vosmere/base/chain.h"
-#include "vosmere/nodes/colct_item.h"
-#include "vosmere/nodes/colct_node.h"
+#include "vosmere/collections/colct_item.h"
+#include "vosmere/collections/colct_node.h"
 
 namespace vosmere::test {
 

@@ -9,10 +9,10 @@
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
 #include "tests/support/tree.h"
-#include "vosmere/xml/opml_reader.h"
-#include "vosmere/xml/opml_writer.h"
-#include "vosmere/xml/rss_reader.h"
-#include "vosmere/xml/rss_writer.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
 
 namespace vosmere::test {
 

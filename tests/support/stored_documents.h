@@ -6,15 +6,15 @@
 
 #include "tests/support/wide.h"
 #include "vosmere/base/system_string.h"
-#include "vosmere/docs/colct_item_ids.h"
-#include "vosmere/docs/colct_list.h"
-#include "vosmere/docs/colct_profile.h"
-#include "vosmere/docs/ftp_sites.h"
-#include "vosmere/docs/notification.h"
-#include "vosmere/docs/page_data.h"
-#include "vosmere/docs/search_engines.h"
-#include "vosmere/docs/tags.h"
-#include "vosmere/docs/toolbars.h"
+#include "vosmere/collections/colct_item_ids_document.h"
+#include "vosmere/collections/colct_list_document.h"
+#include "vosmere/collections/colct_profile_document.h"
+#include "vosmere/engines/search_engines_document.h"
+#include "vosmere/ftp/ftp_sites_document.h"
+#include "vosmere/notify/notification_document.h"
+#include "vosmere/pages/page_data_document.h"
+#include "vosmere/tags/tags_document.h"
+#include "vosmere/toolbars/toolbars_document.h"
 
 namespace vosmere::test {
 

@@ -17,11 +17,11 @@
 #include "tests/support/row.h"
 #include "tests/support/wide.h"
 #include "vosmere/base/chain.h"
-#include "vosmere/nodes/colct_node.h"
-#include "vosmere/nodes/folder_node.h"
-#include "vosmere/nodes/tree_link.h"
-#include "vosmere/nodes/tree_tool.h"
-#include "vosmere/nodes/url_node.h"
+#include "vosmere/collections/colct_node.h"
+#include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/tree_link.h"
+#include "vosmere/tree/tree_tool.h"
+#include "vosmere/tree/url_node.h"
 
 namespace vosmere::test {
 

@@ -11,9 +11,9 @@
 #include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
 #include "tests/support/wide.h"
-#include "vosmere/nodes/folder_node.h"
 #include "vosmere/platform/keys.h"
 #include "vosmere/text/unicode_tool.h"
+#include "vosmere/tree/folder_node.h"
 
 namespace vosmere::test {
 namespace {

@@ -1,5 +1,5 @@
 // Which items belong to which collections.
-#include "vosmere/docs/colct_item_ids.h"
+#include "vosmere/collections/colct_item_ids_document.h"
 
 #include "tools/kind.h"
 #include "tools/kinds/items.h"

@@ -1,5 +1,5 @@
 // A list of collections.
-#include "vosmere/docs/colct_list.h"
+#include "vosmere/collections/colct_list_document.h"
 
 #include "tools/audit.h"
 #include "tools/kind.h"

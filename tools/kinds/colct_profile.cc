@@ -1,5 +1,5 @@
 // Where the data of collections are.
-#include "vosmere/docs/colct_profile.h"
+#include "vosmere/collections/colct_profile_document.h"
 
 #include "tools/kind.h"
 #include "tools/kinds/items.h"

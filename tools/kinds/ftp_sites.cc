@@ -1,5 +1,5 @@
 // FTP sites to publish to.
-#include "vosmere/docs/ftp_sites.h"
+#include "vosmere/ftp/ftp_sites_document.h"
 
 #include "tools/audit.h"
 #include "tools/kind.h"

@@ -11,7 +11,7 @@
 #include "tools/text.h"
 #include "vosmere/base/list.h"
 #include "vosmere/cpp.h"
-#include "vosmere/nodes/base_node.h"
+#include "vosmere/tree/base_node.h"
 
 namespace vosmere::tool {
 

@@ -1,5 +1,5 @@
 // A change of a folder, collection or item.
-#include "vosmere/docs/notification.h"
+#include "vosmere/notify/notification_document.h"
 
 #include "tools/kind.h"
 #include "tools/kinds/items.h"

@@ -4,9 +4,9 @@
 #include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
 #include "vosmere/cpp.h"
-#include "vosmere/xml/opml_reader.h"
-#include "vosmere/xml/opml_writer.h"
 
 namespace vosmere::tool {
 namespace {

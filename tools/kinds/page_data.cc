@@ -1,5 +1,5 @@
 // How a published page presents itself.
-#include "vosmere/docs/page_data.h"
+#include "vosmere/pages/page_data_document.h"
 
 #include "tools/kind.h"
 #include "tools/kinds/items.h"

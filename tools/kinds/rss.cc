@@ -4,9 +4,9 @@
 #include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
 #include "vosmere/cpp.h"
-#include "vosmere/xml/rss_reader.h"
-#include "vosmere/xml/rss_writer.h"
 
 namespace vosmere::tool {
 namespace {

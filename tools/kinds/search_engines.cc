@@ -1,5 +1,5 @@
 // A pool of search engines.
-#include "vosmere/docs/search_engines.h"
+#include "vosmere/engines/search_engines_document.h"
 
 #include "tools/audit.h"
 #include "tools/kind.h"

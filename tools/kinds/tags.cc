@@ -1,5 +1,5 @@
 // Tags in groups.
-#include "vosmere/docs/tags.h"
+#include "vosmere/tags/tags_document.h"
 
 #include "tools/kind.h"
 #include "tools/kinds/items.h"

@@ -1,5 +1,5 @@
 // The layout of the toolbar bands.
-#include "vosmere/docs/toolbars.h"
+#include "vosmere/toolbars/toolbars_document.h"
 
 #include <iterator>
 

@@ -11,11 +11,11 @@
 #include "vosmere/base/wide_string.h"
 #include "vosmere/favorites/favorites.h"
 #include "vosmere/favorites/order_value.h"
-#include "vosmere/nodes/folder_node.h"
-#include "vosmere/nodes/tree_tool.h"
-#include "vosmere/nodes/url_node.h"
 #include "vosmere/platform/folder.h"
 #include "vosmere/platform/registry.h"
+#include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/tree_tool.h"
+#include "vosmere/tree/url_node.h"
 
 namespace vosmere {
 namespace {

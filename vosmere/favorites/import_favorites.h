@@ -2,7 +2,7 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
-#include "vosmere/nodes/tree_link.h"
+#include "vosmere/tree/tree_link.h"
 
 namespace vosmere {
 

@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <string_view>
 
-#include "vosmere/nodes/base_node.h"
 #include "vosmere/platform/keys.h"
 #include "vosmere/platform/uuid.h"
 #include "vosmere/text/pub_date.h"
+#include "vosmere/tree/base_node.h"
 
 namespace vosmere {
 namespace {

@@ -1,7 +1,7 @@
 // The attributes that describe an item in every document that has them.
 #pragma once
 
-#include "vosmere/nodes/base_node.h"
+#include "vosmere/tree/base_node.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere {

@@ -1,6 +1,6 @@
 #include "vosmere/xml/write_items.h"
 
-#include "vosmere/nodes/base_node.h"
+#include "vosmere/tree/base_node.h"
 #include "vosmere/xml/escape.h"
 
 namespace vosmere {

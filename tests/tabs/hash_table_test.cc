@@ -1,0 +1,132 @@
+#include "vosmere/tabs/hash_table.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <string>
+
+#include "tests/support/failing_memory.h"
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+namespace {
+
+struct Table : CHashtable {
+  using CHashtable::CHashtable;
+  using CHashtable::HashString;
+
+  std::string At(const Wide& key) const {
+    WChar* value = nullptr;
+    const bool found = Get(key, &value);
+    const OwnedBstr owned(value);
+    return found ? owned.utf8() : "(missing)";
+  }
+
+  /// The rest of the walk.
+  std::string Walk() {
+    std::string walk;
+    while (HasNext()) {
+      WChar *key = nullptr, *value = nullptr;
+      EXPECT_TRUE(GetNextKeyValue(&key, &value));
+      walk += OwnedBstr(key).utf8() + "=" + OwnedBstr(value).utf8() + " ";
+    }
+    return walk;
+  }
+};
+
+TEST(HashTable, TheHashOfAKeyIsItsBucket) {
+  struct {
+    int buckets;
+    Wide key;
+    int bucket;
+  } const cases[] = {{7, W("ab"), 122 % 7},
+                     {7, W("aaaaaaaaab"), 130 % 7},
+                     {1000000, W(u"\uFFFF\uFFFF"), (0xFFFF >> 2) + 0xFFFF},
+                     {23, W(""), 0},
+                     {0, W("key"), 0},
+                     {-5, W("key"), 0}};
+  for (const auto& c : cases) EXPECT_EQ(Table(c.buckets).HashString(c.key), c.bucket);
+  EXPECT_EQ(Table().HashString(W("c")), 'c' % 23);
+}
+
+TEST(HashTable, OnlyAnAdditionIsTrueAlsoWhenAValueIsReplaced) {
+  struct {
+    Wide key, value;
+    bool overwrite, added;
+    const char* then;
+  } const steps[] = {
+      {W("k"), W("v"), false, true, "v"},         {W("k"), W("w"), false, false, "v"},
+      {W("k"), W("w"), true, false, "w"},         {W("k"), nullptr, true, false, "(null)"},
+      {W("K"), W("x"), true, true, "x"},          {W(""), nullptr, false, true, "(null)"},
+      {nullptr, W("v"), true, false, "(missing)"}};
+  Table table;
+  for (const auto& step : steps) {
+    EXPECT_EQ(table.Put(step.key, step.value, step.overwrite), step.added);
+    EXPECT_EQ(table.At(step.key), step.then);
+  }
+  EXPECT_FALSE(table.Remove(nullptr));
+  EXPECT_EQ(table.GetTotalItems(), 3);
+}
+
+TEST(HashTable, WalksByBucketAndTheNewestFirst) {
+  Table table(2);
+  for (const char* const key : {"a", "b", "c", "d"}) table.Put(W(std::string(key)), W("1"), false);
+  EXPECT_FALSE(table.HasNext()) << "until the walk begins";
+  table.ResetPosition();
+  EXPECT_EQ(table.Walk(), "d=1 b=1 c=1 a=1 ");
+  WChar key = 0, *keyOut = &key, *valueOut = &key;
+  EXPECT_FALSE(table.GetNextKeyValue(&keyOut, &valueOut));
+  EXPECT_TRUE(keyOut == nullptr && valueOut == nullptr);
+
+  table.ResetPosition();
+  EXPECT_TRUE(table.GetNextKeyValue(nullptr, nullptr));
+  table.Remove(W("d"));  // behind the walk
+  table.Remove(W("b"));  // where it stands
+  EXPECT_EQ(table.Walk(), "c=1 a=1 ");
+
+  table.ResetPosition();
+  table.RemoveAll();
+  EXPECT_FALSE(table.HasNext()) << "a removed entry is never handed out";
+  EXPECT_EQ(table.GetTotalItems(), 0);
+}
+
+TEST(HashTable, HoldsWhatAMapHolds) {
+  std::mt19937 random(3);
+  std::map<std::string, std::string> map;
+  Table table(3);
+  for (int round = 0; round < 3000; ++round) {
+    const std::string key = std::to_string(random() % 40), value = std::to_string(round);
+    if (random() % 2)
+      EXPECT_EQ(table.Remove(W(key)), map.erase(key) == 1);
+    else
+      EXPECT_EQ(table.Put(W(key), W(value), true), map.insert_or_assign(key, value).second);
+    ASSERT_EQ(table.GetTotalItems(), static_cast<int>(map.size()));
+  }
+  for (const auto& [key, value] : map) EXPECT_EQ(table.At(W(key)), value);
+}
+
+TEST(HashTable, WithoutMemoryNothingChangesAndNothingIsLost) {
+  const Wide key = W("key"), value = W("value");
+  Table table;
+  const auto put = [&] { return table.Put(key, value, false) ? &table : nullptr; };
+  AtEachFailure(put, [&](Table* added, bool failed) {
+    EXPECT_EQ(added == nullptr, failed);
+    EXPECT_EQ(table.Remove(key), !failed);
+  });
+  if (!kSystemStringsFail) return;
+  table.Put(key, value, false);
+  table.ResetPosition();
+  WChar *keyOut = nullptr, *valueOut = nullptr;
+  {
+    const FailingMemory memory(1);
+    EXPECT_FALSE(table.GetNextKeyValue(&keyOut, &valueOut));
+    EXPECT_FALSE(table.Get(key, &valueOut));
+    table.Put(key, key, true);
+  }
+  EXPECT_EQ(keyOut, nullptr);
+  EXPECT_EQ(table.Walk(), "key=value ");
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,134 @@
+// What the node model does when memory runs out, at every allocation in turn.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/colct_list.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/row.h"
+#include "tests/support/tree.h"
+#include "tests/support/wide.h"
+#include "vosmere/base/list.h"
+#include "vosmere/collections/colct_ex_data.h"
+#include "vosmere/collections/colct_item_id.h"
+#include "vosmere/collections/colct_tool.h"
+#include "vosmere/engines/engine_pool.h"
+#include "vosmere/tabs/tab_url.h"
+#include "vosmere/tabs/url_map.h"
+#include "vosmere/tags/tag_store.h"
+#include "vosmere/tree/name_value_pair.h"
+
+namespace vosmere::test {
+namespace {
+
+TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
+  ExpectNullAtEachFailure([] { return CFolderNode::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return CUrlNode::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return CColctNode::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return RNode::New(nullptr, NT_URL); }, RNode::Delete);
+  ExpectNullAtEachFailure([] { return RColctItem::New(nullptr); }, RColctItem::Delete);
+  ExpectNullAtEachFailure([] { return CColctItemID::New(); }, CColctItemID::Delete);
+  ExpectNullAtEachFailure([] { return CColctExData::New(); }, CColctExData::Delete);
+  ExpectNullAtEachFailure([] { return CNameValuePair::New(); }, CNameValuePair::Delete);
+  ExpectNullAtEachFailure([] { return CEngineNode::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return CEnginePool::New(); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([] { return REngineItem::New(nullptr); }, REngineItem::Delete);
+  const Wide tag = W("tag");
+  ExpectNullAtEachFailure([&] { return CUrlProp::CreateRBstrItem(tag); },
+                          CUrlProp::DeleteOneRBstrItem);
+  ExpectNullAtEachFailure([] { return CTagStore::CreateTagGroup(); }, CTagStore::DeleteTagGroup);
+  ExpectNullAtEachFailure([] { return CTagStore::CreateTagItem(); }, CTagStore::DeleteTagItem);
+  ExpectNullAtEachFailure([&] { return CUrlMapItem::New(tag, nullptr); }, CUrlMapItem::Delete);
+  ExpectNullAtEachFailure([&] { return CTabUrlItem::New(tag, 0); }, CTabUrlItem::DeleteList);
+}
+
+TEST(NoMemory, EveryCopyGivesNullAndLeaksNothing) {
+  const TreePtr colct(NewLink(NT_COLCT, "name"));
+  auto* const source = static_cast<CColctNode*>(colct->item);
+  source->SetDescription(W("text"));
+  source->SetAuthor(W("author"));
+  source->SetRelationUrl(W("relation"));
+  source->GetColctNetData()->SetOwner(W("owner"));
+  source->GetUrlProp()->SetFileExtension(W("pdf"));
+  Wide tags = W("a b c");
+  source->GetUrlProp()->SetTagsList(
+      CUrlProp::GenerateRBstrItemList(const_cast<WChar*>(tags.get())));
+  ExpectNullAtEachFailure([=] { return CUrlNode::New(source); }, CBaseNode::Delete);
+  ExpectNullAtEachFailure([=] { return CColctNode::New(source); }, CBaseNode::Delete);
+
+  const auto engine = New<CEngineNode>();
+  engine->SetIconUrl(W("icon"));
+  engine->SetIconText(W("text"));
+  engine->SetStoredSite(W("site"));
+  ExpectNullAtEachFailure([&] { return CEngineNode::New(engine.get()); }, CBaseNode::Delete);
+}
+
+TEST(NoMemory, AFailedLinkClearsTheItemsBackLink) {
+  const TreePtr page = Page("a");
+  {
+    const FailingMemory memory(0);
+    EXPECT_EQ(RNode::New2(page->item, NT_URL), nullptr);
+  }
+  EXPECT_EQ(page->item->GetRNode(), nullptr);
+}
+
+TEST(NoMemory, SettersKeepTheOldText) {
+  const auto page = New<CUrlNode>();
+  const Wide old = W("old"), fresh = W("fresh");
+  page->SetName(old);
+  page->SetUrl(old);
+  {
+    const FailingMemory memory(0);
+    page->SetName(fresh);
+    page->SetUrl(fresh);
+    EXPECT_EQ(page->GetUrlProp(), nullptr);
+  }
+  EXPECT_EQ(Utf8(page->GetName()), "old");
+  EXPECT_EQ(Utf8(page->GetUrl()), kSystemStringsFail ? "old" : "fresh");
+  EXPECT_NE(page->GetUrlProp(), nullptr);
+}
+
+TEST(NoMemory, ATreeCopyEndsEarlyAndIsValid) {
+  TreePtr tree = Tree("root(a b(c d(e) f) g)");
+  const std::string whole = "copy(a b(c d(e) f) g)";
+  std::string shape;
+  for (int successes = 0; shape != whole; ++successes) {
+    ASSERT_LT(successes, 1000);
+    TreePtr copy = Folder("copy");
+    {
+      const FailingMemory memory(successes);
+      RNTool::AddAllFolderChildren(copy, tree);
+    }
+    shape = Shape(copy);
+    EXPECT_EQ(shape.find("BROKEN"), std::string::npos) << shape;
+  }
+}
+
+TEST(NoMemory, TagsEndEarly) {
+  WChar text[6];
+  const auto make = [&text] {
+    for (int i = 0; i < 6; ++i) text[i] = "a b c"[i];
+    return CUrlProp::GenerateRBstrItemList(text);
+  };
+  AtEachFailure(make, [](CUrlProp::TagList* tags, bool failed) {
+    const auto made = Row(tags, [](const CUrlProp::TagList* tag) { return Utf8(tag->data); });
+    EXPECT_EQ(made, std::string("a b c").substr(0, failed ? made.size() : 5));
+    CUrlProp::DeleteTagsList(tags);
+  });
+}
+
+TEST(NoMemory, MergingListsStillWorksAndLookingForDuplicatesLosesNothing) {
+  ColctList old("a b c"), fresh("b"), removed, doubled("x y x");
+  {
+    const FailingMemory memory(0);
+    CRColctTool().UpdateRColctItemList(fresh.head, &old.head, &removed.head);
+    EXPECT_FALSE(CRColctTool().DeleteDuplcateColct(doubled.head));
+  }
+  EXPECT_EQ(old.Urls(), "b");
+  EXPECT_EQ(removed.Urls(), "a c");
+  EXPECT_TRUE(fresh["b"]->mark);
+  EXPECT_EQ(doubled.Urls(), "x y x");
+}
+
+}  // namespace
+}  // namespace vosmere::test

@@ -1,0 +1,96 @@
+#include "vosmere/collections/colct_item_ids_document.h"
+
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteColctItemID::~CWriteColctItemID() = default;
+
+bool CWriteColctItemID::FillData() {
+  BeginDocument();
+  AddHead();
+  for (const RColctItemID* cell = head_; cell; cell = cell->next)
+    if (colctOnly_)
+      FilRColctIDOnlyToBuffer(cell->item);
+    else
+      FilRColctItemIDToBuffer(cell->item);
+  AddTail();
+  return true;
+}
+
+void CWriteColctItemID::AddHead() {
+  Put("<colctitem version=\"1.0\">\r\n");
+}
+
+void CWriteColctItemID::AddTail() {
+  Put("</colctitem>");
+}
+
+void CWriteColctItemID::FilRColctItemIDToBuffer(CColctItemID* id) {
+  std::string colctID, itemID;
+  if (!EscapedUtf8(WideView(id->GetColctID()), colctID) || colctID.empty()) return;
+  if (!EscapedUtf8(WideView(id->GetItemID()), itemID) || itemID.empty()) return;
+  Put("<item colctid=\"");
+  PutBytes(colctID);
+  Put("\" id=\"");
+  PutBytes(itemID);
+  PutNameAndEnd(*id);
+}
+
+void CWriteColctItemID::FilRColctIDOnlyToBuffer(CColctItemID* id) {
+  std::string colctID;
+  if (!EscapedUtf8(WideView(id->GetColctID()), colctID) || colctID.empty()) return;
+  Put("<item colctid=\"");
+  PutBytes(colctID);
+  PutNameAndEnd(*id);
+}
+
+void CWriteColctItemID::PutNameAndEnd(const CColctItemID& id) {
+  const WideView name(id.GetName());
+  if (name.empty()) {
+    Put("\" />\r\n");
+    return;
+  }
+  Put("\">");
+  PutEscaped(name);
+  Put("</item>\r\n");
+}
+
+// Reading.
+
+namespace {
+
+using Ids = ItemChain<RColctItemID>;
+enum Scope : unsigned { kList = 1 };
+
+void SetNameUnlessEmpty(CColctItemID& id, const WChar* name) {
+  if (*name) id.SetName(name);
+}
+
+constexpr Field<CColctItemID> kItemFields[] = {
+    {"colctid", Text<&CColctItemID::SetColctID>},
+    {"id", Text<&CColctItemID::SetItemID>},
+};
+
+// What is within an item is its name, all text of it, and not looked at for further items: with
+// items within items each would keep the text of all those inside.
+void ReadItem(Ids& ids, const XmlNode& element) {
+  ids.Begin();
+  TextAndAttributesTo<&Ids::item, SetNameUnlessEmpty, kItemFields>(ids, element);
+}
+
+constexpr ScopedElement<Ids> kElements[] = {
+    {kAnywhere, "item", ReadItem},
+};
+
+}  // namespace
+
+CReadColctItemID::~CReadColctItemID() = default;
+
+void CReadColctItemID::InvokeParser(XmlNode root) {
+  if (IsRootNamed(root, "colctitem")) ReadChildren(kElements, ids_, root, kList);
+}
+
+}  // namespace vosmere

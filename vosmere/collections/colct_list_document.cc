@@ -1,0 +1,95 @@
+#include "vosmere/collections/colct_list_document.h"
+
+#include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteColctListXML::~CWriteColctListXML() = default;
+
+bool CWriteColctListXML::FillData() {
+  BeginDocument();
+  AddHead();
+  for (const RColctItem* cell = head_; cell; cell = cell->next)
+    if (cell->item->GetColctType() == CT_DEFAULT) FillColctNodeToBuffer(cell->item);
+  AddTail();
+  return true;
+}
+
+// Intended: the blank before the element; the files have always had it.
+void CWriteColctListXML::AddHead() {
+  Put(" <collectionlist version=\"1.0\">\r\n");
+}
+
+void CWriteColctListXML::AddTail() {
+  Put("</collectionlist>");
+}
+
+void CWriteColctListXML::FillColctNodeToBuffer(CColctNode* colct) {
+  Put("<collection>");
+  PutElementUnlessEmpty<"title">(colct->GetName());
+  PutElementUnlessEmpty<"link">(colct->GetUrl());
+  PutElementUnlessEmpty<"description">(colct->GetDescription());
+  FillNodeStat(colct->GetNodeStat());
+  FillColctNodeExtra(colct);
+  FileNetData(colct->GetColctNetData());
+  Put("</collection>\r\n");
+}
+
+void CWriteColctListXML::FillNodeStat(CNodeStat* stat) {
+  PutStatDates(*stat);
+}
+
+void CWriteColctListXML::FillColctNodeExtra(CColctNode* colct) {
+  PutElementUnlessEmpty<"uuid">(colct->GetUUID());
+  if (colct->GetVersion() != 0) PutElement<"version">(colct->GetVersion());
+  PutBuild("", *colct);
+}
+
+void CWriteColctListXML::FileNetData(CColctNetData* data) {
+  PutElementUnlessEmpty<"owner">(data->GetOwner());
+}
+
+// Reading.
+
+namespace {
+
+using List = ItemChain<RColctItem>;
+enum Scope : unsigned { kList = 1, kCollection = 2 };
+
+// An item is not checked in unless it says "true", once it says anything.
+void CheckedInWhenTrue(CBaseNode& item, const WChar* value) {
+  item.SetCheckedIn(IsNamed(WideView(value), "true") ? CBaseNode::kCheckedIn : 0);
+}
+
+void SetOwner(CColctNode& colct, const WChar* owner) {
+  colct.GetColctNetData()->SetOwner(owner);
+}
+
+constexpr Field<CBaseNode> kColctBuildFields[] = {
+    {"basebuild", Number<&CBaseNode::SetBaseBuild>},
+    {"checkedin", CheckedInWhenTrue},
+};
+
+constexpr ScopedElement<List> kElements[] = {
+    {kAnywhere, "collection", BeginItem, kCollection, EndItem},
+    {kCollection, "stat", AttributesTo<&List::item, kStatDateFields>},
+    {kCollection, "build", AttributesTo<&List::item, kColctBuildFields>},
+    {kCollection, "title", TextTo<&List::item, &CBaseNode::SetName>},
+    {kCollection, "link", TextTo<&List::item, &CUrlNode::SetUrl>},
+    {kCollection, "description", TextTo<&List::item, &CBaseNode::SetDescription>},
+    {kCollection, "uuid", TextTo<&List::item, &CBaseNode::SetUUID>},
+    {kCollection, "owner", TextTo<&List::item, SetOwner>},
+};
+
+}  // namespace
+
+CReadColctListXML::~CReadColctListXML() = default;
+
+void CReadColctListXML::InvokeParser(XmlNode root) {
+  if (IsRootNamed(root, "collectionlist")) ReadChildren(kElements, list_, root, kList);
+}
+
+}  // namespace vosmere

@@ -1,0 +1,89 @@
+#include "vosmere/collections/colct_profile_document.h"
+
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteColctExData::~CWriteColctExData() = default;
+
+void CWriteColctExData::SetDefaultColctUrl(const WChar* url) {
+  const WChar* const stored = url ? GetRelativeStartPos(url) : nullptr;
+  defaultColctUrl_.AssignOrNull(WideView(stored).empty() ? nullptr : stored);
+}
+
+const WChar* CWriteColctExData::GetRelativeStartPos(const WChar* url) {
+  return url + library_.StartIn(WideView(url), SameNoCase);
+}
+
+bool CWriteColctExData::FillData() {
+  BeginDocument();
+  AddHead();
+  for (const RColctExData* cell = head_; cell; cell = cell->next)
+    FillColctExDataToBuffer(cell->item);
+  AddTail();
+  return true;
+}
+
+// Intended: the blank before the element; the files have always had it.
+void CWriteColctExData::AddHead() {
+  Put(" <colctprofile version=\"1.0\">\r\n");
+  FillDefaultColct();
+}
+
+void CWriteColctExData::FillDefaultColct() {
+  if (!defaultColctUrl_.get()) return;
+  Put("<head>");
+  PutElementUnlessNull<"defaultcolct">(defaultColctUrl_.get());
+  Put("</head>\r\n");
+}
+
+void CWriteColctExData::AddTail() {
+  Put("</colctprofile>");
+}
+
+void CWriteColctExData::FillColctExDataToBuffer(CColctExData* data) {
+  Put("<colct>");
+  if (const WChar* const url = data->GetColctUrl())
+    PutElementUnlessEmpty<"url">(GetRelativeStartPos(url));
+  PutElementUnlessNull<"item">(data->GetItemID());
+  Put("</colct>\r\n");
+}
+
+// Reading.
+
+namespace {
+
+struct Profile {
+  ItemChain<RColctExData>& list;
+  SystemText& defaultColctUrl;
+
+  void Begin() { list.Begin(); }
+  void End() { list.End(); }
+  CColctExData* item() const { return list.item(); }
+};
+enum Scope : unsigned { kProfile = 1, kColct = 2 };
+
+void ReadDefaultColct(Profile& profile, const XmlNode& element) {
+  const XmlText url = element.Text();
+  if (!url.empty()) profile.defaultColctUrl.AssignOrNull(url.c_str());
+}
+
+constexpr ScopedElement<Profile> kElements[] = {
+    {kAnywhere, "colct", BeginItem, kColct, EndItem},
+    {kColct, "url", TextTo<&Profile::item, &CColctExData::SetColctUrl>},
+    {kColct, "item", TextTo<&Profile::item, &CColctExData::SetItemID>},
+    {kAnywhere, "defaultcolct", ReadDefaultColct},
+};
+
+}  // namespace
+
+CReadColctExData::~CReadColctExData() = default;
+
+void CReadColctExData::InvokeParser(XmlNode root) {
+  Profile profile{list_, defaultColctUrl_};
+  if (IsRootNamed(root, "colctprofile")) ReadChildren(kElements, profile, root, kProfile);
+}
+
+}  // namespace vosmere

@@ -1,0 +1,290 @@
+#include "vosmere/collections/rss_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <new>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "vosmere/collections/colct_node.h"
+#include "vosmere/collections/internal/rss_words.h"
+#include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/internal/new_link.h"
+#include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+namespace {
+
+/// The collection that is being read. Every link stands in its tree at once, so that a load that
+/// fails loses nothing; which folder an item belongs to, and in which place, is known at the end.
+class Bookmarks {
+ public:
+  Bookmarks() = default;
+  Bookmarks(const Bookmarks&) = delete;
+  Bookmarks& operator=(const Bookmarks&) = delete;
+  ~Bookmarks() { DeleteWithLocalTree(colct_); }
+
+  void Begin();
+  void OpenFolder();
+  void CloseFolder() { folder_ = folder_->parent; }
+  void OpenItem();
+  void CloseItem();
+  /// Puts every link in its place.
+  void Place();
+  CColctNode* Detach() { return std::exchange(colct_, nullptr); }
+
+  // What the elements describe.
+  CColctNode* Colct() { return colct_; }
+  CColctNetData* NetData() { return colct_->GetColctNetData(); }
+  CBaseNode* Folder() { return folder_->item; }
+  CUrlNode* Item() { return item_; }
+  CNodeStat* ItemStat() { return item_->GetNodeStat(); }
+  Bookmarks* This() { return this; }
+
+  /// Of the folder or item that was opened last.
+  void SetOrder(LONG order);
+  /// The identity of the folder that holds the item.
+  void SetFolderID(const WChar* id);
+  /// Makes the open folder known by its identity.
+  void NameFolder();
+  void SetLink(const WChar* url);
+  /// An address that counts where there is no link.
+  void SetXmlUrl(const WChar* url);
+
+ private:
+  using Identity = std::array<WChar, CBaseNode::kMaxUuidLength>;
+  using Folders = std::map<Identity, RNode*>;
+
+  struct Placed {
+    RNode* link;
+    RNode* parent;         // unless a folder is named, and known
+    std::size_t position;  // in the document
+    std::int64_t order = std::numeric_limits<LONG>::max() + std::int64_t{1};
+    RNode* const* named = nullptr;
+  };
+
+  static Identity IdentityOf(const WChar* text);
+
+  CColctNode* colct_ = nullptr;
+  RNode* folder_ = nullptr;  // the innermost open one, else the root
+  CUrlNode* item_ = nullptr;
+  bool hasLink_ = false;
+  bool hasAddress_ = false;
+  std::vector<Placed> placed_;  // all but the root, in document order
+  Folders folders_;             // null where one was only referred to
+  Folders::value_type* lastNamed_ = nullptr;
+};
+
+Bookmarks::Identity Bookmarks::IdentityOf(const WChar* text) {
+  Identity identity = {};
+  const WideView view = WideView(text).First(identity.size());
+  std::copy(view.begin(), view.end(), identity.begin());
+  return identity;
+}
+
+void Bookmarks::Begin() {
+  if (!(colct_ = CColctNode::New())) throw std::bad_alloc();
+  folder_ = NewLink(CFolderNode::New(), NT_FOLDER, nullptr);
+  colct_->SetLocRNodeRoot(folder_);
+}
+
+void Bookmarks::OpenFolder() {
+  RNode* const parent = folder_;
+  folder_ = NewLink(CFolderNode::New(), NT_FOLDER, parent);
+  placed_.push_back({folder_, parent, placed_.size()});
+}
+
+void Bookmarks::OpenItem() {
+  RNode* const root = colct_->GetLocRNodeRoot();
+  RNode* const link = NewLink(CUrlNode::New(), NT_URL, root);
+  placed_.push_back({link, root, placed_.size()});
+  item_ = static_cast<CUrlNode*>(link->item);
+  hasLink_ = hasAddress_ = false;
+}
+
+// Some of what an item is shows in what its element lacks: a note, web page or file has no link
+// when its address is empty, and the element of what was checked in and deleted is left out.
+void Bookmarks::CloseItem() {
+  constexpr WChar kNone[] = {0};
+  if (!hasAddress_ && item_->GetItemType() != IT_URL) item_->SetUrl(kNone);
+  if (item_->IsDeleted() && item_->GetBaseBuild() == 0) item_->SetCheckedIn(0);
+}
+
+void Bookmarks::SetOrder(LONG order) {
+  placed_.back().order = order;
+  placed_.back().link->item->SetOrder(order);
+}
+
+// Items mostly come one folder after the other.
+void Bookmarks::SetFolderID(const WChar* id) {
+  const Identity identity = IdentityOf(id);
+  if (!lastNamed_ || lastNamed_->first != identity)
+    lastNamed_ = &*folders_.try_emplace(identity).first;
+  placed_.back().named = &lastNamed_->second;
+}
+
+void Bookmarks::NameFolder() {
+  if (!*folder_->item->GetUUID()) return;
+  RNode*& known = folders_[IdentityOf(folder_->item->GetUUID())];
+  if (!known) known = folder_;
+}
+
+void Bookmarks::SetLink(const WChar* url) {
+  hasLink_ = hasAddress_ = true;
+  item_->SetUrl(url);
+}
+
+void Bookmarks::SetXmlUrl(const WChar* url) {
+  if (!hasLink_) item_->SetUrl(url);
+  hasAddress_ = true;
+}
+
+void Bookmarks::Place() {
+  std::sort(placed_.begin(), placed_.end(), [](const Placed& a, const Placed& b) {
+    return std::tie(a.order, a.position) < std::tie(b.order, b.position);
+  });
+  colct_->GetLocRNodeRoot()->firstChild = nullptr;
+  for (const Placed& placed : placed_) placed.link->firstChild = nullptr;
+  for (const Placed& placed : placed_) {
+    RNode* const named = placed.named ? *placed.named : nullptr;
+    RNTool::InsertAsChild(named ? named : placed.parent, placed.link);
+  }
+}
+
+// Attributes and texts that need more than a setter.
+
+template <std::size_t N>
+int IndexOf(const std::string_view (&words)[N], const WChar* text) {
+  for (std::size_t i = 1; i < N; ++i)
+    if (IsNamed(WideView(text), words[i])) return static_cast<int>(i);
+  return 0;
+}
+
+CUrlProp& PropOf(CUrlNode& item) {
+  CUrlProp* const prop = item.GetUrlProp();
+  if (!prop) throw std::bad_alloc();
+  return *prop;
+}
+
+void ItemType(CUrlNode& item, const WChar* value) {
+  item.SetItemType(static_cast<tagVSMITEMTYPE>(IndexOf(kItemTypeWords, value)));
+}
+
+void FileType(CUrlNode& item, const WChar* value) {
+  const int type = IndexOf(kFileTypeWords, value);
+  if (type != FT_OTHER) PropOf(item).SetFileType(static_cast<tagVSMITEMFILETYPE>(type));
+}
+
+void Tags(CUrlNode& item, const WChar* text) {
+  const SystemText cutUp(text);
+  PropOf(item).SetTagsList(CUrlProp::GenerateRBstrItemList(cutUp.get()));
+}
+
+/// `unsaid` is the version that an element without one stands for.
+void ReadSync(CBaseNode& item, const XmlNode& element, int unsaid) {
+  item.SetVersion(unsaid);
+  ForEachAttribute(element, [&](WideView name, const WChar* value) {
+    if (IsNamed(name, "id") && !*value)
+      Trace("Empty UUID %s\n", name.data);
+    else
+      ApplyField(kSyncFields, item, name, value);
+  });
+}
+
+template <auto Target>
+void Sync(Bookmarks& bookmarks, const XmlNode& element) {
+  ReadSync(*std::invoke(Target, bookmarks), element, 0);
+}
+
+// In a collection that is not synchronised the versions of folders are not written.
+void FolderSync(Bookmarks& bookmarks, const XmlNode& element) {
+  CBaseNode& folder = *bookmarks.Folder();
+  ReadSync(folder, element, bookmarks.NetData()->IsSynced() ? 0 : folder.GetVersion());
+  bookmarks.NameFolder();
+}
+
+constexpr Field<CColctNetData> kActionFields[] = {
+    {"sync", WhenTrue<&CColctNetData::SetSynced>},
+    {"ordered", WhenTrue<&CColctNetData::SetOrdered>},
+};
+
+constexpr Field<CUrlNode> kRelationFields[] = {
+    {"type", ItemType},
+    {"subtype", FileType},
+    {"href", Text<&CUrlNode::SetRelationUrl>},
+};
+
+constexpr Field<Bookmarks> kFolderFields[] = {
+    {"order", Number<&Bookmarks::SetOrder>},
+};
+
+constexpr Field<Bookmarks> kFolderRefFields[] = {
+    {"folderid", Text<&Bookmarks::SetFolderID>},
+    {"order", Number<&Bookmarks::SetOrder>},
+};
+
+// The document.
+
+void OpenFolder(Bookmarks& bookmarks, const XmlNode& element) {
+  bookmarks.OpenFolder();
+  AttributesTo<&Bookmarks::This, kFolderFields>(bookmarks, element);
+}
+
+enum Scope : unsigned { kRss = 1, kChannel = 2, kFolder = 4, kItem = 8 };
+
+// Items come first: of them there are most.
+using B = Bookmarks;
+constexpr ScopedElement<Bookmarks> kElements[] = {
+    {kItem, "title", TextTo<&B::Item, &CBaseNode::SetName>},
+    {kItem, "link", TextTo<&B::This, &B::SetLink>},
+    {kItem, "xmlUrl", TextTo<&B::This, &B::SetXmlUrl>},
+    {kItem, "description", TextTo<&B::Item, &CBaseNode::SetDescription>},
+    {kItem, "author", TextTo<&B::Item, &CUrlNode::SetAuthor>},
+    {kItem, "vsm:folderref", AttributesTo<&B::This, kFolderRefFields>},
+    {kItem, "vsm:rel", AttributesTo<&B::Item, kRelationFields>},
+    {kItem, "vsm:stat", AttributesTo<&B::ItemStat, kStatFields>},
+    {kItem, "sx:sync", Sync<&B::Item>},
+    {kItem, "vsm:build", AttributesTo<&B::Item, kBuildFields>},
+    {kItem, "vsm:tags", TextTo<&B::Item, Tags>},
+    {kRss, "channel", nullptr, kChannel},
+    {kChannel, "title", TextTo<&B::Colct, &CBaseNode::SetName>},
+    {kChannel, "description", TextTo<&B::Colct, &CBaseNode::SetDescription>},
+    {kChannel, "dc:creator", TextTo<&B::NetData, &CColctNetData::SetOwner>},
+    {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
+    {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},
+    {kChannel, "sx:sync", Sync<&B::Colct>},
+    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>},
+    {kFolder, "title", TextTo<&B::Folder, &CBaseNode::SetName>},
+    {kFolder, "description", TextTo<&B::Folder, &CBaseNode::SetDescription>},
+    {kFolder, "sx:sync", FolderSync},
+    {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>},
+};
+
+}  // namespace
+
+CReadBkmarkXML::~CReadBkmarkXML() {
+  DeleteWithLocalTree(colct_);
+}
+
+CColctNode* CReadBkmarkXML::DetachColctNode() {
+  return std::exchange(colct_, nullptr);
+}
+
+void CReadBkmarkXML::InvokeParser(XmlNode root) {
+  Bookmarks bookmarks;
+  if (IsRootNamed(root, "rss")) {
+    bookmarks.Begin();
+    ReadChildren(kElements, bookmarks, root, kRss, Repeats::kFirst);
+    bookmarks.Place();
+  }
+  ThrowIfTextsWereLost();
+  DeleteWithLocalTree(colct_);
+  colct_ = bookmarks.Detach();
+}
+
+}  // namespace vosmere

@@ -1,0 +1,119 @@
+#include "vosmere/engines/search_engines_document.h"
+
+#include <new>
+#include <utility>
+
+#include "vosmere/xml/item_chain.h"
+#include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/namespaces.h"
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteSEngineXML::~CWriteSEngineXML() = default;
+
+bool CWriteSEngineXML::FillData() {
+  if (!pool_) return false;
+  BeginDocument();
+  AddHead();
+  for (const REngineItem* cell = pool_->GetREngineItemHead(); cell; cell = cell->next)
+    FillEngineNodeToBuffer(cell->item);
+  AddTail();
+  return true;
+}
+
+// Intended: the blank before the element; the files have always had it.
+void CWriteSEngineXML::AddHead() {
+  Put(" <searchEnginePool version=\"1.0\" xmlns=\"" VOSMERE_NAMESPACE_SEARCH_ENGINE "\">\r\n");
+  PutElementUnlessEmpty<"title">(pool_->GetName());
+  PutElementUnlessEmpty<"description">(pool_->GetDescription());
+}
+
+void CWriteSEngineXML::AddTail() {
+  Put("</searchEnginePool>");
+}
+
+void CWriteSEngineXML::FillEngineNodeToBuffer(CEngineNode* engine) {
+  const WideView type(engine->GetSearchType());
+  Put("<searchEngine");
+  if (!type.empty()) {
+    Put(" type=\"");
+    PutEscaped(type.size < 202 ? type : type.First(200));
+    Put("\"");
+  }
+  Put(">\r\n");
+  PutElementUnlessEmpty<"title">(engine->GetName());
+  PutElementUnlessEmpty<"description">(engine->GetDescription());
+  PutElementUnlessEmpty<"queryUrl">(engine->GetUrl());
+  PutElementUnlessEmpty<"icon">(engine->GetIconUrl());
+  Put("</searchEngine>\r\n");
+}
+
+void CWriteSEngineXML::FillNodeStat(CNodeStat* stat) {
+  PutStatDates(*stat);
+}
+
+// Reading.
+
+namespace {
+
+struct Engines {
+  std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
+  CEngineNode* engine = nullptr;  // while its element is being read
+
+  CEnginePool* Pool() const { return pool.get(); }
+
+  void MakePool() {
+    if (!pool) pool.reset(CEnginePool::New());
+    if (!pool) throw std::bad_alloc();
+  }
+  void Begin() {
+    MakePool();
+    engine = CEngineNode::New();
+    if (pool->AppendEngine(engine)) return;
+    CBaseNode::Delete(engine);
+    throw std::bad_alloc();
+  }
+  void End() { engine = nullptr; }
+};
+enum Scope : unsigned { kDocument = 1, kPool = 2, kEngine = 4 };
+
+constexpr Field<CEngineNode> kEngineFields[] = {
+    {BeginningWith("type"), Text<&CEngineNode::SetSearchType>},
+};
+
+void MakePool(Engines& engines, const XmlNode&) {
+  engines.MakePool();
+}
+
+void BeginEngine(Engines& engines, const XmlNode& element) {
+  BeginItem(engines, element);
+  AttributesTo<&Engines::engine, kEngineFields>(engines, element);
+}
+
+constexpr ScopedElement<Engines> kElements[] = {
+    {kEngine, "title", TextTo<&Engines::engine, &CBaseNode::SetName>},
+    {kEngine, "description", TextTo<&Engines::engine, &CBaseNode::SetDescription>},
+    {kEngine, "queryUrl", TextTo<&Engines::engine, &CEngineNode::SetUrl>},
+    {kEngine, "icon", TextTo<&Engines::engine, &CEngineNode::SetIconUrl>},
+    {kEngine, BeginningWith("stat"), AttributesTo<&Engines::engine, kStatDateFields>},
+    {kPool, "title", TextTo<&Engines::Pool, &CBaseNode::SetName>},
+    {kPool, "description", TextTo<&Engines::Pool, &CBaseNode::SetDescription>},
+    {kAnywhere, "searchEnginePool", MakePool, kPool},  // which begins as an engine does
+    {kAnywhere, BeginningWith("searchEngine"), BeginEngine, kEngine, EndItem},
+};
+
+}  // namespace
+
+CReadSEngineXML::~CReadSEngineXML() = default;
+
+void CReadSEngineXML::InvokeParser(XmlNode root) {
+  Engines engines;
+  ReadElement(kElements, engines, root, kDocument);
+  ThrowIfTextsWereLost();
+  pool_ = std::move(engines.pool);
+}
+
+}  // namespace vosmere

@@ -1,0 +1,130 @@
+#include "vosmere/ftp/ftp_sites_document.h"
+
+#include <new>
+
+#include "vosmere/base/owned_text.h"
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteFtpSiteXML::~CWriteFtpSiteXML() = default;
+
+bool CWriteFtpSiteXML::FillData() {
+  BeginDocument();
+  AddHead();
+  for (const auto* cell = head_; cell; cell = cell->next) FillFtpConToBuffer(cell->data);
+  AddTail();
+  return true;
+}
+
+void CWriteFtpSiteXML::AddHead() {
+  Put("<ftpsites version=\"1.0\">\r\n");
+}
+
+void CWriteFtpSiteXML::AddTail() {
+  Put("</ftpsites>");
+}
+
+void CWriteFtpSiteXML::FillFtpConToBuffer(CFtpConBase* site) {
+  Put("<site>");
+  PutElementUnlessEmpty<"title">(site->GetTitle());
+  PutElementUnlessEmpty<"host">(site->GetHost());
+  PutElementUnlessEmpty<"username">(site->GetUserName());
+  PutElementUnlessEmpty<"path">(site->GetInitPath());
+  if (site->IsPASVMode()) Put("<pasvmode>true</pasvmode>\r\n");
+  if (site->GetPort() != CFtpConBase::kDefaultPort) PutElement<"port">(site->GetPort());
+  FillBoolean(site->IsSavePSW(), "<savepsw>", "</savepsw>\r\n", 9);
+  if (site->IsCurrent()) Put("<current>true</current>\r\n");
+  PutElementUnlessEmpty<"uuid">(site->GetUUID());
+  PutElementUnlessEmpty<"stampid">(site->GetStampID());
+  FillWebAddress(site);
+  Put("</site>\r\n");
+}
+
+void CWriteFtpSiteXML::FillWebAddress(CFtpConBase* site) {
+  for (const auto* cell = site->GetFtpWebAddress()->GetHead(); cell; cell = cell->next) {
+    const WideView name(cell->GetName()), link(cell->GetLink());
+    if (name.empty() || link.empty()) continue;
+    Put("<webaddress name=\"");
+    PutText(name);
+    Put("\" link=\"");
+    PutText(link);
+    Put("\" />");
+  }
+}
+
+// Reading.
+
+namespace {
+
+using Sites = ItemChain<TList<CFtpConBase*>>;
+enum Scope : unsigned { kSites = 1, kSite = 2 };
+
+void PassiveWhenTrue(CFtpConBase& site, const WChar* text) {
+  if (IsNamedNoCase(WideView(text), "true")) site.SetPASVMode(true);
+}
+
+// The default is not set: it is there, unless an earlier element has said otherwise.
+void PortUnlessDefault(CFtpConBase& site, const WChar* text) {
+  const LONG port = NumberFromText(text);
+  if (port != CFtpConBase::kDefaultPort) site.SetPort(port);
+}
+
+/// "true" or "false" in any letter case; anything else changes nothing.
+template <auto Setter>
+void TrueOrFalse(CFtpConBase& site, const WChar* text) {
+  if (IsNamedNoCase(WideView(text), "true")) (site.*Setter)(true);
+  if (IsNamedNoCase(WideView(text), "false")) (site.*Setter)(false);
+}
+
+struct WebAddress {
+  SystemText name, link;
+
+  void SetName(const WChar* text) { name.AssignOrNull(text); }
+  void SetLink(const WChar* text) { link.AssignOrNull(text); }
+};
+constexpr Field<WebAddress> kWebAddressFields[] = {
+    {"name", Text<&WebAddress::SetName>},
+    {"link", Text<&WebAddress::SetLink>},
+};
+
+void ReadWebAddress(Sites& sites, const XmlNode& element) {
+  if (!sites.item()) return;
+  WebAddress address;
+  ForEachAttribute(element, [&](WideView name, const WChar* value) {
+    ApplyField(kWebAddressFields, address, name, value);
+  });
+  const WChar *const name = address.name.get(), *const link = address.link.get();
+  if (WideView(name).empty() || WideView(link).empty()) return;
+  if (!sites.item()->GetFtpWebAddress()->Add(name, link)) throw std::bad_alloc();
+}
+
+template <auto Apply>
+constexpr auto TextToSite = TextTo<&Sites::item, Apply, Sites>;
+
+constexpr ScopedElement<Sites> kElements[] = {
+    {kAnywhere, "site", BeginItem, kSite, EndItem},
+    {kSite, "webaddress", ReadWebAddress},
+    {kSite, "title", TextToSite<&CFtpConBase::SetTitle>},
+    {kSite, "host", TextToSite<&CFtpConBase::SetHost>},
+    {kSite, "username", TextToSite<&CFtpConBase::SetUserName>},
+    {kSite, "path", TextToSite<&CFtpConBase::SetInitPath>},
+    {kSite, "uuid", TextToSite<&CFtpConBase::SetUUID>},
+    {kSite, "stampid", TextToSite<&CFtpConBase::SetStampID>},
+    {kSite, "pasvmode", TextToSite<PassiveWhenTrue>},
+    {kSite, "port", TextToSite<PortUnlessDefault>},
+    {kSite, "savepsw", TextToSite<TrueOrFalse<&CFtpConBase::SetSavePSW>>},
+    {kSite, "current", TextToSite<TrueOrFalse<&CFtpConBase::SetCurrent>>},
+};
+
+}  // namespace
+
+CReadFtpSiteXML::~CReadFtpSiteXML() = default;
+
+void CReadFtpSiteXML::InvokeParser(XmlNode root) {
+  if (IsRootNamed(root, "ftpsites")) ReadChildren(kElements, sites_, root, kSites);
+}
+
+}  // namespace vosmere

@@ -1,7 +1,0 @@
-#include "vosmere/nodes/page_data.h"
-
-namespace vosmere {
-
-CPageData::~CPageData() = default;
-
-}  // namespace vosmere

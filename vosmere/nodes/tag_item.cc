@@ -1,7 +1,0 @@
-#include "vosmere/nodes/tag_item.h"
-
-namespace vosmere {
-
-CTagItem::~CTagItem() = default;
-
-}  // namespace vosmere

@@ -1,7 +1,0 @@
-#include "vosmere/nodes/translation_item.h"
-
-namespace vosmere {
-
-CTranslationItem::~CTranslationItem() = default;
-
-}  // namespace vosmere

@@ -1,0 +1,144 @@
+#include "vosmere/notify/notification_document.h"
+
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "vosmere/xml/item_chain.h"
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+namespace {
+
+std::string_view TypeName(LONG type) {
+  switch (type) {
+    case 1000: return "FOLDER_CREATE";
+    case 1001: return "FOLDER_MODIFY";
+    case 1002: return "FOLDER_DELETE";
+    case 1003: return "FOLDER_MOVE";
+    case 2000: return "COLCT_CREATE";
+    case 2001: return "COLCT_MODIFY";
+    case 2002: return "COLCT_DELETE";
+    case 2003: return "COLCT_MOVE";
+    case 3000: return "ITEM_CREATE";
+    case 3001: return "ITEM_MODIFY";
+    case 3002: return "ITEM_DELETE";
+    case 3003: return "ITEM_MOVE";
+    default: return "UNKNOWN";
+  }
+}
+
+}  // namespace
+
+CWriteVSMNotifyMsg::~CWriteVSMNotifyMsg() = default;
+
+bool CWriteVSMNotifyMsg::FillData() {
+  if (!message_) return false;
+  BeginDocument();
+  AddHead();
+  FillNotifyItem();
+  FillNotifyItemWithID();
+  AddTail();
+  return true;
+}
+
+void CWriteVSMNotifyMsg::AddHead() {
+  Put("<vsmnotify><item>\r\n");
+}
+
+void CWriteVSMNotifyMsg::FillNotifyItem() {
+  FillNotifyType(message_->GetNotifyType());
+  PutElementUnlessNull<"title">(message_->GetName());
+  PutElementUnlessNull<"description">(message_->GetDesc());
+  PutElementUnlessNull<"link">(message_->GetLink());
+  PutElementUnlessNull<"guid">(message_->GetUUID());
+}
+
+void CWriteVSMNotifyMsg::FillNotifyType(LONG type) {
+  Put("<type>");
+  PutBytes(TypeName(type));
+  Put("</type>\r\n");
+}
+
+void CWriteVSMNotifyMsg::FillNotifyItemWithID() {
+  if (const WChar* const parent = message_->GetParent()) {
+    Put("<parent");
+    PutAttributeUnlessNull<"id">(message_->GetParentID());
+    Put(">");
+    PutEscaped(WideView(parent));
+    Put("</parent>");
+  }
+  if (const WChar* const oldParent = message_->GetOldParent()) {
+    Put("<oldparent");
+    PutAttributeUnlessNull<"id">(message_->GetOldParentID());
+    Put(">");
+    PutEscaped(WideView(oldParent));
+    Put("</oldparent>");
+  }
+  if (const WChar* const refItem = message_->GetRefItem()) {
+    Put("<refitem");
+    PutAttributeUnlessNull<"id">(message_->GetRefItemID());
+    PutAttributeUnlessNull<"type">(message_->GetRefItemType());
+    Put(">");
+    PutEscaped(WideView(refItem));
+    Put("</refitem>");
+  }
+}
+
+void CWriteVSMNotifyMsg::AddTail() {
+  Put("</item></vsmnotify>\r\n");
+}
+
+// Reading.
+
+namespace {
+
+struct Notification {
+  std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
+  CVSMNotifyMsg* item = nullptr;  // the message while its element is being read
+
+  void Begin() {
+    message.reset(CVSMNotifyMsg::New());
+    if (!message) throw std::bad_alloc();
+    item = message.get();
+  }
+  void End() { item = nullptr; }
+};
+enum Scope : unsigned { kNotify = 1, kItem = 2 };
+
+constexpr Field<CVSMNotifyMsg> kParentFields[] = {{"id", Text<&CVSMNotifyMsg::SetParentID>}};
+constexpr Field<CVSMNotifyMsg> kOldParentFields[] = {{"id", Text<&CVSMNotifyMsg::SetOldParentID>}};
+constexpr Field<CVSMNotifyMsg> kRefItemFields[] = {{"id", Text<&CVSMNotifyMsg::SetRefItemID>},
+                                                   {"type", Text<&CVSMNotifyMsg::SetRefItemType>}};
+
+template <auto Apply>
+constexpr auto TextToItem = TextTo<&Notification::item, Apply, Notification>;
+template <auto Apply, auto& Fields>
+constexpr auto AllToItem = TextAndAttributesTo<&Notification::item, Apply, Fields, Notification>;
+
+constexpr ScopedElement<Notification> kElements[] = {
+    {kAnywhere, "item", BeginItem, kItem, EndItem},
+    {kItem, "parent", AllToItem<&CVSMNotifyMsg::SetParent, kParentFields>},
+    {kItem, "oldparent", AllToItem<&CVSMNotifyMsg::SetOldParent, kOldParentFields>},
+    {kItem, "refitem", AllToItem<&CVSMNotifyMsg::SetRefItem, kRefItemFields>},
+    {kItem, "title", TextToItem<&CVSMNotifyMsg::SetName>},
+    {kItem, "description", TextToItem<&CVSMNotifyMsg::SetDesc>},
+    {kItem, "guid", TextToItem<&CVSMNotifyMsg::SetUUID>},
+    {kItem, "link", TextToItem<&CVSMNotifyMsg::SetLink>},
+};
+
+}  // namespace
+
+CReadVSMNotify::~CReadVSMNotify() = default;
+
+void CReadVSMNotify::InvokeParser(XmlNode root) {
+  Notification notification;
+  if (IsRootNamed(root, "vsmnotify")) ReadChildren(kElements, notification, root, kNotify);
+  ThrowIfTextsWereLost();
+  message_ = std::move(notification.message);
+}
+
+}  // namespace vosmere

@@ -1,0 +1,7 @@
+#include "vosmere/pages/page_data.h"
+
+namespace vosmere {
+
+CPageData::~CPageData() = default;
+
+}  // namespace vosmere

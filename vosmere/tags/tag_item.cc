@@ -1,0 +1,7 @@
+#include "vosmere/tags/tag_item.h"
+
+namespace vosmere {
+
+CTagItem::~CTagItem() = default;
+
+}  // namespace vosmere

@@ -1,0 +1,113 @@
+#include "vosmere/tags/tags_document.h"
+
+#include <algorithm>
+#include <new>
+
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteTagsXML::~CWriteTagsXML() = default;
+
+bool CWriteTagsXML::FillData() {
+  BeginDocument();
+  AddHead();
+  for (const auto* cell = head_; cell; cell = cell->next) FillTagGroup(cell->data);
+  AddTail();
+  return true;
+}
+
+void CWriteTagsXML::AddHead() {
+  Put("<vsmtags version=\"1.0\">\r\n");
+}
+
+void CWriteTagsXML::AddTail() {
+  Put("</vsmtags>");
+}
+
+bool CWriteTagsXML::ConvertName(const WChar* name) {
+  name_.clear();
+  return EscapedUtf8(WideView(name), name_);
+}
+
+void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
+  if (!ConvertName(group->GetName())) return;
+  Put("<group");
+  if (!name_.empty()) {
+    Put(" name=\"");
+    PutBytes(name_);
+    Put("\"");
+  }
+  Put(">");
+  for (const auto* cell = group->GetTagItemHead(); cell; cell = cell->next) FillTagItem(cell->data);
+  Put("</group>");
+}
+
+void CWriteTagsXML::FillTagItem(CTagItem* item) {
+  if (!ConvertName(item->GetName())) return;
+  Put("<tag name=\"");
+  PutBytes(name_);
+  if (item->GetCount() != 1) {
+    Put("\" count=\"");
+    PutNumber(std::clamp(item->GetCount(), 0, 10000000));
+  }
+  Put("\" />");
+}
+
+// Reading.
+
+namespace {
+
+struct Tags {
+  CTagStore& store;
+  CTagGroup* group = nullptr;
+  CTagItem* item = nullptr;
+
+  void BeginGroup() {
+    group = CTagStore::CreateTagGroup();
+    if (group && store.AddTagGroup(group)) return;
+    CTagStore::DeleteTagGroup(group);
+    throw std::bad_alloc();
+  }
+  void BeginItem() {
+    item = CTagStore::CreateTagItem();
+    if (item && group->AddTagItem(item)) return;
+    CTagStore::DeleteTagItem(item);
+    throw std::bad_alloc();
+  }
+};
+enum Scope : unsigned { kTags = 1, kGroup = 2 };
+
+constexpr Field<CTagGroup> kGroupFields[] = {{"name", Text<&CTagGroup::SetName>}};
+constexpr Field<CTagItem> kTagFields[] = {
+    {"name", Text<&CTagItem::SetName>},
+    {"count", Number<&CTagItem::SetCount>},
+};
+
+void ReadGroup(Tags& tags, const XmlNode& element) {
+  tags.BeginGroup();
+  AttributesTo<&Tags::group, kGroupFields>(tags, element);
+}
+
+void ReadTag(Tags& tags, const XmlNode& element) {
+  tags.BeginItem();
+  AttributesTo<&Tags::item, kTagFields>(tags, element);
+}
+
+constexpr ScopedElement<Tags> kElements[] = {
+    {kGroup, "tag", ReadTag},
+    {kTags, "group", ReadGroup, kGroup},
+};
+
+}  // namespace
+
+CReadTagsXML::~CReadTagsXML() = default;
+
+void CReadTagsXML::InvokeParser(XmlNode root) {
+  Tags tags{store_};
+  if (IsRootNamed(root, "vsmtags")) ReadChildren(kElements, tags, root, kTags);
+}
+
+}  // namespace vosmere

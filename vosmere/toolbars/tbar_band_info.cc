@@ -1,0 +1,48 @@
+#include "vosmere/toolbars/tbar_band_info.h"
+
+#include <memory>
+#include <new>
+
+#include "vosmere/base/chain.h"
+#include "vosmere/base/wide_view.h"
+
+namespace vosmere {
+namespace {
+
+// A high surrogate in the last place has lost its other half, or never had one.
+template <std::size_t N>
+void CutToFit(WChar (&field)[N], const WChar* text) {
+  const WideView whole(text);
+  WideView part = whole.First(N - 1);
+  if (part.size < whole.size && (part[part.size - 1] & 0xFC00) == 0xD800) --part.size;
+  if (!part.empty()) std::memmove(field, part.data, part.size * sizeof(WChar));
+  field[part.size] = 0;
+}
+
+}  // namespace
+
+void TBARBANDINFO::SetClsid(const WChar* text) {
+  CutToFit(clsid, text);
+}
+
+void TBARBANDINFO::SetTitle(const WChar* text) {
+  CutToFit(title, text);
+}
+
+CTBarBandInfo::~CTBarBandInfo() {
+  for (TList<TBARBANDINFO*>* cell : chain::Cells(head_)) {
+    delete cell->data;
+    delete cell;
+  }
+}
+
+TBARBANDINFO* CTBarBandInfo::AddBandInfoCopy(const TBARBANDINFO* band) {
+  std::unique_ptr<TBARBANDINFO> copy(new (std::nothrow) TBARBANDINFO(*band));
+  auto* const cell = copy ? TList<TBARBANDINFO*>::New(copy.get()) : nullptr;
+  if (!cell) return nullptr;
+  const SynchGuard guard(*this);
+  chain::Append(head_, cell);
+  return copy.release();
+}
+
+}  // namespace vosmere

@@ -1,0 +1,129 @@
+#include "vosmere/toolbars/toolbars_document.h"
+
+#include <memory>
+#include <new>
+
+#include "vosmere/xml/item_chain.h"
+#include "vosmere/xml/namespaces.h"
+#include "vosmere/xml/reader_scopes.h"
+
+namespace vosmere {
+
+// Writing.
+
+CWriteToolbarXML::~CWriteToolbarXML() = default;
+
+bool CWriteToolbarXML::FillData() {
+  if (!bands_) return false;
+  BeginDocument();
+  AddHead();
+  {
+    const SynchGuard guard(*bands_);
+    for (const auto* cell = bands_->GetRBandInfoItemHead(); cell; cell = cell->next)
+      FillBANDINFOToBuffer(cell->data);
+  }
+  AddTail();
+  return true;
+}
+
+// Intended: the blank before the element; the files have always had it.
+void CWriteToolbarXML::AddHead() {
+  Put(" <toolbars version=\"1.0\" xmlns=\"" VOSMERE_NAMESPACE_TOOLBAR "\">\r\n");
+}
+
+void CWriteToolbarXML::AddTail() {
+  Put("</toolbars>");
+}
+
+void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
+  if (!band->enabled)
+    Put("<toolbar status=\"disabled\">");
+  else if (band->visible)
+    Put("<toolbar status=\"enabled\" visible=\"true\">");
+  else
+    Put("<toolbar status=\"enabled\" visible=\"false\">");
+  PutElementUnlessEmpty<"title">(band->title);
+  PutElementUnlessEmpty<"clsid">(band->clsid);
+  if (band->enabled && band->hasContainerData) {
+    Put("<rebar index=\"");
+    PutNumber(band->index);
+    Put("\" style=\"");
+    PutNumber(band->style);
+    Put("\" width=\"");
+    PutNumber(band->width);
+    Put("\" />");
+  }
+  Put("</toolbar>\r\n");
+}
+
+// Reading.
+
+namespace {
+
+struct Bands {
+  std::unique_ptr<CTBarBandInfo> bands{new CTBarBandInfo};
+  TBARBANDINFO* band = nullptr;  // while its element is being read
+
+  void Begin() {
+    const TBARBANDINFO unsaid;
+    band = bands->AddBandInfoCopy(&unsaid);
+    if (!band) throw std::bad_alloc();
+  }
+  void End() { band = nullptr; }
+};
+enum Scope : unsigned { kBands = 1, kBand = 2 };
+
+void Enabled(TBARBANDINFO& band, const WChar* value) {
+  band.enabled = BeginsWithNoCase(WideView(value), "enabled");
+}
+void Visible(TBARBANDINFO& band, const WChar* value) {
+  band.visible = BeginsWithNoCase(WideView(value), "true");
+}
+constexpr Field<TBARBANDINFO> kBandFields[] = {
+    {BeginningWith("status"), Enabled},
+    {BeginningWith("visible"), Visible},
+};
+
+template <auto Number>
+void NumberIn(TBARBANDINFO& band, const WChar* value) {
+  band.*Number = NumberFromText(value);
+}
+constexpr Field<TBARBANDINFO> kRebarFields[] = {
+    {"index", NumberIn<&TBARBANDINFO::index>},
+    {"style", NumberIn<&TBARBANDINFO::style>},
+    {"width", NumberIn<&TBARBANDINFO::width>},
+};
+
+void BeginBand(Bands& bands, const XmlNode& element) {
+  BeginItem(bands, element);
+  AttributesTo<&Bands::band, kBandFields>(bands, element);
+}
+
+void ReadRebar(Bands& bands, const XmlNode& element) {
+  if (!bands.band) return;
+  bands.band->hasContainerData = true;
+  AttributesTo<&Bands::band, kRebarFields>(bands, element);
+}
+
+constexpr ScopedElement<Bands> kElements[] = {
+    {kAnywhere, "toolbar", BeginBand, kBand, EndItem},
+    {kBand, "title", TextTo<&Bands::band, &TBARBANDINFO::SetTitle>},
+    {kBand, "clsid", TextTo<&Bands::band, &TBARBANDINFO::SetClsid>},
+    {kBand, "rebar", ReadRebar},
+};
+
+}  // namespace
+
+CReadVosmereXML::~CReadVosmereXML() = default;
+
+void CReadVosmereXML::InvokeParser(XmlNode root) {
+  CTBarBandInfo* read = nullptr;
+  if (IsRootNamed(root, "toolbars")) {
+    Bands bands;
+    ReadChildren(kElements, bands, root, kBands);
+    read = bands.bands.release();
+  }
+  SetData(read);
+}
+
+}  // namespace vosmere

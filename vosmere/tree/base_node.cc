@@ -1,0 +1,38 @@
+#include "vosmere/tree/base_node.h"
+
+namespace vosmere {
+
+CBaseNode::CBaseNode() : name_(HeapTextStorage::Empty()), description_(HeapTextStorage::Empty()) {}
+
+CBaseNode::CBaseNode(const CBaseNode* source)
+    : name_(source->GetName()),
+      description_(source->GetDescription()),
+      stat_(source->stat_),
+      version_(source->version_),
+      order_(source->order_),
+      checkedIn_(source->checkedIn_),
+      baseBuild_(source->baseBuild_),
+      deleted_(source->deleted_),
+      nodeData_(source->nodeData_) {
+  SetUUID(source->uuid_);
+}
+
+CBaseNode::~CBaseNode() = default;
+
+void CBaseNode::Delete(CBaseNode* node) {
+  delete node;
+}
+
+void CBaseNode::SetUUID(const WChar* uuid) {
+  // The text may be the item's own, so it is moved rather than copied.
+  const WideView text = WideView(uuid).First(kMaxUuidLength);
+  if (!text.empty()) std::memmove(uuid_, text.data, text.size * sizeof(WChar));
+  uuid_[text.size] = 0;
+}
+
+bool CBaseNode::HasCheckedIn(int* state) const {
+  if (state) *state = checkedIn_;
+  return checkedIn_ == kCheckedIn;
+}
+
+}  // namespace vosmere

@@ -1,0 +1,17 @@
+#include "vosmere/tree/folder_node.h"
+
+#include "vosmere/base/no_memory.h"
+
+namespace vosmere {
+
+CFolderNode* CFolderNode::New() {
+  return NullIfNoMemory([] { return new CFolderNode; });
+}
+
+CFolderNode* CFolderNode::New(CFolderNode* source) {
+  return NullIfNoMemory([source] { return new CFolderNode(source); });
+}
+
+CFolderNode::~CFolderNode() = default;
+
+}  // namespace vosmere

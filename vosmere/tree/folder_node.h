@@ -1,0 +1,23 @@
+#pragma once
+
+#include "vosmere/base/export.h"
+#include "vosmere/tree/base_node.h"
+
+namespace vosmere {
+
+/// A folder. It holds other items through the children of its link (type NT_FOLDER).
+class VOSMERE_API CFolderNode : public CBaseNode {
+ public:
+  /// A new empty folder, or null when memory runs out.
+  static CFolderNode* New();
+  /// A copy of everything but the link and the children; null when memory runs out.
+  static CFolderNode* New(CFolderNode* source);
+
+  ~CFolderNode() override;
+
+ protected:
+  CFolderNode() = default;
+  explicit CFolderNode(const CFolderNode* source) : CBaseNode(source) {}
+};
+
+}  // namespace vosmere

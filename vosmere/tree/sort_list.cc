@@ -1,0 +1,47 @@
+#include "vosmere/tree/sort_list.h"
+
+#include "vosmere/tree/base_node.h"
+
+namespace vosmere {
+namespace {
+
+enum Key : int { kName, kLastVisited };
+
+CBaseNode* Item(void* item) {
+  return static_cast<CBaseNode*>(item);
+}
+
+LONG LastVisited(void* item) {
+  LONG time = 0;
+  Item(item)->GetNodeStat()->GetStatTime(nullptr, nullptr, &time);
+  return time;
+}
+
+}  // namespace
+
+CSortRList::~CSortRList() = default;
+
+TList<CBaseNode*>* CSortRList::Sort(TList<CBaseNode*>* head, bool ascending) {
+  BubbleSort(&head, ascending ? CompareNameAsc : CompareNameDes, nullptr);
+  return head;
+}
+
+TList<CBaseNode*>* CSortRList::SortByVisitTime(TList<CBaseNode*>* head, bool ascending) {
+  int key = kLastVisited;
+  BubbleSort(&head, ascending ? CompareNameAsc : CompareNameDes, &key);
+  return head;
+}
+
+int CSortRList::CompareNameAsc(void* a, void* b, void* key) {
+  return -CompareNameDes(a, b, key);
+}
+
+int CSortRList::CompareNameDes(void* a, void* b, void* key) {
+  switch (key ? *static_cast<int*>(key) : kName) {
+    case kName: return CompareNoCase(Item(a)->GetName(), Item(b)->GetName());
+    case kLastVisited: return CompareValue(LastVisited(a), LastVisited(b));
+    default: return 0;
+  }
+}
+
+}  // namespace vosmere

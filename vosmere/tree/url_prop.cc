@@ -1,0 +1,92 @@
+#include "vosmere/tree/url_prop.h"
+
+#include <unordered_set>
+
+#include "vosmere/base/chain.h"
+#include "vosmere/base/no_memory.h"
+
+namespace vosmere {
+namespace {
+
+bool IsTagSeparator(WChar unit) {
+  return unit == ' ' || unit == ',' || unit == ';' || unit == '\t' || unit == '\r' || unit == '\n';
+}
+
+/// Hash and equality of texts without regard to ASCII case.
+struct NoCase {
+  std::size_t operator()(const WChar* text) const {
+    std::size_t hash = 14695981039346656037u;
+    for (; *text; ++text) hash = (hash ^ FoldAscii(*text)) * 1099511628211u;
+    return hash;
+  }
+  bool operator()(const WChar* a, const WChar* b) const { return SameTextNoCase(a, b); }
+};
+
+}  // namespace
+
+CUrlProp::CUrlProp(CUrlProp* source)
+    : fileType_(source->fileType_), fileExtension_(source->fileExtension_.get()) {
+  for (TagList* tag : chain::Cells(source->tags_)) {
+    TagList* const copy = CreateRBstrItem(tag->data);
+    if (!copy) {
+      DeleteTagsList(tags_);
+      throw std::bad_alloc();
+    }
+    chain::Append(tags_, copy);
+  }
+}
+
+CUrlProp::~CUrlProp() {
+  DeleteTagsList(tags_);
+}
+
+CUrlProp::TagList* CUrlProp::DetachTagsHead() {
+  return std::exchange(tags_, nullptr);
+}
+
+bool CUrlProp::HasTag(const WChar* tag) const {
+  return tag &&
+         chain::Find(tags_, [tag](TagList* cell) { return SameTextNoCase(cell->data, tag); });
+}
+
+CUrlProp::TagList* CUrlProp::CreateRBstrItem(const WChar* text) {
+  return NullIfNoMemory([text] {
+    SystemText copy(text);
+    auto* const cell = new TagList(nullptr);
+    cell->data = copy.Detach();
+    return cell;
+  });
+}
+
+void CUrlProp::DeleteOneRBstrItem(TagList* cell) {
+  if (!cell) return;
+  SysFreeString(cell->data);
+  delete cell;
+}
+
+void CUrlProp::DeleteTagsList(TagList* head) {
+  for (TagList* cell : chain::Cells(head)) DeleteOneRBstrItem(cell);
+}
+
+CUrlProp::TagList* CUrlProp::GenerateRBstrItemList(WChar* text) {
+  TagList* tags = nullptr;
+  try {
+    std::unordered_set<const WChar*, NoCase, NoCase> seen;
+    for (WChar* at = text; at && *at;) {
+      while (IsTagSeparator(*at)) ++at;
+      if (!*at) break;
+      WChar* const token = at;
+      while (*at && !IsTagSeparator(*at)) ++at;
+      if (*at) *at++ = 0;
+      if (!seen.insert(token).second) continue;
+      TagList* const tag = CreateRBstrItem(token);
+      if (!tag) throw std::bad_alloc();
+      chain::Append(tags, tag);
+    }
+  } catch (const std::bad_alloc&) {
+    detail::CountLostText();  // what was built so far is the result
+  }
+  return tags;
+}
+
+}  // namespace vosmere
