@@ -8,8 +8,8 @@
 
 #include "tests/support/wide.h"
 #include "vosmere/base/document_error.h"
-#include "vosmere/platform/posix/xml_builder.h"
-#include "vosmere/platform/posix/xml_plain.h"
+#include "vosmere/platform/posix/xml/builder.h"
+#include "vosmere/platform/posix/xml/plain.h"
 #include "vosmere/platform/xml_node.h"
 
 namespace vosmere::test {

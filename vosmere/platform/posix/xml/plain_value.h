@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "vosmere/platform/posix/xml_arena.h"
+#include "vosmere/platform/posix/xml/arena.h"
 
 namespace vosmere::posix {
 

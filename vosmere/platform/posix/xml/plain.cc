@@ -1,11 +1,11 @@
-#include "vosmere/platform/posix/xml_plain.h"
+#include "vosmere/platform/posix/xml/plain.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
 
 #include "vosmere/base/document_error.h"
-#include "vosmere/platform/posix/xml_plain_value.h"
+#include "vosmere/platform/posix/xml/plain_value.h"
 #include "vosmere/platform/xml_node.h"
 
 namespace vosmere::posix {

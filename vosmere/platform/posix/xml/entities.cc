@@ -1,4 +1,4 @@
-#include "vosmere/platform/posix/xml_entities.h"
+#include "vosmere/platform/posix/xml/entities.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
 // From the parser's reports to a tree.
 #pragma once
 
-#include "vosmere/platform/posix/xml_arena.h"
-#include "vosmere/platform/posix/xml_source.h"
+#include "vosmere/platform/posix/xml/arena.h"
+#include "vosmere/platform/posix/xml/source.h"
 
 namespace vosmere::posix {
 

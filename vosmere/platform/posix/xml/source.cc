@@ -1,4 +1,4 @@
-#include "vosmere/platform/posix/xml_source.h"
+#include "vosmere/platform/posix/xml/source.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "vosmere/platform/posix/xml_arena.h"
+#include "vosmere/platform/posix/xml/arena.h"
 
 #include <sys/mman.h>
 

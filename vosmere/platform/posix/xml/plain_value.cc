@@ -1,4 +1,4 @@
-#include "vosmere/platform/posix/xml_plain_value.h"
+#include "vosmere/platform/posix/xml/plain_value.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "vosmere/platform/posix/xml_builder.h"
+#include "vosmere/platform/posix/xml/builder.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "vosmere/platform/posix/xml_entities.h"
+#include "vosmere/platform/posix/xml/entities.h"
 #include "vosmere/platform/xml_document.h"
 
 namespace vosmere::posix {

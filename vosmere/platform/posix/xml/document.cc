@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "vosmere/platform/posix/xml_arena.h"
-#include "vosmere/platform/posix/xml_builder.h"
-#include "vosmere/platform/posix/xml_plain.h"
-#include "vosmere/platform/posix/xml_source.h"
+#include "vosmere/platform/posix/xml/arena.h"
+#include "vosmere/platform/posix/xml/builder.h"
+#include "vosmere/platform/posix/xml/plain.h"
+#include "vosmere/platform/posix/xml/source.h"
 
 namespace vosmere {
 
