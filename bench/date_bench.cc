@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "vosmere/text/base_tool.h"
 #include "vosmere/text/date_reader.h"
-#include "vosmere/text/kq_time.h"
+#include "vosmere/text/feed_date.h"
+#include "vosmere/text/toolbox.h"
 
 namespace vosmere::bench {
 namespace {

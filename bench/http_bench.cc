@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "vosmere/net/net_upload_file.h"
+#include "vosmere/net/http_upload.h"
 
 namespace vosmere::bench {
 namespace {

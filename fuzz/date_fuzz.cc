@@ -11,7 +11,7 @@
 
 #include "vosmere/base/system_string.h"
 #include "vosmere/text/date_reader.h"
-#include "vosmere/text/kq_time.h"
+#include "vosmere/text/feed_date.h"
 
 using namespace vosmere;
 

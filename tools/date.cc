@@ -7,7 +7,7 @@
 
 #include "tools/text.h"
 #include "vosmere/text/date_reader.h"
-#include "vosmere/text/kq_time.h"
+#include "vosmere/text/feed_date.h"
 
 namespace vosmere::tool {
 namespace {

@@ -8,8 +8,8 @@
 #include "tools/failure.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
-#include "vosmere/net/net_upload_file.h"
-#include "vosmere/text/encoding_tool.h"
+#include "vosmere/net/http_upload.h"
+#include "vosmere/text/md5_text.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere::tool {

@@ -6,7 +6,7 @@
 #include "tests/support/files.h"
 #include "tests/support/loopback_server.h"
 #include "tests/support/wide.h"
-#include "vosmere/net/net_upload_file.h"
+#include "vosmere/net/http_upload.h"
 
 namespace vosmere::test {
 

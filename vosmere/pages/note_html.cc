@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "vosmere/base/wide_view.h"
-#include "vosmere/text/base_tool.h"
+#include "vosmere/text/toolbox.h"
 #include "vosmere/tree/base_node.h"
 
 namespace vosmere {

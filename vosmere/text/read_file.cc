@@ -6,8 +6,8 @@
 #include <new>
 
 #include "vosmere/platform/file.h"
-#include "vosmere/text/base_tool.h"
 #include "vosmere/text/chunk_buffer.h"
+#include "vosmere/text/toolbox.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere {

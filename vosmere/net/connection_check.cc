@@ -1,4 +1,4 @@
-#include "vosmere/net/inet_synch.h"
+#include "vosmere/net/connection_check.h"
 
 #include <mutex>
 #include <utility>
@@ -6,8 +6,8 @@
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/wide_literal.h"
 #include "vosmere/net/exchange.h"
+#include "vosmere/net/http_session.h"
 #include "vosmere/net/join.h"
-#include "vosmere/net/net_base.h"
 
 namespace vosmere {
 namespace {

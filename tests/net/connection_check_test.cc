@@ -1,4 +1,4 @@
-#include "vosmere/net/inet_synch.h"
+#include "vosmere/net/connection_check.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

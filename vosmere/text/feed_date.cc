@@ -1,4 +1,4 @@
-#include "vosmere/text/kq_time.h"
+#include "vosmere/text/feed_date.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "vosmere/net/net_upload_file.h"
+#include "vosmere/net/http_upload.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "vosmere/text/base_tool.h"
+#include "vosmere/text/toolbox.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

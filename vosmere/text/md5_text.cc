@@ -1,4 +1,4 @@
-#include "vosmere/text/encoding_tool.h"
+#include "vosmere/text/md5_text.h"
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/code_page.h"

@@ -1,4 +1,4 @@
-#include "vosmere/text/encoding_tool.h"
+#include "vosmere/text/md5_text.h"
 
 #include <gtest/gtest.h>
 

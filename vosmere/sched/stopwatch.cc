@@ -1,4 +1,4 @@
-#include "vosmere/sched/time_test.h"
+#include "vosmere/sched/stopwatch.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "vosmere/text/kq_time.h"
+#include "vosmere/text/feed_date.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 #include "tests/support/platform.h"
 #include "tests/support/wide.h"
 #include "vosmere/platform/clock.h"
-#include "vosmere/text/base_tool.h"
+#include "vosmere/text/toolbox.h"
 
 namespace vosmere::test {
 namespace {

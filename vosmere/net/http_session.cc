@@ -1,4 +1,4 @@
-#include "vosmere/net/net_base.h"
+#include "vosmere/net/http_session.h"
 
 #include <cstdio>
 #include <cstring>

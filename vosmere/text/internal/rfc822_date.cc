@@ -1,4 +1,4 @@
-#include "vosmere/text/pub_date.h"
+#include "vosmere/text/internal/rfc822_date.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "vosmere/text/base_tool.h"
+#include "vosmere/text/toolbox.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 #include "vosmere/platform/keys.h"
 #include "vosmere/platform/uuid.h"
-#include "vosmere/text/pub_date.h"
+#include "vosmere/text/internal/rfc822_date.h"
 #include "vosmere/tree/base_node.h"
 
 namespace vosmere {

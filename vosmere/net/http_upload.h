@@ -5,7 +5,7 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
-#include "vosmere/net/net_base.h"
+#include "vosmere/net/http_session.h"
 
 namespace vosmere {
 

@@ -1,4 +1,4 @@
-#include "vosmere/net/net_upload_file.h"
+#include "vosmere/net/http_upload.h"
 
 #include <algorithm>
 #include <cstring>
@@ -15,7 +15,7 @@
 #include "vosmere/platform/code_page.h"
 #include "vosmere/platform/file.h"
 #include "vosmere/platform/trace.h"
-#include "vosmere/text/base_tool.h"
+#include "vosmere/text/toolbox.h"
 
 namespace vosmere {
 namespace {
