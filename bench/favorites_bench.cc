@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/support/order.h"
-#include "vosmere/base/wide_string.h"
+#include "vosmere/base/internal/wide_string.h"
 #include "vosmere/favorites/favorites.h"
 
 namespace vosmere::bench {

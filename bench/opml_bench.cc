@@ -7,7 +7,7 @@
 #include "bench/sample_tree.h"
 #include "vosmere/collections/opml_reader.h"
 #include "vosmere/collections/opml_writer.h"
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/tree/tree_tool.h"
 
 namespace vosmere::bench {

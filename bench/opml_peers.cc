@@ -11,7 +11,7 @@
 #include "vosmere/base/wide_view.h"
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/tree/folder_node.h"
-#include "vosmere/xml/namespaces.h"
+#include "vosmere/xml/internal/namespaces.h"
 
 namespace vosmere::bench {
 namespace {

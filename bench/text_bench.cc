@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "vosmere/base/system_string.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/text/md5_digest.h"
 #include "vosmere/text/unicode_tool.h"
 

@@ -2,9 +2,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "vosmere/base/wide_string.h"
+#include "vosmere/base/internal/wide_string.h"
 #include "vosmere/favorites/favorites.h"
-#include "vosmere/favorites/order_value.h"
+#include "vosmere/favorites/internal/order_value.h"
 
 using namespace vosmere;
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "vosmere/base/wide_string.h"
+#include "vosmere/base/internal/wide_string.h"
+#include "vosmere/platform/internal/shell.h"
 #include "vosmere/platform/registry.h"
-#include "vosmere/platform/shell.h"
 
 using namespace vosmere;
 

@@ -7,7 +7,7 @@
 
 #include "tests/support/document.h"
 #include "tests/support/platform.h"
-#include "vosmere/xml/namespaces.h"
+#include "vosmere/xml/internal/namespaces.h"
 
 namespace vosmere::test {
 namespace {

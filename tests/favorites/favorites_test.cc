@@ -8,7 +8,7 @@
 #include "tests/support/files.h"
 #include "tests/support/order.h"
 #include "tests/support/user_registry.h"
-#include "vosmere/platform/system_version.h"
+#include "vosmere/platform/internal/system_version.h"
 
 namespace vosmere::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 
 #include <gtest/gtest.h>
 

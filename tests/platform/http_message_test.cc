@@ -1,4 +1,4 @@
-#include "vosmere/platform/http_message.h"
+#include "vosmere/platform/internal/http_message.h"
 
 #include <gtest/gtest.h>
 

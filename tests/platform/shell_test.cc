@@ -1,4 +1,4 @@
-#include "vosmere/platform/shell.h"
+#include "vosmere/platform/internal/shell.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/xml_document.h"
 
 #include <gtest/gtest.h>
 

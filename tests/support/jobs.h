@@ -9,7 +9,7 @@
 #include <functional>
 #include <utility>
 
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 #include "vosmere/sched/time_event.h"
 
 namespace vosmere::test {

@@ -13,7 +13,7 @@
 #include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
 #include "tests/support/wide.h"
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 #include "vosmere/text/toolbox.h"
 
 namespace vosmere::test {

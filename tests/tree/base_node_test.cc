@@ -8,7 +8,7 @@
 
 #include "tests/support/tree.h"
 #include "tests/support/wide.h"
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 
 namespace vosmere::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "tests/support/document.h"
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/reader_fields.h"
 

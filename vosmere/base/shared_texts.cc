@@ -1,6 +1,6 @@
 #include "vosmere/base/shared_texts.h"
 
-#include "vosmere/base/wide_literal.h"
+#include "vosmere/base/internal/wide_literal.h"
 
 namespace vosmere {
 namespace {

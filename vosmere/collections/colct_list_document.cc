@@ -1,6 +1,6 @@
 #include "vosmere/collections/colct_list_document.h"
 
-#include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/internal/item_fields.h"
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {

@@ -6,7 +6,7 @@
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/internal/new_link.h"
-#include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/internal/item_fields.h"
 
 namespace vosmere {
 namespace {

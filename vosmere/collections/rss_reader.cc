@@ -14,7 +14,7 @@
 #include "vosmere/collections/internal/rss_words.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/internal/new_link.h"
-#include "vosmere/xml/item_fields.h"
+#include "vosmere/xml/internal/item_fields.h"
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {

@@ -11,8 +11,8 @@
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/tree_link.h"
 #include "vosmere/tree/tree_walk.h"
-#include "vosmere/xml/escape.h"
-#include "vosmere/xml/namespaces.h"
+#include "vosmere/xml/internal/escape.h"
+#include "vosmere/xml/internal/namespaces.h"
 
 namespace vosmere {
 namespace {

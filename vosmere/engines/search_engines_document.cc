@@ -3,9 +3,9 @@
 #include <new>
 #include <utility>
 
+#include "vosmere/xml/internal/item_fields.h"
+#include "vosmere/xml/internal/namespaces.h"
 #include "vosmere/xml/item_chain.h"
-#include "vosmere/xml/item_fields.h"
-#include "vosmere/xml/namespaces.h"
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {

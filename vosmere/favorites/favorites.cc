@@ -7,12 +7,12 @@
 #include <unordered_set>
 #include <vector>
 
-#include "vosmere/base/wide_string.h"
-#include "vosmere/favorites/order_value.h"
-#include "vosmere/platform/code_page.h"
-#include "vosmere/platform/folder.h"
-#include "vosmere/platform/shell.h"
-#include "vosmere/platform/system_version.h"
+#include "vosmere/base/internal/wide_string.h"
+#include "vosmere/favorites/internal/order_value.h"
+#include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/folder.h"
+#include "vosmere/platform/internal/shell.h"
+#include "vosmere/platform/internal/system_version.h"
 
 namespace vosmere {
 namespace {

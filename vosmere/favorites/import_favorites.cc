@@ -8,10 +8,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "vosmere/base/wide_string.h"
+#include "vosmere/base/internal/wide_string.h"
 #include "vosmere/favorites/favorites.h"
-#include "vosmere/favorites/order_value.h"
-#include "vosmere/platform/folder.h"
+#include "vosmere/favorites/internal/order_value.h"
+#include "vosmere/platform/internal/folder.h"
 #include "vosmere/platform/registry.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/tree_tool.h"

@@ -3,11 +3,11 @@
 #include <mutex>
 #include <utility>
 
+#include "vosmere/base/internal/wide_literal.h"
 #include "vosmere/base/owned_text.h"
-#include "vosmere/base/wide_literal.h"
-#include "vosmere/net/exchange.h"
 #include "vosmere/net/http_session.h"
-#include "vosmere/net/join.h"
+#include "vosmere/net/internal/exchange.h"
+#include "vosmere/net/internal/join.h"
 
 namespace vosmere {
 namespace {

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
+#include "vosmere/base/internal/wide_literal.h"
 #include "vosmere/base/no_memory.h"
-#include "vosmere/base/wide_literal.h"
-#include "vosmere/net/exchange.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/net/internal/exchange.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere {

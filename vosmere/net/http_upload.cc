@@ -6,14 +6,14 @@
 #include <memory>
 #include <new>
 
+#include "vosmere/base/internal/wide_literal.h"
 #include "vosmere/base/no_memory.h"
-#include "vosmere/base/wide_literal.h"
-#include "vosmere/net/exchange.h"
-#include "vosmere/net/join.h"
-#include "vosmere/net/multipart.h"
-#include "vosmere/net/upload_body.h"
-#include "vosmere/platform/code_page.h"
-#include "vosmere/platform/file.h"
+#include "vosmere/net/internal/exchange.h"
+#include "vosmere/net/internal/join.h"
+#include "vosmere/net/internal/multipart.h"
+#include "vosmere/net/internal/upload_body.h"
+#include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/trace.h"
 #include "vosmere/text/toolbox.h"
 

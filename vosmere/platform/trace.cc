@@ -6,7 +6,7 @@
 #include <new>
 
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 
 namespace vosmere {
 namespace {

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <cstdint>
 
-#include "vosmere/platform/signals.h"
-#include "vosmere/platform/thread.h"
+#include "vosmere/platform/internal/signals.h"
+#include "vosmere/platform/internal/thread.h"
 
 namespace vosmere {
 namespace {

@@ -5,8 +5,8 @@
 #include <limits>
 #include <stop_token>
 
-#include "vosmere/platform/clock.h"
-#include "vosmere/platform/signals.h"
+#include "vosmere/platform/internal/clock.h"
+#include "vosmere/platform/internal/signals.h"
 #include "vosmere/platform/trace.h"
 #include "vosmere/sched/event_queue.h"
 #include "vosmere/sched/time_event.h"

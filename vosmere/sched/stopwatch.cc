@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "vosmere/base/system_string.h"
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 #include "vosmere/platform/trace.h"
-#include "vosmere/text/date_names.h"
+#include "vosmere/text/internal/date_names.h"
 
 namespace vosmere {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 
 namespace vosmere {
 namespace {

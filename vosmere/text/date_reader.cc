@@ -5,8 +5,8 @@
 #include <string_view>
 #include <type_traits>
 
-#include "vosmere/base/number.h"
-#include "vosmere/text/date_names.h"
+#include "vosmere/base/internal/number.h"
+#include "vosmere/text/internal/date_names.h"
 
 namespace vosmere {
 namespace {

@@ -9,9 +9,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "vosmere/base/number.h"
-#include "vosmere/platform/clock.h"
-#include "vosmere/text/date_names.h"
+#include "vosmere/base/internal/number.h"
+#include "vosmere/platform/internal/clock.h"
+#include "vosmere/text/internal/date_names.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere {

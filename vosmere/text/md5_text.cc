@@ -1,7 +1,7 @@
 #include "vosmere/text/md5_text.h"
 
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/text/md5_digest.h"
 
 namespace vosmere {

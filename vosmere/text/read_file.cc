@@ -5,7 +5,7 @@
 #include <limits>
 #include <new>
 
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/text/chunk_buffer.h"
 #include "vosmere/text/toolbox.h"
 #include "vosmere/text/unicode_tool.h"

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "vosmere/platform/internal/uuid.h"
 #include "vosmere/platform/keys.h"
-#include "vosmere/platform/uuid.h"
 #include "vosmere/text/internal/rfc822_date.h"
 #include "vosmere/tree/base_node.h"
 

@@ -7,7 +7,7 @@
 
 #include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/trace.h"
 
 namespace vosmere {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <new>
 
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere {

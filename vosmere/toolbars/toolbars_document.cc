@@ -3,8 +3,8 @@
 #include <memory>
 #include <new>
 
+#include "vosmere/xml/internal/namespaces.h"
 #include "vosmere/xml/item_chain.h"
-#include "vosmere/xml/namespaces.h"
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {

@@ -1,6 +1,6 @@
 #include "vosmere/tree/node_stat.h"
 
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 
 namespace vosmere {
 

@@ -3,7 +3,7 @@
 #include "vosmere/base/chain.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/uuid.h"
+#include "vosmere/platform/internal/uuid.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/sort_node.h"
 #include "vosmere/tree/tree_walk.h"

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "vosmere/base/owned_text.h"
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/xml_document.h"
 
 namespace vosmere {
 namespace {

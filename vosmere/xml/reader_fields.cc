@@ -1,6 +1,6 @@
 #include "vosmere/xml/reader_fields.h"
 
-#include "vosmere/base/number.h"
+#include "vosmere/base/internal/number.h"
 
 namespace vosmere {
 

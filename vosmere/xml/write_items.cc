@@ -1,7 +1,7 @@
 #include "vosmere/xml/write_items.h"
 
 #include "vosmere/tree/base_node.h"
-#include "vosmere/xml/escape.h"
+#include "vosmere/xml/internal/escape.h"
 
 namespace vosmere {
 

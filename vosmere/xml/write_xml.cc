@@ -10,11 +10,11 @@
 #include <string>
 
 #include "vosmere/base/system_string.h"
-#include "vosmere/platform/code_page.h"
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/trace.h"
 #include "vosmere/text/unicode_tool.h"
-#include "vosmere/xml/escape.h"
+#include "vosmere/xml/internal/escape.h"
 
 namespace vosmere {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "tests/support/files.h"
 #include "tests/support/order.h"
+#include "vosmere/platform/internal/shell.h"
 #include "vosmere/platform/registry.h"
-#include "vosmere/platform/shell.h"
 
 namespace vosmere::test {
 namespace {

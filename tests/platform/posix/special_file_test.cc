@@ -16,7 +16,7 @@
 #include "tests/support/document.h"
 #include "tests/support/files.h"
 #include "tests/support/tree.h"
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/text/read_file.h"
 #include "vosmere/text/write_file.h"
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/http.h"
+#include "vosmere/platform/internal/http.h"
 
 #include <curl/curl.h>
 
@@ -10,8 +10,8 @@
 
 #include "vosmere/base/no_memory.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
-#include "vosmere/platform/http_message.h"
+#include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/http_message.h"
 #include "vosmere/platform/posix/http_transfer.h"
 
 namespace vosmere::http {

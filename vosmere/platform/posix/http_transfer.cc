@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 
 namespace vosmere::posix {
 namespace {

@@ -9,7 +9,7 @@
 #include <memory>
 #include <new>
 
-#include "vosmere/platform/http.h"
+#include "vosmere/platform/internal/http.h"
 
 namespace vosmere::posix {
 
@@ -33,7 +33,7 @@ class HttpTransfer {
   /// Whether libcurl has begun the request anew and waits for its body.
   bool MustResend() const { return rewound_ && wanted_; }
 
-  // As the operations of platform/http.h.
+  // As the operations of platform/internal/http.h.
   http::Error Send(ULONG total);
   http::Error Write(const char* bytes, std::size_t size);
   http::Error End();

@@ -6,9 +6,9 @@
 #include <mutex>
 #include <new>
 
+#include "vosmere/base/internal/wide_string.h"
 #include "vosmere/base/no_memory.h"
-#include "vosmere/base/wide_string.h"
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/posix/text_file.h"
 #include "vosmere/platform/registry.h"
 

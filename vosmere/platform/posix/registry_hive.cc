@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/posix/path.h"
 #include "vosmere/platform/posix/registry_file.h"
 #include "vosmere/platform/posix/text_file.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "vosmere/base/wide_string.h"
+#include "vosmere/base/internal/wide_string.h"
 #include "vosmere/platform/posix/registry_file.h"
 #include "vosmere/platform/posix/text_file.h"
 

@@ -1,9 +1,9 @@
-#include "vosmere/platform/shell.h"
+#include "vosmere/platform/internal/shell.h"
 
 #include <algorithm>
 
+#include "vosmere/base/internal/wide_string.h"
 #include "vosmere/base/no_memory.h"
-#include "vosmere/base/wide_string.h"
 #include "vosmere/platform/posix/registry.h"
 #include "vosmere/platform/posix/shortcut.h"
 #include "vosmere/platform/posix/text_file.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/posix/utf8.h"
 
 namespace vosmere {

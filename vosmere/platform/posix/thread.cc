@@ -1,4 +1,4 @@
-#include "vosmere/platform/thread.h"
+#include "vosmere/platform/internal/thread.h"
 
 #include <limits.h>
 #include <pthread.h>
@@ -9,7 +9,7 @@
 #include <new>
 #include <utility>
 
-#include "vosmere/platform/signals.h"
+#include "vosmere/platform/internal/signals.h"
 
 namespace vosmere {
 

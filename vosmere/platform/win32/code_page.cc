@@ -1,4 +1,4 @@
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 
 #include <limits>
 #include <new>

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/xml_document.h"
 
 namespace vosmere::win32 {
 namespace {

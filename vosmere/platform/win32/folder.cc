@@ -1,4 +1,4 @@
-#include "vosmere/platform/folder.h"
+#include "vosmere/platform/internal/folder.h"
 
 #include <algorithm>
 #include <string>

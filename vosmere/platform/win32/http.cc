@@ -1,4 +1,4 @@
-#include "vosmere/platform/http.h"
+#include "vosmere/platform/internal/http.h"
 
 #include <algorithm>
 #include <charconv>
@@ -8,8 +8,8 @@
 
 #include "vosmere/base/no_memory.h"
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
-#include "vosmere/platform/http_message.h"
+#include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/http_message.h"
 #include "vosmere/platform/win32/com.h"
 #include "vosmere/platform/win32/http_handle.h"
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/shell.h"
+#include "vosmere/platform/internal/shell.h"
 
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/win32/com.h"

@@ -1,4 +1,4 @@
-#include "vosmere/platform/signals.h"
+#include "vosmere/platform/internal/signals.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/thread.h"
+#include "vosmere/platform/internal/thread.h"
 
 #include <windows.h>
 

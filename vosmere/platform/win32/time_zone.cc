@@ -1,4 +1,4 @@
-#include "vosmere/platform/time_zone.h"
+#include "vosmere/platform/internal/time_zone.h"
 
 #include <time.h>
 

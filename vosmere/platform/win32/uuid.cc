@@ -1,4 +1,4 @@
-#include "vosmere/platform/uuid.h"
+#include "vosmere/platform/internal/uuid.h"
 
 #include <rpc.h>
 

@@ -1,4 +1,4 @@
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/xml_document.h"
 
 #include "vosmere/platform/win32/com.h"
 
@@ -13,7 +13,7 @@
 #include <string_view>
 
 #include "vosmere/base/owned_text.h"
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/win32/xml_error_place.h"
 #include "vosmere/platform/win32/xml_intake.h"
 

@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/win32/xml_units.h"
 
 namespace vosmere::win32 {

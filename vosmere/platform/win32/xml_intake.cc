@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/win32/entity_guard.h"
 
 namespace vosmere::win32 {

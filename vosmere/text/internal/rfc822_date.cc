@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "vosmere/platform/clock.h"
-#include "vosmere/text/date_names.h"
+#include "vosmere/platform/internal/clock.h"
+#include "vosmere/text/internal/date_names.h"
 
 namespace vosmere {
 namespace {

@@ -7,7 +7,7 @@
 
 namespace vosmere {
 
-/// Formats them in the process's time zone (platform/clock.h).
+/// Formats them in the process's time zone (platform/internal/clock.h).
 class PubDateFormat {
  public:
   /// Bytes that a date has at most.

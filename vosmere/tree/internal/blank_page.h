@@ -1,7 +1,7 @@
 // The address of a page or engine that was given none.
 #pragma once
 
-#include "vosmere/base/wide_literal.h"
+#include "vosmere/base/internal/wide_literal.h"
 
 namespace vosmere {
 

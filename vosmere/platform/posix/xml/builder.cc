@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/platform/posix/xml/entities.h"
-#include "vosmere/platform/xml_document.h"
 
 namespace vosmere::posix {
 namespace {

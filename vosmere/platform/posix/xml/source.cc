@@ -5,8 +5,8 @@
 #include <cstring>
 #include <new>
 
-#include "vosmere/platform/code_page.h"
-#include "vosmere/platform/xml_document.h"
+#include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/xml_document.h"
 
 namespace vosmere::posix {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/file.h"
+#include "vosmere/platform/internal/file.h"
 
 namespace vosmere::posix {
 

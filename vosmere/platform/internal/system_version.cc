@@ -1,4 +1,4 @@
-#include "vosmere/platform/system_version.h"
+#include "vosmere/platform/internal/system_version.h"
 
 #include <atomic>
 

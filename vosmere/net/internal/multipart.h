@@ -4,7 +4,7 @@
 #include <string>
 
 #include "vosmere/base/types.h"
-#include "vosmere/net/join.h"
+#include "vosmere/net/internal/join.h"
 
 namespace vosmere::multipart {
 

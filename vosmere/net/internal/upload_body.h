@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "vosmere/platform/file.h"
-#include "vosmere/platform/http.h"
+#include "vosmere/platform/internal/file.h"
+#include "vosmere/platform/internal/http.h"
 
 namespace vosmere {
 

@@ -1,7 +1,7 @@
 // Sending a request, body and all.
 #pragma once
 
-#include "vosmere/platform/http.h"
+#include "vosmere/platform/internal/http.h"
 
 namespace vosmere {
 

@@ -1,9 +1,9 @@
-#include "vosmere/net/multipart.h"
+#include "vosmere/net/internal/multipart.h"
 
 #include <vector>
 
-#include "vosmere/net/join.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/net/internal/join.h"
+#include "vosmere/platform/internal/code_page.h"
 
 namespace vosmere::multipart {
 namespace {

@@ -1,4 +1,4 @@
-#include "vosmere/platform/clock.h"
+#include "vosmere/platform/internal/clock.h"
 
 #include <atomic>
 #include <chrono>

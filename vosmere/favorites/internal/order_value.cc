@@ -1,4 +1,4 @@
-#include "vosmere/favorites/order_value.h"
+#include "vosmere/favorites/internal/order_value.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
-#include "vosmere/xml/escape.h"
+#include "vosmere/xml/internal/escape.h"
 
 #include <string_view>
 
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 
 namespace vosmere {
 namespace {

@@ -1,7 +1,7 @@
 #include <mutex>
 
-#include "vosmere/platform/clock.h"
-#include "vosmere/platform/time_zone.h"
+#include "vosmere/platform/internal/clock.h"
+#include "vosmere/platform/internal/time_zone.h"
 
 namespace vosmere {
 namespace {

@@ -1,9 +1,9 @@
-#include "vosmere/platform/http_message.h"
+#include "vosmere/platform/internal/http_message.h"
 
 #include <charconv>
 
 #include "vosmere/base/wide_view.h"
-#include "vosmere/platform/code_page.h"
+#include "vosmere/platform/internal/code_page.h"
 
 namespace vosmere::http {
 namespace {
