@@ -21,7 +21,7 @@ install(FILES ${PROJECT_BINARY_DIR}/VosmereBaseConfig.cmake
 if(NOT WIN32)
   # Relative, so that the installed tree can be moved.
   file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-  if(NOT BUILD_SHARED_LIBS)
+  if(NOT VOSMERE_SHARED)
     set(pkgconfig_static_libs " -lcurl -lxml2 -lhivex -luuid -lstdc++ -pthread")
     set(pkgconfig_static_flags " -DVOSMERE_STATIC")
   endif()

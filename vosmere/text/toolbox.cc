@@ -7,7 +7,6 @@
 #include "vosmere/platform/internal/uuid.h"
 #include "vosmere/platform/keys.h"
 #include "vosmere/text/internal/rfc822_date.h"
-#include "vosmere/tree/base_node.h"
 
 namespace vosmere {
 namespace {
@@ -22,13 +21,6 @@ bool CBaseTool::GetUUID(WChar* text, int capacity) {
   WChar uuid[kUuidTextLength + 1];
   if (capacity < kUuidTextLength + 1 || !NewUuidText(uuid)) return false;
   std::copy_n(uuid, kUuidTextLength + 1, text);
-  return true;
-}
-
-bool CBaseTool::AssignUUID(CBaseNode* node) {
-  WChar uuid[kUuidTextLength + 1];
-  if (!GetUUID(uuid, kUuidTextLength + 1)) return false;
-  node->SetUUID(uuid);
   return true;
 }
 

@@ -1,5 +1,8 @@
 #include "vosmere/tree/base_node.h"
 
+#include "vosmere/platform/internal/uuid.h"
+#include "vosmere/text/toolbox.h"
+
 namespace vosmere {
 
 CBaseNode::CBaseNode() : name_(HeapTextStorage::Empty()), description_(HeapTextStorage::Empty()) {}
@@ -33,6 +36,14 @@ void CBaseNode::SetUUID(const WChar* uuid) {
 bool CBaseNode::HasCheckedIn(int* state) const {
   if (state) *state = checkedIn_;
   return checkedIn_ == kCheckedIn;
+}
+
+// Declared with the other services on texts, which know no items.
+bool CBaseTool::AssignUUID(CBaseNode* node) {
+  WChar uuid[kUuidTextLength + 1];
+  if (!GetUUID(uuid, kUuidTextLength + 1)) return false;
+  node->SetUUID(uuid);
+  return true;
 }
 
 }  // namespace vosmere
