@@ -67,6 +67,7 @@
 #include "vosmere/tags/tags_document.h"
 #include "vosmere/text/chunk_buffer.h"
 #include "vosmere/text/date_reader.h"
+#include "vosmere/text/display_date.h"
 #include "vosmere/text/feed_date.h"
 #include "vosmere/text/md5_digest.h"
 #include "vosmere/text/md5_text.h"
