@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "tests/support/wide.h"
@@ -26,6 +27,8 @@ struct StoredDocument {
   BSTR (*write)(CReadXML& reader);
   /// Whether its elements count within any root element.
   bool anyRoot = false;
+
+  friend void PrintTo(const StoredDocument& document, std::ostream* out) { *out << document.root; }
 };
 
 template <class Reader>
