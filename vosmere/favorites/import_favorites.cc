@@ -221,13 +221,13 @@ RNode* ImportFavorites(const WChar* regPath, const WChar* dirPath, FavoritesRepo
   FavoritesReport ignored;
   if (!report) report = &ignored;
   *report = {};
+  const unsigned long lostBefore = LostTexts();
   WChar usual[CFavorite::kNameLimit];
   if (!dirPath) CFavorites().GetFavoritesFilePath(usual);
   const std::u16string path = ToU16(dirPath ? dirPath : usual);
   if (!regPath) CFavorites().GetFavoritesRegPath(usual);
   const KeyPtr key(OpenUserKey(regPath ? regPath : usual));
 
-  const unsigned long lostBefore = LostTexts();
   TreePtr tree(AddItem<CFolderNode>(nullptr, NT_FOLDER, LastName(path)));
   const bool read = Import(key.get(), *report).Run(tree.get(), path);
   return read && LostTexts() == lostBefore ? tree.release() : nullptr;

@@ -25,7 +25,9 @@ class FolderListing {
   FolderListing& operator=(const FolderListing&) = delete;
   ~FolderListing();
 
-  /// Once. False when the folder cannot be read. Throws std::bad_alloc.
+  // Without memory, the system's included, both throw std::bad_alloc.
+
+  /// Once. False when the folder cannot be read.
   bool Open(const WChar* path);
   /// Steps to the first, then to the next entry; false at the end, and when reading fails.
   bool Next();

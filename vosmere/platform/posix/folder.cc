@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 #include <string_view>
 
 #include "vosmere/platform/posix/path.h"
@@ -16,15 +17,21 @@ namespace {
 
 constexpr WChar kReplacement = 0xFFFD;
 
+/// What came of a call to the system.
+bool Succeeded(bool succeeded) {
+  if (!succeeded && errno == ENOMEM) throw std::bad_alloc();
+  return succeeded;
+}
+
 bool IsDirectory(DIR* folder, const char* name) {
   struct stat status;
-  return fstatat(dirfd(folder), name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+  return Succeeded(fstatat(dirfd(folder), name, &status, 0) == 0) && S_ISDIR(status.st_mode);
 }
 
 bool IsSymbolicLink(DIR* folder, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_LNK;
   struct stat status;
-  return fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+  return Succeeded(fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) &&
          S_ISLNK(status.st_mode);
 }
 
@@ -54,7 +61,7 @@ bool FolderListing::Open(const WChar* path) {
   char name[PATH_MAX];
   if (!NativePath(path, name)) return false;
   search_ = std::make_unique<Search>(name);
-  return search_->folder != nullptr;
+  return Succeeded(search_->folder != nullptr);
 }
 
 bool FolderListing::Next() {
@@ -75,7 +82,7 @@ bool FolderListing::Next() {
         entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));
     return true;
   }
-  failed_ = errno != 0;
+  failed_ = !Succeeded(errno == 0);
   return false;
 }
 
