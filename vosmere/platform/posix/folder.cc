@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <string_view>
@@ -14,8 +13,6 @@
 
 namespace vosmere {
 namespace {
-
-constexpr WChar kReplacement = 0xFFFD;
 
 /// What came of a call to the system.
 bool Succeeded(bool succeeded) {
@@ -33,12 +30,6 @@ bool IsSymbolicLink(DIR* folder, const dirent& entry) {
   struct stat status;
   return Succeeded(fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) &&
          S_ISLNK(status.st_mode);
-}
-
-/// Whether a path says the name of the file when it says the one shown.
-bool IsShownAsItIs(std::string_view name, const WChar* shown, std::size_t length) {
-  char said[utf8::kMaxBytesPerUnit * FolderListing::kNameLimit];
-  return name == std::string_view(said, utf8::Encode(shown, length, said, sizeof said));
 }
 
 }  // namespace
@@ -73,11 +64,10 @@ bool FolderListing::Next() {
     if (!entry) break;
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    const std::size_t length = utf8::Decode(name.data(), name.size(), name_, kNameLimit - 1);
+    const std::size_t length = PathOfName(name, name_, kNameLimit - 1);
     if (length == utf8::kNoRoom) continue;
     name_[length] = 0;
-    std::replace(name_, name_ + length, WChar{'\\'}, kReplacement);
-    isLink_ = IsSymbolicLink(folder, *entry) || !IsShownAsItIs(name, name_, length);
+    isLink_ = IsSymbolicLink(folder, *entry);
     isFolder_ =
         entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));
     return true;
