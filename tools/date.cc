@@ -41,6 +41,7 @@ const char* NameOf(DateForm form) {
     case DateForm::kRfc822: return "RFC 822";
     case DateForm::kIso8601: return "ISO 8601";
     case DateForm::kLoose: return "loose";
+    case DateForm::kMonthFirst: return "month first";
   }
   return "";
 }

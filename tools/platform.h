@@ -10,7 +10,7 @@ using Arguments = std::vector<std::string>;
 
 /// Runs a program's work with the arguments behind its name, in UTF-8, and returns what that
 /// returns. On Windows COM is initialised for this thread, as loading documents needs, and the
-/// console takes UTF-8.
+/// console takes UTF-8; elsewhere the code page is that of the user's locale.
 int RunProgram(int argc, char** argv, int (*work)(const Arguments& arguments));
 
 }  // namespace vosmere::tool

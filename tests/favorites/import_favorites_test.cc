@@ -141,7 +141,9 @@ TEST(ImportFavorites, WithoutMemoryItGivesNullAndLosesNothing) {
   UserRegistry registry;
   registry.Set("", "Order", Order({{"sub", 0, kFolder}}));
   const Wide key = registry.Key(""), path = W((folder / "").parent_path());
-  ExpectNullAtEachFailure([&] { return ImportFavorites(key, path, nullptr); }, DeleteTree);
+  for (const Failures failures : {Failures::kAll, Failures::kOne})
+    ExpectNullAtEachFailure([&] { return ImportFavorites(key, path, nullptr); }, DeleteTree,
+                            failures);
 }
 
 }  // namespace

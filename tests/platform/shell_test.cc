@@ -28,7 +28,8 @@ TEST(Shell, ReadsTheAddressOfAShortcutOnAnyThread) {
 }
 
 TEST(Shell, WhatHoldsNoAddressGivesNull) {
-  for (const char* const shortcut : {"", "[InternetShortcut]\r\n", "[Other]\r\nURL=http://a/\r\n"})
+  for (const char* const shortcut : {"", "[InternetShortcut]\r\n", "[Other]\r\nURL=http://a/\r\n",
+                                     "http://a/\r\n", "URL=http://a/\r\n"})
     EXPECT_EQ(AddressIn(shortcut), "(null)") << shortcut;
   EXPECT_EQ(ShortcutAddress(W("/no such/page.url")), nullptr);
 }

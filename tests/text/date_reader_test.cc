@@ -16,7 +16,7 @@ namespace {
 /// "SECONDS OFFSET FORM", the offset "?" when the text does not tell; or "none".
 std::string Told(bool found, const DateReading& date) {
   if (!found) return "none";
-  constexpr const char* kForms[] = {"mail", "iso", "loose"};
+  constexpr const char* kForms[] = {"mail", "iso", "loose", "month"};
   return std::to_string(date.seconds) + ' ' +
          (date.zoneKnown ? std::to_string(date.offsetMinutes) : "?") + ' ' +
          kForms[static_cast<int>(date.form)];
@@ -41,13 +41,49 @@ TEST(DateReader, ReadsMailDatesAsFeedsWriteThem) {
          {"Sun, 06 Nov 1994 08:49:37 GMT", "6 Nov 1994 8:49:37 Z", "6 Nov 1994 08:49:37 +00:00",
           "sunday,06 NOVEMBER 94 08:49:37 ut", "Mon 06-Nov-94 08:49:37 UTC",
           "\r\n  Sun., 6 Nove. 94 08:49:37.25 +0000 (noon? \\) (no))\n",
-          "Sun, 06 Nov (x) 1994 08 : 49 :37 UTC(x)"});
+          "Sun, 06 Nov (x) 1994 08 : 49 :37 UTC(x)", "6 Nov 94, 8:49:37 GMT",
+          "Sun, 06 Nov 1994 ,08:49:37 Z"});
   Expect("784111777 -300 mail",
          {"Sun, 06 Nov 1994 03:49:37 EST", "Sun, 06 Nov 1994 03:49:37 GMT-05"});
   Expect("784111777 90 mail", {"Sun, 06 Nov 1994 10:19:37 +0130"});
   Expect("784111740 ? mail", {"Sun, 06 Nov 1994 08:49"});
   Expect("784080000 ? mail", {"Sun, 06 Nov 1994"});
   Expect("-19800 330 mail", {"Thu, 1 Jan 1970 00:00:00 +0530"});
+}
+
+TEST(DateReader, ReadsTheMonthBeforeTheDayInWords) {
+  Expect("784111777 ? month", {"Sun Nov  6 08:49:37 1994", "Nov. 6, 8 : 49:37.5 (x)1994",
+                               "sunday, NOVEMBER 06, 1994, 08:49:37", "Nov 6 08:49:37 CEST 1994"});
+  Expect("784111777 0 month",
+         {"Sun Nov 06 08:49:37 +0000 1994", "Sun Nov 6 1994 08:49:37 GMT+0000 (noon)"});
+  Expect("784111777 -420 month", {"Sun, Nov 6 1994 01:49:37 -0700", "Sun Nov 6 01:49:37 1994 -0700",
+                                  "Sun Nov 6 01:49:37 -07 1994", "Sun Nov 6 01:49:37MST 1994"});
+  Expect("784111740 ? month", {"Nov 6 08:49 1994"});
+  Expect("784080000 ? month", {"Sun, Nov 6 1994", "Nov 6,1994,"});
+  Expect("none", {"Nov",
+                  "Nov 1994",
+                  "Nov 6",
+                  "Nov 61994",
+                  "Nov 31 1994",
+                  "Nov 6 94",
+                  "Nov 6 94 08:49:37",
+                  "Nov 6 0849 1994",
+                  "Nov 6 08:49:37",
+                  "Nov 6 08:49:37 94",
+                  "Nov 6 08:491994",
+                  "Nov 6 08:49:371994",
+                  "Nov 6 08:49:37 19945",
+                  "Nov 6 08:49:37 GMT",
+                  "Nov 6 08:49:37 GMT1994",
+                  "Nov 6 08:49:37 12 GMT 1994",
+                  "Nov 6 08:49:37 GMT 1994 GMT",
+                  "Nov 6 1994 08:49:37 1994",
+                  "Nov Sun 6 1994",
+                  "SunNov 6 1994",
+                  "Sunnov 6 1994",
+                  "Nov Nov 1994",
+                  "11 6 1994",
+                  "Sun 11/6 1994"});
 }
 
 TEST(DateReader, TakesShortYearsAndZonesAsRfc5322Does) {
@@ -124,12 +160,12 @@ TEST(DateReader, LeavesNothingUnread) {
                   "1994-11-06T08:49:37+24:00",
                   "1994-11-06T08:49:37+0060"});
   Expect("none",
-         {"Su, 06 Nov 1994", "Sundays, 06 Nov 1994", "Sun, Nov 6 1994", "Sun, 06 Nov",
-          "Sun, 06 Nov 9", "Sun, 06 Nov 1994 x", "Sun, 06 Nov 1994 08", "Sun, 06 Nov 1994 0849",
+         {"Su, 06 Nov 1994", "Sundays, 06 Nov 1994", "Sun, 06 Nov", "Sun, 06 Nov 9",
+          "Sun, 06 Nov 1994 x", "Sun, 06 Nov 1994 08", "Sun, 06 Nov 1994 0849",
           "Sun, 06 Nov 1994 08:49 PM", "Sun, 06 Nov 1994 08:49 J", "Sun, 06 Nov 1994 08:49 FOOBAR",
           "Sun, 06 Nov 1994 08:49 EST+0100", "Sun, 06 Nov 1994 08:49 GMT GMT",
           "Sun, 06 Nov 1994 08:49 GMT (open", "Sun, 06 Nov 199408:49",
-          "Sun, 06 Nov 1994 08:49:37:12", "Sun Nov  6 08:49:37 1994"});
+          "Sun, 06 Nov 1994 08:49:37:12", "06 Nov 1994,,08:49", "06 Nov 1994 08:49:37, GMT"});
   Expect("none", {std::string("1994\0", 5), "1994" + std::string(1000, '0'),
                   "06 Nov 1994" + std::string(100000, '(')});
 }

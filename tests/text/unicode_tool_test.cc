@@ -50,14 +50,6 @@ TEST(UnicodeTool, ConvertsPlainTextsUpToTheirZero) {
   }
 }
 
-TEST(UnicodeTool, WhatTheCodePageCannotRepresentIsReplaced) {
-  const Wide text = W(u"a\x4E2D\xD83D\xDE00z");
-  const std::string bytes = Bytes(CUnicodeTool::TCHARGetASCII, text);
-  EXPECT_EQ(bytes.front(), 'a');
-  EXPECT_EQ(bytes.back(), 'z');
-  EXPECT_NE(bytes.find('?'), std::string::npos) << bytes;
-}
-
 TEST(UnicodeTool, MakesSystemStringsOfUtf8) {
   EXPECT_EQ(Units("a\xC3\xA9\xF0\x9F\x98\x80", 7), u"a\x00E9\xD83D\xDE00");
   EXPECT_EQ(Units("a\0b"s, 3), u"a\0b"s);

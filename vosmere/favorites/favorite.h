@@ -15,8 +15,8 @@ struct VOSMERE_API CFavorite {
   /// Units of the longest path, its terminating zero included.
   static constexpr int kNameLimit = 260;
 
-  WChar name[kNameLimit] = {};             ///< the full path
-  LONG isFile = 0;                         ///< 0 for a folder
+  WChar name[kNameLimit] = {};  ///< the full path, which need not be well-formed text (path.h)
+  LONG isFile = 0;              ///< 0 for a folder
   HeapText url{HeapTextStorage::Empty()};  ///< where a shortcut leads; empty when not resolved
   CFavorite* next = nullptr;
   std::unique_ptr<COrderRecord> orderRecord;  ///< null for what only the directory named

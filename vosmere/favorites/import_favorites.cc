@@ -30,9 +30,18 @@ struct FreeKey {
 };
 using KeyPtr = std::unique_ptr<HKEY__, FreeKey>;
 
+/// The name of a file as text: U+FFFD for what is none in it.
+std::u16string TextOf(std::u16string name) {
+  const WideView units{Units(name), name.size()};
+  for (std::size_t at = 0; (at += WellFormedLength(units.From(at))) < name.size();)
+    name[at] = u'\xFFFD';
+  return name;
+}
+
 /// Throws std::bad_alloc.
 template <class Node>
-RNode* AddItem(RNode* parent, tagNODETYPE type, const std::u16string& name) {
+RNode* AddItem(RNode* parent, tagNODETYPE type, const std::u16string& fileName) {
+  const std::u16string name = TextOf(fileName);
   Node* const item = Node::New();
   RNode* const link = item ? RNode::New2(item, type) : nullptr;
   if (!link) {
@@ -221,13 +230,13 @@ RNode* ImportFavorites(const WChar* regPath, const WChar* dirPath, FavoritesRepo
   FavoritesReport ignored;
   if (!report) report = &ignored;
   *report = {};
+  const unsigned long lostBefore = LostTexts();
   WChar usual[CFavorite::kNameLimit];
   if (!dirPath) CFavorites().GetFavoritesFilePath(usual);
   const std::u16string path = ToU16(dirPath ? dirPath : usual);
   if (!regPath) CFavorites().GetFavoritesRegPath(usual);
   const KeyPtr key(OpenUserKey(regPath ? regPath : usual));
 
-  const unsigned long lostBefore = LostTexts();
   TreePtr tree(AddItem<CFolderNode>(nullptr, NT_FOLDER, LastName(path)));
   const bool read = Import(key.get(), *report).Run(tree.get(), path);
   return read && LostTexts() == lostBefore ? tree.release() : nullptr;

@@ -19,9 +19,10 @@ struct FavoritesReport {
 };
 
 /// Imports a whole Favorites folder: a tree of CFolderNode and CUrlNode items in the order of the
-/// Favorites menu, named without ".url". The root stands for the folder `dirPath`; null is the
-/// user's own. `regPath` is the key of its order under the current user (registry.h), its folders'
-/// keys lie below; null is the usual one. `report` may be null.
+/// Favorites menu, named without ".url"; what is no text in a file's name is U+FFFD. The root
+/// stands for the folder `dirPath`; null is the user's own. `regPath` is the key of its order under
+/// the current user (registry.h), its folders' keys lie below; null is the usual one. `report` may
+/// be null.
 ///
 /// The directory says what there is, each file once, and the order says where it stands. Long names
 /// are read as systems from Windows XP on keep them, whatever system this is. What has no place

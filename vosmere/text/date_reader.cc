@@ -68,7 +68,8 @@ class Scanner {
     return at_ - start;
   }
 
-  /// Index of the name of which three letters or more stand here; -1 when there is none.
+  /// Index of the name of which three letters or more stand here; -1, with nothing taken, when
+  /// there is none.
   template <std::size_t N>
   int Name(const NameTable<N>& names) {
     const int index = end_ - at_ < 3 ? -1 : names.Find(at_);
@@ -104,9 +105,10 @@ class Scanner {
   }
 
   bool SkipName(std::string_view name) {
-    at_ += 3;
-    for (std::size_t i = 3; !AtEnd() && IsLetter(*at_); ++i, ++at_)
-      if (i == name.size() || Folded(*at_) != Folded(name[i])) return false;
+    const Unit* at = at_ + 3;
+    for (std::size_t i = 3; at != end_ && IsLetter(*at); ++i, ++at)
+      if (i == name.size() || Folded(*at) != Folded(name[i])) return false;
+    at_ = at;
     Take('.');
     return true;
   }
@@ -126,7 +128,7 @@ class DateParser {
     in_.SkipBlank();
     mail_ = in_.DigitsAhead(4) < 4;
     if (!(mail_ ? ReadMailDate() : ReadNumericDate())) return false;
-    if (timed_ && !(ReadClock() && ReadZone())) return false;
+    if (timed_ && !ReadClockAndZone()) return false;
     in_.SkipBlank();
     return in_.AtEnd() && !(compact_ && loose_) && Compute(date);
   }
@@ -134,8 +136,10 @@ class DateParser {
  private:
   bool ReadMailDate() {
     if (IsLetter(in_.Peek())) {
-      if (in_.Name(kDayNames) < 0) return false;
-      SkipSeparator(',');
+      if (in_.Name(kDayNames) >= 0) SkipSeparator(',');
+      monthFirst_ = IsLetter(in_.Peek());
+      if (monthFirst_) [[unlikely]]
+        return ReadMonthFirst();
     }
     ReadPart(&day_);
     SkipSeparator('-');
@@ -144,7 +148,18 @@ class DateParser {
     const int digits = in_.Number(4, &year_);
     if (digits < 2) return false;
     if (digits < 4) year_ += digits == 2 && year_ < 50 ? 2000 : 1900;
-    timed_ = SkipSpaceBeforeTime();
+    timed_ = SkipSeparator(',') && !in_.AtEnd();
+    return true;
+  }
+
+  bool ReadMonthFirst() {
+    month_ = in_.Name(kMonthNames) + 1;
+    in_.SkipBlank();
+    ReadPart(&day_);
+    if (!SkipSeparator(',')) return false;
+    yearLast_ = in_.DigitsAhead(4) < 4;
+    if (!yearLast_) in_.Number(4, &year_);
+    timed_ = yearLast_ || (SkipSeparator(',') && !in_.AtEnd());
     return true;
   }
 
@@ -173,6 +188,21 @@ class DateParser {
     if (!in_.Take(separator)) return false;
     ReadPart(&day_);
     return true;
+  }
+
+  /// A year behind the time may stand on either side of the zone.
+  bool ReadClockAndZone() {
+    if (!ReadClock()) return false;
+    ReadLastYear();
+    if (!ReadZone()) return false;
+    ReadLastYear();
+    return true;
+  }
+
+  void ReadLastYear() {
+    if (!yearLast_ || in_.SkipBlank() == 0 || in_.DigitsAhead(4) < 4) return;
+    in_.Number(4, &year_);
+    yearLast_ = false;
   }
 
   bool ReadClock() {
@@ -221,9 +251,10 @@ class DateParser {
     if (year_ == 0 || !day.ok() || (hour_ > 23 && !endOfDay) || minute_ > 59 || second_ > 60)
       return false;
     const std::int64_t days = sys_days(day).time_since_epoch().count();
-    const DateForm form = mail_    ? DateForm::kRfc822
-                          : loose_ ? DateForm::kLoose
-                                   : DateForm::kIso8601;
+    const DateForm form = monthFirst_ ? DateForm::kMonthFirst
+                          : mail_     ? DateForm::kRfc822
+                          : loose_    ? DateForm::kLoose
+                                      : DateForm::kIso8601;
     *date = {((days * 24 + hour_) * 60 + minute_ - offsetMinutes_) * 60 + second_, offsetMinutes_,
              zoneKnown_, form};
     return true;
@@ -235,22 +266,28 @@ class DateParser {
     loose_ = loose_ || digits == 1;
     return digits > 0;
   }
-  void SkipSeparator(char separator) {
+  /// The separator, white space or both; false when there is nothing.
+  bool SkipSeparator(char separator) {
+    const bool blank = in_.SkipBlank() > 0;
+    if (!in_.Take(separator)) return blank;
     in_.SkipBlank();
-    in_.Take(separator);
-    in_.SkipBlank();
+    return true;
   }
   bool TakeColon() {
-    if (mail_) in_.SkipBlank();
-    const bool taken = in_.Take(':');
-    if (mail_) in_.SkipBlank();
-    return taken;
+    Scanner<Unit> ahead = in_;
+    if (mail_) ahead.SkipBlank();
+    if (!ahead.Take(':')) return false;
+    if (mail_) ahead.SkipBlank();
+    in_ = ahead;
+    return true;
   }
 
   Scanner<Unit> in_;
   bool mail_ = false;
   bool compact_ = false;
   bool loose_ = false;
+  bool monthFirst_ = false;
+  bool yearLast_ = false;
   bool timed_ = false;  // something stands behind the date
   int year_ = 0;
   int month_ = 1, day_ = 1;

@@ -12,9 +12,10 @@
 namespace vosmere {
 
 enum class DateForm {
-  kRfc822,   ///< RFC 822, 2822 and 5322: "Sun, 06 Nov 1994 08:49:37 GMT"
-  kIso8601,  ///< ISO 8601 and RFC 3339: "1994-11-06T08:49:37Z"
-  kLoose,    ///< the same, written carelessly: "1994-11-6 8:49:37"
+  kRfc822,      ///< RFC 822, 2822 and 5322: "Sun, 06 Nov 1994 08:49:37 GMT"
+  kIso8601,     ///< ISO 8601 and RFC 3339: "1994-11-06T08:49:37Z"
+  kLoose,       ///< the same, written carelessly: "1994-11-6 8:49:37"
+  kMonthFirst,  ///< asctime of C, and other dates in words: "Sun Nov  6 08:49:37 1994"
 };
 
 /// What a date text says.
@@ -42,11 +43,15 @@ struct DateReading {
 /// RFC 822: perhaps a day's name, which is not compared with the date; day, month, year; perhaps a
 /// time, its seconds or not; perhaps a zone.
 /// - Names are English, whole or cut to three letters or more, with a full stop or not. The comma
-///   may be missing, "-" may stand between day, month and year, and comments between all parts.
-///   Day, hours, minutes and seconds have one digit or two.
+///   may be missing, one may stand behind the year, "-" may stand between day, month and year, and
+///   comments between all parts. Day, hours, minutes and seconds have one digit or two.
 /// - As in RFC 5322, years 00 to 49 are 2000 to 2049, 50 to 99 are 1950 to 1999, and those of three
 ///   digits count from 1900; a military zone (a letter, but not J) and a word of three to five
 ///   letters that is no zone above are UTC with the zone not known.
+///
+/// Month first: the same with the month's name before the day, and perhaps a comma behind the day.
+/// - The year has four digits. It may also stand behind the time, and the zone then before it:
+///   "Sun Nov  6 08:49:37 +0000 1994".
 ///
 /// ISO 8601: a year, a month ("1994-11"), a date, or a date with a time behind "T" or one space, of
 /// hours, minutes or seconds, and perhaps a zone.

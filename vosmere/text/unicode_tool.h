@@ -24,9 +24,11 @@ class VOSMERE_API CUnicodeTool {
   /// callers free the result without asking.
   static bool TCHARGetUTF8(const WChar* source, char** text, int* length);
 
-  /// Converts a zero-terminated text to the platform's 8-bit code page: the ANSI code page on
-  /// Windows, the locale's elsewhere. What it cannot represent becomes the platform's replacement.
-  /// False without memory or for a locale without a converter, both results then untouched.
+  /// Converts a zero-terminated text to the platform's 8-bit code page: on Windows the ANSI code
+  /// page; elsewhere that of the locale which the program has set with setlocale, and UTF-8 in the
+  /// "C" locale, in which every program starts and which has ASCII alone. What the code page cannot
+  /// represent becomes the platform's replacement. False without memory or for a locale without a
+  /// converter, both results then untouched.
   static bool TCHARGetASCII(const WChar* source, char** text, int* length);
 
   /// Converts `length` bytes of UTF-8, zero bytes included; a length of 0 means that the source is

@@ -10,7 +10,8 @@
 
 namespace vosmere {
 
-/// The platform's own 8-bit text: the ANSI code page on Windows, the locale's elsewhere.
+/// The platform's own 8-bit text: the ANSI code page on Windows; elsewhere that of the locale which
+/// the program has set, and UTF-8 in the "C" locale, in which every program starts.
 inline constexpr unsigned kCodePageSystem = 0;
 inline constexpr unsigned kCodePageUtf8 = 65001;
 

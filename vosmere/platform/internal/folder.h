@@ -13,8 +13,8 @@ namespace vosmere {
 ///   if (!listing.Open(path)) return false;
 ///   while (listing.Next()) Use(listing.Name());
 ///
-/// Paths are read as File reads them (file.h). Where file names are bytes, U+FFFD shows what no
-/// path can say of them: a backslash, and whatever is not well-formed.
+/// Paths are read as File reads them (file.h), and names are such as lead to their files: where
+/// they are bytes, they need not be well-formed text (path.h).
 class FolderListing {
  public:
   /// Units of the longest name, its terminating zero included.
@@ -25,7 +25,9 @@ class FolderListing {
   FolderListing& operator=(const FolderListing&) = delete;
   ~FolderListing();
 
-  /// Once. False when the folder cannot be read. Throws std::bad_alloc.
+  // Without memory, the system's included, both throw std::bad_alloc.
+
+  /// Once. False when the folder cannot be read.
   bool Open(const WChar* path);
   /// Steps to the first, then to the next entry; false at the end, and when reading fails.
   bool Next();
@@ -36,8 +38,7 @@ class FolderListing {
   const WChar* Name() const { return name_; }
   /// Whether it is a folder, or a link to one.
   bool IsFolder() const { return isFolder_; }
-  /// Whether its path leads elsewhere: it is a link, or its name is not shown as it is. Who follows
-  /// such folders may go in circles.
+  /// Whether its path leads elsewhere. Who follows such folders may go in circles.
   bool IsLink() const { return isLink_; }
 
  private:

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstddef>
-#include <cstring>
+#include <string_view>
 
 #include "vosmere/platform/posix/utf8.h"
 
@@ -92,8 +92,11 @@ std::size_t Convert(const char* to, const char* from, const Unit* text, std::siz
   return conversion.Run(theEnd, size) ? conversion.written() : 0;
 }
 
+/// Also in a locale of ASCII alone, which UTF-8 says in the same bytes.
 bool IsUtf8(unsigned codePage) {
-  return codePage == kCodePageUtf8 || std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
+  if (codePage == kCodePageUtf8) return true;
+  const std::string_view name = nl_langinfo(CODESET);
+  return name == "UTF-8" || name == "ANSI_X3.4-1968";
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <new>
 #include <string_view>
 
 #include "vosmere/platform/posix/path.h"
@@ -14,24 +14,22 @@
 namespace vosmere {
 namespace {
 
-constexpr WChar kReplacement = 0xFFFD;
+/// What came of a call to the system.
+bool Succeeded(bool succeeded) {
+  if (!succeeded && errno == ENOMEM) throw std::bad_alloc();
+  return succeeded;
+}
 
 bool IsDirectory(DIR* folder, const char* name) {
   struct stat status;
-  return fstatat(dirfd(folder), name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+  return Succeeded(fstatat(dirfd(folder), name, &status, 0) == 0) && S_ISDIR(status.st_mode);
 }
 
 bool IsSymbolicLink(DIR* folder, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_LNK;
   struct stat status;
-  return fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+  return Succeeded(fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) &&
          S_ISLNK(status.st_mode);
-}
-
-/// Whether a path says the name of the file when it says the one shown.
-bool IsShownAsItIs(std::string_view name, const WChar* shown, std::size_t length) {
-  char said[utf8::kMaxBytesPerUnit * FolderListing::kNameLimit];
-  return name == std::string_view(said, utf8::Encode(shown, length, said, sizeof said));
 }
 
 }  // namespace
@@ -54,7 +52,7 @@ bool FolderListing::Open(const WChar* path) {
   char name[PATH_MAX];
   if (!NativePath(path, name)) return false;
   search_ = std::make_unique<Search>(name);
-  return search_->folder != nullptr;
+  return Succeeded(search_->folder != nullptr);
 }
 
 bool FolderListing::Next() {
@@ -66,16 +64,15 @@ bool FolderListing::Next() {
     if (!entry) break;
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    const std::size_t length = utf8::Decode(name.data(), name.size(), name_, kNameLimit - 1);
+    const std::size_t length = PathOfName(name, name_, kNameLimit - 1);
     if (length == utf8::kNoRoom) continue;
     name_[length] = 0;
-    std::replace(name_, name_ + length, WChar{'\\'}, kReplacement);
-    isLink_ = IsSymbolicLink(folder, *entry) || !IsShownAsItIs(name, name_, length);
+    isLink_ = IsSymbolicLink(folder, *entry);
     isFolder_ =
         entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));
     return true;
   }
-  failed_ = errno != 0;
+  failed_ = !Succeeded(errno == 0);
   return false;
 }
 

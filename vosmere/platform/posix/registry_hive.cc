@@ -19,10 +19,11 @@ struct CloseHive {
 };
 using Hive = std::unique_ptr<hive_h, CloseHive>;
 
-/// What the library answered after `errno` was 0: null may also mean that it had no memory.
+/// What the library answered after `errno` was 0: null may also mean that it had no memory. Without
+/// memory for a converter of names it goes on with none, which is a bad descriptor.
 template <class Answer>
 Answer Found(Answer answer) {
-  if (!answer && errno == ENOMEM) throw std::bad_alloc();
+  if (!answer && (errno == ENOMEM || errno == EBADF)) throw std::bad_alloc();
   return answer;
 }
 

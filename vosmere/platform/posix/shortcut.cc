@@ -14,11 +14,6 @@
 namespace vosmere {
 namespace {
 
-bool IsLetter(char c) {
-  return FoldAscii(static_cast<unsigned char>(c)) >= 'a' &&
-         FoldAscii(static_cast<unsigned char>(c)) <= 'z';
-}
-
 bool SameNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [](unsigned char x, unsigned char y) { return FoldAscii(x) == FoldAscii(y); });
@@ -76,21 +71,6 @@ std::optional<std::u16string> FromUtf7(std::string_view text) {
   return WideOf(TextOf("\xFF\xFE" + units));
 }
 
-/// Whether it begins with the name of a scheme (RFC 3986, section 3.1), which has two letters or
-/// more: one alone would be a drive.
-bool IsAddress(std::string_view text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), [](char c) {
-    return IsLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
-  });
-  return !text.empty() && IsLetter(text.front()) && end - text.begin() > 1 && end != text.end() &&
-         *end == ':';
-}
-
-std::string_view BareAddress(std::string_view text) {
-  const std::string_view line = TakeLine(text);
-  return IsAddress(line) && TakeLine(text).empty() ? line : std::string_view();
-}
-
 }  // namespace
 
 std::u16string ShortcutAddressIn(std::string bytes) {
@@ -98,7 +78,7 @@ std::u16string ShortcutAddressIn(std::string bytes) {
   if (const auto shadow = Value(text, "InternetShortcut.W", "URL"))
     if (auto address = FromUtf7(*shadow); address && !address->empty()) return *address;
   const auto address = Value(text, "InternetShortcut", "URL");
-  return WideOf(std::string(address ? *address : BareAddress(text)));
+  return WideOf(std::string(address.value_or("")));
 }
 
 }  // namespace vosmere

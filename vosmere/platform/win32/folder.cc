@@ -1,6 +1,7 @@
 #include "vosmere/platform/internal/folder.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -12,6 +13,15 @@ namespace {
 
 bool IsDots(const wchar_t* name) {
   return std::wstring_view(name) == L"." || std::wstring_view(name) == L"..";
+}
+
+/// What came of a call to the system.
+bool Succeeded(bool succeeded) {
+  const DWORD error = succeeded ? ERROR_SUCCESS : ::GetLastError();
+  if (error == ERROR_NOT_ENOUGH_MEMORY || error == ERROR_OUTOFMEMORY ||
+      error == ERROR_NO_SYSTEM_RESOURCES)
+    throw std::bad_alloc();
+  return succeeded;
 }
 
 }  // namespace
@@ -40,7 +50,7 @@ bool FolderListing::Open(const WChar* path) {
   std::wstring pattern(win32::Native(path), WideLength(path));
   if (!pattern.ends_with(L'\\') && !pattern.ends_with(L'/')) pattern += L'\\';
   search_ = std::make_unique<Search>(pattern + L"*.*");
-  return search_->handle != INVALID_HANDLE_VALUE;
+  return Succeeded(search_->handle != INVALID_HANDLE_VALUE);
 }
 
 bool FolderListing::Next() {
@@ -48,7 +58,7 @@ bool FolderListing::Next() {
   WIN32_FIND_DATAW& found = search_->found;
   do {
     const bool atFirst = std::exchange(search_->atFirst, false);
-    if (!atFirst && !::FindNextFileW(search_->handle, &found)) {
+    if (!atFirst && !Succeeded(::FindNextFileW(search_->handle, &found))) {
       failed_ = ::GetLastError() != ERROR_NO_MORE_FILES;
       return false;
     }

@@ -1,0 +1,89 @@
+// The system's code page is the locale's.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <locale.h>
+
+#include <cstdlib>
+
+#include "tests/support/loopback_server.h"
+#include "tests/support/sender.h"
+#include "vosmere/text/unicode_tool.h"
+
+namespace vosmere::test {
+namespace {
+
+using testing::HasSubstr;
+
+/// Systems rarely have a locale that is not UTF-8: one of Latin-1, for who looks for locales here.
+void MakeLatin1Locale(const TempFolder& folder) {
+  WriteBytes(folder / "map", "<code_set_name> ISO-8859-1\nCHARMAP\nEND CHARMAP\n");
+  WriteBytes(folder / "source", "LC_CTYPE\nEND LC_CTYPE\n");
+  const std::string path = folder / "";
+  // It complains of all that is not there, and makes the locale all the same.
+  EXPECT_NE(std::system(("localedef -c -f " + path + "map -i " + path + "source " + path +
+                         "latin1 >/dev/null 2>&1")
+                            .c_str()),
+            -1);
+  setenv("LOCPATH", path.c_str(), 1);
+}
+
+/// This thread's, while it lives.
+class Locale {
+ public:
+  explicit Locale(const char* name)
+      : locale_(newlocale(LC_CTYPE_MASK, name, nullptr)), before_(uselocale(locale_)) {
+    EXPECT_TRUE(locale_) << name;
+  }
+  Locale(const Locale&) = delete;
+  Locale& operator=(const Locale&) = delete;
+  ~Locale() {
+    uselocale(before_);
+    if (locale_) freelocale(locale_);
+  }
+
+ private:
+  locale_t locale_, before_;
+};
+
+std::string InSystemsCodePage(const Wide& text) {
+  char* bytes = nullptr;
+  int length = 0;
+  EXPECT_TRUE(CUnicodeTool::TCHARGetASCII(text, &bytes, &length));
+  const std::string result(bytes, length);
+  CUnicodeTool::DeleteBuffer(bytes);
+  return result;
+}
+
+/// What the tool would send.
+std::string DryRun(const std::string& locale, const std::filesystem::path& file) {
+  const TempFolder folder;
+  const std::string command = "LC_ALL=" + locale + ' ' + VOSMERE_TOOL + " post a.example / '" +
+                              file.string() + "' --dry-run >" + (folder / "out").string();
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  return ReadBytes(folder / "out");
+}
+
+TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
+  const TempFolder folder;
+  MakeLatin1Locale(folder);
+  WriteBytes(folder / "é☃.xml", "x");
+  const struct {
+    const char* locale;
+    std::string name;
+  } cases[] = {{"C", "é☃.xml"}, {"C.UTF-8", "é☃.xml"}, {"latin1", "\xE9?.xml"}};
+  for (const auto& c : cases) {
+    const Locale locale(c.locale);
+    EXPECT_EQ(InSystemsCodePage(W("é☃.xml")), c.name);
+
+    LoopbackServer server({ReplyOk()});
+    Sender sender(server.host());
+    EXPECT_TRUE(sender.upload.UploadFile(W(folder / "é☃.xml")));
+    const std::string end = "/" + c.name + "\"\r\n";
+    EXPECT_THAT(server.requests().at(0), HasSubstr(end));
+    EXPECT_THAT(DryRun(c.locale, folder / "é☃.xml"), HasSubstr(end));
+  }
+  unsetenv("LOCPATH");
+}
+
+}  // namespace
+}  // namespace vosmere::test
