@@ -181,8 +181,9 @@ bool CWriteXML::SaveToFile(const WChar* path) {
   if (!OpenFile(path)) return false;
   FillOnce();
   const bool written = RealWrite();
-  CloseFile();
-  return written;
+  const bool closed = CloseFile();
+  return written && (closed || Fail(DocumentFault::kCannotWrite,
+                                    "what was written could not be stored", file_->error()));
 }
 
 bool CWriteXML::OpenFile(const WChar* path) {
@@ -193,8 +194,8 @@ bool CWriteXML::OpenFile(const WChar* path) {
   return Fail(DocumentFault::kCannotOpen, "the file cannot be created", error);
 }
 
-void CWriteXML::CloseFile() {
-  if (file_) file_->Close();
+bool CWriteXML::CloseFile() {
+  return !file_ || file_->Close();
 }
 
 bool CWriteXML::RealWrite() {

@@ -65,7 +65,8 @@ class VOSMERE_API CWriteXML {
   virtual BSTR GetXMLBSTR();
 
   /// Writes the document over what is in the file, without a byte-order mark. False when the file
-  /// cannot be created, writing stopped half-way (the file is then cut short), or the document is
+  /// cannot be created, writing stopped half-way (the file is then cut short), the system could not
+  /// store what was written (which some disks say only when the file is closed), or the document is
   /// empty or 100 MiB or larger (the file is then empty). LastError says why.
   virtual bool SaveToFile(const WChar* path);
 
@@ -163,7 +164,7 @@ class VOSMERE_API CWriteXML {
   static bool EscapedUtf8(WideView text, std::string& utf8);
 
   bool OpenFile(const WChar* path);
-  void CloseFile();
+  bool CloseFile();
   bool RealWrite();
 
  private:
