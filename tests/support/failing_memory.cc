@@ -12,10 +12,12 @@ constexpr long kNoLimit = std::numeric_limits<long>::max();
 thread_local long live = 0;
 thread_local long successesLeft = kNoLimit;
 thread_local bool failed = false;
+thread_local bool failsOnce = false;
 
 void* Allocate(std::size_t size) noexcept {
   if (successesLeft == 0) {
     failed = true;
+    if (failsOnce) successesLeft = kNoLimit;
     return nullptr;
   }
   if (successesLeft != kNoLimit) --successesLeft;
@@ -73,8 +75,9 @@ long LiveAllocations() {
   return live;
 }
 
-FailingMemory::FailingMemory(long successes) {
+FailingMemory::FailingMemory(long successes, Failures failures) {
   successesLeft = successes;
+  failsOnce = failures == Failures::kOne;
   failed = false;
 }
 

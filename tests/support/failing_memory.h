@@ -17,10 +17,14 @@ namespace vosmere::test {
 /// How many blocks this thread holds: those it allocated less those it freed.
 long LiveAllocations();
 
-/// Lets `successes` more allocations of this thread succeed and fails all others while it lives.
+/// Which allocations fail behind those that succeed.
+enum class Failures { kAll, kOne };
+
+/// Lets `successes` more allocations of this thread succeed, then fails all others, or one, while
+/// it lives.
 class FailingMemory {
  public:
-  explicit FailingMemory(long successes);
+  explicit FailingMemory(long successes, Failures failures = Failures::kAll);
   FailingMemory(const FailingMemory&) = delete;
   FailingMemory& operator=(const FailingMemory&) = delete;
   ~FailingMemory();
@@ -32,14 +36,14 @@ class FailingMemory {
 /// Calls `make` with its first, second, ... allocation failing until none does; `check` is told
 /// what came of each and whether memory failed, and frees it. Nothing may be lost.
 template <class Make, class Check>
-void AtEachFailure(Make make, Check check) {
+void AtEachFailure(Make make, Check check, Failures failures = Failures::kAll) {
   bool failed = true;
   for (int successes = 0; failed; ++successes) {
     ASSERT_LT(successes, 1000);
     const long before = LiveAllocations();
     decltype(make()) made = nullptr;
     {
-      const FailingMemory memory(successes);
+      const FailingMemory memory(successes, failures);
       made = make();
       failed = memory.Failed();
     }
