@@ -10,7 +10,7 @@ CWriteColctExData::~CWriteColctExData() = default;
 
 void CWriteColctExData::SetDefaultColctUrl(const WChar* url) {
   const WChar* const stored = url ? GetRelativeStartPos(url) : nullptr;
-  defaultColctUrl_.AssignOrNull(WideView(stored).empty() ? nullptr : stored);
+  DoWhole([&] { defaultColctUrl_.AssignOrNull(WideView(stored).empty() ? nullptr : stored); });
 }
 
 const WChar* CWriteColctExData::GetRelativeStartPos(const WChar* url) {
