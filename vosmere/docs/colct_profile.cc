@@ -71,6 +71,7 @@ void ReadDefaultColct(Profile& profile, const XmlNode& element) {
 }
 
 constexpr ScopedElement<Profile> kElements[] = {
+    {kAnywhere, "colctprofile", EndItem, kProfile},
     {kAnywhere, "colct", BeginItem, kColct, EndItem},
     {kColct, "url", TextTo<&Profile::item, &CColctExData::SetColctUrl>},
     {kColct, "item", TextTo<&Profile::item, &CColctExData::SetItemID>},
