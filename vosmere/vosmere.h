@@ -87,6 +87,7 @@
 #include "vosmere/xml/document_error.h"
 #include "vosmere/xml/item_chain.h"
 #include "vosmere/xml/library_place.h"
+#include "vosmere/xml/nested_texts.h"
 #include "vosmere/xml/opml_reader.h"
 #include "vosmere/xml/opml_writer.h"
 #include "vosmere/xml/parse_xml.h"
