@@ -49,6 +49,12 @@ class StoredDocuments : public testing::TestWithParam<StoredDocument> {
   std::string InRoot(const std::string& content) {
     return "<" + root + ">" + content + "</" + root + ">";
   }
+  /// The golden document with attributes and texts of so many characters.
+  std::string Filled(std::size_t length) {
+    const auto fill = [=](const std::string&) { return std::string(length, 'x'); };
+    const std::string body = golden.substr(golden.find('<', 1));
+    return Between(Between(body, "\"", "\"", Any, fill), ">", "<", Any, fill);
+  }
 
   const std::string golden = TestData(GetParam().golden);
   const std::string root = GetParam().root;
@@ -94,11 +100,7 @@ TEST_P(StoredDocuments, EncodingsMakeNoDifference) {
 }
 
 TEST_P(StoredDocuments, AttributesAndTextsMayHaveAMillionCharacters) {
-  const auto million = [](const std::string&) { return std::string(1000000, 'x'); };
-  const std::string body = golden.substr(golden.find('<', 1));
-  const std::string document =
-      Between(Between(body, "\"", "\"", Any, million), ">", "<", Any, million);
-  const std::string written = Again(document);
+  const std::string written = Again(Filled(1000000));
   ASSERT_NE(written, "(not loaded)");
   EXPECT_EQ(Again(written), written);
 }
@@ -143,6 +145,14 @@ TEST_P(StoredDocuments, OutOfMemoryIsAFailedLoadThatLosesNothing) {
         << successes;
   }
   EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST_P(StoredDocuments, OutOfMemoryIsAFailedSave) {
+  const std::string document = Filled(100);  // which no object holds in itself
+  WriteAtEachFailure([&] {
+    const auto reader = GetParam().newReader();
+    return Load(*reader, document) ? GetParam().write(*reader) : nullptr;
+  });
 }
 
 INSTANTIATE_TEST_SUITE_P(All, StoredDocuments, testing::ValuesIn(kStoredDocuments),

@@ -93,6 +93,7 @@
 #include "vosmere/tree/url_node.h"
 #include "vosmere/tree/url_prop.h"
 #include "vosmere/xml/item_chain.h"
+#include "vosmere/xml/nested_texts.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/reader_fields.h"

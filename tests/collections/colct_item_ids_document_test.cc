@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/document.h"
+#include "tests/support/platform.h"
 #include "tests/support/row.h"
 #include "tests/support/stored_documents.h"
 
@@ -66,15 +67,40 @@ TEST(ColctItemIds, OfCollectionsAloneNeedNoItem) {
   EXPECT_EQ(Read("<item colctid='c1'>a</item>"), "c1,(null),a");
 }
 
-TEST(ColctItemIds, ItemsCountAnywhereButInItems) {
+TEST(ColctItemIds, ItemsCountAnywhere) {
   const struct {
     const char *content, *shown;
   } cases[] = {
       {"<item/><Item/><item id='i' ID='j' name='n'/>", "(null),(null),(null) (null),i,(null)"},
       {"<x><item colctid='c' id=''>n</item></x>", "c,,n"},
-      {"<item id='i'>a<item id='j'>b</item></item>", "(null),i,ab"},
+      {"<item id='i'>a<item id='j'>b</item></item><colctitem><item/></colctitem>",
+       "(null),i,ab (null),j,b (null),(null),(null)"},
   };
   for (const auto& c : cases) EXPECT_EQ(Read(c.content), c.shown) << c.content;
+}
+
+TEST(ColctItemIds, ItemsInItemsHoldTheirTextsUpToABound) {
+  const auto nested = [](int levels, const std::string& text) {
+    std::string content = text;
+    for (int level = 0; level < levels; ++level) content = "<item>a" + content + "</item>";
+    return "<colctitem>" + content + "</colctitem>";
+  };
+  CReadColctItemID reader;
+  ASSERT_TRUE(Load(reader, nested(kLevelsThatLoad - 1, "")));
+  RColctItemID* const head = reader.DetachRColctItemIDHead();
+  std::size_t left = kLevelsThatLoad;
+  for (const RColctItemID* cell = head; cell; cell = cell->next)
+    EXPECT_EQ(Utf8(cell->item->GetName()), std::string(--left, 'a'));
+  EXPECT_EQ(left, 1u);
+  RColctItemID::DeleteList(head);
+
+  EXPECT_TRUE(Load(reader, nested(4, std::string(6000000, 'x'))));
+  for (const char* part : {"x", "<x/>"}) {
+    std::string many;
+    while (many.size() < 200000) many += part;
+    EXPECT_FALSE(Load(reader, nested(kLevelsThatLoad - 2, many))) << part;
+    EXPECT_EQ(reader.LastError().fault, DocumentFault::kExpandsTooMuch) << part;
+  }
 }
 
 }  // namespace

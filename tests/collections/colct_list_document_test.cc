@@ -91,6 +91,12 @@ TEST(ColctList, ElementsCountDirectlyInTheirCollection) {
     const char *content, *shown;
   } cases[] = {
       {"<collection/>", ",about:blank,0,2"},
+      {"<collection><title>a<collection><title>b</title></collection></title><link>u</link>"
+       "</collection>",
+       "ab,about:blank,0,2 b,about:blank,0,2"},
+      {"<collection><title>a</title><collectionlist><collection/></collectionlist></collection>"
+       "<collection><collectionlist/><title>b</title></collection>",
+       "a,about:blank,0,2 ,about:blank,0,2 ,about:blank,0,2"},
       {"<x><collection><title>a</title></collection></x>", "a,about:blank,0,2"},
       {"<collection><x><title>a</title></x></collection><title>b</title>", ",about:blank,0,2"},
       {"<collection><title>a</title><title>b<i>c</i></title><xmlUrl>u</xmlUrl></collection>",

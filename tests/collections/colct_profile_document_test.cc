@@ -95,6 +95,10 @@ TEST(ColctProfile, ElementsCountWhereTheyBelong) {
       {"<colct><url>u</url><defaultcolct>d</defaultcolct></colct>", "u,(null)", "d"},
       {"<colct><colct><url>u</url></colct><url>v</url></colct>", "(null),(null) u,(null)",
        "(null)"},
+      {"<colct><url>u<colct><item>i</item></colct></url><item>j</item></colct>",
+       "ui,(null) (null),i", "(null)"},
+      {"<colct><url>u</url><colctprofile/><item>i</item></colct>", "u,(null)", "(null)"},
+      {"<defaultcolct>d<defaultcolct>e<defaultcolct/></defaultcolct></defaultcolct>", "", "e"},
   };
   for (const auto& c : cases) {
     CReadColctExData reader;

@@ -392,6 +392,17 @@ TEST(Opml, DifferentObjectsWorkOnDifferentThreads) {
   for (std::thread& thread : threads) thread.join();
 }
 
+TEST(OpmlWriter, OutOfMemoryIsAFailedSave) {
+  const TreePtr tree = FullTree();
+  const Wide base = W("C:\\Users\\me\\"), library = W("Library");
+  WriteAtEachFailure([&] {
+    CWriteColctTreeOPML writer;
+    writer.SetTreeRoot(tree);
+    writer.SetBasePathAndLibrary(base, library);
+    return writer.GetXMLBSTR();
+  });
+}
+
 TEST(OpmlReader, OutOfMemoryIsAFailedLoadThatLosesNothing) {
   LoadAtEachFailure<CReadColctTreeOPML>(TestData("collection_tree.opml"));
 }

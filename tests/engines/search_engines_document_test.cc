@@ -95,6 +95,8 @@ TEST(SearchEngines, NamesOfEnginesAndTypesAreKnownByTheirBeginning) {
       {"<searchEnginePool><searchEngine><title>a</title><searchEngine><title>b</title>"
        "</searchEngine><title>c</title></searchEngine><title>p</title></searchEnginePool>",
        "p:web,a,about:blank web,b,about:blank"},
+      {"<searchEngine><title>a<searchEngine><title>b</title></searchEngine></title></searchEngine>",
+       ":web,ab,about:blank web,b,about:blank"},
       {"<searchEngine><title>a</title><x><title>b</title></x><queryUrl/><queryURL>u</queryURL>"
        "</searchEngine>",
        ":web,a,"},

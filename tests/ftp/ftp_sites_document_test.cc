@@ -84,6 +84,9 @@ TEST(FtpSites, ElementsHaveTheirOwnIdeasOfTruth) {
       {"<port>x</port>", "<port>0</port>\r\n" + no},
       {"<port>80</port><port>21</port>", "<port>80</port>\r\n" + no},
       {"<x><port>80</port></x>", no},
+      {"<title>a<site/></title><port>80</port>",
+       "<title>a</title>\r\n" + no + "</site>\r\n<site>" + no},
+      {"<title>a</title><ftpsites/><port>80</port>", "<title>a</title>\r\n" + no},
       {"<webaddress name='a'/><webaddress name='' link='b'/><webaddress Name='a' link='b'/>"
        "<webaddress link='l' name='n' x=''>t</webaddress>",
        no + "<webaddress name=\"n\" link=\"l\" />"},

@@ -109,6 +109,8 @@ TEST(Notification, TheLastItemIsTheMessage) {
       {"<item><title>a</title><guid>g</guid></item><item><title>b</title></item>", "b(null)"},
       {"<x><item><title>a</title></item></x><title>b</title>", "a(null)"},
       {"<item><title>a</title><item/><title>b</title><guid>g</guid></item>", "(null)(null)"},
+      {"<item><title>a<item><guid>g</guid></item></title><title>b</title></item>", "(null)g"},
+      {"<item><title>a</title><vsmnotify/><guid>g</guid></item>", "a(null)"},
   };
   for (const auto& c : cases) {
     const Message message = Read(c.content);

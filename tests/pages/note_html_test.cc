@@ -6,6 +6,7 @@
 #include "tests/support/files.h"
 #include "tests/support/platform.h"
 #include "tests/support/tree.h"
+#include "vosmere/base/no_memory.h"
 #include "vosmere/tree/url_node.h"
 
 namespace vosmere::test {
@@ -47,11 +48,14 @@ TEST_F(NoteHtml, WithoutAFileItIsFalseAndWithoutMemoryTheOldOneStays) {
   EXPECT_FALSE(std::filesystem::exists(folder / "none.html"));
   const std::string old = Written();
   const Wide path = W(folder / "note.html");
-  {
-    const FailingMemory memory(0);
-    EXPECT_THROW(CWriteNoteHtml().WriteToFile(note.get(), path), std::bad_alloc);
-  }
-  EXPECT_EQ(ReadBytes(folder / "note.html"), old);
+  const auto write = [&] {
+    return CWriteNoteHtml().WriteToFile(note.get(), path) ? "written" : nullptr;
+  };
+  const auto check = [&](const char* written, bool failed) {
+    EXPECT_EQ(written == nullptr, failed);
+    EXPECT_EQ(ReadBytes(folder / "note.html"), old);
+  };
+  AtEachFailure([&] { return NullIfNoMemory(write); }, check, Failures::kOne);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
 #include "tests/support/tree.h"
+#include "vosmere/base/no_memory.h"
 #include "vosmere/collections/opml_reader.h"
 #include "vosmere/collections/opml_writer.h"
 #include "vosmere/collections/rss_reader.h"
@@ -89,6 +90,18 @@ void LoadAtEachFailure(const std::string& document) {
         << successes;
   }
   EXPECT_EQ(LiveAllocations(), before);
+}
+
+/// Writes with the first, second, ... allocation failing alone until none does. What `write` gives
+/// is whole, or null; it may also throw std::bad_alloc.
+template <class Write>
+void WriteAtEachFailure(Write write) {
+  const std::string whole = OwnedBstr(write()).utf8();
+  const auto check = [&](BSTR written, bool failed) {
+    const OwnedBstr text(written);
+    EXPECT_EQ(written || !failed ? text.utf8() : whole, whole);
+  };
+  AtEachFailure([&] { return NullIfNoMemory(write); }, check, Failures::kOne);
 }
 
 /// A document around the given outlines.

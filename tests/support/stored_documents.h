@@ -36,43 +36,52 @@ std::unique_ptr<CReadXML> NewReader() {
   return std::make_unique<Reader>();
 }
 
+/// Owns what is freed with a function.
+template <auto Free>
+struct FreeWith {
+  template <class Head>
+  void operator()(Head* head) const {
+    Free(head);
+  }
+};
+template <class Head, auto Free>
+using Owned = std::unique_ptr<Head, FreeWith<Free>>;
+
 template <class Reader, auto Detach, class Writer, auto Set, auto Free>
 BSTR WriteAgain(CReadXML& reader) {
-  auto* const read = (static_cast<Reader&>(reader).*Detach)();
+  auto* const head = (static_cast<Reader&>(reader).*Detach)();
+  const Owned<std::remove_pointer_t<decltype(head)>, Free> read(head);
   Writer writer;
-  (writer.*Set)(read);
-  BSTR const text = writer.GetXMLBSTR();
-  Free(read);
-  return text;
+  (writer.*Set)(head);
+  return writer.GetXMLBSTR();
 }
 
 inline BSTR WriteProfileAgain(CReadXML& reader) {
   auto& profile = static_cast<CReadColctExData&>(reader);
-  BSTR const url = profile.DetachDefaultColctUrl();
+  const OwnedBstr url(profile.DetachDefaultColctUrl());
   CWriteColctExData writer;
-  writer.SetDefaultColctUrl(url);
+  writer.SetDefaultColctUrl(url.get());
   writer.SetRColctExDataHead(profile.GetRColctExDataHead());
   BSTR const text = writer.GetXMLBSTR();
   profile.DeleteRColctExDataList();
-  SysFreeString(url);
   return text;
 }
 
 /// Null also for sites that are not to be written: their web addresses would make the document
 /// unreadable.
 inline BSTR WriteSitesAgain(CReadXML& reader) {
-  TList<CFtpConBase*>* const sites = static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList();
+  using List = TList<CFtpConBase*>;
+  const Owned<List, list::DeleteItems<List>> sites(
+      static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList());
   bool fit = true;
-  for (auto* cell = sites; cell; cell = cell->next)
+  for (auto* cell = sites.get(); cell; cell = cell->next)
     for (auto* address = cell->data->GetFtpWebAddress()->GetHead(); address;
          address = address->next)
       for (const WChar* const text : {address->GetName(), address->GetLink()})
         fit = fit && Utf8(text).find_first_of("\"&<") == std::string::npos;
   CWriteFtpSiteXML writer;
-  writer.SetFtpConList(sites);
-  BSTR const text = fit ? writer.GetXMLBSTR() : nullptr;
-  list::DeleteItems(sites);
-  return text;
+  writer.SetFtpConList(sites.get());
+  return fit ? writer.GetXMLBSTR() : nullptr;
 }
 
 struct PageDataReader : CReadPageDataXML {

@@ -43,9 +43,15 @@ TEST(ChunkBuffer, FillsChunkAfterChunk) {
   const struct {
     std::vector<int> appends, sizes;
   } cases[] = {
-      {{4096}, {4096}},       {{4097}, {4096, 1}},        {{10000}, {4096, 4096, 1808}},
-      {{8192}, {4096, 4096}}, {{4000, 96, 1}, {4096, 1}}, {{4000, 5000}, {4096, 4096, 808}},
-      {{0, -1, 5, 0}, {5}}};
+      {{4096}, {4096}},
+      {{4097}, {4096, 1}},
+      {{10000}, {4096, 4096, 1808}},
+      {{8192}, {4096, 4096}},
+      {{4000, 96, 1}, {4096, 1}},
+      {{4000, 5000}, {4096, 4096, 808}},
+      {{0, -1, 5, 0}, {5}},
+      {{0}, {0}},
+  };
   for (const auto& c : cases) {
     CChunkBuffer buffer;
     std::string expected;
@@ -55,7 +61,7 @@ TEST(ChunkBuffer, FillsChunkAfterChunk) {
                               static_cast<char>('a' + expected.size() % 26));
       EXPECT_TRUE(buffer.Append(bytes.data(), length));
       expected += bytes;
-      if (!place && length > 0) place = Get(buffer).head->data;
+      if (!place) place = Get(buffer).head->data;
     }
     const Got got = Get(buffer);
     EXPECT_EQ(got.sizes, c.sizes);
@@ -89,7 +95,7 @@ TEST(ChunkBuffer, ARefusedAppendCountsForEver) {
   constexpr LONG kMost = std::numeric_limits<LONG>::max();
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(AppendTooMuch(buffer, kMost));
   EXPECT_EQ(Get(buffer).total, kMost) << "instead of coming round";
-  EXPECT_FALSE(Append(buffer, "x"));
+  EXPECT_FALSE(Append(buffer, "x") || Append(buffer, ""));
   EXPECT_EQ(Get(buffer).content, "kept");
 }
 

@@ -83,6 +83,9 @@ TEST(Toolbars, StatusAndVisibilityAreKnownByTheirBeginning) {
       {"<toolbar><x><title>t</title><rebar/></x><Title>t</Title></toolbar><title>t</title>", off},
       {"<x><toolbar><title>a</title><title>b</title></toolbar></x>", "b" + off},
       {"<toolbar><toolbar/><title>t</title><rebar/></toolbar>", off + " " + off},
+      {"<toolbar><rebar><toolbar/></rebar><title>t</title></toolbar>",
+       ",,off,seen,data" + rest + " " + off},
+      {"<toolbar><toolbars/><title>t</title></toolbar>", off},
       {"<toolbar><title>" + std::string(300, 'x') + "</title><clsid>" + std::string(40, 'y') +
            "</clsid></toolbar>",
        std::string(259, 'x') + "," + std::string(39, 'y') + off.substr(1)},

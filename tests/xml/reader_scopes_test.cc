@@ -70,7 +70,8 @@ TEST(ReaderScopes, ElementsCountWhereTheyBelong) {
       {"<shelf><shelf><title/></shelf><size pages='1' x='2'/></shelf>", "+ + title= - pages=1 - "},
       {"<shelf><x><title>a</title></x>t<!-- c --></shelf>", "+ - "},
       {"<shelf><sIZEd Pages='1' sheetsOfPaper='2'/><siz pages='3'/></shelf>", "+ pages=2 - "},
-      {"<x><y><note/></y></x><shelf><title><note/></title></shelf>", "note + title= - "},
+      {"<x><y><note/></y></x><shelf><title><b><note/></b></title></shelf>",
+       "note + title= note - "},
   };
   for (const auto& c : cases)
     EXPECT_EQ(Read("<r>" + std::string(c.content) + "</r>"), c.read) << c.content;

@@ -18,6 +18,7 @@ class Writer : public CWriteXML {
 
   using CWriteXML::AddXMLVersion;
   using CWriteXML::BeginDocument;
+  using CWriteXML::BSTRGetUTF8;
   using CWriteXML::FillBSTRString;
   using CWriteXML::FillNode;
   using CWriteXML::FillNodeChar;
@@ -169,6 +170,22 @@ TEST(WriteXml, ADocumentThatMemoryToreIsNeverSaved) {
   EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
   EXPECT_EQ(ReadBytes(folder / "out"), "");
   EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).get(), nullptr);
+}
+
+TEST(WriteXml, ATextThatMemoryLostTearsTheDocument) {
+  const OwnedBstr value{Repeated(100)};
+  WriteAtEachFailure([&] {
+    Writer writer([&](Writer& w) {
+      w.FillNode(value.get(), "<u>", "</u>\r\n", 3);
+      for (const auto convert : {&Writer::GetXMLUTF8, &Writer::BSTRGetUTF8}) {
+        char* text = nullptr;
+        int length = 0;
+        if ((w.*convert)(value.get(), &text, &length)) w.FillString(text, length);
+        CUnicodeTool::DeleteBuffer(text);
+      }
+    });
+    return writer.GetXMLBSTR();
+  });
 }
 
 TEST(WriteXml, WithoutMemoryNothingIsHandedOut) {

@@ -11,7 +11,7 @@ enum class DocumentFault : LONG {
   kCannotRead,      ///< reading stopped half-way
   kMalformed,       ///< not well-formed XML, or in an encoding that is not known
   kTooDeep,         ///< elements nested deeper than the platform loads
-  kExpandsTooMuch,  ///< its entities or defaults would expand out of proportion
+  kExpandsTooMuch,  ///< its entities, defaults or nested texts would expand out of proportion
   kRefersOutside,   ///< its text needs an entity that is not in the document
   kNoMemory,
   kParserUnavailable,  ///< the platform has no XML parser to offer

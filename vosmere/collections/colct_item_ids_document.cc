@@ -74,8 +74,7 @@ constexpr Field<CColctItemID> kItemFields[] = {
     {"id", Text<&CColctItemID::SetItemID>},
 };
 
-// What is within an item is its name, all text of it, and not looked at for further items: with
-// items within items each would keep the text of all those inside.
+// All text within an item is its name, that of items within it, too.
 void ReadItem(Ids& ids, const XmlNode& element) {
   ids.Begin();
   TextAndAttributesTo<&Ids::item, SetNameUnlessEmpty, kItemFields>(ids, element);

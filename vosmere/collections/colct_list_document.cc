@@ -74,6 +74,7 @@ constexpr Field<CBaseNode> kColctBuildFields[] = {
 };
 
 constexpr ScopedElement<List> kElements[] = {
+    {kAnywhere, "collectionlist", EndItem, kList},
     {kAnywhere, "collection", BeginItem, kCollection, EndItem},
     {kCollection, "stat", AttributesTo<&List::item, kStatDateFields>},
     {kCollection, "build", AttributesTo<&List::item, kColctBuildFields>},

@@ -10,7 +10,7 @@ CWriteColctExData::~CWriteColctExData() = default;
 
 void CWriteColctExData::SetDefaultColctUrl(const WChar* url) {
   const WChar* const stored = url ? GetRelativeStartPos(url) : nullptr;
-  defaultColctUrl_.AssignOrNull(WideView(stored).empty() ? nullptr : stored);
+  DoWhole([&] { defaultColctUrl_.AssignOrNull(WideView(stored).empty() ? nullptr : stored); });
 }
 
 const WChar* CWriteColctExData::GetRelativeStartPos(const WChar* url) {
@@ -71,6 +71,7 @@ void ReadDefaultColct(Profile& profile, const XmlNode& element) {
 }
 
 constexpr ScopedElement<Profile> kElements[] = {
+    {kAnywhere, "colctprofile", EndItem, kProfile},
     {kAnywhere, "colct", BeginItem, kColct, EndItem},
     {kColct, "url", TextTo<&Profile::item, &CColctExData::SetColctUrl>},
     {kColct, "item", TextTo<&Profile::item, &CColctExData::SetItemID>},

@@ -26,7 +26,7 @@ class VOSMERE_API CWriteColctExData : public CWriteXML {
   /// Intended: only the length of the base path counts, its characters are never compared, so that
   /// a library that was moved keeps its relative addresses.
   void SetBasePathAndLibrary(const WChar* basePath, const WChar* library) {
-    library_.Assign(basePath, library);
+    DoWhole([&] { library_.Assign(basePath, library); });
   }
 
   /// Address of the default collection, copied. Null and empty leave none.

@@ -24,7 +24,7 @@ CFolderNode* Folder(RNode* link) {
 CWriteColctTreeOPML::~CWriteColctTreeOPML() = default;
 
 void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WChar* library) {
-  library_.Assign(basePath, library);
+  DoWhole([&] { library_.Assign(basePath, library); });
 }
 
 bool CWriteColctTreeOPML::FillData() {

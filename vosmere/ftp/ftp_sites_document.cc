@@ -105,6 +105,7 @@ template <auto Apply>
 constexpr auto TextToSite = TextTo<&Sites::item, Apply, Sites>;
 
 constexpr ScopedElement<Sites> kElements[] = {
+    {kAnywhere, "ftpsites", EndItem, kSites},
     {kAnywhere, "site", BeginItem, kSite, EndItem},
     {kSite, "webaddress", ReadWebAddress},
     {kSite, "title", TextToSite<&CFtpConBase::SetTitle>},

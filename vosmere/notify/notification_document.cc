@@ -120,6 +120,7 @@ template <auto Apply, auto& Fields>
 constexpr auto AllToItem = TextAndAttributesTo<&Notification::item, Apply, Fields, Notification>;
 
 constexpr ScopedElement<Notification> kElements[] = {
+    {kAnywhere, "vsmnotify", EndItem, kNotify},
     {kAnywhere, "item", BeginItem, kItem, EndItem},
     {kItem, "parent", AllToItem<&CVSMNotifyMsg::SetParent, kParentFields>},
     {kItem, "oldparent", AllToItem<&CVSMNotifyMsg::SetOldParent, kOldParentFields>},

@@ -1,9 +1,11 @@
 #include "vosmere/pages/note_html.h"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "vosmere/base/wide_view.h"
+#include "vosmere/platform/internal/code_page.h"
 #include "vosmere/text/toolbox.h"
 #include "vosmere/tree/base_node.h"
 
@@ -14,10 +16,7 @@ class Page {
  public:
   void Add(std::string_view ascii) { text_.insert(text_.end(), ascii.begin(), ascii.end()); }
   void Add(WideView text) { text_.insert(text_.end(), text.begin(), text.end()); }
-  const WChar* Terminated() {
-    text_.push_back(0);
-    return text_.data();
-  }
+  std::string Utf8() const { return BytesOf(kCodePageUtf8, {text_.data(), text_.size()}); }
 
  private:
   std::vector<WChar> text_;
@@ -45,9 +44,9 @@ bool CWriteNoteHtml::WriteToFile(CBaseNode* item, const WChar* path) {
   page.Add("</div><p><font size=-1>");
   page.Add(WideView(date));
   page.Add("</font></body><html>");
-  const WChar* const text = page.Terminated();
-  if (!OpenFile(path)) return false;
-  WriteData(text);
+  const std::string bytes = page.Utf8();
+  if (!OpenFile(path)) return false;  // from here on no memory is needed
+  Write(bytes.data(), bytes.size());
   CloseFile();
   return true;
 }

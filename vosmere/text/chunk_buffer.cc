@@ -20,6 +20,7 @@ bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
     end_ = at_;
     return false;
   }
+  if (!head_) NewChunk();
   while (length > 0) {
     if (at_ == end_) NewChunk();
     const int part = std::min(length, static_cast<int>(end_ - at_));

@@ -29,13 +29,14 @@ class VOSMERE_API CChunkBuffer {
   virtual ~CChunkBuffer();
 
   /// Appends `length` bytes. False, with nothing appended, when the total would reach the limit.
-  /// Throws std::bad_alloc when memory runs out. A length of 0 or less changes nothing.
+  /// Throws std::bad_alloc when memory runs out. A length below 0 changes nothing.
   /// Intended: a refused append counts in the total all the same, and the total never comes down
   /// again short of Clear(). So a document that lost a piece is known as one for ever, and is never
-  /// saved as if it were whole.
+  /// saved as if it were whole. Appending 0 bytes counts as an append: it makes the first chunk,
+  /// and is refused where the limit has been reached.
   bool Append(const void* bytes, int length) {
-    if (length <= 0) return true;
-    char* const room = Room(length);
+    if (length < 0) return true;
+    char* const room = length > 0 ? Room(length) : nullptr;
     if (!room) return AppendInParts(static_cast<const char*>(bytes), length);
     std::memcpy(room, bytes, length);
     Use(length);
@@ -48,8 +49,8 @@ class VOSMERE_API CChunkBuffer {
   void Use(int length) { at_ += length; }
 
   /// Returns the total of all appends, refused ones included (saturated at the largest LONG), and
-  /// stores the first chunk. An empty buffer returns 0 and leaves `*head` as it is. The chunks tell
-  /// what is in them at the time of the call.
+  /// stores the first chunk. A buffer without chunks returns 0 and leaves `*head` as it is. The
+  /// chunks tell what is in them at the time of the call.
   LONG Get(Chunk** head) const;
 
   /// A copy of all that was appended in one block, with a zero byte behind it; null without memory.

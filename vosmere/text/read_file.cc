@@ -1,5 +1,6 @@
 #include "vosmere/text/read_file.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -34,44 +35,52 @@ ULONG CReadFile::GetFileSize() const {
 }
 
 int CReadFile::ReadToBuffer(char* bytes, int count) {
-  std::size_t got = 0;
-  if (file_ && count > 0) file_->ReadFully(bytes, static_cast<std::size_t>(count), &got);
-  return static_cast<int>(got);
+  return static_cast<int>(Read(bytes, static_cast<std::size_t>(std::max(count, 0))));
 }
 
 int CReadFile::ReadToBuffer(WChar* units, int count) {
+  const std::size_t size = static_cast<std::size_t>(std::max(count, 0)) * sizeof(WChar);
+  return static_cast<int>(Read(units, size) / sizeof(WChar));
+}
+
+std::size_t CReadFile::Read(void* bytes, std::size_t size) {
   std::size_t got = 0;
-  if (file_ && count > 0)
-    file_->ReadFully(units, static_cast<std::size_t>(count) * sizeof(WChar), &got);
-  return static_cast<int>(got / sizeof(WChar));
+  readFailed_ = !file_ || !file_->ReadFully(bytes, size, &got);
+  return got;
 }
 
 bool CReadFile::ReadToBuffer(char** bytes, int* count) {
   *count = 0;
+  readFailed_ = true;
   constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
   std::uint64_t size = 0;
-  if (!file_ || !file_->Size(&size) || size == 0 || size > kMost) return false;
+  if (!file_ || !file_->Size(&size) || size > kMost) return false;
   std::unique_ptr<char[]> block(new (std::nothrow) char[size]);
-  std::size_t got = 0;
-  if (!block || !file_->ReadFully(block.get(), size, &got) || got == 0) return false;
+  if (!block) return false;
+  const std::size_t got = Read(block.get(), size);
+  if (readFailed_ || got == 0) return false;
   *bytes = block.release();
   *count = static_cast<int>(got);
   return true;
 }
 
 int CReadFile::ReadAllToBuffer(BSTR* text) try {
-  if (!file_) return 0;
   CChunkBuffer buffer;
   char piece[16 * 1024];
-  for (std::size_t got = 0; file_->Read(piece, sizeof piece, &got) && got > 0;)
-    if (!buffer.Append(piece, static_cast<int>(got))) return 0;
+  do {
+    const std::size_t got = Read(piece, sizeof piece);
+    if (got == 0) break;
+    if (!buffer.Append(piece, static_cast<int>(got))) throw std::bad_alloc();
+  } while (!readFailed_);
   Chunk* head = nullptr;
   const int total = buffer.Get(&head);
   if (total == 0) return 0;
   const std::unique_ptr<char[]> bytes = buffer.Joined();
   buffer.Clear();
-  return bytes && CUnicodeTool::UTF8GetBSTR(text, bytes.get(), total + 1) ? total : 0;
+  if (!bytes || !CUnicodeTool::UTF8GetBSTR(text, bytes.get(), total + 1)) throw std::bad_alloc();
+  return total;
 } catch (const std::bad_alloc&) {
+  readFailed_ = true;
   return 0;
 }
 

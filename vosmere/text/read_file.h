@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "vosmere/base/export.h"
@@ -50,15 +51,25 @@ class VOSMERE_API CReadFile {
   /// mark stays, as U+FEFF. The caller frees the new string with SysFreeString. Returns the number
   /// of bytes read; 0, with `*text` untouched, when nothing is left to read, no file is open, the
   /// file turns out to have 100 MiB or more, or memory runs out.
+  /// Where the system cannot read on the text ends as it does at the end of the file, and so it may
+  /// be a part of it, or none; ReadFailed() tells these apart.
   /// Intended: the string counts the zero unit that ends it, so that SysStringLen gives one more
   /// than the text has. Callers have always allowed for it.
   int ReadAllToBuffer(BSTR* text);
+
+  /// Whether the last reading, of any kind, was to give more than it gave: no file was open, the
+  /// system could not read on, there was too much for it, or memory ran out. False when it came to
+  /// the end of the file, or to the count.
+  bool ReadFailed() const { return readFailed_; }
 
   /// Frees a block that ReadToBuffer handed out. Null is ignored.
   static void Delete(char* bytes);
 
  private:
+  std::size_t Read(void* bytes, std::size_t size);
+
   std::unique_ptr<File> file_;  // null while none is open
+  bool readFailed_ = false;
   SystemText fileName_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <new>
+#include <utility>
 
 #include "vosmere/platform/internal/file.h"
 #include "vosmere/text/unicode_tool.h"
@@ -11,14 +12,6 @@ namespace {
 
 constexpr int kMostStreamBytes = 200'000'000;
 
-/// The file that `open` has opened; null when it has not.
-template <class Open>
-std::unique_ptr<File> Opened(Open open) {
-  std::unique_ptr<File> file(new (std::nothrow) File);
-  if (file && !open(*file)) file.reset();
-  return file;
-}
-
 }  // namespace
 
 CWriteFile::CWriteFile() = default;
@@ -26,19 +19,25 @@ CWriteFile::CWriteFile() = default;
 CWriteFile::~CWriteFile() = default;
 
 bool CWriteFile::OpenFile(const WChar* path) {
-  CloseFile();
-  file_ = Opened([path](File& file) { return path && file.Create(path); });
-  return file_ != nullptr;
+  return OpenWith([path](File& file) { return path && file.Create(path); });
 }
 
 bool CWriteFile::OpenFileAppend(const WChar* path) {
-  CloseFile();
-  file_ = Opened([path](File& file) { return path && file.OpenOrCreate(path); });
-  return file_ != nullptr;
+  return OpenWith([path](File& file) { return path && file.OpenOrCreate(path); });
 }
 
-void CWriteFile::CloseFile() {
-  file_.reset();
+template <class Open>
+bool CWriteFile::OpenWith(Open open) {
+  file_.reset(new (std::nothrow) File);  // which closes the one before
+  const bool opened = file_ && open(*file_);
+  systemError_ = file_ ? file_->error() : 0;
+  if (!opened) file_.reset();
+  return opened;
+}
+
+bool CWriteFile::CloseFile() {
+  const std::unique_ptr<File> file = std::move(file_);
+  return !file || file->Close() || Fail(*file);
 }
 
 bool CWriteFile::WriteData(const WChar* text) {
@@ -46,18 +45,23 @@ bool CWriteFile::WriteData(const WChar* text) {
   char* bytes = nullptr;
   int length = 0;
   if (!CUnicodeTool::TCHARGetUTF8(text, &bytes, &length)) return false;
-  const bool written = Write(bytes, length);
+  const bool written = Write(bytes, static_cast<std::size_t>(length));
   CUnicodeTool::DeleteBuffer(bytes);
   return written;
 }
 
 bool CWriteFile::WriteStreamData(const void* bytes, int count) {
-  return count >= 0 && count <= kMostStreamBytes && Write(bytes, count);
+  return count >= 0 && count <= kMostStreamBytes && Write(bytes, static_cast<std::size_t>(count));
 }
 
-bool CWriteFile::Write(const void* bytes, int count) {
-  const FilePiece piece = {bytes, static_cast<std::size_t>(count)};
-  return file_ && file_->Write(&piece, 1);
+bool CWriteFile::Write(const void* bytes, std::size_t count) {
+  const FilePiece piece = {bytes, count};
+  return file_ && (file_->Write(&piece, 1) || Fail(*file_));
+}
+
+bool CWriteFile::Fail(const File& file) {
+  systemError_ = file.error();
+  return false;
 }
 
 }  // namespace vosmere

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "vosmere/base/export.h"
@@ -12,9 +13,9 @@ class File;
 /// Writes a plain file: bytes, or text as UTF-8 without a byte-order mark.
 ///
 /// A write that is true has given all of its bytes to the system; one that is false may have given
-/// some of them. Nothing here waits: a pipe does not open, and neither does a device on Windows;
-/// elsewhere a device takes what it has room for. The platform's reason for a failure is not kept.
-/// One thread at a time.
+/// some of them. Some disks find out only when the file is closed that they have no room for them.
+/// Nothing here waits: a pipe does not open, and neither does a device on Windows; elsewhere a
+/// device takes what it has room for. One thread at a time.
 class VOSMERE_API CWriteFile {
  public:
   CWriteFile();
@@ -23,7 +24,7 @@ class VOSMERE_API CWriteFile {
   virtual ~CWriteFile();
 
   // Both open for writing, close what was open before in any case, and let others read meanwhile.
-  // False for a directory, and for null.
+  // False for a directory, and for null. Who wants to know how the closing went closes first.
 
   /// Creates the file, or cuts an existing one to nothing.
   bool OpenFile(const WChar* path);
@@ -31,7 +32,8 @@ class VOSMERE_API CWriteFile {
   /// Intended: despite its name, writing begins at the start of the file and goes over its first
   /// bytes. It serves to renew the head of a file; nothing here adds at the end.
   bool OpenFileAppend(const WChar* path);
-  void CloseFile();
+  /// False when the system could not store what was written; true when no file is open.
+  bool CloseFile();
 
   /// Writes a zero-terminated text. False for an empty one and for null, and without memory.
   bool WriteData(const WChar* text);
@@ -39,10 +41,22 @@ class VOSMERE_API CWriteFile {
   /// than 0.
   bool WriteStreamData(const void* bytes, int count);
 
+  /// The system's reason for the last failure since the last opening began: errno on Linux,
+  /// GetLastError on Windows; 0 when it gave none.
+  ULONG SystemError() const { return systemError_; }
+
+ protected:
+  /// Writes the bytes as they are, however many.
+  bool Write(const void* bytes, std::size_t count);
+
  private:
-  bool Write(const void* bytes, int count);
+  /// The file that `open` opens, in the place of the one that was open.
+  template <class Open>
+  bool OpenWith(Open open);
+  bool Fail(const File& file);
 
   std::unique_ptr<File> file_;  // null while none is open
+  ULONG systemError_ = 0;
 };
 
 }  // namespace vosmere

@@ -106,6 +106,7 @@ void ReadRebar(Bands& bands, const XmlNode& element) {
 }
 
 constexpr ScopedElement<Bands> kElements[] = {
+    {kAnywhere, "toolbars", EndItem, kBands},
     {kAnywhere, "toolbar", BeginBand, kBand, EndItem},
     {kBand, "title", TextTo<&Bands::band, &TBARBANDINFO::SetTitle>},
     {kBand, "clsid", TextTo<&Bands::band, &TBARBANDINFO::SetClsid>},

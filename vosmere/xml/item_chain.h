@@ -73,4 +73,10 @@ void EndItem(Chain& chain) {
   chain.End();
 }
 
+/// The row of another element named as the root: behind it no item is being read any more.
+template <class Chain>
+void EndItem(Chain& chain, const XmlNode&) {
+  chain.End();
+}
+
 }  // namespace vosmere

@@ -21,7 +21,8 @@ namespace vosmere {
 /// - Nothing outside the document is ever opened: no external entity, no external DTD, no network.
 ///   A document that merely names such a thing loads; one whose text needs it does not.
 /// - Internal entities and attribute defaults are expanded. A document that expands out of
-///   proportion to its size fails quickly and in little memory.
+///   proportion to its size fails quickly and in little memory; so does one whose items stand so
+///   deep in each other's texts that these would.
 /// - Elements nest at most kMaxXmlDepth levels; on Windows as deep as the system's DOM loads. An
 ///   element has at most some 2,000 attributes; on Linux some 250 namespaces are in force at once,
 ///   and a document has 50,000 different names.

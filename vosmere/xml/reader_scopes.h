@@ -2,7 +2,8 @@
 //
 // The children of an element are read in one scope, a bit of its own. A row says in which scopes an
 // element counts, what is done with it, and in which scope its own children are read; what no row
-// names is ignored with all that is in it. A builder holds what is being built:
+// names is ignored with all that is in it. Elements that count anywhere are met all the same, in
+// what no row names and in what is read for its text. A builder holds what is being built:
 //
 //     struct Shelf {
 //       TList<CBook*>* head;
@@ -34,6 +35,7 @@
 #include <vector>
 
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/nested_texts.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere {
@@ -41,7 +43,7 @@ namespace vosmere {
 /// A bit for each scope; the highest one is taken.
 using Scopes = std::uint64_t;
 
-/// For an element that counts wherever elements are looked at, within unknown ones too.
+/// For an element that counts wherever it stands.
 inline constexpr Scopes kAnywhere = ~Scopes{0};
 
 template <class Builder>
@@ -50,9 +52,9 @@ struct ScopedElement {
   RowName name;
   /// Null when the element says nothing itself.
   void (*read)(Builder& builder, const XmlNode& element);
-  /// The scope of its children; 0 when what is in it is not looked at.
+  /// The scope of its children; 0 when none but those that count anywhere are looked at.
   Scopes within = 0;
-  /// Behind its children, when these are looked at; may be null.
+  /// Behind its children, when these have a scope; may be null.
   void (*leave)(Builder& builder) = nullptr;
 };
 
@@ -133,7 +135,8 @@ class ScopeReader {
  private:
   using Row = ScopedElement<Builder>;
 
-  static constexpr Scopes kUnknown = Scopes{1} << 63;  // the scope within unknown elements
+  // The scope within unknown elements, and within those that are read for their text.
+  static constexpr Scopes kUnknown = Scopes{1} << 63;
 
   struct Open {
     XmlNode next;  // child
@@ -151,19 +154,21 @@ class ScopeReader {
       } else {
         const Row* const row = open_.back().row;
         open_.pop_back();
+        if (row && !row->within) texts_.Leave();
         if (row && row->leave) row->leave(builder_);
       }
     }
   }
 
   void Read(const XmlNode& element) {
-    const Row* const row = FindRow(element.Name().view());
-    if (row && IsNew(*row)) {
-      if (row->read) row->read(builder_, element);
-      if (row->within) open_.push_back({element.FirstChild(), row->within, row});
-    } else if (everywhere_) {
-      open_.push_back({element.FirstChild(), kUnknown});
-    }
+    const Row* row = FindRow(element.Name().view());
+    if (row && !IsNew(*row)) row = nullptr;
+    if (row && !row->within && everywhere_) texts_.Enter(element);
+    if (row && row->read) row->read(builder_, element);
+    if (row && row->within)
+      open_.push_back({element.FirstChild(), row->within, row});
+    else if (everywhere_)
+      open_.push_back({element.FirstChild(), kUnknown, row});
   }
 
   const Row* FindRow(WideView name) const {
@@ -187,6 +192,7 @@ class ScopeReader {
   Builder& builder_;
   bool firstOnly_;
   bool everywhere_;         // whether unknown elements may hold known ones
+  NestedTexts texts_;       // those that are open
   std::vector<Open> open_;  // innermost last
 };
 

@@ -9,6 +9,7 @@
 #include <new>
 #include <string>
 
+#include "vosmere/base/no_memory.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/file.h"
@@ -39,9 +40,7 @@ void CWriteXML::SetEncoding(const char* name) {
 void CWriteXML::FillOnce() {
   if (filled_ || !buffer_) return;
   filled_ = 1;
-  torn_ = true;
-  FillData();
-  torn_ = false;
+  DoWhole([this] { FillData(); });
 }
 
 void CWriteXML::BeginDocument() {
@@ -70,7 +69,7 @@ bool CWriteXML::FillBSTRString(const WChar* value) {
 
 bool CWriteXML::FillNode(const WChar* value, const char* open, const char* close, int openLength) {
   std::string utf8;
-  if (!EscapedUtf8(SystemView(value), utf8)) return false;
+  if (!UnlessLost(false, [&] { return EscapedUtf8(SystemView(value), utf8); })) return false;
   FillString(open, openLength);
   FillString(utf8.data(), static_cast<int>(utf8.size()));
   FillString(close, openLength + 3);
@@ -131,34 +130,33 @@ bool CWriteXML::PutEscaped(WideView text) {
 // Converting.
 
 bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
-  try {
-    char bytes[kTextPiece * kEscapedUnitBytes];
-    while (!text.empty()) {
-      const WideView piece = NextPiece(text);
-      const int length = PieceToEscapedUtf8(piece, bytes);
-      if (length == 0) return false;
-      utf8.append(bytes, length);
-      text = text.From(piece.size);
-    }
-    return utf8.size() <= static_cast<std::size_t>(std::numeric_limits<int>::max());
-  } catch (const std::bad_alloc&) {
-    return false;
+  char bytes[kTextPiece * kEscapedUnitBytes];
+  while (!text.empty()) {
+    const WideView piece = NextPiece(text);
+    const int length = PieceToEscapedUtf8(piece, bytes);
+    if (length == 0) return false;
+    utf8.append(bytes, length);
+    text = text.From(piece.size);
   }
-}
-
-bool CWriteXML::GetXMLUTF8(const WChar* value, char** text, int* length) {
-  std::string utf8;
-  if (!EscapedUtf8(SystemView(value), utf8)) return false;
-  auto* const block = new (std::nothrow) char[utf8.size() + 1];
-  if (!block) return false;
-  std::memcpy(block, utf8.c_str(), utf8.size() + 1);
-  *text = block;
-  *length = static_cast<int>(utf8.size());
+  if (utf8.size() > std::size_t{std::numeric_limits<int>::max()}) throw std::bad_alloc();
   return true;
 }
 
+bool CWriteXML::GetXMLUTF8(const WChar* value, char** text, int* length) {
+  return UnlessLost(false, [=] {
+    std::string utf8;
+    if (!EscapedUtf8(SystemView(value), utf8)) return false;
+    *text = new char[utf8.size() + 1];
+    std::memcpy(*text, utf8.c_str(), utf8.size() + 1);
+    *length = static_cast<int>(utf8.size());
+    return true;
+  });
+}
+
 bool CWriteXML::BSTRGetUTF8(const WChar* value, char** text, int* length) {
-  return CUnicodeTool::BSTRGetUTF8(value, text, length);
+  if (CUnicodeTool::BSTRGetUTF8(value, text, length)) return true;
+  detail::CountLostText();
+  return false;
 }
 
 BSTR CWriteXML::GetXMLBSTR() {
@@ -181,8 +179,9 @@ bool CWriteXML::SaveToFile(const WChar* path) {
   if (!OpenFile(path)) return false;
   FillOnce();
   const bool written = RealWrite();
-  CloseFile();
-  return written;
+  const bool closed = CloseFile();
+  return written && (closed || Fail(DocumentFault::kCannotWrite,
+                                    "what was written could not be stored", file_->error()));
 }
 
 bool CWriteXML::OpenFile(const WChar* path) {
@@ -193,8 +192,8 @@ bool CWriteXML::OpenFile(const WChar* path) {
   return Fail(DocumentFault::kCannotOpen, "the file cannot be created", error);
 }
 
-void CWriteXML::CloseFile() {
-  if (file_) file_->Close();
+bool CWriteXML::CloseFile() {
+  return !file_ || file_->Close();
 }
 
 bool CWriteXML::RealWrite() {

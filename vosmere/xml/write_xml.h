@@ -4,9 +4,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "vosmere/base/document_error.h"
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/text/chunk_buffer.h"
@@ -52,7 +54,8 @@ struct AttributeName {
 /// are UTF-8 without a byte-order mark. One thread at a time.
 ///
 /// When memory runs out while the document is generated, std::bad_alloc passes through SaveToFile
-/// and GetXMLBSTR; nothing else does, and the torn document is never saved.
+/// and GetXMLBSTR; nothing else does, and the torn document is never saved. Nor is one that went
+/// without a text for want of memory, be it in a setter of the writer: the save is false then.
 class VOSMERE_API CWriteXML {
  public:
   CWriteXML();
@@ -65,7 +68,8 @@ class VOSMERE_API CWriteXML {
   virtual BSTR GetXMLBSTR();
 
   /// Writes the document over what is in the file, without a byte-order mark. False when the file
-  /// cannot be created, writing stopped half-way (the file is then cut short), or the document is
+  /// cannot be created, writing stopped half-way (the file is then cut short), the system could not
+  /// store what was written (which some disks say only when the file is closed), or the document is
   /// empty or 100 MiB or larger (the file is then empty). LastError says why.
   virtual bool SaveToFile(const WChar* path);
 
@@ -159,11 +163,21 @@ class VOSMERE_API CWriteXML {
   /// unit of a piece and returns their number; 0 is a failure.
   bool PutPieces(WideView text, std::size_t unitBytes, int (*convert)(WideView piece, char* bytes));
   /// The whole escaped text at once, for a writer that must know beforehand whether it converts.
-  /// False also without memory.
+  /// Throws std::bad_alloc.
   static bool EscapedUtf8(WideView text, std::string& utf8);
 
+  /// Does a part of the writing. Where that throws, or loses a text for want of memory (LostTexts),
+  /// the document is torn.
+  template <class Work>
+  void DoWhole(Work work) {
+    const unsigned long lostBefore = LostTexts();
+    const bool torn = std::exchange(torn_, true);
+    work();
+    torn_ = torn || LostTexts() != lostBefore;
+  }
+
   bool OpenFile(const WChar* path);
-  void CloseFile();
+  bool CloseFile();
   bool RealWrite();
 
  private:
@@ -175,7 +189,7 @@ class VOSMERE_API CWriteXML {
   std::unique_ptr<File> file_;
   char encoding_[20] = "UTF-8";
   LONG filled_ = 0;
-  bool torn_ = false;  // an exception ended the generating
+  bool torn_ = false;  // something is missing in it for want of memory
   DocumentError error_;
 };
 

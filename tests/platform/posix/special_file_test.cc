@@ -1,14 +1,21 @@
 // What is no plain file: pipes, devices, and files that the system makes up as they are read.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <utility>
@@ -119,7 +126,8 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
   const struct {
     const char* path;
     int bytesRead;
-  } cases[] = {{"/dev/null", 0}, {"/dev/zero", 3}};
+    bool textFails;
+  } cases[] = {{"/dev/null", 0, false}, {"/dev/zero", 3, true}, {"/proc/self/mem", 0, true}};
   for (const auto& c : cases) {
     CReadFile reader;
     ASSERT_TRUE(reader.OpenFile(W(std::string(c.path))));
@@ -131,7 +139,18 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
     EXPECT_FALSE(reader.ReadToBuffer(&whole, &count));
     EXPECT_EQ(reader.ReadAllToBuffer(&text), 0);
     EXPECT_EQ(text, nullptr);
+    EXPECT_EQ(reader.ReadFailed(), c.textFails) << c.path;
   }
+}
+
+/// What a save says to which the disk says that it is full.
+void ExpectNoSpace(const Wide& path) {
+  const TreePtr tree = Tree("root(a)");
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(tree);
+  EXPECT_FALSE(writer.SaveToFile(path));
+  EXPECT_EQ(writer.LastError().fault, DocumentFault::kCannotWrite);
+  EXPECT_EQ(writer.LastError().systemError, ULONG{ENOSPC});
 }
 
 TEST(SpecialFile, ADeviceThatIsFullIsAFailedWrite) {
@@ -139,6 +158,39 @@ TEST(SpecialFile, ADeviceThatIsFullIsAFailedWrite) {
   ASSERT_TRUE(writer.OpenFile(W("/dev/full")));
   EXPECT_FALSE(writer.WriteData(W("x")));
   EXPECT_FALSE(writer.WriteStreamData("x", 1));
+  EXPECT_EQ(writer.SystemError(), ULONG{ENOSPC});
+  EXPECT_TRUE(writer.CloseFile());
+  ExpectNoSpace(W("/dev/full"));
+}
+
+/// Makes the system answer every close() of this thread from now on with ENOSPC, as a network disk
+/// does that is full; false where it lets nobody do so.
+bool FailEveryClose() {
+  sock_filter program[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_close, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSPC),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  const sock_fprog filter = {std::size(program), program};
+  return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+         prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+TEST(SpecialFile, ADiskThatIsFullOnlyWhenTheFileIsClosedIsAFailedWrite) {
+  const TempFolder folder;
+  const Wide path = W(folder / "file");
+  bool possible = false;
+  std::thread([&] {
+    CWriteFile writer;
+    ASSERT_TRUE(writer.OpenFile(path) && writer.WriteData(W("x")));
+    possible = FailEveryClose();
+    if (!possible) return;
+    EXPECT_FALSE(writer.CloseFile());
+    EXPECT_EQ(writer.SystemError(), ULONG{ENOSPC});
+    ExpectNoSpace(path);
+  }).join();
+  if (!possible) GTEST_SKIP() << "the system bars it";
 }
 
 TEST(SpecialFile, ASizeThatIsNotTrueDoesNoHarm) {

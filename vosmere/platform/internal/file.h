@@ -68,7 +68,9 @@ class File {
   /// Length in bytes.
   bool Size(std::uint64_t* size);
 
-  void Close();
+  /// The file is closed in any case. False when the system could not store what was written:
+  /// network disks and quotas say so only now. True when none is open.
+  bool Close();
   bool IsOpen() const { return handle_ != kNone; }
   ULONG error() const { return error_; }
 

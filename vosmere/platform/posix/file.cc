@@ -105,8 +105,9 @@ bool File::Size(std::uint64_t* size) {
   return true;
 }
 
-void File::Close() {
-  if (IsOpen()) close(Descriptor(std::exchange(handle_, kNone)));
+// Never a second time: the descriptor is free again also where this fails or is interrupted.
+bool File::Close() {
+  return !IsOpen() || close(Descriptor(std::exchange(handle_, kNone))) == 0 || Fail();
 }
 
 bool File::Fail() {

@@ -116,8 +116,8 @@ bool File::Size(std::uint64_t* size) {
   return true;
 }
 
-void File::Close() {
-  if (IsOpen()) ::CloseHandle(Native(std::exchange(handle_, kNone)));
+bool File::Close() {
+  return !IsOpen() || ::CloseHandle(Native(std::exchange(handle_, kNone))) || Fail();
 }
 
 bool File::Fail() {
