@@ -65,6 +65,7 @@
 #include "vosmere/notify/notify_msg.h"
 #include "vosmere/notify/vsm_global.h"
 #include "vosmere/platform/keys.h"
+#include "vosmere/platform/path.h"
 #include "vosmere/platform/registry.h"
 #include "vosmere/platform/system_string.h"
 #include "vosmere/platform/xml_node.h"

@@ -29,7 +29,8 @@ enum class Waiting {
 /// values on Linux, GetLastError values on Windows) in `error()`.
 ///
 /// Paths are zero-terminated UTF-16. On Linux they become UTF-8 and a backslash separates like a
-/// slash, so that a path written on one system opens on the other.
+/// slash, so that a path written on one system opens on the other. Names that this cannot say have
+/// paths, too (platform/path.h).
 class File {
  public:
   File() = default;

@@ -2,21 +2,86 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include "vosmere/base/wide_view.h"
+#include "vosmere/platform/path.h"
 #include "vosmere/platform/posix/utf8.h"
+#include "vosmere/platform/system_string.h"
 
 namespace vosmere {
+namespace {
+
+constexpr unsigned kByte = 0xDC00;  // a lone surrogate from here on is a byte
+
+/// Whether the second unit is a byte of a name; `before` stands in front of it.
+bool IsByte(WChar before, WChar unit) {
+  const bool isPair = (before & 0xFC00) == 0xD800;
+  return !isPair && (unit == (kByte | '\\') || (unit >= 0xDC80 && unit <= 0xDCFF));
+}
+
+/// The bytes of the character that a name begins with; 0 when it begins with a byte that a path
+/// says by a surrogate.
+std::size_t CharacterLength(std::string_view name) {
+  if (name[0] == '\\') return 0;
+  for (std::size_t length = 1; length <= std::min<std::size_t>(name.size(), 4); ++length) {
+    WChar units[4];
+    char back[4 * utf8::kMaxBytesPerUnit];
+    const std::size_t count = utf8::Decode(name.data(), length, units, 4);
+    if (name.substr(0, length) ==
+        std::string_view(back, utf8::Encode(units, count, back, sizeof back)))
+      return length;
+  }
+  return 0;
+}
+
+}  // namespace
 
 bool NativePath(const WChar* path, char (&name)[PATH_MAX]) {
-  const std::size_t length = utf8::Encode(path, WideLength(path), name, sizeof name - 1);
-  if (length == utf8::kNoRoom) {
-    errno = ENAMETOOLONG;
-    return false;
+  const WChar* const end = path + WideLength(path);
+  char* out = name;
+  char* const outEnd = name + PATH_MAX - 1;
+  for (const WChar* in = path; in != end;) {
+    const WChar* plain = in;
+    while (plain != end && !IsByte(plain == path ? WChar{0} : plain[-1], *plain)) ++plain;
+    const std::size_t length = utf8::Encode(in, plain - in, out, outEnd - out);
+    if (length == utf8::kNoRoom || (plain != end && out + length == outEnd)) {
+      errno = ENAMETOOLONG;
+      return false;
+    }
+    std::replace(out, out + length, '\\', '/');
+    out += length;
+    if (plain != end) *out++ = static_cast<char>(*plain++ & 0xFF);
+    in = plain;
   }
-  name[length] = 0;
-  std::replace(name, name + length, '\\', '/');
+  *out = 0;
   return true;
+}
+
+std::size_t PathOfName(std::string_view name, WChar* path, std::size_t capacity) {
+  std::size_t units = 0;
+  while (!name.empty()) {
+    const std::size_t length = CharacterLength(name);
+    std::size_t count = utf8::Decode(name.data(), length, path + units, capacity - units);
+    if (length == 0 && units < capacity) {
+      path[units] = static_cast<WChar>(kByte | static_cast<unsigned char>(name[0]));
+      count = 1;
+    }
+    if (count == 0 || count == utf8::kNoRoom) return utf8::kNoRoom;
+    units += count;
+    name.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return units;
+}
+
+BSTR PathFromName(const char* name) {
+  if (!name) return nullptr;
+  const std::size_t length = std::strlen(name);
+  const BSTR room = SysAllocStringLen(nullptr, length);
+  if (!room) return nullptr;
+  const BSTR path = SysAllocStringLen(room, PathOfName({name, length}, room, length));
+  SysFreeString(room);
+  return path;
 }
 
 }  // namespace vosmere
