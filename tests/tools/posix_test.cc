@@ -1,0 +1,101 @@
+// `vosmere` with what only this system has: names that are bytes, pipes, a disk that is always
+// full, and a count of what is opened.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <thread>
+
+#include "tests/support/document.h"
+#include "tests/support/tool.h"
+
+namespace vosmere::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr char kDocument[] =
+    "<opml><head><title>t</title></head><body><outline text='Q&amp;A'/></body></opml>";
+
+/// How often a file is opened while this lives.
+class OpenCount {
+ public:
+  explicit OpenCount(const std::filesystem::path& file) : events_(inotify_init1(IN_NONBLOCK)) {
+    EXPECT_GE(inotify_add_watch(events_, file.c_str(), IN_OPEN), 0);
+  }
+  ~OpenCount() { close(events_); }
+
+  long Take() {
+    inotify_event events[64];
+    return read(events_, events, sizeof events) / static_cast<long>(sizeof(inotify_event));
+  }
+
+ private:
+  int events_;
+};
+
+TEST(ToolPosix, EveryVerbOpensItsFileOnce) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", kDocument);
+  OpenCount opened(folder / "in");
+  for (const char* const verb : {"show ", "show --json ", "check ", "copy ", "note "}) {
+    const std::string rest = verb[0] == 'c' && verb[1] == 'o' ? " -"
+                             : verb[0] == 'n'                 ? " 'Q&A' -"
+                                                              : "";
+    RunTool(verb + Quoted(folder / "in") + rest);
+    EXPECT_EQ(opened.Take(), 1) << verb;
+  }
+}
+
+TEST(ToolPosix, AFileIsOpenedByTheNameThatTheSystemHasForIt) {
+  const TempFolder folder;
+  const std::filesystem::path latin = folder / "caf\xE9.opml", slashed = folder / "x\\z";
+  std::filesystem::create_directory(folder / "x");
+  WriteBytes(latin, Opml("<outline text='a'/>"));
+  EXPECT_THAT(RunTool("show " + Quoted(latin)).out, HasSubstr("[folder] a"));
+  EXPECT_EQ(RunTool("copy " + Quoted(latin) + " '" + slashed.string() + '\'').exitCode, 0);
+  EXPECT_TRUE(std::filesystem::exists(slashed));
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "x"));
+  EXPECT_EQ(RunTool("copy '" + slashed.string() + "' " + Quoted(latin)).exitCode, 0);
+}
+
+TEST(ToolPosix, AFullDiskIsTold) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", Opml("<outline text='a'/>"));
+  const std::string in = Quoted(folder / "in");
+  for (const std::string& arguments :
+       {"show " + in, "check --json " + in, "copy " + in + " -", "note " + in + " a -",
+        std::string("date 1994-11-06"), std::string("--help")}) {
+    const Outcome full = RunTool(arguments, "sh -c '\"$0\" \"$@\" >/dev/full' ");
+    EXPECT_EQ(full.exitCode, 2) << arguments;
+    EXPECT_THAT(full.errors, HasSubstr("the output cannot be written: No space left on device"));
+  }
+}
+
+TEST(ToolPosix, ADocumentThatComesOnlyOnceIsReadButNotWithoutEnd) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", kDocument);
+  const std::string piped = "cat " + Quoted(folder / "in") + " | ";
+  for (const char* const file : {"-", "/dev/stdin"})
+    EXPECT_THAT(RunTool(std::string("check ") + file, piped).out, HasSubstr("name holds '&'"));
+  EXPECT_EQ(RunTool("check /dev/zero").exitCode, 2);
+  EXPECT_EQ(RunTool("check - </").exitCode, 2);
+}
+
+TEST(ToolPosix, ACheckTakesAtMostTwiceTheMemoryOfTheItems) {
+  constexpr int kOutlines = 50'000;
+  constexpr std::size_t kItem = sizeof(RNode) + sizeof(CFolderNode) + 2 * sizeof(void*);
+  constexpr std::size_t kProgram = 16'000'000;
+  const TempFolder folder;
+  std::string outlines;
+  for (int i = 0; i < kOutlines; ++i) outlines += "<outline/>";
+  WriteBytes(folder / "in", Opml(outlines));
+  const std::size_t limit = (kProgram + 2 * kOutlines * kItem) / 1024;
+  EXPECT_EQ(RunTool("check " + Quoted(folder / "in"), "ulimit -d " + std::to_string(limit) + "; ")
+                .exitCode,
+            0);
+}
+
+}  // namespace
+}  // namespace vosmere::test
