@@ -14,14 +14,15 @@ namespace {
 
 void WriteStandardOutput(const FileWriter& write) try {
   const ScratchFile scratch;
-  scratch.Create();
+  scratch.Create(kForTheUserAlone);
   write(scratch.path());
   MakeOutputBinary();
   std::ifstream file(scratch.path(), std::ios::binary);
   char piece[64 * 1024];
   while (file.read(piece, sizeof piece), file.gcount() > 0) std::cout.write(piece, file.gcount());
 } catch (const std::filesystem::filesystem_error& error) {
-  throw FileFailure(kTrouble, OutputName("-"), Printable(error.code().message()));
+  throw FileFailure(kTrouble, OutputName("-"),
+                    "cannot be written: " + Printable(error.code().message()));
 }
 
 }  // namespace

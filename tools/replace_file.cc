@@ -34,11 +34,12 @@ void ReplaceFile(const std::string& file, const FileWriter& write) try {
   const fs::path target = TargetOf(file);
   const ScratchFile scratch(target.parent_path());
   // Nobody reads the copy who may not read the original.
-  if (fs::exists(target)) scratch.Create(fs::status(target).permissions());
+  fs::exists(target) ? scratch.Create(fs::status(target).permissions()) : scratch.Create();
   write(scratch.path());
   fs::rename(scratch.path(), target);
 } catch (const fs::filesystem_error& error) {
-  throw FileFailure(kTrouble, Printable(file), Printable(error.code().message()));
+  throw FileFailure(kTrouble, Printable(file),
+                    "cannot be written: " + Printable(error.code().message()));
 }
 
 }  // namespace vosmere::tool

@@ -18,9 +18,13 @@ ScratchFile::~ScratchFile() {
   std::filesystem::remove(path_, ignored);
 }
 
-void ScratchFile::Create(std::filesystem::perms permissions) const {
+void ScratchFile::Create() const {
   if (!std::ofstream(path_))
     throw std::filesystem::filesystem_error("", path_, {errno, std::generic_category()});
+}
+
+void ScratchFile::Create(std::filesystem::perms permissions) const {
+  Create();
   std::filesystem::permissions(path_, permissions);
 }
 

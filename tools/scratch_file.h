@@ -5,6 +5,9 @@
 
 namespace vosmere::tool {
 
+inline constexpr std::filesystem::perms kForTheUserAlone =
+    std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+
 /// A file that goes away unless it was moved. Its name cannot be guessed, so that nobody can have
 /// put a link there.
 class ScratchFile {
@@ -19,10 +22,10 @@ class ScratchFile {
 
   const std::filesystem::path& path() const { return path_; }
 
-  /// Makes it, empty, so that from the beginning nobody else may read what is written to it. Throws
-  /// std::filesystem::filesystem_error.
-  void Create(std::filesystem::perms permissions = std::filesystem::perms::owner_read |
-                                                   std::filesystem::perms::owner_write) const;
+  /// Makes it, empty. Throws std::filesystem::filesystem_error.
+  void Create() const;
+  /// The same so that from the beginning nobody else may read what is written to it.
+  void Create(std::filesystem::perms permissions) const;
 
  private:
   std::filesystem::path path_;

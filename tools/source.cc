@@ -65,7 +65,7 @@ bool LoadFrom(const std::string& file, CReadXML& reader) {
 InputFile::InputFile(const std::string& file) try : name_(file) {
   if (!IsStandard(file)) return;
   const std::string bytes = ReadOnce(file);
-  copy_.emplace().Create();
+  copy_.emplace().Create(kForTheUserAlone);
   if (!(std::ofstream(copy_->path(), std::ios::binary) << bytes).flush())
     Refuse(file, "cannot be kept in a file for the time being");
   const std::u8string name = copy_->path().u8string();

@@ -126,8 +126,10 @@ TEST(Tool, UsageAndFilesThatCannotBeReadOrWrittenAreTwo) {
        {std::string(), "paint " + in, "show --colour " + in, "show " + missing,
         "copy " + in + ' ' + missing, "copy " + in + ' ' + Quoted(bench.file().parent_path())})
     EXPECT_EQ(RunTool(arguments).exitCode, 2) << arguments;
-  EXPECT_THAT(RunTool("copy " + in + ' ' + missing).errors,
-              testing::ContainsRegex("error: the file cannot be created: .+\n"));
+  for (const std::string& arguments :
+       {"copy " + in + ' ' + missing, "note " + in + " News " + missing})
+    EXPECT_THAT(RunTool(arguments).errors,
+                testing::ContainsRegex("error: cannot be written: .+\n"));
 
   const Outcome help = RunTool("--help");
   EXPECT_EQ(help.exitCode, 0);
