@@ -4,7 +4,6 @@
 
 #include "tools/text.h"
 #include "vosmere/xml/parse_xml.h"
-#include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere::tool {
@@ -20,6 +19,11 @@ bool IsBlank(WideView text) {
   return std::all_of(text.begin(), text.end(), [](WChar unit) {
     return unit == ' ' || unit == '\t' || unit == '\r' || unit == '\n';
   });
+}
+
+bool Breaks(WideView value) {
+  return std::any_of(value.begin(), value.end(),
+                     [](WChar unit) { return unit == '"' || unit == '<' || unit == '&'; });
 }
 
 /// An element around the node that is visited.
@@ -39,6 +43,7 @@ class Auditor : public CParseXML {
       : vocabulary_(vocabulary), findings_(findings) {}
 
   void ParseXMLTree(XmlNode node) override { GoThroughChildNodes(node); }
+  bool sawBreaker() const { return sawBreaker_; }
 
  protected:
   void OnEnterNode(XmlNode node) override {
@@ -92,6 +97,10 @@ class Auditor : public CParseXML {
   }
 
   void Complain(const std::string& what, const XmlNode& inside = {}) {
+    findings_.Add(what, [&] { return PlaceOf(inside); });
+  }
+
+  std::string PlaceOf(const XmlNode& inside) {
     std::vector<std::string> labels;
     for (auto open = open_.rbegin(); open != open_.rend() && labels.size() <= kPlaceDepth; ++open)
       if (open->isItem) labels.insert(labels.begin(), LabelOf(*open));
@@ -99,7 +108,7 @@ class Auditor : public CParseXML {
       Open item = OpenOf(inside, WordsFor(inside));
       labels.push_back(LabelOf(item));
     }
-    findings_.Add(what, Place(labels));
+    return Place(labels);
   }
 
   /// What people know an item of a file by.
@@ -139,6 +148,7 @@ class Auditor : public CParseXML {
       const std::string attribute = ToUtf8(wideName.data);
       if (IsNamespace(attribute) || !*value) return;
       const auto demand = words.DemandOn(attribute);
+      sawBreaker_ = sawBreaker_ || Breaks(WideView(value));
       if (demand && *demand != "!") return CheckValue(*demand, name, attribute, value, complain);
       Complain("the attribute '" + Printable(attribute) + "' of '" + Printable(name) +
                "' is not kept" + (demand ? " for a " + std::string(kind) : ""));
@@ -151,25 +161,15 @@ class Auditor : public CParseXML {
   const Vocabulary& vocabulary_;
   Findings& findings_;
   std::vector<Open> open_;
-};
-
-class AuditReader : public CReadXML {
- public:
-  AuditReader(const Vocabulary& vocabulary, Findings& findings) : auditor_(vocabulary, findings) {}
-
- protected:
-  void InvokeParser(XmlNode root) override { auditor_.ParseXMLTree(root); }
-
- private:
-  Auditor auditor_;
+  bool sawBreaker_ = false;
 };
 
 }  // namespace
 
-DocumentError Audit(const Source& source, const Vocabulary& vocabulary, Findings& findings) {
-  AuditReader reader(vocabulary, findings);
-  source(reader);
-  return reader.LastError();
+bool Audit(const XmlNode& root, const Vocabulary& vocabulary, Findings& findings) {
+  Auditor auditor(vocabulary, findings);
+  auditor.ParseXMLTree(root);
+  return auditor.sawBreaker();
 }
 
 std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name) {

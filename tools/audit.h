@@ -2,14 +2,14 @@
 #pragma once
 
 #include "tools/findings.h"
-#include "tools/kind.h"
 #include "tools/vocabulary.h"
 #include "vosmere/base/document_error.h"
 
 namespace vosmere::tool {
 
-/// `source` is a document that loads; says why when it does not do so again.
-DocumentError Audit(const Source& source, const Vocabulary& vocabulary, Findings& findings);
+/// Looks at the document from its root element on. True when an attribute that is kept holds a
+/// character that breaks markup it is written into as it is.
+bool Audit(const XmlNode& root, const Vocabulary& vocabulary, Findings& findings);
 
 /// The value of an attribute, in UTF-8; none for a null handle.
 std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name);

@@ -46,55 +46,107 @@ std::string Change(const Field& saved, const Json& back) {
   return name + " comes back changed";
 }
 
-using Pairs = std::vector<const Record*>;
+/// What comes back of each child of a record: the next of its kind.
+class Partners {
+ public:
+  explicit Partners(const Records& all) : all_(all) {}
 
-/// What comes back of each child of `saved`: the next of its kind, null for one that is left out.
-/// Nothing when there are more or fewer of a kind.
-std::optional<Pairs> PairsOf(const Record& saved, const Record& back) {
-  Pairs pairs;
-  std::size_t kept = 0;
-  std::map<std::string_view, std::size_t> next;  // by kind
-  for (const Record& child : saved.children) {
-    pairs.push_back(nullptr);
-    if (!child.leftOut.empty()) continue;
-    std::size_t& at = next[child.kind];
-    while (at < back.children.size() && back.children[at].kind != child.kind) ++at;
-    if (at == back.children.size()) return std::nullopt;
-    pairs.back() = &back.children[at++];
-    ++kept;
-  }
-  if (kept != back.children.size()) return std::nullopt;
-  return pairs;
-}
-
-bool AreInOrder(Pairs pairs) {
-  std::erase(pairs, nullptr);
-  return std::is_sorted(pairs.begin(), pairs.end());
-}
-
-void CompareFrom(Way& way, const Record& saved, const Record& back, const Record& named,
-                 Findings& findings) {
-  way.Enter(named);
-  for (std::size_t i = 0; i < saved.fields.size(); ++i) {
-    const Field& field = saved.fields[i];
-    const Json& value = back.fields[i].value;
-    if (field.value != value && !(IsNothing(field.value) && IsNothing(value)))
-      findings.Add(Change(field, value), way.Place());
-  }
-  const Pairs pairs = *PairsOf(saved, back);
-  if (!AreInOrder(pairs))
-    findings.Add("the order of what is inside does not come back", way.Place());
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    if (pairs[i]) {
-      CompareFrom(way, saved.children[i], *pairs[i], named.children[i], findings);
-      continue;
+  std::optional<Record> NextOf(std::string_view kind) {
+    Search& search = searches_.try_emplace(kind, Search{all_}).first->second;
+    for (; search.at; ++search.at, ++search.position) {
+      Record record = *search.at;
+      if (record.kind != kind) continue;
+      ++search.at;
+      inOrder_ = inOrder_ && search.position >= last_;
+      last_ = search.position++;
+      ++found_;
+      return record;
     }
-    way.Enter(named.children[i]);
-    findings.Add(std::string(saved.children[i].leftOut), way.Place());
-    way.Leave();
+    return std::nullopt;
   }
-  way.Leave();
-}
+
+  bool AreInOrder() const { return inOrder_; }
+  bool AreAllFound() const {
+    std::size_t count = 0;
+    for (Records at = all_; at; ++at) ++count;
+    return count == found_;
+  }
+
+ private:
+  struct Search {
+    Records at;
+    std::size_t position = 0;
+  };
+
+  Records all_;
+  std::map<std::string_view, Search> searches_;  // by kind
+  bool inOrder_ = true;
+  std::size_t last_ = 0;  // position found
+  std::size_t found_ = 0;
+};
+
+class Comparison {
+ public:
+  Comparison(std::string_view what, Findings& findings) : way_(what), findings_(findings) {}
+
+  /// False when the shapes differ.
+  bool Run(const Record& saved, const Record& back, const Record& named) {
+    if (saved.kind != back.kind || saved.fields.size() != back.fields.size()) return false;
+    way_.Enter(named);
+    CompareFields(saved, back);
+    const bool isSame = CompareChildren(saved, back, named);
+    way_.Leave();
+    return isSame;
+  }
+
+ private:
+  void CompareFields(const Record& saved, const Record& back) {
+    const auto place = [this] { return way_.Place(); };
+    std::string invented;
+    for (std::size_t i = 0; i < saved.fields.size(); ++i) {
+      const Field& field = saved.fields[i];
+      const Json& value = back.fields[i].value;
+      if (field.value == value || (IsNothing(field.value) && IsNothing(value))) continue;
+      if (field.value.is_null() && value.is_number())
+        invented += (invented.empty() ? "" : ", ") + std::string(field.name);
+      else
+        findings_.Add(Change(field, value), place);
+    }
+    if (!invented.empty())
+      findings_.Add("no time in the document (" + invented + "): a copy says now", place);
+  }
+
+  bool CompareChildren(const Record& saved, const Record& back, const Record& named) {
+    Partners partners(back.children);
+    const bool namesItself = &named == &saved;
+    Records name = named.children;
+    for (Records at = saved.children; at; ++at, ++name) {
+      if (!name) return false;
+      const Record child = *at;
+      if (!(namesItself ? CompareChild(child, partners, child)
+                        : CompareChild(child, partners, *name)))
+        return false;
+    }
+    if (!partners.AreInOrder())
+      findings_.Add("the order of what is inside does not come back",
+                    [this] { return way_.Place(); });
+    return !name && partners.AreAllFound();
+  }
+
+  bool CompareChild(const Record& saved, Partners& partners, const Record& named) {
+    if (saved.leftOut.empty()) {
+      const std::optional<Record> back = partners.NextOf(saved.kind);
+      return back && Run(saved, *back, named);
+    }
+    way_.Enter(named);
+    findings_.Add(std::string(saved.leftOut), [this] { return way_.Place(); });
+    way_.Leave();
+    return true;
+  }
+
+  Way way_;
+  Findings& findings_;
+};
 
 bool IsReference(std::string_view text) {
   for (const std::string_view name : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&#"})
@@ -109,26 +161,20 @@ void ReportBreakersFrom(Way& way, const Record& record, Findings& findings) {
     if (const char breaker = BreakerIn(field.value.get_ref<const std::string&>()))
       findings.Add(std::string(field.name) + " holds '" + breaker +
                        "', which is written as it is: the saved file would not load",
-                   way.Place());
+                   [&] { return way.Place(); });
   }
-  for (const Record& child : record.children) ReportBreakersFrom(way, child, findings);
+  for (Records at = record.children; at; ++at) ReportBreakersFrom(way, *at, findings);
   way.Leave();
 }
 
 }  // namespace
 
-bool SameShape(const Record& saved, const Record& back) {
-  if (saved.kind != back.kind || saved.fields.size() != back.fields.size()) return false;
-  const std::optional<Pairs> pairs = PairsOf(saved, back);
-  for (std::size_t i = 0; pairs && i < pairs->size(); ++i)
-    if ((*pairs)[i] && !SameShape(saved.children[i], *(*pairs)[i])) return false;
-  return pairs.has_value();
-}
-
-void Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,
+bool Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,
              Findings& findings) {
-  Way way(what);
-  CompareFrom(way, saved, back, named, findings);
+  Findings found = findings.Like();
+  const bool isSame = Comparison(what, found).Run(saved, back, named);
+  if (isSame) findings.Take(std::move(found));
+  return isSame;
 }
 
 void ReportBreakers(const Record& content, std::string_view what, Findings& findings) {

@@ -8,14 +8,12 @@
 
 namespace vosmere::tool {
 
-/// Whether two contents have the same number of records of each kind in the same places, but for
-/// those of `saved` that a save leaves out.
-bool SameShape(const Record& saved, const Record& back);
-
-/// Reports the fields of `saved` that differ in `back`, which has the same shape, another order of
-/// records of different kinds, and the records that were left out. `named` is the content with the
-/// very shape of `saved` that people know the records by, and `what` its name as a whole.
-void Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,
+/// Reports the fields of `saved` that differ in `back`, another order of records of different
+/// kinds, and the records that were left out. False, with nothing reported, when the two have not
+/// the same number of records of each kind in the same places, but for those that a save leaves
+/// out. `named` is the content with the very shape of `saved` that people know the records by, and
+/// `what` its name as a whole.
+bool Compare(const Record& saved, const Record& back, const Record& named, std::string_view what,
              Findings& findings);
 
 /// Reports every value that breaks the saved document.

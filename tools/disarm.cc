@@ -1,11 +1,10 @@
 #include "tools/disarm.h"
 
-#include <string>
+#include <utility>
 
 #include "tools/compare.h"
 #include "tools/text.h"
 #include "vosmere/xml/parse_xml.h"
-#include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere::tool {
@@ -23,7 +22,7 @@ std::string Harmless(const WChar* text) {
 class Rewriter : public CParseXML {
  public:
   void ParseXMLTree(XmlNode node) override { GoThroughChildNodes(node); }
-  const std::string& text() const { return text_; }
+  std::string TakeText() { return std::move(text_); }
 
  protected:
   void OnEnterNode(XmlNode node) override {
@@ -59,22 +58,12 @@ class Rewriter : public CParseXML {
   std::string text_;
 };
 
-class RewritingReader : public CReadXML {
- public:
-  const std::string& text() const { return rewriter_.text(); }
-
- protected:
-  void InvokeParser(XmlNode root) override { rewriter_.ParseXMLTree(root); }
-
- private:
-  Rewriter rewriter_;
-};
-
 }  // namespace
 
-SystemString Disarmed(const Source& source) {
-  RewritingReader reader;
-  return source(reader) ? ToWide(reader.text()) : nullptr;
+std::string Disarmed(const XmlNode& root) {
+  Rewriter rewriter;
+  rewriter.ParseXMLTree(root);
+  return rewriter.TakeText();
 }
 
 }  // namespace vosmere::tool

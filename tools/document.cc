@@ -1,12 +1,16 @@
 #include "tools/document.h"
 
 #include <algorithm>
+#include <optional>
+#include <system_error>
 
 #include "tools/audit.h"
 #include "tools/compare.h"
 #include "tools/disarm.h"
+#include "tools/snapshot.h"
 #include "tools/source.h"
 #include "tools/text.h"
+#include "vosmere/text/unicode_tool.h"
 
 namespace vosmere::tool {
 namespace {
@@ -21,24 +25,27 @@ const Kind* FindKind(const std::string& root) {
   return nullptr;
 }
 
-/// Learns the name of the root element.
-class RootReader : public CReadXML {
+/// Has the parsed document read by the reader of its kind, and looks at what that leaves out.
+class DocumentReader : public CReadXML {
  public:
-  std::string name;  ///< empty when the root element has no content
+  explicit DocumentReader(Findings* findings = nullptr) : findings_(findings) {}
+
+  std::string root;  ///< empty when the root element has no content
+  const Kind* kind = nullptr;
+  std::unique_ptr<Loaded> loaded;
+  std::string disarmed;
 
  protected:
-  void InvokeParser(XmlNode root) override { name = ToUtf8(root.Name().c_str()); }
-};
+  void InvokeParser(XmlNode node) override {
+    root = ToUtf8(node.Name().c_str());
+    kind = FindKind(root);
+    if (kind) loaded = kind->load(node);
+    if (loaded && findings_ && Audit(node, kind->vocabulary, *findings_)) disarmed = Disarmed(node);
+  }
 
-const Kind& KindOf(const std::string& file, const Source& source) {
-  RootReader root;
-  if (!source(root)) throw FailureOf(file, root.LastError());
-  const std::string prefix = Printable(file) + ": error: ";
-  if (root.name.empty()) throw Failure{kBadFile, prefix + "the root element has no content"};
-  if (const Kind* const kind = FindKind(root.name)) return *kind;
-  throw Failure{kBadFile, prefix + "no known document has the root element '" +
-                              Label(ToWide(root.name).get()) + "'"};
-}
+ private:
+  Findings* findings_;
+};
 
 DocumentError ErrorOf(DocumentFault fault, std::string_view reason) {
   DocumentError error;
@@ -47,34 +54,69 @@ DocumentError ErrorOf(DocumentFault fault, std::string_view reason) {
   return error;
 }
 
-std::unique_ptr<Loaded> Load(const Kind& kind, const Source& source, DocumentError& error) {
+const DocumentError kNothing =
+    ErrorOf(DocumentFault::kMalformed, "there is nothing in the document");
+
+/// A document of our own writing; null, with the reason in `error`, when it does not load.
+template <class Load>
+std::unique_ptr<Loaded> LoadBack(Load load, DocumentError& error) {
+  DocumentReader reader;
   error = {};
-  std::unique_ptr<Loaded> loaded = kind.load([&](CReadXML& reader) {
-    const bool isLoaded = source(reader);
+  if (!load(reader))
     error = reader.LastError();
-    return isLoaded;
-  });
-  if (!loaded && error.fault == DocumentFault::kNone)
-    error = ErrorOf(DocumentFault::kMalformed, "there is nothing in the document");
-  return loaded;
+  else if (!reader.loaded)
+    error = kNothing;
+  return std::move(reader.loaded);
 }
 
-std::unique_ptr<Loaded> LoadFile(const Kind& kind, const WChar* path, DocumentError& error) {
-  return Load(
-      kind, [=](CReadXML& reader) { return reader.LoadFile(path); }, error);
+struct Utf8Text {
+  std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> bytes;
+  int length = 0;
+};
+
+Utf8Text Utf8Of(const WChar* text) {
+  char* bytes = nullptr;
+  Utf8Text utf8;
+  if (!CUnicodeTool::BSTRGetUTF8(text, &bytes, &utf8.length)) throw std::bad_alloc();
+  utf8.bytes.reset(bytes);
+  return utf8;
 }
 
-std::unique_ptr<Loaded> LoadText(const Kind& kind, const WChar* text, DocumentError& error) {
-  return Load(
-      kind, [=](CReadXML& reader) { return reader.LoadBSTRXML(text); }, error);
+/// What was saved, and what comes back of it: null, with an error, when it does not load.
+struct RoundTrip {
+  std::optional<Snapshot> saved;
+  std::unique_ptr<Loaded> back;
+  DocumentError error;
+};
+
+/// By a file or, for null, by memory.
+RoundTrip SaveAndLoad(std::unique_ptr<Loaded> loaded, const WChar* path) {
+  RoundTrip trip;
+  Utf8Text text;
+  {
+    const std::unique_ptr<CWriteXML> writer = loaded->Writer();
+    const SystemString wide(path ? nullptr : writer->GetXMLBSTR());
+    if (path ? !writer->SaveToFile(path) : !wide) trip.error = writer->LastError();
+    if (wide) text = Utf8Of(wide.get());
+  }
+  trip.saved.emplace(loaded->Content());  // with what the writer changed on purpose
+  loaded.reset();
+  if (trip.error.fault == DocumentFault::kNone)
+    trip.back = LoadBack(
+        [&](CReadXML& reader) {
+          return path ? reader.LoadFile(path) : reader.LoadXML(text.bytes.get(), text.length);
+        },
+        trip.error);
+  return trip;
 }
 
-/// What comes back from the text that a writer saves.
-std::unique_ptr<Loaded> LoadWritten(const Kind& kind, CWriteXML& writer, DocumentError& error) {
-  const SystemString text(writer.GetXMLBSTR());
-  if (text) return LoadText(kind, text.get(), error);
-  error = writer.LastError();
-  return nullptr;
+/// Empty when the system has not refused anything.
+std::string SystemReason(const DocumentError& error) {
+  const bool isRefused = error.fault == DocumentFault::kCannotOpen ||
+                         error.fault == DocumentFault::kCannotRead ||
+                         error.fault == DocumentFault::kCannotWrite;
+  if (!isRefused || error.systemError == 0) return {};
+  return Printable(std::system_category().message(static_cast<int>(error.systemError)));
 }
 
 }  // namespace
@@ -85,20 +127,27 @@ bool IsTrouble(DocumentFault fault) {
          fault == DocumentFault::kParserUnavailable;
 }
 
-Failure FailureOf(const std::string& file, const DocumentError& error) {
-  std::string message = Printable(file) + ':';
-  if (error.line > 0) message += std::to_string(error.line) + ':';
-  if (error.line > 0 && error.column > 0) message += std::to_string(error.column) + ':';
-  const std::string reason = error.reason;
-  message += " error: " + (reason.empty() ? "cannot be loaded" : Printable(reason));
-  return {IsTrouble(error.fault) ? kTrouble : kBadFile, message};
+Failure FailureOf(const std::string& name, const DocumentError& error) {
+  std::string reason = *error.reason ? Printable(std::string(error.reason)) : "cannot be loaded";
+  const std::string cause = SystemReason(error);
+  if (reason.find(cause) == reason.npos) reason += ": " + cause;
+  return FileFailure(IsTrouble(error.fault) ? kTrouble : kBadFile, name, reason, error.line,
+                     error.column);
 }
 
-Document::Document(const std::string& file)
-    : file_(file), source_(SourceOf(file)), kind_(&KindOf(file, source_)) {
-  DocumentError error;
-  loaded_ = Load(*kind_, source_, error);
-  if (!loaded_) throw FailureOf(file, error);
+Document::Document(const std::string& file, Findings* findings) {
+  const std::string name = InputName(file);
+  DocumentReader reader(findings);
+  if (!LoadFrom(file, reader)) throw FailureOf(name, reader.LastError());
+  if (reader.root.empty()) throw FileFailure(kBadFile, name, "the root element has no content");
+  if (!reader.kind)
+    throw FileFailure(
+        kBadFile, name,
+        "no known document has the root element '" + Label(ToWide(reader.root).get()) + "'");
+  if (!reader.loaded) throw FailureOf(name, kNothing);
+  kind_ = reader.kind;
+  loaded_ = std::move(reader.loaded);
+  disarmed_ = std::move(reader.disarmed);
 }
 
 void Document::Show(std::ostream& out) const {
@@ -106,25 +155,17 @@ void Document::Show(std::ostream& out) const {
 }
 
 void Document::ShowJson(std::ostream& out) const {
-  out << ToJson(loaded_->Content()).dump(-1, ' ', true) << '\n';
+  tool::ShowJson(loaded_->Content(), out);
+  out << '\n';
 }
 
-void Document::Audit(Findings& findings) const {
-  const DocumentError error = tool::Audit(source_, kind_->vocabulary, findings);
-  if (error.fault != DocumentFault::kNone) throw FailureOf(file_, error);
-}
-
-DocumentError Document::Rehearse(Findings& findings) const {
-  DocumentError error;
-  const auto back = LoadWritten(*kind_, *loaded_->Writer(), error);
-  const Record saved = loaded_->Content();  // with what the writer changed on purpose
-  const Record returned = back ? back->Content() : Record();
-  if (back && SameShape(saved, returned)) {
-    Compare(saved, returned, saved, kind_->what, findings);
-    return {};
-  }
+DocumentError Document::Save(const WChar* path, Findings& findings) {
+  const RoundTrip trip = SaveAndLoad(std::move(loaded_), path);
+  if (IsTrouble(trip.error.fault)) return trip.error;
+  const Record saved = trip.saved->Content();
+  if (trip.back && Compare(saved, trip.back->Content(), saved, kind_->what, findings)) return {};
   Explain(saved, findings);
-  if (!back) return error;
+  if (!trip.back) return trip.error;
   return ErrorOf(DocumentFault::kMalformed, "items are missing, new or in other places");
 }
 
@@ -132,23 +173,15 @@ DocumentError Document::Rehearse(Findings& findings) const {
 void Document::Explain(const Record& content, Findings& findings) const {
   ReportBreakers(content, kind_->what, findings);
   DocumentError error;
-  const auto harmless = LoadText(*kind_, Disarmed(source_).get(), error);
-  const auto back = harmless ? LoadWritten(*kind_, *harmless->Writer(), error) : nullptr;
-  if (!back) return;
-  const Record saved = harmless->Content(), returned = back->Content();
-  if (SameShape(content, saved) && SameShape(saved, returned))
-    Compare(saved, returned, content, kind_->what, findings);
-}
-
-DocumentError Document::Save(const WChar* path) const {
-  const std::unique_ptr<CWriteXML> writer = loaded_->Writer();
-  if (!writer->SaveToFile(path)) return writer->LastError();
-  DocumentError error;
-  const auto meant = LoadWritten(*kind_, *writer, error);
-  const auto back = meant ? LoadFile(*kind_, path, error) : nullptr;
-  if (!back) return error;
-  if (meant->Content() == back->Content()) return {};
-  return ErrorOf(DocumentFault::kCannotWrite, "the file does not hold what was written");
+  auto harmless = LoadBack(
+      [this](CReadXML& reader) {
+        return reader.LoadXML(disarmed_.data(), static_cast<int>(disarmed_.size()));
+      },
+      error);
+  if (!harmless) return;
+  const RoundTrip trip = SaveAndLoad(std::move(harmless), nullptr);
+  if (trip.back)
+    Compare(trip.saved->Content(), trip.back->Content(), content, kind_->what, findings);
 }
 
 }  // namespace vosmere::tool

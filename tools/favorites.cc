@@ -4,7 +4,8 @@
 
 #include "tools/document.h"
 #include "tools/link_files.h"
-#include "tools/replace_file.h"
+#include "tools/output.h"
+#include "tools/source.h"
 #include "tools/text.h"
 #include "vosmere/cpp.h"
 #include "vosmere/favorites/import_favorites.h"
@@ -44,25 +45,26 @@ void PrintWarnings(const std::string& name, const FavoritesReport& report) {
 }
 
 void Write(CWriteXML&& writer, const std::string& out) {
-  ReplaceFile(out, [&](const WChar* path) {
-    if (!writer.SaveToFile(path)) throw FailureOf(out, writer.LastError());
+  WriteOutput(out, [&](const std::filesystem::path& path) {
+    if (!writer.SaveToFile(LibraryPath(path).get()))
+      throw FailureOf(OutputName(out), writer.LastError());
   });
 }
 
 }  // namespace
 
 int Favorites(const FavoritesOptions& options) {
-  if (!options.registry.empty() && !SetUserRegistry(ToWide(options.registry).get()))
-    throw Failure{kTrouble,
-                  Printable(options.registry) + ": error: cannot be read as a user's registry"};
-  const SystemString folder = ToWide(options.folder);
+  const InputFile registry(options.registry);
+  if (!options.registry.empty() && !SetUserRegistry(LibraryPath(PathOf(registry.name())).get()))
+    throw FileFailure(kTrouble, InputName(options.registry), "cannot be read as a user's registry");
+  const SystemString folder = LibraryPath(PathOf(options.folder));
   FavoritesReport report;
   const Tree tree(
       ImportFavorites(nullptr, options.folder.empty() ? nullptr : folder.get(), &report));
   const std::string name = options.folder.empty() ? "Favorites" : Printable(options.folder);
   if (!tree && options.folder.empty())
-    throw Failure{kTrouble, name + ": error: the user's folder is not known or cannot be read"};
-  if (!tree) throw Failure{kTrouble, name + ": error: the folder cannot be read"};
+    throw FileFailure(kTrouble, name, "the user's folder is not known or cannot be read");
+  if (!tree) throw FileFailure(kTrouble, name, "the folder cannot be read");
 
   if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
   if (!options.html.empty()) Write(BookmarkHtml(tree.get()), options.html);

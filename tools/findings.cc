@@ -9,12 +9,26 @@ constexpr std::size_t kLabelUnits = 40;
 
 }  // namespace
 
-void Findings::Add(const std::string& what, const std::string& place) {
+Findings::Group& Findings::GroupOf(const std::string& what) {
   const auto [found, isNew] = indexByWhat_.try_emplace(what, groups_.size());
   if (isNew) groups_.push_back({what, 0, {}});
-  Group& group = groups_[found->second];
+  return groups_[found->second];
+}
+
+void Findings::Add(const std::string& what, const std::function<std::string()>& place) {
+  Group& group = GroupOf(what);
   ++group.count;
-  if (!place.empty() && group.places.size() < placesShown_) group.places.push_back(place);
+  if (group.places.size() >= placesShown_) return;
+  if (const std::string shown = place(); !shown.empty()) group.places.push_back(shown);
+}
+
+void Findings::Take(const Findings& others) {
+  for (const Group& other : others.groups_) {
+    Group& group = GroupOf(other.what);
+    group.count += other.count;
+    for (const std::string& place : other.places)
+      if (group.places.size() < placesShown_) group.places.push_back(place);
+  }
 }
 
 void Findings::Print(std::ostream& out, const std::string& file) const {
@@ -29,6 +43,13 @@ void Findings::Print(std::ostream& out, const std::string& file) const {
       out << " and " << group.count - group.places.size() << " more";
     out << '\n';
   }
+}
+
+Json Findings::ToJson() const {
+  Json json = Json::array();
+  for (const Group& group : groups_)
+    json.push_back({{"what", group.what}, {"count", group.count}, {"places", group.places}});
+  return json;
 }
 
 std::string Label(const WChar* name) {

@@ -16,8 +16,8 @@
 
 namespace vosmere::tool {
 
-/// Whether an item is the one that is looked for.
-using ItemTest = std::function<bool(const CBaseNode& item)>;
+/// Is shown an item of a document, which stays the document's.
+using ItemVisit = std::function<void(CBaseNode& item)>;
 
 /// What a reader built.
 class Loaded {
@@ -31,20 +31,17 @@ class Loaded {
   virtual Record Content() const = 0;
   /// A writer of it, which may change what it writes on purpose.
   virtual std::unique_ptr<CWriteXML> Writer() const = 0;
-  /// The first item in document order, which stays the document's; null when there is none.
-  virtual CBaseNode* Find(const ItemTest&) const { return nullptr; }
+  /// Shows all items in document order, if it holds any.
+  virtual void ForEachItem(const ItemVisit&) const {}
 };
-
-/// Lets a reader load the document: from a file, or from a text. False when it does not load.
-using Source = std::function<bool(CReadXML& reader)>;
 
 struct Kind {
   std::string_view root;  ///< the name of its root element
   std::string_view what;  ///< what it is, for people
   std::span<const Count> counts;
   Vocabulary vocabulary;
-  /// Null when it does not load, or there is nothing in it.
-  std::unique_ptr<Loaded> (*load)(const Source& source);
+  /// Reads a parsed document. Null when there is nothing in it.
+  std::unique_ptr<Loaded> (*load)(const XmlNode& root);
 };
 
 extern const Kind kColctItemIds;

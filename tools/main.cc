@@ -1,26 +1,28 @@
 // vosmere: shows, checks, copies and exports the library's documents, and reads dates.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
 #include <iostream>
+#include <system_error>
 
+#include "tools/check.h"
 #include "tools/date.h"
 #include "tools/document.h"
 #include "tools/favorites.h"
 #include "tools/note.h"
+#include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
-#include "tools/replace_file.h"
+#include "tools/source.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
 namespace {
 
-constexpr std::size_t kPlacesShown = 3;
-constexpr std::size_t kAllPlaces = static_cast<std::size_t>(-1);
-
 constexpr char kExitCodes[] =
     "Exit codes: 0 fine; 1 a file is not what it should be; 2 wrong usage, or a file cannot be "
-    "read or written.";
+    "read or written.\n"
+    "A file called - is the standard input or output; ./- is a file of that name.";
 
 int Show(const std::string& file, bool asJson) {
   const Document document(file);
@@ -28,49 +30,26 @@ int Show(const std::string& file, bool asJson) {
   return kFine;
 }
 
-std::string WhyNotSaved(const DocumentError& error) {
-  std::string reason = "a saved copy would not load again";
-  if (error.line > 0)
-    reason += " (its line " + std::to_string(error.line) + ", column " +
-              std::to_string(error.column) + ")";
-  return reason + ": " + Printable(std::string(error.reason));
-}
-
-int Check(const std::string& file, std::size_t placesShown) {
-  const Document document(file);
-  Findings findings(placesShown);
-  document.Audit(findings);
-  const DocumentError error = document.Rehearse(findings);
-  if (IsTrouble(error.fault)) throw FailureOf(file, error);
-
-  const std::string name = Printable(file);
-  if (error.fault != DocumentFault::kNone) findings.Add(WhyNotSaved(error), "");
-  findings.Print(std::cout, name);
-  if (findings.size() == 0)
-    std::cout << name << ": fine\n";
-  else
-    std::cout << name << ": loads; warnings: " << findings.size() << '\n';
-  return kFine;
-}
-
 int Copy(const std::string& in, const std::string& out) {
-  const Document document(in);
   Findings findings(kPlacesShown);
-  document.Audit(findings);
-  const DocumentError error = document.Rehearse(findings);
-  if (IsTrouble(error.fault)) throw FailureOf(in, error);
-  findings.Print(std::cerr, Printable(in));
-  if (error.fault != DocumentFault::kNone)
-    throw Failure{kBadFile, Printable(in) + ": error: not copied: " + WhyNotSaved(error)};
-
-  ReplaceFile(out, [&](const WChar* path) {
-    const DocumentError saveError = document.Save(path);
-    if (saveError.fault != DocumentFault::kNone) throw FailureOf(out, saveError);
+  Document document(in, &findings);
+  WriteOutput(out, [&](const std::filesystem::path& path) {
+    const DocumentError error = document.Save(LibraryPath(path).get(), findings);
+    if (IsTrouble(error.fault)) throw FailureOf(OutputName(out), error);
+    findings.Print(std::cerr, InputName(in));
+    if (error.fault != DocumentFault::kNone)
+      throw FileFailure(kBadFile, InputName(in), "not copied: " + WhyNotSaved(error));
   });
   return kFine;
 }
 
-/// Runs a verb on one file; what stops it is told and becomes the exit code.
+int PostFile(PostOptions options) {
+  const InputFile file(options.file);
+  options.file = file.name();
+  return Post(options);
+}
+
+/// Runs a verb; what stops it is told and becomes the exit code.
 template <class Verb>
 int Run(Verb verb) {
   try {
@@ -78,10 +57,30 @@ int Run(Verb verb) {
   } catch (const Failure& failure) {
     std::cerr << failure.message << '\n';
     return failure.exitCode;
+  } catch (const std::ios::failure&) {
+    throw;  // no verb can go on without the output
   } catch (const std::exception& error) {
     std::cerr << "vosmere: error: " << error.what() << '\n';
     return kTrouble;
   }
+}
+
+CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions& options) {
+  CLI::App* const check = app.add_subcommand(
+      "check", "Say whether documents load, and what a save would lose, invent or break");
+  check->footer(
+      std::string(kExitCodes) +
+      "\nA saved copy that would not load counts as 1; warnings do not, unless --strict; of "
+      "several files the worst does.");
+  check->add_option("FILE", files)->required();
+  check->add_flag("--all", options.all, "Name every item that a warning is about");
+  check->add_flag("--strict", options.strict, "Warnings count: exit with 1");
+  CLI::Option* const json = check->add_flag(
+      "--json", options.json,
+      "Print a line of JSON for each file: file, loads, copyLoads, error, line, column, warnings");
+  check->add_flag("--quiet", options.quiet, "Print nothing but why a file cannot be read")
+      ->excludes(json);
+  return check;
 }
 
 CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
@@ -121,7 +120,8 @@ CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
   CLI::App* const note = app.add_subcommand("note", "Export an item of a document as a page");
   note->footer(kExitCodes);
   note->add_option("IN", options.in)->required();
-  note->add_option("ITEM", options.item, "Its name or its identity; the first that has it")
+  note->add_option("ITEM", options.item,
+                   "Its name, its identity, or its folders and name as in 'News > Daily'")
       ->required();
   note->add_option("OUT", options.out, "The HTML file")->required();
   return note;
@@ -164,27 +164,22 @@ int Main(const Arguments& arguments) {
 
   std::string in, out;
   std::vector<std::string> files;
-  bool asJson = false, showAll = false;
+  bool asJson = false;
   int exitCode = kFine;
 
   CLI::App* const show =
       app.add_subcommand("show", "Print what a document holds")->footer(kExitCodes);
   show->add_option("FILE", in)->required();
-  show->add_flag(
-      "--json", asJson,
-      "Print JSON for scripts: items with kind and fields such as name, folders with children");
+  show->add_flag("--json", asJson,
+                 "Print JSON for scripts: items with kind and fields such as name, folders with "
+                 "children; null "
+                 "is what the document does not say");
   show->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
 
-  CLI::App* const check =
-      app.add_subcommand("check", "Say whether documents load, and what a save would lose or break")
-          ->footer(std::string(kExitCodes) +
-                   " Warnings do not count; of several files the worst does.");
-  check->add_option("FILE", files)->required();
-  check->add_flag("--all", showAll, "Name every item that a warning is about");
-  check->callback([&] {
+  CheckOptions checkOptions;
+  AddCheck(app, files, checkOptions)->callback([&] {
     for (const std::string& file : files)
-      exitCode =
-          std::max(exitCode, Run([&] { return Check(file, showAll ? kAllPlaces : kPlacesShown); }));
+      exitCode = std::max(exitCode, Run([&] { return Check(file, checkOptions); }));
   });
 
   CLI::App* const copy =
@@ -212,7 +207,11 @@ int Main(const Arguments& arguments) {
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
 
   PostOptions post;
-  AddPost(app, post)->callback([&] { exitCode = Run([&] { return Post(post); }); });
+  AddPost(app, post)->callback([&] {
+    std::cout.exceptions(std::ios::goodbit);  // nothing may be thrown through the library
+    exitCode = Run([&] { return PostFile(post); });
+    if (exitCode != kTrouble) std::cout.exceptions(std::ios::badbit);
+  });
 
   try {
     app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them
@@ -222,13 +221,24 @@ int Main(const Arguments& arguments) {
       std::cerr << '\'' << Printable(unknown[0]) << "' is no subcommand\n";
     exitCode = app.exit(error) == 0 ? kFine : kTrouble;
   }
+  return exitCode;
+}
+
+int Program(const Arguments& arguments) try {
+  std::cout.exceptions(std::ios::badbit);  // the reason is known when it fails, not afterwards
+  const int exitCode = Main(arguments);
   std::cout.flush();
-  return std::cout ? exitCode : kTrouble;
+  return exitCode;
+} catch (const std::ios::failure&) {
+  const std::string reason = std::generic_category().message(errno);
+  std::cerr.tie(nullptr);  // it would try the output again
+  std::cerr << "vosmere: error: the output cannot be written: " << reason << '\n';
+  return kTrouble;
 }
 
 }  // namespace
 }  // namespace vosmere::tool
 
 int main(int argc, char** argv) {
-  return vosmere::tool::RunProgram(argc, argv, vosmere::tool::Main);
+  return vosmere::tool::RunProgram(argc, argv, vosmere::tool::Program);
 }

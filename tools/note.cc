@@ -1,13 +1,14 @@
 #include "tools/note.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string_view>
+#include <vector>
 
 #include "tools/document.h"
-#include "tools/kinds/items.h"
-#include "tools/replace_file.h"
+#include "tools/output.h"
 #include "tools/text.h"
 #include "vosmere/pages/note_html.h"
 
@@ -15,30 +16,66 @@ namespace vosmere::tool {
 namespace {
 
 /// Whether the page is there to its end, which the library does not tell: the disk may be full.
-bool IsWhole(const WChar* path) {
+bool IsWhole(const std::filesystem::path& path) {
   constexpr std::string_view kEnd = "</body><html>";
-  std::ifstream file(std::filesystem::path(ToString(path)), std::ios::binary);
+  std::ifstream file(path, std::ios::binary);
   file.seekg(-static_cast<std::streamoff>(kEnd.size()), std::ios::end);
   return std::string(std::istreambuf_iterator<char>(file), {}) == kEnd;
+}
+
+/// The names of the folders around an item and its own, as people know it.
+std::string PlaceOf(const CBaseNode& item) {
+  std::string place = ToUtf8(item.GetName());
+  const RNode* const link = item.GetRNode();
+  for (const RNode* at = link ? link->parent : nullptr; at && at->parent; at = at->parent)
+    place = ToUtf8(at->item->GetName()) + " > " + place;
+  return place;
+}
+
+std::vector<CBaseNode*> ItemsCalled(const std::string& name, const Document& document) {
+  std::vector<CBaseNode*> items;
+  if (name.empty()) return items;
+  document.ForEachItem([&](CBaseNode& item) {
+    if (ToUtf8(item.GetUUID()) == name || ToUtf8(item.GetName()) == name || PlaceOf(item) == name)
+      items.push_back(&item);
+  });
+  return items;
+}
+
+/// Says which items share a name.
+std::string Shared(const std::string& name, const std::vector<CBaseNode*>& items) {
+  constexpr std::size_t kMostNamed = 10;
+  std::string message = std::to_string(items.size()) + " items are called '" + Printable(name) +
+                        "'; name one by its folders or its identity: ";
+  const char* separator = "";
+  for (std::size_t i = 0; i < std::min(items.size(), kMostNamed); ++i) {
+    const std::string id = ToUtf8(items[i]->GetUUID());
+    message += separator + Printable(PlaceOf(*items[i])) +
+               (id.empty() ? " (no identity)" : " (" + Printable(id) + ')');
+    separator = "; ";
+  }
+  if (items.size() > kMostNamed)
+    message += " and " + std::to_string(items.size() - kMostNamed) + " more";
+  return message;
 }
 
 }  // namespace
 
 int Note(const NoteOptions& options) {
   std::error_code ignored;
-  if (std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
-    throw Failure{kTrouble, Printable(options.out) + ": error: is the document itself"};
+  if (!IsStandard(options.in) && !IsStandard(options.out) &&
+      std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
+    throw FileFailure(kTrouble, Printable(options.out), "is the document itself");
   const Document document(options.in);
-  CBaseNode* const item = document.Find([&](const CBaseNode& candidate) {
-    return !options.item.empty() && (TextOf(candidate.GetName()) == options.item ||
-                                     TextOf(candidate.GetUUID()) == options.item);
-  });
-  if (!item)
-    throw Failure{kBadFile, Printable(options.in) + ": error: no item has the name or identity '" +
-                                Printable(options.item) + "'"};
-  ReplaceFile(options.out, [&](const WChar* path) {
-    if (!CWriteNoteHtml().WriteToFile(item, path) || !IsWhole(path))
-      throw Failure{kTrouble, Printable(options.out) + ": error: cannot be written"};
+  const std::vector<CBaseNode*> items = ItemsCalled(options.item, document);
+  if (items.size() > 1)
+    throw FileFailure(kBadFile, InputName(options.in), Shared(options.item, items));
+  if (items.empty())
+    throw FileFailure(kBadFile, InputName(options.in),
+                      "no item has the name or identity '" + Printable(options.item) + '\'');
+  WriteOutput(options.out, [&](const std::filesystem::path& path) {
+    if (!CWriteNoteHtml().WriteToFile(items[0], LibraryPath(path).get()) || !IsWhole(path))
+      throw FileFailure(kTrouble, OutputName(options.out), "cannot be written");
   });
   return kFine;
 }

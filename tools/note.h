@@ -7,11 +7,11 @@ namespace vosmere::tool {
 
 struct NoteOptions {
   std::string in;
-  std::string item;  ///< its name or its identity
+  std::string item;  ///< its name, alone or with those of its folders, or its identity
   std::string out;
 };
 
-/// Exports the first item of that name or identity and returns the exit code. Throws Failure.
+/// Exports the item and returns the exit code. Throws Failure, also when several are meant.
 int Note(const NoteOptions& options);
 
 }  // namespace vosmere::tool

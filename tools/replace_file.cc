@@ -1,9 +1,11 @@
 #include "tools/replace_file.h"
 
+#include <cerrno>
 #include <fstream>
 #include <system_error>
 
 #include "tools/failure.h"
+#include "tools/scratch_file.h"
 #include "tools/text.h"
 #include "vosmere/tree/tree_tool.h"
 
@@ -12,58 +14,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
-SystemString WidePath(const fs::path& path) {
-  return SystemString(SysAllocString(Wide(path.u16string())));
-}
-
-/// A file that goes away unless it was moved.
-class ScratchFile {
- public:
-  /// The name cannot be guessed, so that nobody can have put a link there.
-  explicit ScratchFile(const fs::path& beside) {
-    const SystemString uuid(RNTool::CreateUUID());
-    path_ = beside.parent_path() / (ToUtf8(uuid.get()) + ".tmp");
-  }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-  ~ScratchFile() {
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-  }
-
-  const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
-
 /// Where the links end. Throws for what `rename` would replace although it cannot be written, or
 /// should not be.
 fs::path TargetOf(const std::string& file) {
-  const auto refuse = [&](const char* why) {
-    throw Failure{kTrouble, Printable(file) + ": error: " + why};
+  const auto refuse = [&](const std::string& why) {
+    throw FileFailure(kTrouble, Printable(file), why);
   };
   const fs::path path = PathOf(file);
   if (fs::exists(path) && !fs::is_regular_file(path)) refuse("is not a plain file");
   fs::path target = fs::weakly_canonical(path);
   if (fs::is_symlink(fs::symlink_status(target))) refuse("is a link to nothing");
-  if (fs::exists(target) && !std::ofstream(target, std::ios::app)) refuse("cannot be written");
+  if (fs::exists(target) && !std::ofstream(target, std::ios::app))
+    refuse("cannot be written: " + std::generic_category().message(errno));
   return target;
 }
 
 }  // namespace
 
-void ReplaceFile(const std::string& file, const std::function<void(const WChar* path)>& write) try {
+void ReplaceFile(const std::string& file, const FileWriter& write) try {
   const fs::path target = TargetOf(file);
-  const ScratchFile scratch(target);
-  if (fs::exists(target)) {  // nobody reads the copy who may not read the original
-    std::ofstream(scratch.path()).close();
-    fs::permissions(scratch.path(), fs::status(target).permissions());
-  }
-  write(WidePath(scratch.path()).get());
+  const ScratchFile scratch(target.parent_path());
+  // Nobody reads the copy who may not read the original.
+  fs::exists(target) ? scratch.Create(fs::status(target).permissions()) : scratch.Create();
+  write(scratch.path());
   fs::rename(scratch.path(), target);
 } catch (const fs::filesystem_error& error) {
-  throw Failure{kTrouble, Printable(file) + ": error: " + Printable(error.code().message())};
+  throw FileFailure(kTrouble, Printable(file),
+                    "cannot be written: " + Printable(error.code().message()));
 }
 
 }  // namespace vosmere::tool

@@ -18,7 +18,8 @@ class Shower {
     for (const Field& field : record.fields)
       if (field.traits & kOwnLine && !(field.traits & kSecret) && !IsNothing(field.value))
         out_ << indent << "  " << field.name << ": " << Value(field.value) << '\n';
-    for (const Record& child : record.children) {
+    for (Records at = record.children; at; ++at) {
+      const Record child = *at;
       ++counted_[child.kind];
       ShowRecord(child, child.kind, level + 1);
     }
@@ -68,14 +69,21 @@ void Show(const Record& content, std::string_view what, std::span<const Count> c
   shower.ShowCounts(counts);
 }
 
-Json ToJson(const Record& content) {
-  Json json = {{"kind", content.kind}};
+void ShowJson(const Record& content, std::ostream& out) {
+  const auto text = [](const Json& value) { return value.dump(-1, ' ', true); };
+  out << "{\"kind\":\"" << content.kind << '"';
   for (const Field& field : content.fields)
-    if (!(field.traits & kSecret)) json[std::string(field.name)] = field.value;
-  if (!content.isContainer) return json;
-  Json& children = json["children"] = Json::array();
-  for (const Record& child : content.children) children.push_back(ToJson(child));
-  return json;
+    if (!(field.traits & kSecret)) out << ",\"" << field.name << "\":" << text(field.value);
+  if (content.isContainer) {
+    out << ",\"children\":[";
+    const char* separator = "";
+    for (Records at = content.children; at; ++at, separator = ",") {
+      out << separator;
+      ShowJson(*at, out);
+    }
+    out << ']';
+  }
+  out << '}';
 }
 
 }  // namespace vosmere::tool

@@ -19,7 +19,8 @@ struct Count {
 void Show(const Record& content, std::string_view what, std::span<const Count> counts,
           std::ostream& out);
 
-/// One JSON value: every record with its kind, its fields and, where it has any, its children.
-Json ToJson(const Record& content);
+/// One JSON value in ASCII: every record with its kind, its fields and, where it may have any, its
+/// children.
+void ShowJson(const Record& content, std::ostream& out);
 
 }  // namespace vosmere::tool

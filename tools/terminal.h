@@ -12,7 +12,8 @@ bool IsTerminal(Stream stream);
 /// A line typed without echo behind the prompt. False when the input ends before it.
 bool ReadSecretLine(const std::string& prompt, std::string& line);
 
-/// Bytes written to the output from now on stay what they are.
+/// Bytes that are read and written from now on stay what they are.
+void MakeInputBinary();
 void MakeOutputBinary();
 
 }  // namespace vosmere::tool

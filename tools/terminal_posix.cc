@@ -18,6 +18,8 @@ bool ReadSecretLine(const std::string& prompt, std::string& line) {
   return read;
 }
 
+void MakeInputBinary() {}
+
 void MakeOutputBinary() {}
 
 }  // namespace vosmere::tool

@@ -33,6 +33,10 @@ bool ReadSecretLine(const std::string& prompt, std::string& line) {
   return read;
 }
 
+void MakeInputBinary() {
+  _setmode(_fileno(stdin), _O_BINARY);
+}
+
 void MakeOutputBinary() {
   _setmode(_fileno(stdout), _O_BINARY);
 }

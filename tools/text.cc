@@ -1,8 +1,8 @@
 #include "tools/text.h"
 
-#include <algorithm>
 #include <cstdio>
 
+#include "vosmere/platform/path.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere::tool {
@@ -42,9 +42,21 @@ std::string ToUtf8(const WChar* text) {
   return {bytes, static_cast<std::size_t>(length)};
 }
 
-std::filesystem::path PathOf(std::string utf8) {
-  std::replace(utf8.begin(), utf8.end(), '\\', '/');
-  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+std::filesystem::path PathOf(const std::string& name) {
+  return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}
+
+SystemString LibraryPath(const std::filesystem::path& path) {
+  const std::u8string name = path.u8string();
+  return SystemString(PathFromName(std::string(name.begin(), name.end()).c_str()));
+}
+
+std::string InputName(const std::string& name) {
+  return IsStandard(name) ? "standard input" : Printable(name);
+}
+
+std::string OutputName(const std::string& name) {
+  return IsStandard(name) ? "standard output" : Printable(name);
 }
 
 static std::string Printable(WideView text) {

@@ -13,8 +13,20 @@ SystemString ToWide(const std::string& utf8);
 /// Empty for null. An unpaired surrogate becomes U+FFFD.
 std::string ToUtf8(const WChar* text);
 
-/// As the library reads paths: a backslash separates everywhere.
-std::filesystem::path PathOf(std::string utf8);
+/// A file by the name that the program was given for it, in the system's own bytes (UTF-8 on
+/// Windows).
+std::filesystem::path PathOf(const std::string& name);
+/// As the library takes it.
+SystemString LibraryPath(const std::filesystem::path& path);
+
+/// Whether it names the standard input or output rather than a file.
+inline bool IsStandard(const std::string& name) {
+  return name == "-";
+}
+/// A file to be read, in messages.
+std::string InputName(const std::string& name);
+/// A file to be written, in messages.
+std::string OutputName(const std::string& name);
 
 /// UTF-8 that a terminal can be given: what would steer it, or reorder the line, is escaped.
 std::string Printable(const WChar* text);

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
-#include "tests/support/files.h"
+#include "tests/support/tool.h"
 #include "tests/support/user_registry.h"
 
 namespace vosmere::test {
@@ -18,26 +16,15 @@ class FavoritesTool : public testing::Test {
     WriteBytes(folder_ / "Fav" / "News" / "n.url", "[InternetShortcut]\r\nURL=http://n/\r\n");
   }
 
-  static std::string Quoted(std::filesystem::path path) {
-    return '"' + path.make_preferred().string() + '"';
-  }
-  /// The exit code; `cd .` keeps a shell from taking quotes off that stand first and last.
-  int Run(const std::string& options) const {
-    const std::string command = "cd . && " + Quoted(VOSMERE_TOOL) + " favorites " +
-                                Quoted(folder_ / "Fav") + options + " >" + Quoted(folder_ / "out") +
-                                " 2>" + Quoted(folder_ / "errors");
-    const int status = std::system(command.c_str());
-    return status > 255 ? status / 256 : status;
+  Outcome Run(const std::string& options) const {
+    return RunTool("favorites " + Quoted(folder_ / "Fav") + options);
   }
 
   TempFolder folder_;
 };
 
 TEST_F(FavoritesTool, ShowsTheTree) {
-  EXPECT_EQ(Run(""), 0);
-  std::string shown = ReadBytes(folder_ / "out");
-  std::erase(shown, '\r');
-  EXPECT_EQ(shown,
+  EXPECT_EQ(Run("").out,
             "[tree] Fav\n"
             "  [folder] News\n"
             "    [page] n  http://n/\n"
@@ -46,7 +33,7 @@ TEST_F(FavoritesTool, ShowsTheTree) {
 }
 
 TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
-  EXPECT_EQ(Run(" --html " + Quoted(folder_ / "html")), 0);
+  EXPECT_EQ(Run(" --html " + Quoted(folder_ / "html")).exitCode, 0);
   EXPECT_EQ(ReadBytes(folder_ / "html"),
             "<!DOCTYPE NETSCAPE-Bookmark-file-1>\n"
             "<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">\n"
@@ -59,8 +46,7 @@ TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
             "    </DL><p>\n"
             "    <DT><A HREF=\"http://a/?&lt;a&gt;=&quot;1&quot;\">A &amp; B's</A>\n"
             "</DL><p>\n");
-  EXPECT_EQ(Run(" --opml " + Quoted(folder_ / "opml")), 0);
-  EXPECT_EQ(ReadBytes(folder_ / "opml"),
+  EXPECT_EQ(Run(" --opml -").bytes,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<opml version=\"2.0\">\n"
             "<head><title>Fav</title></head>\n"
@@ -74,8 +60,8 @@ TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
 }
 
 TEST_F(FavoritesTool, ARegistryThatCannotBeReadIsTrouble) {
-  EXPECT_EQ(Run(" --reg " + Quoted(folder_ / "none.reg")), 2);
-  EXPECT_EQ(Run(" --reg a --wine b"), 2);
+  EXPECT_EQ(Run(" --reg " + Quoted(folder_ / "none.reg")).exitCode, 2);
+  EXPECT_EQ(Run(" --reg a --wine b").exitCode, 2);
 }
 
 }  // namespace

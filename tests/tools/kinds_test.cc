@@ -2,29 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <initializer_list>
 #include <string>
 
-#include "tests/support/files.h"
+#include "tests/support/tool.h"
 
 namespace vosmere::test {
 namespace {
 
 using testing::HasSubstr;
-
-std::string Quoted(std::filesystem::path path) {
-  return '"' + path.make_preferred().string() + '"';
-}
-
-/// Runs the tool in a folder, which gets its output.
-int RunTool(const TempFolder& folder, std::initializer_list<std::string> arguments) {
-  std::string command = "cd . && " + Quoted(VOSMERE_TOOL);
-  for (const std::string& argument : arguments) command += ' ' + argument;
-  const int status = std::system(
-      (command + " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err")).c_str());
-  return status > 255 ? status / 256 : status;
-}
 
 std::string In(const std::string& name) {
   return Quoted(std::filesystem::path(VOSMERE_TEST_DATA) / name);
@@ -39,33 +24,29 @@ TEST(ToolKinds, EveryStoredDocumentIsKnown) {
     bool comesBackWhole;  // byte for byte
   } cases[] = {
       {"colct_item_ids.xml", "  [item] (no name)  c2  i2\n2 items\n", kFine, true},
-      {"colct_list.xml", "  [collection] Checked in  about:blank\n3 collections\n",
+      {"colct_list.xml", "  [collection] Checked in\n3 collections\n",
        "the version is not read and comes back as 1: News", false},
       {"colct_profile.xml", "  [collection] X:\\Other\\b.xml\n", kFine, true},
       {"ftp_sites.xml", "    [address] Home  http://a.example/~ann/\n", kFine, true},
       {"notification.xml", "  parent: News\n  oldParent: Old 'news'\n",
        "the type is not read and comes back as UNKNOWN", false},
       {"page_data.xml", "  rootNodeTitle: Root\n", kFine, true},
-      {"search_engines.xml", "  [engine] (no name)  about:blank  web\n2 engines\n",
+      {"search_engines.xml", "  [engine] (no name)  web\n2 engines\n",
        "an engine without queryUrl comes back", false},
       {"tags.xml", "    [tag] t2  (count 2)\n", kFine, true},
       {"toolbars.xml", "  [toolbar] (no name)  (enabled)\n3 toolbars, 2 enabled\n", kFine, true},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.file);
+    EXPECT_THAT(RunTool("show " + In(c.file)).out, HasSubstr(c.shown));
+    const Outcome check = RunTool("check " + In(c.file));
+    EXPECT_EQ(check.exitCode, 0) << check.errors;
+    EXPECT_THAT(check.out, HasSubstr(c.checked));
     const TempFolder folder;
-    const auto out = [&] {
-      std::ifstream file(folder / "out");  // as text
-      return std::string(std::istreambuf_iterator<char>(file), {});
-    };
-    EXPECT_EQ(RunTool(folder, {"show", In(c.file)}), 0);
-    EXPECT_THAT(out(), HasSubstr(c.shown));
-    EXPECT_EQ(RunTool(folder, {"check", In(c.file)}), 0);
-    EXPECT_THAT(out(), HasSubstr(c.checked));
-    EXPECT_EQ(RunTool(folder, {"copy", In(c.file), Quoted(folder / "copy")}), 0);
+    EXPECT_EQ(RunTool("copy " + In(c.file) + ' ' + Quoted(folder / "copy")).exitCode, 0);
     EXPECT_EQ(ReadBytes(folder / "copy") == TestData(c.file), c.comesBackWhole);
-    EXPECT_EQ(RunTool(folder, {"copy", Quoted(folder / "copy"), Quoted(folder / "again")}), 0);
-    EXPECT_EQ(ReadBytes(folder / "again"), ReadBytes(folder / "copy"));
+    const Outcome again = RunTool("copy - - <" + Quoted(folder / "copy"));
+    EXPECT_EQ(again.bytes, ReadBytes(folder / "copy")) << again.errors;
   }
 }
 
@@ -98,39 +79,54 @@ TEST(ToolKinds, WhatDoesNotComeBackIsTold) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.document);
     WriteBytes(folder / "in.xml", c.document);
-    EXPECT_EQ(RunTool(folder, {"check", Quoted(folder / "in.xml")}), 0);
-    EXPECT_THAT(ReadBytes(folder / "out"), HasSubstr(c.warning));
+    EXPECT_THAT(RunTool("check " + Quoted(folder / "in.xml")).out, HasSubstr(c.warning));
   }
 }
 
-TEST(ToolNote, ExportsTheFirstItemOfANameOrIdentity) {
+TEST(ToolNote, ExportsTheItemThatIsMeant) {
   const struct {
     const char* file;
     const char* item;
     const char* heading;  // null when there is no such item
+    const char* error;
   } cases[] = {
-      {"collection_tree.opml", "Morning", "Morning"},
-      {"collection_tree.opml", "00000000-0000-4000-8000-000000000002", "Daily"},
-      {"collection.rss", "id-page", "page"},
-      {"colct_list.xml", "\"Checked in\"", "Checked in"},
-      {"search_engines.xml", "\"Images <new>\"", "Images <new>"},
-      {"search_engines.xml", "\"\"", nullptr},
-      {"collection.rss", "nobody", nullptr},
-      {"tags.xml", "t1", nullptr},
+      {"collection_tree.opml", "Morning", "Morning", ""},
+      {"collection_tree.opml", "\"News > Morning\"", "Morning", ""},
+      {"collection_tree.opml", "00000000-0000-4000-8000-000000000002", "Daily", ""},
+      {"collection.rss", "id-page", "page", ""},
+      {"colct_list.xml", "\"Checked in\"", "Checked in", ""},
+      {"search_engines.xml", "\"Images <new>\"", "Images <new>", ""},
+      {"search_engines.xml", "\"\"", nullptr, "no item has the name or identity"},
+      {"collection.rss", "nobody", nullptr, "no item has the name or identity"},
+      {"tags.xml", "t1", nullptr, "no item has the name or identity"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.item);
     const TempFolder folder;
-    const int exitCode = RunTool(folder, {"note", In(c.file), c.item, Quoted(folder / "n.html")});
-    EXPECT_EQ(exitCode, c.heading ? 0 : 1);
-    if (c.heading) {
-      EXPECT_THAT(ReadBytes(folder / "n.html"),
-                  HasSubstr("<title>" + std::string(c.heading) + "</title>"));
-    } else {
-      EXPECT_THAT(ReadBytes(folder / "err"), HasSubstr("no item has the name or identity"));
-      EXPECT_FALSE(std::filesystem::exists(folder / "n.html"));
-    }
+    const Outcome note =
+        RunTool("note " + In(c.file) + ' ' + c.item + ' ' + Quoted(folder / "n.html"));
+    EXPECT_EQ(note.exitCode, c.heading ? 0 : 1);
+    EXPECT_THAT(note.errors, HasSubstr(c.error));
+    const std::string title = c.heading ? "<title>" + std::string(c.heading) + "</title>" : "";
+    EXPECT_THAT(ReadBytes(folder / "n.html"), HasSubstr(title));
+    EXPECT_EQ(std::filesystem::exists(folder / "n.html"), c.heading != nullptr);
   }
+}
+
+TEST(ToolNote, ANameThatTwoItemsHaveIsNotGuessedAt) {
+  const TempFolder folder;
+  WriteBytes(folder / "in",
+             "<opml><body><outline text='a'><outline text='x'/></outline><outline text='b'>"
+             "<outline text='x'><sx:sync id='second'/></outline></outline></body></opml>");
+  const std::string note = "note " + Quoted(folder / "in") + ' ';
+  const Outcome shared = RunTool(note + "x -");
+  EXPECT_EQ(shared.exitCode, 1);
+  EXPECT_EQ(shared.out, "");
+  EXPECT_THAT(shared.errors,
+              HasSubstr("2 items are called 'x'; name one by its folders or its identity: "
+                        "a > x (no identity); b > x (second)\n"));
+  for (const char* const one : {"\"a > x\" -", "second -"})
+    EXPECT_THAT(RunTool(note + one).out, HasSubstr("<title>x</title>")) << one;
 }
 
 }  // namespace

@@ -10,13 +10,12 @@ namespace {
 
 using test::ReadBytes;
 using test::TempFolder;
-using test::Utf8;
 using test::WriteBytes;
 
 /// Replaces `file` by "new", or fails when half of that is written.
 void Replace(const std::filesystem::path& file, bool fail) {
-  ReplaceFile(file.string(), [&](const WChar* path) {
-    WriteBytes(Utf8(path), fail ? "ne" : "new");
+  ReplaceFile(file.string(), [&](const std::filesystem::path& path) {
+    WriteBytes(path, fail ? "ne" : "new");
     if (fail) throw Failure{kTrouble, "full"};
   });
 }

@@ -44,6 +44,9 @@ TEST(NodeStat, SetsOnlyTheTimesInTheMask) {
     stat.SetStatTime(1, 2, 3, ~0u);
     stat.SetStatTime(-1, -2, -3, mask);
     EXPECT_EQ(Times(stat), expected[mask]);
+    CNodeStat fresh;
+    fresh.SetStatTime(1, 2, 3, mask);
+    EXPECT_EQ(CNodeStat(fresh).GetSetTimes(), mask);
   }
 }
 

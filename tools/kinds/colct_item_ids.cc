@@ -18,18 +18,23 @@ bool IsColctOnly(RColctItemID* head) {
   return head != nullptr;
 }
 
+template <bool isColctOnly>
+Record ItemContent(const CColctItemID& id) {
+  Record item{"item"};
+  item.Add("name", TextOf(id.GetName()));
+  item.Add("colctId", TextOf(id.GetColctID()), kOnLine);
+  item.Add("id", TextOf(id.GetItemID()), kOnLine);
+  if (!IsThere(id.GetColctID()) || (!isColctOnly && !IsThere(id.GetItemID())))
+    item.leftOut = "an entry without both identities is left out";
+  return item;
+}
+
 Record ListContent(RColctItemID* head) {
   Record record{"items"};
-  const bool isColctOnly = IsColctOnly(head);
-  AddChildren(record, head, [=](const CColctItemID& id) {
-    Record item{"item"};
-    item.Add("name", TextOf(id.GetName()));
-    item.Add("colctId", TextOf(id.GetColctID()), kOnLine);
-    item.Add("id", TextOf(id.GetItemID()), kOnLine);
-    if (!IsThere(id.GetColctID()) || (!isColctOnly && !IsThere(id.GetItemID())))
-      item.leftOut = "an entry without both identities is left out";
-    return item;
-  });
+  if (IsColctOnly(head))
+    AddChildren<ItemContent<true>>(record, head);
+  else
+    AddChildren<ItemContent<false>>(record, head);
   return record;
 }
 

@@ -12,7 +12,7 @@ namespace {
 Record ColctContent(CColctNode& colct) {
   Record record{"collection"};
   record.Add("name", TextOf(colct.GetName()));
-  record.Add("link", TextOf(colct.GetUrl()), kOnLine);
+  record.Add("link", AddressOf(colct.GetUrl()), kOnLine);
   record.Add("description", TextOf(colct.GetDescription()));
   record.Add("owner", TextOf(colct.GetColctNetData()->GetOwner()));
   record.Add("id", TextOf(colct.GetUUID()));
@@ -23,12 +23,12 @@ Record ColctContent(CColctNode& colct) {
 
 Record ListContent(RColctItem* head) {
   Record record{"collections"};
-  AddChildren(record, head, ColctContent);
+  AddChildren<ColctContent>(record, head);
   return record;
 }
 
 using LoadedList = LoadedAs<ItemList<RColctItem>, ListContent, CWriteColctListXML,
-                            &CWriteColctListXML::SetRColctItemHead, FindInChain<RColctItem>>;
+                            &CWriteColctListXML::SetRColctItemHead, ForEachInChain<RColctItem>>;
 
 constexpr Word kWords[] = {
     {"", "collectionlist", "version"},

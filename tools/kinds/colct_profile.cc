@@ -22,7 +22,7 @@ class LoadedProfile : public Loaded {
   Record Content() const override {
     Record record{"profile"};
     record.Add("default", TextOf(defaultUrl_.get()));
-    AddChildren(record, entries_.get(), ColctContent);
+    AddChildren<ColctContent>(record, entries_.get());
     return record;
   }
 
@@ -38,9 +38,10 @@ class LoadedProfile : public Loaded {
   SystemString defaultUrl_;
 };
 
-std::unique_ptr<Loaded> Load(const Source& source) {
-  CReadColctExData reader;
-  return source(reader) ? std::make_unique<LoadedProfile>(reader) : nullptr;
+std::unique_ptr<Loaded> Load(const XmlNode& root) {
+  Handed<CReadColctExData> reader;
+  reader.InvokeParser(root);
+  return std::make_unique<LoadedProfile>(reader);
 }
 
 constexpr Word kWords[] = {

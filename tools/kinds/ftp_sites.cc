@@ -8,6 +8,13 @@
 namespace vosmere::tool {
 namespace {
 
+Record AddressContent(const CFtpWebAddress::Cell& address) {
+  Record record{"address"};
+  record.Add("name", TextOf(address.GetName()), kRaw);
+  record.Add("link", TextOf(address.GetLink()), kOnLine | kRaw);
+  return record;
+}
+
 Record SiteContent(CFtpConBase& site) {
   Record record{"site"};
   record.Add("name", TextOf(site.GetTitle()));
@@ -21,11 +28,7 @@ Record SiteContent(CFtpConBase& site) {
   record.Add("id", TextOf(site.GetUUID()));
   record.Add("stampId", TextOf(site.GetStampID()));
   record.isContainer = true;
-  for (const auto* cell = site.GetFtpWebAddress()->GetHead(); cell; cell = cell->next) {
-    Record& address = record.children.emplace_back(Record{"address"});
-    address.Add("name", TextOf(cell->GetName()), kRaw);
-    address.Add("link", TextOf(cell->GetLink()), kOnLine | kRaw);
-  }
+  record.children = Records::Of<AddressContent>(site.GetFtpWebAddress()->GetHead());
   return record;
 }
 
@@ -33,7 +36,7 @@ using Sites = TList<CFtpConBase*>;
 
 Record ListContent(Sites* head) {
   Record record{"sites"};
-  AddChildren(record, head, SiteContent);
+  AddChildren<SiteContent>(record, head);
   return record;
 }
 

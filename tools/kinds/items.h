@@ -15,9 +15,15 @@
 
 namespace vosmere::tool {
 
-/// Null for null.
+/// Null for null and for the empty text, which items have for what a document does not say.
 inline Json TextOf(const WChar* text) {
-  return text ? Json(ToUtf8(text)) : Json();
+  return text && *text ? Json(ToUtf8(text)) : Json();
+}
+
+/// Null also for the address of an item that has none.
+inline Json AddressOf(const WChar* url) {
+  Json address = TextOf(url);
+  return address == "about:blank" ? Json() : address;
 }
 
 /// Identity, version, and whether the item is deleted.
@@ -37,46 +43,54 @@ inline void AddMarks(Record& record, const CBaseNode& item) {
   record.Add("flag", item.GetNodeStat()->GetFlag(), kOnLine);
 }
 
+/// Null for the times that the document does not say, which the item has from the clock.
 inline void AddTimes(Record& record, const CBaseNode& item) {
+  const CNodeStat& stat = *item.GetNodeStat();
   LONG added = 0, modified = 0, lastVisited = 0;
-  item.GetNodeStat()->GetStatTime(&added, &modified, &lastVisited);
-  record.Add("added", added);
-  record.Add("modified", modified);
-  record.Add("lastVisited", lastVisited);
+  stat.GetStatTime(&added, &modified, &lastVisited);
+  const auto said = [&](LONG time, ULONG which) {
+    return stat.GetSetTimes() & which ? Json(time) : Json();
+  };
+  record.Add("added", said(added, CNodeStat::kAdded));
+  record.Add("modified", said(modified, CNodeStat::kModified));
+  record.Add("lastVisited", said(lastVisited, CNodeStat::kLastVisited));
 }
 
 /// A record for every cell of a chain; `contentOf` is given what is in it.
-template <class Cell, class ContentOf>
-void AddChildren(Record& record, Cell* head, ContentOf contentOf) {
+template <auto contentOf, class Cell>
+void AddChildren(Record& record, Cell* head) {
+  constexpr auto recordOf = [](Cell& cell) { return contentOf(*list::Datum(cell)); };
   record.isContainer = true;
-  for (Cell* cell = head; cell; cell = cell->next)
-    record.children.push_back(contentOf(*list::Datum(*cell)));
+  record.children = Records::Of<recordOf>(head);
 }
 
-/// The first item below a link, in document order; null when there is none.
-inline CBaseNode* FindBelow(RNode* parent, const ItemTest& isMeant) {
+inline void ForEachBelow(RNode* parent, const ItemVisit& visit) {
   for (RNode* const link : Children(parent)) {
-    if (isMeant(*link->item)) return link->item;
-    if (CBaseNode* const found = FindBelow(link, isMeant)) return found;
+    visit(*link->item);
+    ForEachBelow(link, visit);
   }
-  return nullptr;
 }
 
-/// The first item of a chain; null when there is none.
 template <class Cell>
-CBaseNode* FindInChain(Cell* head, const ItemTest& isMeant) {
-  for (Cell* cell = head; cell; cell = cell->next)
-    if (isMeant(*cell->item)) return cell->item;
-  return nullptr;
+void ForEachInChain(Cell* head, const ItemVisit& visit) {
+  for (Cell* cell = head; cell; cell = cell->next) visit(*cell->item);
 }
 
 /// A chain with its items.
 template <class Cell>
 using ItemList = std::unique_ptr<Cell, FreeWith<list::DeleteItems<Cell>>>;
 
-/// What a reader detached: what is in it, how a writer is given it and, if it holds items, how one
-/// is found.
-template <class Owned, auto contentOf, class Written, auto give, auto findIn = nullptr>
+/// A reader that can be handed the root of a document that is parsed already.
+template <class Reader>
+class Handed : public Reader {
+ public:
+  using Reader::InvokeParser;
+  using Reader::Reader;
+};
+
+/// What a reader detached: what is in it, how a writer is given it and, if it holds items, how they
+/// are shown.
+template <class Owned, auto contentOf, class Written, auto give, auto forEachIn = nullptr>
 class LoadedAs : public Loaded {
  public:
   explicit LoadedAs(Owned owned) : owned_(std::move(owned)) {}
@@ -89,29 +103,27 @@ class LoadedAs : public Loaded {
     return writer;
   }
 
-  CBaseNode* Find(const ItemTest& isMeant) const override {
-    if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(findIn)>>)
-      return findIn(owned_.get(), isMeant);
-    else
-      return nullptr;
+  void ForEachItem([[maybe_unused]] const ItemVisit& visit) const override {
+    if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(forEachIn)>>)
+      forEachIn(owned_.get(), visit);
   }
 
   /// For a kind whose documents hold one thing.
   template <class Reader, auto detach>
-  static std::unique_ptr<Loaded> Load(const Source& source) {
-    return LoadWith<Reader, detach>(source, false);
+  static std::unique_ptr<Loaded> Load(const XmlNode& root) {
+    return LoadWith<Reader, detach>(root, false);
   }
   /// For a kind whose documents are lists, which may be empty.
   template <class Reader, auto detach>
-  static std::unique_ptr<Loaded> LoadList(const Source& source) {
-    return LoadWith<Reader, detach>(source, true);
+  static std::unique_ptr<Loaded> LoadList(const XmlNode& root) {
+    return LoadWith<Reader, detach>(root, true);
   }
 
  private:
   template <class Reader, auto detach>
-  static std::unique_ptr<Loaded> LoadWith(const Source& source, bool mayBeNull) {
-    Reader reader;
-    if (!source(reader)) return nullptr;
+  static std::unique_ptr<Loaded> LoadWith(const XmlNode& root, bool mayBeNull) {
+    Handed<Reader> reader;
+    reader.InvokeParser(root);
     Owned owned(std::invoke(detach, reader));
     return owned || mayBeNull ? std::make_unique<LoadedAs>(std::move(owned)) : nullptr;
   }

@@ -12,22 +12,24 @@ namespace vosmere::tool {
 namespace {
 
 /// As documents write it, with slashes.
-Json Address(const CColctNode& colct) {
-  std::string address = ToUtf8(colct.GetUrl());
-  std::replace(address.begin(), address.end(), '\\', '/');
+Json WrittenAddressOf(const CColctNode& colct) {
+  Json address = AddressOf(colct.GetUrl());
+  if (address.is_null()) return address;
+  auto& text = address.get_ref<std::string&>();
+  std::replace(text.begin(), text.end(), '\\', '/');
   return address;
 }
 
-Record ContentOf(RNode* link) {
-  const bool isFolder = link->type == NT_FOLDER;
-  const unsigned written = link->parent ? kRaw : kPlain;  // the tree's own name is escaped
-  const CBaseNode& item = *link->item;
+Record ContentOf(RNode& link) {
+  const bool isFolder = link.type == NT_FOLDER;
+  const unsigned written = link.parent ? kRaw : kPlain;  // the tree's own name is escaped
+  const CBaseNode& item = *link.item;
   Record record{isFolder ? "folder" : "collection"};
   record.Add("name", TextOf(item.GetName()), written);
   record.Add("description", TextOf(item.GetDescription()), written);
   if (!isFolder) {
     const auto& colct = static_cast<const CColctNode&>(item);
-    record.Add("xmlUrl", Address(colct), kOnLine | kRaw);
+    record.Add("xmlUrl", WrittenAddressOf(colct), kOnLine | kRaw);
     record.Add("htmlUrl", TextOf(colct.GetRelationUrl()));
   }
   AddSync(record, item);
@@ -38,12 +40,16 @@ Record ContentOf(RNode* link) {
     record.Add("expanded", colct.GetColctNetData()->GetColctExpandState());
   }
   record.isContainer = isFolder;
-  for (RNode* const child : Children(link)) record.children.push_back(ContentOf(child));
+  record.children = Records::Of<ContentOf>(link.firstChild);
   return record;
 }
 
-using LoadedTree =
-    LoadedAs<Tree, ContentOf, CWriteColctTreeOPML, &CWriteColctTreeOPML::SetTreeRoot, FindBelow>;
+Record TreeContent(RNode* root) {
+  return ContentOf(*root);
+}
+
+using LoadedTree = LoadedAs<Tree, TreeContent, CWriteColctTreeOPML,
+                            &CWriteColctTreeOPML::SetTreeRoot, ForEachBelow>;
 
 constexpr Word kWords[] = {
     {"*", "opml", "version"},

@@ -7,20 +7,25 @@
 namespace vosmere::tool {
 namespace {
 
+/// Null for null: of a page also an empty text says something.
+Json ExactTextOf(const WChar* text) {
+  return text ? Json(ToUtf8(text)) : Json();
+}
+
 class LoadedPage : public Loaded {
  public:
   explicit LoadedPage(std::unique_ptr<CPageData> page) : page_(std::move(page)) {}
 
   Record Content() const override {
     Record record{"page"};
-    record.Add("pageTitle", TextOf(page_->GetPageTitle()));
-    record.Add("brand", TextOf(page_->GetBrand()), kOwnLine);
-    record.Add("brandLink", TextOf(page_->GetBrandLink()), kOwnLine);
-    record.Add("description", TextOf(page_->GetDescription()), kOwnLine);
-    record.Add("indexTitle", TextOf(page_->GetIndexTitle()), kOwnLine);
-    record.Add("contentTitle", TextOf(page_->GetContentTitle()), kOwnLine);
-    record.Add("rootNodeTitle", TextOf(page_->GetRootNodeTitle()), kOwnLine);
-    record.Add("templateName", TextOf(page_->GetTemplateName()), kOwnLine);
+    record.Add("pageTitle", ExactTextOf(page_->GetPageTitle()));
+    record.Add("brand", ExactTextOf(page_->GetBrand()), kOwnLine);
+    record.Add("brandLink", ExactTextOf(page_->GetBrandLink()), kOwnLine);
+    record.Add("description", ExactTextOf(page_->GetDescription()), kOwnLine);
+    record.Add("indexTitle", ExactTextOf(page_->GetIndexTitle()), kOwnLine);
+    record.Add("contentTitle", ExactTextOf(page_->GetContentTitle()), kOwnLine);
+    record.Add("rootNodeTitle", ExactTextOf(page_->GetRootNodeTitle()), kOwnLine);
+    record.Add("templateName", ExactTextOf(page_->GetTemplateName()), kOwnLine);
     return record;
   }
 
@@ -32,10 +37,10 @@ class LoadedPage : public Loaded {
   std::unique_ptr<CPageData> page_;
 };
 
-std::unique_ptr<Loaded> Load(const Source& source) {
+std::unique_ptr<Loaded> Load(const XmlNode& root) {
   auto page = std::make_unique<CPageData>();
-  CReadPageDataXML reader(page.get());
-  return source(reader) ? std::make_unique<LoadedPage>(std::move(page)) : nullptr;
+  Handed<CReadPageDataXML>(page.get()).InvokeParser(root);
+  return std::make_unique<LoadedPage>(std::move(page));
 }
 
 constexpr Word kWords[] = {

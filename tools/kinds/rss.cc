@@ -26,7 +26,7 @@ Record ItemContent(const CUrlNode& item) {
   Record record{"item"};
   record.Add("name", TextOf(item.GetName()));
   record.Add("type", kTypes[item.GetItemType()], item.HasUrl() ? kPlain : kOnLine);
-  record.Add("link", TextOf(item.GetUrl()), kOnLine);
+  record.Add("link", AddressOf(item.GetUrl()), kOnLine);
   record.Add("description", TextOf(item.GetDescription()));
   record.Add("author", TextOf(item.GetAuthor()));
   record.Add("relationUrl", TextOf(item.GetRelationUrl()));
@@ -41,20 +41,20 @@ Record ItemContent(const CUrlNode& item) {
   return record;
 }
 
-Record ContentOf(RNode* link);
+Record ContentOf(RNode& link);
 
 void AddChildren(Record& record, RNode* link) {
   record.isContainer = true;
-  for (RNode* const child : Children(link)) record.children.push_back(ContentOf(child));
+  record.children = Records::Of<ContentOf>(link->firstChild);
 }
 
-Record ContentOf(RNode* link) {
-  if (link->type != NT_FOLDER) return ItemContent(static_cast<const CUrlNode&>(*link->item));
+Record ContentOf(RNode& link) {
+  if (link.type != NT_FOLDER) return ItemContent(static_cast<const CUrlNode&>(*link.item));
   Record record{"folder"};
-  record.Add("name", TextOf(link->item->GetName()));
-  record.Add("description", TextOf(link->item->GetDescription()));
-  AddSync(record, *link->item);
-  AddChildren(record, link);
+  record.Add("name", TextOf(link.item->GetName()));
+  record.Add("description", TextOf(link.item->GetDescription()));
+  AddSync(record, *link.item);
+  AddChildren(record, &link);
   return record;
 }
 
@@ -71,12 +71,12 @@ Record CollectionContent(CColctNode* colct) {
   return record;
 }
 
-CBaseNode* FindIn(CColctNode* colct, const ItemTest& isMeant) {
-  return FindBelow(colct->GetLocRNodeRoot(), isMeant);
+void ForEachIn(CColctNode* colct, const ItemVisit& visit) {
+  ForEachBelow(colct->GetLocRNodeRoot(), visit);
 }
 
-using LoadedCollection =
-    LoadedAs<Collection, CollectionContent, CWriteColctRSS, &CWriteColctRSS::SetColctNode, FindIn>;
+using LoadedCollection = LoadedAs<Collection, CollectionContent, CWriteColctRSS,
+                                  &CWriteColctRSS::SetColctNode, ForEachIn>;
 
 constexpr Word kWords[] = {
     {"", "rss", "version"},
@@ -130,10 +130,20 @@ void InspectItem(const XmlNode& item, const Report& report) {
     report("the publication date (pubDate) is not read");
   if (ChildOf(item, "link") && ChildOf(item, "xmlUrl"))
     report("'xmlUrl' is not kept beside 'link'");
+  if (!ChildOf(item, "link") && !ChildOf(item, "xmlUrl") &&
+      !AttributeOf(ChildOf(item, "vsm:rel"), "type"))
+    report("no link in the document: a copy says about:blank");
+}
+
+/// What the writer gives an identity that has none.
+void InspectIdentity(const XmlNode& element, const Report& report) {
+  if (AttributeOf(ChildOf(element, "sx:sync"), "id").value_or("").empty())
+    report("no identity in the document: a copy makes one up");
 }
 
 void Inspect(const XmlNode& element, std::string_view name, std::string_view,
              const Report& report) {
+  if (name == "channel" || name == "vsm:folder" || name == "item") InspectIdentity(element, report);
   if (name == "channel") InspectChannel(element, report);
   if (name == "item") InspectItem(element, report);
 }

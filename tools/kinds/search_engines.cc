@@ -11,7 +11,7 @@ namespace {
 Record EngineContent(const CEngineNode& engine) {
   Record record{"engine"};
   record.Add("name", TextOf(engine.GetName()));
-  record.Add("queryUrl", TextOf(engine.GetUrl()), kOnLine);
+  record.Add("queryUrl", AddressOf(engine.GetUrl()), kOnLine);
   record.Add("type", TextOf(engine.GetSearchType()), kOnLine);
   record.Add("description", TextOf(engine.GetDescription()));
   record.Add("icon", TextOf(engine.GetIconUrl()));
@@ -22,16 +22,16 @@ Record PoolContent(CEnginePool* pool) {
   Record record{"pool"};
   record.Add("name", TextOf(pool->GetName()));
   record.Add("description", TextOf(pool->GetDescription()));
-  AddChildren(record, pool->GetREngineItemHead(), EngineContent);
+  AddChildren<EngineContent>(record, pool->GetREngineItemHead());
   return record;
 }
 
-CBaseNode* FindIn(CEnginePool* pool, const ItemTest& isMeant) {
-  return FindInChain(pool->GetREngineItemHead(), isMeant);
+void ForEachIn(CEnginePool* pool, const ItemVisit& visit) {
+  ForEachInChain(pool->GetREngineItemHead(), visit);
 }
 
 using LoadedPool = LoadedAs<Item<CEnginePool>, PoolContent, CWriteSEngineXML,
-                            &CWriteSEngineXML::SetEnginePool, FindIn>;
+                            &CWriteSEngineXML::SetEnginePool, ForEachIn>;
 
 constexpr Word kWords[] = {
     {"*", "searchEnginePool", "version"},  // before the engines, as it begins like them

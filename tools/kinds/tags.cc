@@ -17,13 +17,13 @@ Record TagContent(const CTagItem& tag) {
 Record GroupContent(const CTagGroup& group) {
   Record record{"group"};
   record.Add("name", TextOf(group.GetName()));
-  AddChildren(record, group.GetTagItemHead(), TagContent);
+  AddChildren<TagContent>(record, group.GetTagItemHead());
   return record;
 }
 
 Record StoreContent(CTagStore::TagGroupList* head) {
   Record record{"tags"};
-  AddChildren(record, head, GroupContent);
+  AddChildren<GroupContent>(record, head);
   return record;
 }
 

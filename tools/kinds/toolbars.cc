@@ -24,7 +24,7 @@ Record BandContent(const TBARBANDINFO& band) {
 
 Record BandsContent(CTBarBandInfo* bands) {
   Record record{"toolbars"};
-  AddChildren(record, bands->GetRBandInfoItemHead(), BandContent);
+  AddChildren<BandContent>(record, bands->GetRBandInfoItemHead());
   return record;
 }
 

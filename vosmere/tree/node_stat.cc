@@ -12,6 +12,7 @@ void CNodeStat::SetStatTime(LONG added, LONG modified, LONG lastVisited, ULONG m
   if (mask & kAdded) added_ = added;
   if (mask & kModified) modified_ = modified;
   if (mask & kLastVisited) lastVisited_ = lastVisited;
+  setTimes_ |= mask & (kAdded | kModified | kLastVisited);
 }
 
 void CNodeStat::GetStatTime(LONG* added, LONG* modified, LONG* lastVisited) const {

@@ -24,6 +24,8 @@ class VOSMERE_API CNodeStat {
   void SetStatTime(LONG added, LONG modified, LONG lastVisited, ULONG mask);
   /// Stores each time whose pointer is not null.
   void GetStatTime(LONG* added, LONG* modified, LONG* lastVisited) const;
+  /// The bits of the times that were ever set; the others are from the clock.
+  ULONG GetSetTimes() const { return setTimes_; }
 
   void MarkAsUnread(bool unread) { unread_ = unread; }
   bool IsUnread() const { return unread_; }
@@ -37,6 +39,7 @@ class VOSMERE_API CNodeStat {
   LONG modified_;
   LONG lastVisited_;
   bool unread_ = false;
+  unsigned char setTimes_ = 0;
   LONG flag_ = 0;
 };
 

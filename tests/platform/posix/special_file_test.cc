@@ -212,19 +212,5 @@ TEST(SpecialFile, ASizeThatIsNotTrueDoesNoHarm) {
   CReadFile::Delete(bytes);
 }
 
-/// The tool checks what `source` gives.
-int Check(const std::string& source, const std::string& file) {
-  const std::string command =
-      source + '\'' + VOSMERE_TOOL + "' check " + file + " >/dev/null 2>/dev/null";
-  return WEXITSTATUS(std::system(command.c_str()));
-}
-
-TEST(SpecialFile, TheToolReadsADocumentThatComesOnlyOnceButNotWithoutEnd) {
-  EXPECT_EQ(
-      Check("printf '<opml><body><outline text=\"Q&amp;A\"/></body></opml>' | ", "/dev/stdin"), 0);
-  EXPECT_EQ(Check("printf '<opml><body>' | ", "/dev/stdin"), 1);
-  EXPECT_EQ(Check("", "/dev/zero"), 2);
-}
-
 }  // namespace
 }  // namespace vosmere::test

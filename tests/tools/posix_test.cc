@@ -1,0 +1,105 @@
+// `vosmere` with what only this system has: names that are bytes, pipes, a disk that is always
+// full, and a count of what is opened.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "tests/support/document.h"
+#include "tests/support/tool.h"
+
+namespace vosmere::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr char kDocument[] =
+    "<opml><head><title>t</title></head><body><outline text='Q&amp;A'/></body></opml>";
+
+/// How often a file is opened while this lives.
+class OpenCount {
+ public:
+  explicit OpenCount(const std::filesystem::path& file) : events_(inotify_init1(IN_NONBLOCK)) {
+    // With the closing, as equal events behind each other become one.
+    EXPECT_GE(inotify_add_watch(events_, file.c_str(), IN_OPEN | IN_CLOSE), 0);
+  }
+  ~OpenCount() { close(events_); }
+
+  /// Since the last time.
+  std::ptrdiff_t Take() {
+    inotify_event events[64];
+    const ssize_t count =
+        read(events_, events, sizeof events) / static_cast<ssize_t>(sizeof *events);
+    return std::count_if(events, events + std::max<ssize_t>(count, 0),
+                         [](const inotify_event& event) { return event.mask & IN_OPEN; });
+  }
+
+ private:
+  int events_;
+};
+
+TEST(ToolPosix, EveryVerbOpensItsFileOnce) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", kDocument);
+  const std::string in = Quoted(folder / "in");
+  OpenCount opened(folder / "in");
+  for (const std::string& arguments : {"show " + in, "show --json " + in, "check " + in,
+                                       "copy " + in + " -", "note " + in + " 'Q&A' -"}) {
+    RunTool(arguments);
+    EXPECT_EQ(opened.Take(), 1) << arguments;
+  }
+}
+
+TEST(ToolPosix, AFileIsOpenedByTheNameThatTheSystemHasForIt) {
+  const TempFolder folder;
+  const std::filesystem::path latin = folder / "caf\xE9.opml", slashed = folder / "x\\z";
+  std::filesystem::create_directory(folder / "x");
+  WriteBytes(latin, Opml("<outline text='a'/>"));
+  EXPECT_THAT(RunTool("show " + Quoted(latin)).out, HasSubstr("[folder] a"));
+  EXPECT_EQ(RunTool("copy " + Quoted(latin) + " '" + slashed.string() + '\'').exitCode, 0);
+  EXPECT_TRUE(std::filesystem::exists(slashed));
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "x"));
+  EXPECT_EQ(RunTool("copy '" + slashed.string() + "' " + Quoted(latin)).exitCode, 0);
+}
+
+TEST(ToolPosix, AFullDiskIsTold) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", Opml("<outline text='a'/>"));
+  const std::string in = Quoted(folder / "in");
+  for (const std::string& arguments :
+       {"show " + in, "check --json " + in, "copy " + in + " -", "note " + in + " a -",
+        std::string("date 1994-11-06"), std::string("--help")}) {
+    const Outcome full = RunTool(arguments, "sh -c '\"$0\" \"$@\" >/dev/full' ");
+    EXPECT_EQ(full.exitCode, 2) << arguments;
+    EXPECT_THAT(full.errors, HasSubstr("the output cannot be written: No space left on device"));
+  }
+}
+
+TEST(ToolPosix, ADocumentThatComesOnlyOnceIsReadButNotWithoutEnd) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", kDocument);
+  const std::string piped = "cat " + Quoted(folder / "in") + " | ";
+  for (const char* const file : {"-", "/dev/stdin"})
+    EXPECT_THAT(RunTool(std::string("check ") + file, piped).out, HasSubstr("name holds '&'"));
+  EXPECT_EQ(RunTool("check /dev/zero").exitCode, 2);
+  EXPECT_EQ(RunTool("check - </").exitCode, 2);
+}
+
+TEST(ToolPosix, ACheckTakesAtMostTwiceTheMemoryOfTheItems) {
+  constexpr int kOutlines = 50'000;
+  constexpr std::size_t kItem = sizeof(RNode) + sizeof(CFolderNode) + 2 * sizeof(void*);
+  constexpr std::size_t kProgram = 16'000'000;
+  const TempFolder folder;
+  std::string outlines;
+  for (int i = 0; i < kOutlines; ++i) outlines += "<outline/>";
+  WriteBytes(folder / "in", Opml(outlines));
+  const std::size_t limit = (kProgram + 2 * kOutlines * kItem) / 1024;
+  EXPECT_EQ(RunTool("check " + Quoted(folder / "in"), "ulimit -d " + std::to_string(limit) + "; ")
+                .exitCode,
+            0);
+}
+
+}  // namespace
+}  // namespace vosmere::test
