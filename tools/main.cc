@@ -172,8 +172,7 @@ int Main(const Arguments& arguments) {
   show->add_option("FILE", in)->required();
   show->add_flag("--json", asJson,
                  "Print JSON for scripts: items with kind and fields such as name, folders with "
-                 "children; null "
-                 "is what the document does not say");
+                 "children. What the document does not say is null, marks false or 0");
   show->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
 
   CheckOptions checkOptions;

@@ -23,20 +23,35 @@ bool IsWhole(const std::filesystem::path& path) {
   return std::string(std::istreambuf_iterator<char>(file), {}) == kEnd;
 }
 
-/// The names of the folders around an item and its own, as people know it.
+constexpr std::string_view kBetweenNames = " > ";
+
+/// The names of the folders around an item and its own.
 std::string PlaceOf(const CBaseNode& item) {
   std::string place = ToUtf8(item.GetName());
   const RNode* const link = item.GetRNode();
   for (const RNode* at = link ? link->parent : nullptr; at && at->parent; at = at->parent)
-    place = ToUtf8(at->item->GetName()) + " > " + place;
+    place.insert(0, ToUtf8(at->item->GetName()).append(kBetweenNames));
   return place;
+}
+
+/// The same question for every item of a document, mostly answered by the first names.
+bool IsPlaceOf(std::string_view place, const CBaseNode& item) {
+  for (const RNode* link = item.GetRNode(); link && link->parent; link = link->parent) {
+    const std::string name = ToUtf8(link->item->GetName());
+    if (!place.ends_with(name)) return false;
+    place.remove_suffix(name.size());
+    if (place.empty()) return !link->parent->parent;
+    if (!place.ends_with(kBetweenNames)) return false;
+    place.remove_suffix(kBetweenNames.size());
+  }
+  return false;
 }
 
 std::vector<CBaseNode*> ItemsCalled(const std::string& name, const Document& document) {
   std::vector<CBaseNode*> items;
   if (name.empty()) return items;
   document.ForEachItem([&](CBaseNode& item) {
-    if (ToUtf8(item.GetUUID()) == name || ToUtf8(item.GetName()) == name || PlaceOf(item) == name)
+    if (ToUtf8(item.GetUUID()) == name || ToUtf8(item.GetName()) == name || IsPlaceOf(name, item))
       items.push_back(&item);
   });
   return items;

@@ -1,8 +1,9 @@
 #include "tools/source.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <fstream>
-#include <optional>
+#include <system_error>
 
 #include "tools/failure.h"
 #include "tools/terminal.h"
@@ -13,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
 
-[[noreturn]] void Refuse(const std::string& file, const char* why) {
+[[noreturn]] void Refuse(const std::string& file, const std::string& why) {
   throw FileFailure(kTrouble, InputName(file), why);
 }
 
@@ -48,7 +49,7 @@ std::string ReadOnce(const std::string& file) {
     if (bytes.size() + got > kMostBytes) Refuse(file, "more than 256 MiB, and no plain file");
     bytes.append(piece, got);
   }
-  if (intake.Failed()) Refuse(file, "cannot be read");
+  if (intake.Failed()) Refuse(file, "cannot be read: " + std::generic_category().message(errno));
   return bytes;
 }
 
@@ -71,7 +72,7 @@ InputFile::InputFile(const std::string& file) try : name_(file) {
   const std::u8string name = copy_->path().u8string();
   name_.assign(name.begin(), name.end());
 } catch (const std::filesystem::filesystem_error& error) {
-  Refuse(file, error.what());
+  Refuse(file, Printable(error.code().message()));
 }
 
 }  // namespace vosmere::tool

@@ -82,10 +82,10 @@ TEST(Tool, ShowsJsonForScripts) {
 TEST(Tool, WhatADocumentDoesNotSayIsNullForScripts) {
   EXPECT_EQ(
       Bench(Opml("<outline type='rss'><vsm:stat modified='7'/></outline>")).On("show --json").out,
-      "{\"kind\":\"folder\",\"name\":\"root\",\"description\":null,\"id\":null,\"version\":1,"
+      "{\"kind\":\"folder\",\"name\":\"root\",\"description\":null,\"id\":null,\"version\":null,"
       "\"deleted\":false,\"unread\":false,\"flag\":0,\"children\":["
       "{\"kind\":\"collection\",\"name\":null,\"description\":null,\"xmlUrl\":null,"
-      "\"htmlUrl\":null,\"id\":null,\"version\":1,\"deleted\":false,\"unread\":false,\"flag\":0,"
+      "\"htmlUrl\":null,\"id\":null,\"version\":null,\"deleted\":false,\"unread\":false,\"flag\":0,"
       "\"added\":null,\"modified\":7,\"lastVisited\":null,\"expanded\":false}]}\n");
 }
 

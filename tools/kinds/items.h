@@ -26,10 +26,12 @@ inline Json AddressOf(const WChar* url) {
   return address == "about:blank" ? Json() : address;
 }
 
-/// Identity, version, and whether the item is deleted.
+/// Identity, version, and whether the item is deleted. Documents say the version of what has an
+/// identity; all else has the first.
 inline void AddSync(Record& record, const CBaseNode& item, unsigned ofDeleted = kPlain) {
+  const int version = item.GetVersion();
   record.Add("id", TextOf(item.GetUUID()));
-  record.Add("version", item.GetVersion());
+  record.Add("version", *item.GetUUID() || version != 1 ? Json(version) : Json());
   record.Add("deleted", item.IsDeleted(), ofDeleted);
 }
 
