@@ -4,12 +4,12 @@
 #include <optional>
 #include <system_error>
 
-#include "tools/audit.h"
-#include "tools/compare.h"
-#include "tools/disarm.h"
+#include "tools/document_source.h"
+#include "tools/loss_on_load.h"
+#include "tools/loss_on_save.h"
 #include "tools/snapshot.h"
-#include "tools/source.h"
 #include "tools/text.h"
+#include "tools/without_markup.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere::tool {

@@ -5,8 +5,8 @@
 #include <ostream>
 #include <string>
 
+#include "tools/check_findings.h"
 #include "tools/failure.h"
-#include "tools/findings.h"
 #include "tools/kind.h"
 #include "vosmere/base/document_error.h"
 #include "vosmere/cpp.h"

@@ -3,9 +3,9 @@
 #include <iostream>
 
 #include "tools/document.h"
+#include "tools/document_source.h"
 #include "tools/link_files.h"
 #include "tools/output.h"
-#include "tools/source.h"
 #include "tools/text.h"
 #include "vosmere/cpp.h"
 #include "vosmere/favorites/import_favorites.h"

@@ -7,9 +7,9 @@
 #include <span>
 #include <string_view>
 
-#include "tools/record.h"
+#include "tools/document_content.h"
+#include "tools/known_elements.h"
 #include "tools/show.h"
-#include "tools/vocabulary.h"
 #include "vosmere/tree/base_node.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"

@@ -8,12 +8,12 @@
 #include "tools/check.h"
 #include "tools/date.h"
 #include "tools/document.h"
+#include "tools/document_source.h"
 #include "tools/favorites.h"
 #include "tools/note.h"
 #include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
-#include "tools/source.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <span>
 
-#include "tools/record.h"
+#include "tools/document_content.h"
 
 namespace vosmere::tool {
 

@@ -4,7 +4,7 @@
 #include <deque>
 #include <string>
 
-#include "tools/record.h"
+#include "tools/document_content.h"
 
 namespace vosmere::tool {
 

@@ -1,9 +1,9 @@
 // A list of collections.
 #include "vosmere/collections/colct_list_document.h"
 
-#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "tools/loss_on_load.h"
 #include "vosmere/xml/reader_fields.h"
 
 namespace vosmere::tool {

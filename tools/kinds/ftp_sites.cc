@@ -1,9 +1,9 @@
 // FTP sites to publish to.
 #include "vosmere/ftp/ftp_sites_document.h"
 
-#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "tools/loss_on_load.h"
 
 namespace vosmere::tool {
 namespace {

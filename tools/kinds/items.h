@@ -6,8 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "tools/document_content.h"
 #include "tools/kind.h"
-#include "tools/record.h"
 #include "tools/text.h"
 #include "vosmere/base/list.h"
 #include "vosmere/cpp.h"

@@ -1,9 +1,9 @@
 // A tree of folders and collections in an OPML document.
 #include <algorithm>
 
-#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "tools/loss_on_load.h"
 #include "vosmere/collections/opml_reader.h"
 #include "vosmere/collections/opml_writer.h"
 #include "vosmere/cpp.h"

@@ -1,9 +1,9 @@
 // A collection with its items in an RSS document.
 #include <unordered_set>
 
-#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "tools/loss_on_load.h"
 #include "vosmere/collections/rss_reader.h"
 #include "vosmere/collections/rss_writer.h"
 #include "vosmere/cpp.h"

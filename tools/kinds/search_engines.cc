@@ -1,9 +1,9 @@
 // A pool of search engines.
 #include "vosmere/engines/search_engines_document.h"
 
-#include "tools/audit.h"
 #include "tools/kind.h"
 #include "tools/kinds/items.h"
+#include "tools/loss_on_load.h"
 
 namespace vosmere::tool {
 namespace {

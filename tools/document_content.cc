@@ -1,4 +1,4 @@
-#include "tools/record.h"
+#include "tools/document_content.h"
 
 namespace vosmere::tool {
 

@@ -1,8 +1,8 @@
-#include "tools/disarm.h"
+#include "tools/without_markup.h"
 
 #include <utility>
 
-#include "tools/compare.h"
+#include "tools/loss_on_save.h"
 #include "tools/text.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/reader_fields.h"

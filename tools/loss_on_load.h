@@ -1,8 +1,8 @@
 // What a file holds and the document that is loaded from it does not.
 #pragma once
 
-#include "tools/findings.h"
-#include "tools/vocabulary.h"
+#include "tools/check_findings.h"
+#include "tools/known_elements.h"
 #include "vosmere/base/document_error.h"
 
 namespace vosmere::tool {

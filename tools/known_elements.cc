@@ -1,4 +1,4 @@
-#include "tools/vocabulary.h"
+#include "tools/known_elements.h"
 
 #include <algorithm>
 

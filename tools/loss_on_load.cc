@@ -1,4 +1,4 @@
-#include "tools/audit.h"
+#include "tools/loss_on_load.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "tools/source.h"
+#include "tools/document_source.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "tools/findings.h"
-#include "tools/record.h"
+#include "tools/check_findings.h"
+#include "tools/document_content.h"
 
 namespace vosmere::tool {
 

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "tools/record.h"
+#include "tools/document_content.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere::tool {

@@ -1,4 +1,4 @@
-#include "tools/compare.h"
+#include "tools/loss_on_save.h"
 
 #include <algorithm>
 #include <map>

@@ -1,4 +1,4 @@
-#include "tools/findings.h"
+#include "tools/check_findings.h"
 
 #include "tools/text.h"
 

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "tools/compare.h"
+#include "tools/loss_on_save.h"
 #include "tools/show.h"
 #include "tools/snapshot.h"
 
