@@ -40,7 +40,10 @@ class TempFolder {
     std::filesystem::remove_all(path_, ignored);
   }
 
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  /// `name` is UTF-8.
+  std::filesystem::path operator/(const std::string& name) const {
+    return path_ / std::u8string(name.begin(), name.end());
+  }
 
  private:
   std::filesystem::path path_;
