@@ -15,12 +15,7 @@ thread_local bool failed = false;
 thread_local bool failsOnce = false;
 
 void* Allocate(std::size_t size) noexcept {
-  if (successesLeft == 0) {
-    failed = true;
-    if (failsOnce) successesLeft = kNoLimit;
-    return nullptr;
-  }
-  if (successesLeft != kNoLimit) --successesLeft;
+  if (!vosmere::test::MayAllocate()) return nullptr;
   void* const block = std::malloc(size ? size : 1);
   if (block) ++live;
   return block;
@@ -70,6 +65,16 @@ void operator delete[](void* block, const std::nothrow_t&) noexcept {
 }
 
 namespace vosmere::test {
+
+bool MayAllocate() {
+  if (successesLeft == 0) {
+    failed = true;
+    if (failsOnce) successesLeft = kNoLimit;
+    return false;
+  }
+  if (successesLeft != kNoLimit) --successesLeft;
+  return true;
+}
 
 long LiveAllocations() {
   return live;

@@ -81,6 +81,7 @@ TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
                                       "<a>&#xD800;</a>"s,
                                       "<a>&#x110000;</a>"s,
                                       "<a>&#99999999999;</a>"s,
+                                      "<a>&#x0000000004E;</a>"s,
                                       "<a>&amp</a>"s,
                                       "<a>\x01</a>"s,
                                       "<a>\xC0\x80</a>"s,
@@ -118,6 +119,13 @@ TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
 TEST(PlainXml, HasNoMarkWhereTheEncodingIsKnown) {
   EXPECT_FALSE(ByTheFastPath("\xEF\xBB\xBF<a/>", "UTF-8"));
   EXPECT_FALSE(ByTheParser("\xEF\xBB\xBF<a/>", "UTF-8"));
+}
+
+TEST(ParsedXml, MayInsertOneDeclarationManyTimes) {
+  const std::string inserted = "<!ENTITY a \"&b;\"><!ENTITY b \"1\">";
+  std::string document = "<!DOCTYPE a [<!ENTITY % p '" + inserted + "'>";
+  for (int i = 0; i < 1000; ++i) document += "%p;";
+  EXPECT_EQ(ByTheParser(document + "]><a>&a;</a>"), ByTheParser("<a>1</a>"));
 }
 
 TEST(ParsedXml, HasABoundForPrefixesToo) {

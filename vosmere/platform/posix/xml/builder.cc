@@ -1,10 +1,12 @@
 #include "vosmere/platform/posix/xml/builder.h"
 
 #include <libxml/SAX2.h>
+#include <libxml/encoding.h>
 #include <libxml/parser.h>
 
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <exception>
 #include <new>
 #include <string>
@@ -12,6 +14,7 @@
 
 #include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/platform/posix/xml/entities.h"
+#include "vosmere/platform/posix/xml/memory.h"
 
 namespace vosmere::posix {
 namespace {
@@ -63,6 +66,7 @@ class Builder {
   void Guard(Step step) noexcept {
     if (stopped_) return;
     try {
+      if (memory_.RanOut()) throw std::bad_alloc();  // a text may be missing
       step();
     } catch (...) {
       thrown_ = std::current_exception();
@@ -75,8 +79,10 @@ class Builder {
     if (fault != DocumentFault::kNone) Stop(fault);
   }
   int Read(char* bytes, int capacity) noexcept;
+  bool IsAtEnd() const;
   xmlEntity* Entity(const xmlChar* name) noexcept;
   xmlEntity* ParameterEntity(const xmlChar* name) noexcept;
+  void EndDeclaration() { subset_.EndDeclaration(bytesRead_); }
   void StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
                     const xmlChar** namespaces, int attributeCount, int defaultedCount,
                     const xmlChar** attributes);
@@ -89,8 +95,16 @@ class Builder {
 
   XmlTree& tree_;
   XmlSource& source_;
+  const XmlMemoryWatch memory_;
   xmlParserCtxt* parser_ = nullptr;
   XmlEntityBudget budget_;
+  XmlSubsetBudget subset_;
+  /// A parameter entity as it is inserted once, with a text of its own.
+  struct Insertion {
+    xmlEntity entity;
+    std::string text;
+  };
+  std::deque<Insertion> insertions_;
   XmlGrowth growth_{tree_};
   std::string text_;
   std::string name_;
@@ -116,7 +130,6 @@ class Silence {
 };
 
 void Builder::Parse(const char* encoding) {
-  const Silence silence;
   parser_ = xmlNewParserCtxt();
   if (!parser_) throw std::bad_alloc();
   *parser_->sax = Handlers();
@@ -124,22 +137,25 @@ void Builder::Parse(const char* encoding) {
   const auto read = [](void* self, char* bytes, int capacity) {
     return Self(self).Read(bytes, capacity);
   };
-  xmlDoc* const document = xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
-                                         XML_PARSE_NOENT | XML_PARSE_NONET);
-  // Bytes that do not convert end the input without being called an error behind the root element.
-  const bool readToTheEnd =
-      parser_->input && parser_->input->buf && parser_->input->buf->error == 0;
-  const bool wellFormed = document && parser_->wellFormed && readToTheEnd;
+  // The parser believes what the document declares, unless it is told not to.
+  xmlDoc* const document =
+      xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
+                    XML_PARSE_NOENT | XML_PARSE_NONET | (encoding ? XML_PARSE_IGNORE_ENC : 0));
+  const bool isWhole = document && parser_->wellFormed && tree_.arena.root && IsAtEnd();
+  if (!isWhole && error_.fault == DocumentFault::kNone) Stop(DocumentFault::kMalformed);
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
-  if (wellFormed && !stopped_ && tree_.arena.root) return;
-  if (error_.fault == DocumentFault::kNone) {
-    error_.fault = DocumentFault::kMalformed;
-    if (!error_.reason[0])
-      std::snprintf(error_.reason, sizeof error_.reason, "%s", ReasonFor(error_.fault));
-  }
-  throw DocumentFailure{error_};
+  if (memory_.RanOut()) throw std::bad_alloc();  // the parser may have left something out
+  if (error_.fault != DocumentFault::kNone) throw DocumentFailure{error_};
+}
+
+// Behind the root element the parser takes a zero byte, bytes that do not convert, and half a
+// character for the end.
+bool Builder::IsAtEnd() const {
+  const xmlParserInput* const input = parser_->input;
+  if (!input || !input->buf || input->buf->error != 0 || input->cur != input->end) return false;
+  return !input->buf->raw || xmlBufUse(input->buf->raw) == 0;
 }
 
 xmlSAXHandler Builder::Handlers() {
@@ -150,14 +166,26 @@ xmlSAXHandler Builder::Handlers() {
   sax.internalSubset = [](void* self, const xmlChar* name, const xmlChar* publicId,
                           const xmlChar* systemId) {
     xmlSAX2InternalSubset(Self(self).parser_, name, publicId, systemId);
+    Self(self).subset_.Begin(Self(self).bytesRead_);
   };
   sax.entityDecl = [](void* self, const xmlChar* name, int type, const xmlChar* publicId,
                       const xmlChar* systemId, xmlChar* content) {
     xmlSAX2EntityDecl(Self(self).parser_, name, type, publicId, systemId, content);
+    Self(self).EndDeclaration();
+  };
+  sax.elementDecl = [](void* self, const xmlChar*, int, xmlElementContent*) {
+    Self(self).EndDeclaration();
+  };
+  sax.notationDecl = [](void* self, const xmlChar*, const xmlChar* publicId,
+                        const xmlChar* systemId) {
+    Self(self).EndDeclaration();
+    if (!publicId && !systemId) Self(self).Stop(DocumentFault::kMalformed);
   };
   sax.attributeDecl = [](void* self, const xmlChar*, const xmlChar*, int, int, const xmlChar*,
                          xmlEnumeration* values) {
     xmlFreeEnumeration(values);
+    Self(self).parser_->instate = XML_PARSER_DTD;  // it stays in the default value's state
+    Self(self).EndDeclaration();
     Self(self).Check(Self(self).budget_.DeclareAttribute());
   };
   sax.getEntity = [](void* self, const xmlChar* name) { return Self(self).Entity(name); };
@@ -228,23 +256,31 @@ void Builder::Note(const xmlError* error) {
   error_.reason[std::strcspn(error_.reason, "\n")] = 0;
 }
 
+// A piece is as long as it can be: at the very end of a short one, the parser misreads what
+// follows.
 int Builder::Read(char* bytes, int capacity) noexcept {
+  if (error_.fault != DocumentFault::kNone) return -1;
   // In the middle of a start tag this tells how many attributes the parser has seen so far.
   if (parser_->maxatts > kMostAttributes * kAttributeFields ||
       parser_->nsNr > kMostNamespaces * kNamespaceFields ||
       xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > kMostTreeNames)
     Stop(DocumentFault::kExpandsTooMuch);
-  int got = -1;
+  if (parser_->inSubset == 1) Check(subset_.Read(bytesRead_, parser_->instate == XML_PARSER_DTD));
+  int got = 0;
   Guard([&] {
-    got = source_.Read(bytes, capacity);
-    if (got > 0) bytesRead_ += got;
-    if (got < 0) Stop(DocumentFault::kMalformed);
+    int part = 0;
+    while (got < capacity && (part = source_.Read(bytes + got, capacity - got)) > 0) got += part;
+    bytesRead_ += got;
+    if (part < 0 && got == 0) Stop(DocumentFault::kMalformed);
   });
-  return got;
+  return stopped_ ? -1 : got;
 }
 
 xmlEntity* Builder::Entity(const xmlChar* name) noexcept {
   xmlEntity* const entity = xmlGetDocEntity(parser_->myDoc, name);
+  // The parser has just declared it and looks it up. What it stands for may not be declared yet.
+  if (parser_->instate == XML_PARSER_ENTITY_DECL || parser_->instate == XML_PARSER_ENTITY_VALUE)
+    return entity;
   Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
   return stopped_ ? nullptr : entity;
 }
@@ -255,8 +291,20 @@ xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
     parser_->hasPErefs = 1;  // something is left out from here on, and that is no error in itself
     return nullptr;
   }
-  Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
-  return stopped_ ? nullptr : entity;
+  // Where the parser meets its own, wider bound on references here, it never comes back.
+  parser_->options |= XML_PARSE_HUGE;
+  if (!entity || !entity->content) return nullptr;
+  Guard([&] {
+    Check(subset_.Insert(parser_, entity, bytesRead_));
+    insertions_.push_back({*entity, Chars(entity->content)});
+  });
+  if (stopped_) return nullptr;
+  // If two insertions in a row had one and the same text, the parser would take the second for
+  // standing still. It leaves a literal to be freed in `orig`, unless there is one.
+  Insertion& insertion = insertions_.back();
+  insertion.entity.content = insertion.entity.orig =
+      reinterpret_cast<xmlChar*>(insertion.text.data());
+  return &insertion.entity;
 }
 
 void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
@@ -305,7 +353,7 @@ void Builder::AddText(const xmlChar* text, int length) {
 
 void Builder::AddLeaf(const XmlName* name, const xmlChar* text) {
   FlushText();
-  if (growth_.depth() == 0) return;  // before or behind the root element
+  if (growth_.depth() == 0) return EndDeclaration();  // before or behind the root element
   const char* const utf8 = text ? Chars(text) : "";
   growth_.Add(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
 }
@@ -317,10 +365,21 @@ void Builder::FlushText() {
   text_.clear();
 }
 
+// The parser would never learn of the encodings that it had no memory for.
+bool Initialise() {
+  const XmlMemoryWatch memory;
+  xmlInitParser();
+  xmlInitCharEncodingHandlers();
+  if (!memory.RanOut()) return true;
+  xmlCleanupCharEncodingHandlers();
+  throw std::bad_alloc();
+}
+
 }  // namespace
 
 void BuildXmlTree(XmlTree& tree, XmlSource& source, const char* encoding) {
-  static const bool initialised = (xmlInitParser(), true);  // on whatever thread comes first
+  const Silence silence;
+  static const bool initialised = Initialise();  // on whatever thread comes first
   static_cast<void>(initialised);
   Builder(tree, source).Parse(encoding);
 }
