@@ -130,8 +130,8 @@ CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
 CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   CLI::App* const post = app.add_subcommand("post", "Upload a file to a web server as a form");
   post->footer(
-      "Exit codes: 0 sent; 1 the server answers with an error; 2 wrong usage, or it cannot be "
-      "sent.");
+      "Exit codes: 0 delivered, as far as the server says; 1 the server did not take it, or the "
+      "reply is not whole; 2 wrong usage, or it cannot be sent.");
   const auto isPair = [](const std::string& field) {
     return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
   };
@@ -149,8 +149,14 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   post->add_flag("--secure", options.secure, "Use HTTPS");
   post->add_flag("--clean", options.clean,
                  "Write the form as browsers do: the file's name without its folders");
+  CLI::Option* const output =
+      post->add_option("--output", options.output,
+                       "Write the reply to this file as it comes, however long it is; - is the "
+                       "standard output")
+          ->type_name("FILE");
   post->add_flag("--dry-run", options.dryRun,
-                 "Print the bytes of the request, without the digest, and send nothing");
+                 "Print the bytes of the request, without the digest, and send nothing")
+      ->excludes(output);
   return post;
 }
 

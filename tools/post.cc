@@ -1,11 +1,16 @@
 #include "tools/post.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
+#include <system_error>
 
 #include "tools/failure.h"
+#include "tools/replace_file.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "vosmere/net/http_upload.h"
@@ -16,10 +21,19 @@ namespace vosmere::tool {
 namespace {
 
 constexpr std::size_t kDigestLength = 32;
+constexpr int kFirstRedirectStatus = 300;
 constexpr int kFirstErrorStatus = 400;
+constexpr int kTooLargeStatus = 413;
 
-[[noreturn]] void Stop(const std::string& message) {
-  throw Failure{kTrouble, "vosmere: error: " + message};
+namespace fs = std::filesystem;
+
+/// `about` is a host or a file.
+std::string Error(const std::string& about, const std::string& what) {
+  return Printable(about) + ": error: " + what;
+}
+
+[[noreturn]] void Stop(const std::string& message, const std::string& about = "vosmere") {
+  throw Failure{kTrouble, Error(about, message)};
 }
 
 // The compiler may drop a plain write to what is never read again.
@@ -57,7 +71,9 @@ void Redact(WChar (&digest)[kDigestLength + 1]) {
 template <class Add>
 void AddOrStop(CNetUploadFile& upload, const std::string& name, Add add) {
   const std::string before = upload.GetParaString();
+  const unsigned long lostBefore = LostTexts();
   add();
+  if (LostTexts() != lostBefore) throw std::bad_alloc();
   if (before == upload.GetParaString())
     Stop("the field '" + Printable(name) + "' is too long: all fields together have " +
          std::to_string(CNetBase::kMostParameterBytes) + " bytes");
@@ -106,42 +122,94 @@ class ProgressBar {
   int percent_ = -1;
 };
 
-std::string Reason(LONG code) {
-  constexpr struct {
+/// Throws Failure for an upload that failed with this code.
+[[noreturn]] void StopForCode(LONG code, const PostOptions& options) {
+  const std::string &file = options.file, &host = options.host;
+  const struct {
     int number;
+    const std::string& about;
     const char* reason;
-  } kReasons[] = {
-      {2, "there is no such file"},
-      {3, "there is no such folder"},
-      {5, "the file cannot be read"},
-      {222, "that is not a plain file"},
-      {223, "a request has less than 4 GiB"},
-      {1006, "the file has changed meanwhile"},
-      {12002, "the server takes too long"},
-      {12005, "that is no name of a host"},
-      {12007, "the host is not known"},
-      {12017, "the output cannot be written"},
-      {12029, "the server cannot be reached"},
-      {12030, "the connection was broken off"},
-      {12031, "the connection was broken off"},
-      {12037, "the server's certificate is out of date"},
-      {12038, "the server's certificate is for another host"},
-      {12040, "the server leads away from HTTPS"},
-      {12045, "the server's certificate is not trusted"},
-      {12152, "the reply is not HTTP"},
-      {12156, "the server leads in circles"},
-      {12157, "the server does not speak HTTPS"},
+  } reasons[] = {
+      {1, host, "the file was sent, but the reply was broken off"},
+      {2, file, "there is no such file"},
+      {3, file, "there is no such folder"},
+      {8, file, "there is not enough memory"},
+      {123, file, "that is no name of a file"},
+      {206, file, "the name is too long"},
+      {222, file, "that is not a plain file"},
+      {223, file, "a request has less than 4 GiB"},
+      {1006, file, "the file has changed meanwhile"},
+      {1921, file, "the links lead in circles"},
+      {12002, host, "the server takes too long"},
+      {12005, host, "that is no name of a host"},
+      {12007, host, "the host is not known"},
+      {12014, host, "the server does not take the name and the password"},
+      {12029, host, "the server cannot be reached"},
+      {12030, host, "the connection was broken off, and there was no reply"},
+      {12031, host, "the connection was broken off, and there was no reply"},
+      {12037, host, "the server's certificate is out of date"},
+      {12038, host, "the server's certificate is for another host"},
+      {12040, host, "the server leads away from HTTPS"},
+      {12045, host, "the server's certificate is not trusted"},
+      {12152, host, "the reply is not valid HTTP"},
+      {12156, host, "the server leads in circles"},
+      {12157, host, "the server does not speak HTTPS"},
   };
-  const int number = code & 0xFFFF;
-  for (const auto& known : kReasons)
-    if (known.number == number) return known.reason;
-  return "error " + std::to_string(number);
+  constexpr int kFirstOfHttp = 12000;
+  const bool isWindows = (static_cast<unsigned>(code) >> 16) == 0x8007;
+  const int number = isWindows ? code & 0xFFFF : code;
+  for (const auto& known : reasons)
+    if (known.number == number) Stop(known.reason, known.about);
+  if (isWindows && number < kFirstOfHttp) Stop("cannot be read", file);
+  Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client", host);
 }
 
-void CheckSent(const CNetUploadFile& upload) {
-  const LONG code = upload.GetErrorCode();
-  if (code == 1) Stop("the file was sent, but the reply cannot be read");
-  if (code != 0) Stop(Reason(code) + " (" + ToUtf8(upload.GetErrorMsg()) + ")");
+/// A server that refuses need not let the reply be read to its end.
+bool IsRefused(const CNetUploadFile& upload) {
+  return upload.GetStatus() >= kFirstErrorStatus;
+}
+
+/// Throws Failure when there is no reply. What comes goes to `out`, or is kept for null; whether it
+/// could be written is for the caller to see.
+void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out) {
+  const auto write = [](void* to, const void* bytes, std::size_t size) {
+    auto& stream = *static_cast<std::ostream*>(to);
+    return static_cast<bool>(
+        stream.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(size)));
+  };
+  if (out) upload.SetResponseSink(write, out);
+  {
+    const ProgressBar bar(upload);
+    upload.UploadFile(ToWide(options.file).get());
+  }
+  const bool written = !out || *out;
+  if (written && upload.GetErrorCode() != 0 && !IsRefused(upload))
+    StopForCode(upload.GetErrorCode(), options);
+}
+
+void SendToFile(CNetUploadFile& upload, const PostOptions& options, const fs::path& path) {
+  std::ofstream file(path, std::ios::binary);
+  if (file) Send(upload, options, &file);
+  file.close();
+  if (!file) Stop("cannot be written: " + std::generic_category().message(errno), options.output);
+}
+
+void CheckOutput() {
+  if (!std::cout) Stop("cannot be written", "standard output");
+}
+
+void SendTo(CNetUploadFile& upload, const PostOptions& options) {
+  std::error_code ignored;
+  if (options.output == "-") {
+    MakeOutputBinary();
+    Send(upload, options, &std::cout);
+    CheckOutput();
+  } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe stays itself
+    SendToFile(upload, options, PathOf(options.output));
+  } else {
+    ReplaceFile(options.output,
+                [&](const WChar* path) { SendToFile(upload, options, fs::path(ToString(path))); });
+  }
 }
 
 /// Line ends and tabs stay; on a terminal nothing else may steer it.
@@ -159,20 +227,58 @@ std::string PrintableLines(const std::string& text) {
   return lines + Printable(line);
 }
 
-void PrintReply(CNetUploadFile& upload) {
-  const SystemString reply(upload.DetachResponse());
+/// How much of a text to print at a time: no character is cut in two, and no line if it can be.
+std::size_t SliceOf(WideView text) {
+  constexpr std::size_t kMost = 64 * 1024;
+  if (text.size <= kMost) return text.size;
+  for (std::size_t end = kMost; end > 0; --end)
+    if (text[end - 1] == '\n') return end;
+  const bool cutsPair = (text[kMost - 1] & 0xFC00) == 0xD800;
+  return cutsPair ? kMost - 1 : kMost;
+}
+
+std::string Utf8(WideView text) {
+  const SystemString copy(SysAllocStringLen(text.data, text.size));
   char* bytes = nullptr;
   int length = 0;
-  if (!CUnicodeTool::BSTRGetUTF8(reply.get(), &bytes, &length)) throw std::bad_alloc();
+  if (!copy || !CUnicodeTool::BSTRGetUTF8(copy.get(), &bytes, &length)) throw std::bad_alloc();
   const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
-  const std::string text(bytes, static_cast<std::size_t>(length));
+  return {bytes, static_cast<std::size_t>(length)};
+}
+
+void PrintReply(CNetUploadFile& upload) {
+  const SystemString reply(upload.DetachResponse());
   const bool seen = IsTerminal(Stream::kOutput);
   if (!seen) MakeOutputBinary();
-  std::cout << (seen ? PrintableLines(text) : text);
+  std::string text;
+  for (WideView rest(reply.get(), SysStringLen(reply.get())); !rest.empty();) {
+    const std::size_t slice = SliceOf(rest);
+    text = Utf8(rest.First(slice));
+    std::cout << (seen ? PrintableLines(text) : text);
+    rest = rest.From(slice);
+  }
   if (seen && !text.empty() && text.back() != '\n') std::cout << '\n';
 }
 
-int ShowRequest(CNetUploadFile& upload) {
+/// What is to be said of a reply; empty when the file was delivered and the reply is whole.
+std::string Objection(const CNetUploadFile& upload, const PostOptions& options) {
+  const int status = upload.GetStatus();
+  const std::string answer = "the server answers " + std::to_string(status);
+  if (upload.WasRedirected())
+    return Error(options.host, "the server leads elsewhere, and the file was not delivered");
+  if (status == kTooLargeStatus)
+    return Error(options.file, "the file is too large for the server (413)");
+  if (status >= kFirstErrorStatus) return Error(options.host, answer);
+  if (status >= kFirstRedirectStatus)
+    return Error(options.host, answer + ", and the file was not delivered");
+  if (upload.IsResponseCut())
+    return Error(options.host, "the reply is too long and was cut (--output takes all of it)");
+  return {};
+}
+
+int ShowRequest(CNetUploadFile& upload, const PostOptions& options) {
+  upload.SetFieldName(Wide(u"WholeFile"));
+  upload.SetLocalFile(ToWide(options.file).get());
   MakeOutputBinary();
   const bool shown = upload.ShowRequest(
       [](void*, const void* bytes, std::size_t size) {
@@ -180,8 +286,9 @@ int ShowRequest(CNetUploadFile& upload) {
             std::cout.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(size)));
       },
       nullptr);
-  if (!shown) CheckSent(upload);
-  return shown ? kFine : kTrouble;
+  CheckOutput();
+  if (!shown) StopForCode(upload.GetErrorCode(), options);
+  return kFine;
 }
 
 }  // namespace
@@ -193,24 +300,19 @@ int Post(const PostOptions& options) {
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
   AddFields(upload, options);
-  const SystemString file = ToWide(options.file);
-  if (std::error_code ignored; std::filesystem::is_other(PathOf(options.file), ignored))
-    Stop("that is not a plain file");
-  if (options.dryRun) {
-    upload.SetFieldName(Wide(u"WholeFile"));
-    upload.SetLocalFile(file.get());
-    return ShowRequest(upload);
-  }
+  if (std::error_code ignored; fs::is_other(PathOf(options.file), ignored))
+    Stop("that is not a plain file", options.file);
+  if (options.dryRun) return ShowRequest(upload, options);
 
-  {
-    const ProgressBar bar(upload);
-    upload.UploadFile(file.get());
+  if (options.output.empty()) {
+    Send(upload, options, nullptr);
+    PrintReply(upload);
+  } else {
+    SendTo(upload, options);
   }
-  CheckSent(upload);
-  PrintReply(upload);
-  if (upload.GetStatus() < kFirstErrorStatus) return kFine;
-  std::cerr << "vosmere: error: the server answers " << upload.GetStatus() << '\n';
-  return kBadFile;
+  const std::string objection = Objection(upload, options);
+  if (!objection.empty()) std::cerr << objection << '\n';
+  return objection.empty() ? kFine : kBadFile;
 }
 
 }  // namespace vosmere::tool

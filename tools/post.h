@@ -14,10 +14,11 @@ struct PostOptions {
   std::string user;                 ///< empty for none; the password is asked for
   bool secure = false;
   bool clean = false;
+  std::string output;   ///< where the reply goes, "-" for the standard output; empty prints it
   bool dryRun = false;  ///< prints the request instead of sending it
 };
 
-/// Prints the server's reply and returns the exit code. Throws Failure.
+/// Prints or writes the server's reply and returns the exit code. Throws Failure.
 int Post(const PostOptions& options);
 
 }  // namespace vosmere::tool

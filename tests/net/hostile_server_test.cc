@@ -66,6 +66,19 @@ TEST(HostileServer, NeverReads) {
   over.set_value();
 }
 
+TEST(HostileServer, ReadsSlowlyButSteadily) {
+  LoopbackServer server({[](Peer& peer) {
+    for (std::size_t bytes = 20000; bytes <= 1000000; bytes += 20000) {
+      peer.ReadBytes(bytes);
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    Reply("HTTP/1.0 200 OK\r\n\r\nok")(peer);
+  }});
+  Sender sender(server.host(), std::string(8 << 20, 'x'));
+  sender.upload.SetTimeouts(kShortly, kShortly);
+  EXPECT_EQ(sender.Send(), 0);
+}
+
 TEST(HostileServer, SendsTheReplyByteByByte) {
   LoopbackServer server({[](Peer& peer) {
     peer.ReadRequest();
@@ -91,14 +104,16 @@ TEST(HostileServer, SendsTheHeadByteByByte) {
 
 TEST(HostileServer, SendsAHeadWithoutEnd) {
   if (RunsOnWine()) GTEST_SKIP() << "takes a head of any length";
-  LoopbackServer server({[](Peer& peer) {
-    peer.ReadRequest();
-    peer.Send("HTTP/1.0 200 OK\r\n");
-    for (int i = 0; i < 400 && peer.Send(std::string(1000, 'x') + ": y\r\n"); ++i) {
-    }
-  }});
-  Sender sender(server.host());
-  EXPECT_EQ(sender.Send(), kInvalidReply);
+  for (const char* lineEnd : {": y\r\n", ""}) {
+    LoopbackServer server({[&](Peer& peer) {
+      peer.ReadRequest();
+      peer.Send("HTTP/1.0 200 OK\r\n");
+      for (int i = 0; i < 400 && peer.Send(std::string(1000, 'x') + lineEnd); ++i) {
+      }
+    }});
+    Sender sender(server.host());
+    EXPECT_EQ(sender.Send(), kInvalidReply) << lineEnd;
+  }
 }
 
 TEST(HostileServer, BreaksOffTheRequest) {
@@ -147,6 +162,19 @@ TEST(HostileServer, AnswersBeforeTheBodyIsRead) {
   EXPECT_EQ(sender.Response(), "big");
 }
 
+TEST(HostileServer, AnswersAndGoesBeforeTheBodyIsRead) {
+  LoopbackServer server({[&](Peer& peer) {
+    peer.ReadBytes(640 * 1024);  // the client has sent a piece then, and goes for the next
+    peer.Send("HTTP/1.0 413 Too Large\r\nContent-Length: 3\r\n\r\nbig");
+  }});
+  Sender sender(server.host(), std::string(2 << 20, 'x'));
+  for (int i = 0; i < 200; ++i) {
+    ASSERT_EQ(sender.Send(), 0);
+    ASSERT_EQ(sender.upload.GetStatus(), 413);
+    ASSERT_EQ(sender.Response(), "big");
+  }
+}
+
 TEST(HostileServer, LiesAboutTheLength) {
   const struct {
     const char* reply;
@@ -157,6 +185,10 @@ TEST(HostileServer, LiesAboutTheLength) {
       {"Content-Length: 3\r\n\r\nhello", 0, "hel"},
       {"Content-Length: -5\r\n\r\nhello", kInvalidReply, "(null)"},
       {"Content-Length: many\r\n\r\nhello", kInvalidReply, "(null)"},
+      {"Content-Length: 18446744073709551621\r\n\r\nhello", kInvalidReply, "(null)"},
+      {"Content-Length: 5\r\nContent-Length: 3\r\n\r\nhello", kInvalidReply, "(null)"},
+      {"Content-Length: 5\r\nContent-Length: 5 \r\n\r\nhello", 0, "hello"},
+      {"Transfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n0\r\nX: y\r\n\r\n", 0, "hello"},
       {"\r\nhello", 0, "hello"},
   };
   for (const auto& c : cases) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/loopback_server.h"
+#include "tests/support/platform.h"
 #include "tests/support/wide.h"
 
 namespace vosmere::test {
@@ -44,6 +45,21 @@ TEST(NetBase, PostsAFormAndReadsTheReply) {
   EXPECT_EQ(Response(net), "Grüße");
   EXPECT_EQ(Response(net), "(null)");
   EXPECT_EQ(server.requests()[0], For(kFormHead, server) + "a=1&b=2");
+}
+
+TEST(NetBase, TheSameFormCanBeSentAgain) {
+  LoopbackServer server({Reply("HTTP/1.0 302 Elsewhere\r\nLocation: /moved\r\n\r\n"),
+                         ReplyOk("moved"), ReplyOk("here")});
+  CNetBase net;
+  net.AddParameter(W("a"), W("1"));
+  net.AddParameter(W("b"), W("2"));
+  EXPECT_EQ(Exchange(net, server), 5);
+  EXPECT_TRUE(net.WasRedirected());
+  EXPECT_EQ(net.SendForm(), 0);
+  EXPECT_FALSE(net.WasRedirected());
+  EXPECT_EQ(net.ReadServerResponse(net.GetRequest()), 4);
+  EXPECT_EQ(Response(net), "movedhere");
+  EXPECT_EQ(server.requests()[2], For(kFormHead, server) + "a=1&b=2");
 }
 
 TEST(NetBase, ParametersAreNotEscaped) {
@@ -105,18 +121,31 @@ TEST(NetBase, ACharacterThatARead2048BytesLongSplitsIsNotJoined) {
   }
 }
 
-TEST(NetBase, AReplyWithoutEndStopsAfter50000Reads) {
-  LoopbackServer server({[](Peer& peer) {
-    peer.ReadRequest();
-    peer.Send("HTTP/1.0 200 OK\r\n\r\n");
-    const std::string block(1 << 20, 'x');
-    while (peer.Send(block)) {
+constexpr int kMostKept = 50000 * 2048;
+
+TEST(NetBase, AReplyIsKeptUpTo50000ReadsOrHandedOn) {
+  const auto count = [](void* context, const void*, std::size_t size) {
+    *static_cast<int*>(context) += static_cast<int>(size);
+    return true;
+  };
+  for (const bool kept : {true, false})
+    for (const int more : {0, 1}) {
+      LoopbackServer server({LongReply(kMostKept + more)});
+      CNetBase net;
+      int taken = 0, read = 0;
+      unsigned length = 0;
+      if (!kept) net.SetResponseSink(count, &taken);
+      const std::size_t most = PeakMemory([&] {
+        read = Exchange(net, server);
+        length = OwnedBstr(net.DetachResponse()).size();
+      });
+      EXPECT_EQ(read, kept ? kMostKept : kMostKept + more);
+      EXPECT_EQ(length, kept ? kMostKept : 0);
+      EXPECT_EQ(taken, kept ? 0 : read);
+      EXPECT_EQ(net.IsResponseCut(), kept && more);
+      EXPECT_LE(most, kept ? kMostKept / 2 * 5 : 8000000);
+      EXPECT_EQ(net.ReadServerResponse(net.GetRequest()), kept ? more : 0);
     }
-  }});
-  CNetBase net;
-  EXPECT_EQ(Exchange(net, server), 50000 * 2048);
-  EXPECT_EQ(OwnedBstr(net.DetachResponse()).size(), 50000u * 2048);
-  net.CloseSessionConnection();
 }
 
 TEST(NetBase, SaysWhichStepFailed) {
@@ -132,6 +161,8 @@ TEST(NetBase, SaysWhichStepFailed) {
   LoopbackServer server({Reply("HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nshort")});
   EXPECT_EQ(Exchange(net, server), -7);
   EXPECT_EQ(Response(net), "short");
+  net.SetResponseSink([](void*, const void*, std::size_t) { return false; }, nullptr);
+  EXPECT_EQ(Exchange(net, server), -7);
 }
 
 }  // namespace

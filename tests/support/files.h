@@ -3,17 +3,19 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
+#include <utility>
 
 #include "tests/support/wide.h"
 
 namespace vosmere::test {
 
 inline std::string ReadBytes(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::ostringstream bytes;
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
+  return std::move(bytes).str();
 }
 
 inline void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {

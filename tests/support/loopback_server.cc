@@ -83,4 +83,15 @@ LoopbackServer::Script ReplyOk(const std::string& body) {
                body);
 }
 
+LoopbackServer::Script LongReply(std::size_t size) {
+  return [size](Peer& peer) {
+    Reply("HTTP/1.0 200 OK\r\n\r\n")(peer);
+    std::string block(1 << 20, 'x');
+    for (std::size_t left = size; left > 0; left -= block.size()) {
+      block.resize(std::min(left, block.size()));
+      if (!peer.Send(block)) return;
+    }
+  };
+}
+
 }  // namespace vosmere::test

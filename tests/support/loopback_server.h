@@ -6,6 +6,7 @@
 //   EXPECT_EQ(server.requests()[0], "POST / HTTP/1.0\r\n...");   // every byte that came
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -76,5 +77,8 @@ class LoopbackServer {
 LoopbackServer::Script Reply(const std::string& bytes);
 /// Reads a request and sends a whole reply with this body.
 LoopbackServer::Script ReplyOk(const std::string& body = "ok");
+
+/// The same with so many bytes and without telling how many.
+LoopbackServer::Script LongReply(std::size_t size);
 
 }  // namespace vosmere::test

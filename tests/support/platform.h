@@ -25,6 +25,10 @@ struct Zone {
 /// Runs `work` to its end on a thread with a stack of so many bytes.
 void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 
+/// Runs `work` and returns how many bytes of memory the process had at most on top of those that it
+/// had before; 0 where that cannot be told.
+std::size_t PeakMemory(std::function<void()> work);
+
 /// Whether the system only stands in for Windows: its HTTP client takes more time and more replies
 /// than the real one.
 bool RunsOnWine();

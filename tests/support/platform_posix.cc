@@ -1,9 +1,12 @@
 #include <libxml/xmlmemory.h>
+#include <malloc.h>
 #include <pthread.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <fstream>
+#include <string>
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
@@ -16,6 +19,27 @@ const LONG kZoneOfPlainNames = 1;
 
 void SetZoneVariable(const char* zone) {
   zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+}
+
+static std::size_t MostResident() {
+  std::ifstream status("/proc/self/status");
+  std::string word;
+  std::size_t kibibytes = 0;
+  while (status >> word && word != "VmHWM:") {
+  }
+  status >> kibibytes;
+  return kibibytes * 1024;
+}
+
+std::size_t PeakMemory(std::function<void()> work) {
+  malloc_trim(0);
+  std::ofstream("/proc/self/clear_refs") << 5;
+  const std::size_t before = MostResident();
+  work();
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  return 0;  // sanitizers keep what was freed
+#endif
+  return MostResident() - before;
 }
 
 bool RunsOnWine() {

@@ -39,6 +39,11 @@ void RunOnSmallStack(std::size_t bytes, std::function<void()> work) {
   ::CloseHandle(thread);
 }
 
+std::size_t PeakMemory(std::function<void()> work) {
+  work();
+  return 0;
+}
+
 namespace {
 
 // Documents load only on a thread that has COM, and giving it that is the program's task.

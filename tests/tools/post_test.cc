@@ -64,28 +64,84 @@ TEST(ToolPost, ADryRunPrintsTheVeryBytesButForTheDigest) {
 }
 
 TEST(ToolPost, SaysWhatWentWrong) {
-  LoopbackServer server({Reply("HTTP/1.0 404 No\r\n\r\nnothing here")});
-  const Outcome refused = Post(server.host());
-  EXPECT_EQ(refused.exitCode, 1);
-  EXPECT_THAT(refused.out, HasSubstr("nothing here"));
-  EXPECT_THAT(refused.errors, HasSubstr("the server answers 404"));
-
   const struct {
     const char* host;
     std::string options;
     const char* error;
   } cases[] = {
-      {"127.0.0.1:1", "", "the server cannot be reached"},
-      {"127.0.0.1:x", "", "no name of a host"},
+      {"127.0.0.1:1", "", "127.0.0.1:1: error: the server cannot be reached"},
+      {"127.0.0.1:x", "", "127.0.0.1:x: error: that is no name of a host"},
       {"a.example", "--field ab", "is not NAME=VALUE"},
       {"a.example", "--field a=" + std::string(1024, 'x'), "the field 'a' is too long"},
       {"a.example", "--user " + std::string(81, 'x'), "the field 'username' is too long"},
+      {"a.example", "--output no/such/folder", "no/such/folder: error: "},
+      {"a.example", "--output x --dry-run", "--output excludes --dry-run"},
   };
   for (const auto& c : cases) {
     const Outcome outcome = Post(c.host, c.options);
     EXPECT_EQ(outcome.exitCode, 2) << c.options;
     EXPECT_THAT(outcome.errors, HasSubstr(c.error));
   }
+}
+
+TEST(ToolPost, SaysWhenTheServerHasNotTakenTheFile) {
+  const struct {
+    const char* reply;
+    int exitCode;
+    const char* error;
+  } cases[] = {
+      {"404 No\r\n\r\nnothing here", 1, ": error: the server answers 404"},
+      {"413 No\r\nContent-Length: 99\r\n\r\nnothing here", 1,
+       "notes.txt: error: the file is too large for the server (413)"},
+      {"303 Elsewhere\r\nLocation: /x\r\n\r\n", 1,
+       ": error: the server leads elsewhere, and the file was not delivered"},
+      {"302 Elsewhere\r\n\r\nnothing here", 1,
+       ": error: the server answers 302, and the file was not delivered"},
+      {"200 Fine\r\nContent-Length: 99\r\n\r\nnothing", 2,
+       ": error: the file was sent, but the reply was broken off"},
+      {nullptr, 2, ": error: the connection was broken off, and there was no reply"},
+  };
+  for (const auto& c : cases) {
+    LoopbackServer server(
+        {Reply(c.reply ? std::string("HTTP/1.0 ") + c.reply : ""), ReplyOk("nothing here")});
+    const Outcome outcome = Post(server.host());
+    EXPECT_EQ(outcome.exitCode, c.exitCode) << c.error;
+    EXPECT_EQ(outcome.out, c.exitCode == 1 ? "nothing here" : "");
+    EXPECT_THAT(outcome.errors, HasSubstr(c.error));
+  }
+}
+
+TEST(ToolPost, AReplyThatIsTooLongIsCutUnlessItGoesToAFile) {
+  constexpr std::size_t kMost = 50000 * 2048;
+  const TempFolder folder;
+  LoopbackServer server({LongReply(kMost + 1)});
+  const Outcome printed = Post(server.host());
+  EXPECT_EQ(printed.exitCode, 1);
+  EXPECT_EQ(printed.out.size(), kMost);
+  EXPECT_THAT(printed.errors, HasSubstr(": error: the reply is too long and was cut"));
+  const Outcome written = Post(server.host(), "--output " + (folder / "reply").string());
+  EXPECT_EQ(written.exitCode, 0) << written.errors;
+  EXPECT_EQ(std::filesystem::file_size(folder / "reply"), kMost + 1);
+  EXPECT_EQ(written.out, "");
+}
+
+TEST(ToolPost, WritesTheReplyAsItIs) {
+  const TempFolder folder;
+  const std::string bytes("\xFF\0\r\n", 4);
+  const std::filesystem::path file = folder / "reply";
+  LoopbackServer server({ReplyOk(bytes), ReplyOk(bytes), ReplyOk(),
+                         Reply("HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nshort")});
+  EXPECT_EQ(Post(server.host(), "--output -").out, bytes);
+  EXPECT_EQ(Post(server.host(), "--output " + file.string()).exitCode, 0);
+  EXPECT_EQ(ReadBytes(file), bytes);
+  if (std::filesystem::exists("/dev/full")) {
+    EXPECT_THAT(Post(server.host(), "--output /dev/full").errors,
+                HasSubstr("/dev/full: error: cannot be written: No space left"));
+  } else {
+    Post(server.host());
+  }
+  EXPECT_EQ(Post(server.host(), "--output " + file.string()).exitCode, 2);
+  EXPECT_EQ(ReadBytes(file), bytes) << "half a reply takes nothing's place";
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include "vosmere/net/http_session.h"
 
+#include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -21,8 +24,9 @@ constexpr const char* kFormType = "Content-Type: application/x-www-form-urlencod
 constexpr WideLiteral kUserName(u"username");
 constexpr WideLiteral kPswMD5(u"pswmd5");
 
-constexpr int kPiece = 2048;
+constexpr ULONG kPiece = 2048;
 constexpr int kMostPieces = 50000;
+constexpr std::size_t kBlock = std::size_t{512} * 1024;
 
 std::string Utf8(const WChar* text) {
   return BytesOf(kCodePageUtf8, WideView(text));
@@ -67,8 +71,13 @@ void CNetBase::AddParameter(const WChar* name, const WChar* value) {
     if (used > 0) AppendParameterText("&", 1);
     AppendParameterText(pair.data(), pair.size());
   } catch (const std::bad_alloc&) {
-    // dropped, as one that is too long
+    LoseParameter();
   }
+}
+
+void CNetBase::LoseParameter() {
+  detail::CountLostText();
+  parameterLost_ = true;
 }
 
 bool CNetBase::AppendParameterText(const char* text, std::size_t length) {
@@ -95,33 +104,63 @@ void CNetBase::AddResponseUnicodingIt(const char* bytes, int length) {
 
 void CNetBase::AppendResponse(WideView text) {
   try {
-    response_.insert(response_.end(), text.begin(), text.end());
+    while (!text.empty()) {
+      if (response_.empty()) response_.emplace_back();
+      if (response_.back().size() == kBlock) response_.emplace_back().reserve(kBlock);
+      std::vector<WChar>& block = response_.back();
+      const WideView part = text.First(kBlock - block.size());
+      block.insert(block.end(), part.begin(), part.end());
+      text = text.From(part.size);
+    }
   } catch (const std::bad_alloc&) {
     detail::CountLostText();
   }
 }
 
+// Last block first: what is freed last-in-first-out goes back to the system at once, so that the
+// reply is not in memory twice.
 BSTR CNetBase::DetachResponse() {
-  if (response_.empty()) return nullptr;
-  BSTR const text = SysAllocStringLen(response_.data(), response_.size());
-  if (text) std::vector<WChar>().swap(response_);
+  std::size_t size = 0;
+  for (const auto& block : response_) size += block.size();
+  BSTR const text = size ? SysAllocStringLen(nullptr, size) : nullptr;
+  for (; text && !response_.empty(); response_.pop_back()) {
+    const auto& block = response_.back();
+    size -= block.size();
+    std::copy(block.begin(), block.end(), text + size);
+  }
   return text;
 }
 
-int CNetBase::ReadServerResponse(void* request) {
-  if (!request) return -5;
+void CNetBase::SetResponseSink(bool (*take)(void* context, const void* bytes, std::size_t size),
+                               void* context) {
+  sink_ = take;
+  sinkContext_ = context;
+}
+
+bool CNetBase::TakeResponse(const char* bytes, std::size_t size) {
+  if (sink_) return sink_(sinkContext_, bytes, size);
   const unsigned long lostBefore = LostTexts();
-  int total = 0;
-  for (int piece = 0; piece < kMostPieces; ++piece) {
+  AddResponseUnicodingIt(bytes, static_cast<int>(size));
+  return LostTexts() == lostBefore;
+}
+
+int CNetBase::ReadServerResponse(void* handle) {
+  auto* const request = static_cast<http::Request*>(handle);
+  responseCut_ = false;
+  if (!request) return -5;
+  std::uint64_t total = 0;
+  const auto result = [&] { return static_cast<int>(std::min<std::uint64_t>(total, INT_MAX)); };
+  for (std::uint64_t piece = 0; sink_ || piece < kMostPieces; ++piece) {
     char bytes[kPiece];
     ULONG got = 0;
-    if (http::Read(static_cast<http::Request*>(request), bytes, kPiece, &got)) return -7;
-    if (got == 0) break;
-    AddResponseUnicodingIt(bytes, static_cast<int>(got));
-    if (LostTexts() != lostBefore) return -7;
-    total += static_cast<int>(got);
+    if (http::Read(request, bytes, kPiece, &got)) return -7;
+    if (got == 0) return result();
+    if (!TakeResponse(bytes, got)) return -7;
+    total += got;
   }
-  return total;
+  bool ended = false;
+  responseCut_ = http::HasEnded(request, &ended) || !ended;
+  return result();
 }
 
 // The request.
@@ -148,8 +187,9 @@ int CNetBase::OpenSessionConnection() {
 int CNetBase::SendForm() {
   auto* const request = static_cast<http::Request*>(request_);
   if (!request) return -5;
-  const bool sent = http::AddHeader(request, kFormType) == http::kNone &&
+  const bool sent = !parameterLost_ && http::AddHeader(request, kFormType) == http::kNone &&
                     SendWhole(request, parameters_, std::strlen(parameters_)) == http::kNone;
+  redirected_ = sent && http::Redirected(request);
   return sent ? 0 : -6;
 }
 

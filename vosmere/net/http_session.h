@@ -14,6 +14,9 @@ namespace vosmere {
 ///
 /// Calls block until the server answers or a time limit is reached (SetTimeouts). One object serves
 /// one request at a time. Setters copy; null clears.
+///
+/// When memory runs out, a setter keeps the old text (LostTexts tells), and a form that has lost a
+/// parameter is not sent.
 class VOSMERE_API CNetBase {
  public:
   /// Milliseconds.
@@ -64,7 +67,8 @@ class VOSMERE_API CNetBase {
 
   /// How long to wait, in milliseconds, from the next request on: for the connection; and, once it
   /// stands, while no byte of the request moves, for the head of the reply, and for each piece of
-  /// it.
+  /// it. (On Windows the last bytes, which the system still holds when it has taken all, count to
+  /// the head of the reply.)
   void SetTimeouts(LONG connect, LONG transfer);
 
   /// Opens a POST to the server, with the agent "Vosmere Browser"; whatever was open is closed. 0,
@@ -73,8 +77,8 @@ class VOSMERE_API CNetBase {
   int OpenSessionConnection();
   /// The request opened by OpenSessionConnection; null when none is.
   void* GetRequest() const { return request_; }
-  /// Sends the parameters on that request as a URL-encoded form. 0, -5 without a request, -6 when
-  /// that fails.
+  /// Sends the parameters on that request as a URL-encoded form; may be called again. 0, -5 without
+  /// a request, -6 when that fails.
   int SendForm();
   /// Closes what is open.
   void CloseSessionConnection();
@@ -83,6 +87,17 @@ class VOSMERE_API CNetBase {
   /// null request, -7 when reading fails or memory runs out. At most 50,000 pieces of 2048 bytes
   /// are read.
   int ReadServerResponse(void* request);
+  /// Whether the last reply read was longer than that; the next call goes on with its rest.
+  bool IsResponseCut() const { return responseCut_; }
+  /// From now on ReadServerResponse gives a reply, however long, to `take` as its bytes come, and
+  /// adds nothing to the response; false ends the reading (-7). The length that it returns stops at
+  /// 2^31 - 1. Null for keeping replies again.
+  void SetResponseSink(bool (*take)(void* context, const void* bytes, std::size_t size),
+                       void* context);
+
+  /// Whether the server has led the last POST elsewhere by a 301, 302 or 303: that makes it a GET,
+  /// the reply is to that GET, and nobody there got the body.
+  bool WasRedirected() const { return redirected_; }
 
  protected:
   const WChar* host() const { return host_.get(); }
@@ -92,11 +107,16 @@ class VOSMERE_API CNetBase {
   /// Appends bytes to the parameters as they are. False, with nothing appended, when they do not
   /// fit.
   bool AppendParameterText(const char* text, std::size_t length);
+  /// Bars the form from being sent without a parameter that there was no memory for.
+  void LoseParameter();
+  bool hasLostParameter() const { return parameterLost_; }
+  void SetRedirected(bool redirected) { redirected_ = redirected; }
 
  private:
   static constexpr std::size_t kLongName = 81;
 
   void AppendResponse(WideView text);
+  bool TakeResponse(const char* bytes, std::size_t size);
 
   SystemText host_;
   SystemText postAcceptor_;
@@ -104,7 +124,12 @@ class VOSMERE_API CNetBase {
   SystemText pswMD5_;
   char form_[200] = {};
   char parameters_[kMostParameterBytes + 1] = {};
-  std::vector<WChar> response_;
+  bool parameterLost_ = false;
+  std::vector<std::vector<WChar>> response_;  // in blocks: growing never copies more than one
+  bool responseCut_ = false;
+  bool redirected_ = false;
+  bool (*sink_)(void* context, const void* bytes, std::size_t size) = nullptr;
+  void* sinkContext_ = nullptr;
   void* session_ = nullptr;
   void* connection_ = nullptr;
   void* request_ = nullptr;

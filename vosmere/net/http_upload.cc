@@ -92,7 +92,7 @@ void CNetUploadFile::AddParameter(const WChar* name, const WChar* value) {
     const std::string field = Bytes(kCodePageUtf8, JoinedText(FormNameValue(name, value)));
     AppendParameterText(field.data(), field.size());
   } catch (const std::bad_alloc&) {
-    // dropped, as one that is too long
+    LoseParameter();
   }
 }
 
@@ -138,6 +138,7 @@ bool CNetUploadFile::AddContentType(void* request) {
 
 bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
   try {
+    if (hasLostParameter()) throw std::bad_alloc();
     body.head = Bytes(clean_ ? kCodePageUtf8 : kCodePageSystem, JoinedText(get_head()));
     body.fields = GetParaString();
     body.tail = Bytes(kCodePageSystem, JoinedText(get_tail()));
@@ -201,6 +202,7 @@ bool CNetUploadFile::OpenRequest(Handles& handles) {
 LONG CNetUploadFile::Post() {
   errorCode_ = 1;
   status_ = 0;
+  SetRedirected(false);
   Handles handles;
   if (!OpenRequest(handles)) return errorCode_;
   http::Request* const request = handles.request.get();
@@ -235,6 +237,7 @@ bool CNetUploadFile::Upload(void* handle, bool partial) {
   bool started = false;
   const http::Error error = Exchange(request, total, write, &started);
   http::Status(request, &status_);
+  SetRedirected(http::Redirected(request));
   if (!error) return true;
   return Fail(started ? "HttpEndRequest Failed" : "HttpSendRequestEx Failed", error);
 }
@@ -276,7 +279,6 @@ int CNetUploadFile::CheckContentLength(void* request) {
 }
 
 bool CNetUploadFile::Authenticate(void* handle) {
-  constexpr int kUnauthorized = 401, kProxyUnauthorized = 407;
   http::Request* const request = AsRequest(handle);
   int status = 0;
   if (const auto error = request ? SendWhole(request, nullptr, 0) : http::kInvalidHandle)
@@ -291,7 +293,7 @@ bool CNetUploadFile::Authenticate(void* handle) {
     BytesToWide(kCodePageUtf8, data, static_cast<int>(got), text, sizeof data);
     if (got > 0) Trace("Data=%s\n", static_cast<const WChar*>(text));
   }
-  if (status != kUnauthorized && status != kProxyUnauthorized) return true;
+  if (!IsAccessDenied(status)) return true;
   return Fail("Authentication Failed", http::kIncorrectPassword);
 }
 

@@ -19,8 +19,9 @@ struct UploadBody;
 /// less than 4 GiB.
 ///
 /// Errors are those of Windows on every system, as negative numbers: n becomes 0x80070000 |
-/// (n & 0xFFFF). For example 2 no such file, 12002 timed out, 12007 name not resolved, 12029 cannot
-/// connect, 12030 connection aborted, 12045 untrusted certificate, 12152 invalid reply.
+/// (n & 0xFFFF). For example 2 no such file, 12002 timed out, 12007 name not resolved, 12014 a
+/// password asked for again and again, 12029 cannot connect, 12030 connection aborted, 12045
+/// untrusted certificate, 12152 invalid reply, 12156 redirected again and again.
 class VOSMERE_API CNetUploadFile : public CNetBase {
  public:
   /// Makes the boundary, a new UUID.

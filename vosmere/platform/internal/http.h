@@ -5,9 +5,12 @@
 // every system. None waits for ever: Timeouts says how long. Handles may be closed in any order.
 //
 // HTTPS checks the server's certificate against the system's trusted ones; on Linux the variables
-// SSL_CERT_FILE and SSL_CERT_DIR name others. A redirect is followed as the Windows client follows
-// it: 301, 302 and 303 by a GET without the body, 307 (and 308, on Linux) by the same request
-// again, body included; never from HTTPS to HTTP.
+// SSL_CERT_FILE and SSL_CERT_DIR name others. Ten redirects in turn are followed: 301, 302 and 303
+// by a GET without the body, 307 and 308 by the same request again, body included; none from HTTPS
+// to HTTP.
+//
+// What differs: a head of more than 256 KiB, or a line of more than 100, is refused on Linux alone;
+// elsewhere the system's client draws the line.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +52,8 @@ struct Timeouts {
   /// For finding the host, connecting to it and agreeing on a key.
   LONG connect;
   /// Without a byte moving while the body goes out; for the whole head of the reply; and for each
-  /// Read.
+  /// Read. On Windows a byte has moved when the system has taken it: a link so slow that what the
+  /// system still holds at the end takes longer ends in kTimedOut.
   LONG transfer;
 };
 
@@ -79,15 +83,17 @@ Error Open(const char* agent, const WChar* proxy, const Timeouts& timeouts,
 /// first request.
 Error Connect(Session* session, const WChar* host, bool secure, Owned<Connection>* connection);
 
-/// For a server that asks who is there. The request then ends in kForceRetry once. A name with a
-/// line end is kInvalidParameter: it would stand in a header.
+/// For a server that asks who is there. The request then ends in kForceRetry once; on Linux once
+/// more where the server ends the connection that it asked on. A name with a line end is
+/// kInvalidParameter: it would stand in a header.
 Error SetCredentials(Connection* connection, const WChar* user, const WChar* password);
 
 /// A POST of `path` that passes by all caches. Every request has a connection of its own.
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
                Owned<Request>* request);
 
-/// A header line, without its end. kInvalidParameter for more than one.
+/// A header line, without its end; it takes the place of an added one with the same name.
+/// kInvalidParameter for more than one line.
 Error AddHeader(Request* request, const char* line);
 
 /// What Send will send for a body of `total` bytes: everything up to the body.
@@ -104,12 +110,18 @@ Error Write(Request* request, const void* bytes, std::size_t size);
 /// Waits for the head of the reply. kForceRetry: send and write all again.
 Error End(Request* request);
 
-/// Of the reply; kHeaderNotFound where there is none.
+/// Of the last reply; kHeaderNotFound where there is none. A length that is no number of 63 bits,
+/// and two that differ, are kInvalidReply to End.
 Error Status(Request* request, int* status);
 Error ContentLength(Request* request, std::uint64_t* length);
+/// Whether a redirect has made a GET of the request, and the reply is to that.
+bool Redirected(Request* request);
 
 /// Fills `bytes` unless the reply ends within; `*got` is 0 at its end. A reply shorter than its
 /// announced length ends in kConnectionAborted, of a longer one the rest is not read.
 Error Read(Request* request, void* bytes, ULONG capacity, ULONG* got);
+
+/// Whether nothing of the reply is left to be read. Waits for the next byte, or the end.
+Error HasEnded(Request* request, bool* ended);
 
 }  // namespace vosmere::http

@@ -1,6 +1,8 @@
 #include "vosmere/platform/internal/http_message.h"
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
@@ -63,6 +65,22 @@ std::string RequestTarget(const WChar* path) {
 
 bool IsHeaderLine(std::string_view line) {
   return line.find_first_of("\r\n") == line.npos;
+}
+
+bool ParseLength(std::string_view text, std::uint64_t* length) {
+  constexpr std::string_view kBlank = " \t\r\n";
+  text.remove_prefix(std::min(text.find_first_not_of(kBlank), text.size()));
+  text.remove_suffix(text.size() - (text.find_last_not_of(kBlank) + 1));
+  const char* const end = text.data() + text.size();
+  const auto parsed = std::from_chars(text.data(), end, *length);
+  return parsed.ec == std::errc() && parsed.ptr == end &&
+         *length <= std::numeric_limits<std::int64_t>::max();
+}
+
+void RequestHead::Set(std::string_view line) {
+  const auto nameOf = [](std::string_view header) { return header.substr(0, header.find(':')); };
+  std::erase_if(added, [&](const std::string& known) { return nameOf(known) == nameOf(line); });
+  added.emplace_back(line);
 }
 
 std::vector<std::string> RequestHead::Lines(ULONG bodyLength) const {

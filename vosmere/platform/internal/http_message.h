@@ -1,6 +1,7 @@
 // What a request says before its body: the same bytes from every system's client.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,7 +31,13 @@ std::string RequestTarget(const WChar* path);
 /// Whether it can stand in a head: nothing within ends the line.
 bool IsHeaderLine(std::string_view line);
 
+/// The length that a reply names, maybe with blanks and a line end around it. False for anything
+/// but a number, and for one that a signed 64-bit number cannot hold.
+bool ParseLength(std::string_view text, std::uint64_t* length);
+
 struct RequestHead {
+  /// Adds a header line, in the place of one with the same name.
+  void Set(std::string_view line);
   std::string target;
   std::string host;
   std::string agent;

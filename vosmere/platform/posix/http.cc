@@ -172,7 +172,7 @@ Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
 Error AddHeader(Request* request, const char* line) {
   if (!IsHeaderLine(line)) return kInvalidParameter;
   return UnlessNoMemory(kNotEnoughMemory, [&] {
-    request->head.added.push_back(line);
+    request->head.Set(line);
     return kNone;
   });
 }
@@ -200,10 +200,12 @@ Error End(Request* request) {
 }
 
 Error Status(Request* request, int* status) {
-  long code = 0;
-  curl_easy_getinfo(request->transfer.easy(), CURLINFO_RESPONSE_CODE, &code);
-  *status = static_cast<int>(code);
-  return code ? kNone : kHeaderNotFound;
+  *status = request->transfer.Status();
+  return *status ? kNone : kHeaderNotFound;
+}
+
+bool Redirected(Request* request) {
+  return request->transfer.Redirected();
 }
 
 Error ContentLength(Request* request, std::uint64_t* length) {
@@ -219,6 +221,10 @@ Error Read(Request* request, void* bytes, ULONG capacity, ULONG* got) {
   const Error error = request->transfer.Read(static_cast<char*>(bytes), capacity, &size);
   *got = static_cast<ULONG>(size);
   return error;
+}
+
+Error HasEnded(Request* request, bool* ended) {
+  return request->transfer.HasEnded(ended);
 }
 
 }  // namespace vosmere::http

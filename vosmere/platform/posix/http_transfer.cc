@@ -2,6 +2,8 @@
 
 #include <linux/sockios.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
@@ -11,6 +13,7 @@
 #include <utility>
 
 #include "vosmere/platform/internal/file.h"
+#include "vosmere/platform/internal/http_message.h"
 
 namespace vosmere::posix {
 namespace {
@@ -24,6 +27,9 @@ constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;
 /// The socket tells nobody that its own buffer drains, so it is asked that often.
 constexpr milliseconds kLookAgain{500};
 
+/// What libcurl 8.6 and later say of a line without end.
+constexpr auto kTooLarge = static_cast<CURLcode>(100);
+
 /// The status code of a reply's first line; 0 for any other line.
 int StatusOf(std::string_view line) {
   int status = 0;
@@ -31,6 +37,13 @@ int StatusOf(std::string_view line) {
   if (line.substr(0, 5) == "HTTP/" && blank != line.npos)
     std::from_chars(line.data() + blank + 1, line.data() + line.size(), status);
   return status;
+}
+
+/// What a line says about the length of the reply, if it is that line.
+std::optional<std::string_view> LengthText(std::string_view line) {
+  constexpr std::string_view kName = "Content-Length:";
+  if (!curl_strnequal(line.data(), kName.data(), kName.size())) return std::nullopt;
+  return line.substr(kName.size());
 }
 
 http::Error CertificateFault(CURL* easy) {
@@ -41,6 +54,13 @@ http::Error CertificateFault(CURL* easy) {
   if (fault <= kNotChecked) return http::kCertificateNameInvalid;
   return fault == kNotYetValid || fault == kExpired ? http::kCertificateDateInvalid
                                                     : http::kCertificateUntrusted;
+}
+
+/// Whether the head of a request went out.
+bool HasAsked(CURL* easy) {
+  long bytes = 0;
+  curl_easy_getinfo(easy, CURLINFO_REQUEST_SIZE, &bytes);
+  return bytes > 0;
 }
 
 bool IsSecure(CURL* easy) {
@@ -59,11 +79,19 @@ HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
     easy_.reset(curl_easy_init());
   }
   if (!multi_ || !easy_) throw std::bad_alloc();
+  sockets_.fill(CURL_SOCKET_BAD);
   Set(easy(), CURLOPT_NOSIGNAL, 1L);
   Set(easy(), CURLOPT_QUICK_EXIT, 1L);  // leaves a resolver behind that does not return
   Set(easy(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeouts.connect));
   Set(easy(), CURLOPT_UPLOAD_BUFFERSIZE, kUploadBuffer);
   Set(easy(), CURLOPT_POST, 1L);
+  Set(easy(), CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  Set(easy(), CURLOPT_SOCKOPTFUNCTION, &OnOpen);
+  Set(easy(), CURLOPT_SOCKOPTDATA, this);
+  Set(easy(), CURLOPT_CLOSESOCKETFUNCTION, &OnClose);
+  Set(easy(), CURLOPT_CLOSESOCKETDATA, this);
+  Set(easy(), CURLOPT_PREREQFUNCTION, &OnRequest);
+  Set(easy(), CURLOPT_PREREQDATA, this);
   Set(easy(), CURLOPT_READFUNCTION, &OnBodyWanted);
   Set(easy(), CURLOPT_READDATA, this);
   Set(easy(), CURLOPT_SEEKFUNCTION, &OnRewind);
@@ -84,6 +112,31 @@ void HttpTransfer::SetRedirectHeaders(curl_slist* forGet, curl_slist* forPost) {
 }
 
 // What libcurl asks for and hands out.
+
+int HttpTransfer::OnOpen(void* self, curl_socket_t socket, curlsocktype) {
+  auto& t = *static_cast<HttpTransfer*>(self);
+  const auto free = std::find(t.sockets_.begin(), t.sockets_.end(), CURL_SOCKET_BAD);
+  if (free != t.sockets_.end()) *free = socket;
+  t.opened_ = true;
+  return CURL_SOCKOPT_OK;
+}
+
+int HttpTransfer::OnClose(void* self, curl_socket_t socket) {
+  auto& t = *static_cast<HttpTransfer*>(self);
+  if (!t.finished_ && !t.replyBegun_) {
+    const ssize_t got = recv(socket, t.stash_, sizeof t.stash_, MSG_DONTWAIT);
+    t.late_ = got > 0 ? static_cast<std::size_t>(got) : 0;
+  }
+  std::replace(t.sockets_.begin(), t.sockets_.end(), socket, CURL_SOCKET_BAD);
+  return close(socket);
+}
+
+int HttpTransfer::OnRequest(void* self, char*, char*, int, int) {
+  auto& t = *static_cast<HttpTransfer*>(self);
+  t.reused_ = !std::exchange(t.opened_, false);
+  t.replyBegun_ = t.inHead_ = false;
+  return CURL_PREREQFUNC_OK;
+}
 
 std::size_t HttpTransfer::OnBodyWanted(char* buffer, std::size_t, std::size_t room, void* self) {
   auto& t = *static_cast<HttpTransfer*>(self);
@@ -110,19 +163,36 @@ int HttpTransfer::OnRewind(void* self, curl_off_t, int) {
 }
 
 std::size_t HttpTransfer::OnHeader(char* line, std::size_t, std::size_t size, void* self) {
-  auto& t = *static_cast<HttpTransfer*>(self);
-  if (const int status = StatusOf({line, size})) {
-    const bool toGet = status >= 301 && status <= 303, toPost = status == 307 || status == 308;
-    // libcurl would follow all others of this class, too.
-    curl_easy_setopt(t.easy(), CURLOPT_FOLLOWLOCATION, long{toGet || toPost});
-    if (toGet || toPost) {
-      t.redirected_ = true;
-      curl_easy_setopt(t.easy(), CURLOPT_HTTPHEADER, toGet ? t.forGet_ : t.forPost_);
-    }
+  return static_cast<HttpTransfer*>(self)->TakeHeader({line, size}) ? size : 0;
+}
+
+bool HttpTransfer::TakeHeader(std::string_view line) {
+  replyBegun_ = true;
+  headerBytes_ += line.size();
+  if (headerBytes_ > kMostHeaderBytes) return false;
+  if (!inHead_) {
+    if (const int status = StatusOf(line)) TakeStatus(status);
+    return true;
   }
-  t.headEnded_ = size <= 2;
-  t.headerBytes_ += size;
-  return t.headerBytes_ <= kMostHeaderBytes ? size : 0;
+  inHead_ = line.size() > 2;
+  const auto text = LengthText(line);
+  if (!text) return true;
+  std::uint64_t length;
+  if (!http::ParseLength(*text, &length) || length_.value_or(length) != length) return false;
+  length_ = length;
+  return true;
+}
+
+void HttpTransfer::TakeStatus(int status) {
+  status_ = status;
+  inHead_ = true;
+  length_.reset();
+  const bool toGet = status >= 301 && status <= 303, toPost = status == 307 || status == 308;
+  // libcurl would follow all others of this class, too.
+  curl_easy_setopt(easy(), CURLOPT_FOLLOWLOCATION, long{toGet || toPost});
+  if (!toGet && !toPost) return;
+  redirected_ = true;
+  curl_easy_setopt(easy(), CURLOPT_HTTPHEADER, toGet || Redirected() ? forGet_ : forPost_);
 }
 
 std::size_t HttpTransfer::OnReply(char* bytes, std::size_t, std::size_t size, void* self) {
@@ -146,40 +216,48 @@ http::Error HttpTransfer::Send(ULONG total) {
 
 http::Error HttpTransfer::Start(ULONG total) {
   if (std::exchange(added_, false)) curl_multi_remove_handle(multi_.get(), easy());
+  renewed_ = BrokeOnReuse();
   total_ = toWrite_ = total;
-  wanted_ = rewound_ = unreadable_ = redirected_ = headEnded_ = finished_ = false;
-  bodyLeft_ = headerBytes_ = stashAt_ = stashed_ = 0;
+  wanted_ = rewound_ = unreadable_ = redirected_ = replyBegun_ = inHead_ = finished_ = false;
+  bodyLeft_ = headerBytes_ = stashAt_ = stashed_ = late_ = 0;
+  status_ = 0;
   curl_easy_setopt(easy(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(total));
+  curl_easy_setopt(easy(), CURLOPT_FRESH_CONNECT, long{renewed_});
+  curl_easy_setopt(easy(), CURLOPT_FORBID_REUSE, long{renewed_});
   if (curl_multi_add_handle(multi_.get(), easy()) != CURLM_OK) return http::kNotEnoughMemory;
   added_ = true;
 
   const auto enough = [&] { return wanted_ || Answered() || total == 0; };
   if (const http::Error error = Drive(Deadline() + connectTimeout_, false, enough)) return error;
-  return finished_ && !Answered() ? Failure() : http::kNone;
+  return Hope();
 }
 
 http::Error HttpTransfer::Write(const char* bytes, std::size_t size) {
   if (size > toWrite_) return http::kInvalidParameter;
   toWrite_ -= size;
-  if (finished_) return Answered() ? http::kNone : Failure();
-  if (rewound_ || size == 0) return http::kNone;
+  if (finished_ || rewound_ || size == 0) return Hope();
 
   body_ = bytes;
   bodyLeft_ = size;
   if (std::exchange(wanted_, false)) curl_easy_pause(easy(), CURLPAUSE_CONT);
   const http::Error error = Drive(Deadline(), true, [&] { return bodyLeft_ == 0 || rewound_; });
   bodyLeft_ = 0;
-  if (error) return error;
-  return finished_ && !Answered() ? Failure() : http::kNone;
+  return error ? error : Hope();
 }
 
 http::Error HttpTransfer::End() {
   const auto enough = [&] { return stashed_ > 0 || MustResend(); };
   if (toWrite_ > 0 && !rewound_ && !finished_) return http::kInvalidParameter;
   if (const http::Error error = Drive(Deadline(), true, enough)) return error;
-  if (MustResend()) return http::kForceRetry;
+  if (MustResend() || BrokeOnReuse()) return http::kForceRetry;
   if (!Answered()) return Failure();
-  return headEnded_ ? http::kNone : http::kInvalidReply;
+  return replyBegun_ && !inHead_ ? http::kNone : http::kInvalidReply;
+}
+
+bool HttpTransfer::Redirected() const {
+  const char* method = nullptr;
+  curl_easy_getinfo(easy(), CURLINFO_EFFECTIVE_METHOD, &method);
+  return method && std::string_view(method) != "POST";
 }
 
 http::Error HttpTransfer::Read(char* bytes, std::size_t capacity, std::size_t* got) {
@@ -191,11 +269,23 @@ http::Error HttpTransfer::Read(char* bytes, std::size_t capacity, std::size_t* g
     *got += size;
     stashAt_ += size;
     if (stashAt_ == stashed_) stashAt_ = stashed_ = 0;
-    if (*got == capacity) return http::kNone;
-    if (finished_) return *got || result_ == CURLE_OK ? http::kNone : Failure();
+    if (*got == capacity || (finished_ && (*got > 0 || result_ == CURLE_OK))) return http::kNone;
+    if (const http::Error error = Refill(deadline)) return error;
+  }
+}
+
+http::Error HttpTransfer::HasEnded(bool* ended) {
+  const http::Error error = Refill(Deadline());
+  *ended = stashed_ == 0;
+  return error;
+}
+
+http::Error HttpTransfer::Refill(Clock::time_point deadline) {
+  if (stashed_ == 0 && !finished_) {
     curl_easy_pause(easy(), CURLPAUSE_CONT);
     if (const auto error = Drive(deadline, false, [&] { return stashed_ > 0; })) return error;
   }
+  return Answered() ? http::kNone : Failure();
 }
 
 template <class Enough>
@@ -223,23 +313,54 @@ void HttpTransfer::NoteResult() {
   while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
     finished_ = true;
     result_ = message->data.result;
+    if (result_ == CURLE_SEND_ERROR && !replyBegun_) TakeLateReply();
   }
+}
+
+/// A server that answers before it has read all and goes makes sending fail, at once where libcurl
+/// has not looked at the reply yet.
+void HttpTransfer::TakeLateReply() {
+  const std::string_view bytes(stash_, late_);
+  if (StatusOf(bytes) == 0) return;
+  std::size_t at = 0;
+  do {
+    const std::size_t end = bytes.find('\n', at);
+    if (end == bytes.npos || !TakeHeader(bytes.substr(at, end + 1 - at))) return;
+    at = end + 1;
+  } while (inHead_);
+  const std::size_t length = std::min<std::uint64_t>(length_.value_or(late_), late_ - at);
+  result_ = length < length_.value_or(length) ? CURLE_PARTIAL_FILE : CURLE_OK;
+  stashAt_ = at;
+  stashed_ = at + length;
 }
 
 /// Bytes of the body that have left this machine.
 curl_off_t HttpTransfer::Moved() const {
-  curl_off_t uploaded = 0;
-  curl_socket_t socket = CURL_SOCKET_BAD;
-  int queued = 0;
-  curl_easy_getinfo(easy(), CURLINFO_SIZE_UPLOAD_T, &uploaded);
-  curl_easy_getinfo(easy(), CURLINFO_ACTIVESOCKET, &socket);
-  if (socket != CURL_SOCKET_BAD) ioctl(socket, SIOCOUTQ, &queued);
-  return uploaded - queued;
+  curl_off_t moved = 0;
+  curl_easy_getinfo(easy(), CURLINFO_SIZE_UPLOAD_T, &moved);
+  for (const curl_socket_t socket : sockets_) {
+    int queued = 0;
+    if (ioctl(socket, SIOCOUTQ, &queued) == 0) moved -= queued;
+  }
+  return moved;
+}
+
+bool HttpTransfer::BrokeOnReuse() const {
+  const bool broke =
+      result_ == CURLE_SEND_ERROR || result_ == CURLE_RECV_ERROR || result_ == CURLE_GOT_NOTHING;
+  return finished_ && broke && reused_ && !replyBegun_ && !renewed_ && !Redirected();
+}
+
+http::Error HttpTransfer::Hope() const {
+  return finished_ && !Answered() && !BrokeOnReuse() ? Failure() : http::kNone;
 }
 
 http::Error HttpTransfer::Failure() const {
+  if (result_ == kTooLarge) return http::kInvalidReply;
   switch (result_) {
-    case CURLE_OUT_OF_MEMORY: return http::kNotEnoughMemory;
+    // Before 8.6 libcurl says so of a line without end, too.
+    case CURLE_OUT_OF_MEMORY:
+      return HasAsked(easy()) ? http::kInvalidReply : http::kNotEnoughMemory;
     case CURLE_URL_MALFORMAT: return http::kInvalidUrl;
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_RESOLVE_PROXY: return http::kNameNotResolved;
@@ -248,8 +369,8 @@ http::Error HttpTransfer::Failure() const {
     case CURLE_OPERATION_TIMEDOUT: return http::kTimedOut;
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
-    case CURLE_PARTIAL_FILE: return http::kConnectionAborted;
     case CURLE_GOT_NOTHING:
+    case CURLE_PARTIAL_FILE: return http::kConnectionAborted;
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_WRITE_ERROR: return http::kInvalidReply;  // a head without end
     case CURLE_TOO_MANY_REDIRECTS: return http::kRedirectFailed;

@@ -14,18 +14,22 @@ namespace vosmere::win32 {
 /// Closed once, by its owner or by a watch.
 class Handle {
  public:
-  explicit Handle(HINTERNET handle) : handle_(handle) {}
+  Handle() = default;
   Handle(const Handle&) = delete;
   Handle& operator=(const Handle&) = delete;
   ~Handle() { Close(); }
 
   HINTERNET get() const { return handle_; }
+  void Reset(HINTERNET handle) {
+    Close();
+    handle_ = handle;
+  }
   void Close() {
     if (HINTERNET const handle = handle_.exchange(nullptr)) ::InternetCloseHandle(handle);
   }
 
  private:
-  std::atomic<HINTERNET> handle_;
+  std::atomic<HINTERNET> handle_ = nullptr;
 };
 
 /// Closes a handle after a while, which ends the call that another thread waits in. The client's
