@@ -5,7 +5,6 @@
 #include "vosmere/base/chain.h"
 #include "vosmere/base/chain_sort.h"
 #include "vosmere/base/export.h"
-#include "vosmere/base/no_memory.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/trace.h"
 #include "vosmere/base/types.h"
