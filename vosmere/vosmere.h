@@ -69,6 +69,7 @@
 #include "vosmere/platform/xml_node.h"
 #include "vosmere/platform/zone.h"
 #include "vosmere/sched/base_thread.h"
+#include "vosmere/sched/event_item.h"
 #include "vosmere/sched/event_queue.h"
 #include "vosmere/sched/schedule_thread.h"
 #include "vosmere/sched/synch.h"
