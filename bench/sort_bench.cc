@@ -1,4 +1,5 @@
-// The described order of 10,000 names, beside a sort that may compare as it likes.
+// The library's sort of 10,000 names, which is a bubble sort, beside a sort that may compare as it
+// likes.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

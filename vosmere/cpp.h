@@ -80,10 +80,10 @@ template <class Node>
 Tree NewTree(const Wide& name) {
   Item<Node> item(Node::New());
   Tree tree(item ? RNode::New2(item.get(), NodeTypeOf<Node>()) : nullptr);
-  if (!tree) throw std::bad_alloc();
+  if (!tree) detail::ThrowNoMemory();
   const unsigned long lostBefore = LostTexts();
   item.release()->SetName(name);
-  if (LostTexts() != lostBefore) throw std::bad_alloc();
+  if (LostTexts() != lostBefore) detail::ThrowNoMemory();
   return tree;
 }
 

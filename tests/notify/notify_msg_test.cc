@@ -26,9 +26,10 @@ TEST(NotifyMsg, ATextIsNullUntilItIsSetAndTheLastOneCounts) {
 }
 
 TEST(VsmGlobal, HandsOutItsTexts) {
-  EXPECT_EQ(Utf8(CVSMGlobal::PrefixZ()), "z--");
-  EXPECT_EQ(Utf8(CVSMGlobal::Untitled()), "Untitled-");
-  EXPECT_EQ(Utf8(CVSMGlobal::AssetsPostfix()), "-vsmassets");
+  WChar* const texts[] = {CVSMGlobal::PrefixZ(), CVSMGlobal::Untitled(),
+                          CVSMGlobal::AssetsPostfix()};
+  EXPECT_EQ(Utf8(texts[0]) + Utf8(texts[1]) + Utf8(texts[2]), "z--Untitled--vsmassets");
+  EXPECT_EQ(texts[2], CVSMGlobal::s_szAssPostFix);
 }
 
 }  // namespace

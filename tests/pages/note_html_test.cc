@@ -6,7 +6,7 @@
 #include "tests/support/files.h"
 #include "tests/support/platform.h"
 #include "tests/support/tree.h"
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/tree/url_node.h"
 
 namespace vosmere::test {

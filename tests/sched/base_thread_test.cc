@@ -55,6 +55,18 @@ TEST(BaseThread, RunsItsHooksOnceOnItsOwnStackAndIsInactiveAfterwards) {
   EXPECT_EQ(id, worker.GetThreadID());
 }
 
+TEST(BaseThread, RunsItsHooksOnAThreadFromElsewhereAlsoWithinAnothersHook) {
+  Worker inner, outer([&](Worker&) { CBaseThread::Start(&inner); });
+  CBaseThread::Start(&outer);
+  EXPECT_EQ(inner.hooks, "prev do post");
+  EXPECT_EQ(outer.hooks, "prev do post");
+  CBaseThread::Start(new Worker([](Worker& self) {
+    Worker destroyer([&](Worker&) { delete &self; });
+    CBaseThread::Start(&destroyer);
+    EXPECT_EQ(destroyer.hooks, "prev do post");
+  }));
+}
+
 TEST(BaseThread, MayBeDestroyedOnceItIsInactiveAndByItsOwnHook) {
   for (int i = 0; i < 100; ++i) {
     Worker worker;

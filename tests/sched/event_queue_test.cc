@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "tests/support/failing_memory.h"
 #include "tests/support/jobs.h"
 #include "tests/support/row.h"
+#include "vosmere/base/owned_text.h"
 
 namespace vosmere::test {
 namespace {
@@ -21,29 +23,46 @@ std::string List(CTimeEventQueue& queue) {
              [](const CEventItem* item) { return std::to_string(item->event->GetTimeGap(0)); });
 }
 
-// Everything against plain walks from the tail.
+// Everything against plain walks from the tail, at the edge of what a time can be: some rounds with
+// times that change, some with events that are in a queue already, some with little memory.
 TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
-  enum { kRemove, kOrReplace, kAndReplace, kInsert, kChoices = 8 };
+  constexpr LONG kEarliest = std::numeric_limits<LONG>::min();
+  constexpr long kPlenty = std::numeric_limits<long>::max();
+  enum { kRemove, kOrReplace, kAndReplace, kInsert, kChoices = 5 };
   std::minstd_rand random(1);
   std::deque<Job> jobs;
-  for (int round = 0; round < 100; ++round) {
+  for (int round = 0; round < 600; ++round) {
     std::vector<CTimeEvent*> model;
     CTimeEventQueue queue;
     for (int i = 0; i < 150; ++i) {
+      const LONG time = kEarliest + static_cast<LONG>(random() % 4);
+      const int milliseconds = static_cast<int>(random() % 3) - 1;
+      if (round % 2 && !model.empty() && random() % 8 == 0) {
+        CTimeEvent& queued = *model[random() % model.size()];
+        if (random() % 2)
+          queued.SetTime(time, -milliseconds);
+        else
+          queued = Job(time, -milliseconds);
+      }
       const unsigned choice = random() % kChoices;
-      Job& job = jobs.emplace_back(static_cast<LONG>(random() % 4) - 2, random() % 3);
+      Job& job = jobs.size() < 8 || round % 3 || random() % 4
+                     ? jobs.emplace_back(time, milliseconds)
+                     : jobs.rbegin()[random() % 8];
       job.SetID(choice < kInsert ? 1 + random() % 2 : 0);
       const bool onlyIfEarlier = random() % 2;
       CTimeEvent *replaced = nullptr, *expected = nullptr;
       bool done = true, isHead = false;
-      if (choice == kRemove)
-        queue.RemoveHead();
-      else if (choice == kOrReplace)
-        done = queue.InsertOrReplaceEvent(&job, onlyIfEarlier, &replaced, &isHead);
-      else if (choice == kAndReplace)
-        done = queue.InsertAndReplaceEvent(&job, &replaced, &isHead);
-      else
-        isHead = queue.InsertEvent(&job);
+      {
+        const FailingMemory memory(round % 3 == 1 ? random() % 2 : kPlenty);
+        if (choice == kRemove)
+          queue.RemoveHead();
+        else if (choice == kOrReplace)
+          done = queue.InsertOrReplaceEvent(&job, onlyIfEarlier, &replaced, &isHead);
+        else if (choice == kAndReplace)
+          done = queue.InsertAndReplaceEvent(&job, &replaced, &isHead);
+        else
+          isHead = queue.InsertEvent(&job);
+      }
 
       const auto same = std::find_if(model.rbegin(), model.rend(), [&](CTimeEvent* queued) {
         return choice != kRemove && queued->IsTheSameEvent(&job);
@@ -73,34 +92,30 @@ TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
   }
 }
 
-TEST(TimeEventQueue, AnEventWhoseTimeIsChangedKeepsItsPlace) {
-  Job a(1, 0), b(3, 0), c(5, 0), d(4, 0);
-  CTimeEventQueue queue;
-  for (Job* const job : {&c, &a, &b}) queue.InsertEvent(job);
-  a.SetTime(9, 0);
-  c.SetTime(0, 0);
-  EXPECT_FALSE(queue.InsertEvent(&d));
-  EXPECT_EQ(List(queue), "9 3 4 0");
-}
-
-TEST(TimeEventQueue, WithoutMemoryStaysAsItIsAndReportsTheFirstEventAsTheHead) {
-  std::deque<Job> jobs;
-  CTimeEventQueue queue;
-  for (int i = 0; i < 40; ++i) {
-    Job& job = jobs.emplace_back(40 - i % 20, 0);
-    const std::string before = List(queue);
-    {
-      const FailingMemory memory(0);
-      CTimeEvent* replaced = &job;
-      bool headChanged = true;
-      EXPECT_EQ(queue.InsertEvent(&job), i == 0);
-      EXPECT_EQ(queue.InsertAndReplaceEvent(&job, &replaced, &headChanged), i == 0);
-      EXPECT_EQ(headChanged, i == 0);
-      EXPECT_EQ(replaced, nullptr);
-    }
-    EXPECT_EQ(List(queue), before);
-    queue.InsertEvent(&job);
+TEST(TimeEventQueue, WithoutMemoryAnEventIsQueuedOnlyOnceAndThatIsCounted) {
+  CTimeEventQueue queue, other;
+  Job job(1, 0);  // and is gone when they end
+  job.SetID(1);
+  CTimeEvent* replaced = &job;
+  bool isHead = true;
+  {
+    const FailingMemory memory(0);
+    const unsigned long lostBefore = LostTexts();
+    EXPECT_TRUE(queue.InsertEvent(&job));
+    EXPECT_TRUE(queue.InsertAndReplaceEvent(&job, &replaced, &isHead));
+    queue.RemoveHead();
+    EXPECT_TRUE(queue.InsertEvent(&job));
+    EXPECT_EQ(LostTexts(), lostBefore);
+    job.SetID(0);
+    EXPECT_FALSE(queue.InsertEvent(&job));
+    EXPECT_FALSE(queue.InsertAndReplaceEvent(&job, &replaced, &isHead));
+    EXPECT_FALSE(isHead);
+    EXPECT_TRUE(other.InsertEvent(&job));
+    EXPECT_EQ(LostTexts() - lostBefore, 3u);
   }
+  EXPECT_EQ(replaced, nullptr);
+  EXPECT_EQ(List(queue), "1");
+  EXPECT_EQ(other.GetHead(), nullptr);
 }
 
 }  // namespace

@@ -170,6 +170,28 @@ TEST(ScheduleThread, WakesUpForAnEarlierEventAndForTheFirstOne) {
   }
 }
 
+TEST(ScheduleThread, ASubclassMayStepAsItLikes) {
+  struct Ticker : Scheduler {
+    Ticker() { SetWaitTimeout(10); }
+    ~Ticker() override { StopAndWait(); }
+    void CheckEvent() override {
+      ResetQueueChanged();
+      if (++ticks == 3) SetWaitTimeout(-1);
+    }
+    std::atomic<int> ticks = 0;
+  };
+  const auto start = std::chrono::steady_clock::now();
+  Ticker ticker;
+  ticker.CreateThread(0, 0, nullptr);
+  EXPECT_TRUE(Eventually([&] { return ticker.ticks == 3; }));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
+  Job job;
+  ticker.InsertTimeEvent(&job);
+  EXPECT_TRUE(Eventually([&] { return ticker.ticks == 4; }));
+  EXPECT_FALSE(ticker.WaitForEnd(20));
+  EXPECT_EQ(ticker.ticks, 4);
+}
+
 // Eight threads insert, replace and take jobs that re-arm and free themselves.
 class Storm {
  public:

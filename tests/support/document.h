@@ -9,7 +9,7 @@
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
 #include "tests/support/tree.h"
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/collections/opml_reader.h"
 #include "vosmere/collections/opml_writer.h"
 #include "vosmere/collections/rss_reader.h"

@@ -109,20 +109,29 @@ TEST(HashTable, HoldsWhatAMapHolds) {
 TEST(HashTable, WithoutMemoryNothingChangesAndNothingIsLost) {
   const Wide key = W("key"), value = W("value");
   Table table;
-  const auto put = [&] { return table.Put(key, value, false) ? &table : nullptr; };
+  unsigned long lost = 0;
+  const auto put = [&] {
+    lost = LostTexts();
+    const bool added = table.Put(key, value, false);
+    lost = LostTexts() - lost;
+    return added ? &table : nullptr;
+  };
   AtEachFailure(put, [&](Table* added, bool failed) {
     EXPECT_EQ(added == nullptr, failed);
+    EXPECT_EQ(lost, failed ? 1u : 0u);
     EXPECT_EQ(table.Remove(key), !failed);
   });
   if (!kSystemStringsFail) return;
   table.Put(key, value, false);
   table.ResetPosition();
+  lost = LostTexts();
   WChar *keyOut = nullptr, *valueOut = nullptr;
   {
     const FailingMemory memory(1);
     EXPECT_FALSE(table.GetNextKeyValue(&keyOut, &valueOut));
     EXPECT_FALSE(table.Get(key, &valueOut));
     table.Put(key, key, true);
+    EXPECT_EQ(LostTexts() - lost, 3u);
   }
   EXPECT_EQ(keyOut, nullptr);
   EXPECT_EQ(table.Walk(), "key=value ");

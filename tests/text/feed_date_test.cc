@@ -49,7 +49,7 @@ struct Steps : CKQTime {
   }
   std::string Field(const std::string& text, char separator, int maxDigits) const {
     int value = -7;
-    const char* rest = "unchanged";
+    char unchanged[] = "unchanged", *rest = unchanged;
     GetStringValue(text.c_str(), static_cast<int>(text.size()), separator, &value, 1, maxDigits,
                    &rest);
     return std::to_string(value) + " " + (rest ? rest : "null");

@@ -1,5 +1,7 @@
 #include "vosmere/base/owned_text.h"
 
+#include <new>
+
 namespace vosmere {
 namespace {
 
@@ -15,6 +17,10 @@ unsigned long LostTexts() {
 
 void detail::CountLostText() {
   ++lostTexts;
+}
+
+void detail::ThrowNoMemory() {
+  throw std::bad_alloc();
 }
 
 WChar* HeapTextStorage::Copy(WideView text) {

@@ -37,7 +37,9 @@ VOSMERE_API unsigned long LostTexts();
 
 namespace detail {
 VOSMERE_API void CountLostText();
-}
+/// Throws std::bad_alloc, also for a program that is built without exceptions.
+[[noreturn]] VOSMERE_API void ThrowNoMemory();
+}  // namespace detail
 
 /// One owned text, or null. When memory runs out in an assignment the old text stays.
 template <class Storage>
@@ -46,7 +48,7 @@ class OwnedText {
   OwnedText() = default;
   /// A copy; null stays null. Throws std::bad_alloc.
   explicit OwnedText(const WChar* text) {
-    if (text && !(text_ = Storage::Copy(WideView(text)))) throw std::bad_alloc();
+    if (text && !(text_ = Storage::Copy(WideView(text)))) detail::ThrowNoMemory();
   }
   OwnedText(OwnedText&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
   OwnedText& operator=(OwnedText&& other) noexcept {

@@ -1,28 +1,23 @@
 #include "vosmere/base/shared_texts.h"
 
-#include "vosmere/base/internal/wide_literal.h"
-
 namespace vosmere {
-namespace {
 
-constexpr WideLiteral s_szPrefixZ(u"z--");
-constexpr WideLiteral s_szUntitled(u"Untitled-");
-constexpr WideLiteral s_szAssPostFix(u"-vsmassets");
-
-}  // namespace
+const WChar CVSMGlobal::s_szPrefixZ[] = {'z', '-', '-', 0};
+const WChar CVSMGlobal::s_szUntitled[] = {'U', 'n', 't', 'i', 't', 'l', 'e', 'd', '-', 0};
+const WChar CVSMGlobal::s_szAssPostFix[] = {'-', 'v', 's', 'm', 'a', 's', 's', 'e', 't', 's', 0};
 
 CVSMGlobal::~CVSMGlobal() = default;
 
-const WChar* CVSMGlobal::PrefixZ() {
-  return s_szPrefixZ;
+WChar* CVSMGlobal::PrefixZ() {
+  return const_cast<WChar*>(s_szPrefixZ);
 }
 
-const WChar* CVSMGlobal::Untitled() {
-  return s_szUntitled;
+WChar* CVSMGlobal::Untitled() {
+  return const_cast<WChar*>(s_szUntitled);
 }
 
-const WChar* CVSMGlobal::AssetsPostfix() {
-  return s_szAssPostFix;
+WChar* CVSMGlobal::AssetsPostfix() {
+  return const_cast<WChar*>(s_szAssPostFix);
 }
 
 }  // namespace vosmere

@@ -15,14 +15,14 @@ class VOSMERE_API CVSMGlobal {
   static constexpr int s_iHeadTopM = 6;
   static constexpr int s_iHeadRightM = 4;
 
-  // Each returns the one text itself, which lives as long as the program.
+  static const WChar s_szPrefixZ[];     ///< "z--"
+  static const WChar s_szUntitled[];    ///< "Untitled-"
+  static const WChar s_szAssPostFix[];  ///< "-vsmassets"
 
-  /// "z--"
-  static const WChar* PrefixZ();
-  /// "Untitled-"
-  static const WChar* Untitled();
-  /// "-vsmassets"
-  static const WChar* AssetsPostfix();
+  // The texts themselves: they are constants, and never to be written to.
+  static WChar* PrefixZ();
+  static WChar* Untitled();
+  static WChar* AssetsPostfix();
 };
 
 }  // namespace vosmere

@@ -11,12 +11,11 @@ namespace vosmere {
 /// Units before the terminating zero; 0 for null.
 inline std::size_t WideLength(const WChar* text) {
   if (!text) return 0;
-  const WChar* end = text;
-  for (;; end += 4) {  // four at a time: this is half of what a setter costs
-    if (!end[0]) return end - text;
-    if (!end[1]) return end + 1 - text;
-    if (!end[2]) return end + 2 - text;
-    if (!end[3]) return end + 3 - text;
+  for (std::size_t i = 0;; i += 4) {  // four at a time: this is half of what a setter costs
+    if (!text[i]) return i;
+    if (!text[i + 1]) return i + 1;
+    if (!text[i + 2]) return i + 2;
+    if (!text[i + 3]) return i + 3;
   }
 }
 

@@ -1,6 +1,6 @@
 #include "vosmere/collections/colct_node.h"
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/tree/tree_tool.h"
 
 namespace vosmere {

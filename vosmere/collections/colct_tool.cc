@@ -1,9 +1,9 @@
 #include "vosmere/collections/colct_tool.h"
 
 #include <unordered_map>
-#include <unordered_set>
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/collections/colct_node.h"
 
@@ -22,20 +22,24 @@ struct AddressHash {
   }
 };
 
-/// The first cell of a list for each address. Without memory for an index it walks the list.
+/// The first cell of a list for each address. Its cells are added in order. Without memory for an
+/// index it walks the list.
 class AddressIndex {
  public:
-  explicit AddressIndex(RColctItem* list) : list_(list) {
-    try {
-      for (RColctItem* cell : chain::Cells(list)) cells_.emplace(Address(cell), cell);
-      complete_ = true;
-    } catch (const std::bad_alloc&) {
-      cells_.clear();
-    }
+  explicit AddressIndex(RColctItem* list) : list_(list) {}
+
+  /// The first cell with the address of this one.
+  RColctItem* Add(RColctItem* cell) {
+    RColctItem* first = nullptr;
+    if (indexed_)
+      first = UnlessNoMemory(first,
+                             [&] { return cells_.try_emplace(Address(cell), cell).first->second; });
+    indexed_ = first;
+    return first ? first : Find(Address(cell));
   }
 
   RColctItem* Find(WideView address) const {
-    if (!complete_)
+    if (!indexed_)
       return chain::Find(list_, [=](RColctItem* cell) { return Address(cell) == address; });
     const auto found = cells_.find(address);
     return found == cells_.end() ? nullptr : found->second;
@@ -44,7 +48,7 @@ class AddressIndex {
  private:
   RColctItem* list_;
   std::unordered_map<WideView, RColctItem*, AddressHash> cells_;
-  bool complete_ = false;
+  bool indexed_ = true;
 };
 
 }  // namespace
@@ -57,7 +61,8 @@ bool CRColctTool::UpdateRColctItemList(RColctItem* newList, RColctItem** oldList
     *removedList = nullptr;
     return false;
   }
-  const AddressIndex newByAddress(newList);
+  AddressIndex newByAddress(newList);
+  for (RColctItem* fresh : chain::Cells(newList)) newByAddress.Add(fresh);
   bool lastWasHead = false;
   for (RColctItem* old : chain::Cells(*oldList)) {
     RColctItem* const fresh = newByAddress.Find(Address(old));
@@ -82,17 +87,13 @@ bool CRColctTool::UpdateRColctItemList(RColctItem* newList, RColctItem** oldList
 }
 
 bool CRColctTool::DeleteDuplcateColct(RColctItem* list) {
+  AddressIndex byAddress(list);
   bool any = false;
-  try {
-    std::unordered_set<WideView, AddressHash> seen;
-    for (RColctItem* cell : chain::Cells(list)) {
-      if (seen.insert(Address(cell)).second) continue;
-      chain::Unlink(list, cell);
-      RColctItem::DeleteList(cell);
-      any = true;
-    }
-  } catch (const std::bad_alloc&) {
-    // What is left may hold duplicates; nothing is lost.
+  for (RColctItem* cell : chain::Cells(list)) {
+    if (byAddress.Add(cell) == cell) continue;
+    chain::Unlink(list, cell);
+    RColctItem::DeleteList(cell);
+    any = true;
   }
   return any;
 }

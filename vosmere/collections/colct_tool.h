@@ -7,7 +7,7 @@ namespace vosmere {
 
 /// Merges lists of collections and removes from them. Addresses compare exactly, letter case
 /// included; a null address compares as the empty one. Time and memory grow linearly with the
-/// lists.
+/// lists; when there is no memory the results are the same, and time grows with the square.
 class VOSMERE_API CRColctTool {
  public:
   CRColctTool() = default;
@@ -26,7 +26,7 @@ class VOSMERE_API CRColctTool {
   bool UpdateRColctItemList(RColctItem* newList, RColctItem** oldList, RColctItem** removedList);
 
   /// Frees every cell, with its collection, whose address came up earlier in the list. True when
-  /// any was freed. When memory runs out the list stays as it is from there on.
+  /// any was freed.
   /// Intended: the spelling; programs know it by this name.
   bool DeleteDuplcateColct(RColctItem* list);
 

@@ -1,7 +1,7 @@
 #include "vosmere/engines/engine_node.h"
 
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/internal/wide_literal.h"
-#include "vosmere/base/no_memory.h"
 #include "vosmere/tree/internal/blank_page.h"
 
 namespace vosmere {

@@ -1,7 +1,7 @@
 #include "vosmere/engines/engine_pool.h"
 
 #include "vosmere/base/chain.h"
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 
 namespace vosmere {
 

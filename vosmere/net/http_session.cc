@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/internal/wide_literal.h"
-#include "vosmere/base/no_memory.h"
 #include "vosmere/net/internal/exchange.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/text/unicode_tool.h"

@@ -6,8 +6,8 @@
 #include <memory>
 #include <new>
 
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/internal/wide_literal.h"
-#include "vosmere/base/no_memory.h"
 #include "vosmere/net/internal/exchange.h"
 #include "vosmere/net/internal/join.h"
 #include "vosmere/net/internal/multipart.h"

@@ -15,7 +15,7 @@ VOSMERE_API void SetTraceHook(void (*hook)(const char* utf8Line));
 namespace detail {
 
 VOSMERE_API bool TraceWanted();
-VOSMERE_API void TraceFormatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
+VOSMERE_API void TraceFormatted(const char* format, ...);
 VOSMERE_API std::string TraceText(const WChar* text);
 
 inline auto TraceHold(const WChar* text) {
@@ -42,11 +42,7 @@ Value TraceArgument(Value value) {
 template <class... Arguments>
 void Trace(const char* format, Arguments... arguments) {
   if (!detail::TraceWanted()) return;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-#pragma GCC diagnostic ignored "-Wformat-security"
   detail::TraceFormatted(format, detail::TraceArgument(detail::TraceHold(arguments))...);
-#pragma GCC diagnostic pop
 }
 
 }  // namespace vosmere

@@ -9,7 +9,20 @@
 namespace vosmere {
 namespace {
 
-thread_local const CBaseThread* current = nullptr;
+/// A Run on the calling thread, which may be within a hook of another.
+struct Running {
+  const CBaseThread* object;  // null when a hook has destroyed it
+  Running* const outer = innermost;
+
+  explicit Running(const CBaseThread* runs) : object(runs) { innermost = this; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  ~Running() { innermost = outer; }
+
+  static thread_local Running* innermost;
+};
+
+thread_local Running* Running::innermost = nullptr;
 
 }  // namespace
 
@@ -24,12 +37,14 @@ CBaseThread::CBaseThread() : platform_(std::make_unique<Platform>()) {
 }
 
 CBaseThread::~CBaseThread() {
-  if (current == this) current = nullptr;
+  for (Running* run = Running::innermost; run; run = run->outer)
+    if (run->object == this) run->object = nullptr;
 }
 
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
-  if (current == this || !platform_->thread.Terminate()) RequestStop();
+  killed_ = true;
+  if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
   handle_ = nullptr;
   active_ = false;
 }
@@ -40,6 +55,7 @@ int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTR
   thread.Create(Start, this, stackSize, security);
   handle_ = thread.handle();
   threadId_ = thread.id();
+  killed_ = false;
   active_ = true;
   // Not before: it may end, and its object with it, before this thread goes on.
   const int result = static_cast<int>(reinterpret_cast<std::intptr_t>(handle_));
@@ -51,19 +67,13 @@ unsigned int CBaseThread::Start(void* object) {
   return static_cast<unsigned int>(static_cast<CBaseThread*>(object)->Run());
 }
 
-// A hook may have destroyed the object, which `current` tells; a kill that was a request has
-// cleared `active_`.
 int CBaseThread::Run() {
-  current = this;
+  Running run(this);
   PrevWork();
-  if (!current) return 0;
-  platform_->startGate.Wait();
-  if (IsActive()) DoWork();
-  if (!current) return 0;
-  if (IsActive()) PostWork();
-  if (!current) return 0;
-  current = nullptr;
-  active_ = false;  // the last touch: whoever sees it may destroy the object
+  if (run.object) platform_->startGate.Wait();
+  if (run.object && !killed_) DoWork();
+  if (run.object && !killed_) PostWork();
+  if (run.object) active_ = false;  // the last touch: whoever sees it may destroy the object
   return 0;
 }
 
@@ -95,14 +105,20 @@ std::stop_token CBaseThread::GetStopToken() const {
 }
 
 void CBaseThread::StopAndWait() {
-  if (current == this) return;
+  if (RunsHere()) return;
   RequestStop();
   ResumeThread();
   WaitForEnd(-1);
 }
 
 const CBaseThread* CBaseThread::Current() {
-  return current;
+  return Running::innermost ? Running::innermost->object : nullptr;
+}
+
+bool CBaseThread::RunsHere() const {
+  for (const Running* run = Running::innermost; run; run = run->outer)
+    if (run->object == this) return true;
+  return false;
 }
 
 void CBaseThread::RequestStop() {

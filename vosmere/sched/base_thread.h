@@ -53,7 +53,8 @@ class VOSMERE_API CBaseThread {
   /// result that tells.
   int CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security);
 
-  /// The thread's entry: runs the object's hooks.
+  /// The thread's entry: runs the object's hooks. On a thread that the program has from elsewhere
+  /// it does so, too, but killing, waiting and IsActive are for those of CreateThread.
   static unsigned int Start(void* object);
 
   /// Lets a thread go on that was created suspended. How often it was suspended until now: 1 for
@@ -87,7 +88,8 @@ class VOSMERE_API CBaseThread {
   virtual void DoWork() = 0;
   virtual void PostWork();
 
-  /// The thread's body; its result is the thread's exit code, 0.
+  /// The thread's body: PrevWork, the start gate, DoWork, PostWork. Its result is the thread's exit
+  /// code, 0.
   int Run();
 
   bool KeepLooping() const { return keepLooping_; }
@@ -107,13 +109,14 @@ class VOSMERE_API CBaseThread {
   /// operations are no longer those of the subclass.
   void StopAndWait();
 
-  /// The object whose hooks the calling thread runs. Null elsewhere, and as soon as a hook has
-  /// destroyed it.
+  /// The object whose hooks the calling thread runs, of several the one that was started last. Null
+  /// elsewhere, and as soon as a hook has destroyed it.
   static const CBaseThread* Current();
 
  private:
   struct Platform;
 
+  bool RunsHere() const;
   void RequestStop();
 
   std::unique_ptr<Platform> platform_;
@@ -121,6 +124,7 @@ class VOSMERE_API CBaseThread {
   void* handle_ = nullptr;
   unsigned int threadId_ = 0;
   std::atomic<bool> active_ = false;
+  std::atomic<bool> killed_ = false;
   std::atomic<bool> keepLooping_ = true;
 };
 

@@ -1,10 +1,11 @@
 #include "vosmere/sched/event_queue.h"
 
 #include <algorithm>
-#include <memory>
+#include <climits>
+#include <utility>
 
 #include "vosmere/base/chain.h"
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/sched/time_event.h"
 
 namespace vosmere {
@@ -15,19 +16,14 @@ std::int64_t Due(const CTimeEvent& event) {
   LONG seconds;
   int milliseconds;
   event.GetTime(&seconds, &milliseconds);
-  return (std::int64_t{seconds} << 32) + milliseconds;
+  return (std::int64_t{seconds} << 32) + (milliseconds - std::int64_t{INT_MIN});
 }
 
 }  // namespace
 
-CEventItem::CEventItem(CTimeEvent* queued) : event(queued), due_(Due(*queued)) {}
-
 CEventItem::~CEventItem() = default;
 
-CTimeEventQueue::~CTimeEventQueue() {
-  Settle();
-  for (CEventItem* const item : chain::Cells(head_)) delete item;
-}
+CTimeEventQueue::~CTimeEventQueue() = default;
 
 bool CTimeEventQueue::InsertEvent(CTimeEvent* event) {
   CEventItem* const item = NewItem(event);
@@ -35,9 +31,7 @@ bool CTimeEventQueue::InsertEvent(CTimeEvent* event) {
 }
 
 void CTimeEventQueue::RemoveHead() {
-  if (!head_) return;
-  const std::unique_ptr<CEventItem> item(head_);
-  Unlink(head_);
+  if (head_) Remove(head_);
 }
 
 const CEventItem* CTimeEventQueue::GetHead() {
@@ -64,35 +58,86 @@ bool CTimeEventQueue::Later(const Pending& a, const Pending& b) {
   return a.due != b.due ? a.due > b.due : a.item->order_ > b.item->order_;
 }
 
-/// An item that can be placed without further memory; null when there is none.
+/// The event's own item or, when that is in a queue, another one; null without memory for it.
 CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
-  return NullIfNoMemory([&] {
-    if (pending_.size() == pending_.capacity()) pending_.reserve(2 * pending_.capacity() + 16);
-    return new CEventItem(event);
-  });
+  if (!event->item_.queued_.exchange(true, std::memory_order_relaxed)) return &event->item_;
+  return UnlessLost(static_cast<CEventItem*>(nullptr),
+                    [&] { return &further_.emplace_back(event); });
 }
 
 bool CTimeEventQueue::Place(CEventItem* item) {
-  if (!head_ || item->due_ < head_->due_) {
+  FollowChanges();
+  item->due_ = Due(*item->event);
+  if (!head_ || (disorders_ == 0 && item->due_ < head_->due_)) {
     chain::Prepend(head_, item);
     return true;
   }
   if (pending_.empty() && item->due_ >= head_->prev->due_) {
     chain::Append(head_, item);
-  } else {
+    return false;
+  }
+  if (disorders_ == 0 && Postpone(item)) return false;
+  return PlaceFromTheEnd(item);
+}
+
+/// False without memory.
+bool CTimeEventQueue::Postpone(CEventItem* item) {
+  return UnlessNoMemory(false, [&] {
     item->order_ = ordered_++;
     pending_.push_back({item->due_, item});
     std::push_heap(pending_.begin(), pending_.end(), Later);
+    return true;
+  });
+}
+
+bool CTimeEventQueue::PlaceFromTheEnd(CEventItem* item) {
+  Settle();
+  CEventItem* place = chain::Last(head_);
+  while (item->due_ < place->due_) {
+    if (place == head_) {
+      chain::Prepend(head_, item);
+      return true;
+    }
+    place = place->prev;
   }
+  chain::InsertAfter(head_, place, item);
   return false;
 }
 
 void CTimeEventQueue::Unlink(CEventItem* item) {
+  CEventItem* const next = item->next;
+  disorders_ -= IsEarlierThanBefore(item) + IsEarlierThanBefore(next);
   chain::Unlink(head_, item);
+  disorders_ += IsEarlierThanBefore(next);
   if (!pending_.empty() && (!head_ || pending_.front().due < head_->due_)) {
     chain::Prepend(head_, pending_.front().item);
     std::pop_heap(pending_.begin(), pending_.end(), Later);
     pending_.pop_back();
+  }
+}
+
+void CTimeEventQueue::Remove(CEventItem* item) {
+  Unlink(item);
+  if (item == &item->event->item_)
+    item->queued_.store(false, std::memory_order_relaxed);
+  else
+    further_.remove_if([item](const CEventItem& other) { return &other == item; });
+}
+
+bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
+  return item && item != head_ && item->due_ < item->prev->due_;
+}
+
+/// What is pending has its place from before the changes. An event with a further item may have
+/// changed without being counted.
+void CTimeEventQueue::FollowChanges() {
+  const std::uint64_t changes = CTimeEvent::s_changes.load(std::memory_order_relaxed);
+  if (std::exchange(changes_, changes) == changes && further_.empty()) return;
+  Settle();
+  disorders_ = 0;
+  for (CEventItem* item = head_; item; item = item->next) {
+    item->due_ = Due(*item->event);
+    disorders_ += IsEarlierThanBefore(item);
   }
 }
 
@@ -118,20 +163,17 @@ CEventItem* CTimeEventQueue::FindSame(CTimeEvent* event) {
   return nullptr;
 }
 
-/// The match's item serves the new event, so that replacing never wants for memory.
 bool CTimeEventQueue::Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced,
                               bool* headChanged) {
-  *replaced = nullptr;
-  if (!match) {
-    CEventItem* const item = NewItem(event);
-    *headChanged = item ? Place(item) : !head_;
-    return item || *headChanged;
-  }
-  *replaced = match->event;
-  Unlink(match);
-  match->event = event;
-  match->due_ = Due(*event);
-  *headChanged = Place(match);
+  CTimeEvent* const old = match ? match->event : nullptr;
+  CEventItem* const item = old == event ? match : NewItem(event);
+  *replaced = item ? old : nullptr;
+  if (!item) return *headChanged = !head_;
+  if (item == match)
+    Unlink(match);
+  else if (match)
+    Remove(match);
+  *headChanged = Place(item);
   return true;
 }
 

@@ -89,7 +89,7 @@ void CScheduleThread::CheckEvent() {
     const SynchGuard guard(*queue);
     if (CTimeEvent* const event = queue->GetPeepHeadEvent()) {
       if (SleepUntilDue(*event)) {
-        signals_->Reset(kQueueChanged);
+        ResetQueueChanged();
       } else {
         // Queue-changed stays set, so the next pass looks at what is the head then.
         queue->RemoveHead();
@@ -97,13 +97,12 @@ void CScheduleThread::CheckEvent() {
       }
       return;
     }
-    waitTimeout_ = -1;
-    deadline_ = Clock::time_point::max();
+    SetWaitTimeout(-1);
   }
-  signals_->Reset(kQueueChanged);
+  ResetQueueChanged();
   // What was inserted since the lock was released has lost its signal.
   const SynchGuard guard(*queue);
-  if (queue->GetPeepHeadEvent()) signals_->Set(kQueueChanged);
+  if (queue->GetPeepHeadEvent()) SetQueueChanged();
 }
 
 void CScheduleThread::DoWork() {
@@ -113,13 +112,28 @@ void CScheduleThread::DoWork() {
   while (KeepLooping()) {
     switch (signals_->Wait(deadline_)) {
       case kQueueChanged:
+        SetWaitTimeout(waitTimeout_);
         CheckEvent();
         if (Current() != current) return;  // a job has destroyed the scheduler
         break;
       case kStop: StopDoWorkLoop(); break;
-      default: signals_->Set(kQueueChanged); break;
+      default: SetQueueChanged(); break;
     }
   }
+}
+
+void CScheduleThread::SetQueueChanged() {
+  signals_->Set(kQueueChanged);
+}
+
+void CScheduleThread::ResetQueueChanged() {
+  signals_->Reset(kQueueChanged);
+}
+
+void CScheduleThread::SetWaitTimeout(int milliseconds) {
+  waitTimeout_ = milliseconds;
+  deadline_ = milliseconds < 0 ? Clock::time_point::max()
+                               : Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
 /// Does `change(queue, &headChanged)` under the lock, and signals a new head. The sleeper is woken

@@ -56,7 +56,17 @@ class VOSMERE_API CScheduleThread : public CBaseThread {
 
   CTimeEventQueue* GetQueue() const { return queue_.get(); }
 
-  /// What the last step found: milliseconds to sleep at most, -1 for ever.
+  /// The mark that the queue has changed, for a CheckEvent of a subclass: as long as it stands, one
+  /// step follows another without sleep. An insertion that makes a new head sets it, under the
+  /// queue's lock, and so does the end of a sleep. Who resets it without that lock looks at the
+  /// queue again afterwards.
+  void SetQueueChanged();
+  void ResetQueueChanged();
+
+  /// Milliseconds to sleep at most before the next step, counted from this call, and from the
+  /// beginning of each later step that sets none; -1, as at first, is for ever. Only before the
+  /// thread runs and on the thread itself.
+  void SetWaitTimeout(int milliseconds);
   int GetWaitTimeout() const { return waitTimeout_; }
 
  private:

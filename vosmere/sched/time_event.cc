@@ -1,7 +1,6 @@
 #include "vosmere/sched/time_event.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <limits>
 
 #include "vosmere/platform/internal/clock.h"
@@ -32,11 +31,27 @@ int Compare(LONG a, LONG b) {
 
 LONG CTimeEvent::s_lRefTime = 0;
 int CTimeEvent::s_iRefMillitm = 0;
+std::atomic<std::uint64_t> CTimeEvent::s_changes = 0;
 
 CTimeEvent::CTimeEvent() {
   const ClockMoment now = ClockNow();
   time_ = now.seconds;
   milliseconds_ = now.milliseconds;
+}
+
+CTimeEvent::CTimeEvent(const CTimeEvent& other)
+    : time_(other.time_),
+      milliseconds_(other.milliseconds_),
+      id_(other.id_),
+      eventType_(other.eventType_) {}
+
+CTimeEvent& CTimeEvent::operator=(const CTimeEvent& other) {
+  time_ = other.time_;
+  milliseconds_ = other.milliseconds_;
+  id_ = other.id_;
+  eventType_ = other.eventType_;
+  NoteChange();
+  return *this;
 }
 
 CTimeEvent::~CTimeEvent() = default;
@@ -46,8 +61,7 @@ bool CTimeEvent::IsTheSameEvent(CTimeEvent*) {
 }
 
 void CTimeEvent::SetDelayTime(int seconds, int milliseconds) {
-  StoreCarried(std::int64_t{time_} + seconds, std::int64_t{milliseconds_} + milliseconds, &time_,
-               &milliseconds_);
+  Store(std::int64_t{time_} + seconds, std::int64_t{milliseconds_} + milliseconds);
 }
 
 int CTimeEvent::CompareTime(LONG time, int milliseconds) const {
@@ -72,12 +86,11 @@ LONG CTimeEvent::GetTimeGap(LONG time) const {
 }
 
 void CTimeEvent::SetTime(LONG time, int milliseconds) {
-  StoreCarried(time, milliseconds, &time_, &milliseconds_);
+  Store(time, milliseconds);
 }
 
 void CTimeEvent::SetTime(const CTimeEvent* reference, int seconds, int milliseconds) {
-  StoreCarried(std::int64_t{reference->time_} + seconds,
-               std::int64_t{reference->time_} + milliseconds, &time_, &milliseconds_);
+  Store(std::int64_t{reference->time_} + seconds, std::int64_t{reference->time_} + milliseconds);
 }
 
 void CTimeEvent::SetRefTime(LONG time, int) {
@@ -85,8 +98,17 @@ void CTimeEvent::SetRefTime(LONG time, int) {
 }
 
 void CTimeEvent::SetDelayToRefTime(int seconds, int milliseconds) {
-  StoreCarried(std::int64_t{s_lRefTime} + seconds, std::int64_t{s_iRefMillitm} + milliseconds,
-               &time_, &milliseconds_);
+  Store(std::int64_t{s_lRefTime} + seconds, std::int64_t{s_iRefMillitm} + milliseconds);
+}
+
+void CTimeEvent::Store(std::int64_t seconds, std::int64_t milliseconds) {
+  StoreCarried(seconds, milliseconds, &time_, &milliseconds_);
+  NoteChange();
+}
+
+void CTimeEvent::NoteChange() {
+  if (item_.queued_.load(std::memory_order_relaxed))
+    s_changes.fetch_add(1, std::memory_order_relaxed);
 }
 
 }  // namespace vosmere

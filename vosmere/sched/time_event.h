@@ -1,7 +1,11 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/sched/event_item.h"
 
 namespace vosmere {
 
@@ -10,8 +14,9 @@ namespace vosmere {
 /// CScheduleThread runs it.
 ///
 /// An event belongs to its owner: neither queue nor scheduler ever frees one, and it has to live
-/// until it has fired, was replaced or was taken out. While it is queued its time should not be
-/// changed; see CTimeEventQueue.
+/// until it has fired, was replaced or was taken out, or the queue has ended. The time of a queued
+/// event is changed under the queue's lock only, which every job holds; CTimeEventQueue says what
+/// becomes of it.
 ///
 /// Where milliseconds are added up, 1000 or more are carried over into the seconds once: 1000 of
 /// them, however many there are. Sums and differences that leave 32 bits stop at the last value
@@ -34,8 +39,8 @@ class VOSMERE_API CTimeEvent {
 
   /// Due now; id and type 0.
   CTimeEvent();
-  CTimeEvent(const CTimeEvent&) = default;
-  CTimeEvent& operator=(const CTimeEvent&) = default;
+  CTimeEvent(const CTimeEvent& other);
+  CTimeEvent& operator=(const CTimeEvent& other);
 
   /// 1 when this event is later, -1 when it is earlier, 0 when equal.
   int CompareTime(LONG time, int milliseconds) const;
@@ -78,10 +83,20 @@ class VOSMERE_API CTimeEvent {
   static int s_iRefMillitm;
 
  private:
+  friend class CTimeEventQueue;
+
+  /// Carries once.
+  void Store(std::int64_t seconds, std::int64_t milliseconds);
+  void NoteChange();
+
+  /// How often the times of queued events were changed, those of all queues together.
+  static std::atomic<std::uint64_t> s_changes;
+
   LONG time_;
   int milliseconds_;
   int id_ = 0;
   int eventType_ = 0;
+  CEventItem item_{this};
 };
 
 }  // namespace vosmere

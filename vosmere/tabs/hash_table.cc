@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 
 namespace vosmere {
 namespace {
@@ -10,7 +10,9 @@ namespace {
 /// A copy through `out`; false when memory runs out. No text gives null.
 bool CopyOut(const SystemText& text, WChar** out) {
   *out = SysAllocString(text.get());
-  return *out || !text.get();
+  const bool lost = !*out && text.get();
+  if (lost) detail::CountLostText();
+  return !lost;
 }
 
 }  // namespace
@@ -28,7 +30,8 @@ bool CHashtable::Put(const WChar* key, const WChar* value, bool overwrite) {
     if (overwrite) entry->value.AssignOrNull(value);
     return false;
   }
-  CHashData* const entry = NullIfNoMemory([=] { return new CHashData(key, value); });
+  CHashData* const entry =
+      UnlessLost(static_cast<CHashData*>(nullptr), [=] { return new CHashData(key, value); });
   if (!entry) return false;
   CHashData*& bucket = buckets_[HashString(key)];
   entry->next = std::exchange(bucket, entry);

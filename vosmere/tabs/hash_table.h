@@ -36,10 +36,11 @@ class VOSMERE_API CHashtable {
   virtual ~CHashtable();
 
   /// True when the key was added. False when it is there already, and then its value is replaced
-  /// exactly when `overwrite`; false also when memory runs out, and then nothing changes.
+  /// exactly when `overwrite`; false also when memory runs out, and then nothing changes and
+  /// LostTexts counts it.
   bool Put(const WChar* key, const WChar* value, bool overwrite);
   /// Stores a copy of the value, which may be null. False, with null stored, for a missing key and
-  /// when memory runs out.
+  /// when memory runs out, which LostTexts counts.
   bool Get(const WChar* key, WChar** value) const;
   bool Contains(const WChar* key) const { return Find(key) != nullptr; }
   /// True when the key was there. A walk that stands on it goes on with the next.
@@ -53,8 +54,8 @@ class VOSMERE_API CHashtable {
   void ResetPosition();
   bool HasNext() const { return cursorEntry_ != nullptr; }
   /// Stores copies of the next key and value through the pointers that are not null, and steps on.
-  /// False, with null stored, when the walk is over; also when memory runs out, and then the walk
-  /// stays where it is.
+  /// False, with null stored, when the walk is over; also when memory runs out, which LostTexts
+  /// counts, and then the walk stays where it is.
   bool GetNextKeyValue(WChar** key, WChar** value);
 
  protected:

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "vosmere/base/chain.h"
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/tree/internal/blank_page.h"
 #include "vosmere/tree/url_node.h"
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/tree/url_node.h"
 
 namespace vosmere {

@@ -38,7 +38,7 @@ class VOSMERE_API CChunkBuffer {
     if (length < 0) return true;
     char* const room = length > 0 ? Room(length) : nullptr;
     if (!room) return AppendInParts(static_cast<const char*>(bytes), length);
-    std::memcpy(room, bytes, length);
+    std::memcpy(room, bytes, static_cast<std::size_t>(length));
     Use(length);
     return true;
   }

@@ -296,7 +296,7 @@ bool CKQTime::ParseInvalidDCDate(const char* text, LONG* seconds, int length) co
   } kFields[] = {{'-', 4, 4}, {'-', 1, 2}, {' ', 1, 2}, {':', 1, 2}, {':', 1, 2}, {'*', 1, 2}};
   int values[6];
   const char* const end = text + length;
-  const char* rest = text;
+  char* rest = const_cast<char*>(text);
   for (int i = 0; i < 6; ++i)
     if (!rest || !GetStringValue(rest, static_cast<int>(end - rest), kFields[i].separator,
                                  &values[i], kFields[i].minDigits, kFields[i].maxDigits, &rest))
@@ -306,12 +306,12 @@ bool CKQTime::ParseInvalidDCDate(const char* text, LONG* seconds, int length) co
 }
 
 bool CKQTime::GetStringValue(const char* text, int length, char separator, int* value,
-                             int minDigits, int maxDigits, const char** rest) const {
+                             int minDigits, int maxDigits, char** rest) const {
   const char* const end = text + length;
   const char* const stop = separator == '*' ? std::find_if_not(text, end, IsDigit<char>)
                                             : std::find(text, end, separator);
   if (stop == end && separator != '*') return false;
-  *rest = end - stop > 1 ? stop + 1 : nullptr;
+  *rest = end - stop > 1 ? const_cast<char*>(stop + 1) : nullptr;
   const auto width = stop - text;
   const int number = NumberOf({text, static_cast<std::size_t>(width)});
   if (width < minDigits || width > maxDigits || number < 0) return false;

@@ -70,10 +70,10 @@ class VOSMERE_API CKQTime {
   bool ParseInvalidDCDate(const char* text, LONG* seconds, int length) const;
 
   /// Reads the number before the first `separator`, or, with '*', the digits that come first.
-  /// `*rest` is what follows the separator, or null when nothing does; it is given, too, when the
-  /// field has the wrong width or is negative, which both are false.
+  /// `*rest` is what follows the separator, within `text`, or null when nothing does; it is given,
+  /// too, when the field has the wrong width or is negative, which both are false.
   bool GetStringValue(const char* text, int length, char separator, int* value, int minDigits,
-                      int maxDigits, const char** rest) const;
+                      int maxDigits, char** rest) const;
 
   /// Offsets of "GMT", "UT", the North American zones, one letter, "+hhmm" or "+hh:mm", the latter
   /// with minutes of the hours' sign and at most 24:00. Null, "J" and lower case are no zones.

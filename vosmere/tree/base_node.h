@@ -31,8 +31,8 @@ class VOSMERE_API CBaseNode {
   /// Destroys an item of any class. Null is ignored. The item's link is not touched.
   static void Delete(CBaseNode* node);
 
-  /// Intended: null leaves the name null, unlike the description. Callers tell "never named" from
-  /// "named with nothing".
+  /// Intended: null leaves the name null, where SetDescription makes it empty. Callers tell "never
+  /// named" from "named with nothing".
   void SetName(const WChar* name) { name_.AssignOrNull(name); }
   /// Null only after SetName with null.
   WChar* GetName() const { return name_.get(); }

@@ -127,8 +127,8 @@ RNode* CopyLink(const RNode* source, bool* noMemory) {
   return link;
 }
 
-/// Copies below `source`. The first level is gathered in a chain of its own and joined at the end,
-/// so that a destination below the source does not grow what is being copied.
+/// Copies below `source`. The first level is gathered in a chain of its own and joined when it is
+/// whole; so a destination below the source does not grow what is being copied.
 void CopyBelow(RNode* destination, RNode* source, bool allLevels) {
   RNode* copies = nullptr;
   RNode* folder = nullptr;  // the copy of the folder that is being filled, null at the first level
@@ -149,6 +149,10 @@ void CopyBelow(RNode* destination, RNode* source, bool allLevels) {
         const bool wasFilled = allLevels && link->type == NT_FOLDER && link->firstChild;
         if (wasFilled && folder) folder = folder->parent == destination ? nullptr : folder->parent;
       });
+  if (noMemory) {
+    for (RNode* const copy : chain::Cells(copies)) DeleteTree(copy);
+    return detail::CountLostText();
+  }
   chain::AppendChain(destination->firstChild, copies);
 }
 

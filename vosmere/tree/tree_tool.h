@@ -68,7 +68,7 @@ class VOSMERE_API RNTool {
   /// Copies everything below `source` to the end of the children of `destination`: folders and web
   /// pages; other kinds are left out. The copies keep names, statistics, identities and the other
   /// fields. `destination` may lie below `source`; what is copied is the state before. When memory
-  /// runs out the copy ends early and is a valid tree.
+  /// runs out nothing is copied, and LostTexts counts it.
   static void AddAllFolderChildren(RNode* destination, RNode* source);
   /// The same for the direct children only: copied folders are empty.
   static void AddFirstLevelFolderChildren(RNode* destination, RNode* source);

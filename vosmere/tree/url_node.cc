@@ -1,6 +1,6 @@
 #include "vosmere/tree/url_node.h"
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/tree/internal/blank_page.h"
 
 namespace vosmere {

@@ -3,7 +3,7 @@
 #include <unordered_set>
 
 #include "vosmere/base/chain.h"
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 
 namespace vosmere {
 namespace {

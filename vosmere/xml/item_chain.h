@@ -1,12 +1,12 @@
 #pragma once
 
 #include <memory>
-#include <new>
 #include <type_traits>
 #include <utility>
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
 
 namespace vosmere {
@@ -39,7 +39,7 @@ class ItemChain {
   void Begin() {
     std::unique_ptr<Item, Delete> item(Item::New());
     Cell* const cell = item ? Cell::New(item.get()) : nullptr;
-    if (!cell) throw std::bad_alloc();
+    if (!cell) detail::ThrowNoMemory();
     item_ = item.release();
     chain::Append(head_, cell);
   }

@@ -9,7 +9,7 @@
 #include <new>
 #include <string>
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/file.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/http_message.h"

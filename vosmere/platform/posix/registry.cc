@@ -6,8 +6,8 @@
 #include <mutex>
 #include <new>
 
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/internal/wide_string.h"
-#include "vosmere/base/no_memory.h"
 #include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/posix/text_file.h"
 #include "vosmere/platform/registry.h"

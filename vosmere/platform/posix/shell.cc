@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/internal/wide_string.h"
-#include "vosmere/base/no_memory.h"
 #include "vosmere/platform/posix/registry.h"
 #include "vosmere/platform/posix/shortcut.h"
 #include "vosmere/platform/posix/text_file.h"

@@ -3,7 +3,7 @@
 #include <new>
 #include <string>
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/http_message.h"

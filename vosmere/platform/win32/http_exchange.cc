@@ -2,7 +2,7 @@
 #include <cstring>
 #include <utility>
 
-#include "vosmere/base/no_memory.h"
+#include "vosmere/base/internal/no_memory.h"
 #include "vosmere/platform/win32/http_request.h"
 
 namespace vosmere::http {
