@@ -207,8 +207,7 @@ void SendTo(CNetUploadFile& upload, const PostOptions& options) {
   } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe stays itself
     SendToFile(upload, options, PathOf(options.output));
   } else {
-    ReplaceFile(options.output,
-                [&](const WChar* path) { SendToFile(upload, options, fs::path(ToString(path))); });
+    ReplaceFile(options.output, [&](const fs::path& path) { SendToFile(upload, options, path); });
   }
 }
 
