@@ -92,7 +92,7 @@ std::size_t Convert(const char* to, const char* from, const Unit* text, std::siz
   return conversion.Run(theEnd, size) ? conversion.written() : 0;
 }
 
-/// Also in a locale of ASCII alone, which UTF-8 says in the same bytes.
+/// Also in the "C" locale, whose ASCII UTF-8 says in the same bytes.
 bool IsUtf8(unsigned codePage) {
   if (codePage == kCodePageUtf8) return true;
   const std::string_view name = nl_langinfo(CODESET);
