@@ -22,6 +22,8 @@ namespace vosmere {
 ///   A document that merely names such a thing loads; one whose text needs it does not.
 /// - Internal entities and attribute defaults are expanded. A document that expands out of
 ///   proportion to its size fails quickly and in little memory.
+/// - A document type declaration has at most some 256 KiB with its parameter entities written out,
+///   and the list of values that one attribute may have 16 KiB.
 /// - Elements nest at most kMaxXmlDepth levels; on Windows as deep as the system's DOM loads. An
 ///   element has at most some 2,000 attributes; on Linux some 250 namespaces are in force at once,
 ///   and a document has 50,000 different names.

@@ -120,6 +120,13 @@ TEST(PlainXml, HasNoMarkWhereTheEncodingIsKnown) {
   EXPECT_FALSE(ByTheParser("\xEF\xBB\xBF<a/>", "UTF-8"));
 }
 
+TEST(ParsedXml, MayInsertOneDeclarationManyTimes) {
+  const std::string inserted = "<!ENTITY a \"&b;\"><!ENTITY b \"1\">";
+  std::string document = "<!DOCTYPE a [<!ENTITY % p '" + inserted + "'>";
+  for (int i = 0; i < 1000; ++i) document += "%p;";
+  EXPECT_EQ(ByTheParser(document + "]><a>&a;</a>"), ByTheParser("<a>1</a>"));
+}
+
 TEST(ParsedXml, HasABoundForPrefixesToo) {
   std::string elements, namespaces;
   for (int i = 0; i < 160000; ++i)

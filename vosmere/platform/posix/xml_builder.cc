@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <exception>
 #include <new>
 #include <string>
@@ -77,6 +78,7 @@ class Builder {
   int Read(char* bytes, int capacity) noexcept;
   xmlEntity* Entity(const xmlChar* name) noexcept;
   xmlEntity* ParameterEntity(const xmlChar* name) noexcept;
+  void EndDeclaration() { subset_.EndDeclaration(bytesRead_); }
   void StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
                     const xmlChar** namespaces, int attributeCount, int defaultedCount,
                     const xmlChar** attributes);
@@ -91,6 +93,13 @@ class Builder {
   XmlSource& source_;
   xmlParserCtxt* parser_ = nullptr;
   XmlEntityBudget budget_;
+  XmlSubsetBudget subset_;
+  /// A parameter entity as it is inserted once, with a text of its own.
+  struct Insertion {
+    xmlEntity entity;
+    std::string text;
+  };
+  std::deque<Insertion> insertions_;
   XmlGrowth growth_{tree_};
   std::string text_;
   std::string name_;
@@ -129,17 +138,12 @@ void Builder::Parse(const char* encoding) {
   // Bytes that do not convert end the input without being called an error behind the root element.
   const bool readToTheEnd =
       parser_->input && parser_->input->buf && parser_->input->buf->error == 0;
-  const bool wellFormed = document && parser_->wellFormed && readToTheEnd;
+  const bool isWhole = document && parser_->wellFormed && tree_.arena.root && readToTheEnd;
+  if (!isWhole) Stop(DocumentFault::kMalformed);
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
-  if (wellFormed && !stopped_ && tree_.arena.root) return;
-  if (error_.fault == DocumentFault::kNone) {
-    error_.fault = DocumentFault::kMalformed;
-    if (!error_.reason[0])
-      std::snprintf(error_.reason, sizeof error_.reason, "%s", ReasonFor(error_.fault));
-  }
-  throw DocumentFailure{error_};
+  if (error_.fault != DocumentFault::kNone) throw DocumentFailure{error_};
 }
 
 xmlSAXHandler Builder::Handlers() {
@@ -150,14 +154,24 @@ xmlSAXHandler Builder::Handlers() {
   sax.internalSubset = [](void* self, const xmlChar* name, const xmlChar* publicId,
                           const xmlChar* systemId) {
     xmlSAX2InternalSubset(Self(self).parser_, name, publicId, systemId);
+    Self(self).subset_.Begin(Self(self).bytesRead_);
   };
   sax.entityDecl = [](void* self, const xmlChar* name, int type, const xmlChar* publicId,
                       const xmlChar* systemId, xmlChar* content) {
     xmlSAX2EntityDecl(Self(self).parser_, name, type, publicId, systemId, content);
+    Self(self).EndDeclaration();
+  };
+  sax.elementDecl = [](void* self, const xmlChar*, int, xmlElementContent*) {
+    Self(self).EndDeclaration();
+  };
+  sax.notationDecl = [](void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
+    Self(self).EndDeclaration();
   };
   sax.attributeDecl = [](void* self, const xmlChar*, const xmlChar*, int, int, const xmlChar*,
                          xmlEnumeration* values) {
     xmlFreeEnumeration(values);
+    Self(self).parser_->instate = XML_PARSER_DTD;  // it stays in the default value's state
+    Self(self).EndDeclaration();
     Self(self).Check(Self(self).budget_.DeclareAttribute());
   };
   sax.getEntity = [](void* self, const xmlChar* name) { return Self(self).Entity(name); };
@@ -209,7 +223,7 @@ xmlSAXHandler Builder::Handlers() {
 void Builder::Stop(DocumentFault fault) {
   if (stopped_) return;
   stopped_ = true;
-  error_ = {};
+  if (error_.fault != DocumentFault::kNone) return;  // the parser has found one before
   error_.fault = fault;
   if (parser_->input) {
     error_.line = parser_->input->line;
@@ -219,7 +233,7 @@ void Builder::Stop(DocumentFault fault) {
 }
 
 void Builder::Note(const xmlError* error) {
-  if (stopped_ || error_.line != 0 || error->level != XML_ERR_FATAL) return;
+  if (error_.fault != DocumentFault::kNone || error->level != XML_ERR_FATAL) return;
   error_.fault =
       error->code == XML_ERR_NO_MEMORY ? DocumentFault::kNoMemory : DocumentFault::kMalformed;
   error_.line = error->line;
@@ -229,11 +243,13 @@ void Builder::Note(const xmlError* error) {
 }
 
 int Builder::Read(char* bytes, int capacity) noexcept {
+  if (error_.fault != DocumentFault::kNone) return -1;
   // In the middle of a start tag this tells how many attributes the parser has seen so far.
   if (parser_->maxatts > kMostAttributes * kAttributeFields ||
       parser_->nsNr > kMostNamespaces * kNamespaceFields ||
       xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > kMostTreeNames)
     Stop(DocumentFault::kExpandsTooMuch);
+  if (parser_->inSubset == 1) Check(subset_.Read(bytesRead_, parser_->instate == XML_PARSER_DTD));
   int got = -1;
   Guard([&] {
     got = source_.Read(bytes, capacity);
@@ -245,6 +261,9 @@ int Builder::Read(char* bytes, int capacity) noexcept {
 
 xmlEntity* Builder::Entity(const xmlChar* name) noexcept {
   xmlEntity* const entity = xmlGetDocEntity(parser_->myDoc, name);
+  // The parser has just declared it and looks it up. What it stands for may not be declared yet.
+  if (parser_->instate == XML_PARSER_ENTITY_DECL || parser_->instate == XML_PARSER_ENTITY_VALUE)
+    return entity;
   Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
   return stopped_ ? nullptr : entity;
 }
@@ -255,8 +274,20 @@ xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
     parser_->hasPErefs = 1;  // something is left out from here on, and that is no error in itself
     return nullptr;
   }
-  Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
-  return stopped_ ? nullptr : entity;
+  // Where the parser meets its own bound on references here, it may never come back.
+  parser_->options |= XML_PARSE_HUGE;
+  if (!entity || !entity->content) return nullptr;
+  Guard([&] {
+    Check(subset_.Insert(parser_, entity, bytesRead_));
+    insertions_.push_back({*entity, Chars(entity->content)});
+  });
+  if (stopped_) return nullptr;
+  // If two insertions in a row had one and the same text, the parser would take the second for
+  // standing still. It leaves a literal to be freed in `orig`, unless there is one.
+  Insertion& insertion = insertions_.back();
+  insertion.entity.content = insertion.entity.orig =
+      reinterpret_cast<xmlChar*>(insertion.text.data());
+  return &insertion.entity;
 }
 
 void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
@@ -305,7 +336,7 @@ void Builder::AddText(const xmlChar* text, int length) {
 
 void Builder::AddLeaf(const XmlName* name, const xmlChar* text) {
   FlushText();
-  if (growth_.depth() == 0) return;  // before or behind the root element
+  if (growth_.depth() == 0) return EndDeclaration();  // before or behind the root element
   const char* const utf8 = text ? Chars(text) : "";
   growth_.Add(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
 }

@@ -14,8 +14,26 @@ constexpr std::size_t kMostReferences = 10000;
 constexpr std::size_t kReferenceCost =
     64;  // a nested reference keeps the parser busy, however short
 constexpr int kMostAttributeDeclarations = 1000;
+constexpr std::size_t kLongestSubset = std::size_t{256} * 1024;
+constexpr std::size_t kLongestDeclaration = std::size_t{16} * 1024;
+constexpr std::ptrdiff_t kMostValues = 2000;
 
 }  // namespace
+
+DocumentFault XmlSubsetBudget::Read(std::size_t bytesRead, bool inDeclaration) const {
+  const bool isTooLong = (begin_ > 0 && bytesRead - begin_ + inserted_ > kLongestSubset) ||
+                         (inDeclaration && bytesRead - declaration_ > kLongestDeclaration);
+  return isTooLong ? DocumentFault::kExpandsTooMuch : DocumentFault::kNone;
+}
+
+DocumentFault XmlSubsetBudget::Insert(const xmlParserCtxt* parser, const xmlEntity* entity,
+                                      std::size_t bytesRead) {
+  inserted_ += entity->length + kReferenceCost;
+  values_ += std::count(entity->content, entity->content + entity->length, '|');
+  if (parser->inputNr > kDeepestNesting || parser->depth > kDeepestNesting || values_ > kMostValues)
+    return DocumentFault::kExpandsTooMuch;
+  return Read(bytesRead, false);
+}
 
 DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* entity,
                                      std::size_t bytesRead) {
@@ -27,6 +45,7 @@ DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* ent
     return DocumentFault::kRefersOutside;
   if (entity->length > kLongestLiteral) return DocumentFault::kExpandsTooMuch;
   const Expansion expansion = Measure(parser->myDoc, entity, 0);
+  if (expansion.isEndless) return DocumentFault::kMalformed;
   if (expansion.levels > kDeepestNesting || expansion.references > kMostReferences)
     return DocumentFault::kExpandsTooMuch;
   return Spend(entity->length + expansion.references * kReferenceCost, bytesRead);
@@ -43,14 +62,14 @@ DocumentFault XmlEntityBudget::DeclareAttribute() {
                                                                : DocumentFault::kNone;
 }
 
-// The parser recurses for each level of nested entities, so this is known before it starts. An
-// entity within itself is as deep as the limit allows, and then some.
+// The parser recurses for each level of nested entities, so this is known before it starts.
 XmlEntityBudget::Expansion XmlEntityBudget::Measure(xmlDoc* document, const xmlEntity* entity,
                                                     int level) {
   Expansion whole;
   if (level > kDeepestNesting || !entity->content) return whole;
-  const auto known = measured_.find(entity);
-  if (known != measured_.end()) return known->second;
+  const auto [known, isNew] = measured_.try_emplace(entity);
+  if (!isNew) return known->second;
+  known->second.isEndless = true;  // for what it stands for, if that refers to it
   const char* at = reinterpret_cast<const char*>(entity->content);
   while ((at = std::strchr(at, '&')) != nullptr) {
     const char* const end = std::strchr(++at, ';');
@@ -62,6 +81,7 @@ XmlEntityBudget::Expansion XmlEntityBudget::Measure(xmlDoc* document, const xmlE
         xmlGetDocEntity(document, reinterpret_cast<const xmlChar*>(name.c_str()));
     if (!inner) continue;
     const Expansion part = Measure(document, inner, level + 1);
+    whole.isEndless |= part.isEndless;
     whole.levels = std::max(whole.levels, part.levels + 1);
     whole.references = std::min(whole.references + part.references + 1, kMostReferences + 1);
   }

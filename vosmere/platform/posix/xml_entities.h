@@ -10,6 +10,32 @@
 
 namespace vosmere::posix {
 
+/// Bounds the internal subset, with its parameter entities written out: the parser compares each of
+/// the values that one declaration lists with all others, and frees the list by recursion.
+class XmlSubsetBudget {
+ public:
+  // `bytesRead` is how much of the document the parser has taken.
+
+  void Begin(std::size_t bytesRead) { begin_ = declaration_ = bytesRead; }
+  /// A declaration is over, or one attribute's part of it, or a comment or instruction.
+  void EndDeclaration(std::size_t bytesRead) {
+    declaration_ = bytesRead;
+    values_ = 0;
+  }
+
+  /// Whether the subset may go on behind what was read; `inDeclaration` unless that is a literal,
+  /// a comment or an instruction.
+  DocumentFault Read(std::size_t bytesRead, bool inDeclaration) const;
+  /// kNone when an internal parameter entity may be inserted.
+  DocumentFault Insert(const xmlParserCtxt* parser, const xmlEntity* entity, std::size_t bytesRead);
+
+ private:
+  std::size_t begin_ = 0;  // not yet
+  std::size_t declaration_ = 0;
+  std::size_t inserted_ = 0;
+  std::ptrdiff_t values_ = 0;  // listed by parameter entities since the last declaration
+};
+
 /// Says for every reference whether it may be expanded. The parser asks for each expansion, nested
 /// ones included, so the literals that were handed out add up to what was expanded.
 class XmlEntityBudget {
@@ -29,6 +55,7 @@ class XmlEntityBudget {
   struct Expansion {
     int levels = 1;
     std::size_t references = 0;
+    bool isEndless = false;
   };
   Expansion Measure(xmlDoc* document, const xmlEntity* entity, int level);
 

@@ -17,6 +17,8 @@ constexpr std::size_t kFreeExpansion = 4 * 1024 * 1024;
 constexpr std::size_t kLongestLiteral = 64 * 1024;
 constexpr int kDeepestNesting = 20;
 constexpr int kMostAttributeDeclarations = 1000;
+constexpr std::size_t kLongestSubset = 256 * 1024;
+constexpr std::size_t kLongestDeclaration = 16 * 1024;
 constexpr std::size_t kReferenceCost = 64;  // it keeps the parser busy, however short the text
 constexpr std::size_t kDefaultCost = 24;    // an attribute, however short its value
 
@@ -133,6 +135,7 @@ class EntityGuard {
     RefuseHere(DocumentFault::kMalformed, "the document type declaration is not well-formed");
   }
   void Spend(std::size_t bytes);
+  void BoundSubset() const;
 
   void ReadSubset(Reader& in, int level);
   void ReadEntity(Reader& in);
@@ -151,6 +154,8 @@ class EntityGuard {
   const std::string_view document_;
   std::size_t place_ = 0;  // in the document, of what is being looked at
   std::size_t spent_ = 0;
+  std::size_t subset_ = 0;    // where the declarations begin
+  std::size_t inserted_ = 0;  // among them, by parameter entities
   int attributeDeclarations_ = 0;
   bool namesOutside_ = false;
   Declarations entities_;
@@ -161,7 +166,7 @@ class EntityGuard {
 std::string EntityGuard::Expand(std::size_t doctype, std::size_t* content) {
   Reader in(document_, doctype);
   in.Take("<!DOCTYPE");
-  place_ = doctype;
+  place_ = subset_ = doctype;
   for (std::string_view token; (token = in.TakeToken()) != ">";) {
     if (token.empty()) RefuseDeclaration();
     if (token == "[") ReadSubset(in, 0);
@@ -184,9 +189,15 @@ void EntityGuard::Spend(std::size_t bytes) {
 
 // --- declarations ---
 
+void EntityGuard::BoundSubset() const {
+  if (place_ - subset_ + inserted_ > kLongestSubset)
+    RefuseHere(DocumentFault::kExpandsTooMuch, "the document type declaration is too long");
+}
+
 void EntityGuard::ReadSubset(Reader& in, int level) {
   while (in.SkipSpace(), !in.AtEnd() && !in.Take("]")) {
     if (level == 0) place_ = in.position();
+    BoundSubset();
     if (in.Take("<!--"))
       in.SkipPast("-->");
     else if (in.Take("<?"))
@@ -236,8 +247,11 @@ void EntityGuard::ReadAttributes(Reader& in) {
       RefuseHere(DocumentFault::kExpandsTooMuch, "too many attributes are declared");
     std::string_view token = TakeInDeclaration(in);
     if (token == "NOTATION") token = TakeInDeclaration(in);
+    const std::size_t values = in.position();
     if (token == "(")
       while (TakeInDeclaration(in) != ")") continue;
+    if (in.position() - values > kLongestDeclaration)
+      RefuseHere(DocumentFault::kExpandsTooMuch, "too many values are declared");
     token = TakeInDeclaration(in);
     if (token == "#" && TakeInDeclaration(in) == "FIXED") token = TakeInDeclaration(in);
     if (!IsLiteral(token)) continue;
@@ -256,7 +270,8 @@ void EntityGuard::ReadInserted(Reader& in, int level) {
   }
   if (level >= kDeepestNesting)
     RefuseHere(DocumentFault::kExpandsTooMuch, "entities are nested too deep");
-  Spend(found->second.text.size() + kReferenceCost);
+  inserted_ += found->second.text.size() + kReferenceCost;
+  BoundSubset();
   Reader inserted(found->second.text);
   ReadSubset(inserted, level + 1);
 }
