@@ -396,5 +396,19 @@ TEST(OpmlReader, OutOfMemoryIsAFailedLoadThatLosesNothing) {
   LoadAtEachFailure<CReadColctTreeOPML>(TestData("collection_tree.opml"));
 }
 
+TEST(Opml, IsReadAsTheTextItIsWhateverEncodingItNames) {
+  std::string names;
+  for (int i = 0; i < 200; ++i) names += " Zürich-ist-schön" + std::to_string(i) + "()";
+  const TreePtr tree = Tree("root(" + names + ")");
+  for (const char* encoding : {"ISO-8859-1", "windows-1252", "US-ASCII", "IBM037"}) {
+    CWriteColctTreeOPML writer;
+    writer.SetEncoding(encoding);
+    writer.SetTreeRoot(tree);
+    CReadColctTreeOPML reader;
+    EXPECT_TRUE(reader.LoadBSTRXML(OwnedBstr(writer.GetXMLBSTR()).get())) << encoding;
+    EXPECT_TRUE(Shape(TreePtr(reader.DetachTreeRoot())) == Shape(tree)) << encoding;
+  }
+}
+
 }  // namespace
 }  // namespace vosmere::test

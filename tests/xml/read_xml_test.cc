@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "tests/support/document.h"
 #include "vosmere/platform/xml_document.h"
@@ -174,10 +176,21 @@ TEST(ReadXml, BadBytesBehindTheRootAreBadBytes) {
   EXPECT_FALSE(reader.LoadBSTRXML(W(u"<a>1</a>" + std::u16string(8192, u' ') + u'\xD800')));
 }
 
-TEST(ReadXml, WideTextIgnoresTheEncodingItDeclares) {
-  Reader reader;
-  EXPECT_TRUE(reader.LoadBSTRXML(W("<?xml version='1.0' encoding='UTF-8'?><a x='é😀'>1</a>")));
-  EXPECT_EQ(reader.calls, "<1a=1a@x:é😀<2#text>2#text>1a");
+TEST(ReadXml, WideTextIsReadAsItIsWhateverItsLengthAndTheEncodingItDeclares) {
+  std::vector<std::string> starts = {" ", "<!-- -->"};
+  for (const char* encoding : {"UTF-8", "UTF-16", "UTF-32", "US-ASCII", "ISO-8859-1",
+                               "windows-1252", "Shift_JIS", "EBCDIC-CP-US", "IBM037", "no-such"})
+    starts.push_back(std::string("<?xml version='1.0' encoding='") + encoding + "'?>");
+  std::string text;
+  for (int i = 0; i < 1000; ++i) text += "😀";
+  for (const std::string& start : starts)
+    for (int length = 0; length < 100; ++length) {
+      const std::string document =
+          start + "<a>" + std::string(length, 'x') + text + "<b c='Zürich'/></a>";
+      Reader reader;
+      EXPECT_TRUE(reader.LoadBSTRXML(W(document))) << start << length;
+      ASSERT_EQ(reader.calls, "<1a=1a<2#text>2#text<2b=2b@c:Zürich>2b>1a") << start << length;
+    }
 }
 
 TEST(ReadXml, NumbersSaturate) {

@@ -70,17 +70,19 @@ TEST(SpecialFile, APipeIsNoPlainFileAndNobodyWaitsForIt) {
 TEST(SpecialFile, ADocumentMayComeThroughAPipeHoweverSlowly) {
   Pipe pipe;
   std::thread writer([&] {
-    for (const char* part :
-         {"<opml><body><outline text=\"a\"/>", "<outline text=\"b\"/>", "</body></opml>"}) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-      pipe.Write(part);
+    std::string document = " <opml><body><outline text=\"a\"/>";
+    for (int i = 0; i < 200; ++i) document += "😀";
+    document += "</body></opml>";
+    for (std::size_t at = 0; at < document.size(); at += 13) {
+      pipe.Write(document.substr(at, 13));
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     pipe.EndWriting();
   });
   CReadColctTreeOPML reader;
   EXPECT_TRUE(reader.LoadFile(pipe.path())) << reader.LastError().reason;
   writer.join();
-  EXPECT_NE(TreePtr(reader.DetachTreeRoot())["b"], nullptr);
+  EXPECT_NE(TreePtr(reader.DetachTreeRoot())["a"], nullptr);
 
   pipe.Leave();
   EXPECT_FALSE(reader.LoadFile(pipe.path())) << "nobody writes";

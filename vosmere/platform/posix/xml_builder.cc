@@ -133,8 +133,10 @@ void Builder::Parse(const char* encoding) {
   const auto read = [](void* self, char* bytes, int capacity) {
     return Self(self).Read(bytes, capacity);
   };
-  xmlDoc* const document = xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
-                                         XML_PARSE_NOENT | XML_PARSE_NONET);
+  // The parser believes what the document declares, unless it is told not to.
+  xmlDoc* const document =
+      xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
+                    XML_PARSE_NOENT | XML_PARSE_NONET | (encoding ? XML_PARSE_IGNORE_ENC : 0));
   // Bytes that do not convert end the input without being called an error behind the root element.
   const bool readToTheEnd =
       parser_->input && parser_->input->buf && parser_->input->buf->error == 0;
@@ -242,6 +244,8 @@ void Builder::Note(const xmlError* error) {
   error_.reason[std::strcspn(error_.reason, "\n")] = 0;
 }
 
+// A piece is as long as it can be: at the very end of a short one, the parser misreads what
+// follows.
 int Builder::Read(char* bytes, int capacity) noexcept {
   if (error_.fault != DocumentFault::kNone) return -1;
   // In the middle of a start tag this tells how many attributes the parser has seen so far.
@@ -250,13 +254,14 @@ int Builder::Read(char* bytes, int capacity) noexcept {
       xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > kMostTreeNames)
     Stop(DocumentFault::kExpandsTooMuch);
   if (parser_->inSubset == 1) Check(subset_.Read(bytesRead_, parser_->instate == XML_PARSER_DTD));
-  int got = -1;
+  int got = 0;
   Guard([&] {
-    got = source_.Read(bytes, capacity);
-    if (got > 0) bytesRead_ += got;
-    if (got < 0) Stop(DocumentFault::kMalformed);
+    int part = 0;
+    while (got < capacity && (part = source_.Read(bytes + got, capacity - got)) > 0) got += part;
+    bytesRead_ += got;
+    if (part < 0 && got == 0) Stop(DocumentFault::kMalformed);
   });
-  return got;
+  return stopped_ ? -1 : got;
 }
 
 xmlEntity* Builder::Entity(const xmlChar* name) noexcept {

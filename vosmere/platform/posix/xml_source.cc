@@ -81,7 +81,13 @@ std::optional<std::string_view> ReadAhead::Whole() const {
 }
 
 int ReadAhead::Read(char* bytes, int capacity) {
-  if (at_ == size_ && !ended_) return source_.Read(bytes, capacity);
+  if (at_ == size_ && !ended_) {
+    const int got = source_.Read(bytes_.get(), static_cast<int>(capacity_));
+    if (got < 0) return got;
+    ended_ = got == 0;
+    size_ = static_cast<std::size_t>(got);
+    at_ = 0;
+  }
   const std::size_t part = std::min(static_cast<std::size_t>(capacity), size_ - at_);
   std::memcpy(bytes, bytes_.get() + at_, part);
   at_ += part;
