@@ -272,7 +272,7 @@ TEST(XmlDocument, SaysWhereItIsMalformed) {
 TEST(XmlDocument, RefusesMalformedDeclarations) {
   for (const char* declarations :
        {"<!ENTITY e 'x>", "<!ENTITY e>", "junk", "<!ENTITY e '&f;'><!ENTITY f '&e;'>",
-        "<!ENTITY f 'x'>", "<!ENTITY e '&#'>", "<!ENTITY e '&'>"})
+        "<!ENTITY f 'x'>", "<!ENTITY e '&#'>", "<!ENTITY e '&'>", "<!ENTITY e ''><!NOTATION n >"})
     EXPECT_EQ(FaultOf(WithDoctype(declarations, "&e;")), DocumentFault::kMalformed) << declarations;
   EXPECT_EQ(FaultOf("<!DOCTYPE a ["), DocumentFault::kMalformed);
 }

@@ -166,13 +166,21 @@ TEST(ReadXml, BytesTellTheirEncoding) {
 TEST(ReadXml, BadBytesBehindTheRootAreBadBytes) {
   const std::string blanks(8192, ' ');
   for (const char* encoding : {"UTF-8", "windows-1252"}) {
-    const std::string start =
-        std::string("<?xml version='1.0' encoding='") + encoding + "'?><a>1</a>";
+    const std::string whole =
+        std::string("<?xml version='1.0' encoding='") + encoding + "'?><a>1</a>" + blanks;
     Reader reader;
-    EXPECT_TRUE(Load(reader, start + blanks));
-    EXPECT_FALSE(Load(reader, start + blanks + "\xFF\xFF<&&")) << encoding;
+    EXPECT_TRUE(Load(reader, whole));
+    EXPECT_FALSE(Load(reader, whole + "\xFF\xFF<&&")) << encoding;
+    EXPECT_FALSE(Load(reader, whole + '\0' + "<&&")) << encoding;
+    EXPECT_FALSE(Load(reader, whole + '\0')) << encoding;
   }
   Reader reader;
+  for (const bool bigEndian : {false, true}) {
+    const std::string whole = Utf16(u"\xFEFF<a>1</a>\n", bigEndian);
+    EXPECT_TRUE(Load(reader, whole));
+    EXPECT_FALSE(Load(reader, whole + '\0'));
+    EXPECT_FALSE(Load(reader, whole + '\n'));
+  }
   EXPECT_FALSE(reader.LoadBSTRXML(W(u"<a>1</a>" + std::u16string(8192, u' ') + u'\xD800')));
 }
 

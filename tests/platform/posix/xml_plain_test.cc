@@ -81,6 +81,7 @@ TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
                                       "<a>&#xD800;</a>"s,
                                       "<a>&#x110000;</a>"s,
                                       "<a>&#99999999999;</a>"s,
+                                      "<a>&#x0000000004E;</a>"s,
                                       "<a>&amp</a>"s,
                                       "<a>\x01</a>"s,
                                       "<a>\xC0\x80</a>"s,

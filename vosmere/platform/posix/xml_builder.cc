@@ -76,6 +76,7 @@ class Builder {
     if (fault != DocumentFault::kNone) Stop(fault);
   }
   int Read(char* bytes, int capacity) noexcept;
+  bool IsAtEnd() const;
   xmlEntity* Entity(const xmlChar* name) noexcept;
   xmlEntity* ParameterEntity(const xmlChar* name) noexcept;
   void EndDeclaration() { subset_.EndDeclaration(bytesRead_); }
@@ -137,15 +138,20 @@ void Builder::Parse(const char* encoding) {
   xmlDoc* const document =
       xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
                     XML_PARSE_NOENT | XML_PARSE_NONET | (encoding ? XML_PARSE_IGNORE_ENC : 0));
-  // Bytes that do not convert end the input without being called an error behind the root element.
-  const bool readToTheEnd =
-      parser_->input && parser_->input->buf && parser_->input->buf->error == 0;
-  const bool isWhole = document && parser_->wellFormed && tree_.arena.root && readToTheEnd;
+  const bool isWhole = document && parser_->wellFormed && tree_.arena.root && IsAtEnd();
   if (!isWhole) Stop(DocumentFault::kMalformed);
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
   if (error_.fault != DocumentFault::kNone) throw DocumentFailure{error_};
+}
+
+// Behind the root element the parser takes a zero byte, bytes that do not convert, and half a
+// character for the end.
+bool Builder::IsAtEnd() const {
+  const xmlParserInput* const input = parser_->input;
+  if (!input || !input->buf || input->buf->error != 0 || input->cur != input->end) return false;
+  return !input->buf->raw || xmlBufUse(input->buf->raw) == 0;
 }
 
 xmlSAXHandler Builder::Handlers() {
@@ -166,8 +172,10 @@ xmlSAXHandler Builder::Handlers() {
   sax.elementDecl = [](void* self, const xmlChar*, int, xmlElementContent*) {
     Self(self).EndDeclaration();
   };
-  sax.notationDecl = [](void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
+  sax.notationDecl = [](void* self, const xmlChar*, const xmlChar* publicId,
+                        const xmlChar* systemId) {
     Self(self).EndDeclaration();
+    if (!publicId && !systemId) Self(self).Stop(DocumentFault::kMalformed);
   };
   sax.attributeDecl = [](void* self, const xmlChar*, const xmlChar*, int, int, const xmlChar*,
                          xmlEnumeration* values) {

@@ -16,6 +16,9 @@ constexpr bool IsSpecial(unsigned char byte) {
   return (byte < 0x20) | (byte >= 0x80) | (byte == '&') | (byte == '<') | (byte == ']');
 }
 
+/// Of a character's number. In longer ones the parser does not know all letters.
+constexpr std::size_t kMostDigits = 9;
+
 constexpr int kWord = sizeof(std::uint64_t);
 
 /// Whether one of a word's bytes is special.
@@ -143,9 +146,11 @@ class Reader {
 
     if (reference.substr(0, 1) != "#") return 0;
     const bool isHex = reference.substr(1, 1) == "x";
-    const char* const end = reference.data() + reference.size();
+    const std::string_view digits = reference.substr(1 + isHex);
+    if (digits.size() > kMostDigits) return 0;
+    const char* const end = digits.data() + digits.size();
     unsigned code = 0;
-    const auto parsed = std::from_chars(reference.data() + 1 + isHex, end, code, isHex ? 16 : 10);
+    const auto parsed = std::from_chars(digits.data(), end, code, isHex ? 16 : 10);
     if (parsed.ec != std::errc() || parsed.ptr != end) return 0;
     return IsCharacter(code) ? code : 0;
   }

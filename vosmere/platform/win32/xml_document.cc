@@ -137,6 +137,7 @@ void* ParseArray(const ByteArray& array, std::string_view readable) {
   VARIANT_BOOL loaded = VARIANT_FALSE;
   Check(document->load(array.variant(), &loaded));
   if (!loaded) ThrowParseError(document.get(), readable);
+  win32::CheckEnd(array.bytes());
   return document.Detach();
 }
 

@@ -115,4 +115,14 @@ std::string Admit(std::string_view bytes) {
   return expanded.empty() ? expanded : MarkedUtf16(expanded);
 }
 
+void CheckEnd(std::string_view bytes) {
+  const XmlUnits units(bytes);
+  std::size_t end = 0;
+  while (end < units.size() && units[end] != 0) ++end;
+  if (end * units.width() == bytes.size()) return;
+  const std::string_view before = bytes.substr(0, end * units.width());
+  const std::string utf8 = units.width() == 2 ? Utf8(XmlUnits(before)) : std::string(before);
+  Refuse(DocumentFault::kMalformed, "the document goes on behind its end", utf8);
+}
+
 }  // namespace vosmere::win32

@@ -20,4 +20,8 @@ void BoundAttributes(const XmlUnits& document);
 /// are.
 std::string Admit(std::string_view bytes);
 
+/// For bytes that the parser takes. Throws DocumentFailure when they hold a zero, which it may take
+/// for the end, or end in half a unit.
+void CheckEnd(std::string_view bytes);
+
 }  // namespace vosmere::win32
