@@ -14,11 +14,7 @@ thread_local long successesLeft = kNoLimit;
 thread_local bool failed = false;
 
 void* Allocate(std::size_t size) noexcept {
-  if (successesLeft == 0) {
-    failed = true;
-    return nullptr;
-  }
-  if (successesLeft != kNoLimit) --successesLeft;
+  if (!vosmere::test::MayAllocate()) return nullptr;
   void* const block = std::malloc(size ? size : 1);
   if (block) ++live;
   return block;
@@ -68,6 +64,15 @@ void operator delete[](void* block, const std::nothrow_t&) noexcept {
 }
 
 namespace vosmere::test {
+
+bool MayAllocate() {
+  if (successesLeft == 0) {
+    failed = true;
+    return false;
+  }
+  if (successesLeft != kNoLimit) --successesLeft;
+  return true;
+}
 
 long LiveAllocations() {
   return live;

@@ -1,5 +1,6 @@
 // Memory that runs out when a test says so. The global operator new is replaced in the test
-// program; system strings go through it too, except on Windows, where they are the system's.
+// program; system strings go through it too, except on Windows, where they are the system's. On
+// Linux the XML parser's memory runs out as well.
 //
 //   const long before = LiveAllocations();
 //   {
@@ -16,6 +17,9 @@ namespace vosmere::test {
 
 /// How many blocks this thread holds: those it allocated less those it freed.
 long LiveAllocations();
+
+/// Counts one allocation of this thread; false when it has to fail.
+bool MayAllocate();
 
 /// Lets `successes` more allocations of this thread succeed and fails all others while it lives.
 class FailingMemory {

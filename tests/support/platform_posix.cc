@@ -1,5 +1,8 @@
+#include <libxml/xmlmemory.h>
 #include <pthread.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include "tests/support/failing_memory.h"
@@ -40,4 +43,16 @@ void RunOnSmallStack(std::size_t bytes, std::function<void()> work) {
   pthread_attr_destroy(&attributes);
 }
 
+namespace {
+
+// As a program might set them up that uses the parser, too. The blocks are not counted: the parser
+// keeps some for as long as the thread lives.
+[[maybe_unused]] const int parserMemoryFails = xmlMemSetup(
+    std::free, [](std::size_t size) { return MayAllocate() ? std::malloc(size) : nullptr; },
+    [](void* block, std::size_t size) {
+      return MayAllocate() ? std::realloc(block, size) : nullptr;
+    },
+    [](const char* text) { return MayAllocate() ? strdup(text) : nullptr; });
+
+}  // namespace
 }  // namespace vosmere::test

@@ -394,6 +394,10 @@ TEST(Opml, DifferentObjectsWorkOnDifferentThreads) {
 
 TEST(OpmlReader, OutOfMemoryIsAFailedLoadThatLosesNothing) {
   LoadAtEachFailure<CReadColctTreeOPML>(TestData("collection_tree.opml"));
+  LoadAtEachFailure<CReadColctTreeOPML>(
+      "<?xml version='1.0' encoding='ISO-8859-1'?><!DOCTYPE opml [<!ENTITY city 'Z\xFCrich'>"
+      "<!ENTITY % p '<!ATTLIST outline type CDATA \"rss\">'>%p;]><opml><body>"
+      "<outline text='&city; and &city;'/><vsm:note xmlns:vsm='v'>&city;</vsm:note></body></opml>");
 }
 
 TEST(Opml, IsReadAsTheTextItIsWhateverEncodingItNames) {

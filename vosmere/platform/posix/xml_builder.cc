@@ -1,6 +1,7 @@
 #include "vosmere/platform/posix/xml_builder.h"
 
 #include <libxml/SAX2.h>
+#include <libxml/encoding.h>
 #include <libxml/parser.h>
 
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "vosmere/platform/posix/xml_entities.h"
+#include "vosmere/platform/posix/xml_memory.h"
 #include "vosmere/platform/xml_document.h"
 
 namespace vosmere::posix {
@@ -64,6 +66,7 @@ class Builder {
   void Guard(Step step) noexcept {
     if (stopped_) return;
     try {
+      if (memory_.RanOut()) throw std::bad_alloc();  // a text may be missing
       step();
     } catch (...) {
       thrown_ = std::current_exception();
@@ -92,6 +95,7 @@ class Builder {
 
   XmlTree& tree_;
   XmlSource& source_;
+  const XmlMemoryWatch memory_;
   xmlParserCtxt* parser_ = nullptr;
   XmlEntityBudget budget_;
   XmlSubsetBudget subset_;
@@ -126,7 +130,6 @@ class Silence {
 };
 
 void Builder::Parse(const char* encoding) {
-  const Silence silence;
   parser_ = xmlNewParserCtxt();
   if (!parser_) throw std::bad_alloc();
   *parser_->sax = Handlers();
@@ -143,6 +146,7 @@ void Builder::Parse(const char* encoding) {
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
+  if (memory_.RanOut()) throw std::bad_alloc();  // the parser may have left something out
   if (error_.fault != DocumentFault::kNone) throw DocumentFailure{error_};
 }
 
@@ -361,10 +365,21 @@ void Builder::FlushText() {
   text_.clear();
 }
 
+// The parser would never learn of the encodings that it had no memory for.
+bool Initialise() {
+  const XmlMemoryWatch memory;
+  xmlInitParser();
+  xmlInitCharEncodingHandlers();
+  if (!memory.RanOut()) return true;
+  xmlCleanupCharEncodingHandlers();
+  throw std::bad_alloc();
+}
+
 }  // namespace
 
 void BuildXmlTree(XmlTree& tree, XmlSource& source, const char* encoding) {
-  static const bool initialised = (xmlInitParser(), true);  // on whatever thread comes first
+  const Silence silence;
+  static const bool initialised = Initialise();  // on whatever thread comes first
   static_cast<void>(initialised);
   Builder(tree, source).Parse(encoding);
 }
