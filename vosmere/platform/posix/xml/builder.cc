@@ -142,7 +142,7 @@ void Builder::Parse(const char* encoding) {
       xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
                     XML_PARSE_NOENT | XML_PARSE_NONET | (encoding ? XML_PARSE_IGNORE_ENC : 0));
   const bool isWhole = document && parser_->wellFormed && tree_.arena.root && IsAtEnd();
-  if (!isWhole && error_.fault == DocumentFault::kNone) Stop(DocumentFault::kMalformed);
+  if (!isWhole) Stop(DocumentFault::kMalformed);
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
@@ -237,7 +237,7 @@ xmlSAXHandler Builder::Handlers() {
 void Builder::Stop(DocumentFault fault) {
   if (stopped_) return;
   stopped_ = true;
-  error_ = {};
+  if (error_.fault != DocumentFault::kNone) return;  // the parser has found one before
   error_.fault = fault;
   if (parser_->input) {
     error_.line = parser_->input->line;
@@ -247,7 +247,7 @@ void Builder::Stop(DocumentFault fault) {
 }
 
 void Builder::Note(const xmlError* error) {
-  if (stopped_ || error_.line != 0 || error->level != XML_ERR_FATAL) return;
+  if (error_.fault != DocumentFault::kNone || error->level != XML_ERR_FATAL) return;
   error_.fault =
       error->code == XML_ERR_NO_MEMORY ? DocumentFault::kNoMemory : DocumentFault::kMalformed;
   error_.line = error->line;
@@ -291,7 +291,7 @@ xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
     parser_->hasPErefs = 1;  // something is left out from here on, and that is no error in itself
     return nullptr;
   }
-  // Where the parser meets its own, wider bound on references here, it never comes back.
+  // Where the parser meets its own bound on references here, it may never come back.
   parser_->options |= XML_PARSE_HUGE;
   if (!entity || !entity->content) return nullptr;
   Guard([&] {
