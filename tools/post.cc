@@ -24,6 +24,7 @@ constexpr std::size_t kDigestLength = 32;
 constexpr int kFirstRedirectStatus = 300;
 constexpr int kFirstErrorStatus = 400;
 constexpr int kTooLargeStatus = 413;
+constexpr LONG kSentOnly = 1;  // what Post returns for a reply that cannot be read
 
 namespace fs = std::filesystem;
 
@@ -130,7 +131,6 @@ class ProgressBar {
     const std::string& about;
     const char* reason;
   } reasons[] = {
-      {1, host, "the file was sent, but the reply was broken off"},
       {2, file, "there is no such file"},
       {3, file, "there is no such folder"},
       {8, file, "there is not enough memory"},
@@ -164,27 +164,26 @@ class ProgressBar {
   Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client", host);
 }
 
-/// A server that refuses need not let the reply be read to its end.
-bool IsRefused(const CNetUploadFile& upload) {
-  return upload.GetStatus() >= kFirstErrorStatus;
-}
-
-/// Throws Failure when there is no reply. What comes goes to `out`, or is kept for null; whether it
-/// could be written is for the caller to see.
+/// Throws Failure when there is no reply or half of one, unless that refuses the file. What comes
+/// goes to `out`, or is kept for null; whether it could be written is for the caller to see.
 void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out) {
   const auto write = [](void* to, const void* bytes, std::size_t size) {
     auto& stream = *static_cast<std::ostream*>(to);
     return static_cast<bool>(
         stream.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(size)));
   };
+  const unsigned long lostBefore = LostTexts();
   if (out) upload.SetResponseSink(write, out);
   {
     const ProgressBar bar(upload);
     upload.UploadFile(ToWide(options.file).get());
   }
-  const bool written = !out || *out;
-  if (written && upload.GetErrorCode() != 0 && !IsRefused(upload))
-    StopForCode(upload.GetErrorCode(), options);
+  if (LostTexts() != lostBefore) throw std::bad_alloc();
+  const LONG code = upload.GetErrorCode();
+  if (code == 0 || upload.GetStatus() >= kFirstErrorStatus || (out && !*out)) return;
+  if (code != kSentOnly) StopForCode(code, options);
+  throw Failure{kBadFile,
+                Error(options.host, "the file was sent, but the reply did not come to its end")};
 }
 
 void SendToFile(CNetUploadFile& upload, const PostOptions& options, const fs::path& path) {
@@ -246,7 +245,9 @@ std::string Utf8(WideView text) {
 }
 
 void PrintReply(CNetUploadFile& upload) {
+  const unsigned long lostBefore = LostTexts();
   const SystemString reply(upload.DetachResponse());
+  if (LostTexts() != lostBefore) throw std::bad_alloc();
   const bool seen = IsTerminal(Stream::kOutput);
   if (!seen) MakeOutputBinary();
   std::string text;

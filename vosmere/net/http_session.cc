@@ -123,12 +123,13 @@ void CNetBase::AppendResponse(WideView text) {
   }
 }
 
-// Last block first: what is freed last-in-first-out goes back to the system at once, so that the
-// reply is not in memory twice.
+// The last block first, as the system gets memory back soonest in that order: the reply is not in
+// memory twice.
 BSTR CNetBase::DetachResponse() {
   std::size_t size = 0;
   for (const auto& block : response_) size += block.size();
   BSTR const text = size ? SysAllocStringLen(nullptr, size) : nullptr;
+  if (size && !text) detail::CountLostText();
   for (; text && !response_.empty(); response_.pop_back()) {
     const auto& block = response_.back();
     size -= block.size();

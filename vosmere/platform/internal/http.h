@@ -110,8 +110,8 @@ Error Write(Request* request, const void* bytes, std::size_t size);
 /// Waits for the head of the reply. kForceRetry: send and write all again.
 Error End(Request* request);
 
-/// Of the last reply; kHeaderNotFound where there is none. A length that is no number of 63 bits,
-/// and two that differ, are kInvalidReply to End.
+/// Of the last reply; kHeaderNotFound where there is none. A length that is no number, one beyond
+/// 63 bits, and two that differ, make End fail with kInvalidReply.
 Error Status(Request* request, int* status);
 Error ContentLength(Request* request, std::uint64_t* length);
 /// Whether a redirect has made a GET of the request, and the reply is to that.

@@ -104,6 +104,8 @@ HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
 
 HttpTransfer::~HttpTransfer() {
   if (added_) curl_multi_remove_handle(multi_.get(), easy());
+  easy_.reset();
+  multi_.reset();  // closes its sockets, and tells of it
 }
 
 void HttpTransfer::SetRedirectHeaders(curl_slist* forGet, curl_slist* forPost) {
@@ -229,20 +231,20 @@ http::Error HttpTransfer::Start(ULONG total) {
 
   const auto enough = [&] { return wanted_ || Answered() || total == 0; };
   if (const http::Error error = Drive(Deadline() + connectTimeout_, false, enough)) return error;
-  return Hope();
+  return FailureSoFar();
 }
 
 http::Error HttpTransfer::Write(const char* bytes, std::size_t size) {
   if (size > toWrite_) return http::kInvalidParameter;
   toWrite_ -= size;
-  if (finished_ || rewound_ || size == 0) return Hope();
+  if (finished_ || rewound_ || size == 0) return FailureSoFar();
 
   body_ = bytes;
   bodyLeft_ = size;
   if (std::exchange(wanted_, false)) curl_easy_pause(easy(), CURLPAUSE_CONT);
   const http::Error error = Drive(Deadline(), true, [&] { return bodyLeft_ == 0 || rewound_; });
   bodyLeft_ = 0;
-  return error ? error : Hope();
+  return error ? error : FailureSoFar();
 }
 
 http::Error HttpTransfer::End() {
@@ -317,8 +319,6 @@ void HttpTransfer::NoteResult() {
   }
 }
 
-/// A server that answers before it has read all and goes makes sending fail, at once where libcurl
-/// has not looked at the reply yet.
 void HttpTransfer::TakeLateReply() {
   const std::string_view bytes(stash_, late_);
   if (StatusOf(bytes) == 0) return;
@@ -351,7 +351,7 @@ bool HttpTransfer::BrokeOnReuse() const {
   return finished_ && broke && reused_ && !replyBegun_ && !renewed_ && !Redirected();
 }
 
-http::Error HttpTransfer::Hope() const {
+http::Error HttpTransfer::FailureSoFar() const {
   return finished_ && !Answered() && !BrokeOnReuse() ? Failure() : http::kNone;
 }
 

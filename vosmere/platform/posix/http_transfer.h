@@ -73,13 +73,15 @@ class HttpTransfer {
   /// Waits for more of the reply, or for its end.
   http::Error Refill(Clock::time_point deadline);
   void NoteResult();
+  /// A server that answers before it has read all and goes makes sending fail, at once where
+  /// libcurl has not looked at the reply yet.
   void TakeLateReply();
   curl_off_t Moved() const;
   /// Whether a connection that had served before broke before the reply began. The server may have
   /// ended it before it saw the request, so that goes out once more, on a new one.
   bool BrokeOnReuse() const;
-  /// kNone while there is hope.
-  http::Error Hope() const;
+  /// kNone as long as there may be a reply.
+  http::Error FailureSoFar() const;
   http::Error Failure() const;
 
   struct MultiCleanup {
@@ -89,11 +91,11 @@ class HttpTransfer {
     void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
   };
 
-  std::array<curl_socket_t, 8> sockets_;  // that are open; before libcurl, which closes them last
   std::unique_ptr<CURLM, MultiCleanup> multi_;
   std::unique_ptr<CURL, EasyCleanup> easy_;
   Clock::duration connectTimeout_;
   Clock::duration timeout_;
+  std::array<curl_socket_t, 8> sockets_;  // that are open
   curl_slist* forGet_ = nullptr;
   curl_slist* forPost_ = nullptr;
   bool added_ = false;
