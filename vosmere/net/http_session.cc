@@ -26,12 +26,7 @@ constexpr WideLiteral kPswMD5(u"pswmd5");
 
 constexpr ULONG kPiece = 2048;
 constexpr int kMostPieces = 50000;
-// Units of a block of a reply, of which only what is filled takes memory. So large a block is given
-// back to the system when it is freed, whatever else the heap holds.
-constexpr std::size_t kBlock = std::size_t{17} * 1024 * 1024;
-constexpr std::size_t RoomOf(std::size_t block) {
-  return block == 1 ? std::size_t{512} * 1024 : kBlock;
-}
+constexpr std::size_t kBlock = std::size_t{512} * 1024;
 
 std::string Utf8(const WChar* text) {
   return BytesOf(kCodePageUtf8, WideView(text));
@@ -111,10 +106,9 @@ void CNetBase::AppendResponse(WideView text) {
   try {
     while (!text.empty()) {
       if (response_.empty()) response_.emplace_back();
-      if (response_.back().size() == RoomOf(response_.size()))
-        response_.emplace_back().reserve(kBlock);
+      if (response_.back().size() == kBlock) response_.emplace_back().reserve(kBlock);
       std::vector<WChar>& block = response_.back();
-      const WideView part = text.First(RoomOf(response_.size()) - block.size());
+      const WideView part = text.First(kBlock - block.size());
       block.insert(block.end(), part.begin(), part.end());
       text = text.From(part.size);
     }
