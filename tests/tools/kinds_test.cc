@@ -115,9 +115,10 @@ TEST(ToolNote, ExportsTheItemThatIsMeant) {
 
 TEST(ToolNote, ANameThatTwoItemsHaveIsNotGuessedAt) {
   const TempFolder folder;
-  WriteBytes(folder / "in",
-             "<opml><body><outline text='a'><outline text='x'/></outline><outline text='b'>"
-             "<outline text='x'><sx:sync id='second'/></outline></outline></body></opml>");
+  WriteBytes(
+      folder / "in",
+      "<opml xmlns:sx='s'><body><outline text='a'><outline text='x'/></outline><outline text='b'>"
+      "<outline text='x'><sx:sync id='second'/></outline></outline></body></opml>");
   const std::string note = "note " + Quoted(folder / "in") + ' ';
   const Outcome shared = RunTool(note + "x -");
   EXPECT_EQ(shared.exitCode, 1);

@@ -85,7 +85,9 @@ TEST(RegistryFiles, MoreKeysThanAnyUserHasAreRefused) {
 }
 
 TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
-  const TempFolder prefix;
+  const TempFolder folder;
+  const std::filesystem::path prefix = folder / "caf\xE9";
+  std::filesystem::create_directory(prefix);
   std::string key = kFolders;
   for (std::size_t at = 0; (at = key.find('\\', at)) != key.npos; at += 2) key.insert(at, "\\");
   const struct {
@@ -95,14 +97,14 @@ TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
                {"\"Z:\\\\fav\"", "dosdevices/z:\\fav"},
                {"\"\\\\\\\\server\\\\fav\"", ""},
                {"-", ""}};
-  setenv("WINEPREFIX", (prefix / "").c_str(), 1);
+  setenv("WINEPREFIX", prefix.c_str(), 1);
   for (const auto& c : cases) {
     WriteBytes(prefix / "user.reg",
                "WINE REGISTRY Version 2\n[Volatile Environment] 1\n"
                "\"USERPROFILE\"=\"C:\\\\users\\\\me\"\n[" +
                    key + "] 1\n\"Favorites\"=" + c.value + "\n");
     EXPECT_EQ(std::filesystem::path(Folder()).lexically_normal(),
-              *c.folder ? prefix / c.folder : "(none)");
+              *c.folder ? folder / "caf\\uDCE9" / c.folder : "(none)");
   }
   unsetenv("WINEPREFIX");
 }

@@ -1,6 +1,5 @@
 #include "vosmere/platform/posix/registry.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -9,6 +8,7 @@
 #include "vosmere/base/no_memory.h"
 #include "vosmere/base/wide_string.h"
 #include "vosmere/platform/file.h"
+#include "vosmere/platform/posix/path.h"
 #include "vosmere/platform/posix/text_file.h"
 #include "vosmere/platform/registry.h"
 
@@ -20,23 +20,26 @@ struct HKEY__ {
 namespace vosmere {
 namespace {
 
-constexpr char kUserFile[] = "/user.reg";
+constexpr char16_t kUserFile[] = u"/user.reg";
 
 std::mutex chosenMutex;
 std::u16string chosenPath;  // empty for the default
 
-std::u16string DefaultPath() {
-  const char* const prefix = std::getenv("WINEPREFIX");
-  if (prefix && *prefix) return WideOf(prefix);
-  const char* const home = std::getenv("HOME");
-  return WideOf(std::string(home ? home : "") + "/.wine");
+std::u16string PathIn(const char* variable) {
+  const char* const name = std::getenv(variable);
+  std::u16string path(name ? std::strlen(name) : 0, 0);
+  if (name) path.resize(PathOfName(name, reinterpret_cast<WChar*>(path.data()), path.size()));
+  return path;
 }
 
-std::string FolderOf(const std::u16string& path) {
-  std::string folder = Utf8Of(path);
-  std::replace(folder.begin(), folder.end(), '\\', '/');
-  folder.erase(folder.rfind('/') + 1);
-  return folder.empty() ? "./" : folder;
+std::u16string DefaultPath() {
+  const std::u16string prefix = PathIn("WINEPREFIX");
+  return prefix.empty() ? PathIn("HOME") + u"/.wine" : prefix;
+}
+
+std::u16string FolderOf(std::u16string path) {
+  path.erase(path.find_last_of(u"/\\") + 1);
+  return path.empty() ? u"./" : path;
 }
 
 bool StartsLikeAHive(const std::u16string& path) {
@@ -48,7 +51,7 @@ bool StartsLikeAHive(const std::u16string& path) {
 }
 
 UserRegistry ReadRegistry(std::u16string path) {
-  const std::u16string inPrefix = path + WideOf(kUserFile);
+  const std::u16string inPrefix = path + kUserFile;
   if (File().Open(Units(inPrefix))) path = inPrefix;
   UserRegistry registry{UserRegistry::kHive, FolderOf(path), nullptr};
   if (StartsLikeAHive(path)) {

@@ -12,7 +12,7 @@ struct UserRegistry {
   enum Kind { kHive, kWinePrefix, kExported };
 
   Kind kind;
-  std::string folder;  ///< that it lies in, in UTF-8 with slashes, a slash at its end
+  std::u16string folder;  ///< that it lies in, with a separator at its end
   std::shared_ptr<const RegistryFile> file;
 };
 

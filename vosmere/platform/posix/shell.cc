@@ -20,7 +20,7 @@ constexpr std::u16string_view kProfile = u"%userprofile%\\";
 std::u16string InPrefix(const UserRegistry& prefix, std::u16string path) {
   if (path.size() < 2 || path[1] != u':') return {};
   path[0] = static_cast<char16_t>(FoldAscii(path[0]));
-  return WideOf(prefix.folder + "dosdevices/") + path;
+  return prefix.folder + u"dosdevices/" + path;
 }
 
 /// Of a profile's hive only what lies in the profile itself can be found: it does not say what
@@ -30,7 +30,7 @@ std::u16string FavoritesOf(const UserRegistry& registry) {
   const bool inProfile = Folded(path).starts_with(kProfile);
   if (inProfile) path.erase(0, kProfile.size());
   switch (registry.kind) {
-    case UserRegistry::kHive: return WideOf(registry.folder) + (inProfile ? path : u"Favorites");
+    case UserRegistry::kHive: return registry.folder + (inProfile ? path : u"Favorites");
     case UserRegistry::kWinePrefix:
       if (inProfile)
         path = ReadText(*registry.file, u"Volatile Environment", u"USERPROFILE") + u'\\' + path;
