@@ -69,19 +69,6 @@ std::unique_ptr<Loaded> LoadBack(Load load, DocumentError& error) {
   return std::move(reader.loaded);
 }
 
-struct Utf8Text {
-  std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> bytes;
-  int length = 0;
-};
-
-Utf8Text Utf8Of(const WChar* text) {
-  char* bytes = nullptr;
-  Utf8Text utf8;
-  if (!CUnicodeTool::BSTRGetUTF8(text, &bytes, &utf8.length)) throw std::bad_alloc();
-  utf8.bytes.reset(bytes);
-  return utf8;
-}
-
 /// What was saved, and what comes back of it: null, with an error, when it does not load.
 struct RoundTrip {
   std::optional<Snapshot> saved;
@@ -92,19 +79,20 @@ struct RoundTrip {
 /// By a file or, for null, by memory.
 RoundTrip SaveAndLoad(std::unique_ptr<Loaded> loaded, const WChar* path) {
   RoundTrip trip;
-  Utf8Text text;
+  char* bytes = nullptr;
+  int length = 0;
   {
     const std::unique_ptr<CWriteXML> writer = loaded->Writer();
-    const SystemString wide(path ? nullptr : writer->GetXMLBSTR());
-    if (path ? !writer->SaveToFile(path) : !wide) trip.error = writer->LastError();
-    if (wide) text = Utf8Of(wide.get());
+    if (!(path ? writer->SaveToFile(path) : writer->GetXMLBytes(&bytes, &length)))
+      trip.error = writer->LastError();
   }
+  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
   trip.saved.emplace(loaded->Content());  // with what the writer changed on purpose
   loaded.reset();
   if (trip.error.fault == DocumentFault::kNone)
     trip.back = LoadBack(
         [&](CReadXML& reader) {
-          return path ? reader.LoadFile(path) : reader.LoadXML(text.bytes.get(), text.length);
+          return path ? reader.LoadFile(path) : reader.LoadXML(bytes, length);
         },
         trip.error);
   return trip;

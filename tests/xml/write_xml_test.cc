@@ -127,6 +127,11 @@ TEST(WriteXml, GeneratesOnce) {
   text = "second";
   EXPECT_EQ(Saved(writer), "first");
   EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).utf8(), "first");
+  char* bytes = nullptr;
+  int length = 0;
+  EXPECT_TRUE(writer.GetXMLBytes(&bytes, &length));
+  EXPECT_EQ(std::string(bytes, static_cast<std::size_t>(length) + 1), std::string("first\0", 6));
+  CUnicodeTool::DeleteBuffer(bytes);
   EXPECT_EQ(writer.generated, 1);
 }
 
@@ -193,6 +198,9 @@ TEST(WriteXml, WithoutMemoryNothingIsHandedOut) {
   ASSERT_EQ(Saved(writer), "text");
   const FailingMemory memory(0);
   EXPECT_EQ(writer.GetXMLBSTR(), nullptr);
+  char* bytes = nullptr;
+  int length = 0;
+  EXPECT_FALSE(writer.GetXMLBytes(&bytes, &length));
   EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
 }
 

@@ -172,6 +172,18 @@ BSTR CWriteXML::GetXMLBSTR() {
   return result;
 }
 
+bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
+  error_ = {};
+  FillOnce();
+  Chunk* chunk = nullptr;
+  if (!IsComplete(&chunk)) return false;
+  std::unique_ptr<char[]> joined = buffer_->Joined();
+  if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
+  *bytes = joined.release();
+  *length = buffer_->Get(&chunk);
+  return true;
+}
+
 // Saving.
 
 bool CWriteXML::SaveToFile(const WChar* path) {
