@@ -29,6 +29,13 @@ void RunOnSmallStack(std::size_t bytes, std::function<void()> work);
 /// had before; 0 where that cannot be told.
 std::size_t PeakMemory(std::function<void()> work);
 
+/// Whether a sanitizer takes memory of its own.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kSanitized = true;
+#else
+inline constexpr bool kSanitized = false;
+#endif
+
 /// Whether the system only stands in for Windows: its HTTP client takes more time and more replies
 /// than the real one.
 bool RunsOnWine();

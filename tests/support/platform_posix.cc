@@ -36,10 +36,7 @@ std::size_t PeakMemory(std::function<void()> work) {
   std::ofstream("/proc/self/clear_refs") << 5;
   const std::size_t before = MostResident();
   work();
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  return 0;  // sanitizers keep what was freed
-#endif
-  return MostResident() - before;
+  return kSanitized ? 0 : MostResident() - before;
 }
 
 bool RunsOnWine() {

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "tests/support/document.h"
+#include "tests/support/platform.h"
 #include "tests/support/tool.h"
 
 namespace vosmere::test {
@@ -88,6 +89,7 @@ TEST(ToolPosix, ADocumentThatComesOnlyOnceIsReadButNotWithoutEnd) {
 }
 
 TEST(ToolPosix, ACheckTakesAtMostTwiceTheMemoryOfTheItems) {
+  if (kSanitized) GTEST_SKIP() << "takes memory of its own";
   constexpr int kOutlines = 50'000;
   constexpr std::size_t kItem = sizeof(RNode) + sizeof(CFolderNode) + 2 * sizeof(void*);
   constexpr std::size_t kProgram = 16'000'000;
