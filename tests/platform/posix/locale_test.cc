@@ -10,7 +10,7 @@
 #include "vosmere/text/unicode_tool.h"
 
 // Locales that are found by LOCPATH are a leak of the C library.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions() {
   return "leak:argz_add_sep";
 }
 
