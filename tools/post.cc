@@ -176,7 +176,7 @@ void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out)
   if (out) upload.SetResponseSink(write, out);
   {
     const ProgressBar bar(upload);
-    upload.UploadFile(ToWide(options.file).get());
+    upload.UploadFile(LibraryPath(PathOf(options.file)).get());
   }
   if (LostTexts() != lostBefore) throw std::bad_alloc();
   const LONG code = upload.GetErrorCode();
@@ -278,7 +278,7 @@ std::string Objection(const CNetUploadFile& upload, const PostOptions& options) 
 
 int ShowRequest(CNetUploadFile& upload, const PostOptions& options) {
   upload.SetFieldName(Wide(u"WholeFile"));
-  upload.SetLocalFile(ToWide(options.file).get());
+  upload.SetLocalFile(LibraryPath(PathOf(options.file)).get());
   MakeOutputBinary();
   const bool shown = upload.ShowRequest(
       [](void*, const void* bytes, std::size_t size) {
