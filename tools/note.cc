@@ -17,7 +17,7 @@ namespace {
 /// Whether the page is there to its end, which the library does not tell: the disk may be full.
 bool IsWhole(const WChar* path) {
   constexpr std::string_view kEnd = "</body><html>";
-  std::ifstream file(std::filesystem::path(ToString(path)), std::ios::binary);
+  std::ifstream file(std::filesystem::path(ToUtf16(path)), std::ios::binary);
   file.seekg(-static_cast<std::streamoff>(kEnd.size()), std::ios::end);
   return std::string(std::istreambuf_iterator<char>(file), {}) == kEnd;
 }

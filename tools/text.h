@@ -10,8 +10,6 @@
 namespace vosmere::tool {
 
 SystemString ToWide(const std::string& utf8);
-/// Empty for null. An unpaired surrogate becomes U+FFFD.
-std::string ToUtf8(const WChar* text);
 
 /// As the library reads paths: a backslash separates everywhere.
 std::filesystem::path PathOf(std::string utf8);
