@@ -1,8 +1,8 @@
 // The library for C++ programs: the one header to include.
 //
 // On top of the classes that vosmere/vosmere.h brings, it has owning handles, texts in UTF-8 and
-// UTF-16, ranges that a break ends, and one type for results. It adds no second model: what it hands
-// out are the library's own items and lists, and every plain operation goes with it.
+// UTF-16, ranges that a break ends, and one type for results. It adds no second model: what it
+// hands out are the library's own items and lists, and every plain operation goes with it.
 //
 //   text.h     texts in and out, comparing without a copy
 //   own.h      a handle for every result that the caller frees

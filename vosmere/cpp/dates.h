@@ -1,6 +1,7 @@
 // Dates as std::chrono's instants: what a feed says, what an item remembers, what a page shows.
 //
-//   if (const auto date = ParseDate("Sun, 06 Nov 1994 08:49:37 GMT")) SetTimes(page, {.added = date});
+//   if (const auto date = ParseDate("Sun, 06 Nov 1994 08:49:37 GMT")) SetTimes(page, {.added =
+//   date});
 #pragma once
 
 #include <chrono>

@@ -23,7 +23,8 @@ namespace detail {
 
 using JobTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds>;
 
-/// So long from now; at most as long as times of the library reach at all, so that no sum overflows.
+/// So long from now; at most as long as times of the library reach at all, so that no sum
+/// overflows.
 inline JobTime FromNow(std::chrono::milliseconds delay) {
   constexpr std::chrono::milliseconds kLongest = std::chrono::years(100);
   const auto now = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::system_clock::now());
@@ -42,7 +43,8 @@ class JobThread : public CScheduleThread {
   inline void Take(JobEvent& job);
 };
 
-/// A job in the queue. What changes it holds the queue's lock, and so does the thread while it runs.
+/// A job in the queue. What changes it holds the queue's lock, and so does the thread while it
+/// runs.
 class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent> {
  public:
   using Period = std::chrono::milliseconds;
@@ -60,8 +62,8 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
   }
   void Insert(JobThread& thread) {
     const auto second = std::chrono::floor<std::chrono::seconds>(due_);
-    const std::int32_t end = second < sys_seconds() ? INT32_MIN : INT32_MAX;
-    SetTime(ToStoredTime(second).value_or(end), static_cast<int>((due_ - second).count()));
+    SetTime(second < sys_seconds() ? 0 : ToStoredTime(second).value_or(INT32_MAX),
+            static_cast<int>((due_ - second).count()));
     pending_ = true;
     thread.InsertTimeEvent(this);
   }
@@ -96,11 +98,11 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
   std::atomic<bool> pending_ = false;
 };
 
-/// The queue replaces an event by another that is the same job; one that is due before all others is
-/// at its head then, from where it can be taken out.
+/// The queue replaces an event by another that is the same job; one that is due before all others
+/// is at its head then, from where it can be taken out.
 inline void JobThread::Take(JobEvent& job) {
   struct Substitute : CTimeEvent {
-    Substitute() { SetTime(INT32_MIN, -1); }
+    Substitute() { SetTime(-1, 0); }
     void DoEvent() override {}
   } substitute;
   CTimeEventQueue& queue = *GetQueue();
@@ -143,9 +145,9 @@ class [[nodiscard]] Job {
   std::shared_ptr<detail::JobEvent> event_;
 };
 
-/// One thread that runs jobs one after the other, in the order in which they are due, by the time of
-/// day. While a job runs, whoever adds or cancels another waits. An exception that a job lets out is
-/// traced and dropped. Any thread may use it, jobs included. All that makes something throws
+/// One thread that runs jobs one after the other, in the order in which they are due, by the time
+/// of day. While a job runs, whoever adds or cancels another waits. An exception that a job lets
+/// out is traced and dropped. Any thread may use it, jobs included. All that makes something throws
 /// std::bad_alloc.
 class Scheduler {
  public:

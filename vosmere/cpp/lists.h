@@ -130,7 +130,8 @@ void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
 
 namespace detail {
 
-/// Finds the local trees that an operation on lists, which owns none, has left without a collection.
+/// Finds the local trees that an operation on lists, which owns none, has left without a
+/// collection.
 class LocalTrees {
  public:
   void Add(const ColctList& list) {

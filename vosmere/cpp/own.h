@@ -116,7 +116,7 @@ class OutPointer {
   OutPointer& operator=(const OutPointer&) = delete;
   ~OutPointer() { handle_.reset(result_); }
 
-  operator typename Handle::pointer*() { return &result_; }
+  operator typename Handle::pointer *() { return &result_; }
 
  private:
   Handle& handle_;

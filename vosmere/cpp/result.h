@@ -22,11 +22,11 @@ namespace vosmere {
 
 /// Why something failed, and where. A plain value.
 struct Error {
-  std::string source;   ///< the file, server or the like; empty when there is none to name
-  std::string reason;   ///< for people: UTF-8, one line, no full stop
-  int line = 0;         ///< from 1; 0 when there is no place to name
-  int column = 0;       ///< in characters, from 1; 0 when unknown
-  std::string element;  ///< the path of the element; empty when unknown
+  std::string source;        ///< the file, server or the like; empty when there is none to name
+  std::string reason;        ///< for people: UTF-8, one line, no full stop
+  int line = 0;              ///< from 1; 0 when there is no place to name
+  int column = 0;            ///< in characters, from 1; 0 when unknown
+  std::string element;       ///< the path of the element; empty when unknown
   unsigned systemError = 0;  ///< errno on Linux, the system's code on Windows; 0 for none
   DocumentFault fault = DocumentFault::kNone;  ///< of a document
 

@@ -52,12 +52,12 @@ void SetOrThrow(Set set) {
 /// A text in units of this type: a literal, a pointer, a standard string or a view of one.
 template <class Text, class Unit>
 concept TextOf = std::convertible_to<const Text&, std::basic_string_view<Unit>> &&
-                 !std::same_as<Text, std::nullptr_t>;
+    !std::same_as<Text, std::nullptr_t>;
 template <class Text>
 concept Utf8Text = TextOf<Text, char> || TextOf<Text, char8_t>;
 template <class Text>
-concept Utf16Text =
-    TextOf<Text, char16_t> || (sizeof(wchar_t) == sizeof(WChar) && TextOf<Text, wchar_t>);
+concept Utf16Text = TextOf<Text, char16_t> ||
+    (sizeof(wchar_t) == sizeof(WChar) && TextOf<Text, wchar_t>);
 /// What a program may have for a text.
 template <class Text>
 concept AnyText = Utf8Text<Text> || Utf16Text<Text>;
@@ -121,8 +121,7 @@ inline std::u16string ToUtf16(const WChar* text) {
 }
 /// The same in wchar_t, where that is UTF-16.
 template <class Unit = wchar_t>
-  requires(sizeof(Unit) == sizeof(WChar))
-std::basic_string<Unit> ToWString(const WChar* text) {
+requires(sizeof(Unit) == sizeof(WChar)) std::basic_string<Unit> ToWString(const WChar* text) {
   const WideView view(text);
   return {view.begin(), view.end()};
 }

@@ -37,7 +37,7 @@ namespace vosmere {
 /// The kinds of item that a tree holds.
 template <class Node>
 concept TreeItem = std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlNode> ||
-                   std::same_as<Node, CColctNode>;
+    std::same_as<Node, CColctNode>;
 /// One of them, or CBaseNode for all.
 template <class Node>
 concept AnyItem = TreeItem<Node> || std::same_as<Node, CBaseNode>;
@@ -67,8 +67,8 @@ class Link {
   RNode* link_ = nullptr;
 };
 
-/// Where to look, or to put something: a whole tree, a link, a folder, or a collection, which stands
-/// for its local tree.
+/// Where to look, or to put something: a whole tree, a link, a folder, or a collection, which
+/// stands for its local tree.
 class Place {
  public:
   Place(std::nullptr_t) {}
@@ -133,11 +133,11 @@ Node* As(Link link) {
   return static_cast<Node*>(link->item);
 }
 
-/// The items of a kind below a link, in the order of documents: each before what is below it, or the
-/// children alone. A forward range.
+/// The items of a kind below a link, in the order of documents: each before what is below it, or
+/// the children alone. A forward range.
 ///
-/// A loop may change its item, add what it likes (which may or may not come up), and remove a page or
-/// a collection that it was given, but nothing else; RemoveIf removes folders too.
+/// A loop may change its item, add what it likes (which may or may not come up), and remove a page
+/// or a collection that it was given, but nothing else; RemoveIf removes folders too.
 template <AnyItem Node, bool kChildrenOnly = false>
 class Range {
  public:
@@ -233,8 +233,7 @@ struct WithIdentity {
 
 /// The first item of the kind below `top` that satisfies the test; null for none.
 template <AnyItem Node = CBaseNode, class Test>
-  requires std::predicate<Test&, Node&>
-Node* Find(Place top, Test&& test) {
+requires std::predicate<Test&, Node&> Node* Find(Place top, Test&& test) {
   for (Node& item : Range<Node>(top))
     if (test(item)) return &item;
   return nullptr;
@@ -267,8 +266,7 @@ Tree NewTree(const Wide& name) {
 }
 /// The same with an address; it stays "about:blank" when this one has 2085 units or more.
 template <TreeItem Node>
-  requires std::derived_from<Node, CUrlNode>
-Tree NewTree(const Wide& name, const Wide& address) {
+requires std::derived_from<Node, CUrlNode> Tree NewTree(const Wide& name, const Wide& address) {
   Tree tree = NewTree<Node>(name);
   SetAddress(*As<Node>(tree), address);
   return tree;
@@ -284,9 +282,10 @@ inline Collection NewCollection(const Wide& name) {
 
 /// Whether `link` is `top` or stands below it.
 inline bool IsWithin(Link link, Link top) {
+  if (!link || !top) return false;
   const RNode* at = link;
-  while (at && at != top) at = at->parent;
-  return at && top;
+  while (at != top && top->firstChild && at->parent) at = at->parent;
+  return at == top;
 }
 
 /// Puts a tree into a folder, right before `before` or as the last. True when it took it; else
@@ -302,11 +301,18 @@ inline bool Add(Place folder, Tree&& tree, Link before = nullptr) {
     RNTool::InsertAsChild(folder, tree.release());
   return true;
 }
-/// Makes an item as the last of a folder, with its name and for a page or collection perhaps its
-/// address; the tree owns it. Null when the place is no folder.
-template <TreeItem Node, class... Address>
-Node* Add(Place folder, const Wide& name, const Address&... address) {
-  Tree tree = NewTree<Node>(name, Wide(address)...);
+/// Makes an item as the last of a folder; the tree owns it. Null when the place is no folder.
+template <TreeItem Node>
+Node* Add(Place folder, const Wide& name) {
+  Tree tree = NewTree<Node>(name);
+  auto* const item = As<Node>(tree);
+  return Add(folder, std::move(tree)) ? item : nullptr;
+}
+/// The same with the address of a page or collection.
+template <TreeItem Node>
+requires std::derived_from<Node, CUrlNode> Node* Add(Place folder, const Wide& name,
+                                                     const Wide& address) {
+  Tree tree = NewTree<Node>(name, address);
   auto* const item = As<Node>(tree);
   return Add(folder, std::move(tree)) ? item : nullptr;
 }
@@ -314,8 +320,8 @@ Node* Add(Place folder, const Wide& name, const Address&... address) {
 // Changing.
 
 /// Moves something with all below it into a folder, of this tree or another, right before `before`
-/// or as the last. False, with nothing changed, when it is a root, it would come to stand in itself,
-/// the place is no folder, or `before` is not directly in it.
+/// or as the last. False, with nothing changed, when it is a root, it would come to stand in
+/// itself, the place is no folder, or `before` is not directly in it.
 inline bool Move(Link what, Place folder, Link before = nullptr) {
   if (!what || !what->parent || !folder || folder->type != NT_FOLDER ||
       IsWithin(Link(folder), what) || (before && before->parent != folder))
@@ -333,10 +339,10 @@ inline Tree Remove(Link what) {
   return Tree(link);
 }
 
-/// Frees every item of the kind below `top` that satisfies the test, with all below it, and says how
-/// many satisfied it. What is in a folder is asked before the folder.
+/// Frees every item of the kind below `top` that satisfies the test, with all below it, and says
+/// how many satisfied it. What is in a folder is asked before the folder.
 template <AnyItem Node = CBaseNode, class Test>
-  requires std::predicate<Test&, Node&>
+requires std::predicate<Test&, Node&>
 int RemoveIf(Place top, Test&& test) {
   int count = 0;
   const auto removeIf = [&](RNode* link) {
@@ -345,14 +351,17 @@ int RemoveIf(Place top, Test&& test) {
     Remove(link);
     ++count;
   };
-  if (top) WalkBelow(top, [](RNode*) { return true; }, removeIf);
+  if (top)
+    WalkBelow(
+        top, [](RNode*) { return true; }, removeIf);
   return count;
 }
 
 enum class SortBy { kName, kAdded, kModified, kLastVisited };
 
 /// Sorts the children of a folder: from A to Z without regard to ASCII case, or the earliest first.
-/// A name that another begins with counts as equal to it (sort_node.h), and equals stay as they are.
+/// A name that another begins with counts as equal to it (sort_node.h), and equals stay as they
+/// are.
 inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = false) {
   if (!folder) return;
   CSortRNode sorter;
@@ -369,9 +378,9 @@ inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = fals
 
 /// A copy in no tree, without what is below it.
 template <class Node>
-  requires std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlNode> ||
-           std::same_as<Node, CEngineNode>
-Item<Node> Copy(const Node& item) {
+requires std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlNode> ||
+    std::same_as<Node, CEngineNode>
+        Item<Node> Copy(const Node& item) {
   Item<Node> copy(Node::New(const_cast<Node*>(&item)));
   if (!copy) throw std::bad_alloc();
   return copy;

@@ -1,8 +1,9 @@
 // Posting a file or a document to a web server, as a form.
 //
-//   Result<Reply> reply = Upload("www.example:8080", "/receive").Field("list", "news").SendFile(path);
-//   if (!reply) return Complain(reply.error());        // www.example:8080: the host is not known
-//   if (!reply->IsOk()) ...                             // the server says no: reply->status
+//   Result<Reply> reply = Upload("www.example:8080", "/receive").Field("list",
+//   "news").SendFile(path); if (!reply) return Complain(reply.error());        // www.example:8080:
+//   the host is not known if (!reply->IsOk()) ...                             // the server says
+//   no: reply->status
 #pragma once
 
 #include <cstdint>
@@ -31,8 +32,8 @@ struct Reply {
   bool IsOk() const { return status >= 200 && status < 300; }
 };
 
-/// One upload, in the form that browsers send (CNetUploadFile::SetClean). Setters return the upload,
-/// so that they can stand in a row. Nothing is thrown but std::bad_alloc.
+/// One upload, in the form that browsers send (CNetUploadFile::SetClean). Setters return the
+/// upload, so that they can stand in a row. Nothing is thrown but std::bad_alloc.
 class Upload {
  public:
   /// Whether to go on, after so many bytes of all. It must not throw.
