@@ -8,6 +8,8 @@
 #include <string>
 #include <thread>
 
+#include "tests/support/failing_memory.h"
+
 namespace vosmere {
 namespace {
 
@@ -99,6 +101,23 @@ TEST(Job, MovesAndOutlivesItsScheduler) {
   left.Cancel();
   EXPECT_FALSE(left.IsPending());
   EXPECT_EQ(runs, 0);
+}
+
+TEST(Scheduler, TakesAJobOrThrows) {
+  Scheduler scheduler;
+  const Job others[] = {scheduler.After(1h, [] {}), scheduler.After(1h, [] {})};
+  const long before = test::LiveAllocations();
+  bool failed = true;
+  for (int successes = 0; failed; ++successes) try {
+      const test::FailingMemory memory(successes);
+      const Job job = scheduler.After(1h, [] {});
+      failed = memory.Failed();
+      EXPECT_TRUE(job.IsPending());
+    } catch (const std::bad_alloc&) {
+      ASSERT_LT(successes, 10);
+      ASSERT_EQ(test::LiveAllocations(), before);
+    }
+  EXPECT_EQ(test::LiveAllocations(), before);
 }
 
 TEST(Scheduler, MayGoWithinAJob) {

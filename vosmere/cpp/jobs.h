@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "vosmere/base/lock.h"
@@ -40,6 +41,8 @@ class JobThread : public CScheduleThread {
     StopThread();
     StopAndWait();
   }
+  /// False when there is no memory for it.
+  inline bool Add(JobEvent& job);
   inline void Take(JobEvent& job);
 };
 
@@ -60,12 +63,12 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
     const Finish finish{*this};                                 // also when it throws
     work_();
   }
-  void Insert(JobThread& thread) {
+  /// Gets ready to be queued.
+  void Arm() {
     const auto second = std::chrono::floor<std::chrono::seconds>(due_);
     SetTime(second < sys_seconds() ? 0 : ToStoredTime(second).value_or(INT32_MAX),
             static_cast<int>((due_ - second).count()));
     pending_ = true;
-    thread.InsertTimeEvent(this);
   }
   void Cancel() {
     if (const std::shared_ptr<JobThread> thread = thread_.lock()) thread->Take(*this);
@@ -87,7 +90,8 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
     }
     due_ += period_;
     if (const JobTime now = FromNow({}); due_ < now) due_ = now;
-    Insert(*thread);
+    Arm();
+    thread->InsertTimeEvent(this);
   }
 
   std::weak_ptr<JobThread> thread_;
@@ -97,6 +101,12 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
   CTimeEvent* substitute_ = nullptr;  // the event that is to replace this one
   std::atomic<bool> pending_ = false;
 };
+
+inline bool JobThread::Add(JobEvent& job) {
+  const SynchGuard guard(*GetQueue());
+  CTimeEvent* replaced;
+  return InsertAndReplaceEvent(&job, &replaced) && GetQueue()->GetPeepHeadEvent();
+}
 
 /// The queue replaces an event by another that is the same job; one that is due before all others
 /// is at its head then, from where it can be taken out.
@@ -182,7 +192,8 @@ class Scheduler {
  private:
   Job Start(detail::JobTime due, std::chrono::milliseconds period, Work work) {
     auto event = std::make_shared<detail::JobEvent>(thread_, due, period, std::move(work));
-    event->Insert(*thread_);
+    event->Arm();
+    if (!thread_->Add(*event)) throw std::bad_alloc();
     return Job(std::move(event));
   }
 
