@@ -7,7 +7,8 @@
 //   text.h     texts in and out, comparing without a copy
 //   own.h      a handle for every result that the caller frees
 //   result.h   a value, or the reason why there is none
-//   tree.h     walk, find, build, move, remove, copy, sort
+//   walk.h     items: their texts, loops over them, searches
+//   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
 //   dates.h    instants of feeds and items
 //   jobs.h     functions run at a time, or every so often
@@ -25,4 +26,5 @@
 #include "vosmere/cpp/text.h"
 #include "vosmere/cpp/tree.h"
 #include "vosmere/cpp/upload.h"
+#include "vosmere/cpp/walk.h"
 #include "vosmere/vosmere.h"

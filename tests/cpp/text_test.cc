@@ -13,8 +13,9 @@ namespace {
 TEST(Wide, TakesEveryKindOfText) {
   const char* const nothing = nullptr;
   const std::u16string text = u"Å日😀";
+  const Wide own(text);
   for (const Wide& wide : {Wide("Å日😀"), Wide(u8"Å日😀"), Wide(u"Å日😀"), Wide(std::string("Å日😀")),
-                           Wide(std::u16string_view(text)), Wide(Wide(text).get())})
+                           Wide(std::u16string_view(text)), Wide(own.get())})
     EXPECT_EQ(ToUtf16(wide), text);
   EXPECT_EQ(ToUtf8(text), "Å日😀");
   EXPECT_EQ(ToUtf16(Wide(std::string(1000, 'x'))), std::u16string(1000, u'x'));

@@ -28,6 +28,7 @@
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/text.h"
 #include "vosmere/cpp/tree.h"
+#include "vosmere/cpp/walk.h"
 #include "vosmere/engines/engine_pool.h"
 #include "vosmere/tags/tag_store.h"
 

@@ -53,6 +53,8 @@ void SetOrThrow(Set set) {
 template <class Text, class Unit>
 concept TextOf = std::convertible_to<const Text&, std::basic_string_view<Unit>> &&
     !std::same_as<Text, std::nullptr_t>;
+template <class Unit>
+concept Utf16Unit = sizeof(Unit) == sizeof(WChar);
 template <class Text>
 concept Utf8Text = TextOf<Text, char> || TextOf<Text, char8_t>;
 template <class Text>
@@ -120,8 +122,8 @@ inline std::u16string ToUtf16(const WChar* text) {
   return {view.begin(), view.end()};
 }
 /// The same in wchar_t, where that is UTF-16.
-template <class Unit = wchar_t>
-requires(sizeof(Unit) == sizeof(WChar)) std::basic_string<Unit> ToWString(const WChar* text) {
+template <Utf16Unit Unit = wchar_t>
+std::basic_string<Unit> ToWString(const WChar* text) {
   const WideView view(text);
   return {view.begin(), view.end()};
 }

@@ -42,7 +42,10 @@ class Upload {
   /// The server's name, which may carry a port, and the path on it.
   Upload(const Wide& host, const Wide& path) : server_(ToUtf8(host)) {
     upload_.SetClean(true);
-    Set([&] { upload_.SetHost(host), upload_.SetPostAcceptor(path); });
+    Set([&] {
+      upload_.SetHost(host);
+      upload_.SetPostAcceptor(path);
+    });
   }
   Upload(const Upload&) = delete;
   Upload& operator=(const Upload&) = delete;
@@ -62,7 +65,10 @@ class Upload {
   }
   /// For a server that asks who is there.
   Upload& Login(const Wide& user, const Wide& password) {
-    return Set([&] { upload_.SetUserName(user), upload_.SetPassword(password); });
+    return Set([&] {
+      upload_.SetUserName(user);
+      upload_.SetPassword(password);
+    });
   }
   Upload& OnProgress(Progress progress) {
     progress_ = std::move(progress);
@@ -74,7 +80,10 @@ class Upload {
 
   /// A file, as the field `field`.
   Result<Reply> SendFile(const Wide& path, const Wide& field = "WholeFile") {
-    Set([&] { upload_.SetLocalFile(path), upload_.SetFieldName(field); });
+    Set([&] {
+      upload_.SetLocalFile(path);
+      upload_.SetFieldName(field);
+    });
     return Send(ToUtf8(path), [&] { upload_.Post(); });
   }
   /// A document under a name, as the field "PartialUpload".
