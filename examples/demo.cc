@@ -64,11 +64,11 @@ void Show(RNode* folder, std::size_t level) {
 
 // What the user does: a new folder with one subscription, unread and flagged.
 void AddNewThings(RNode* root) {
-  CFolderNode& folder = Add<CFolderNode>(root, u"To read on the train");
+  CFolderNode& folder = *Add<CFolderNode>(root, u"To read on the train");
   folder.SetDescription(Wide(u"Added by the demo"));
   folder.SetUUID(SystemString(RNTool::CreateUUID()).get());
 
-  CColctNode& comic = Add<CColctNode>(folder.GetRNode(), u"Wondermark – comics weekly");
+  CColctNode& comic = *Add<CColctNode>(folder.GetRNode(), u"Wondermark – comics weekly");
   comic.SetUrl(Wide(u"https:\\\\wondermark.com\\feed\\"));  // in memory as paths are
   comic.SetUUID(SystemString(RNTool::CreateUUID()).get());
   comic.SetVersion(3);

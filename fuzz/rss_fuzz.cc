@@ -19,7 +19,7 @@ std::u16string Saved(CColctNode* colct) {
   writer.SetColctNode(colct);
   const SystemString text(writer.GetXMLBSTR());
   if (!text) std::abort();
-  return ToString(text.get());
+  return ToUtf16(text.get());
 }
 
 Collection Loaded(const std::u16string& document) {

@@ -56,7 +56,7 @@ std::string Label(const WChar* name) {
   const WideView view(name);
   if (view.empty()) return "(no name)";
   if (view.size <= kLabelUnits) return Printable(name);
-  return Printable(Wide(ToString(name).substr(0, kLabelUnits))) + "...";
+  return Printable(Wide(ToUtf16(name).substr(0, kLabelUnits))) + "...";
 }
 
 std::string Place(const std::vector<std::string>& labels) {

@@ -20,7 +20,7 @@ const WChar* UrlOf(RNode* page) {
 // An apostrophe stands for itself, as values are never quoted with it: not every browser that
 // imports bookmarks knows "&apos;", which is not of HTML's first versions.
 void LinkWriter::PutValue(const WChar* text) {
-  std::u16string value = ToString(text);
+  std::u16string value = ToUtf16(text);
   const auto unspeakable = [](char16_t unit) { return unit < 0x20 || unit >= 0xFFFE; };
   std::replace_if(value.begin(), value.end(), unspeakable, u'\xFFFD');
   const Wide units(value);

@@ -34,14 +34,6 @@ SystemString ToWide(const std::string& utf8) {
   return SystemString(converted ? wide : SysAllocString(Wide(u"")));
 }
 
-std::string ToUtf8(const WChar* text) {
-  char* bytes = nullptr;
-  int length = 0;
-  if (!CUnicodeTool::TCHARGetUTF8(text, &bytes, &length)) throw std::bad_alloc();
-  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
-  return {bytes, static_cast<std::size_t>(length)};
-}
-
 std::filesystem::path PathOf(const std::string& name) {
   return std::filesystem::path(std::u8string(name.begin(), name.end()));
 }

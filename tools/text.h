@@ -10,8 +10,6 @@
 namespace vosmere::tool {
 
 SystemString ToWide(const std::string& utf8);
-/// Empty for null. An unpaired surrogate becomes U+FFFD.
-std::string ToUtf8(const WChar* text);
 
 /// A file by the name that the program was given for it, in the system's own bytes (UTF-8 on
 /// Windows).

@@ -49,7 +49,7 @@ inline std::string NameOf(const RNode* link) {
 
 /// The first link of that name in the tree of `top`, itself included; null for none.
 inline RNode* FindLink(RNode* top, const std::string& name) {
-  if (NameOf(top) == name) return top;
+  if (test::NameOf(top) == name) return top;
   for (RNode* child = top->firstChild; child; child = child->next)
     if (RNode* const found = FindLink(child, name)) return found;
   return nullptr;

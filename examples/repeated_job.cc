@@ -1,0 +1,20 @@
+// Does something every so often, as long as somebody holds the handle.
+//
+// Prints: tick tick tick
+#include <iostream>
+#include <semaphore>
+
+#include "vosmere/cpp.h"
+
+using namespace vosmere;
+using namespace std::chrono_literals;
+
+int main() {
+  std::counting_semaphore<> ticks(0);
+  Scheduler scheduler;
+  const Job job = scheduler.Every(10ms, [&] {
+    std::cout << "tick " << std::flush;
+    ticks.release();
+  });
+  for (int i = 0; i < 3; ++i) ticks.acquire();
+}

@@ -1,0 +1,105 @@
+// Dates as std::chrono's instants: what a feed says, what an item remembers, what a page shows.
+//
+//   if (const auto date = ParseDate("Sun, 06 Nov 1994 08:49:37 GMT")) SetTimes(page, {.added =
+//   date});
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "vosmere/cpp/own.h"
+#include "vosmere/cpp/text.h"
+#include "vosmere/text/date_reader.h"
+#include "vosmere/text/display_date.h"
+#include "vosmere/text/feed_date.h"
+#include "vosmere/tree/base_node.h"
+
+namespace vosmere {
+
+using std::chrono::sys_seconds;
+
+/// The instant that a date of a feed or a mail means, in any of the forms that ReadDate reads
+/// (text/date_reader.h); nothing for a text that is no date.
+template <Utf8Text Text>
+std::optional<sys_seconds> ParseDate(const Text& text) {
+  const std::string_view utf8 = detail::ViewUtf8(text);
+  DateReading date;
+  if (!ReadDate(utf8.data(), utf8.size(), &date)) return std::nullopt;
+  return sys_seconds(std::chrono::seconds(date.seconds));
+}
+inline std::optional<sys_seconds> ParseDate(TextView text) {
+  DateReading date;
+  if (!ReadDate(text.get(), &date)) return std::nullopt;
+  return sys_seconds(std::chrono::seconds(date.seconds));
+}
+/// Throws std::bad_alloc.
+template <Utf16Text Text>
+std::optional<sys_seconds> ParseDate(const Text& text) {
+  return ParseDate(TextView(Wide(text)));
+}
+
+// The library keeps its times as 32-bit seconds: from 1901-12-13 to 2038-01-19.
+
+/// Nothing for an instant beyond them.
+inline std::optional<std::int32_t> ToStoredTime(sys_seconds time) {
+  const auto seconds = time.time_since_epoch().count();
+  if (seconds < INT32_MIN || seconds > INT32_MAX) return std::nullopt;
+  return static_cast<std::int32_t>(seconds);
+}
+inline sys_seconds FromStoredTime(std::int32_t seconds) {
+  return sys_seconds(std::chrono::seconds(seconds));
+}
+
+// Texts of instants; nothing for one that the library has no text for. Each throws std::bad_alloc.
+
+/// "2008-03-01T10:20:30Z", from 1970 on.
+inline std::optional<std::string> ToIsoDate(sys_seconds time) {
+  const auto stored = ToStoredTime(time);
+  char text[26];
+  if (!stored || !CKQTime().GetDCDate(*stored, text)) return std::nullopt;
+  return text;
+}
+/// "Mar 01 2008 14:05 Sat", in local time.
+inline std::optional<std::string> ToDisplayDate(sys_seconds time) {
+  const auto stored = ToStoredTime(time);
+  if (!stored) return std::nullopt;
+  const SystemString text(DisplayDate::GetShowDate2(*stored));
+  if (!text) throw std::bad_alloc();
+  return *text ? std::optional(ToUtf8(text.get())) : std::nullopt;
+}
+
+/// What an item remembers.
+struct ItemTimes {
+  std::optional<sys_seconds> added = {}, modified = {}, lastVisited = {};
+};
+
+/// All three.
+inline ItemTimes TimesOf(const CBaseNode& item) {
+  std::int32_t added, modified, lastVisited;
+  item.GetNodeStat()->GetStatTime(&added, &modified, &lastVisited);
+  return {FromStoredTime(added), FromStoredTime(modified), FromStoredTime(lastVisited)};
+}
+/// Sets those that are given; false when one of them cannot be stored, and then none is.
+inline bool SetTimes(CBaseNode& item, const ItemTimes& times) {
+  const struct {
+    std::optional<sys_seconds> time;
+    ULONG bit;
+  } given[] = {{times.added, CNodeStat::kAdded},
+               {times.modified, CNodeStat::kModified},
+               {times.lastVisited, CNodeStat::kLastVisited}};
+  std::int32_t stored[3] = {};
+  ULONG mask = 0;
+  for (int i = 0; i < 3; ++i) {
+    if (!given[i].time) continue;
+    const auto seconds = ToStoredTime(*given[i].time);
+    if (!seconds) return false;
+    stored[i] = *seconds;
+    mask |= given[i].bit;
+  }
+  item.GetNodeStat()->SetStatTime(stored[0], stored[1], stored[2], mask);
+  return true;
+}
+
+}  // namespace vosmere

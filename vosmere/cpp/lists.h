@@ -1,0 +1,313 @@
+// Lists as values that move: collections, items by their identities, FTP sites, search engines,
+// tags.
+//
+//   CFtpConBase& site = Append(sites);                          // a new one at the end
+//   for (CFtpConBase& site : Each(sites)) ...                   // a break ends it
+//   CColctNode* colct = FindIn(list, AtAddress{"http://a.example/feed"});
+//   ColctList gone = Merge(list, std::move(fresh));
+//   AddEngine(*pool, "Images", "http://images.example/?q=%s");
+//   SetTags(page, "news feeds");
+//
+// What makes something may throw std::bad_alloc, and then nothing has changed; nothing else is
+// thrown. Moved-from lists are empty lists.
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "vosmere/base/chain.h"
+#include "vosmere/base/list.h"
+#include "vosmere/collections/colct_tool.h"
+#include "vosmere/cpp/own.h"
+#include "vosmere/cpp/text.h"
+#include "vosmere/cpp/tree.h"
+#include "vosmere/cpp/walk.h"
+#include "vosmere/engines/engine_pool.h"
+#include "vosmere/tags/tag_store.h"
+
+namespace vosmere {
+
+// Every list.
+
+namespace detail {
+
+/// What a loop over a list is given: the item of a cell, a text as a view, or the cell itself where
+/// that is the item.
+template <class Cell>
+decltype(auto) Element(Cell& cell) {
+  if constexpr (requires { cell.item; })
+    return *cell.item;
+  else if constexpr (requires { TextView(cell.data); })
+    return TextView(cell.data);
+  else if constexpr (requires { cell.data; })
+    return *cell.data;
+  else
+    return (cell);
+}
+
+template <class Cell>
+using ElementOf = std::remove_reference_t<decltype(Element(std::declval<Cell&>()))>;
+
+}  // namespace detail
+
+/// The items of a list in order. A loop may take out or free the one that it was given.
+template <class Cell>
+class ListRange {
+ public:
+  class Iterator : private chain::Cells<Cell>::Iterator {
+    using Cells = typename chain::Cells<Cell>::Iterator;
+
+   public:
+    explicit Iterator(Cell* cell) : Cells(cell) {}
+    decltype(auto) operator*() const { return detail::Element(*Cells::operator*()); }
+    Iterator& operator++() {
+      Cells::operator++();
+      return *this;
+    }
+    bool operator!=(const Iterator& other) const { return Cells::operator!=(other); }
+  };
+
+  explicit ListRange(Cell* head) : head_(head) {}
+  Iterator begin() const { return Iterator(head_); }
+  Iterator end() const { return Iterator(nullptr); }
+
+ private:
+  Cell* head_;
+};
+
+template <class Cell>
+ListRange<Cell> Each(Cell* head) {
+  return ListRange<Cell>(head);
+}
+template <class Cell, auto Free>
+ListRange<Cell> Each(const Owned<Cell, Free>& list) {
+  return ListRange<Cell>(list.get());
+}
+template <class Cell, auto Free>
+void Each(const Owned<Cell, Free>&& list) = delete;  // it would be gone before the loop begins
+
+/// The first item that satisfies the test; null for none.
+template <class Cell, auto Free, class Test>
+detail::ElementOf<Cell>* FindIn(const Owned<Cell, Free>& list, Test&& test) {
+  for (auto& item : Each(list))
+    if (test(item)) return &item;
+  return nullptr;
+}
+
+/// Appends an item to a list that owns what it holds, and returns it; null for null.
+template <class Cell, auto Free, class Thing, class Delete>
+Thing* Append(Owned<Cell, Free>& list, std::unique_ptr<Thing, Delete> item) {
+  if (!item) return nullptr;
+  Cell* const cell = Cell::New(item.get());
+  if (!cell) throw std::bad_alloc();
+  Cell* head = list.release();
+  chain::Append(head, cell);
+  list.reset(head);
+  return item.release();
+}
+/// Appends a new one.
+template <class Cell, auto Free, class Thing = detail::ElementOf<Cell>>
+Thing& Append(Owned<Cell, Free>& list) {
+  std::unique_ptr<Thing, decltype(&Thing::Delete)> item(Thing::New(), &Thing::Delete);
+  if (!item) throw std::bad_alloc();
+  return *Append(list, std::move(item));
+}
+/// Appends a whole list.
+template <class Cell, auto Free>
+void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
+  Cell* head = list.release();
+  chain::AppendChain(head, more.release());
+  list.reset(head);
+}
+
+// Lists of collections. Addresses compare exactly.
+
+namespace detail {
+
+/// Finds the local trees that an operation on lists, which owns none, has left without a
+/// collection.
+class LocalTrees {
+ public:
+  void Add(const ColctList& list) {
+    for (const CColctNode& colct : Each(list)) roots_.insert(colct.GetLocRNodeRoot());
+  }
+  void Keep(const ColctList& list) {
+    for (const CColctNode& colct : Each(list)) roots_.erase(colct.GetLocRNodeRoot());
+  }
+  void FreeTheRest() const {
+    for (RNode* root : roots_) DeleteTree(root);
+  }
+
+ private:
+  std::unordered_set<RNode*> roots_;
+};
+
+/// Does `change(&head)` and frees the local trees of the collections that it freed.
+template <class Change>
+bool ChangeList(ColctList& list, Change change) {
+  LocalTrees trees;
+  trees.Add(list);
+  RColctItem* head = list.release();
+  const bool changed = change(&head);
+  list.reset(head);
+  trees.Keep(list);
+  trees.FreeTheRest();
+  return changed;
+}
+
+}  // namespace detail
+
+/// Frees every collection whose address came up earlier in the list; whether there was one.
+inline bool RemoveDuplicates(ColctList& list) {
+  return detail::ChangeList(
+      list, [](RColctItem** head) { return CRColctTool().DeleteDuplcateColct(*head); });
+}
+/// Frees every collection with this address; whether there was one.
+inline bool RemoveAddress(ColctList& list, const Wide& address) {
+  return detail::ChangeList(
+      list, [&](RColctItem** head) { return CRColctTool().DeleteColctByUrl(head, address); });
+}
+
+/// Puts a list that was read anew in place of an old one, and returns what the new one has no more.
+/// A collection that was there before, by its address, keeps its local tree and, unless told
+/// otherwise, its network side, identity, base build and checked-in state; its cell is marked.
+inline ColctList Merge(ColctList& list, ColctList fresh, bool keepNetData = true) {
+  detail::LocalTrees trees;
+  trees.Add(list);
+  trees.Add(fresh);
+  std::vector<RNode*> freshTrees;
+  for (const CColctNode& colct : Each(fresh)) freshTrees.push_back(colct.GetLocRNodeRoot());
+
+  CRColctTool tool;
+  tool.SetKeepOldColctNetData(keepNetData);
+  RColctItem* old = list.release();
+  RColctItem* gone = nullptr;
+  tool.UpdateRColctItemList(fresh.get(), &old, &gone);
+  RColctItem::DeleteList(old);
+
+  auto freshTree = freshTrees.begin();
+  for (CColctNode& colct : Each(fresh)) {  // the old one may have had none
+    if (!colct.GetLocRNodeRoot()) colct.SetLocRNodeRoot(*freshTree);
+    ++freshTree;
+  }
+  list = std::move(fresh);
+  ColctList removed(gone);
+  trees.Keep(list);
+  trees.Keep(removed);
+  trees.FreeTheRest();
+  return removed;
+}
+
+/// Finds the collection and the item that `name` names, among `list` and the top level of its local
+/// trees; true when both are there. They are GetRefColctNode and GetRefUrlNode then.
+inline bool Resolve(CColctItemID& name, const ColctList& list) {
+  return CColctItemID::FindColctUrlNode(list.get(), &name);
+}
+
+// Search engines.
+
+using EnginePool = Item<CEnginePool>;
+
+inline EnginePool NewEnginePool() {
+  EnginePool pool(CEnginePool::New());
+  if (!pool) throw std::bad_alloc();
+  return pool;
+}
+inline ListRange<REngineItem> Engines(const CEnginePool& pool) {
+  return Each(pool.GetREngineItemHead());
+}
+/// Appends an engine, which the pool owns then, and returns it; null for null.
+inline CEngineNode* AddEngine(CEnginePool& pool, Item<CEngineNode> engine) {
+  if (engine && !pool.AppendEngine(engine.get())) throw std::bad_alloc();
+  return engine.release();
+}
+/// Makes one; an address or type of 2085 units or more stays "about:blank" and "web".
+inline CEngineNode& AddEngine(CEnginePool& pool, const Wide& name, const Wide& address,
+                              const Wide& searchType = nullptr) {
+  Item<CEngineNode> engine(CEngineNode::New());
+  if (!engine) throw std::bad_alloc();
+  detail::SetOrThrow([&] {
+    engine->SetName(name);
+    engine->SetUrl(address);
+    engine->SetSearchType(searchType);
+  });
+  return *AddEngine(pool, std::move(engine));
+}
+/// Takes an engine out of the pool; empty when it is not here.
+inline Item<CEngineNode> RemoveEngine(CEnginePool& pool, CEngineNode& engine) {
+  return Item<CEngineNode>(pool.RemoveEngine(&engine) ? &engine : nullptr);
+}
+/// With engines of its own.
+inline EnginePool Copy(const CEnginePool& source) {
+  EnginePool pool(CEnginePool::New(const_cast<CEnginePool*>(&source)));
+  if (!pool) throw std::bad_alloc();
+  pool->REngineItemHeadChange(nullptr);  // the source's
+  for (const CEngineNode& engine : Engines(source)) AddEngine(*pool, Copy(engine));
+  return pool;
+}
+
+// Tags of a page, as views. They compare without regard to ASCII case.
+
+inline ListRange<CUrlProp::TagList> Tags(const CUrlNode& page) {
+  const CUrlProp* const properties = page.GetUrlProp();
+  return Each(properties ? properties->GetTagsHead() : nullptr);
+}
+inline bool HasTag(const CUrlNode& page, const Wide& tag) {
+  const CUrlProp* const properties = page.GetUrlProp();
+  return properties && properties->HasTag(tag);
+}
+/// Gives the page the tags of a text, parted by blanks, commas, semicolons and line ends, in place
+/// of those it has.
+inline void SetTags(CUrlNode& page, const Wide& text) {
+  CUrlProp* const properties = page.GetUrlProp();
+  const SystemString parts(SysAllocString(text));
+  if (!properties || (text && !parts)) throw std::bad_alloc();
+  PageTagList tags;
+  detail::SetOrThrow([&] { tags.reset(CUrlProp::GenerateRBstrItemList(parts.get())); });
+  const PageTagList before(properties->DetachTagsHead());
+  properties->SetTagsList(tags.release());
+}
+/// Adds a tag as it is, unless the page has it.
+inline void AddTag(CUrlNode& page, const Wide& tag) {
+  if (!tag || HasTag(page, tag)) return;
+  CUrlProp* const properties = page.GetUrlProp();
+  CUrlProp::TagList* const cell = properties ? CUrlProp::CreateRBstrItem(tag) : nullptr;
+  if (!cell) throw std::bad_alloc();
+  CUrlProp::TagList* head = properties->DetachTagsHead();
+  chain::Append(head, cell);
+  properties->SetTagsList(head);
+}
+
+// The user's tags in groups.
+
+inline ListRange<CTagStore::TagGroupList> Groups(const CTagStore& store) {
+  return Each(store.GetTagGroupHead());
+}
+inline ListRange<CTagGroup::TagItemList> Tags(const CTagGroup& group) {
+  return Each(group.GetTagItemHead());
+}
+/// Appends a group; one without a name becomes the default group.
+inline CTagGroup& AddGroup(CTagStore& store, const Wide& name) {
+  TagGroup group(CTagStore::CreateTagGroup());
+  if (!group) throw std::bad_alloc();
+  detail::SetOrThrow([&] { group->SetName(name); });
+  if (!store.AddTagGroup(group.get())) throw std::bad_alloc();
+  return *group.release();
+}
+inline CTagItem& AddTag(CTagGroup& group, const Wide& name, int count = 1) {
+  Tag tag(CTagStore::CreateTagItem());
+  if (!tag) throw std::bad_alloc();
+  detail::SetOrThrow([&] { tag->SetName(name); });
+  tag->SetCount(count);
+  if (!group.AddTagItem(tag.get())) throw std::bad_alloc();
+  return *tag.release();
+}
+
+}  // namespace vosmere

@@ -1,0 +1,92 @@
+// A value, or the reason why there is none. Nothing here throws but std::bad_alloc.
+//
+//   Result<Tree> list = Load<Tree>("reading-list.opml");
+//   if (!list) {
+//     std::cerr << list.error() << '\n';              // reading-list.opml:4:12: mismatched tag
+//     return 1;
+//   }
+//   Show(*list);
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <ostream>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "vosmere/base/document_error.h"
+
+namespace vosmere {
+
+/// Why something failed, and where. A plain value.
+struct Error {
+  std::string source;        ///< the file, server or the like; empty when there is none to name
+  std::string reason;        ///< for people: UTF-8, one line, no full stop
+  int line = 0;              ///< from 1; 0 when there is no place to name
+  int column = 0;            ///< in characters, from 1; 0 when unknown
+  std::string element;       ///< the path of the element; empty when unknown
+  unsigned systemError = 0;  ///< errno on Linux, the system's code on Windows; 0 for none
+  DocumentFault fault = DocumentFault::kNone;  ///< of a document
+
+  Error() = default;
+  Error(std::string failed, std::string why) : source(std::move(failed)), reason(std::move(why)) {}
+  Error(std::string document, const DocumentError& record)
+      : source(std::move(document)),
+        reason(record.reason),
+        line(record.line),
+        column(record.column),
+        systemError(record.systemError),
+        fault(record.fault) {}
+};
+
+/// "file:4:12: reason", without the parts that are not known.
+inline std::string ToString(const Error& error) {
+  std::string place = error.source;
+  if (error.line) place += (place.empty() ? "line " : ":") + std::to_string(error.line);
+  if (error.line && error.column) place += ":" + std::to_string(error.column);
+  return place.empty() ? error.reason : place + ": " + error.reason;
+}
+
+inline std::ostream& operator<<(std::ostream& out, const Error& error) {
+  return out << ToString(error);
+}
+
+/// Holds a T or an Error. Whoever takes the value of one that has none ends the program, with the
+/// error on the standard error stream.
+template <class T>
+class [[nodiscard]] Result {
+  static_assert(std::is_object_v<T> && !std::is_same_v<T, Error>);
+
+ public:
+  Result(T value) : state_(std::in_place_index<0>, std::move(value)) {}
+  Result(Error error) : state_(std::in_place_index<1>, std::move(error)) {}
+
+  explicit operator bool() const { return state_.index() == 0; }
+
+  T& operator*() & { return *operator->(); }
+  const T& operator*() const& { return *operator->(); }
+  T&& operator*() && { return std::move(*operator->()); }
+  T* operator->() { return Checked(std::get_if<0>(&state_)); }
+  const T* operator->() const { return Checked(std::get_if<0>(&state_)); }
+
+  /// Of a result that has a value, an empty one.
+  const Error& error() const {
+    static const Error none;
+    const Error* const error = std::get_if<1>(&state_);
+    return error ? *error : none;
+  }
+
+ private:
+  template <class Value>
+  Value* Checked(Value* value) const {
+    if (value) return value;
+    std::fprintf(stderr, "%s\n", ToString(error()).c_str());
+    std::abort();
+  }
+
+  std::variant<T, Error> state_;
+};
+
+}  // namespace vosmere

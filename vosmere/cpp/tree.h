@@ -1,0 +1,219 @@
+// Trees: build, move, remove, copy, sort.
+//
+//   const Tree tree = NewTree("Bookmarks");
+//   CFolderNode* news = Add<CFolderNode>(tree, "News");
+//   CUrlNode* page = Add<CUrlNode>(news, "Weather", "http://weather.example/");
+//   if (!Move(page, tree)) ...                                  // refused: see Move
+//   Tree removed = Remove(page);                                // whoever removes it owns it
+//   Add(news, std::move(removed));
+//
+// Null, an empty tree and what stands in no tree are allowed: nothing happens there. What makes
+// something may throw std::bad_alloc, and then nothing has changed; nothing else is thrown.
+#pragma once
+
+#include <concepts>
+#include <new>
+#include <utility>
+
+#include "vosmere/base/chain.h"
+#include "vosmere/collections/colct_node.h"
+#include "vosmere/cpp/own.h"
+#include "vosmere/cpp/text.h"
+#include "vosmere/cpp/walk.h"
+#include "vosmere/engines/engine_node.h"
+#include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/sort_node.h"
+#include "vosmere/tree/tree_link.h"
+#include "vosmere/tree/tree_tool.h"
+#include "vosmere/tree/tree_walk.h"
+#include "vosmere/tree/url_node.h"
+
+namespace vosmere {
+
+// Building.
+
+/// A tree of this item alone.
+template <TreeItem Node>
+Tree NewTree(Item<Node> item) {
+  Tree tree(RNode::New2(item.get(), NodeTypeOf<Node>()));
+  if (!tree) throw std::bad_alloc();
+  item.release();
+  return tree;
+}
+/// A tree of a new item alone.
+template <TreeItem Node = CFolderNode>
+Tree NewTree(const Wide& name) {
+  Item<Node> item(Node::New());
+  if (!item) throw std::bad_alloc();
+  SetName(*item, name);
+  return NewTree(std::move(item));
+}
+/// The same with an address; it stays "about:blank" when this one has 2085 units or more.
+template <AddressItem Node>
+Tree NewTree(const Wide& name, const Wide& address) {
+  Tree tree = NewTree<Node>(name);
+  SetAddress(*As<Node>(tree), address);
+  return tree;
+}
+/// A collection without items, with a local tree to put them in.
+inline Collection NewCollection(const Wide& name) {
+  Collection colct(CColctNode::New());
+  if (!colct) throw std::bad_alloc();
+  SetName(*colct, name);
+  colct->SetLocRNodeRoot(NewTree(name).release());
+  return colct;
+}
+
+/// Whether `link` is `top` or stands below it.
+inline bool IsWithin(Link link, Link top) {
+  if (!link || !top) return false;
+  const RNode* at = link;
+  while (at != top && top->firstChild && at->parent) at = at->parent;
+  return at == top;
+}
+
+/// Puts a tree into a folder, right before `before` or as the last. True when it took it; else
+/// nothing has changed: when the tree is empty, holds the folder or stands in another already, the
+/// place is no folder, or `before` is not directly in it.
+inline bool Add(Place folder, Tree&& tree, Link before = nullptr) {
+  if (!tree || tree->parent || !folder || folder->type != NT_FOLDER ||
+      IsWithin(Link(folder), tree) || (before && before->parent != folder))
+    return false;
+  if (before)
+    RNTool::InsertBefore(before, tree.release());
+  else
+    RNTool::InsertAsChild(folder, tree.release());
+  return true;
+}
+/// Makes an item as the last of a folder; the tree owns it. Null when the place is no folder.
+template <TreeItem Node>
+Node* Add(Place folder, const Wide& name) {
+  Tree tree = NewTree<Node>(name);
+  auto* const item = As<Node>(tree);
+  return Add(folder, std::move(tree)) ? item : nullptr;
+}
+/// The same with the address of a page or collection.
+template <AddressItem Node>
+Node* Add(Place folder, const Wide& name, const Wide& address) {
+  Tree tree = NewTree<Node>(name, address);
+  auto* const item = As<Node>(tree);
+  return Add(folder, std::move(tree)) ? item : nullptr;
+}
+
+// Changing.
+
+/// Moves something with all below it into a folder, of this tree or another, right before `before`
+/// or as the last. False, with nothing changed, when it is a root, it would come to stand in
+/// itself, the place is no folder, or `before` is not directly in it.
+inline bool Move(Link what, Place folder, Link before = nullptr) {
+  if (!what || !what->parent || !folder || folder->type != NT_FOLDER ||
+      IsWithin(Link(folder), what) || (before && before->parent != folder))
+    return false;
+  RNTool::MoveRNodeInDataTree(folder, what, before);
+  return true;
+}
+
+/// Takes something with all below it out of its tree. Empty for a root, which has an owner already.
+inline Tree Remove(Link what) {
+  if (!what || !what->parent) return nullptr;
+  RNode* const link = what;
+  chain::Unlink(link->parent->firstChild, link);
+  link->parent = nullptr;
+  return Tree(link);
+}
+
+/// Frees every item of the kind below `top` that satisfies the test, with all below it, and says
+/// how many satisfied it. What is in a folder is asked before the folder.
+template <AnyItem Node = CBaseNode, TestOf<Node> Test>
+int RemoveIf(Place top, Test&& test) {
+  int count = 0;
+  const auto removeIf = [&](RNode* link) {
+    Node* const item = As<Node>(link);
+    if (!item || !test(*item)) return;
+    Remove(link);
+    ++count;
+  };
+  if (top)
+    WalkBelow(
+        top, [](RNode*) { return true; }, removeIf);
+  return count;
+}
+
+enum class SortBy { kName, kAdded, kModified, kLastVisited };
+
+/// Sorts the children of a folder: from A to Z without regard to ASCII case, or the earliest first.
+/// A name that another begins with counts as equal to it (sort_node.h), and equals stay as they
+/// are.
+inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = false) {
+  if (!folder) return;
+  CSortRNode sorter;
+  RNode*& head = folder->firstChild;
+  switch (by) {
+    case SortBy::kName: head = sorter.Sort(head, !descending); break;
+    case SortBy::kAdded: head = sorter.SortByCreateTime(head, !descending); break;
+    case SortBy::kModified: head = sorter.SortByModifyTime(head, !descending); break;
+    case SortBy::kLastVisited: head = sorter.SortByVisitTime(head, !descending); break;
+  }
+}
+
+// Copying.
+
+/// What is copied with all that it owns.
+template <class Node>
+concept CopiedItem = std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlNode> ||
+    std::same_as<Node, CEngineNode>;
+
+/// A copy in no tree, without what is below it.
+template <CopiedItem Node>
+Item<Node> Copy(const Node& item) {
+  Item<Node> copy(Node::New(const_cast<Node*>(&item)));
+  if (!copy) throw std::bad_alloc();
+  return copy;
+}
+
+namespace detail {
+
+inline Tree CopyLink(RNode* link) {
+  if (auto* folder = As<CFolderNode>(link)) return NewTree(Copy(*folder));
+  if (auto* page = As<CUrlNode>(link)) return NewTree(Copy(*page));
+  Item<CColctNode> colct(CColctNode::New(As<CColctNode>(link)));
+  if (!colct) throw std::bad_alloc();
+  colct->SetLocRNodeRoot(nullptr);
+  return NewTree(std::move(colct));
+}
+
+}  // namespace detail
+
+/// A copy of a link with all below it; links without an item are left out. Its collections have no
+/// local trees, which have an owner.
+inline Tree Copy(RNode* top) {
+  if (!top || !top->item) return nullptr;
+  Tree copy = detail::CopyLink(top);
+  RNode* folder = copy.get();
+  WalkBelow(
+      top,
+      [&](RNode* link) {
+        if (!link->item) return false;
+        RNode* const child = detail::CopyLink(link).release();
+        RNTool::InsertAsChild(folder, child);
+        folder = child;
+        return true;
+      },
+      [&](RNode* link) {
+        if (link->item) folder = folder->parent;
+      });
+  return copy;
+}
+inline Tree Copy(const Tree& tree) {
+  return Copy(tree.get());
+}
+/// With a local tree of its own.
+inline Collection Copy(const CColctNode& source) {
+  Collection colct(CColctNode::New(const_cast<CColctNode*>(&source)));
+  if (!colct) throw std::bad_alloc();
+  colct->SetLocRNodeRoot(nullptr);  // the source's
+  colct->SetLocRNodeRoot(Copy(source.GetLocRNodeRoot()).release());
+  return colct;
+}
+
+}  // namespace vosmere
