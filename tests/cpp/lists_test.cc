@@ -111,7 +111,7 @@ std::string Names(const CEnginePool& pool) {
   return names;
 }
 
-TEST(EnginePool, OwnsItsEngines) {
+TEST(EngineList, OwnsItsEngines) {
   const EnginePool pool = NewEnginePool();
   AddEngine(*pool, "Web", "http://w.example/?q=%s");
   CEngineNode& images = AddEngine(*pool, "Images", "http://i.example/?q=%s", "image");
