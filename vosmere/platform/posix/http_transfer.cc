@@ -340,7 +340,7 @@ curl_off_t HttpTransfer::Moved() const {
   curl_easy_getinfo(easy(), CURLINFO_SIZE_UPLOAD_T, &moved);
   for (const curl_socket_t socket : sockets_) {
     int queued = 0;
-    if (ioctl(socket, SIOCOUTQ, &queued) == 0) moved -= queued;
+    if (socket != CURL_SOCKET_BAD && ioctl(socket, SIOCOUTQ, &queued) == 0) moved -= queued;
   }
   return moved;
 }
