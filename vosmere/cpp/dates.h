@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "vosmere/base/owned_text.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/text.h"
 #include "vosmere/text/date_reader.h"
@@ -66,7 +67,7 @@ inline std::optional<std::string> ToDisplayDate(sys_seconds time) {
   const auto stored = ToStoredTime(time);
   if (!stored) return std::nullopt;
   const SystemString text(DisplayDate::GetShowDate2(*stored));
-  if (!text) throw std::bad_alloc();
+  if (!text) detail::ThrowNoMemory();
   return *text ? std::optional(ToUtf8(text.get())) : std::nullopt;
 }
 

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "vosmere/base/lock.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/cpp/dates.h"
 #include "vosmere/sched/event_queue.h"
 #include "vosmere/sched/schedule_thread.h"
@@ -193,7 +194,7 @@ class Scheduler {
   Job Start(detail::JobTime due, std::chrono::milliseconds period, Work work) {
     auto event = std::make_shared<detail::JobEvent>(thread_, due, period, std::move(work));
     event->Arm();
-    if (!thread_->Add(*event)) throw std::bad_alloc();
+    if (!thread_->Add(*event)) detail::ThrowNoMemory();
     return Job(std::move(event));
   }
 

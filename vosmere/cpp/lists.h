@@ -24,6 +24,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/collections/colct_tool.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/text.h"
@@ -106,7 +107,7 @@ template <class Cell, auto Free, class Thing, class Delete>
 Thing* Append(Owned<Cell, Free>& list, std::unique_ptr<Thing, Delete> item) {
   if (!item) return nullptr;
   Cell* const cell = Cell::New(item.get());
-  if (!cell) throw std::bad_alloc();
+  if (!cell) detail::ThrowNoMemory();
   Cell* head = list.release();
   chain::Append(head, cell);
   list.reset(head);
@@ -116,7 +117,7 @@ Thing* Append(Owned<Cell, Free>& list, std::unique_ptr<Thing, Delete> item) {
 template <class Cell, auto Free, class Thing = detail::ElementOf<Cell>>
 Thing& Append(Owned<Cell, Free>& list) {
   std::unique_ptr<Thing, decltype(&Thing::Delete)> item(Thing::New(), &Thing::Delete);
-  if (!item) throw std::bad_alloc();
+  if (!item) detail::ThrowNoMemory();
   return *Append(list, std::move(item));
 }
 /// Appends a whole list.
@@ -217,7 +218,7 @@ using EnginePool = Item<CEnginePool>;
 
 inline EnginePool NewEnginePool() {
   EnginePool pool(CEnginePool::New());
-  if (!pool) throw std::bad_alloc();
+  if (!pool) detail::ThrowNoMemory();
   return pool;
 }
 inline ListRange<REngineItem> Engines(const CEnginePool& pool) {
@@ -225,14 +226,14 @@ inline ListRange<REngineItem> Engines(const CEnginePool& pool) {
 }
 /// Appends an engine, which the pool owns then, and returns it; null for null.
 inline CEngineNode* AddEngine(CEnginePool& pool, Item<CEngineNode> engine) {
-  if (engine && !pool.AppendEngine(engine.get())) throw std::bad_alloc();
+  if (engine && !pool.AppendEngine(engine.get())) detail::ThrowNoMemory();
   return engine.release();
 }
 /// Makes one; an address or type of 2085 units or more stays "about:blank" and "web".
 inline CEngineNode& AddEngine(CEnginePool& pool, const Wide& name, const Wide& address,
                               const Wide& searchType = nullptr) {
   Item<CEngineNode> engine(CEngineNode::New());
-  if (!engine) throw std::bad_alloc();
+  if (!engine) detail::ThrowNoMemory();
   detail::SetOrThrow([&] {
     engine->SetName(name);
     engine->SetUrl(address);
@@ -247,7 +248,7 @@ inline Item<CEngineNode> RemoveEngine(CEnginePool& pool, CEngineNode& engine) {
 /// With engines of its own.
 inline EnginePool Copy(const CEnginePool& source) {
   EnginePool pool(CEnginePool::New(const_cast<CEnginePool*>(&source)));
-  if (!pool) throw std::bad_alloc();
+  if (!pool) detail::ThrowNoMemory();
   pool->REngineItemHeadChange(nullptr);  // the source's
   for (const CEngineNode& engine : Engines(source)) AddEngine(*pool, Copy(engine));
   return pool;
@@ -268,7 +269,7 @@ inline bool HasTag(const CUrlNode& page, const Wide& tag) {
 inline void SetTags(CUrlNode& page, const Wide& text) {
   CUrlProp* const properties = page.GetUrlProp();
   const SystemString parts(SysAllocString(text));
-  if (!properties || (text && !parts)) throw std::bad_alloc();
+  if (!properties || (text && !parts)) detail::ThrowNoMemory();
   PageTagList tags;
   detail::SetOrThrow([&] { tags.reset(CUrlProp::GenerateRBstrItemList(parts.get())); });
   const PageTagList before(properties->DetachTagsHead());
@@ -279,7 +280,7 @@ inline void AddTag(CUrlNode& page, const Wide& tag) {
   if (!tag || HasTag(page, tag)) return;
   CUrlProp* const properties = page.GetUrlProp();
   CUrlProp::TagList* const cell = properties ? CUrlProp::CreateRBstrItem(tag) : nullptr;
-  if (!cell) throw std::bad_alloc();
+  if (!cell) detail::ThrowNoMemory();
   CUrlProp::TagList* head = properties->DetachTagsHead();
   chain::Append(head, cell);
   properties->SetTagsList(head);
@@ -296,17 +297,17 @@ inline ListRange<CTagGroup::TagItemList> Tags(const CTagGroup& group) {
 /// Appends a group; one without a name becomes the default group.
 inline CTagGroup& AddGroup(CTagStore& store, const Wide& name) {
   TagGroup group(CTagStore::CreateTagGroup());
-  if (!group) throw std::bad_alloc();
+  if (!group) detail::ThrowNoMemory();
   detail::SetOrThrow([&] { group->SetName(name); });
-  if (!store.AddTagGroup(group.get())) throw std::bad_alloc();
+  if (!store.AddTagGroup(group.get())) detail::ThrowNoMemory();
   return *group.release();
 }
 inline CTagItem& AddTag(CTagGroup& group, const Wide& name, int count = 1) {
   Tag tag(CTagStore::CreateTagItem());
-  if (!tag) throw std::bad_alloc();
+  if (!tag) detail::ThrowNoMemory();
   detail::SetOrThrow([&] { tag->SetName(name); });
   tag->SetCount(count);
-  if (!group.AddTagItem(tag.get())) throw std::bad_alloc();
+  if (!group.AddTagItem(tag.get())) detail::ThrowNoMemory();
   return *tag.release();
 }
 

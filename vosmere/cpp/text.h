@@ -44,7 +44,7 @@ template <class Set>
 void SetOrThrow(Set set) {
   const unsigned long before = LostTexts();
   set();
-  if (LostTexts() != before) throw std::bad_alloc();
+  if (LostTexts() != before) detail::ThrowNoMemory();
 }
 
 }  // namespace detail

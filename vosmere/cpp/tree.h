@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/text.h"
@@ -36,7 +37,7 @@ namespace vosmere {
 template <TreeItem Node>
 Tree NewTree(Item<Node> item) {
   Tree tree(RNode::New2(item.get(), NodeTypeOf<Node>()));
-  if (!tree) throw std::bad_alloc();
+  if (!tree) detail::ThrowNoMemory();
   item.release();
   return tree;
 }
@@ -44,7 +45,7 @@ Tree NewTree(Item<Node> item) {
 template <TreeItem Node = CFolderNode>
 Tree NewTree(const Wide& name) {
   Item<Node> item(Node::New());
-  if (!item) throw std::bad_alloc();
+  if (!item) detail::ThrowNoMemory();
   SetName(*item, name);
   return NewTree(std::move(item));
 }
@@ -58,7 +59,7 @@ Tree NewTree(const Wide& name, const Wide& address) {
 /// A collection without items, with a local tree to put them in.
 inline Collection NewCollection(const Wide& name) {
   Collection colct(CColctNode::New());
-  if (!colct) throw std::bad_alloc();
+  if (!colct) detail::ThrowNoMemory();
   SetName(*colct, name);
   colct->SetLocRNodeRoot(NewTree(name).release());
   return colct;
@@ -167,7 +168,7 @@ concept CopiedItem = std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlN
 template <CopiedItem Node>
 Item<Node> Copy(const Node& item) {
   Item<Node> copy(Node::New(const_cast<Node*>(&item)));
-  if (!copy) throw std::bad_alloc();
+  if (!copy) detail::ThrowNoMemory();
   return copy;
 }
 
@@ -177,7 +178,7 @@ inline Tree CopyLink(RNode* link) {
   if (auto* folder = As<CFolderNode>(link)) return NewTree(Copy(*folder));
   if (auto* page = As<CUrlNode>(link)) return NewTree(Copy(*page));
   Item<CColctNode> colct(CColctNode::New(As<CColctNode>(link)));
-  if (!colct) throw std::bad_alloc();
+  if (!colct) detail::ThrowNoMemory();
   colct->SetLocRNodeRoot(nullptr);
   return NewTree(std::move(colct));
 }
@@ -210,7 +211,7 @@ inline Tree Copy(const Tree& tree) {
 /// With a local tree of its own.
 inline Collection Copy(const CColctNode& source) {
   Collection colct(CColctNode::New(const_cast<CColctNode*>(&source)));
-  if (!colct) throw std::bad_alloc();
+  if (!colct) detail::ThrowNoMemory();
   colct->SetLocRNodeRoot(nullptr);  // the source's
   colct->SetLocRNodeRoot(Copy(source.GetLocRNodeRoot()).release());
   return colct;
