@@ -30,9 +30,9 @@ struct SystemTextStorage {
   static void Free(WChar* text) { SysFreeString(text); }
 };
 
-/// How often the calling thread has gone without something for want of memory: an assignment has
-/// kept its old text or was cut short, an answer of the system was taken for none. Such calls fail
-/// silently; who must not lose anything compares before and after.
+/// How often the calling thread has gone without something for want of memory: an assignment kept
+/// its old text or was cut short, a copy, an entry or an answer of the system was left out. Such
+/// calls fail silently; who must not lose anything compares before and after.
 VOSMERE_API unsigned long LostTexts();
 
 namespace detail {
