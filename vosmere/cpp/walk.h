@@ -5,7 +5,7 @@
 //
 //   CFolderNode* news = Find<CFolderNode>(tree, "News");        // null when there is none
 //   CUrlNode* page = Find<CUrlNode>(tree, AtAddress{"http://a.example/"});
-//   SetName(*page, "* " + NameOf(*page));
+//   SetAddress(*page, "http://b.example/");
 //
 // Nothing recurses, and no walk or search allocates. Null, an empty tree and what stands in no tree
 // are allowed: nothing is found there. Nothing is thrown but std::bad_alloc, where a text is set.
