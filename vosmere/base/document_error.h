@@ -12,8 +12,7 @@ enum class DocumentFault : LONG {
   kCannotRead,         ///< a read error before the end of the file
   kMalformed,          ///< not well-formed XML, or in an unknown encoding
   kTooDeep,            ///< elements nested more deeply than the platform loads, see kMaxXmlDepth
-  kExpandsTooMuch,     ///< its entities, attribute defaults or nested texts would expand out of
-                       ///< proportion
+  kExpandsTooMuch,     ///< its entities, defaults or nested texts would expand out of proportion
   kRefersOutside,      ///< its text needs an entity that is not defined in the document
   kNoMemory,           ///< memory ran out
   kParserUnavailable,  ///< the system's XML parser is not available
