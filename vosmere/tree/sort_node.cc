@@ -1,3 +1,4 @@
+// Sorts chains of links.
 #include "vosmere/tree/sort_node.h"
 
 #include "vosmere/tree/base_node.h"
