@@ -1,3 +1,4 @@
+// The user's tags.
 #include "vosmere/tags/tag_store.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// The tags document: its writer, then its reader.
 #include "vosmere/tags/tags_document.h"
 
 #include <algorithm>
