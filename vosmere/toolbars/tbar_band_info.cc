@@ -1,3 +1,4 @@
+// The list of toolbar bands, and the texts of fixed size in its records.
 #include "vosmere/toolbars/tbar_band_info.h"
 
 #include <memory>
@@ -9,7 +10,7 @@
 namespace vosmere {
 namespace {
 
-// A high surrogate in the last place has lost its other half, or never had one.
+// Cuts between characters: a high surrogate at the end has lost its second half, or never had one.
 template <std::size_t N>
 void CutToFit(WChar (&field)[N], const WChar* text) {
   const WideView whole(text);
