@@ -41,6 +41,7 @@ bool BubbleSort(Cell*& head, Compare compare) {
     swapped = false;
     for (Cell* cell = head; cell != end;) {
       if (compare(cell, cell->next) < 0) {
+        // `end` marks the last position of this pass, which `cell` is about to take.
         if (cell->next == end) end = cell;
         SwapWithNext(cell, head);
         swapped = anySwap = true;
