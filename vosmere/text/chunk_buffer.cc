@@ -23,6 +23,7 @@ bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
     end_ = at_;
     return false;
   }
+  // Even for 0 bytes, so that the buffer differs from one that nothing was appended to.
   if (!head_) NewChunk();
   while (length > 0) {
     if (at_ == end_) NewChunk();

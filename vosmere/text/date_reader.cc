@@ -63,6 +63,7 @@ class Scanner {
   /// Skips white space and comments and returns the number of code units.
   std::size_t SkipBlank() {
     const Unit* const start = at_;
+    // Everything that may be skipped is at most '(', so most code units need one comparison.
     while (!AtEnd() && static_cast<std::make_unsigned_t<Unit>>(*at_) <= '(') {
       if (IsSpace(*at_))
         ++at_;

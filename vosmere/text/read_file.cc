@@ -78,6 +78,7 @@ int CReadFile::ReadAllToBuffer(BSTR* text) try {
   const int total = buffer.Get(&head);
   if (total == 0) return 0;
   const std::unique_ptr<char[]> bytes = buffer.Joined();
+  // Freed now, because the conversion needs memory for the same text once more.
   buffer.Clear();
   // Converts the null after the last byte as well, so that the string's length counts it.
   if (!bytes || !CUnicodeTool::UTF8GetBSTR(text, bytes.get(), total + 1)) throw std::bad_alloc();
