@@ -171,6 +171,7 @@ void RNTool::AddFirstLevelFolderChildren(RNode* destination, RNode* source) {
 void RNTool::MarkRNodeGoThrough(RNode* top, int value, bool alsoFolders) {
   if (!top) return;
   WalkBelow(
+      // Only folders have children; what hangs below other links is not visited.
       top, [](RNode* link) { return link->type == NT_FOLDER; },
       [=](RNode* link) {
         if (alsoFolders || link->type != NT_FOLDER) link->extData = static_cast<ULONG>(value);

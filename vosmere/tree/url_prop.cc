@@ -29,6 +29,7 @@ CUrlProp::CUrlProp(CUrlProp* source)
     : fileType_(source->fileType_), fileExtension_(source->fileExtension_.get()) {
   for (TagList* tag : chain::Cells(source->tags_)) {
     TagList* const copy = CreateRBstrItem(tag->data);
+    // The destructor does not run when a constructor throws.
     if (!copy) {
       DeleteTagsList(tags_);
       throw std::bad_alloc();
@@ -53,6 +54,7 @@ bool CUrlProp::HasTag(const WChar* tag) const {
 CUrlProp::TagList* CUrlProp::CreateRBstrItem(const WChar* text) {
   return NullIfNoMemory([text] {
     SystemText copy(text);
+    // The cell first: if it cannot be allocated, `copy` still owns the string.
     auto* const cell = new TagList(nullptr);
     cell->data = copy.Detach();
     return cell;
