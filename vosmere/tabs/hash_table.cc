@@ -94,6 +94,7 @@ CHashData* CHashtable::Find(const WChar* key) const {
   if (!key) return nullptr;
   const WideView wanted(key);
   CHashData* entry = buckets_[HashString(key)];
+  // The length of a stored key is in its prefix, so keys of another length are rejected at once.
   while (entry && !(WideView(entry->key.get(), SysStringLen(entry->key.get())) == wanted))
     entry = entry->next;
   return entry;

@@ -55,6 +55,7 @@ void CTabUrlData::AddUrl(const WChar* url, bool topLevel, void* dispatch) {
   if (GetNumberItem() > kFull || !IsRecorded(url)) return;
   const SynchGuard guard(*this);
   if (CheckTheSameUrlItem(url, topLevel, dispatch)) return;
+  // Created before anything is removed, so that nothing changes when memory runs out.
   CTabUrlItem* const item = CTabUrlItem::New(url, SecurityZone(url));
   if (!item) return;
   item->SetTopLevel(topLevel);
