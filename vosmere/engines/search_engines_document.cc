@@ -73,6 +73,7 @@ struct Engines {
   void Begin() {
     MakePool();
     engine = CEngineNode::New();
+    // AppendEngine also refuses null, so this covers both ways in which memory can run out.
     if (pool->AppendEngine(engine)) return;
     CBaseNode::Delete(engine);
     throw std::bad_alloc();
@@ -113,6 +114,7 @@ CReadSEngineXML::~CReadSEngineXML() = default;
 void CReadSEngineXML::InvokeParser(XmlNode root) {
   Engines engines;
   ReadElement(kElements, engines, root, kDocument);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   pool_ = std::move(engines.pool);
 }
