@@ -66,6 +66,7 @@ struct Bands {
   TBARBANDINFO* band = nullptr;  // the band whose element is being read, or null
 
   void Begin() {
+    // The defaults, for everything that the element does not mention.
     const TBARBANDINFO unsaid;
     band = bands->AddBandInfoCopy(&unsaid);
     if (!band) throw std::bad_alloc();
