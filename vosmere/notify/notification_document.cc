@@ -139,6 +139,7 @@ CReadVSMNotify::~CReadVSMNotify() = default;
 void CReadVSMNotify::InvokeParser(XmlNode root) {
   Notification notification;
   if (IsRootNamed(root, "vsmnotify")) ReadChildren(kElements, notification, root, kNotify);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   message_ = std::move(notification.message);
 }
