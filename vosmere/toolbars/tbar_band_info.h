@@ -10,7 +10,7 @@ namespace vosmere {
 
 /// One toolbar band of the browser window. A plain record that may be copied.
 struct VOSMERE_API TBARBANDINFO {
-  int size = 20;         ///< always 20; only the window code uses it
+  int size = 20;         ///< a constant of the window code; the library does not use it
   WChar clsid[40] = {};  ///< class identifier of the component that provides the band
   WChar title[260] = {};
   bool enabled = false;
