@@ -12,8 +12,8 @@ namespace vosmere {
 
 /// The kind of a web page's item.
 enum tagVSMITEMTYPE : LONG {
-  IT_URL = 0,  ///< an address without more
-  IT_NOTE = 1,
+  IT_URL = 0,   ///< an address without more
+  IT_NOTE = 1,  ///< a text that the user wrote
   IT_WEBPAGE = 2,
   IT_FILE = 3,
 };
