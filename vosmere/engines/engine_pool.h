@@ -30,7 +30,8 @@ class VOSMERE_API CEnginePool : public CFolderNode {
   /// Appends the engine and takes ownership of it. Returns false for null and when memory runs out;
   /// the caller still owns the engine then.
   bool AppendEngine(CEngineNode* engine);
-  /// Removes this engine and gives it to the caller. Returns false when it is not in the pool.
+  /// Removes the cell that holds exactly this engine and gives the engine to the caller. Returns
+  /// false when it is not in the pool.
   bool RemoveEngine(CEngineNode* engine);
 
   /// Removes all engines without freeing them; the caller must free them.

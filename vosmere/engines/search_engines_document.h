@@ -12,6 +12,7 @@ namespace vosmere {
 
 /// Writes a pool of search engines: its name and description and, for each engine, search type,
 /// name, description, address for queries and address of the icon, each unless it is empty.
+///
 /// Intended: a search type of 202 code units or more is cut to 200, but one of 201 is not cut.
 class VOSMERE_API CWriteSEngineXML : public CWriteItems {
  public:
