@@ -42,8 +42,9 @@ class VOSMERE_API CReadPageDataXML : public CReadXML {
   explicit CReadPageDataXML(CPageData* data) : data_(data) {}
   ~CReadPageDataXML() override;
 
-  /// Returns false when the document does not load (LastError has the reason). The record is not
-  /// changed then, except when memory ran out: it has the texts that were read before.
+  /// Loads a file into the record. Returns false when the document does not load (LastError has the
+  /// reason). The record is not changed then, except when memory ran out: it has the texts that
+  /// were read before.
   bool ReadFile(const WChar* path) { return LoadFile(path); }
 
  protected:
