@@ -1,3 +1,4 @@
+// The notification document: its writer, then its reader.
 #include "vosmere/notify/notification_document.h"
 
 #include <new>
@@ -98,7 +99,7 @@ namespace {
 
 struct Notification {
   std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
-  CVSMNotifyMsg* item = nullptr;  // the message while its element is being read
+  CVSMNotifyMsg* item = nullptr;  // the message whose element is being read, or null
 
   void Begin() {
     message.reset(CVSMNotifyMsg::New());
@@ -138,6 +139,7 @@ CReadVSMNotify::~CReadVSMNotify() = default;
 void CReadVSMNotify::InvokeParser(XmlNode root) {
   Notification notification;
   if (IsRootNamed(root, "vsmnotify")) ReadChildren(kElements, notification, root, kNotify);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   message_ = std::move(notification.message);
 }

@@ -1,3 +1,4 @@
+// The tags document: its writer, then its reader.
 #include "vosmere/tags/tags_document.h"
 
 #include <algorithm>
@@ -27,6 +28,7 @@ void CWriteTagsXML::AddTail() {
   Put("</vsmtags>");
 }
 
+// Converts a name before its element is begun, because without a name there is no element.
 bool CWriteTagsXML::ConvertName(const WChar* name) {
   name_.clear();
   return EscapedUtf8(WideView(name), name_);
