@@ -59,6 +59,8 @@ void CWriteSEngineXML::FillNodeStat(CNodeStat* stat) {
 
 namespace {
 
+using namespace xml;
+
 struct Engines {
   std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
   CEngineNode* engine = nullptr;  // while its element is being read

@@ -96,6 +96,8 @@ void CWriteVSMNotifyMsg::AddTail() {
 
 namespace {
 
+using namespace xml;
+
 struct Notification {
   std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
   CVSMNotifyMsg* item = nullptr;  // the message while its element is being read

@@ -60,6 +60,8 @@ void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
 
 namespace {
 
+using namespace xml;
+
 struct Bands {
   std::unique_ptr<CTBarBandInfo> bands{new CTBarBandInfo};
   TBARBANDINFO* band = nullptr;  // while its element is being read
