@@ -8,6 +8,8 @@
 namespace vosmere::test {
 namespace {
 
+using namespace xml;
+
 /// Notes what is read: "+" and "-" around a shelf, "title=" before a text.
 struct Log {
   std::string text;

@@ -62,6 +62,8 @@ void CWriteColctItemID::PutNameAndEnd(const CColctItemID& id) {
 
 namespace {
 
+using namespace xml;
+
 using Ids = ItemChain<RColctItemID>;
 enum Scope : unsigned { kList = 1 };
 

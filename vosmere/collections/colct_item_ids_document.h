@@ -54,7 +54,7 @@ class VOSMERE_API CReadColctItemID : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<RColctItemID> ids_;
+  xml::ItemChain<RColctItemID> ids_;
 };
 
 }  // namespace vosmere

@@ -56,6 +56,8 @@ void CWriteColctListXML::FileNetData(CColctNetData* data) {
 
 namespace {
 
+using namespace xml;
+
 using List = ItemChain<RColctItem>;
 enum Scope : unsigned { kList = 1, kCollection = 2 };
 

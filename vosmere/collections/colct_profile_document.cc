@@ -55,6 +55,8 @@ void CWriteColctExData::FillColctExDataToBuffer(CColctExData* data) {
 
 namespace {
 
+using namespace xml;
+
 struct Profile {
   ItemChain<RColctExData>& list;
   SystemText& defaultColctUrl;

@@ -20,6 +20,8 @@
 namespace vosmere {
 namespace {
 
+using namespace xml;
+
 /// The collection that is being read. Every link stands in its tree at once, so that a load that
 /// fails loses nothing; which folder an item belongs to, and in which place, is known at the end.
 class Bookmarks {

@@ -60,6 +60,8 @@ void CWriteSEngineXML::FillNodeStat(CNodeStat* stat) {
 
 namespace {
 
+using namespace xml;
+
 struct Engines {
   std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
   CEngineNode* engine = nullptr;  // the engine whose element is being read, or null

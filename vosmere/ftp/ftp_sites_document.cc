@@ -60,6 +60,8 @@ void CWriteFtpSiteXML::FillWebAddress(CFtpConBase* site) {
 
 namespace {
 
+using namespace xml;
+
 using Sites = ItemChain<TList<CFtpConBase*>>;
 enum Scope : unsigned { kSites = 1, kSite = 2 };
 

@@ -97,6 +97,8 @@ void CWriteVSMNotifyMsg::AddTail() {
 
 namespace {
 
+using namespace xml;
+
 struct Notification {
   std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
   CVSMNotifyMsg* item = nullptr;  // the message whose element is being read, or null

@@ -58,6 +58,8 @@ void CWritePageDataXML::FillText(const WChar* value, const char* elementName) {
 
 namespace {
 
+using namespace xml;
+
 constexpr Field<CPageData> kTexts[] = {
     {"pageTitle", Text<&CPageData::SetPageTitle>},
     {"brand", Text<&CPageData::SetBrand>},

@@ -62,6 +62,8 @@ void CWriteTagsXML::FillTagItem(CTagItem* item) {
 
 namespace {
 
+using namespace xml;
+
 struct Tags {
   CTagStore& store;
   CTagGroup* group = nullptr;

@@ -61,6 +61,8 @@ void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
 
 namespace {
 
+using namespace xml;
+
 struct Bands {
   std::unique_ptr<CTBarBandInfo> bands{new CTBarBandInfo};
   TBARBANDINFO* band = nullptr;  // the band whose element is being read, or null

@@ -9,7 +9,7 @@
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// The chain that a reader builds, which frees every cell and its item unless it was detached. It
 /// is a builder for the tables of xml/reader_scopes.h:
@@ -79,4 +79,4 @@ void EndItem(Chain& chain, const XmlNode&) {
   chain.End();
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

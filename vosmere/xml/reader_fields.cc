@@ -2,7 +2,7 @@
 
 #include "vosmere/base/internal/number.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 LONG NumberFromText(const WChar* text) {
   LONG number;
@@ -10,4 +10,4 @@ LONG NumberFromText(const WChar* text) {
   return number;
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

@@ -23,7 +23,7 @@
 #include "vosmere/platform/trace.h"
 #include "vosmere/platform/xml_node.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// Exact comparison with an ASCII name, code unit by code unit.
 inline bool IsNamed(WideView text, std::string_view name) {
@@ -135,4 +135,4 @@ void ForEachAttribute(const XmlNode& element, Visit visit) {
   }
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

@@ -38,7 +38,7 @@
 #include "vosmere/xml/nested_texts.h"
 #include "vosmere/xml/reader_fields.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// A bit for each scope; the highest one is taken.
 using Scopes = std::uint64_t;
@@ -210,4 +210,4 @@ void ReadElement(const ScopedElement<Builder> (&rows)[N], Builder& builder, cons
   ScopeReader<Builder>(rows, builder, repeats).ReadElement(element, scope);
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

@@ -4,7 +4,7 @@
 #include "vosmere/tree/base_node.h"
 #include "vosmere/xml/reader_fields.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// One of the three times alone, in seconds: `StatTime<CNodeStat::kAdded>`.
 template <ULONG Which>
@@ -52,4 +52,4 @@ inline constexpr Field<CBaseNode> kBuildFields[] = {
     {"checkedin", CheckedInUnlessFalse},
 };
 
-}  // namespace vosmere
+}  // namespace vosmere::xml
