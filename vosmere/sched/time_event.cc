@@ -1,3 +1,4 @@
+// CTimeEvent: its time, its comparison and its arithmetic.
 #include "vosmere/sched/time_event.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ LONG Saturated(std::int64_t value) {
   return static_cast<LONG>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
-/// Carries once; what is left over stays.
+/// Carries once, as the header promises: a sum of 2000 or more stays at 1000 or more.
 void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, int* millitm) {
   if (milliseconds >= 1000) {
     milliseconds -= 1000;
