@@ -1,3 +1,4 @@
+// CNetBase: form parameters, the request, and the reply.
 #include "vosmere/net/http_session.h"
 
 #include <algorithm>
@@ -117,8 +118,8 @@ void CNetBase::AppendResponse(WideView text) {
   }
 }
 
-// The last block first, as the system gets memory back soonest in that order: the reply is not in
-// memory twice.
+// Copies and frees the last block first. The system gets memory back soonest in that order, so the
+// reply is not in memory twice.
 BSTR CNetBase::DetachResponse() {
   std::size_t size = 0;
   for (const auto& block : response_) size += block.size();
@@ -151,6 +152,7 @@ int CNetBase::ReadServerResponse(void* handle) {
   if (!request) return -5;
   std::uint64_t total = 0;
   const auto result = [&] { return static_cast<int>(std::min<std::uint64_t>(total, INT_MAX)); };
+  // Only replies that are kept in memory are limited; a sink may take any number of pieces.
   for (std::uint64_t piece = 0; sink_ || piece < kMostPieces; ++piece) {
     char bytes[kPiece];
     ULONG got = 0;
@@ -188,6 +190,7 @@ int CNetBase::OpenSessionConnection() {
 int CNetBase::SendForm() {
   auto* const request = static_cast<http::Request*>(request_);
   if (!request) return -5;
+  // An incomplete form is worse than none, so nothing is sent when a parameter was lost.
   const bool sent = !parameterLost_ && http::AddHeader(request, kFormType) == http::kNone &&
                     SendWhole(request, parameters_, std::strlen(parameters_)) == http::kNone;
   redirected_ = sent && http::Redirected(request);

@@ -1,3 +1,4 @@
+// CNetUploadFile: the request, its body, and the errors.
 #include "vosmere/net/http_upload.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ constexpr const char* kAgent = "Vosmere Post";
 constexpr WideLiteral kWholeFile(u"WholeFile");
 constexpr WideLiteral kPartialUpload(u"PartialUpload");
 constexpr const char* kNoMemory = "Out Of Memory";
-constexpr int kMostTraced = 64;  // pieces of a reply
+constexpr int kMostTraced = 64;  // pieces of a reply; a hostile server may send without end
 
 using multipart::Form;
 
@@ -36,6 +37,7 @@ Form FormOf(bool clean) {
   return clean ? Form::kClean : Form::kOld;
 }
 
+// A Windows error number as an HRESULT.
 LONG ErrorCode(ULONG error) {
   const auto code = static_cast<LONG>(error);
   return code > 0 ? static_cast<LONG>(0x80070000u | (error & 0xFFFF)) : code;
@@ -175,7 +177,8 @@ bool CNetUploadFile::UploadPartialFile(const WChar* path, const WChar* xml) {
   return SetPart(kPartialUpload, path) && Post() >= 0;
 }
 
-/// Setters keep the old text without memory, and another file must not go in place of this one.
+/// When memory runs out, a setter keeps the old text. That would send the previous file, so the
+/// upload fails instead.
 bool CNetUploadFile::SetPart(const WChar* field, const WChar* path) {
   const unsigned long lostBefore = LostTexts();
   SetFieldName(field);
@@ -183,6 +186,7 @@ bool CNetUploadFile::SetPart(const WChar* field, const WChar* path) {
   return LostTexts() == lostBefore || Fail(kNoMemory, http::kNotEnoughMemory);
 }
 
+/// The messages are the same on every system. They name the steps by the Windows calls.
 bool CNetUploadFile::OpenRequest(Handles& handles) {
   const http::Timeouts timeouts = {connectTimeout(), transferTimeout()};
   if (const auto error = http::Open(kAgent, proxy_.get(), timeouts, &handles.session))
