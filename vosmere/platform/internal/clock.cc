@@ -1,3 +1,4 @@
+// The clock, which tests can replace.
 #include "vosmere/platform/internal/clock.h"
 
 #include <atomic>

@@ -1,3 +1,4 @@
+// The request line and header of an HTTP request.
 #include "vosmere/platform/internal/http_message.h"
 
 #include <algorithm>
@@ -19,8 +20,8 @@ bool ParsePort(std::string_view digits, unsigned* port) {
   return parsed.ec == std::errc() && parsed.ptr == end && *port >= 1 && *port <= 65535;
 }
 
-/// Neither blanks, nor what ends a name in an address or a header line, nor beyond ASCII: clients
-/// differ in what they make of that.
+/// Whether a host name is free of blanks, of characters that end a name in an address or header
+/// line, and of non-ASCII characters. HTTP clients disagree on what these mean.
 bool IsName(std::string_view name) {
   for (const char c : name)
     if (c <= ' ' || c >= 0x7F || std::string_view("/\\?#@%\"<>").find(c) != std::string_view::npos)
