@@ -1,3 +1,4 @@
+// The registry of the current user, from a file.
 #include "vosmere/platform/posix/registry.h"
 
 #include <cstdlib>
@@ -25,6 +26,7 @@ constexpr char16_t kUserFile[] = u"/user.reg";
 std::mutex chosenMutex;
 std::u16string chosenPath;  // empty for the default
 
+/// The path in an environment variable; empty when it is not set.
 std::u16string PathIn(const char* variable) {
   const char* const name = std::getenv(variable);
   std::u16string path(name ? std::strlen(name) : 0, 0);
@@ -37,11 +39,13 @@ std::u16string DefaultPath() {
   return prefix.empty() ? PathIn("HOME") + u"/.wine" : prefix;
 }
 
+/// The folder of a file, with a separator at its end.
 std::u16string FolderOf(std::u16string path) {
   path.erase(path.find_last_of(u"/\\") + 1);
   return path.empty() ? u"./" : path;
 }
 
+/// Hives begin with the signature "regf".
 bool StartsLikeAHive(const std::u16string& path) {
   File file;
   char mark[4] = {};
@@ -50,6 +54,7 @@ bool StartsLikeAHive(const std::u16string& path) {
          std::memcmp(mark, "regf", sizeof mark) == 0;
 }
 
+/// Reads a registry file; a Wine prefix may also be given by its folder.
 UserRegistry ReadRegistry(std::u16string path) {
   const std::u16string inPrefix = path + kUserFile;
   if (File().Open(Units(inPrefix))) path = inPrefix;
