@@ -81,7 +81,7 @@ class VOSMERE_API XmlNode {
   int Type() const { return type_; }
   /// The qualified name, with its prefix. Nodes without a name give "#text" and the like.
   XmlText Name() const;
-  /// All text inside the node at any depth, concatenated.
+  /// All text inside an element at any depth, concatenated; the content of any other node.
   XmlText Text() const;
   /// The first child and the next sibling; a null handle when there is none.
   XmlNode FirstChild() const;
