@@ -57,7 +57,8 @@ class XmlText {
 
 /// A handle to a node of a loaded document, cheap to copy and valid while the document exists.
 /// Copies refer to the same node. Operations throw DocumentFailure (base/document_error.h) when the
-/// platform's parser fails.
+/// platform's parser fails. Apart from Type and the test for null, operations on a null handle are
+/// undefined.
 class VOSMERE_API XmlNode {
  public:
   XmlNode() = default;
