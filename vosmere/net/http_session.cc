@@ -25,9 +25,9 @@ constexpr const char* kFormType = "Content-Type: application/x-www-form-urlencod
 constexpr WideLiteral kUserName(u"username");
 constexpr WideLiteral kPswMD5(u"pswmd5");
 
-constexpr ULONG kPiece = 2048;
+constexpr ULONG kPiece = 2048;  // bytes
 constexpr int kMostPieces = 50000;
-constexpr std::size_t kBlock = std::size_t{512} * 1024;
+constexpr std::size_t kBlock = std::size_t{512} * 1024;  // code units of the response
 
 std::string Utf8(const WChar* text) {
   return BytesOf(kCodePageUtf8, WideView(text));

@@ -140,7 +140,9 @@ bool CNetUploadFile::AddContentType(void* request) {
 
 bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
   try {
+    // An upload without one of its fields would look complete to the server.
     if (hasLostParameter()) throw std::bad_alloc();
+    // The clean form is UTF-8 (RFC 7578), the old one is in the system's code page.
     body.head = Bytes(clean_ ? kCodePageUtf8 : kCodePageSystem, JoinedText(get_head()));
     body.fields = GetParaString();
     body.tail = Bytes(kCodePageSystem, JoinedText(get_tail()));
@@ -229,6 +231,7 @@ bool CNetUploadFile::Upload(void* handle, bool partial) {
   if (!AddContentType(request) || !FillBody(body, partial)) return false;
 
   const auto total = static_cast<ULONG>(body.size());
+  // Called again when the request has to be repeated, so the progress starts at 0.
   const auto write = [&] {
     ULONG sent = 0;
     return body.ForEachPiece([&](const char* bytes, std::size_t size) {

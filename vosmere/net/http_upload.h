@@ -45,7 +45,7 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
   /// The proxy as `name:port`. Null uses the system's configuration: on Windows the preconfigured
   /// access, elsewhere the environment variables http_proxy, https_proxy and no_proxy.
   void SetProxy(const WChar* proxy) { proxy_.AssignOrNull(proxy); }
-  /// HTTP authentication: used when the server answers 401. Only used when both are set.
+  /// HTTP authentication: used when the server answers 401, if both are set.
   void SetUserName(const WChar* name) { userName_.AssignOrNull(name); }
   void SetPassword(const WChar* password) { password_.AssignOrNull(password); }
   /// Uses HTTPS, on port 443 unless the host names another port.
@@ -86,7 +86,8 @@ class VOSMERE_API CNetUploadFile : public CNetBase {
 
   /// The error code of the last Post: 0, 1 or negative (see Post and the class).
   LONG GetErrorCode() const { return errorCode_; }
-  /// The step that failed last, null when none has. The object owns the text.
+  /// The step that failed last, null when none has; a later success does not clear it. The object
+  /// owns the text.
   WChar* GetErrorMsg() const { return errorMsg_.get(); }
   /// Stores a copy of the text; null clears it.
   void SetErrorMsg(const WChar* message) { errorMsg_.AssignOrNull(message); }
