@@ -42,7 +42,7 @@ void TraceFormatted(const char* format, ...) {
   const int length = std::vsnprintf(line, sizeof line, format, arguments);
   va_end(arguments);
   if (length >= static_cast<int>(sizeof line)) EndLine(line + sizeof line - 2);
-  if (auto* const hook = traceHook.load()) hook(line);
+  if (auto* const hook = traceHook.load()) hook(line);  // may have been reset since TraceWanted
 }
 
 std::string TraceText(const WChar* text) {

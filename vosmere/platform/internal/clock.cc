@@ -31,6 +31,7 @@ ClockMoment ClockNow() {
 }
 
 void SetClockForTesting(LONG (*clock)(), int (*milliseconds)()) {
+  // Before the clock: ClockNow reads the milliseconds only when it finds a clock.
   testMilliseconds = milliseconds;
   testClock = clock;
 }

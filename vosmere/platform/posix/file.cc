@@ -166,6 +166,7 @@ bool CopyUnlessGone(void* to, const void* from, std::size_t size) {
   return copied == static_cast<ssize_t>(size);
 }
 
+/// Numbers without a counterpart become ERROR_GEN_FAILURE.
 ULONG WindowsError(ULONG error) {
   constexpr struct {
     int number;

@@ -70,6 +70,7 @@ bool FolderListing::Next() {
     const std::size_t length = PathOfName(name, name_, kNameLimit - 1);
     if (length == utf8::kNoRoom) continue;
     name_[length] = 0;
+    // Most file systems give the type with the name, which saves asking for each entry.
     isLink_ = IsSymbolicLink(folder, *entry);
     isFolder_ =
         entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));

@@ -24,7 +24,7 @@ using std::chrono::milliseconds;
 /// The size of the pieces of an upload. With fewer and larger pieces, the receiver can work while
 /// the next one is copied.
 constexpr long kUploadBuffer = 640L * 1024;
-constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;
+constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;  // headers may come without end
 /// How often progress is checked: the socket does not report that its send buffer is draining.
 constexpr milliseconds kLookAgain{500};
 
@@ -208,6 +208,7 @@ void HttpTransfer::TakeStatus(int status) {
 std::size_t HttpTransfer::OnReply(char* bytes, std::size_t, std::size_t size, void* self) {
   auto& t = *static_cast<HttpTransfer*>(self);
   if (t.stashed_ > 0) return CURL_WRITEFUNC_PAUSE;
+  // Not expected: libcurl delivers at most CURL_MAX_WRITE_SIZE bytes at a time.
   if (size > sizeof t.stash_) return 0;
   std::memcpy(t.stash_, bytes, size);
   t.stashed_ = size;

@@ -96,6 +96,8 @@ std::u16string ReadText(const RegistryFile& file, const char16_t* key, const cha
 bool SetUserRegistry(const WChar* path) {
   return UnlessNoMemory(false, [&] {
     std::u16string chosen = ToU16(path);
+    // Read once now, so that a bad file is reported here rather than by every key that cannot be
+    // opened.
     if (path && !ReadRegistry(chosen).file) return false;
     const std::lock_guard lock(chosenMutex);
     chosenPath.swap(chosen);

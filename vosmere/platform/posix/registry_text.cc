@@ -35,9 +35,9 @@ unsigned TakeNumber(std::string_view& text, int base, std::size_t most) {
   return number;
 }
 
-/// Removes an escape sequence, of which the backslash was removed before, from the front of `text`
-/// and returns its character. The sequences are those of C and \e, with up to three octal or four
-/// hexadecimal digits.
+/// Removes an escape sequence, whose backslash has been removed before, from the front of `text`
+/// and returns its character. The sequences are those of C and "e" for the escape character, with
+/// up to three octal or four hexadecimal digits.
 char16_t TakeEscape(std::string_view& text) {
   constexpr std::string_view kLetters = "abefnrtv";
   constexpr char kMeanings[] = "\a\b\x1B\f\n\r\t\v";

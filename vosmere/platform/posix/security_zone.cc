@@ -38,7 +38,8 @@ WideView AfterLast(WideView text, WChar unit) {
   return text.From(start);
 }
 
-/// The host in a text of the form user@host:port.
+/// The host in the part of an address that has the user, host and port. The user ends at the last
+/// "@".
 WideView HostOf(WideView authority) {
   const WideView host = AfterLast(authority, '@');
   const WideView port = AfterLast(host, ':');
@@ -53,8 +54,8 @@ bool IsLoopback(WideView host) {
 }
 
 /// Whether a host is a name that only the local network resolves. A name that begins with a digit
-/// may be a number that stands for any address. Other characters than these may be turned into a
-/// dot, or end the name, in programs that use the address.
+/// may be a number that means any address. Characters other than these may be turned into a dot, or
+/// end the name, in programs that use the address.
 bool IsPlainName(WideView host) {
   return !host.empty() && IsLetter(host[0]) && std::all_of(host.begin(), host.end(), [](WChar c) {
     return IsLetter(c) || IsDigit(c) || c == '-' || c == '_';

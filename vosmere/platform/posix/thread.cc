@@ -75,6 +75,7 @@ bool Thread::Create(Entry entry, void* argument, unsigned stackSize, _SECURITY_A
   pthread_attr_destroy(&attributes);
   if (!created) return false;
   static_cast<void>(shared.release());  // the thread frees it
+  // The id is known only to the new thread.
   state->born.wait();
   state_ = std::move(state);
   return true;
@@ -93,6 +94,7 @@ ULONG Thread::Resume() {
 bool Thread::Terminate() {
   if (!state_) return true;
   if (state_->suspended) {
+    // The thread still has to run in order to end; it then skips the entry.
     state_->abandoned = true;
     Resume();
   } else if (state_->ended.Wait(Clock::now()) == Signals::kNone) {

@@ -31,6 +31,7 @@ Error Send(Request* request, ULONG total) {
   const Timeouts& timeouts = request->connection.session.timeouts;
   if (!std::exchange(request->mustResend, false))
     if (const Error error = Begin(request)) return error;
+  // Sending includes connecting. In LONGLONG the sum of two large limits cannot overflow.
   const Watch watch(request->handle, LONGLONG{timeouts.connect} + timeouts.transfer);
   request->dropped = kNone;
   request->lengthIsKnown = false;
