@@ -20,7 +20,7 @@ class VOSMERE_API CInetSynch {
   void UploadColct(CColctNode* collection, int flag);
 
   /// The server to test with, optionally with a port (`name:8080`); it is copied. Null restores the
-  /// default, a reserved name that no server has. Any thread.
+  /// default, a reserved name that no server has. Thread-safe.
   static void SetTestServer(const WChar* host);
 };
 

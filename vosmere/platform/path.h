@@ -10,9 +10,9 @@ namespace vosmere {
 /// UTF-8 on Windows, the file's raw bytes on other systems. The caller frees the path with
 /// SysFreeString. Null for a null `name`, and when memory runs out.
 ///
-/// On systems other than Windows a name may contain bytes that UTF-16 cannot represent (not UTF-8),
-/// and backslashes that are not separators. Each such byte becomes the unpaired surrogate U+DC00
-/// plus the byte, and becomes that byte again when the path is opened. Shown as text it is U+FFFD.
+/// On systems other than Windows a name may contain bytes that are not well-formed UTF-8, and
+/// backslashes that are not separators. Each such byte becomes the unpaired surrogate U+DC00 plus
+/// the byte, and becomes that byte again when the path is opened. Shown as text it is U+FFFD.
 VOSMERE_API BSTR PathFromName(const char* name);
 
 }  // namespace vosmere

@@ -24,7 +24,7 @@ using HKEY = ::HKEY__*;
 ///
 /// Returns false and changes nothing when the file cannot be read, is of none of these kinds, is
 /// damaged, is larger than 256 MiB or has more than a million keys. On Windows the result is false
-/// for everything but null. Any thread.
+/// for everything but null. Thread-safe.
 ///
 /// The file is read again whenever a key is opened with OpenUserKey, so later changes to it are
 /// seen. Names of keys and values are case-insensitive (ASCII).
