@@ -38,6 +38,7 @@ std::string Address::Text() const {
 bool ParseAddress(const WChar* host, bool secure, Address* address) {
   const std::string text = BytesOf(kCodePageUtf8, WideView(host));
   const std::size_t bracket = text.rfind(']');
+  // The port comes after the bracket: an IPv6 address has colons of its own.
   const std::size_t colon = text.find(':', bracket == std::string::npos ? 0 : bracket);
   const unsigned usual = secure ? kHttpsPort : kHttpPort;
   address->name = text.substr(0, colon);
@@ -56,6 +57,7 @@ std::string RequestTarget(const WChar* path) {
   if (text.empty() || text[0] != '/') target = "/";
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
+    // What is percent-encoded already stays as it is; a "#" would end the path.
     if (byte > ' ' && byte < 0x7F && byte != '#')
       target += c;
     else

@@ -123,6 +123,8 @@ bool FileMapping::Create(const File& file) {
   struct stat status;
   if (fstat(Descriptor(file.handle_), &status) != 0) return Fail();
   size_ = static_cast<std::uint64_t>(status.st_size);
+  // Pipes and devices have no fixed size, and on a 32-bit system a large file does not fit the
+  // address space.
   errno = S_ISREG(status.st_mode) ? EFBIG : ENODEV;
   if (!S_ISREG(status.st_mode) || size_ > SIZE_MAX) return Fail();
   // mmap refuses an empty mapping.
@@ -139,6 +141,7 @@ bool FileMapping::View() {
 }
 
 void FileMapping::Forget(std::size_t position, std::size_t size) {
+  // madvise requires the start of a page.
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const std::size_t begin = position - position % page;
   madvise(static_cast<char*>(const_cast<void*>(view_)) + begin, position + size - begin,

@@ -95,11 +95,11 @@ Request::Request(const Connection& c, const WChar* path, bool keepConnection)
   const std::string url = (c.secure ? "https://" : "http://") + c.address.name + ':' +
                           std::to_string(c.address.port) + head.target;
   Set(easy, CURLOPT_URL, url.c_str());
-  Set(easy, CURLOPT_PATH_AS_IS, 1L);
+  Set(easy, CURLOPT_PATH_AS_IS, 1L);  // otherwise libcurl resolves "/../"
   Set(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_0));
-  Set(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));
+  Set(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));  // not with CONNECT
   Set(easy, CURLOPT_MAXREDIRS, kMostRedirects);
-  Set(easy, CURLOPT_REDIR_PROTOCOLS_STR, c.secure ? "https" : "http,https");
+  Set(easy, CURLOPT_REDIR_PROTOCOLS_STR, c.secure ? "https" : "http,https");  // no HTTPS to HTTP
   Set(easy, CURLOPT_COOKIEFILE, "");  // keeps cookies for the duration of the request
   Set(easy, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_ANY));
   SetTexts(easy, CURLOPT_USERNAME, c.user);
@@ -191,6 +191,7 @@ Error HeadText(Request* request, ULONG total, std::string* text) {
 
 Error Send(Request* request, ULONG total) {
   return UnlessNoMemory(kNotEnoughMemory, [&] {
+    // A request that libcurl repeats keeps the headers of its redirect.
     if (!request->transfer.MustResend()) request->SetHeaders(total);
     return request->transfer.Send(total);
   });

@@ -183,7 +183,7 @@ bool HttpTransfer::TakeHeader(std::string_view line) {
     if (const int status = StatusOf(line)) TakeStatus(status);
     return true;
   }
-  inHead_ = line.size() > 2;
+  inHead_ = line.size() > 2;  // an empty line ends the head
   const auto text = LengthText(line);
   if (!text) return true;
   std::uint64_t length;
@@ -227,6 +227,7 @@ http::Error HttpTransfer::Send(ULONG total) {
 
 http::Error HttpTransfer::Start(ULONG total) {
   if (std::exchange(added_, false)) curl_multi_remove_handle(multi_.get(), easy());
+  // Before the state of the last exchange is cleared below.
   renewed_ = BrokeOnReuse();
   total_ = toWrite_ = total;
   wanted_ = rewound_ = unreadable_ = redirected_ = replyBegun_ = inHead_ = finished_ = false;
@@ -238,6 +239,7 @@ http::Error HttpTransfer::Start(ULONG total) {
   if (curl_multi_add_handle(multi_.get(), easy()) != CURLM_OK) return http::kNotEnoughMemory;
   added_ = true;
 
+  // libcurl asks for the body when it has connected and sent the head.
   const auto enough = [&] { return wanted_ || Answered() || total == 0; };
   if (const http::Error error = Drive(Deadline() + connectTimeout_, false, enough)) return error;
   return FailureSoFar();
@@ -280,6 +282,7 @@ http::Error HttpTransfer::Read(char* bytes, std::size_t capacity, std::size_t* g
     *got += size;
     stashAt_ += size;
     if (stashAt_ == stashed_) stashAt_ = stashed_ = 0;
+    // Bytes that arrived before a failure are delivered first; the next call reports the failure.
     if (*got == capacity || (finished_ && (*got > 0 || result_ == CURLE_OK))) return http::kNone;
     if (const http::Error error = Refill(deadline)) return error;
   }

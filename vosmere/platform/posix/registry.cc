@@ -89,6 +89,7 @@ UserRegistry ReadUserRegistry() {
 std::u16string ReadText(const RegistryFile& file, const char16_t* key, const char16_t* name) {
   std::string bytes;
   if (!file.ReadValue(key, name, &bytes)) return {};
+  // The registry stores texts as UTF-16LE, which this byte-order mark tells TextOf.
   const std::u16string text = WideOf(TextOf("\xFF\xFE" + bytes));
   return text.substr(0, text.find(u'\0'));
 }

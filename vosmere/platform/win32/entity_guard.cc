@@ -250,6 +250,7 @@ void EntityGuard::ReadEntity(Reader& in) {
     entity.text = ReplacementText(WithoutQuotes(token));
   }
   while (token != ">") token = TakeInDeclaration(in);
+  // In XML the first declaration of an entity counts, and emplace keeps it.
   (parameter ? parameterEntities_ : entities_).emplace(name, std::move(entity));
 }
 
@@ -376,6 +377,7 @@ void EntityGuard::ExpandText(Reader in, bool isValue, std::string* out) {
   }
 }
 
+// Defaults are added at the end of the tag, when all given attributes are known.
 void EntityGuard::ExpandTag(Reader* in, const Declared* defaults, std::string* out) {
   std::vector<std::string_view> given;
   for (std::string_view token = "<"; token != ">" && !token.empty();) {

@@ -87,6 +87,7 @@ bool File::OpenOrCreate(const WChar* path, Waiting waiting) {
 
 bool File::Admit(Waiting waiting) {
   if (!IsOpen()) return Fail();
+  // Pipes and devices open like files.
   if (waiting == Waiting::kAllowed || ::GetFileType(Native(handle_)) == FILE_TYPE_DISK) return true;
   Close();
   ::SetLastError(ERROR_BAD_FILE_TYPE);

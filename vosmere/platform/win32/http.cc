@@ -52,7 +52,7 @@ Error LastError() {
 static Error WithLimits(const Handle& owner, const Timeouts& timeouts) {
   HINTERNET const handle = owner.get();
   if (!handle) return LastError();
-  SetLimit(handle, INTERNET_OPTION_CONNECT_RETRIES, 1);
+  SetLimit(handle, INTERNET_OPTION_CONNECT_RETRIES, 1);  // else the limit applies to each attempt
   SetLimit(handle, INTERNET_OPTION_CONNECT_TIMEOUT, timeouts.connect);
   SetLimit(handle, INTERNET_OPTION_SEND_TIMEOUT, timeouts.transfer);
   SetLimit(handle, INTERNET_OPTION_RECEIVE_TIMEOUT, timeouts.transfer);

@@ -201,6 +201,7 @@ void XmlDocument::LoadText(const WChar* text) {
     Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is no character");
   BlankEncoding(source.get());
   const win32::XmlUnits units{WideView(source.get())};
+  // Only a document type declaration can make a document expand.
   if (win32::HasDoctype(units)) {
     document_ = LoadArray(ByteArray(MarkedBytes(source.get())));
     return;

@@ -109,6 +109,7 @@ std::string Admit(std::string_view bytes) {
   const XmlUnits units(bytes);
   const std::size_t start = units.MarkLength();
   const bool isWide = units.width() == 2;
+  // A null in the first two code units means UTF-32.
   if (isWide ? units[start] == 0 || units[start + 1] == 0
              : DeclaresShiftingEncoding(bytes.substr(start)))
     Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");

@@ -97,6 +97,7 @@ XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
   const auto units = static_cast<std::uint32_t>(end - begin);
   char* const memory = reinterpret_cast<char*>(begin) - kLengthSize;
   std::memcpy(memory, &units, kLengthSize);
+  // Memory that the value does not need is used again.
   at_ = memory + Aligned(kLengthSize + (units + std::size_t{1}) * sizeof(WChar));
   return {begin};
 }

@@ -67,6 +67,7 @@ std::unique_ptr<XmlTree> LoadTree(std::optional<std::string_view> whole, posix::
                                   const char* encoding) {
   auto tree = std::make_unique<XmlTree>();
   if (whole && BuildPlainXmlTree(*tree, *whole, encoding)) return tree;
+  // The fast path may have left part of a tree.
   tree = std::make_unique<XmlTree>();
   BuildXmlTree(*tree, source, encoding);
   return tree;

@@ -54,6 +54,7 @@ DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* ent
   return Spend(entity->length + expansion.references * kReferenceCost, bytesRead);
 }
 
+// A large document may expand in proportion to its size.
 DocumentFault XmlEntityBudget::Spend(std::size_t bytes, std::size_t bytesRead) {
   spent_ += bytes;
   return spent_ > kFreeExpansion + bytesRead ? DocumentFault::kExpandsTooMuch

@@ -178,6 +178,7 @@ bool Parser::TakeText() {
 
 bool Parser::TakeComment() {
   std::string_view text;
+  // XML does not allow "--" in a comment except at its end.
   return TakeUpTo("--", &text) && Skip(">") &&
          AddLeaf(Intern(kXmlCommentName, kXmlComment), text, PlainValue::kLiteral);
 }

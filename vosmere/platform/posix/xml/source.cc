@@ -64,6 +64,7 @@ int TextSource::Read(char* bytes, int capacity) {
 }
 
 ReadAhead::ReadAhead(XmlSource& source) : source_(source) {
+  // With room beyond the estimated size, the end is found without growing.
   Reserve(std::min(source.Size(), kMostAhead) + kLeastRead);
   while (size_ < kMostAhead && (size_ == 0 || BeginsPlainly(*bytes_))) {
     if (capacity_ - size_ < kLeastRead) Reserve(2 * capacity_);
