@@ -66,6 +66,7 @@ char* CNetBase::GetFormUserNamePswString() {
 void CNetBase::AddParameter(const WChar* name, const WChar* value) {
   if (!name || !value) return;
   try {
+    // Built first, so that nothing is appended when memory runs out.
     const std::string pair = Utf8(name) + '=' + Utf8(value);
     const std::size_t used = std::strlen(parameters_);
     if (used + pair.size() + 1 > kMostParameterBytes) return;
@@ -106,6 +107,7 @@ void CNetBase::AddResponseUnicodingIt(const char* bytes, int length) {
 void CNetBase::AppendResponse(WideView text) {
   try {
     while (!text.empty()) {
+      // The first block grows with a short reply; further blocks are allocated whole.
       if (response_.empty()) response_.emplace_back();
       if (response_.back().size() == kBlock) response_.emplace_back().reserve(kBlock);
       std::vector<WChar>& block = response_.back();
@@ -181,6 +183,7 @@ int CNetBase::OpenSessionConnection() {
   if (http::Open(kAgent, nullptr, {connectTimeout_, transferTimeout_}, &session)) return -3;
   if (http::Connect(session.get(), host_.get(), false, &connection)) return -4;
   if (http::OpenPost(connection.get(), postAcceptor_.get(), false, &request)) return -5;
+  // Only when all three are open, so that a failure leaves none open.
   session_ = session.release();
   connection_ = connection.release();
   request_ = request.release();

@@ -213,6 +213,7 @@ LONG CNetUploadFile::Post() {
   if (!OpenRequest(handles)) return errorCode_;
   http::Request* const request = handles.request.get();
   const bool sent = partial_ ? UploadXMLContent(request) : UploadWholeFile(request);
+  // A reply that cannot be read leaves the initial 1 (see the header).
   if (sent && ReadServerResponse(request) >= 0) errorCode_ = 0;
   return errorCode_;
 }
@@ -243,6 +244,7 @@ bool CNetUploadFile::Upload(void* handle, bool partial) {
   };
   bool started = false;
   const http::Error error = Exchange(request, total, write, &started);
+  // Also after a failure: the server may have replied before it read everything.
   http::Status(request, &status_);
   SetRedirected(http::Redirected(request));
   if (!error) return true;
@@ -261,6 +263,7 @@ bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, 
     return Fail(kNoMemory, error);
   const auto show = [&](const char* bytes, std::size_t size) {
     std::string piece(size, '\0');
+    // The file may have been truncated since it was mapped.
     if (!CopyUnlessGone(piece.data(), bytes, size)) return http::kFileInvalid;
     return take(context, piece.data(), size) ? http::kNone : http::kCancelled;
   };
