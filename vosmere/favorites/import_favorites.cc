@@ -116,6 +116,7 @@ class Placing {
     OrderValue value(order.data(), order.size());
     ULONG records = 0;
     for (; const std::optional<OrderEntry> record = value.Next(); ++records) Apply(*record);
+    // A value that ends early counts once, however many records are missing.
     if (!value.HasHead() || records < value.Count()) ++report_.recordsNotUnderstood;
   }
 
@@ -249,6 +250,7 @@ RNode* ImportFavorites(const WChar* regPath, const WChar* dirPath, FavoritesRepo
 
   TreePtr tree(AddItem<CFolderNode>(nullptr, NT_FOLDER, LastName(path)));
   const bool read = Import(key.get(), *report).Run(tree.get(), path);
+  // Items lose texts silently when memory runs out; such a tree is not returned.
   return read && LostTexts() == lostBefore ? tree.release() : nullptr;
 } catch (const std::bad_alloc&) {
   return nullptr;
