@@ -46,6 +46,7 @@ CBaseThread::~CBaseThread() {
 
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
+  // Before the start gate opens, so that the thread skips the remaining hooks.
   killed_ = true;
   // A thread cannot terminate itself here and return, and only Windows terminates a running thread.
   if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
@@ -112,6 +113,7 @@ std::stop_token CBaseThread::GetStopToken() const {
 void CBaseThread::StopAndWait() {
   if (RunsHere()) return;
   RequestStop();
+  // A thread that is still suspended would never end.
   ResumeThread();
   WaitForEnd(-1);
 }

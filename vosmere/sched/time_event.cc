@@ -9,6 +9,7 @@
 namespace vosmere {
 namespace {
 
+/// Times are added in 64 bits, where they cannot overflow, and then limited.
 LONG Saturated(std::int64_t value) {
   using Limits = std::numeric_limits<LONG>;
   return static_cast<LONG>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
@@ -90,6 +91,7 @@ void CTimeEvent::SetTime(LONG time, int milliseconds) {
   Store(time, milliseconds);
 }
 
+// The use of the seconds for the milliseconds is intended, see the header.
 void CTimeEvent::SetTime(const CTimeEvent* reference, int seconds, int milliseconds) {
   Store(std::int64_t{reference->time_} + seconds, std::int64_t{reference->time_} + milliseconds);
 }
