@@ -62,7 +62,7 @@ class VOSMERE_API CFavorites {
 
   /// Appends the entries of the directory that are not in `*list` yet; `*list` may be null. Returns
   /// 1, even when the directory cannot be read, and 0 when memory runs out. `afterOrder` is for
-  /// callers to say that the list comes from an order value; it has no effect, since nothing is
+  /// callers to say that the list comes from an order value; it has no effect, since no path is
   /// ever listed twice.
   int ExtractFavoritesFromFileFolders(const WChar* dirPath, CFavorite** list, int resolve,
                                       int afterOrder);
@@ -75,7 +75,8 @@ class VOSMERE_API CFavorites {
   void GetFavoritesFilePath(WChar* out);
 
   /// Stores the target address of an Internet shortcut file in `*url`, or null when there is none
-  /// or the file cannot be read. The text is allocated by the shell: free it with FreeUrl.
+  /// or the file cannot be read, and when memory runs out, which LostTexts (owned_text.h) counts.
+  /// The text is allocated by the shell: free it with FreeUrl.
   void ResolveInternetShortcut(const WChar* path, WChar** url);
   /// Frees a text from ResolveInternetShortcut. Null is ignored.
   void FreeUrl(WChar* url);
