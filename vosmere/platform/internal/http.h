@@ -5,7 +5,7 @@
 // operation blocks without limit (see Timeouts). Handles may be closed in any order.
 //
 // HTTPS verifies the server's certificate against those that the system trusts; on Linux the
-// environment variables SSL_CERT_FILE and SSL_CERT_DIR select others. Up to ten redirects in turn
+// environment variables SSL_CERT_FILE and SSL_CERT_DIR select others. Up to ten redirects in a row
 // are followed: 301, 302 and 303 with a GET without the body, 307 and 308 by repeating the request
 // with its body. Redirects from HTTPS to HTTP are not followed.
 //
