@@ -5,6 +5,7 @@
 #include "vosmere/base/chain.h"
 #include "vosmere/base/chain_sort.h"
 #include "vosmere/base/document_error.h"
+#include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
 #include "vosmere/base/list.h"
 #include "vosmere/base/lock.h"

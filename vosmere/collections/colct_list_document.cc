@@ -1,5 +1,6 @@
 #include "vosmere/collections/colct_list_document.h"
 
+#include "vosmere/tree/tree_link.h"
 #include "vosmere/xml/internal/item_fields.h"
 #include "vosmere/xml/reader_scopes.h"
 
@@ -12,8 +13,10 @@ CWriteColctListXML::~CWriteColctListXML() = default;
 bool CWriteColctListXML::FillData() {
   BeginDocument();
   AddHead();
-  for (const RColctItem* cell = head_; cell; cell = cell->next)
+  for (const RColctItem* cell = head_; cell; cell = cell->next) {
+    LoseOf(*cell->item);
     if (cell->item->GetColctType() == CT_DEFAULT) FillColctNodeToBuffer(cell->item);
+  }
   AddTail();
   return true;
 }
@@ -25,6 +28,19 @@ void CWriteColctListXML::AddHead() {
 
 void CWriteColctListXML::AddTail() {
   Put("</collectionlist>");
+}
+
+void CWriteColctListXML::LoseOf(const CColctNode& colct) {
+  if (!ReportsLosses()) return;
+  if (colct.GetColctType() != CT_DEFAULT)
+    return LoseWhole(colct, "a collection of a type of its own is left out");
+  LoseAllBut(kDescription | kIdentity | kBuild | kTimes, colct);
+  const CColctNetData& net = *colct.GetColctNetData();
+  const RNode* const local = colct.GetLocRNodeRoot();
+  LoseIf(net.IsOrdered(), "ordered does not come back");
+  LoseIf(net.IsSynced(), "synced does not come back");
+  LoseIf(net.GetColctExpandState(), "expanded does not come back");
+  LoseIf(local && local->firstChild, "the items of a collection are left out");
 }
 
 void CWriteColctListXML::FillColctNodeToBuffer(CColctNode* colct) {

@@ -20,8 +20,10 @@ const WChar* CWriteColctExData::GetRelativeStartPos(const WChar* url) {
 bool CWriteColctExData::FillData() {
   BeginDocument();
   AddHead();
-  for (const RColctExData* cell = head_; cell; cell = cell->next)
+  for (const RColctExData* cell = head_; cell; cell = cell->next) {
+    LosesOf(nullptr, cell->item->GetColctUrl());
     FillColctExDataToBuffer(cell->item);
+  }
   AddTail();
   return true;
 }

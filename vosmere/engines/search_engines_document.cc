@@ -17,6 +17,7 @@ CWriteSEngineXML::~CWriteSEngineXML() = default;
 bool CWriteSEngineXML::FillData() {
   if (!pool_) return false;
   BeginDocument();
+  LoseAllBut(kDescription, *pool_);
   AddHead();
   for (const REngineItem* cell = pool_->GetREngineItemHead(); cell; cell = cell->next)
     FillEngineNodeToBuffer(cell->item);
@@ -35,12 +36,24 @@ void CWriteSEngineXML::AddTail() {
   Put("</searchEnginePool>");
 }
 
+void CWriteSEngineXML::LoseOf(const CEngineNode& engine) {
+  if (!ReportsLosses()) return;
+  LoseAllBut(kDescription, engine);
+  const WideView url(engine.GetUrl()), type(engine.GetSearchType());
+  LoseIf(url.empty(), "an empty queryUrl comes back as \"about:blank\"", LossKind::kChanged);
+  LoseIf(type.empty(), "an empty type comes back as \"web\"", LossKind::kChanged);
+  LoseIf(type.size >= 202, "type is cut to 200 characters", LossKind::kCut);
+  LoseIf(!WideView(engine.GetIconText()).empty(), "iconText does not come back");
+  LoseIf(!WideView(engine.GetStoredSite()).empty(), "storedSite does not come back");
+}
+
 void CWriteSEngineXML::FillEngineNodeToBuffer(CEngineNode* engine) {
+  LoseOf(*engine);
   const WideView type(engine->GetSearchType());
   Put("<searchEngine");
   if (!type.empty()) {
     Put(" type=\"");
-    PutEscaped(type.size < 202 ? type : type.First(200));
+    PutEscaped(type.size < 202 ? type : type.First(200), Stands::kInAttribute);
     Put("\"");
   }
   Put(">\r\n");

@@ -28,6 +28,7 @@ void CWriteFtpSiteXML::AddTail() {
 }
 
 void CWriteFtpSiteXML::FillFtpConToBuffer(CFtpConBase* site) {
+  LosesOf(nullptr, site->GetTitle());
   Put("<site>");
   PutElementUnlessEmpty<"title">(site->GetTitle());
   PutElementUnlessEmpty<"host">(site->GetHost());
@@ -46,11 +47,12 @@ void CWriteFtpSiteXML::FillFtpConToBuffer(CFtpConBase* site) {
 void CWriteFtpSiteXML::FillWebAddress(CFtpConBase* site) {
   for (const auto* cell = site->GetFtpWebAddress()->GetHead(); cell; cell = cell->next) {
     const WideView name(cell->GetName()), link(cell->GetLink());
+    LoseIf(name.empty() || link.empty(), "a web address without a name or a link is left out");
     if (name.empty() || link.empty()) continue;
     Put("<webaddress name=\"");
-    PutText(name);
+    PutRawAttribute(name);
     Put("\" link=\"");
-    PutText(link);
+    PutRawAttribute(link);
     Put("\" />");
   }
 }

@@ -39,6 +39,7 @@ bool CWriteVSMNotifyMsg::FillData() {
   if (!message_) return false;
   BeginDocument();
   AddHead();
+  LoseUnread();
   FillNotifyItem();
   FillNotifyItemWithID();
   AddTail();
@@ -61,6 +62,16 @@ void CWriteVSMNotifyMsg::FillNotifyType(LONG type) {
   Put("<type>");
   PutBytes(TypeName(type));
   Put("</type>\r\n");
+}
+
+void CWriteVSMNotifyMsg::LoseUnread() {
+  const CVSMNotifyMsg& message = *message_;
+  LosesOf(nullptr, message.GetName());
+  LoseIf(message.GetNotifyType() != 0, "type does not come back");
+  LoseIf(!message.GetParent() && message.GetParentID(), "parentId does not come back");
+  LoseIf(!message.GetOldParent() && message.GetOldParentID(), "oldParentId does not come back");
+  LoseIf(!message.GetRefItem() && (message.GetRefItemID() || message.GetRefItemType()),
+         "refItemId, refItemType do not come back");
 }
 
 void CWriteVSMNotifyMsg::FillNotifyItemWithID() {

@@ -29,10 +29,11 @@ void CWriteTagsXML::AddTail() {
 
 bool CWriteTagsXML::ConvertName(const WChar* name) {
   name_.clear();
-  return EscapedUtf8(WideView(name), name_);
+  return EscapedUtf8(WideView(name), name_, Stands::kInAttribute);
 }
 
 void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
+  LosesOf(nullptr, group->GetName());
   if (!ConvertName(group->GetName())) return;
   Put("<group");
   if (!name_.empty()) {
@@ -45,13 +46,18 @@ void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
   Put("</group>");
 }
 
+static constexpr int kMostCount = 10000000;
+
 void CWriteTagsXML::FillTagItem(CTagItem* item) {
+  LosesOf(nullptr, item->GetName());
   if (!ConvertName(item->GetName())) return;
+  LoseIf(item->GetCount() < 0 || item->GetCount() > kMostCount, "count is held to 10,000,000",
+         LossKind::kChanged);
   Put("<tag name=\"");
   PutBytes(name_);
   if (item->GetCount() != 1) {
     Put("\" count=\"");
-    PutNumber(std::clamp(item->GetCount(), 0, 10000000));
+    PutNumber(std::clamp(item->GetCount(), 0, kMostCount));
   }
   Put("\" />");
 }

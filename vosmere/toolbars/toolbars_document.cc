@@ -35,7 +35,20 @@ void CWriteToolbarXML::AddTail() {
   Put("</toolbars>");
 }
 
+void CWriteToolbarXML::LoseOf(const TBARBANDINFO& band) {
+  const TBARBANDINFO plain;
+  const bool isPlaceWritten = band.enabled && band.hasContainerData;
+  LosesOf(nullptr, band.title);
+  LoseIf(!band.enabled && !band.visible, "visible does not come back");
+  LoseIf(band.hasContainerData && !isPlaceWritten, "hasPlace does not come back");
+  if (isPlaceWritten) return;
+  LoseIf(band.index != plain.index, "index does not come back");
+  LoseIf(band.style != plain.style, "style does not come back");
+  LoseIf(band.width != plain.width, "width does not come back");
+}
+
 void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
+  LoseOf(*band);
   if (!band->enabled)
     Put("<toolbar status=\"disabled\">");
   else if (band->visible)
