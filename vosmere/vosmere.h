@@ -47,6 +47,7 @@
 #include "vosmere/pages/page_data.h"
 #include "vosmere/pages/page_data_document.h"
 #include "vosmere/platform/keys.h"
+#include "vosmere/platform/parser_thread.h"
 #include "vosmere/platform/path.h"
 #include "vosmere/platform/registry.h"
 #include "vosmere/platform/security_zone.h"

@@ -1,6 +1,8 @@
 // The system's names of files as the library's paths.
 #pragma once
 
+#include <cstddef>
+
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
 
@@ -14,5 +16,9 @@ namespace vosmere {
 /// UTF-8, and backslashes that do not separate. Such a byte becomes the lone surrogate U+DC00 plus
 /// the byte, which leads back to it wherever a path is opened; shown as text it is U+FFFD.
 VOSMERE_API BSTR PathFromName(const char* name);
+
+/// The other way: the name that a path leads to, with its zero. False when `capacity` bytes do not
+/// hold it, or the system takes no name that long.
+VOSMERE_API bool NameFromPath(const WChar* path, char* name, std::size_t capacity);
 
 }  // namespace vosmere

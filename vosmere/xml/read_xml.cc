@@ -40,15 +40,12 @@ void CReadXML::ThrowIfTextsWereLost() const {
   if (LostTexts() != lostTextsBefore_) throw std::bad_alloc();
 }
 
-template <class Load>
-bool CReadXML::LoadWith(Load load) {
+template <class Read>
+bool CReadXML::ReadWith(Read read) {
   error_ = {};
   lostTextsBefore_ = LostTexts();
   try {
-    XmlDocument document;
-    load(document);
-    const XmlNode root = document.Root();
-    if (root.FirstChild()) InvokeParser(root);
+    read();
     ThrowIfTextsWereLost();
   } catch (const DocumentFailure& failure) {
     error_ = failure.error;
@@ -60,6 +57,22 @@ bool CReadXML::LoadWith(Load load) {
     error_ = MakeError(DocumentFault::kHandlerFailed, "the reader gave up");
   }
   return error_.fault == DocumentFault::kNone;
+}
+
+bool CReadXML::ReadParsed(const XmlNode& root) {
+  return ReadWith([&] {
+    if (root.FirstChild()) InvokeParser(root);
+  });
+}
+
+template <class Load>
+bool CReadXML::LoadWith(Load load) {
+  return ReadWith([&] {
+    XmlDocument document;
+    load(document);
+    const XmlNode root = document.Root();
+    if (root.FirstChild()) InvokeParser(root);
+  });
 }
 
 bool CReadXML::LoadFile(const WChar* path) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vosmere/base/document_error.h"
+#include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
 #include "vosmere/platform/xml_node.h"
 
@@ -43,8 +44,18 @@ class VOSMERE_API CReadXML {
   /// Raw bytes, whose mark or declaration tells the encoding. Null fails.
   bool LoadXML(const char* bytes, int length);
 
+  /// A document that another reader has parsed, from its root element on.
+  bool ReadParsed(const XmlNode& root);
+
   /// Hands over what was built, of a type that the reader fixes; null when there is nothing.
   void* DetachData();
+
+  /// Has everything reported that the documents to come hold and this reader does not take, or
+  /// takes otherwise. Null ends that, as it begins; a load is as fast then as it is without.
+  void SetLossReport(LossReport report, void* to) {
+    lossReport_ = report;
+    lossReportTo_ = to;
+  }
 
   /// Why the last load failed; no fault after one that did not.
   const DocumentError& LastError() const { return error_; }
@@ -65,6 +76,8 @@ class VOSMERE_API CReadXML {
   }
 
  private:
+  template <class Read>
+  bool ReadWith(Read read);
   template <class Load>
   bool LoadWith(Load load);
   void FreeData();
@@ -72,6 +85,8 @@ class VOSMERE_API CReadXML {
   void* data_ = nullptr;
   void (*deleteData_)(void*) = nullptr;
   unsigned long lostTextsBefore_ = 0;
+  LossReport lossReport_ = nullptr;
+  void* lossReportTo_ = nullptr;
   DocumentError error_;
 };
 
