@@ -8,11 +8,20 @@ namespace {
 WChar emptyText[1] = {0};
 
 thread_local unsigned long lostTexts = 0;
+thread_local unsigned long cutTexts = 0;
 
 }  // namespace
 
 unsigned long LostTexts() {
   return lostTexts;
+}
+
+unsigned long CutTexts() {
+  return cutTexts;
+}
+
+void detail::CountCutText() {
+  ++cutTexts;
 }
 
 void detail::CountLostText() {

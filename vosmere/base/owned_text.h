@@ -35,8 +35,13 @@ struct SystemTextStorage {
 /// calls fail silently; who must not lose anything compares before and after.
 VOSMERE_API unsigned long LostTexts();
 
+/// How often a setter of the calling thread cut or refused a text for being too long. Such setters
+/// say so in their headers alone; who must know compares before and after.
+VOSMERE_API unsigned long CutTexts();
+
 namespace detail {
 VOSMERE_API void CountLostText();
+VOSMERE_API void CountCutText();
 /// Throws std::bad_alloc, also for a program that is built without exceptions.
 [[noreturn]] VOSMERE_API void ThrowNoMemory();
 }  // namespace detail
@@ -84,6 +89,8 @@ class OwnedText {
       Clear();
     else if (view.size < limit)
       Assign(view);
+    else
+      detail::CountCutText();
   }
 
   /// Null, and a text of `limit` units or more, leave null.
@@ -93,6 +100,7 @@ class OwnedText {
       Assign(view);
     else
       Clear();
+    if (view.size >= limit) detail::CountCutText();
   }
 
  private:

@@ -13,6 +13,9 @@ class XmlDocument {
   XmlDocument& operator=(const XmlDocument&) = delete;
   ~XmlDocument();
 
+  /// Has the place of every element kept by what is loaded then, where the parser tells it.
+  void KeepPlaces() { keepsPlaces_ = true; }
+
   /// Each loads an empty document object once and throws DocumentFailure or std::bad_alloc.
   void LoadFile(const WChar* path);
   /// Zero-terminated UTF-16; an encoding that the text declares for itself is ignored.
@@ -22,8 +25,11 @@ class XmlDocument {
 
   /// The document's root element; null only before a load.
   XmlNode Root() const;
+  /// Where an element begins, from 1; 0 for what is not known or was not kept.
+  void PlaceOf(const XmlNode& element, LONG* line, LONG* column) const;
 
  private:
+  bool keepsPlaces_ = false;
   void* document_ = nullptr;
 };
 
