@@ -99,6 +99,7 @@
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/reader_fields.h"
+#include "vosmere/xml/reader_report.h"
 #include "vosmere/xml/reader_scopes.h"
 #include "vosmere/xml/write_items.h"
 #include "vosmere/xml/write_xml.h"

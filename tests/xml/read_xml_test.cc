@@ -25,7 +25,7 @@ class Recorder : public CParseXML {
   void OnLeaveNode(XmlNode node) override { Note('>', node); }
   void ProcessElementNode(XmlNode node) override {
     Note('=', node);
-    ForEachAttribute(node, [this](WideView name, const WChar* value) {
+    xml::ForEachAttribute(node, [this](WideView name, const WChar* value) {
       calls += "@" + Utf8(name.data, name.size) + ":" + Utf8(value);
     });
   }
@@ -219,7 +219,8 @@ TEST(ReadXml, NumbersSaturate) {
                {"-2147483649", -2147483647 - 1},
                {"999999999999999999999999999999", 2147483647},
                {"-999999999999999999999999999999", -2147483647 - 1}};
-  for (const auto& c : cases) EXPECT_EQ(NumberFromText(W(std::string(c.text))), c.number) << c.text;
+  for (const auto& c : cases)
+    EXPECT_EQ(xml::NumberFromText(W(std::string(c.text))), c.number) << c.text;
 }
 
 }  // namespace

@@ -71,6 +71,8 @@ void CWriteColctItemID::PutNameAndEnd(const CColctItemID& id) {
 
 namespace {
 
+using namespace xml;
+
 using Ids = ItemChain<RColctItemID>;
 enum Scope : unsigned { kList = 1 };
 
@@ -84,8 +86,8 @@ constexpr Field<CColctItemID> kItemFields[] = {
 };
 
 // All text within an item is its name, that of items within it, too.
-void ReadItem(Ids& ids, const XmlNode& element) {
-  ids.Begin();
+void ReadItem(Ids& ids, const Element& element) {
+  BeginItem(ids, element);
   TextAndAttributesTo<&Ids::item, SetNameUnlessEmpty, kItemFields>(ids, element);
 }
 
@@ -98,7 +100,7 @@ constexpr ScopedElement<Ids> kElements[] = {
 CReadColctItemID::~CReadColctItemID() = default;
 
 void CReadColctItemID::InvokeParser(XmlNode root) {
-  if (IsRootNamed(root, "colctitem")) ReadChildren(kElements, ids_, root, kList);
+  if (IsRootNamed(root, "colctitem")) ReadChildren(kElements, ids_, Reported(root), kList);
 }
 
 }  // namespace vosmere

@@ -57,7 +57,7 @@ class VOSMERE_API CReadColctItemID : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<RColctItemID> ids_;
+  xml::ItemChain<RColctItemID> ids_;
 };
 
 }  // namespace vosmere

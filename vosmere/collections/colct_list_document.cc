@@ -72,6 +72,8 @@ void CWriteColctListXML::FileNetData(CColctNetData* data) {
 
 namespace {
 
+using namespace xml;
+
 using List = ItemChain<RColctItem>;
 enum Scope : unsigned { kList = 1, kCollection = 2 };
 
@@ -86,12 +88,25 @@ void SetOwner(CColctNode& colct, const WChar* owner) {
 
 constexpr Field<CBaseNode> kColctBuildFields[] = {
     {"basebuild", Number<&CBaseNode::SetBaseBuild>},
-    {"checkedin", CheckedInWhenTrue},
+    {"checkedin", CheckedInWhenTrue, FitsTruth},
 };
+
+void Version(List&, const Element& element) {
+  NoLoss(element);
+  if (element.report() && !IsNamed(element.Text().view(), "1"))
+    element.report()->Lose(LossKind::kNotKept, "the version is not read and comes back as 1");
+}
+
+void SayUnsaid(List&, Report& report) {
+  SayTimes(report, "stat", {"addDate", "lastModified", "lastVisit"});
+  if (!report.Says("link"))
+    report.Lose(LossKind::kUnsaid,
+                "a collection without a link comes back with the address about:blank");
+}
 
 constexpr ScopedElement<List> kElements[] = {
     {kAnywhere, "collectionlist", EndItem, kList},
-    {kAnywhere, "collection", BeginItem, kCollection, EndItem},
+    {kAnywhere, "collection", BeginItem, kCollection, EndItem, SayUnsaid},
     {kCollection, "stat", AttributesTo<&List::item, kStatDateFields>},
     {kCollection, "build", AttributesTo<&List::item, kColctBuildFields>},
     {kCollection, "title", TextTo<&List::item, &CBaseNode::SetName>},
@@ -99,6 +114,7 @@ constexpr ScopedElement<List> kElements[] = {
     {kCollection, "description", TextTo<&List::item, &CBaseNode::SetDescription>},
     {kCollection, "uuid", TextTo<&List::item, &CBaseNode::SetUUID>},
     {kCollection, "owner", TextTo<&List::item, SetOwner>},
+    {kCollection, "version", Version},
 };
 
 }  // namespace
@@ -106,7 +122,7 @@ constexpr ScopedElement<List> kElements[] = {
 CReadColctListXML::~CReadColctListXML() = default;
 
 void CReadColctListXML::InvokeParser(XmlNode root) {
-  if (IsRootNamed(root, "collectionlist")) ReadChildren(kElements, list_, root, kList);
+  if (IsRootNamed(root, "collectionlist")) ReadChildren(kElements, list_, Reported(root), kList);
 }
 
 }  // namespace vosmere

@@ -60,7 +60,7 @@ class VOSMERE_API CReadColctListXML : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<RColctItem> list_;
+  xml::ItemChain<RColctItem> list_;
 };
 
 }  // namespace vosmere

@@ -112,10 +112,10 @@ class DocumentReader<AnyDocument> : public CReadXML {
 
   template <class Kind>
   bool Read(const XmlNode& root, const XmlText& name) {
-    if (!IsNamed(name.view(), Document<Kind>::kRoot)) return false;
+    if (!xml::IsNamed(name.view(), Document<Kind>::kRoot)) return false;
     DocumentReader<Kind> reader;
     reader.SetLossReport(report_, reportTo_);
-    if (!reader.ReadParsed(root)) return read_.emplace(Error({}, reader.LastError())), true;
+    if (!reader.ReadParsed(root, *this)) return read_.emplace(Error({}, reader.LastError())), true;
     Result<Kind> value = reader.TakeFor({});
     if (value)
       read_.emplace(AnyDocument(std::move(*value)));

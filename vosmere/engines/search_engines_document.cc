@@ -72,6 +72,8 @@ void CWriteSEngineXML::FillNodeStat(CNodeStat* stat) {
 
 namespace {
 
+using namespace xml;
+
 struct Engines {
   std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
   CEngineNode* engine = nullptr;  // while its element is being read
@@ -97,13 +99,19 @@ constexpr Field<CEngineNode> kEngineFields[] = {
     {BeginningWith("type"), Text<&CEngineNode::SetSearchType>},
 };
 
-void MakePool(Engines& engines, const XmlNode&) {
+void MakePool(Engines& engines, const Element&) {
   engines.MakePool();
 }
 
-void BeginEngine(Engines& engines, const XmlNode& element) {
+void BeginEngine(Engines& engines, const Element& element) {
   BeginItem(engines, element);
   AttributesTo<&Engines::engine, kEngineFields>(engines, element);
+}
+
+void SayUnsaid(Engines&, Report& report) {
+  if (!report.Says("queryUrl"))
+    report.Lose(LossKind::kUnsaid,
+                "an engine without queryUrl comes back with the address about:blank");
 }
 
 constexpr ScopedElement<Engines> kElements[] = {
@@ -115,7 +123,7 @@ constexpr ScopedElement<Engines> kElements[] = {
     {kPool, "title", TextTo<&Engines::Pool, &CBaseNode::SetName>},
     {kPool, "description", TextTo<&Engines::Pool, &CBaseNode::SetDescription>},
     {kAnywhere, "searchEnginePool", MakePool, kPool},  // which begins as an engine does
-    {kAnywhere, BeginningWith("searchEngine"), BeginEngine, kEngine, EndItem},
+    {kAnywhere, BeginningWith("searchEngine"), BeginEngine, kEngine, EndItem, SayUnsaid},
 };
 
 }  // namespace
@@ -124,7 +132,7 @@ CReadSEngineXML::~CReadSEngineXML() = default;
 
 void CReadSEngineXML::InvokeParser(XmlNode root) {
   Engines engines;
-  ReadElement(kElements, engines, root, kDocument);
+  ReadElement(kElements, engines, Reported(root), kDocument);
   ThrowIfTextsWereLost();
   pool_ = std::move(engines.pool);
 }

@@ -53,7 +53,7 @@ class VOSMERE_API CReadFtpSiteXML : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<TList<CFtpConBase*>> sites_;
+  xml::ItemChain<TList<CFtpConBase*>> sites_;
 };
 
 }  // namespace vosmere

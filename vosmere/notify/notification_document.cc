@@ -107,6 +107,8 @@ void CWriteVSMNotifyMsg::AddTail() {
 
 namespace {
 
+using namespace xml;
+
 struct Notification {
   std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
   CVSMNotifyMsg* item = nullptr;  // the message while its element is being read
@@ -126,9 +128,15 @@ constexpr Field<CVSMNotifyMsg> kRefItemFields[] = {{"id", Text<&CVSMNotifyMsg::S
                                                    {"type", Text<&CVSMNotifyMsg::SetRefItemType>}};
 
 template <auto Apply>
-constexpr auto TextToItem = TextTo<&Notification::item, Apply, Notification>;
+constexpr auto TextToItem = TextTo<&Notification::item, Apply, nullptr, Notification>;
 template <auto Apply, auto& Fields>
 constexpr auto AllToItem = TextAndAttributesTo<&Notification::item, Apply, Fields, Notification>;
+
+void Type(Notification&, const Element& element) {
+  NoLoss(element);
+  if (element.report() && !IsNamed(element.Text().view(), "UNKNOWN"))
+    element.report()->Lose(LossKind::kNotKept, "the type is not read and comes back as UNKNOWN");
+}
 
 constexpr ScopedElement<Notification> kElements[] = {
     {kAnywhere, "vsmnotify", EndItem, kNotify},
@@ -139,6 +147,7 @@ constexpr ScopedElement<Notification> kElements[] = {
     {kItem, "title", TextToItem<&CVSMNotifyMsg::SetName>},
     {kItem, "description", TextToItem<&CVSMNotifyMsg::SetDesc>},
     {kItem, "guid", TextToItem<&CVSMNotifyMsg::SetUUID>},
+    {kItem, "type", Type},
     {kItem, "link", TextToItem<&CVSMNotifyMsg::SetLink>},
 };
 
@@ -148,7 +157,8 @@ CReadVSMNotify::~CReadVSMNotify() = default;
 
 void CReadVSMNotify::InvokeParser(XmlNode root) {
   Notification notification;
-  if (IsRootNamed(root, "vsmnotify")) ReadChildren(kElements, notification, root, kNotify);
+  if (IsRootNamed(root, "vsmnotify"))
+    ReadChildren(kElements, notification, Reported(root), kNotify);
   ThrowIfTextsWereLost();
   message_ = std::move(notification.message);
 }

@@ -66,6 +66,8 @@ void CWriteTagsXML::FillTagItem(CTagItem* item) {
 
 namespace {
 
+using namespace xml;
+
 struct Tags {
   CTagStore& store;
   CTagGroup* group = nullptr;
@@ -92,12 +94,12 @@ constexpr Field<CTagItem> kTagFields[] = {
     {"count", Number<&CTagItem::SetCount>},
 };
 
-void ReadGroup(Tags& tags, const XmlNode& element) {
+void ReadGroup(Tags& tags, const Element& element) {
   tags.BeginGroup();
   AttributesTo<&Tags::group, kGroupFields>(tags, element);
 }
 
-void ReadTag(Tags& tags, const XmlNode& element) {
+void ReadTag(Tags& tags, const Element& element) {
   tags.BeginItem();
   AttributesTo<&Tags::item, kTagFields>(tags, element);
 }
@@ -113,7 +115,7 @@ CReadTagsXML::~CReadTagsXML() = default;
 
 void CReadTagsXML::InvokeParser(XmlNode root) {
   Tags tags{store_};
-  if (IsRootNamed(root, "vsmtags")) ReadChildren(kElements, tags, root, kTags);
+  if (IsRootNamed(root, "vsmtags")) ReadChildren(kElements, tags, Reported(root), kTags);
 }
 
 }  // namespace vosmere

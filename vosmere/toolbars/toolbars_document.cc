@@ -73,6 +73,8 @@ void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
 
 namespace {
 
+using namespace xml;
+
 struct Bands {
   std::unique_ptr<CTBarBandInfo> bands{new CTBarBandInfo};
   TBARBANDINFO* band = nullptr;  // while its element is being read
@@ -92,9 +94,12 @@ void Enabled(TBARBANDINFO& band, const WChar* value) {
 void Visible(TBARBANDINFO& band, const WChar* value) {
   band.visible = BeginsWithNoCase(WideView(value), "true");
 }
+bool FitsEnabled(const WChar* value) {
+  return IsNamed(WideView(value), "enabled") || IsNamed(WideView(value), "disabled");
+}
 constexpr Field<TBARBANDINFO> kBandFields[] = {
-    {BeginningWith("status"), Enabled},
-    {BeginningWith("visible"), Visible},
+    {BeginningWith("status"), Enabled, FitsEnabled},
+    {BeginningWith("visible"), Visible, FitsTruth},
 };
 
 template <auto Number>
@@ -102,17 +107,17 @@ void NumberIn(TBARBANDINFO& band, const WChar* value) {
   band.*Number = NumberFromText(value);
 }
 constexpr Field<TBARBANDINFO> kRebarFields[] = {
-    {"index", NumberIn<&TBARBANDINFO::index>},
-    {"style", NumberIn<&TBARBANDINFO::style>},
-    {"width", NumberIn<&TBARBANDINFO::width>},
+    {"index", NumberIn<&TBARBANDINFO::index>, FitsNumber},
+    {"style", NumberIn<&TBARBANDINFO::style>, FitsNumber},
+    {"width", NumberIn<&TBARBANDINFO::width>, FitsNumber},
 };
 
-void BeginBand(Bands& bands, const XmlNode& element) {
+void BeginBand(Bands& bands, const Element& element) {
   BeginItem(bands, element);
   AttributesTo<&Bands::band, kBandFields>(bands, element);
 }
 
-void ReadRebar(Bands& bands, const XmlNode& element) {
+void ReadRebar(Bands& bands, const Element& element) {
   if (!bands.band) return;
   bands.band->hasContainerData = true;
   AttributesTo<&Bands::band, kRebarFields>(bands, element);
@@ -134,7 +139,7 @@ void CReadVosmereXML::InvokeParser(XmlNode root) {
   CTBarBandInfo* read = nullptr;
   if (IsRootNamed(root, "toolbars")) {
     Bands bands;
-    ReadChildren(kElements, bands, root, kBands);
+    ReadChildren(kElements, bands, Reported(root), kBands);
     read = bands.bands.release();
   }
   SetData(read);

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "vosmere/base/owned_text.h"
@@ -56,22 +57,30 @@ bool CReadXML::ReadWith(Read read) {
   } catch (...) {
     error_ = MakeError(DocumentFault::kHandlerFailed, "the reader gave up");
   }
+  report_ = nullptr;
+  document_ = nullptr;
   return error_.fault == DocumentFault::kNone;
 }
 
-bool CReadXML::ReadParsed(const XmlNode& root) {
-  return ReadWith([&] {
-    if (root.FirstChild()) InvokeParser(root);
-  });
+void CReadXML::ReadRoot(const XmlNode& root, const XmlDocument* document) {
+  if (!root.FirstChild()) return;
+  std::optional<xml::Report> report;
+  if (lossReport_) report_ = &report.emplace(lossReport_, lossReportTo_, document);
+  document_ = document;
+  InvokeParser(root);
+}
+
+bool CReadXML::ReadParsed(const XmlNode& root, const CReadXML& parsed) {
+  return ReadWith([&] { ReadRoot(root, parsed.document_); });
 }
 
 template <class Load>
 bool CReadXML::LoadWith(Load load) {
   return ReadWith([&] {
     XmlDocument document;
+    if (lossReport_) document.KeepPlaces();
     load(document);
-    const XmlNode root = document.Root();
-    if (root.FirstChild()) InvokeParser(root);
+    ReadRoot(document.Root(), &document);
   });
 }
 

@@ -4,8 +4,11 @@
 #include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
 namespace vosmere {
+
+class XmlDocument;
 
 /// Base of every document reader: loads an XML document and hands its root element to the reader's
 /// InvokeParser. Normally used for one load, on one thread; on Windows that thread has initialised
@@ -44,8 +47,8 @@ class VOSMERE_API CReadXML {
   /// Raw bytes, whose mark or declaration tells the encoding. Null fails.
   bool LoadXML(const char* bytes, int length);
 
-  /// A document that another reader has parsed, from its root element on.
-  bool ReadParsed(const XmlNode& root);
+  /// A document that another reader, which is in its InvokeParser, has parsed.
+  bool ReadParsed(const XmlNode& root, const CReadXML& parsed);
 
   /// Hands over what was built, of a type that the reader fixes; null when there is nothing.
   void* DetachData();
@@ -63,6 +66,10 @@ class VOSMERE_API CReadXML {
  protected:
   virtual void InvokeParser(XmlNode root) = 0;
 
+  /// An element of the document on its way through the tables of a reader: with the report of this
+  /// load, if there is one.
+  xml::Element Reported(const XmlNode& element) const { return {element, report_}; }
+
   /// Throws std::bad_alloc when this load has lost a text for want of memory (setters fail
   /// silently). The loader asks at the end; a reader asks before it gives up an earlier result.
   void ThrowIfTextsWereLost() const;
@@ -78,6 +85,7 @@ class VOSMERE_API CReadXML {
  private:
   template <class Read>
   bool ReadWith(Read read);
+  void ReadRoot(const XmlNode& root, const XmlDocument* document);
   template <class Load>
   bool LoadWith(Load load);
   void FreeData();
@@ -87,6 +95,8 @@ class VOSMERE_API CReadXML {
   unsigned long lostTextsBefore_ = 0;
   LossReport lossReport_ = nullptr;
   void* lossReportTo_ = nullptr;
+  xml::Report* report_ = nullptr;          // while a document is read
+  const XmlDocument* document_ = nullptr;  // the same, where it is known
   DocumentError error_;
 };
 

@@ -43,8 +43,14 @@ struct Open {
   bool takesAttributes = false;
   bool makesItem = false;
   std::unordered_map<std::string, std::size_t> children = {};  // how many of each name
-  std::unordered_set<std::string> said = {};  // attributes, children, and "child attribute"
+  std::unordered_set<std::string> said = {};   // attributes, children, and "child attribute"
   std::unordered_set<std::string> texts = {};  // children that were read for their text
+};
+
+struct Remembered {
+  std::string path;
+  LONG line = 0;
+  LONG column = 0;
 };
 
 }  // namespace
@@ -54,6 +60,7 @@ struct Report::State {
   void* to;
   const XmlDocument* document;
   std::vector<Open> open = {};
+  std::vector<Remembered> remembered = {};
 
   std::string Path() const {
     std::string path;
@@ -100,6 +107,11 @@ void Report::Enter(const XmlNode& element, As as) {
     state_->Lose(LossKind::kRepeated, "'" + known + "' is repeated, and only one of them is kept");
 }
 
+void Report::EnterRoot(const XmlNode& element) {
+  Enter(element, As::kKnown);
+  ForEachAttribute(element, [this](WideView name, const WChar* value) { Unknown(name, value); });
+}
+
 void Report::Leave() {
   state_->open.pop_back();
 }
@@ -136,9 +148,8 @@ void Report::EndOfReading() {
   std::vector<Open>& open = state_->open;
   const Open& element = open.back();
   if (!element.takesAttributes)
-    ForEachAttribute(element.node, [this](WideView name, const WChar* value) {
-      Unknown(name, value);
-    });
+    ForEachAttribute(element.node,
+                     [this](WideView name, const WChar* value) { Unknown(name, value); });
   // Of several texts that one thing has, the last or the first stays.
   if (open.size() < 2 || !element.takesText || element.makesItem) return;
   if (!open[open.size() - 2].texts.insert(element.name).second)
@@ -148,9 +159,10 @@ void Report::EndOfReading() {
 
 void Report::Unknown(WideView attribute, const WChar* value) {
   const std::string name = Utf8(attribute);
-  if (!*value || IsNamespace(name)) return;
-  state_->Lose(LossKind::kUnknown, "the attribute '" + name + "' of '" +
-                                       state_->open.back().name + "' is not kept");
+  const bool isOfRoot = state_->open.size() == 1 && name == "version";
+  if (!*value || isOfRoot || IsNamespace(name)) return;
+  state_->Lose(LossKind::kUnknown,
+               "the attribute '" + name + "' of '" + state_->open.back().name + "' is not kept");
 }
 
 void Report::Takes(WideView attribute, const WChar* value, FitsTest fits, bool isCut) {
@@ -164,6 +176,24 @@ void Report::Takes(WideView attribute, const WChar* value, FitsTest fits, bool i
   if (!fits || !*value || fits(value)) return;
   state_->Lose(LossKind::kChanged, "a value that is not understood, or written otherwise (" +
                                        element + (name.empty() ? "" : " " + name) + ")");
+}
+
+std::size_t Report::Remember() {
+  Remembered& place = state_->remembered.emplace_back(Remembered{state_->Path()});
+  if (state_->document)
+    state_->document->PlaceOf(state_->open.back().node, &place.line, &place.column);
+  return state_->remembered.size() - 1;
+}
+
+void Report::LoseAt(std::size_t remembered, LossKind kind, const char* what) {
+  const Remembered& place = state_->remembered[remembered];
+  DocumentLoss loss;
+  loss.kind = kind;
+  loss.what = what;
+  loss.element = place.path.c_str();
+  loss.line = place.line;
+  loss.column = place.column;
+  state_->report(state_->to, loss);
 }
 
 bool Report::Says(const char* name) const {

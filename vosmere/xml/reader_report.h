@@ -2,6 +2,7 @@
 // otherwise than it is written. Without a report none of this costs anything.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -37,6 +38,8 @@ class VOSMERE_API Report {
     kRepeated,  ///< another one like it was taken, and this one is not
   };
   void Enter(const XmlNode& element, As as);
+  /// The root element, of which "version" alone is known.
+  void EnterRoot(const XmlNode& element);
   void Leave();
   /// Any other node inside the innermost element.
   void Meet(const XmlNode& node);
@@ -65,6 +68,9 @@ class VOSMERE_API Report {
   bool Says(const char* element, const char* attribute) const;
   /// About the innermost element.
   void Lose(LossKind kind, const char* what);
+  /// The innermost element by a number, for what turns out later.
+  std::size_t Remember();
+  void LoseAt(std::size_t remembered, LossKind kind, const char* what);
 
  private:
   struct State;

@@ -19,6 +19,8 @@ namespace vosmere {
 
 class File;
 
+namespace xml {
+
 /// An element's name as a template argument, which makes its tags constants.
 template <std::size_t N>
 struct ElementName {
@@ -47,6 +49,8 @@ struct AttributeName {
     open[N + 1] = '"';
   }
 };
+
+}  // namespace xml
 
 /// Base of every document writer: appends UTF-8 markup to a chunk buffer in document order, then
 /// saves it to a file or hands it out as a wide string.
@@ -186,31 +190,31 @@ class VOSMERE_API CWriteXML {
   bool PutRawPath(WideView text);
   bool PutEscapedPath(WideView text);
   /// "<name>", the text escaped, "</name>" and CR LF: `PutElement<"title">(text)`.
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElement(WideView text) {
     Put(Name.open);
     PutEscaped(text);
     Put(Name.close);
   }
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElement(LONG number) {
     Put(Name.open);
     PutNumber(number);
     Put(Name.close);
   }
   /// The same where an empty text, or null, has no element at all.
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElementUnlessEmpty(const WChar* text) {
     const WideView view(text);
     if (!view.empty()) PutElement<Name>(view);
   }
   /// The same where only null has no element.
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElementUnlessNull(const WChar* text) {
     if (text) PutElement<Name>(WideView(text));
   }
   /// A blank, the name, and the text escaped between "=\"" and "\""; nothing for null.
-  template <AttributeName Name>
+  template <xml::AttributeName Name>
   void PutAttributeUnlessNull(const WChar* text) {
     if (!text) return;
     Put(Name.open);
