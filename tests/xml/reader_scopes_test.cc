@@ -18,7 +18,7 @@ struct Log {
   void Title(const WChar* title) { text += "title=" + Utf8(title) + ' '; }
 };
 
-void Open(Log& log, const XmlNode&) {
+void Open(Log& log, const Element&) {
   log.text += "+ ";
 }
 void Close(Log& log) {
@@ -27,7 +27,7 @@ void Close(Log& log) {
 void Pages(Log& log, const WChar* value) {
   log.text += "pages=" + Utf8(value) + ' ';
 }
-void Note(Log& log, const XmlNode&) {
+void Note(Log& log, const Element&) {
   log.text += "note ";
 }
 
@@ -50,7 +50,7 @@ class Reader : public CReadXML {
 
  protected:
   void InvokeParser(XmlNode root) override {
-    if (IsRootNamed(root, "r")) ReadChildren(kElements, log, root, kRoot, repeats_);
+    if (IsRootNamed(root, "r")) ReadChildren(kElements, log, Reported(root), kRoot, repeats_);
   }
 
  private:

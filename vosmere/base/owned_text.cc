@@ -12,11 +12,20 @@ WChar emptyText[1] = {0};
 
 // One count per thread, so that a load is not blamed for what another thread lost.
 thread_local unsigned long lostTexts = 0;
+thread_local unsigned long cutTexts = 0;
 
 }  // namespace
 
 unsigned long LostTexts() {
   return lostTexts;
+}
+
+unsigned long CutTexts() {
+  return cutTexts;
+}
+
+void detail::CountCutText() {
+  ++cutTexts;
 }
 
 void detail::CountLostText() {

@@ -39,9 +39,15 @@ struct SystemTextStorage {
 /// the count before and after. It only ever grows.
 VOSMERE_API unsigned long LostTexts();
 
+/// How often a setter of the calling thread cut or refused a text for being too long. Such setters
+/// say so in their headers alone; who must know compares before and after.
+VOSMERE_API unsigned long CutTexts();
+
 namespace detail {
 /// Adds 1 to LostTexts().
 VOSMERE_API void CountLostText();
+/// Adds 1 to CutTexts().
+VOSMERE_API void CountCutText();
 /// Throws std::bad_alloc. A function of the library, so that programs built without exceptions can
 /// include this header.
 [[noreturn]] VOSMERE_API void ThrowNoMemory();
@@ -93,6 +99,8 @@ class OwnedText {
       Clear();
     else if (view.size < limit)
       Assign(view);
+    else
+      detail::CountCutText();
   }
 
   /// Assigns a copy of a text of fewer than `limit` code units. A longer one and null make it null.
@@ -102,6 +110,7 @@ class OwnedText {
       Assign(view);
     else
       Clear();
+    if (view.size >= limit) detail::CountCutText();
   }
 
  private:

@@ -35,6 +35,8 @@ class VOSMERE_API CWriteSEngineXML : public CWriteItems {
   void FillNodeStat(CNodeStat* stat);
 
  private:
+  void LoseOf(const CEngineNode& engine);
+
   CEnginePool* pool_ = nullptr;
 };
 

@@ -37,6 +37,8 @@ class VOSMERE_API CWriteVSMNotifyMsg : public CWriteXML {
   void AddTail();
 
  private:
+  void LoseUnread();
+
   CVSMNotifyMsg* message_ = nullptr;
 };
 

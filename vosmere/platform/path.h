@@ -1,6 +1,8 @@
 // Converts the system's file names to the library's paths.
 #pragma once
 
+#include <cstddef>
+
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
 
@@ -14,5 +16,9 @@ namespace vosmere {
 /// backslashes that are not separators. Each such byte becomes the unpaired surrogate U+DC00 plus
 /// the byte, and becomes that byte again when the path is opened. Shown as text it is U+FFFD.
 VOSMERE_API BSTR PathFromName(const char* name);
+
+/// The other way: the name that a path leads to, with its zero. False when `capacity` bytes do not
+/// hold it, or the system takes no name that long.
+VOSMERE_API bool NameFromPath(const WChar* path, char* name, std::size_t capacity);
 
 }  // namespace vosmere

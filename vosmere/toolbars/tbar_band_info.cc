@@ -5,6 +5,7 @@
 #include <new>
 
 #include "vosmere/base/chain.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere {
@@ -16,6 +17,7 @@ void CutToFit(WChar (&field)[N], const WChar* text) {
   const WideView whole(text);
   WideView part = whole.First(N - 1);
   if (part.size < whole.size && (part[part.size - 1] & 0xFC00) == 0xD800) --part.size;
+  if (part.size < whole.size) detail::CountCutText();
   // memmove, because the text may be the field itself.
   if (!part.empty()) std::memmove(field, part.data, part.size * sizeof(WChar));
   field[part.size] = 0;

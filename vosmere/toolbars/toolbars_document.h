@@ -32,6 +32,8 @@ class VOSMERE_API CWriteToolbarXML : public CWriteXML {
   void FillBANDINFOToBuffer(TBARBANDINFO* band);
 
  private:
+  void LoseOf(const TBARBANDINFO& band);
+
   CTBarBandInfo* bands_ = nullptr;
 };
 

@@ -32,6 +32,7 @@ void CBaseNode::SetUUID(const WChar* uuid) {
   const WideView text = WideView(uuid).First(kMaxUuidLength);
   if (!text.empty()) std::memmove(uuid_, text.data, text.size * sizeof(WChar));
   uuid_[text.size] = 0;
+  if (uuid && uuid[text.size]) detail::CountCutText();
 }
 
 bool CBaseNode::HasCheckedIn(int* state) const {

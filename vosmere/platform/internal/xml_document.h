@@ -15,6 +15,9 @@ class XmlDocument {
   XmlDocument& operator=(const XmlDocument&) = delete;
   ~XmlDocument();
 
+  /// Makes the Load operations keep the place of every element, where the parser reports it.
+  void KeepPlaces() { keepsPlaces_ = true; }
+
   /// Each of the Load operations may be called once, on an empty object. They throw
   /// DocumentFailure, or std::bad_alloc.
   void LoadFile(const WChar* path);
@@ -26,8 +29,11 @@ class XmlDocument {
 
   /// The root element; a null handle only before a load.
   XmlNode Root() const;
+  /// Where an element begins, from 1; 0 for what is not known or was not kept.
+  void PlaceOf(const XmlNode& element, LONG* line, LONG* column) const;
 
  private:
+  bool keepsPlaces_ = false;
   void* document_ = nullptr;
 };
 

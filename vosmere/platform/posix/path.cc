@@ -78,6 +78,15 @@ std::size_t PathOfName(std::string_view name, WChar* path, std::size_t capacity)
   return units;
 }
 
+bool NameFromPath(const WChar* path, char* name, std::size_t capacity) {
+  char native[PATH_MAX];
+  if (!NativePath(path, native)) return false;
+  const std::size_t size = std::strlen(native) + 1;
+  if (size > capacity) return false;
+  std::memcpy(name, native, size);
+  return true;
+}
+
 BSTR PathFromName(const char* name) {
   if (!name) return nullptr;
   const std::size_t length = std::strlen(name);

@@ -226,6 +226,11 @@ XmlNode XmlDocument::Root() const {
   return XmlNodeHandle::Make(root.Detach());
 }
 
+// The DOM does not tell.
+void XmlDocument::PlaceOf(const XmlNode&, LONG* line, LONG* column) const {
+  *line = *column = 0;
+}
+
 // --- nodes ---
 
 namespace {

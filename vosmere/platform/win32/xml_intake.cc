@@ -129,7 +129,7 @@ void CheckEnd(std::string_view bytes) {
   if (end * units.width() == bytes.size()) return;
   const std::string_view before = bytes.substr(0, end * units.width());
   const std::string utf8 = units.width() == 2 ? Utf8(XmlUnits(before)) : std::string(before);
-  Refuse(DocumentFault::kMalformed, "the document goes on behind its end", utf8);
+  Refuse(DocumentFault::kMalformed, "the document goes on after its end", utf8);
 }
 
 }  // namespace vosmere::win32

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "vosmere/base/wide_view.h"
@@ -140,10 +141,31 @@ class XmlNames {
   Entry* last_ = nullptr;
 };
 
+/// Where an element begins: its line, and the characters up to it in that line, both from 1; a
+/// column of 0 is not known.
+struct XmlPlace {
+  int line = 1;
+  int column = 1;
+
+  /// Steps over this UTF-8 text.
+  void Pass(std::string_view text) {
+    for (const char c : text) {
+      if (c == '\n') {
+        ++line;
+        column = 1;
+      } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {
+        ++column;
+      }
+    }
+  }
+};
+
 /// A loaded document: what XmlDocument owns.
 struct XmlTree {
   XmlArena arena;
   XmlNames names{arena};
+  bool keepsPlaces = false;
+  std::unordered_map<const XmlRecord*, XmlPlace> places;  // of elements, where they are kept
 };
 
 /// Links nodes into a tree in document order. Throws std::bad_alloc.

@@ -5,12 +5,14 @@
 #include <libxml/encoding.h>
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <deque>
 #include <exception>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "vosmere/platform/internal/xml_document.h"
@@ -91,6 +93,7 @@ class Builder {
   void StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
                     const xmlChar** namespaces, int attributeCount, int defaultedCount,
                     const xmlChar** attributes);
+  XmlPlace PlaceOfTag() const;
   const XmlName* Intern(const xmlChar* prefix, const xmlChar* local, int type);
   void EndElement();
   void AddText(const xmlChar* text, int length);
@@ -344,6 +347,24 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
   if (defaulted > 0) Check(budget_.Spend(defaulted, bytesRead_));
   growth_.Add(element);
   growth_.Open(element);
+  if (tree_.keepsPlaces) tree_.places.emplace(element, PlaceOfTag());
+}
+
+// The parser stands at the end of the start tag. Its buffer still has the tag, and mostly the line
+// before it; an entity's is its own.
+XmlPlace Builder::PlaceOfTag() const {
+  const xmlParserInput& input = *parser_->input;
+  const std::string_view read(Chars(input.base), static_cast<std::size_t>(input.cur - input.base));
+  const std::size_t tag = read.rfind('<');
+  if (tag == read.npos) return {input.line, 0};
+  const std::string_view behind = read.substr(tag);
+  const auto lines = static_cast<int>(std::count(behind.begin(), behind.end(), '\n'));
+  const std::size_t lineEnd = read.substr(0, tag).rfind('\n');
+  XmlPlace place{input.line - lines, 0};
+  if (lineEnd == read.npos && (lines > 0 || place.line > 1)) return place;
+  place.column = 1;
+  place.Pass(read.substr(lineEnd + 1, tag - lineEnd - 1));
+  return place;
 }
 
 const XmlName* Builder::Intern(const xmlChar* prefix, const xmlChar* local, int type) {

@@ -59,6 +59,7 @@ class Parser {
   bool Parse(const char* encoding) {
     if (whole_.size() > kLongestDocument) return false;
     if (!encoding) Skip("\xEF\xBB\xBF");  // with a known encoding this is not a byte-order mark
+    passed_ = whole_.size() - left_.size();
     if (Skip("<?xml") && !TakeDeclaration()) return false;
     while (!left_.empty())
       if (!(left_[0] == '<' ? TakeMarkup() : TakeText())) return false;
@@ -124,6 +125,12 @@ class Parser {
   bool TakeAttribute();
   bool TakeEndTag();
 
+  /// Brings the place to the start tag whose `<` was skipped.
+  void PassToTag() {
+    const std::size_t tag = whole_.size() - left_.size() - 1;
+    place_.Pass(whole_.substr(passed_, tag - passed_));
+    passed_ = tag;
+  }
   XmlName* Intern(std::string_view name, int type) { return tree_.names.Intern(name, type); }
   bool AddLeaf(const XmlName* name, std::string_view piece, PlainValue kind);
 
@@ -133,6 +140,8 @@ class Parser {
   const XmlName* const text_;
   XmlGrowth growth_{tree_};
   std::vector<std::string_view> open_;  // the elements' names
+  XmlPlace place_;
+  std::size_t passed_ = 0;  // bytes before that
 
   // The start tag that is being read.
   std::vector<XmlAttributeRecord> namespaces_, attributes_;
@@ -202,6 +211,7 @@ bool Parser::TakeInstruction() {
 bool Parser::TakeStartTag() {
   if (open_.empty() && tree_.arena.root) return false;
   if (open_.size() >= kMaxXmlDepth) return false;
+  if (tree_.keepsPlaces) PassToTag();
   Name name;
   if (!TakeName(&name) || name.prefix == kXmlns) return false;
   namespaces_.clear();
@@ -221,6 +231,7 @@ bool Parser::TakeStartTag() {
   std::copy(attributes_.begin(), attributes_.end(),
             std::copy(namespaces_.begin(), namespaces_.end(), records));
   growth_.Add(element);
+  if (tree_.keepsPlaces) tree_.places.emplace(element, place_);
   if (!isEmpty) {
     growth_.Open(element);
     open_.push_back(name.whole);
