@@ -90,7 +90,7 @@ TEST_F(Https, AServerWithoutTlsIsRefused) {
 
 TEST_F(Https, ThePasswordIsSentWhenTheServerAsks) {
   LoopbackServer behind({ReplyOk("welcome")}, backend_);
-  Sender sender(nginx_->host(), std::string(3000000, 'x'));
+  Sender sender(nginx_->host(), std::size_t{3000000});
   sender.upload.SetUserName(W("joe"));
   sender.upload.SetPassword(W("secret"));
   EXPECT_EQ(Send(sender, "/private"), 0);
@@ -103,7 +103,7 @@ TEST_F(Https, ThePasswordIsSentWhenTheServerAsks) {
 }
 
 TEST_F(Https, ABodyThatIsTooLargeGetsItsReply) {
-  Sender sender(nginx_->host(), std::string(20000000, 'x'));
+  Sender sender(nginx_->host(), std::size_t{20000000});
   EXPECT_EQ(Send(sender, "/small"), 0);
   EXPECT_EQ(sender.upload.GetStatus(), 413);
   EXPECT_THAT(sender.Response(), HasSubstr("Too Large"));
@@ -118,7 +118,7 @@ TEST_F(Https, ARedirectLeadsOnlyToHttps) {
 }
 
 TEST_F(Https, AServerThatHangsUpIsAFailure) {
-  Sender sender(nginx_->host(), std::string(20000000, 'x'));
+  Sender sender(nginx_->host(), std::size_t{20000000});
   EXPECT_EQ(Send(sender, "/drop"), Code(12030));
 }
 

@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -143,6 +144,15 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
     EXPECT_EQ(text, nullptr);
     EXPECT_EQ(reader.ReadFailed(), c.textFails) << c.path;
   }
+}
+
+TEST(SpecialFile, AWriteHas200MillionBytesAtMost) {
+  constexpr int kMost = 200'000'000;
+  const std::unique_ptr<char[]> bytes(new char[kMost + 1]);  // never touched
+  CWriteFile writer;
+  ASSERT_TRUE(writer.OpenFile(W("/dev/null")));
+  EXPECT_TRUE(writer.WriteStreamData(bytes.get(), kMost));
+  EXPECT_FALSE(writer.WriteStreamData(bytes.get(), kMost + 1));
 }
 
 /// What a save says to which the disk says that it is full.
