@@ -1,6 +1,4 @@
 // Servers that refuse, stall, break off and lie: every upload ends, soon, and says how.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <future>
@@ -9,11 +7,9 @@
 #include "tests/support/loopback_server.h"
 #include "tests/support/platform.h"
 #include "tests/support/sender.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
-
-using testing::AnyOf;
+namespace vosmere::test::hostile_server {
 
 constexpr LONG kShortly = 300;  // milliseconds
 
@@ -206,5 +202,4 @@ TEST(HostileServer, SpeaksSomethingElse) {
   EXPECT_EQ(Sender(server.host()).Send(), kInvalidReply);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::hostile_server

@@ -1,13 +1,10 @@
 #include "vosmere/net/http_session.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/support/loopback_server.h"
 #include "tests/support/platform.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::http_session {
 
 constexpr char kFormHead[] =
     "POST /post.php HTTP/1.0\r\n"
@@ -167,5 +164,4 @@ TEST(NetBase, SaysWhichStepFailed) {
   EXPECT_EQ(Exchange(net, server), -7);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::http_session

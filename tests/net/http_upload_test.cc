@@ -1,24 +1,18 @@
 #include "vosmere/net/http_upload.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 
-#include "tests/support/failing_memory.h"
 #include "tests/support/loopback_server.h"
 #include "tests/support/platform.h"
 #include "tests/support/sender.h"
+#include "tests/support/test.h"
 #include "tests/support/traces.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::http_upload {
 
 using testing::AllOf;
 using testing::Each;
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
@@ -420,5 +414,4 @@ TEST(NetUploadFile, MemoryThatRunsOutIsAFailureAndLosesNothing) {
       });
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::http_upload

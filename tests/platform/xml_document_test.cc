@@ -1,17 +1,12 @@
 #include "vosmere/platform/internal/xml_document.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <functional>
-#include <string>
-#include <vector>
 
-#include "tests/support/files.h"
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::xml_document {
 
 constexpr int kEntityReference = 5;
 
@@ -293,5 +288,4 @@ TEST(XmlDocument, FilesThatDoNotOpenSayWhy) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::xml_document

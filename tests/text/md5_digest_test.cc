@@ -1,12 +1,10 @@
 #include "vosmere/text/md5_digest.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
-#include <string>
 
-namespace vosmere::test {
-namespace {
+#include "tests/support/test.h"
+
+namespace vosmere::test::md5_digest {
 
 std::string Hex(const std::string& digest) {
   char hex[33];
@@ -69,5 +67,4 @@ TEST(Md5Digest, CountsPastFourBillionBits) {
   EXPECT_EQ(Hex(md5.Finish()), "ac557a687892b2d75af9753fcf1e4406");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::md5_digest

@@ -1,15 +1,8 @@
 #include "vosmere/text/read_file.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
-#include <string>
-
-#include "tests/support/failing_memory.h"
-#include "tests/support/files.h"
-#include "tests/support/wide.h"
-
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::read_file {
 
 class ReadFile : public testing::Test {
  protected:
@@ -119,5 +112,4 @@ TEST_F(ReadFile, WithoutMemoryThereIsNoText) {
   ExpectNullAtEachFailure(read, SysFreeString);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::read_file

@@ -1,14 +1,8 @@
 #include "vosmere/text/write_file.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
-#include <string>
-
-#include "tests/support/files.h"
-#include "tests/support/wide.h"
-
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::write_file {
 
 class WriteFile : public testing::Test {
  protected:
@@ -54,5 +48,4 @@ TEST_F(WriteFile, WithoutAnOpenFileNothingIsWritten) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::write_file

@@ -1,15 +1,10 @@
 #include "vosmere/tree/tree_tool.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
-#include "tests/support/wide.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::tree_tool {
 
 TEST(TreeTool, AppendsAndPrepends) {
   TreePtr tree = Tree("root()");
@@ -225,5 +220,4 @@ TEST(TreeTool, ATreeOfAnyDepthNeedsNoStack) {
   EXPECT_EQ(bottom, "f(b a)");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::tree_tool

@@ -1,6 +1,4 @@
 // Uploads through a real server with TLS.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <memory>
@@ -8,13 +6,12 @@
 #include "tests/support/loopback_server.h"
 #include "tests/support/nginx.h"
 #include "tests/support/sender.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::https {
 
 using testing::AllOf;
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -122,5 +119,4 @@ TEST_F(Https, AServerThatHangsUpIsAFailure) {
   EXPECT_EQ(Send(sender, "/drop"), Code(12030));
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::https

@@ -1,17 +1,15 @@
 // The files that stand for a user's registry where the system has none.
-#include <gtest/gtest.h>
 #include <hivex.h>
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "tests/support/files.h"
 #include "tests/support/order.h"
+#include "tests/support/test.h"
 #include "vosmere/platform/internal/shell.h"
 #include "vosmere/platform/registry.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::registry_files {
 
 const std::string kFolders =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
@@ -164,5 +162,4 @@ TEST(RegistryFiles, ADamagedHiveIsReadOrRefusedWithoutHarm) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::registry_files

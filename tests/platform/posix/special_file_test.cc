@@ -1,6 +1,5 @@
 // What is no plain file: pipes, devices, and files that the system makes up as they are read.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <signal.h>
@@ -17,19 +16,17 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
-#include <string>
 #include <thread>
 #include <utility>
 
 #include "tests/support/document.h"
-#include "tests/support/files.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
 #include "vosmere/platform/internal/file.h"
 #include "vosmere/text/read_file.h"
 #include "vosmere/text/write_file.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::special_file {
 
 /// A pipe that the test holds at both ends, until it lets go of them.
 class Pipe {
@@ -224,5 +221,4 @@ TEST(SpecialFile, ASizeThatIsNotTrueDoesNoHarm) {
   CReadFile::Delete(bytes);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::special_file
