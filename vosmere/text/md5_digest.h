@@ -38,9 +38,8 @@ class VOSMERE_API CMD5Digest {
   static void MD5_memcpy(unsigned char* output, const unsigned char* input, unsigned length);
   static void MD5_memset(unsigned char* output, int value, unsigned length);
 
- private:
   ULONG state_[4];
-  ULONG count_[2];  // length of the message in bits, low word first
+  ULONG count_[2];  ///< length of the message in bits, low word first
   unsigned char buffer_[64];
 };
 

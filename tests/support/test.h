@@ -1,0 +1,30 @@
+// What nearly every test uses, in one include. A test file frames its tests with a namespace of its
+// own below this one, named after the file, so that its helpers meet no other file's:
+//
+//   #include "vosmere/tabs/hash_table.h"
+//
+//   #include "tests/support/test.h"
+//
+//   namespace vosmere::test::hash_table {
+//   ...
+//   }  // namespace vosmere::test::hash_table
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/failing_memory.h"
+#include "tests/support/files.h"
+#include "tests/support/row.h"
+#include "tests/support/wide.h"
+
+namespace vosmere::test {
+
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+}  // namespace vosmere::test
