@@ -1,15 +1,21 @@
-// Every stored document, for the tests and fuzz targets that hold for all of them: one row each.
+// Every document, for the tests and fuzz targets that hold for all of them: one row each.
 #pragma once
 
+#include <functional>
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <string>
 
 #include "tests/support/wide.h"
-#include "vosmere/base/system_string.h"
 #include "vosmere/collections/colct_item_ids_document.h"
 #include "vosmere/collections/colct_list_document.h"
 #include "vosmere/collections/colct_profile_document.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
+#include "vosmere/cpp/own.h"
 #include "vosmere/engines/search_engines_document.h"
 #include "vosmere/ftp/ftp_sites_document.h"
 #include "vosmere/notify/notification_document.h"
@@ -23,10 +29,11 @@ struct StoredDocument {
   const char* golden;  ///< the file of tests/data that holds the fullest one
   const char* root;    ///< its root element
   std::unique_ptr<CReadXML> (*newReader)();
-  /// What the reader has read is written and freed. Null when it has read nothing at all.
+  /// What the reader has read is written and freed. Null when there is nothing to write.
   BSTR (*write)(CReadXML& reader);
-  /// Whether its elements count within any root element.
-  bool anyRoot = false;
+  const char* again = golden;  ///< the file that holds what comes back of the fullest one
+  bool anyRoot = false;        ///< whether its elements count within any root element
+  bool appends = false;        ///< whether a reader adds what it reads to what it has read before
 
   friend void PrintTo(const StoredDocument& document, std::ostream* out) { *out << document.root; }
 };
@@ -36,23 +43,11 @@ std::unique_ptr<CReadXML> NewReader() {
   return std::make_unique<Reader>();
 }
 
-/// Owns what is freed with a function.
-template <auto Free>
-struct FreeWith {
-  template <class Head>
-  void operator()(Head* head) const {
-    Free(head);
-  }
-};
-template <class Head, auto Free>
-using Owned = std::unique_ptr<Head, FreeWith<Free>>;
-
-template <class Reader, auto Detach, class Writer, auto Set, auto Free>
+template <class Reader, auto Detach, class Handle, class Writer, auto Set>
 BSTR WriteAgain(CReadXML& reader) {
-  auto* const head = (static_cast<Reader&>(reader).*Detach)();
-  const Owned<std::remove_pointer_t<decltype(head)>, Free> read(head);
+  const Handle read(std::invoke(Detach, static_cast<Reader&>(reader)));
   Writer writer;
-  (writer.*Set)(head);
+  std::invoke(Set, writer, read.get());
   return writer.GetXMLBSTR();
 }
 
@@ -70,9 +65,7 @@ inline BSTR WriteProfileAgain(CReadXML& reader) {
 /// Null also for sites that are not to be written: their web addresses would make the document
 /// unreadable.
 inline BSTR WriteSitesAgain(CReadXML& reader) {
-  using List = TList<CFtpConBase*>;
-  const Owned<List, list::DeleteItems<List>> sites(
-      static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList());
+  const FtpSiteList sites(static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList());
   bool fit = true;
   for (auto* cell = sites.get(); cell; cell = cell->next)
     for (auto* address = cell->data->GetFtpWebAddress()->GetHead(); address;
@@ -93,35 +86,83 @@ inline BSTR WritePageAgain(CReadXML& reader) {
   return CWritePageDataXML(&static_cast<PageDataReader&>(reader).page).GetXMLBSTR();
 }
 
-inline BSTR WriteToolbarsAgain(CReadXML& reader) {
-  const std::unique_ptr<CTBarBandInfo> bands(static_cast<CTBarBandInfo*>(reader.DetachData()));
-  CWriteToolbarXML writer;
-  writer.SetTBarBandInfo(bands.get());
-  return writer.GetXMLBSTR();
+inline CTBarBandInfo* DetachBands(CReadVosmereXML& reader) {
+  return static_cast<CTBarBandInfo*>(reader.DetachData());
 }
 
+/// The last two, the trees, have fuzz targets of their own.
 inline constexpr StoredDocument kStoredDocuments[] = {
-    {"colct_list.xml", "collectionlist", NewReader<CReadColctListXML>,
-     WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, CWriteColctListXML,
-                &CWriteColctListXML::SetRColctItemHead, RColctItem::DeleteList>},
-    {"colct_item_ids.xml", "colctitem", NewReader<CReadColctItemID>,
-     WriteAgain<CReadColctItemID, &CReadColctItemID::DetachRColctItemIDHead, CWriteColctItemID,
-                &CWriteColctItemID::SetRColctItemIDHead, RColctItemID::DeleteList>},
-    {"colct_profile.xml", "colctprofile", NewReader<CReadColctExData>, WriteProfileAgain},
-    {"notification.xml", "vsmnotify", NewReader<CReadVSMNotify>,
-     WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, CWriteVSMNotifyMsg,
-                &CWriteVSMNotifyMsg::SetVSMNotifyMsg, CVSMNotifyMsg::Delete>},
-    {"search_engines.xml", "searchEnginePool", NewReader<CReadSEngineXML>,
-     WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, CWriteSEngineXML,
-                &CWriteSEngineXML::SetEnginePool, CBaseNode::Delete>,
-     true},
-    {"tags.xml", "vsmtags", NewReader<CReadTagsXML>,
-     WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, CWriteTagsXML,
-                &CWriteTagsXML::SetTagGroupHead, CTagStore::DeleteRTagGroupList>},
-    {"ftp_sites.xml", "ftpsites", NewReader<CReadFtpSiteXML>, WriteSitesAgain},
-    {"page_data.xml", "vsmpagedata", NewReader<PageDataReader>, WritePageAgain},
-    {"toolbars.xml", "toolbars", NewReader<CReadVosmereXML>, WriteToolbarsAgain},
+    {.golden = "colct_list.xml",
+     .root = "collectionlist",
+     .newReader = NewReader<CReadColctListXML>,
+     .write =
+         WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, vosmere::ColctList,
+                    CWriteColctListXML, &CWriteColctListXML::SetRColctItemHead>,
+     .again = "colct_list.again.xml",
+     .appends = true},
+    {.golden = "colct_item_ids.xml",
+     .root = "colctitem",
+     .newReader = NewReader<CReadColctItemID>,
+     .write =
+         WriteAgain<CReadColctItemID, &CReadColctItemID::DetachRColctItemIDHead, ColctItemNameList,
+                    CWriteColctItemID, &CWriteColctItemID::SetRColctItemIDHead>,
+     .appends = true},
+    {.golden = "colct_profile.xml",
+     .root = "colctprofile",
+     .newReader = NewReader<CReadColctExData>,
+     .write = WriteProfileAgain,
+     .appends = true},
+    {.golden = "notification.xml",
+     .root = "vsmnotify",
+     .newReader = NewReader<CReadVSMNotify>,
+     .write = WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, Notification,
+                         CWriteVSMNotifyMsg, &CWriteVSMNotifyMsg::SetVSMNotifyMsg>,
+     .again = "notification.again.xml"},
+    {.golden = "search_engines.xml",
+     .root = "searchEnginePool",
+     .newReader = NewReader<CReadSEngineXML>,
+     .write = WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, Item<CEnginePool>,
+                         CWriteSEngineXML, &CWriteSEngineXML::SetEnginePool>,
+     .again = "search_engines.again.xml",
+     .anyRoot = true},
+    {.golden = "tags.xml",
+     .root = "vsmtags",
+     .newReader = NewReader<CReadTagsXML>,
+     .write = WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, TagGroupList,
+                         CWriteTagsXML, &CWriteTagsXML::SetTagGroupHead>,
+     .appends = true},
+    {.golden = "ftp_sites.xml",
+     .root = "ftpsites",
+     .newReader = NewReader<CReadFtpSiteXML>,
+     .write = WriteSitesAgain,
+     .appends = true},
+    {.golden = "page_data.xml",
+     .root = "vsmpagedata",
+     .newReader = NewReader<PageDataReader>,
+     .write = WritePageAgain},
+    {.golden = "toolbars.xml",
+     .root = "toolbars",
+     .newReader = NewReader<CReadVosmereXML>,
+     .write = WriteAgain<CReadVosmereXML, DetachBands, ToolbarBands, CWriteToolbarXML,
+                         &CWriteToolbarXML::SetTBarBandInfo>},
+    {.golden = "collection_tree.opml",
+     .root = "opml",
+     .newReader = NewReader<CReadColctTreeOPML>,
+     .write = WriteAgain<CReadColctTreeOPML, &CReadColctTreeOPML::DetachTreeRoot, vosmere::Tree,
+                         CWriteColctTreeOPML, &CWriteColctTreeOPML::SetTreeRoot>,
+     .again = "collection_tree.again.opml"},
+    {.golden = "collection.rss",
+     .root = "rss",
+     .newReader = NewReader<CReadBkmarkXML>,
+     .write = WriteAgain<CReadBkmarkXML, &CReadBkmarkXML::DetachColctNode, Collection,
+                         CWriteColctRSS, &CWriteColctRSS::SetColctNode>},
 };
+
+inline const StoredDocument& DocumentOf(const std::string& root) {
+  for (const StoredDocument& document : kStoredDocuments)
+    if (root == document.root) return document;
+  throw "no document has this root";
+}
 
 /// What comes of a document when it is read and written again; "(not loaded)" when it does not
 /// load.
@@ -129,11 +170,6 @@ inline std::string Rewritten(const StoredDocument& document, const std::string& 
   const auto reader = document.newReader();
   if (!reader->LoadXML(bytes.data(), static_cast<int>(bytes.size()))) return "(not loaded)";
   return OwnedBstr(document.write(*reader)).utf8();
-}
-inline std::string Rewritten(const std::string& golden, const std::string& bytes) {
-  for (const StoredDocument& document : kStoredDocuments)
-    if (golden == document.golden) return Rewritten(document, bytes);
-  return "(not known)";
 }
 
 }  // namespace vosmere::test

@@ -1,16 +1,10 @@
-#include "vosmere/pages/note_html.h"
-
-#include <gtest/gtest.h>
-
-#include "tests/support/failing_memory.h"
-#include "tests/support/files.h"
+#include "tests/support/document.h"
 #include "tests/support/platform.h"
-#include "tests/support/tree.h"
-#include "vosmere/base/internal/no_memory.h"
-#include "vosmere/tree/url_node.h"
+#include "tests/support/test.h"
+#include "vosmere/pages/note_html.h"
+#include "vosmere/pages/page_data_document.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::pages {
 
 class NoteHtml : public testing::Test {
  protected:
@@ -58,5 +52,44 @@ TEST_F(NoteHtml, WithoutAFileItIsFalseAndWithoutMemoryTheOldOneStays) {
   AtEachFailure([&] { return NullIfNoMemory(write); }, check, Failures::kOne);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+struct PageWriter : CWritePageDataXML {
+  using CWritePageDataXML::CWritePageDataXML;
+  using CWritePageDataXML::FillText;
+};
+
+TEST(PageData, LinesEndWithALoneLineFeedAndLongNamesWriteNothing) {
+  PageWriter writer(nullptr);
+  EXPECT_EQ(Saved(writer), "(not saved)");
+  for (const std::size_t length : {124, 125})
+    writer.FillText(W("t"), std::string(length, 'x').c_str());
+  writer.FillText(nullptr, "x");
+  const std::string name(124, 'x');
+  EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).utf8(), "<" + name + ">t</" + name + ">\n");
+}
+
+TEST(PageData, WhatIsNotReadStaysAsItWas) {
+  const TempFolder folder;
+  const struct {
+    const char *document, *title;
+    bool loads;
+  } cases[] = {
+      {"<vsmpagedata><pageTitle>new</pageTitle></vsmpagedata>", "new", true},
+      {"<vsmpagedata><x/></vsmpagedata>", "old", true},
+      {"<vsmpagedatas><pageTitle>new</pageTitle></vsmpagedatas>", "old", true},
+      {"<vsmpagedata><pageTitle>new</pageTitle>", "old", false},
+  };
+  for (const auto& c : cases) {
+    CPageData data;
+    data.SetPageTitle(W("old"));
+    data.SetBrand(W("brand"));
+    WriteBytes(folder / "page.xml", c.document);
+    EXPECT_EQ(CReadPageDataXML(&data).ReadFile(W(folder / "page.xml")), c.loads);
+    EXPECT_EQ(Utf8(data.GetPageTitle()), c.title) << c.document;
+    EXPECT_EQ(Utf8(data.GetBrand()), "brand") << c.document;
+  }
+  CPageData data;
+  EXPECT_FALSE(CReadPageDataXML(&data).ReadFile(W(folder / "none.xml")));
+  EXPECT_FALSE(CReadPageDataXML(&data).ReadFile(nullptr));
+}
+
+}  // namespace vosmere::test::pages

@@ -1,21 +1,11 @@
-#include "vosmere/toolbars/tbar_band_info.h"
+#include "vosmere/toolbars/toolbars_document.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
 #include <thread>
 
-#include "tests/support/failing_memory.h"
-#include "tests/support/row.h"
-#include "tests/support/wide.h"
+#include "tests/support/document.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
-
-std::string Titles(const CTBarBandInfo& bands) {
-  return Row(bands.GetRBandInfoItemHead(),
-             [](const TList<TBARBANDINFO*>* cell) { return Utf8(cell->data->title); });
-}
+namespace vosmere::test::toolbars {
 
 TEST(TBarBandInfo, ATextIsCutToFitBetweenCharacters) {
   TBARBANDINFO band;
@@ -37,7 +27,7 @@ TEST(TBarBandInfo, ATextIsCutToFitBetweenCharacters) {
   EXPECT_EQ(Utf8(band.clsid) + Utf8(band.title), "");
 }
 
-TEST(TBarBandInfo, ThreadsAddCopiesUnderTheLock) {
+TEST(TBarBandInfo, ThreadsAddCopiesUnderTheLockWhileOthersWrite) {
   constexpr int kEach = 200;
   CTBarBandInfo bands;
   const auto add = [&bands] {
@@ -45,17 +35,34 @@ TEST(TBarBandInfo, ThreadsAddCopiesUnderTheLock) {
     band.SetTitle(W("x"));
     for (int i = 0; i < kEach; ++i) EXPECT_EQ(Utf8(bands.AddBandInfoCopy(&band)->title), "x");
   };
-  std::thread other(add);
-  add();
+  CWriteToolbarXML writer;
+  writer.SetTBarBandInfo(&bands);
+  std::thread one(add), other(add);
+  for (int i = 0; i < 20; ++i) {
+    CWriteToolbarXML meanwhile;
+    meanwhile.SetTBarBandInfo(&bands);
+    OwnedBstr(meanwhile.GetXMLBSTR());
+  }
+  one.join();
   other.join();
   for (int successes = 0; successes < 2; ++successes) {
     const TBARBANDINFO band;
     const FailingMemory memory(successes);
     EXPECT_EQ(bands.AddBandInfoCopy(&band), nullptr);
   }
-  EXPECT_EQ(Titles(bands).find("BROKEN"), std::string::npos);
-  EXPECT_EQ(Titles(bands).size(), 4u * kEach - 1);
+  const std::string titles =
+      Row(bands.GetRBandInfoItemHead(), [](const auto* cell) { return Utf8(cell->data->title); });
+  EXPECT_EQ(titles.find("BROKEN"), titles.npos);
+  EXPECT_EQ(titles.size(), 4u * kEach - 1);
+  {
+    const FailingMemory memory(2);  // the first chunk and its record
+    EXPECT_THROW(writer.GetXMLBSTR(), std::bad_alloc);
+  }
+  std::thread([&] {
+    const bool free = bands.TryLock();
+    EXPECT_TRUE(free) << "after a document that memory tore";
+    if (free) bands.UnLock();
+  }).join();
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::toolbars

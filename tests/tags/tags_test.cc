@@ -1,14 +1,7 @@
+#include "tests/support/test.h"
 #include "vosmere/tags/tag_store.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/row.h"
-#include "tests/support/wide.h"
-
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::tags {
 
 CTagGroup* NewGroup(const Wide& name) {
   CTagGroup* const group = CTagStore::CreateTagGroup();
@@ -41,8 +34,7 @@ TEST(TagGroup, OwnsAndSortsItsTags) {
 
 TEST(TagStore, TheLastGroupAddedWithoutANameIsTheDefaultUntilItGoes) {
   CTagStore store;
-  CTagGroup* const none = NewGroup(nullptr);
-  CTagGroup* const empty = NewGroup(W(""));
+  CTagGroup *const none = NewGroup(nullptr), *const empty = NewGroup(W(""));
   store.AddTagGroup(NewGroup(W("A")));
   EXPECT_EQ(store.GetDefaultGroup(), nullptr);
   store.AddTagGroup(none);
@@ -56,7 +48,10 @@ TEST(TagStore, TheLastGroupAddedWithoutANameIsTheDefaultUntilItGoes) {
   store.RemoveTagGroup(empty);
   EXPECT_EQ(Names(store.GetTagGroupHead()), "A (null) B");
   EXPECT_EQ(store.GetDefaultGroup(), nullptr) << "not the other one without a name";
-  CTagStore::DeleteTagGroup(empty);
+  store.AddTagGroup(empty);
+  store.DeleteAll();
+  EXPECT_EQ(Names(store.GetTagGroupHead()), "");
+  EXPECT_EQ(store.GetDefaultGroup(), nullptr);
 }
 
 TEST(TagStore, TakesAListWhoseFirstGroupWithoutANameIsTheDefault) {
@@ -75,5 +70,4 @@ TEST(TagStore, TakesAListWhoseFirstGroupWithoutANameIsTheDefault) {
   EXPECT_EQ(store.GetDefaultGroup(), nullptr);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::tags
