@@ -87,6 +87,14 @@ TEST_P(StoredDocuments, AreReadBack) {
             TestData(GetParam().golden + std::string(".json")));
 }
 
+TEST_P(StoredDocuments, AreWrittenByteForByte) {
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator(TestPath("written/" + root), none)) {
+    const std::string name = "written/" + root + "/" + entry.path().stem().string();
+    EXPECT_EQ(Again(TestData(name + ".in")), Golden(name + ".out")) << name;
+  }
+}
+
 TEST_P(StoredDocuments, AnotherRootIsTracedAndGivesNothing) {
   if (GetParam().anyRoot) return;
   const Traces traces;
