@@ -1,6 +1,5 @@
 // The OPML document of a tree of collections, beyond what holds for every document.
 #include <functional>
-#include <thread>
 
 #include "tests/support/document.h"
 #include "tests/support/platform.h"
@@ -127,14 +126,10 @@ TEST(OpmlReader, TracesWhatItSees) {
 
 TEST(Opml, DifferentObjectsWorkOnDifferentThreads) {
   const std::string document = TestData("collection_tree.opml");
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i)
-    threads.emplace_back([&] {
-      for (int round = 0; round < 3; ++round)
-        EXPECT_EQ(SavedOpml(ReadOpml(SavedOpml(ReadOpml(document)))),
-                  SavedOpml(ReadOpml(document)));
-    });
-  for (std::thread& thread : threads) thread.join();
+  AtOnce(4, [&](int) {
+    for (int round = 0; round < 3; ++round)
+      EXPECT_EQ(SavedOpml(ReadOpml(SavedOpml(ReadOpml(document)))), SavedOpml(ReadOpml(document)));
+  });
 }
 
 TEST(OpmlReader, OutOfMemoryAmongEntitiesIsAFailedLoadToo) {
