@@ -15,6 +15,7 @@
 #include "vosmere/collections/opml_writer.h"
 #include "vosmere/collections/rss_reader.h"
 #include "vosmere/collections/rss_writer.h"
+#include "vosmere/cpp/own.h"
 
 namespace vosmere::test {
 
@@ -51,11 +52,7 @@ inline TreePtr ReadOpml(const std::string& bytes) {
   return TreePtr(Load(reader, bytes) ? reader.DetachTreeRoot() : nullptr);
 }
 
-struct ColctDelete {
-  void operator()(CColctNode* colct) const { DeleteWithLocalTree(colct); }
-};
-/// Owns a collection with its local tree.
-using ColctPtr = std::unique_ptr<CColctNode, ColctDelete>;
+using ColctPtr = Collection;
 
 /// A collection named "c" with an identity, around a local tree in the notation of Tree().
 inline ColctPtr ColctOf(const std::string& tree) {

@@ -31,9 +31,7 @@ struct StoredDocument {
   std::unique_ptr<CReadXML> (*newReader)();
   /// What the reader has read is written and freed. Null when there is nothing to write.
   BSTR (*write)(CReadXML& reader);
-  const char* again = golden;  ///< the file that holds what comes back of the fullest one
-  bool anyRoot = false;        ///< whether its elements count within any root element
-  bool appends = false;        ///< whether a reader adds what it reads to what it has read before
+  bool anyRoot = false;  ///< whether its elements count within any root element
 
   friend void PrintTo(const StoredDocument& document, std::ostream* out) { *out << document.root; }
 };
@@ -92,77 +90,35 @@ inline CTBarBandInfo* DetachBands(CReadVosmereXML& reader) {
 
 /// The last two, the trees, have fuzz targets of their own.
 inline constexpr StoredDocument kStoredDocuments[] = {
-    {.golden = "colct_list.xml",
-     .root = "collectionlist",
-     .newReader = NewReader<CReadColctListXML>,
-     .write =
-         WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, vosmere::ColctList,
-                    CWriteColctListXML, &CWriteColctListXML::SetRColctItemHead>,
-     .again = "colct_list.again.xml",
-     .appends = true},
-    {.golden = "colct_item_ids.xml",
-     .root = "colctitem",
-     .newReader = NewReader<CReadColctItemID>,
-     .write =
-         WriteAgain<CReadColctItemID, &CReadColctItemID::DetachRColctItemIDHead, ColctItemNameList,
-                    CWriteColctItemID, &CWriteColctItemID::SetRColctItemIDHead>,
-     .appends = true},
-    {.golden = "colct_profile.xml",
-     .root = "colctprofile",
-     .newReader = NewReader<CReadColctExData>,
-     .write = WriteProfileAgain,
-     .appends = true},
-    {.golden = "notification.xml",
-     .root = "vsmnotify",
-     .newReader = NewReader<CReadVSMNotify>,
-     .write = WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, Notification,
-                         CWriteVSMNotifyMsg, &CWriteVSMNotifyMsg::SetVSMNotifyMsg>,
-     .again = "notification.again.xml"},
-    {.golden = "search_engines.xml",
-     .root = "searchEnginePool",
-     .newReader = NewReader<CReadSEngineXML>,
-     .write = WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, Item<CEnginePool>,
-                         CWriteSEngineXML, &CWriteSEngineXML::SetEnginePool>,
-     .again = "search_engines.again.xml",
-     .anyRoot = true},
-    {.golden = "tags.xml",
-     .root = "vsmtags",
-     .newReader = NewReader<CReadTagsXML>,
-     .write = WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, TagGroupList,
-                         CWriteTagsXML, &CWriteTagsXML::SetTagGroupHead>,
-     .appends = true},
-    {.golden = "ftp_sites.xml",
-     .root = "ftpsites",
-     .newReader = NewReader<CReadFtpSiteXML>,
-     .write = WriteSitesAgain,
-     .appends = true},
-    {.golden = "page_data.xml",
-     .root = "vsmpagedata",
-     .newReader = NewReader<PageDataReader>,
-     .write = WritePageAgain},
-    {.golden = "toolbars.xml",
-     .root = "toolbars",
-     .newReader = NewReader<CReadVosmereXML>,
-     .write = WriteAgain<CReadVosmereXML, DetachBands, ToolbarBands, CWriteToolbarXML,
-                         &CWriteToolbarXML::SetTBarBandInfo>},
-    {.golden = "collection_tree.opml",
-     .root = "opml",
-     .newReader = NewReader<CReadColctTreeOPML>,
-     .write = WriteAgain<CReadColctTreeOPML, &CReadColctTreeOPML::DetachTreeRoot, vosmere::Tree,
-                         CWriteColctTreeOPML, &CWriteColctTreeOPML::SetTreeRoot>,
-     .again = "collection_tree.again.opml"},
-    {.golden = "collection.rss",
-     .root = "rss",
-     .newReader = NewReader<CReadBkmarkXML>,
-     .write = WriteAgain<CReadBkmarkXML, &CReadBkmarkXML::DetachColctNode, Collection,
-                         CWriteColctRSS, &CWriteColctRSS::SetColctNode>},
+    {"colct_list.xml", "collectionlist", NewReader<CReadColctListXML>,
+     WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, vosmere::ColctList,
+                CWriteColctListXML, &CWriteColctListXML::SetRColctItemHead>},
+    {"colct_item_ids.xml", "colctitem", NewReader<CReadColctItemID>,
+     WriteAgain<CReadColctItemID, &CReadColctItemID::DetachRColctItemIDHead, ColctItemNameList,
+                CWriteColctItemID, &CWriteColctItemID::SetRColctItemIDHead>},
+    {"colct_profile.xml", "colctprofile", NewReader<CReadColctExData>, WriteProfileAgain},
+    {"notification.xml", "vsmnotify", NewReader<CReadVSMNotify>,
+     WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, Notification,
+                CWriteVSMNotifyMsg, &CWriteVSMNotifyMsg::SetVSMNotifyMsg>},
+    {"search_engines.xml", "searchEnginePool", NewReader<CReadSEngineXML>,
+     WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, Item<CEnginePool>,
+                CWriteSEngineXML, &CWriteSEngineXML::SetEnginePool>,
+     true},
+    {"tags.xml", "vsmtags", NewReader<CReadTagsXML>,
+     WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, TagGroupList, CWriteTagsXML,
+                &CWriteTagsXML::SetTagGroupHead>},
+    {"ftp_sites.xml", "ftpsites", NewReader<CReadFtpSiteXML>, WriteSitesAgain},
+    {"page_data.xml", "vsmpagedata", NewReader<PageDataReader>, WritePageAgain},
+    {"toolbars.xml", "toolbars", NewReader<CReadVosmereXML>,
+     WriteAgain<CReadVosmereXML, DetachBands, ToolbarBands, CWriteToolbarXML,
+                &CWriteToolbarXML::SetTBarBandInfo>},
+    {"collection_tree.opml", "opml", NewReader<CReadColctTreeOPML>,
+     WriteAgain<CReadColctTreeOPML, &CReadColctTreeOPML::DetachTreeRoot, vosmere::Tree,
+                CWriteColctTreeOPML, &CWriteColctTreeOPML::SetTreeRoot>},
+    {"collection.rss", "rss", NewReader<CReadBkmarkXML>,
+     WriteAgain<CReadBkmarkXML, &CReadBkmarkXML::DetachColctNode, Collection, CWriteColctRSS,
+                &CWriteColctRSS::SetColctNode>},
 };
-
-inline const StoredDocument& DocumentOf(const std::string& root) {
-  for (const StoredDocument& document : kStoredDocuments)
-    if (root == document.root) return document;
-  throw "no document has this root";
-}
 
 /// What comes of a document when it is read and written again; "(not loaded)" when it does not
 /// load.

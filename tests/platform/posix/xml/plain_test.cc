@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "tests/support/test.h"
 #include "tests/support/xml_trees.h"
 
@@ -45,54 +47,18 @@ TEST(PlainXml, StaysSoWhateverHappensToADocument) {
 }
 
 TEST(PlainXml, LeavesToTheParserWhatItDoesNotKnow) {
-  for (const std::string& document :
-       {""s,
-        " "s,
-        "a"s,
-        "<a>"s,
-        "</a>"s,
-        "<a/><b/>"s,
-        "<a></b>"s,
-        "<a>]]></a>"s,
-        "<a b='<'/>"s,
-        "<a b='1' b='2'/>"s,
-        "<a p:b='1' q:b='2'/>"s,
-        "<a b='1'c='2'/>"s,
-        "<a b/>"s,
-        "<a b=1/>"s,
-        "<!DOCTYPE a><a/>"s,
-        "<a>&e;</a>"s,
-        "<a>&#0;</a>"s,
-        "<a>&#xFFFE;</a>"s,
-        "<a>&#xD800;</a>"s,
-        "<a>&#x110000;</a>"s,
-        "<a>&#99999999999;</a>"s,
-        "<a>&#x0000000004E;</a>"s,
-        "<a>&amp</a>"s,
-        "<a>\x01</a>"s,
-        "<a>\xC0\x80</a>"s,
-        "<a>\xED\xA0\x80</a>"s,
-        "<a>\xEF\xBF\xBE</a>"s,
-        "<a>\xE4\xB8</a>"s,
-        "<a>\0</a>"s,
-        "<a/>\0"s,
-        "<\xC3\xA9/>"s,
-        "<a:b:c/>"s,
-        "<a:/>"s,
-        "<1/>"s,
-        "<a:1/>"s,
-        "<a xmlns=''/>"s,
-        "<a xmlns:b=''/>"s,
-        "<a xmlns:xml='urn:x'/>"s,
-        "<xmlns:a/>"s,
-        "<a xmlns:b='http://www.w3.org/2000/xmlns/'/>"s,
-        "<a><!-- -- --></a>"s,
-        "<a><?xml ?></a>"s,
-        " <?xml version='1.0'?><a/>"s,
-        "<?xml version='1.1'?><a/>"s,
-        "<?xml version='1.0' encoding='ISO-8859-1'?><a/>"s,
-        "<?xml version='1.0' standalone='no' encoding='UTF-8'?><a/>"s})
-    IsTaken(document);
+  std::istringstream documents(
+      "| |a|<a>|</a>|<a/><b/>|<a></b>|<a>]]></a>|<a b='<'/>|<a b='1' b='2'/>|"
+      "<a p:b='1' q:b='2'/>|<a b='1'c='2'/>|<a b/>|<a b=1/>|<!DOCTYPE a><a/>|<a>&e;</a>|"
+      "<a>&#0;</a>|<a>&#xFFFE;</a>|<a>&#xD800;</a>|<a>&#x110000;</a>|<a>&#99999999999;</a>|"
+      "<a>&#x0000000004E;</a>|<a>&amp</a>|<a>\x01</a>|<a>\xC0\x80</a>|<a>\xED\xA0\x80</a>|"
+      "<a>\xEF\xBF\xBE</a>|<a>\xE4\xB8</a>|<a>\0</a>|<a/>\0|<\xC3\xA9/>|<a:b:c/>|<a:/>|<1/>|"s
+      "<a:1/>|<a xmlns=''/>|<a xmlns:b=''/>|<a xmlns:xml='urn:x'/>|<xmlns:a/>|"
+      "<a xmlns:b='http://www.w3.org/2000/xmlns/'/>|<a><!-- -- --></a>|<a><?xml ?></a>|"
+      " <?xml version='1.0'?><a/>|<?xml version='1.1'?><a/>|"
+      "<?xml version='1.0' encoding='ISO-8859-1'?><a/>|"
+      "<?xml version='1.0' standalone='no' encoding='UTF-8'?><a/>");
+  for (std::string document; std::getline(documents, document, '|');) IsTaken(document);
   const std::string megabyte(1024 * 1024, ' ');
   std::string nested, attributes, instructions;
   for (int i = 0; i < 1100; ++i) nested += "<a>";
