@@ -7,6 +7,7 @@
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/internal/new_link.h"
 #include "vosmere/xml/internal/item_fields.h"
+#include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {
 namespace {
@@ -65,25 +66,18 @@ void CParseOPML::ParseXMLTree(XmlNode node) {
   title_ = XmlNode();
 }
 
-struct CParseOPML::Element {
-  RowName name;
-  void (CParseOPML::*process)(XmlNode);
-};
-
+// An element counts wherever it stands; what it is about is found, or not, when it is read.
 void CParseOPML::ProcessElementNode(XmlNode node) {
-  static constexpr Element kElements[] = {
-      {"outline", &CParseOPML::ProcessOutline},
-      {"opml", &CParseOPML::ProcessOpml},
-      {"head", &CParseOPML::Ignore},
-      {"title", &CParseOPML::ProcessTitle},
-      {"vsm:opml", &CParseOPML::ProcessVSMOpml},
-      {"body", &CParseOPML::Ignore},
-      {"sx:sync", &CParseOPML::ProcessSyncAttributes},
-      {"vsm:stat", &CParseOPML::ProcessNodeStat},
-      {"vsm:view", &CParseOPML::ProcessNodeView},
+  static constexpr ScopedElement<CParseOPML> kElements[] = {
+      {kAnywhere, "outline", Call<&CParseOPML::ProcessOutline>},
+      {kAnywhere, "opml", Call<&CParseOPML::ProcessOpml>},
+      {kAnywhere, "title", Call<&CParseOPML::ProcessTitle>},
+      {kAnywhere, "vsm:opml", Call<&CParseOPML::ProcessVSMOpml>},
+      {kAnywhere, "sx:sync", Call<&CParseOPML::ProcessSyncAttributes>},
+      {kAnywhere, "vsm:stat", Call<&CParseOPML::ProcessNodeStat>},
+      {kAnywhere, "vsm:view", Call<&CParseOPML::ProcessNodeView>},
   };
-  if (const Element* const element = FindRow(kElements, node.Name().view()))
-    (this->*element->process)(std::move(node));
+  if (const auto* const row = FindRow(kElements, node.Name().view())) row->read(*this, node);
 }
 
 void CParseOPML::OnLeaveNode(XmlNode node) {
@@ -98,9 +92,7 @@ void CParseOPML::OnLeaveNode(XmlNode node) {
 
 // Elements of the document itself.
 
-void CParseOPML::Ignore(XmlNode) {}
-
-void CParseOPML::ProcessOpml(XmlNode) {
+void CParseOPML::ProcessOpml() {
   if (!treeRoot_) currentFolder_ = treeRoot_ = NewLink(CFolderNode::New(), NT_FOLDER, nullptr);
 }
 
@@ -109,8 +101,8 @@ bool CParseOPML::AtRoot() const {
   return treeRoot_ && outlines_.empty();
 }
 
-void CParseOPML::ProcessTitle(XmlNode node) {
-  if (AtRoot()) title_ = std::move(node);
+void CParseOPML::ProcessTitle(const XmlNode& node) {
+  if (AtRoot()) title_ = node;
 }
 
 void CParseOPML::ProcessVSMOpml(XmlNode node) {
@@ -176,26 +168,30 @@ void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WCha
 
 // Extension elements. They describe the innermost open outline.
 
+CBaseNode* CParseOPML::Described() const {
+  const RNode* const link = outlines_.empty() ? treeRoot_ : outlines_.back();
+  return link ? link->item : nullptr;
+}
+
+CNodeStat* CParseOPML::DescribedStat() const {
+  return outlines_.empty() ? nullptr : Described()->GetNodeStat();
+}
+
+CColctNetData* CParseOPML::DescribedView() const {
+  if (outlines_.empty() || outlines_.back()->type != NT_COLCT) return nullptr;
+  return static_cast<CColctNode*>(Described())->GetColctNetData();
+}
+
 void CParseOPML::ProcessSyncAttributes(XmlNode node) {
-  if (!treeRoot_) return;
-  CBaseNode& item = *(outlines_.empty() ? treeRoot_ : outlines_.back())->item;
-  ForEachAttribute(
-      node, [&](WideView name, const WChar* value) { ApplyField(kSyncFields, item, name, value); });
+  AttributesTo<&CParseOPML::Described, kSyncFields>(*this, node);
 }
 
 void CParseOPML::ProcessNodeStat(XmlNode node) {
-  if (outlines_.empty()) return;
-  CNodeStat& stat = *outlines_.back()->item->GetNodeStat();
-  ForEachAttribute(
-      node, [&](WideView name, const WChar* value) { ApplyField(kStatFields, stat, name, value); });
+  AttributesTo<&CParseOPML::DescribedStat, kStatFields>(*this, node);
 }
 
 void CParseOPML::ProcessNodeView(XmlNode node) {
-  if (outlines_.empty() || outlines_.back()->type != NT_COLCT) return;
-  auto* const colct = static_cast<CColctNode*>(outlines_.back()->item);
-  CColctNetData& view = *colct->GetColctNetData();
-  ForEachAttribute(
-      node, [&](WideView name, const WChar* value) { ApplyField(kViewFields, view, name, value); });
+  AttributesTo<&CParseOPML::DescribedView, kViewFields>(*this, node);
 }
 
 // The reader.

@@ -8,8 +8,11 @@
 
 namespace vosmere {
 
+class CBaseNode;
+class CColctNetData;
 class CColctNode;
 class CFolderNode;
+class CNodeStat;
 struct RNode;
 
 /// Walks an OPML document and builds a tree of folders and collections. Elements out of place and
@@ -46,13 +49,14 @@ class VOSMERE_API CParseOPML : public CParseXML {
   void SetColctAttributes(CColctNode* colct, WideView name, const WChar* value);
 
  private:
-  struct Element;
-
-  void ProcessOpml(XmlNode node);
-  void ProcessTitle(XmlNode node);
-  void Ignore(XmlNode node);
+  void ProcessOpml();
+  void ProcessTitle(const XmlNode& node);
 
   bool AtRoot() const;
+  // What extension elements describe; null where they say nothing.
+  CBaseNode* Described() const;
+  CNodeStat* DescribedStat() const;
+  CColctNetData* DescribedView() const;
 
   RNode* currentFolder_ = nullptr;
   RNode* treeRoot_ = nullptr;

@@ -205,26 +205,30 @@ void Tags(CUrlNode& item, const WChar* text) {
   PropOf(item).SetTagsList(CUrlProp::GenerateRBstrItemList(cutUp.get()));
 }
 
-/// `unsaid` is the version that an element without one stands for.
-void ReadSync(CBaseNode& item, const Element& element, int unsaid) {
-  item.SetVersion(unsaid);
-  ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    if (IsNamed(name, "id") && !*value)
-      Trace("Empty UUID %s\n", name.data);
-    else
-      ApplyField(kSyncFields, item, element, name, value);
-  });
+void IdentityUnlessEmpty(CBaseNode& item, const WChar* value) {
+  if (*value)
+    item.SetUUID(value);
+  else
+    Trace("Empty UUID id\n");
 }
 
+constexpr Field<CBaseNode> kIdentityFields[] = {
+    {"id", IdentityUnlessEmpty},
+    {"version", Number<&CBaseNode::SetVersion>},
+    {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
+};
+
+// A version that is not written is 0.
 template <auto Target>
 void Sync(Bookmarks& bookmarks, const Element& element) {
-  ReadSync(*std::invoke(Target, bookmarks), element, 0);
+  (bookmarks.*Target)()->SetVersion(0);
+  AttributesTo<Target, kIdentityFields>(bookmarks, element);
 }
 
 // In a collection that is not synchronised the versions of folders are not written.
 void FolderSync(Bookmarks& bookmarks, const Element& element) {
-  CBaseNode& folder = *bookmarks.Folder();
-  ReadSync(folder, element, bookmarks.NetData()->IsSynced() ? 0 : folder.GetVersion());
+  if (bookmarks.NetData()->IsSynced()) bookmarks.Folder()->SetVersion(0);
+  AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
   if (!bookmarks.NameFolder() && element.report())
     element.report()->Lose(LossKind::kChanged,
                            "several folders have one identity: items may move between them");
