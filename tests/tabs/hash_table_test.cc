@@ -95,8 +95,8 @@ TEST(HashTable, HoldsWhatAMapHolds) {
   std::mt19937 random(3);
   std::map<std::string, std::string> map;
   Table table(3);
-  for (int round = 0; round < 3000; ++round) {
-    const std::string key = std::to_string(random() % 40), value = std::to_string(round);
+  for (int round = 0; round < 6000; ++round) {
+    const std::string key = std::to_string(random() % 400), value = std::to_string(round);
     if (random() % 2)
       EXPECT_EQ(table.Remove(W(key)), map.erase(key) == 1);
     else
