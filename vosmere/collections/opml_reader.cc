@@ -77,7 +77,8 @@ void CParseOPML::ProcessElementNode(XmlNode node) {
       {kAnywhere, "vsm:stat", Call<&CParseOPML::ProcessNodeStat>},
       {kAnywhere, "vsm:view", Call<&CParseOPML::ProcessNodeView>},
   };
-  if (const auto* const row = FindRow(kElements, node.Name().view())) row->read(*this, node);
+  if (const auto* const row = FindRow(kElements, node.Name().view()))
+    row->read(*this, Element(std::move(node), nullptr));
 }
 
 void CParseOPML::OnLeaveNode(XmlNode node) {
@@ -183,15 +184,15 @@ CColctNetData* CParseOPML::DescribedView() const {
 }
 
 void CParseOPML::ProcessSyncAttributes(XmlNode node) {
-  AttributesTo<&CParseOPML::Described, kSyncFields>(*this, node);
+  AttributesTo<&CParseOPML::Described, kSyncFields>(*this, Element(std::move(node), nullptr));
 }
 
 void CParseOPML::ProcessNodeStat(XmlNode node) {
-  AttributesTo<&CParseOPML::DescribedStat, kStatFields>(*this, node);
+  AttributesTo<&CParseOPML::DescribedStat, kStatFields>(*this, Element(std::move(node), nullptr));
 }
 
 void CParseOPML::ProcessNodeView(XmlNode node) {
-  AttributesTo<&CParseOPML::DescribedView, kViewFields>(*this, node);
+  AttributesTo<&CParseOPML::DescribedView, kViewFields>(*this, Element(std::move(node), nullptr));
 }
 
 // The reader.
