@@ -36,4 +36,16 @@ inline void AtOnce(int threads, const std::function<void(int thread)>& work) {
   for (std::thread& thread : running) thread.join();
 }
 
+/// Sets a hook of the library's until the end of the scope.
+template <auto Set>
+struct Hooked {
+  template <class Hook>
+  explicit Hooked(const Hook& hook) {
+    Set(hook);
+  }
+  Hooked(const Hooked&) = delete;
+  Hooked& operator=(const Hooked&) = delete;
+  ~Hooked() { Set(nullptr); }
+};
+
 }  // namespace vosmere::test
