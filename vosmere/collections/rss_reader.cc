@@ -261,14 +261,15 @@ void FolderReference(Bookmarks& bookmarks, const Element& element) {
 
 // What a copy makes up.
 
-void SayNoIdentity(Bookmarks&, Report& report) {
-  if (!report.Says("sx:sync", "id"))
+template <auto Target>
+void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
+  if (!*std::invoke(Target, bookmarks)->GetUUID())
     report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
 }
 
 void SayUnsaid(Bookmarks& bookmarks, Report& report) {
-  SayNoIdentity(bookmarks, report);
-  SayStatTimes(report);
+  SayNoIdentity<&Bookmarks::Item>(bookmarks, report);
+  SayTimes(report, *bookmarks.ItemStat());
   if (report.Says("pubDate") && !report.Says("vsm:stat", "modified"))
     report.Lose(LossKind::kNotKept, "the publication date (pubDate) is not read");
   if (report.Says("link") && report.Says("xmlUrl"))
@@ -301,7 +302,7 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kItem, "sx:sync", Sync<&B::Item>},
     {kItem, "vsm:build", AttributesTo<&B::Item, kBuildFields>},
     {kItem, "vsm:tags", TextTo<&B::Item, Tags>},
-    {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity},
+    {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity<&B::Colct>},
     {kChannel, "title", TextTo<&B::Colct, &CBaseNode::SetName>},
     {kChannel, "description", TextTo<&B::Colct, &CBaseNode::SetDescription>},
     {kChannel, "generator", NoLoss},  // each program's own
@@ -309,7 +310,8 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
     {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},
     {kChannel, "sx:sync", Sync<&B::Colct>},
-    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>, SayNoIdentity},
+    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>,
+     SayNoIdentity<&B::Folder>},
     {kFolder, "title", TextTo<&B::Folder, &CBaseNode::SetName>},
     {kFolder, "description", TextTo<&B::Folder, &CBaseNode::SetDescription>},
     {kFolder, "sx:sync", FolderSync},

@@ -72,7 +72,7 @@ void TextTo(Builder& builder, const Element& element) {
   if (!target) return;
   const XmlText text = element.Text();
   if (!element.report()) return static_cast<void>(std::invoke(Apply, *target, text.c_str()));
-  ApplyReported(element, {}, text.c_str(), Fits,
+  ApplyReported(*element.report(), {}, text.c_str(), Fits,
                 [&] { std::invoke(Apply, *target, text.c_str()); });
 }
 
