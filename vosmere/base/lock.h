@@ -1,7 +1,5 @@
 #pragma once
 
-#include <mutex>
-
 #include "vosmere/base/export.h"
 
 namespace vosmere {
@@ -11,20 +9,21 @@ namespace vosmere {
 /// it took it.
 class VOSMERE_API CKQSynch {
  public:
-  CKQSynch() = default;
+  CKQSynch();
   CKQSynch(const CKQSynch&) = delete;
   CKQSynch& operator=(const CKQSynch&) = delete;
   virtual ~CKQSynch();
 
   /// Waits for as long as another thread holds it.
-  void Lock() { mutex_.lock(); }
+  void Lock();
   /// Only by the thread that holds it.
-  void UnLock() { mutex_.unlock(); }
+  void UnLock();
   /// Never waits; true when the calling thread holds it now.
-  bool TryLock() { return mutex_.try_lock(); }
+  bool TryLock();
 
  private:
-  std::recursive_mutex mutex_;
+  // Holds a std::recursive_mutex. Its header is too heavy for one that many others include.
+  alignas(void*) unsigned char mutex_[64];
 };
 
 /// Holds a lock for the length of a scope, exceptions included.

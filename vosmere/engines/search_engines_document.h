@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/engines/engine_pool.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_items.h"
@@ -52,13 +51,13 @@ class VOSMERE_API CReadSEngineXML : public CReadXML {
 
   /// The pool, now the caller's with its engines (CBaseNode::Delete frees them); null when there is
   /// none. A pool stays until it is detached or another document has been read.
-  CEnginePool* DetachEnginePool() { return pool_.release(); }
+  CEnginePool* DetachEnginePool() { return pool_.Detach(); }
 
  protected:
   void InvokeParser(XmlNode root) override;
 
  private:
-  std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool_{nullptr, CBaseNode::Delete};
+  OwnedPointer<CEnginePool, FreeWith<CBaseNode::Delete>> pool_;
 };
 
 }  // namespace vosmere

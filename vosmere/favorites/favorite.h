@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/favorites/order_record.h"
@@ -19,7 +18,7 @@ struct VOSMERE_API CFavorite {
   LONG isFile = 0;              ///< 0 for a folder
   HeapText url{HeapTextStorage::Empty()};  ///< where a shortcut leads; empty when not resolved
   CFavorite* next = nullptr;
-  std::unique_ptr<COrderRecord> orderRecord;  ///< null for what only the directory named
+  OwnedPointer<COrderRecord> orderRecord;  ///< null for what only the directory named
 
   /// An empty item, or null when memory runs out.
   static CFavorite* New();

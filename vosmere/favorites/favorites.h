@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 #include "vosmere/favorites/favorite.h"
 #include "vosmere/favorites/order_record.h"
@@ -80,7 +79,7 @@ class VOSMERE_API CFavorites {
   void SetRunningOnXP(bool runningOnXP) { runningOnXP_ = runningOnXP; }
 
  private:
-  std::unique_ptr<ShellAllocator> allocator_;
+  OwnedPointer<ShellAllocator> allocator_;
   bool runningOnXP_ = false;
 };
 

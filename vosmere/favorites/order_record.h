@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 
@@ -34,9 +33,9 @@ struct VOSMERE_API COrderRecord {
   ULONG wordAt16 = 0;
   unsigned short halfWordAt20 = 0;
 
-  std::unique_ptr<char[]> shortName;  ///< 8-bit, zero-terminated; null for none
-  LONG shortNameLength = 0;           ///< bytes, without the zero
-  bool padded = false;                ///< one byte of padding followed the short name
+  OwnedPointer<char, WithArrayDelete> shortName;  ///< 8-bit, zero-terminated; null for none
+  LONG shortNameLength = 0;                       ///< bytes, without the zero
+  bool padded = false;                            ///< one byte of padding followed the short name
   unsigned char extensionHeader[20] = {};
   HeapText longName;        ///< null for none
   LONG longNameLength = 0;  ///< units

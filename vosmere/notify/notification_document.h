@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/notify/notify_msg.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"
@@ -50,13 +49,13 @@ class VOSMERE_API CReadVSMNotify : public CReadXML {
 
   /// The message, now the caller's (CVSMNotifyMsg::Delete frees it); null when there is none. A
   /// message stays until it is detached or another document has been read.
-  CVSMNotifyMsg* DetachVSMNotifyMsg() { return message_.release(); }
+  CVSMNotifyMsg* DetachVSMNotifyMsg() { return message_.Detach(); }
 
  protected:
   void InvokeParser(XmlNode root) override;
 
  private:
-  std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message_{nullptr, CVSMNotifyMsg::Delete};
+  OwnedPointer<CVSMNotifyMsg, FreeWith<CVSMNotifyMsg::Delete>> message_;
 };
 
 }  // namespace vosmere

@@ -1,9 +1,8 @@
 // The library's trace: one line at a time to a hook, nothing by default.
 #pragma once
 
-#include <string>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -14,9 +13,12 @@ VOSMERE_API void SetTraceHook(void (*hook)(const char* utf8Line));
 
 namespace detail {
 
+/// Empty without memory.
+using TracedText = OwnedPointer<char, WithArrayDelete>;
+
 VOSMERE_API bool TraceWanted();
 VOSMERE_API void TraceFormatted(const char* format, ...);
-VOSMERE_API std::string TraceText(const WChar* text);
+VOSMERE_API TracedText TraceText(const WChar* text);
 
 inline auto TraceHold(const WChar* text) {
   return TraceText(text);
@@ -28,8 +30,8 @@ template <class Value>
 auto TraceHold(Value value) {
   return value;
 }
-inline const char* TraceArgument(const std::string& text) {
-  return text.c_str();
+inline const char* TraceArgument(const TracedText& text) {
+  return text ? text.get() : "";
 }
 template <class Value>
 Value TraceArgument(Value value) {

@@ -1,5 +1,6 @@
 #include "vosmere/sched/base_thread.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 
@@ -29,10 +30,13 @@ thread_local Running* Running::innermost = nullptr;
 struct CBaseThread::Platform {
   Thread thread;
   Signals startGate{1};
-  std::stop_source stop;
+  std::atomic<int> loopTimeout = -1;
+  std::atomic<bool> active = false;
+  std::atomic<bool> killed = false;
+  std::atomic<bool> keepLooping = true;
 };
 
-CBaseThread::CBaseThread() : platform_(std::make_unique<Platform>()) {
+CBaseThread::CBaseThread() : platform_(new Platform) {
   OpenStartGate();
 }
 
@@ -43,10 +47,10 @@ CBaseThread::~CBaseThread() {
 
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
-  killed_ = true;
+  platform_->killed = true;
   if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
   handle_ = nullptr;
-  active_ = false;
+  platform_->active = false;
 }
 
 int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security) {
@@ -55,8 +59,8 @@ int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTR
   thread.Create(Start, this, stackSize, security);
   handle_ = thread.handle();
   threadId_ = thread.id();
-  killed_ = false;
-  active_ = true;
+  platform_->killed = false;
+  platform_->active = true;
   // Not before: it may end, and its object with it, before this thread goes on.
   const int result = static_cast<int>(reinterpret_cast<std::intptr_t>(handle_));
   if (!(flags & kCreateSuspended)) thread.Resume();
@@ -71,14 +75,35 @@ int CBaseThread::Run() {
   Running run(this);
   PrevWork();
   if (run.object) platform_->startGate.Wait();
-  if (run.object && !killed_) DoWork();
-  if (run.object && !killed_) PostWork();
-  if (run.object) active_ = false;  // the last touch: whoever sees it may destroy the object
+  if (run.object && !platform_->killed) DoWork();
+  if (run.object && !platform_->killed) PostWork();
+  if (run.object)
+    platform_->active = false;  // the last touch: whoever sees it may destroy the object
   return 0;
 }
 
 ULONG CBaseThread::ResumeThread() {
   return platform_->thread.Resume();
+}
+
+void CBaseThread::StopDoWorkLoop() {
+  platform_->keepLooping = false;
+}
+
+bool CBaseThread::KeepLooping() const {
+  return platform_->keepLooping;
+}
+
+void CBaseThread::SetLoopTimeout(int milliseconds) {
+  platform_->loopTimeout = milliseconds;
+}
+
+int CBaseThread::GetLoopTimeout() const {
+  return platform_->loopTimeout;
+}
+
+bool CBaseThread::IsActive() const {
+  return platform_->active;
 }
 
 bool CBaseThread::WaitForEnd(int milliseconds) {
@@ -100,10 +125,6 @@ void CBaseThread::OpenStartGate() {
   platform_->startGate.Set(0);
 }
 
-std::stop_token CBaseThread::GetStopToken() const {
-  return platform_->stop.get_token();
-}
-
 void CBaseThread::StopAndWait() {
   if (RunsHere()) return;
   RequestStop();
@@ -123,7 +144,7 @@ bool CBaseThread::RunsHere() const {
 
 void CBaseThread::RequestStop() {
   StopDoWorkLoop();
-  platform_->stop.request_stop();
+  if (wake_) wake_(this);
   OpenStartGate();
 }
 

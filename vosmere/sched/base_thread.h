@@ -1,10 +1,7 @@
 #pragma once
 
-#include <atomic>
-#include <memory>
-#include <stop_token>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 struct _SECURITY_ATTRIBUTES;
@@ -62,15 +59,15 @@ class VOSMERE_API CBaseThread {
   ULONG ResumeThread();
 
   /// Tells the work to end at its next look at KeepLooping. Not taken back.
-  void StopDoWorkLoop() { keepLooping_ = false; }
+  void StopDoWorkLoop();
 
   /// How long the loop of a subclass may wait at a time, in milliseconds; -1, as at first, is for
   /// ever. The class itself does nothing with it.
-  void SetLoopTimeout(int milliseconds) { loopTimeout_ = milliseconds; }
+  void SetLoopTimeout(int milliseconds);
 
   /// From CreateThread until the thread has run its hooks or is killed. Once it has become false by
   /// itself, the thread touches the object no more.
-  bool IsActive() const { return active_; }
+  bool IsActive() const;
 
   /// On Windows the thread's handle, which KillThread alone closes: when the thread has ended by
   /// itself it is the caller's to close. Elsewhere the system's number of the thread. Null before
@@ -92,16 +89,17 @@ class VOSMERE_API CBaseThread {
   /// code, 0.
   int Run();
 
-  bool KeepLooping() const { return keepLooping_; }
-  int GetLoopTimeout() const { return loopTimeout_; }
+  bool KeepLooping() const;
+  int GetLoopTimeout() const;
 
   /// The start gate is open at first. Closed, it holds the thread between PrevWork and DoWork.
   void CloseStartGate();
   void OpenStartGate();
 
-  /// What a DoWork that sleeps registers a std::stop_callback with, to be woken when it should end:
-  /// by StopAndWait, and where killing is a request.
-  std::stop_token GetStopToken() const;
+  /// How a DoWork that sleeps is woken when it should end. StopAndWait calls `wake`, and so does
+  /// KillThread where killing is a request, whether the thread sleeps or not. Null, as at first, is
+  /// nothing. Set before the thread starts.
+  void SetWaker(void (*wake)(CBaseThread* self)) { wake_ = wake; }
 
   /// Ends the loop and waits for the thread, also for one that is suspended or held at the gate; no
   /// hook is interrupted. Does nothing on the thread itself. For destructors: each subclass whose
@@ -119,13 +117,10 @@ class VOSMERE_API CBaseThread {
   bool RunsHere() const;
   void RequestStop();
 
-  std::unique_ptr<Platform> platform_;
-  std::atomic<int> loopTimeout_ = -1;
+  OwnedPointer<Platform> platform_;
+  void (*wake_)(CBaseThread* self) = nullptr;
   void* handle_ = nullptr;
   unsigned int threadId_ = 0;
-  std::atomic<bool> active_ = false;
-  std::atomic<bool> killed_ = false;
-  std::atomic<bool> keepLooping_ = true;
 };
 
 }  // namespace vosmere

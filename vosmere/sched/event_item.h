@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 
 #include "vosmere/base/export.h"
@@ -28,7 +27,7 @@ class VOSMERE_API CEventItem {
 
   std::int64_t due_ = 0;     // the event's time at the last insertion, as one number
   std::uint64_t order_ = 0;  // among equal ones that are pending
-  std::atomic<bool> queued_ = false;
+  bool queued_ = false;      // read and written as an atomic
 };
 
 }  // namespace vosmere

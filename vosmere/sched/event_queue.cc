@@ -1,6 +1,7 @@
 #include "vosmere/sched/event_queue.h"
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <utility>
 
@@ -60,9 +61,11 @@ bool CTimeEventQueue::Later(const Pending& a, const Pending& b) {
 
 /// The event's own item or, when that is in a queue, another one; null without memory for it.
 CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
-  if (!event->item_.queued_.exchange(true, std::memory_order_relaxed)) return &event->item_;
-  return UnlessLost(static_cast<CEventItem*>(nullptr),
-                    [&] { return &further_.emplace_back(event); });
+  if (!std::atomic_ref(event->item_.queued_).exchange(true, std::memory_order_relaxed))
+    return &event->item_;
+  return UnlessLost(static_cast<CEventItem*>(nullptr), [&] {
+    return further_.emplace_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
+  });
 }
 
 bool CTimeEventQueue::Place(CEventItem* item) {
@@ -119,9 +122,9 @@ void CTimeEventQueue::Unlink(CEventItem* item) {
 void CTimeEventQueue::Remove(CEventItem* item) {
   Unlink(item);
   if (item == &item->event->item_)
-    item->queued_.store(false, std::memory_order_relaxed);
+    std::atomic_ref(item->queued_).store(false, std::memory_order_relaxed);
   else
-    further_.remove_if([item](const CEventItem& other) { return &other == item; });
+    std::erase_if(further_, [item](const auto& other) { return other.get() == item; });
 }
 
 bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
@@ -131,7 +134,7 @@ bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
 /// What is pending has its place from before the changes. An event with a further item may have
 /// changed without being counted.
 void CTimeEventQueue::FollowChanges() {
-  const std::uint64_t changes = CTimeEvent::s_changes.load(std::memory_order_relaxed);
+  const std::uint64_t changes = CTimeEvent::Changes();
   if (std::exchange(changes_, changes) == changes && further_.empty()) return;
   Settle();
   disorders_ = 0;

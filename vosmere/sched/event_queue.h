@@ -2,11 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <vector>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/lock.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/sched/event_item.h"
 
 namespace vosmere {
@@ -83,7 +83,7 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   std::uint64_t ordered_ = 0;
   std::uint64_t changes_ = 0;  // of queued events' times, at the last insertion
   std::size_t disorders_ = 0;  // items earlier than those before them; with any, none is pending
-  std::list<CEventItem> further_;  // of events whose own item is in a queue already
+  std::vector<OwnedPointer<CEventItem>> further_;  // of events whose own item is in a queue already
 };
 
 }  // namespace vosmere

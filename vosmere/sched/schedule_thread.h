@@ -1,16 +1,13 @@
 #pragma once
 
-#include <chrono>
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/sched/base_thread.h"
 
 namespace vosmere {
 
 class CTimeEvent;
 class CTimeEventQueue;
-class Signals;
 
 /// A timer service: one thread that sleeps until the earliest of its events is due, then does the
 /// event's job. Start it with CreateThread, end it with StopThread.
@@ -54,7 +51,7 @@ class VOSMERE_API CScheduleThread : public CBaseThread {
   virtual void CheckEvent();
   void DoWork() override;
 
-  CTimeEventQueue* GetQueue() const { return queue_.get(); }
+  CTimeEventQueue* GetQueue() const;
 
   /// The mark that the queue has changed, for a CheckEvent of a subclass: as long as it stands, one
   /// step follows another without sleep. An insertion that makes a new head sets it, under the
@@ -70,14 +67,14 @@ class VOSMERE_API CScheduleThread : public CBaseThread {
   int GetWaitTimeout() const { return waitTimeout_; }
 
  private:
+  struct State;
+
   template <class Change>
   bool ChangeQueue(Change change);
   bool SleepUntilDue(const CTimeEvent& event);
 
   int waitTimeout_ = -1;
-  std::chrono::steady_clock::time_point deadline_;
-  std::shared_ptr<Signals> signals_;
-  std::shared_ptr<CTimeEventQueue> queue_;
+  OwnedPointer<State> state_;
 };
 
 }  // namespace vosmere

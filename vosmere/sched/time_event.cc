@@ -1,6 +1,7 @@
 #include "vosmere/sched/time_event.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 
 #include "vosmere/platform/internal/clock.h"
@@ -23,6 +24,8 @@ void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, i
   *millitm = Saturated(milliseconds);
 }
 
+std::atomic<std::uint64_t> changes = 0;
+
 int Compare(LONG a, LONG b) {
   return (a > b) - (a < b);
 }
@@ -31,7 +34,6 @@ int Compare(LONG a, LONG b) {
 
 LONG CTimeEvent::s_lRefTime = 0;
 int CTimeEvent::s_iRefMillitm = 0;
-std::atomic<std::uint64_t> CTimeEvent::s_changes = 0;
 
 CTimeEvent::CTimeEvent() {
   const ClockMoment now = ClockNow();
@@ -107,8 +109,12 @@ void CTimeEvent::Store(std::int64_t seconds, std::int64_t milliseconds) {
 }
 
 void CTimeEvent::NoteChange() {
-  if (item_.queued_.load(std::memory_order_relaxed))
-    s_changes.fetch_add(1, std::memory_order_relaxed);
+  if (std::atomic_ref(item_.queued_).load(std::memory_order_relaxed))
+    changes.fetch_add(1, std::memory_order_relaxed);
+}
+
+std::uint64_t CTimeEvent::Changes() {
+  return changes.load(std::memory_order_relaxed);
 }
 
 }  // namespace vosmere

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 
 #include "vosmere/base/export.h"
@@ -90,7 +89,7 @@ class VOSMERE_API CTimeEvent {
   void NoteChange();
 
   /// How often the times of queued events were changed, those of all queues together.
-  static std::atomic<std::uint64_t> s_changes;
+  static std::uint64_t Changes();
 
   LONG time_;
   int milliseconds_;

@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <new>
+#include <string>
 
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {
 
 // Writing.
+
+CWriteTagsXML::CWriteTagsXML() : name_(new std::string) {}
 
 CWriteTagsXML::~CWriteTagsXML() = default;
 
@@ -28,16 +31,16 @@ void CWriteTagsXML::AddTail() {
 }
 
 bool CWriteTagsXML::ConvertName(const WChar* name) {
-  name_.clear();
-  return EscapedUtf8(WideView(name), name_);
+  name_->clear();
+  return EscapedUtf8(WideView(name), *name_);
 }
 
 void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
   if (!ConvertName(group->GetName())) return;
   Put("<group");
-  if (!name_.empty()) {
+  if (!name_->empty()) {
     Put(" name=\"");
-    PutBytes(name_);
+    PutBytes(*name_);
     Put("\"");
   }
   Put(">");
@@ -48,7 +51,7 @@ void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
 void CWriteTagsXML::FillTagItem(CTagItem* item) {
   if (!ConvertName(item->GetName())) return;
   Put("<tag name=\"");
-  PutBytes(name_);
+  PutBytes(*name_);
   if (item->GetCount() != 1) {
     Put("\" count=\"");
     PutNumber(std::clamp(item->GetCount(), 0, 10000000));

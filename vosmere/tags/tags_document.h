@@ -1,8 +1,9 @@
 #pragma once
 
-#include <string>
+#include <iosfwd>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/tags/tag_store.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"
@@ -15,7 +16,8 @@ namespace vosmere {
 /// short. Counts are held to the range 0 to 10,000,000.
 class VOSMERE_API CWriteTagsXML : public CWriteXML {
  public:
-  CWriteTagsXML() = default;
+  /// Throws std::bad_alloc.
+  CWriteTagsXML();
   ~CWriteTagsXML() override;
 
   /// The groups to write, which must outlive the writing; null is an empty list.
@@ -36,7 +38,7 @@ class VOSMERE_API CWriteTagsXML : public CWriteXML {
   bool ConvertName(const WChar* name);
 
   CTagStore::TagGroupList* head_ = nullptr;
-  std::string name_;  // the last one that was converted
+  OwnedPointer<std::string> name_;  // the last one that was converted
 };
 
 /// Reads groups of tags. A root element other than "vsmtags" loads, and gives none.

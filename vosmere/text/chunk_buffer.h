@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <cstring>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -54,7 +54,7 @@ class VOSMERE_API CChunkBuffer {
   LONG Get(Chunk** head) const;
 
   /// A copy of all that was appended in one block, with a zero byte behind it; null without memory.
-  std::unique_ptr<char[]> Joined() const;
+  OwnedPointer<char, WithArrayDelete> Joined() const;
 
   /// Frees every chunk and begins anew.
   void Clear();

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <new>
 
 #include "vosmere/platform/internal/file.h"
@@ -18,14 +19,14 @@ CReadFile::CReadFile() = default;
 CReadFile::~CReadFile() = default;
 
 bool CReadFile::OpenFile(const WChar* path) {
-  file_.reset(path ? new (std::nothrow) File : nullptr);
-  if (file_ && !file_->Open(path)) file_.reset();
+  file_.Assign(path ? new (std::nothrow) File : nullptr);
+  if (file_ && !file_->Open(path)) file_.Assign(nullptr);
   fileName_.AssignOrNull(path);
-  return file_ != nullptr;
+  return file_.get() != nullptr;
 }
 
 void CReadFile::CloseFile() {
-  file_.reset();
+  file_.Assign(nullptr);
 }
 
 ULONG CReadFile::GetFileSize() const {
@@ -75,7 +76,7 @@ int CReadFile::ReadAllToBuffer(BSTR* text) try {
   Chunk* head = nullptr;
   const int total = buffer.Get(&head);
   if (total == 0) return 0;
-  const std::unique_ptr<char[]> bytes = buffer.Joined();
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer.Joined();
   buffer.Clear();
   if (!bytes || !CUnicodeTool::UTF8GetBSTR(text, bytes.get(), total + 1)) throw std::bad_alloc();
   return total;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 
@@ -68,7 +68,7 @@ class VOSMERE_API CReadFile {
  private:
   std::size_t Read(void* bytes, std::size_t size);
 
-  std::unique_ptr<File> file_;  // null while none is open
+  OwnedPointer<File> file_;  // null while none is open
   bool readFailed_ = false;
   SystemText fileName_;
 };

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -55,7 +55,7 @@ class VOSMERE_API CWriteFile {
   bool OpenWith(Open open);
   bool Fail(const File& file);
 
-  std::unique_ptr<File> file_;  // null while none is open
+  OwnedPointer<File> file_;  // null while none is open
   ULONG systemError_ = 0;
 };
 

@@ -27,10 +27,8 @@
 //     }
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <type_traits>
 #include <vector>
 
@@ -58,20 +56,30 @@ struct ScopedElement {
   void (*leave)(Builder& builder) = nullptr;
 };
 
+/// std::invoke without its header: a member of `object`, or what a function makes of it.
+template <class Callee, class Object, class... Arguments>
+decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... arguments) {
+  if constexpr (std::is_member_object_pointer_v<Callee>)
+    return (object.*callee);
+  else if constexpr (std::is_member_function_pointer_v<Callee>)
+    return (object.*callee)(arguments...);
+  else
+    return callee(object, arguments...);
+}
+
 // The regular rows. `Target` is a member of the builder that is, or returns, a pointer to what is
 // being read; while that is null they do nothing.
 
 /// Its text goes to a setter, or to a function (Target&, const WChar* text).
 template <auto Target, auto Apply, class Builder>
 void TextTo(Builder& builder, const XmlNode& element) {
-  if (auto* const target = std::invoke(Target, builder))
-    std::invoke(Apply, *target, element.Text().c_str());
+  if (auto* const target = Invoke(Target, builder)) Invoke(Apply, *target, element.Text().c_str());
 }
 
 /// Its attributes go to a table of fields.
 template <auto Target, auto& Fields, class Builder>
 void AttributesTo(Builder& builder, const XmlNode& element) {
-  auto* const target = std::invoke(Target, builder);
+  auto* const target = Invoke(Target, builder);
   if (!target) return;
   ForEachAttribute(element, [=](WideView name, const WChar* value) {
     ApplyField(Fields, *target, name, value);
@@ -89,13 +97,13 @@ void TextAndAttributesTo(Builder& builder, const XmlNode& element) {
 template <auto Method, class Builder>
 void Call(Builder& builder, const XmlNode& element) {
   if constexpr (std::is_invocable_v<decltype(Method), Builder&, const XmlNode&>)
-    std::invoke(Method, builder, element);
+    Invoke(Method, builder, element);
   else
-    std::invoke(Method, builder);
+    Invoke(Method, builder);
 }
 template <auto Method, class Builder>
 void Call(Builder& builder) {
-  std::invoke(Method, builder);
+  Invoke(Method, builder);
 }
 
 /// Which of several equal elements beside each other count.
@@ -112,13 +120,10 @@ class ScopeReader {
  public:
   template <std::size_t N>
   ScopeReader(const ScopedElement<Builder> (&rows)[N], Builder& builder, Repeats repeats)
-      : rows_(rows),
-        end_(rows + N),
-        builder_(builder),
-        firstOnly_(repeats == Repeats::kFirst),
-        everywhere_(
-            std::any_of(rows, rows + N, [](const Row& row) { return row.scopes & kUnknown; })) {
+      : rows_(rows), end_(rows + N), builder_(builder), firstOnly_(repeats == Repeats::kFirst) {
     static_assert(N <= 64);
+    for (const Row& row : rows)
+      if (row.scopes & kUnknown) everywhere_ = true;
   }
 
   void ReadChildren(const XmlNode& parent, Scopes scope) {
@@ -191,9 +196,9 @@ class ScopeReader {
   const Row* end_;
   Builder& builder_;
   bool firstOnly_;
-  bool everywhere_;         // whether unknown elements may hold known ones
-  NestedTexts texts_;       // those that are open
-  std::vector<Open> open_;  // innermost last
+  bool everywhere_ = false;  // whether unknown elements may hold known ones
+  NestedTexts texts_;        // those that are open
+  std::vector<Open> open_;   // innermost last
 };
 
 /// Applies the rows to everything below `parent`, whose own children are read in `scope`.

@@ -164,8 +164,8 @@ BSTR CWriteXML::GetXMLBSTR() {
   FillOnce();
   Chunk* chunk = nullptr;
   if (!IsComplete(&chunk)) return nullptr;
-  const std::unique_ptr<char[]> bytes = buffer_->Joined();
-  if (bytes && !bytes[0]) return nullptr;
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer_->Joined();
+  if (bytes && !*bytes) return nullptr;
   BSTR result = nullptr;
   if (bytes) CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
   if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
@@ -177,9 +177,9 @@ bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
   FillOnce();
   Chunk* chunk = nullptr;
   if (!IsComplete(&chunk)) return false;
-  std::unique_ptr<char[]> joined = buffer_->Joined();
+  OwnedPointer<char, WithArrayDelete> joined = buffer_->Joined();
   if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
-  *bytes = joined.release();
+  *bytes = joined.Detach();
   *length = buffer_->Get(&chunk);
   return true;
 }
