@@ -219,13 +219,9 @@ bool CWriteXML::Generate() {
   error_ = {};
   FillOnce();
   Chunk* chunk = nullptr;
-  return IsComplete(&chunk);
-}
-
-BSTR CWriteXML::GetXMLBSTR() {
-  if (!Generate()) return nullptr;
-  const std::unique_ptr<char[]> bytes = buffer_->Joined();
-  if (bytes && !bytes[0]) return nullptr;
+  if (!IsComplete(&chunk)) return nullptr;
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer_->Joined();
+  if (bytes && !*bytes) return nullptr;
   BSTR result = nullptr;
   if (bytes) CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
   if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
@@ -233,11 +229,13 @@ BSTR CWriteXML::GetXMLBSTR() {
 }
 
 bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
-  if (!Generate()) return false;
-  std::unique_ptr<char[]> joined = buffer_->Joined();
-  if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
-  *bytes = joined.release();
+  error_ = {};
+  FillOnce();
   Chunk* chunk = nullptr;
+  if (!IsComplete(&chunk)) return false;
+  OwnedPointer<char, WithArrayDelete> joined = buffer_->Joined();
+  if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
+  *bytes = joined.Detach();
   *length = buffer_->Get(&chunk);
   return true;
 }
