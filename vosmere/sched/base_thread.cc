@@ -84,8 +84,7 @@ int CBaseThread::Run() {
   if (run.object && !platform_->killed) DoWork();
   if (run.object && !platform_->killed) PostWork();
   // The last access: another thread may then destroy the object.
-  if (run.object)
-    platform_->active = false;  // the last touch: whoever sees it may destroy the object
+  if (run.object) platform_->active = false;
   return 0;
 }
 
