@@ -75,19 +75,31 @@ decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... argumen
 // being read; while that is null they do nothing.
 
 /// Its text goes to a setter, or to a function (Target&, const WChar* text), and should fit.
-template <auto Target, auto Apply, class Builder>
-void TextTo(Builder& builder, const XmlNode& element) {
-  if (auto* const target = Invoke(Target, builder)) Invoke(Apply, *target, element.Text().c_str());
+template <auto Target, auto Apply, FitsTest Fits = nullptr, class Builder>
+void TextTo(Builder& builder, const Element& element) {
+  auto* const target = Invoke(Target, builder);
+  if (!target) return;
+  const XmlText text = element.Text();
+  if (!element.report()) return static_cast<void>(Invoke(Apply, *target, text.c_str()));
+  ApplyReported(*element.report(), {}, text.c_str(), Fits,
+                [&] { Invoke(Apply, *target, text.c_str()); });
 }
 
 /// Its attributes go to a table of fields.
 template <auto Target, auto& Fields, class Builder>
-void AttributesTo(Builder& builder, const XmlNode& element) {
-  auto* const target = Invoke(Target, builder);
-  if (!target) return;
-  ForEachAttribute(element, [=](WideView name, const WChar* value) {
-    ApplyField(Fields, *target, name, value);
-  });
+void AttributesTo(Builder& builder, const Element& element) {
+  if (auto* const target = Invoke(Target, builder)) ApplyFields(Fields, *target, element);
+}
+
+/// Nothing, for an element that is not read, which is no loss.
+inline void NoLoss(const Element& element) {
+  if (!element.report()) return;
+  element.report()->TakesText();
+  element.report()->TakesAttributes();
+}
+template <class Builder>
+void NoLoss(Builder&, const Element& element) {
+  NoLoss(element);
 }
 
 /// Both, for an element that has attributes beside its text.
@@ -99,8 +111,8 @@ void TextAndAttributesTo(Builder& builder, const Element& element) {
 
 /// A member function of the builder is called, with the element or without.
 template <auto Method, class Builder>
-void Call(Builder& builder, const XmlNode& element) {
-  if constexpr (std::is_invocable_v<decltype(Method), Builder&, const XmlNode&>)
+void Call(Builder& builder, const Element& element) {
+  if constexpr (std::is_invocable_v<decltype(Method), Builder&, const Element&>)
     Invoke(Method, builder, element);
   else
     Invoke(Method, builder);
@@ -123,8 +135,13 @@ template <class Builder>
 class ScopeReader {
  public:
   template <std::size_t N>
-  ScopeReader(const ScopedElement<Builder> (&rows)[N], Builder& builder, Repeats repeats)
-      : rows_(rows), end_(rows + N), builder_(builder), firstOnly_(repeats == Repeats::kFirst) {
+  ScopeReader(const ScopedElement<Builder> (&rows)[N], Builder& builder, Repeats repeats,
+              Report* report)
+      : rows_(rows),
+        end_(rows + N),
+        builder_(builder),
+        report_(report),
+        firstOnly_(repeats == Repeats::kFirst) {
     static_assert(N <= 64);
     for (const Row& row : rows)
       if (row.scopes & kUnknown) everywhere_ = true;
@@ -200,11 +217,16 @@ class ScopeReader {
     using As = Report::As;
     report_->Enter(element, row ? As::kKnown : isRepeated ? As::kRepeated : As::kUnknown);
     if (!row) return;
-    const auto isSame = [row](const Open& open) { return open.row == row; };
-    if (row->within && row->scopes == kAnywhere && std::any_of(open_.begin(), open_.end(), isSame))
+    if (row->within && row->scopes == kAnywhere && IsOpen(*row))
       report_->Lose(LossKind::kChanged, "what stands inside another of its kind moves out of it");
     if (row->read) row->read(builder_, Element(element, report_));
     report_->EndOfReading();
+  }
+
+  bool IsOpen(const Row& row) const {
+    for (const Open& open : open_)
+      if (open.row == &row) return true;
+    return false;
   }
 
   const Row* FindRow(WideView name) const {
