@@ -34,7 +34,7 @@ void CWriteTagsXML::AddTail() {
 // Converts a name before its element is begun, because without a name there is no element.
 bool CWriteTagsXML::ConvertName(const WChar* name) {
   name_->clear();
-  return EscapedUtf8(WideView(name), *name_);
+  return EscapedUtf8(WideView(name), *name_, Stands::kInAttribute);
 }
 
 void CWriteTagsXML::FillTagGroup(CTagGroup* group) {

@@ -219,7 +219,11 @@ bool CWriteXML::Generate() {
   error_ = {};
   FillOnce();
   Chunk* chunk = nullptr;
-  if (!IsComplete(&chunk)) return nullptr;
+  return IsComplete(&chunk);
+}
+
+BSTR CWriteXML::GetXMLBSTR() {
+  if (!Generate()) return nullptr;
   const OwnedPointer<char, WithArrayDelete> bytes = buffer_->Joined();
   if (bytes && !*bytes) return nullptr;
   BSTR result = nullptr;
@@ -229,13 +233,11 @@ bool CWriteXML::Generate() {
 }
 
 bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
-  error_ = {};
-  FillOnce();
-  Chunk* chunk = nullptr;
-  if (!IsComplete(&chunk)) return false;
+  if (!Generate()) return false;
   OwnedPointer<char, WithArrayDelete> joined = buffer_->Joined();
   if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
   *bytes = joined.Detach();
+  Chunk* chunk = nullptr;
   *length = buffer_->Get(&chunk);
   return true;
 }
