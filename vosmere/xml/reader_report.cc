@@ -172,7 +172,7 @@ void Report::Takes(WideView attribute, const WChar* value, FitsTest fits, bool i
   if (*value && open.size() > 1) open[open.size() - 2].said.insert(element + ' ' + name);
   if (isCut)
     state_->Lose(LossKind::kCut, (name.empty() ? element : name) + " is too long to be read whole");
-  if (!fits || !*value || fits(value)) return;
+  if (!fits || fits(value) || (!*value && !name.empty())) return;
   state_->Lose(LossKind::kChanged, "a value that is not understood, or written otherwise (" +
                                        element + (name.empty() ? "" : " " + name) + ")");
 }

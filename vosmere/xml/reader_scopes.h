@@ -93,9 +93,7 @@ void AttributesTo(Builder& builder, const Element& element) {
 
 /// Nothing, for an element that is not read, which is no loss.
 inline void NoLoss(const Element& element) {
-  if (!element.report()) return;
-  element.report()->TakesText();
-  element.report()->TakesAttributes();
+  if (element.report()) element.report()->TakesText();
 }
 template <class Builder>
 void NoLoss(Builder&, const Element& element) {
@@ -150,6 +148,7 @@ class ScopeReader {
   void ReadChildren(const XmlNode& parent, Scopes scope) {
     open_.push_back({parent.FirstChild(), scope});
     if (report_) report_->EnterRoot(parent);
+    open_.back().isReported = report_ != nullptr;
     ReadOn();
   }
 
@@ -170,6 +169,7 @@ class ScopeReader {
     Scopes scope;
     const Row* row = nullptr;
     bool isInText = false;
+    bool isReported = false;
     std::uint64_t seen = 0;  // which rows had their first element here, a bit for each
   };
 
@@ -190,10 +190,11 @@ class ScopeReader {
 
   void Leave() {
     const Row* const row = open_.back().row;
+    const bool isReported = open_.back().isReported;
     if (open_.back().isInText) texts_.Leave();
     open_.pop_back();
-    if (report_ && row && row->sayUnsaid) row->sayUnsaid(builder_, *report_);
-    if (report_) report_->Leave();
+    if (isReported && row && row->sayUnsaid) row->sayUnsaid(builder_, *report_);
+    if (isReported) report_->Leave();
     if (row && row->leave) row->leave(builder_);
   }
 
@@ -208,9 +209,9 @@ class ScopeReader {
     else if (row && row->read)
       row->read(builder_, Element(element, nullptr));
     if (row && row->within)
-      open_.push_back({element.FirstChild(), row->within, row});
+      open_.push_back({element.FirstChild(), row->within, row, false, report_ != nullptr});
     else if (everywhere_ || report_)
-      open_.push_back({element.FirstChild(), kUnknown, row, isInText});
+      open_.push_back({element.FirstChild(), kUnknown, row, isInText, report_ != nullptr});
   }
 
   void ReadReported(const XmlNode& element, const Row* row, bool isRepeated) {
