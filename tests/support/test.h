@@ -13,7 +13,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/support/failing_memory.h"
@@ -38,5 +40,12 @@ struct Hooked {
   Hooked& operator=(const Hooked&) = delete;
   ~Hooked() { Set(nullptr); }
 };
+
+/// Does the work on so many threads at the same time.
+inline void AtOnce(int threads, const std::function<void(int thread)>& work) {
+  std::vector<std::thread> running;
+  for (int i = 0; i < threads; ++i) running.emplace_back(work, i);
+  for (std::thread& thread : running) thread.join();
+}
 
 }  // namespace vosmere::test
