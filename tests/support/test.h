@@ -29,13 +29,6 @@ using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// Does the work on so many threads at the same time.
-inline void AtOnce(int threads, const std::function<void(int thread)>& work) {
-  std::vector<std::thread> running;
-  for (int i = 0; i < threads; ++i) running.emplace_back(work, i);
-  for (std::thread& thread : running) thread.join();
-}
-
 /// Sets a hook of the library's until the end of the scope.
 template <auto Set>
 struct Hooked {
@@ -47,5 +40,12 @@ struct Hooked {
   Hooked& operator=(const Hooked&) = delete;
   ~Hooked() { Set(nullptr); }
 };
+
+/// Does the work on so many threads at the same time.
+inline void AtOnce(int threads, const std::function<void(int thread)>& work) {
+  std::vector<std::thread> running;
+  for (int i = 0; i < threads; ++i) running.emplace_back(work, i);
+  for (std::thread& thread : running) thread.join();
+}
 
 }  // namespace vosmere::test
