@@ -200,9 +200,11 @@ std::vector<Element> ElementsOf(const std::string& document) {
   return elements;
 }
 
-/// In the other letter case.
+/// In the other letter case, but for its prefix.
 std::string Cased(std::string name) {
-  for (char& c : name) c = static_cast<char>(c >= 'a' ? std::toupper(c) : std::tolower(c));
+  for (std::size_t i = name.find(':') + 1; i < name.size(); ++i)
+    name[i] =
+        static_cast<char>(std::islower(name[i]) ? std::toupper(name[i]) : std::tolower(name[i]));
   return name;
 }
 

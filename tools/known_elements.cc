@@ -59,7 +59,7 @@ void CheckValue(std::string_view demand, const std::string& element, const std::
   const auto isText = [&](std::string_view known) { return known == text; };
   switch (demand.empty() ? 0 : demand[0]) {
     case '#':
-      if (!isText(std::to_string(NumberFromText(value))))
+      if (!isText(std::to_string(xml::NumberFromText(value))))
         report("a number is read otherwise than it is written" + where);
       break;
     case '?':

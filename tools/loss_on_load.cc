@@ -114,8 +114,9 @@ class Auditor : public CParseXML {
   /// What people know an item of a file by.
   const std::string& LabelOf(Open& item) const {
     if (!item.label.empty()) return item.label;
-    ForEachAttribute(item.node, [&](WideView name, const WChar* value) {
-      if (*value && (IsNamed(name, "text") || IsNamed(name, "title") || IsNamed(name, "name")))
+    xml::ForEachAttribute(item.node, [&](WideView name, const WChar* value) {
+      if (*value &&
+          (xml::IsNamed(name, "text") || xml::IsNamed(name, "title") || xml::IsNamed(name, "name")))
         item.label = Label(value);
     });
     if (item.label.empty()) item.label = Label(NamingText(item).c_str());
@@ -144,7 +145,7 @@ class Auditor : public CParseXML {
     const Report complain{
         [this](const std::string& what, const XmlNode& inside) { Complain(what, inside); }};
     const std::string_view kind = open_.back().isItem ? open_.back().scope : around;
-    ForEachAttribute(node, [&](WideView wideName, const WChar* value) {
+    xml::ForEachAttribute(node, [&](WideView wideName, const WChar* value) {
       const std::string attribute = ToUtf8(wideName.data);
       if (IsNamespace(attribute) || !*value) return;
       const auto demand = words.DemandOn(attribute);
@@ -175,8 +176,8 @@ bool Audit(const XmlNode& root, const Vocabulary& vocabulary, Findings& findings
 std::optional<std::string> AttributeOf(const XmlNode& element, std::string_view name) {
   std::optional<std::string> found;
   if (!element) return found;
-  ForEachAttribute(element, [&](WideView wideName, const WChar* value) {
-    if (IsNamed(wideName, name)) found = ToUtf8(value);
+  xml::ForEachAttribute(element, [&](WideView wideName, const WChar* value) {
+    if (xml::IsNamed(wideName, name)) found = ToUtf8(value);
   });
   return found;
 }
@@ -192,7 +193,7 @@ XmlNode ChildOf(const XmlNode& element, std::string_view name) {
 void ForEachChild(const XmlNode& element, std::string_view name,
                   const std::function<void(const XmlNode& child)>& visit) {
   for (XmlNode child = element.FirstChild(); child; child = child.NextSibling())
-    if (child.Type() == kXmlElement && IsNamed(child.Name().view(), name)) visit(child);
+    if (child.Type() == kXmlElement && xml::IsNamed(child.Name().view(), name)) visit(child);
 }
 
 }  // namespace vosmere::tool

@@ -31,7 +31,7 @@ class Rewriter : public CParseXML {
 
   void ProcessElementNode(XmlNode node) override {
     text_ += '<' + ToUtf8(node.Name().c_str());
-    ForEachAttribute(node, [this](WideView name, const WChar* value) {
+    xml::ForEachAttribute(node, [this](WideView name, const WChar* value) {
       text_ += ' ' + ToUtf8(name.data) + "=\"";
       Put(Harmless(value));
       text_ += '"';

@@ -1,19 +1,13 @@
 #include "vosmere/base/chain_sort.h"
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "tests/support/naive_sort.h"
-#include "tests/support/row.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 #include "vosmere/tree/sort_order.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::chain_sort {
 
 /// Compares as the sorters do, with the prefix rule.
 int Compare(const std::string& a, const std::string& b) {
@@ -64,5 +58,4 @@ TEST(CompareText, HoldsThePrefixRuleAndFoldsAsciiAlone) {
   EXPECT_GT(CompareTextNoCase(W("a"), nullptr), 0);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::chain_sort

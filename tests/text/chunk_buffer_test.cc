@@ -1,16 +1,11 @@
 #include "vosmere/text/chunk_buffer.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <new>
-#include <string>
-#include <vector>
 
-#include "tests/support/failing_memory.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::chunk_buffer {
 
 bool Append(CChunkBuffer& buffer, const std::string& bytes) {
   return buffer.Append(bytes.data(), static_cast<int>(bytes.size()));
@@ -119,5 +114,4 @@ TEST(ChunkBuffer, WithoutMemoryItThrowsAndKeepsWhatItHas) {
   EXPECT_TRUE(Append(buffer, more));
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::chunk_buffer

@@ -1,15 +1,11 @@
 #include "vosmere/text/date_reader.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <initializer_list>
-#include <string>
 
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::date_reader {
 
 // 784111777 is 1994-11-06T08:49:37Z.
 
@@ -197,5 +193,4 @@ TEST(DateReader, TellsEveryDayAsTheCalendarCountsIt) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::date_reader

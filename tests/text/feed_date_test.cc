@@ -1,23 +1,17 @@
 #include "vosmere/text/feed_date.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <initializer_list>
 #include <limits>
 #include <sstream>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 #include "vosmere/platform/internal/clock.h"
 #include "vosmere/text/toolbox.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::feed_date {
 
 constexpr int kMax = std::numeric_limits<int>::max(), kMin = std::numeric_limits<int>::min();
 constexpr LONG kHour = 3600;
@@ -275,5 +269,4 @@ TEST(KQTime, ThreadsReadAtTheSameTime) {
   for (std::thread& thread : threads) thread.join();
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::feed_date

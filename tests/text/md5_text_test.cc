@@ -1,13 +1,8 @@
 #include "vosmere/text/md5_text.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
-#include <string>
-
-#include "tests/support/wide.h"
-
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::md5_text {
 
 std::string Upper(const Wide& text) {
   WChar digest[33];
@@ -42,5 +37,4 @@ TEST(EncodingTool, DigestsPairsWholeWhereverTheyLie) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::md5_text

@@ -1,22 +1,16 @@
 #include "vosmere/text/toolbox.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <limits>
 #include <set>
-#include <string>
 
-#include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 #include "vosmere/platform/keys.h"
 #include "vosmere/text/unicode_tool.h"
 #include "vosmere/tree/folder_node.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::toolbox {
 
 constexpr LONG kNoonOnNewYear2024 = 1704110400;
 
@@ -105,5 +99,4 @@ TEST(BaseTool, DeleteFreesWhatTheLibraryHandedOut) {
   EXPECT_EQ(LiveAllocations(), before);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::toolbox

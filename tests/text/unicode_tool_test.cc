@@ -1,15 +1,9 @@
 #include "vosmere/text/unicode_tool.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/failing_memory.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 #include "vosmere/platform/trace.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::unicode_tool {
 
 using namespace std::string_literals;
 
@@ -103,5 +97,4 @@ TEST(UnicodeTool, WithoutMemoryASystemStringFailsWithATrace) {
   EXPECT_EQ(traced, "Error=0X0000000E\n");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::unicode_tool

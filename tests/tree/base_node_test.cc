@@ -1,17 +1,13 @@
 #include "vosmere/tree/base_node.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <sstream>
-#include <string>
 
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
-#include "tests/support/wide.h"
 #include "vosmere/platform/internal/clock.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::base_node {
 
 std::string Times(const CNodeStat& stat) {
   LONG added = 0, modified = 0, lastVisited = 0;
@@ -127,5 +123,4 @@ TEST(TreeLink, NewLeavesTheBackLinkAloneAndNew2SetsIt) {
   EXPECT_EQ(Utf8(item->GetName()), "") << "a destroyed link leaves its item alive";
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::base_node

@@ -1,12 +1,9 @@
 #include "vosmere/tree/name_value_pair.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 #include "vosmere/base/chain.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::name_value_pair {
 
 TEST(NameValuePair, FindsTheFirstNameInAnyLetterCase) {
   const Wide rows[][2] = {{nullptr, W("nameless")},
@@ -28,5 +25,4 @@ TEST(NameValuePair, FindsTheFirstNameInAnyLetterCase) {
   CNameValuePair::DeleteList(list);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::name_value_pair

@@ -1,14 +1,10 @@
 // What the node model does when memory runs out, at every allocation in turn.
-#include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 
 #include "tests/support/colct_list.h"
-#include "tests/support/failing_memory.h"
-#include "tests/support/row.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
-#include "tests/support/wide.h"
 #include "vosmere/base/list.h"
 #include "vosmere/collections/colct_ex_data.h"
 #include "vosmere/collections/colct_item_id.h"
@@ -19,8 +15,7 @@
 #include "vosmere/tags/tag_store.h"
 #include "vosmere/tree/name_value_pair.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::no_memory {
 
 TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
   ExpectNullAtEachFailure([] { return CFolderNode::New(); }, CBaseNode::Delete);
@@ -130,5 +125,4 @@ TEST(NoMemory, MergingListsAndLookingForDuplicatesNeedNone) {
   EXPECT_EQ(doubled.Urls(), "x y z");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::no_memory

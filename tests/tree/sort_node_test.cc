@@ -1,13 +1,9 @@
 #include "vosmere/tree/sort_node.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::sort_node {
 
 using SortBy = RNode* (CSortRNode::*)(RNode*, bool);
 
@@ -73,5 +69,4 @@ TEST(SortNode, DerivedSortersHaveItsSteps) {
   EXPECT_LT(Sorter::CompareByOrderDes(a, b, nullptr), 0);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::sort_node

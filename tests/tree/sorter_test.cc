@@ -1,23 +1,18 @@
 // Every sorter beside a bubble sort of an array, on names of which many begin with one another.
 #include "vosmere/tree/sorter.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
 #include <deque>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "tests/support/naive_sort.h"
-#include "tests/support/row.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
 #include "vosmere/tags/tag_store.h"
 #include "vosmere/tree/sort_list.h"
 #include "vosmere/tree/sort_node.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::sorter {
 
 struct Entry {
   std::string name;
@@ -121,5 +116,4 @@ TEST(Sorters, GiveWhatABubbleSortOfAnArrayGives) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::sorter

@@ -1,15 +1,10 @@
 #include "vosmere/tree/tree_tool.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
-#include "tests/support/wide.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::tree_tool {
 
 TEST(TreeTool, AppendsAndPrepends) {
   TreePtr tree = Tree("root()");
@@ -208,34 +203,21 @@ TEST(TreeTool, OrderSortIgnoresOrderAndGoesThroughAllFolders) {
   EXPECT_EQ(Shape(tree), "root(@z c() b(y x(2 1) A a) a(ab abc))");
 }
 
-/// `depth` folders, each in the one before, and two pages at the bottom.
-TreePtr Deep(int depth) {
-  TreePtr root = Folder("root");
-  RNode* folder = root;
-  for (int i = 0; i < depth; ++i) {
-    RNTool::InsertAsChild(folder, Folder("f").release());
-    folder = folder->firstChild;
-  }
-  for (const char* name : {"a", "b"}) RNTool::InsertAsChild(folder, Page(name).release());
-  return root;
-}
-
 TEST(TreeTool, ATreeOfAnyDepthNeedsNoStack) {
-  constexpr int kDepth = 1000000;
+  constexpr int kLevels = 100'000;
   int marked = 0;
   std::string bottom;
-  RunOnSmallStack(512 * 1024, [&] {
+  RunOnSmallStack(256 * 1024, [&] {
     TreePtr copy = Folder("copy");
-    RNTool::AddAllFolderChildren(copy, Deep(kDepth));
+    RNTool::AddAllFolderChildren(copy, Deep(kLevels));
     RNTool::MarkRNodeGoThrough(copy, 5, true);
     RNTool::SortFolderChildrenByOrder(copy);
     RNode* link = copy;
     for (; link->firstChild; link = link->firstChild) marked += link->firstChild->GetExtData() == 5;
     bottom = Shape(link->parent);
   });
-  EXPECT_EQ(marked, kDepth + 1);
+  EXPECT_EQ(marked, kLevels + 1);
   EXPECT_EQ(bottom, "f(b a)");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::tree_tool

@@ -1,16 +1,10 @@
 #include "vosmere/tree/url_node.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/row.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
-#include "tests/support/wide.h"
 #include "vosmere/tree/properties.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::url_node {
 
 using Tags = CUrlProp::TagList;
 
@@ -142,5 +136,4 @@ TEST(Properties, IsEmptyLooksAtTheDescriptionOnceThereIsANameOrAddress) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::url_node

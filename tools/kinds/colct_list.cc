@@ -48,7 +48,7 @@ void Inspect(const XmlNode& element, std::string_view name, std::string_view sco
   InspectNesting(name, scope, report);
   if (name == "collection" && !ChildOf(element, "link"))
     report("a collection without a link comes back with the address about:blank");
-  if (name == "version" && !IsNamed(element.Text().view(), "1"))
+  if (name == "version" && !xml::IsNamed(element.Text().view(), "1"))
     report("the version is not read and comes back as 1");
 }
 

@@ -44,7 +44,7 @@ constexpr Word kWords[] = {
 void Inspect(const XmlNode& element, std::string_view name, std::string_view scope,
              const Report& report) {
   InspectNesting(name, scope, report);
-  if (name == "type" && !IsNamed(element.Text().view(), "UNKNOWN"))
+  if (name == "type" && !xml::IsNamed(element.Text().view(), "UNKNOWN"))
     report("the type is not read and comes back as UNKNOWN");
 }
 

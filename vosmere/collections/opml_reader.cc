@@ -11,6 +11,8 @@
 namespace vosmere {
 namespace {
 
+using namespace xml;
+
 // Intended: every slash, of web addresses too, becomes a backslash; see the header.
 void SetPath(CColctNode& colct, const WChar* value) {
   const WideView view(value);

@@ -1,3 +1,4 @@
+// CBaseThread on top of the platform's Thread and Signals.
 #include "vosmere/sched/base_thread.h"
 
 #include <chrono>
@@ -9,7 +10,9 @@
 namespace vosmere {
 namespace {
 
-/// A Run on the calling thread, which may be within a hook of another.
+/// One call of Run on the calling thread. Each thread keeps its calls in a list, because a hook may
+/// itself call Start with another object. The destructor of an object clears its entries here, so
+/// that Run can tell without touching the object whether a hook has destroyed it.
 struct Running {
   const CBaseThread* object;  // null when a hook has destroyed it
   Running* const outer = innermost;
@@ -43,7 +46,9 @@ CBaseThread::~CBaseThread() {
 
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
+  // Before the start gate opens, so that the thread skips the remaining hooks.
   killed_ = true;
+  // A thread cannot terminate itself here and return, and only Windows terminates a running thread.
   if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
   handle_ = nullptr;
   active_ = false;
@@ -52,12 +57,13 @@ void CBaseThread::KillThread() {
 int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security) {
   Thread& thread = platform_->thread;
   if (!WaitForEnd(0)) return 0;
+  // Created suspended in any case: the members below have to be set before the hooks run.
   thread.Create(Start, this, stackSize, security);
   handle_ = thread.handle();
   threadId_ = thread.id();
   killed_ = false;
   active_ = true;
-  // Not before: it may end, and its object with it, before this thread goes on.
+  // Resumed last: the thread may end, and destroy this object, before this call returns.
   const int result = static_cast<int>(reinterpret_cast<std::intptr_t>(handle_));
   if (!(flags & kCreateSuspended)) thread.Resume();
   return result;
@@ -73,7 +79,7 @@ int CBaseThread::Run() {
   if (run.object) platform_->startGate.Wait();
   if (run.object && !killed_) DoWork();
   if (run.object && !killed_) PostWork();
-  if (run.object) active_ = false;  // the last touch: whoever sees it may destroy the object
+  if (run.object) active_ = false;  // last access: another thread may now destroy the object
   return 0;
 }
 
@@ -107,6 +113,7 @@ std::stop_token CBaseThread::GetStopToken() const {
 void CBaseThread::StopAndWait() {
   if (RunsHere()) return;
   RequestStop();
+  // A thread that is still suspended would never end.
   ResumeThread();
   WaitForEnd(-1);
 }

@@ -1,3 +1,4 @@
+// The hash table: a vector of singly linked buckets. New entries are put at the front of a bucket.
 #include "vosmere/tabs/hash_table.h"
 
 #include <algorithm>
@@ -7,7 +8,7 @@
 namespace vosmere {
 namespace {
 
-/// A copy through `out`; false when memory runs out. No text gives null.
+/// Stores a copy; null for a null text. Returns false when memory runs out.
 bool CopyOut(const SystemText& text, WChar** out) {
   *out = SysAllocString(text.get());
   const bool lost = !*out && text.get();
@@ -48,6 +49,7 @@ bool CHashtable::Get(const WChar* key, WChar** value) const {
 bool CHashtable::Remove(const WChar* key) {
   CHashData* const entry = Find(key);
   if (!entry) return false;
+  // The iteration must not stay at an entry that is about to be freed.
   if (entry == cursorEntry_) Step();
   CHashData** link = &buckets_[HashString(key)];
   while (*link != entry) link = &(*link)->next;
@@ -74,6 +76,7 @@ bool CHashtable::GetNextKeyValue(WChar** key, WChar** value) {
   if (!cursorEntry_) return false;
   if (key && !CopyOut(cursorEntry_->key, key)) return false;
   if (value && !CopyOut(cursorEntry_->value, value)) {
+    // The caller gets both or neither.
     if (key) SysFreeString(std::exchange(*key, nullptr));
     return false;
   }
@@ -82,7 +85,7 @@ bool CHashtable::GetNextKeyValue(WChar** key, WChar** value) {
 }
 
 int CHashtable::HashString(const WChar* key) const {
-  LONG hash = 0;  // never negative, and below twice the largest unit
+  LONG hash = 0;  // never negative, and below twice the largest code unit
   for (const WChar unit : WideView(key)) hash = (hash >> 2) + unit;
   return hash % BucketCount();
 }
@@ -91,12 +94,13 @@ CHashData* CHashtable::Find(const WChar* key) const {
   if (!key) return nullptr;
   const WideView wanted(key);
   CHashData* entry = buckets_[HashString(key)];
+  // The length of a stored key is in its prefix, so keys of another length are rejected at once.
   while (entry && !(WideView(entry->key.get(), SysStringLen(entry->key.get())) == wanted))
     entry = entry->next;
   return entry;
 }
 
-/// To the first entry of `bucket` or of those behind it.
+/// Goes to the first entry of `bucket` or, if that is empty, of the next bucket that is not.
 void CHashtable::Seek(int bucket) {
   while (bucket < BucketCount() && !buckets_[bucket]) ++bucket;
   cursorBucket_ = bucket;

@@ -1,3 +1,4 @@
+// Groups of web pages that have the same address.
 #include "vosmere/tabs/url_map.h"
 
 #include <memory>
@@ -47,7 +48,7 @@ int CUrlMapItem::GetNumberUrlNodes() const {
 
 void CUrlMapItem::ModifyURL(const WChar* url) {
   if (!IsShortEnough(url)) return;
-  HeapText copy;  // the text may belong to one of those that it is about to replace
+  HeapText copy;  // `url` may be one of the texts that are about to be replaced
   copy.AssignOrNull(url);
   if (!copy.get()) return;
   for (PageList* cell : chain::Cells(pages_))

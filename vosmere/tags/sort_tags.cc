@@ -1,3 +1,4 @@
+// Sorts lists of tags.
 #include "vosmere/tags/sort_tags.h"
 
 #include "vosmere/tags/tag_item.h"

@@ -1,3 +1,4 @@
+// Sorts lists of items.
 #include "vosmere/tree/sort_list.h"
 
 #include "vosmere/tree/base_node.h"

@@ -1,3 +1,4 @@
+// Sorts chains of links.
 #include "vosmere/tree/sort_node.h"
 
 #include "vosmere/tree/base_node.h"
@@ -46,6 +47,7 @@ RNode* CSortRNode::SortByVisitTime(RNode* head, bool invert) {
 }
 
 RNode* CSortRNode::SortByOrder(RNode* head, bool ascending) {
+  // CompareByOrderAsc negates and is inverted again, so both branches sort from Z to A.
   if (ascending)
     BubbleSort(&head, CompareByOrderAsc, nullptr, true);
   else
@@ -56,6 +58,7 @@ RNode* CSortRNode::SortByOrder(RNode* head, bool ascending) {
 bool CSortRNode::BubbleSort(RNode** head, Compare compare, void* parameter, bool invert) {
   return chain::BubbleSort(*head, [=](RNode* a, RNode* b) {
     const int result = compare(a->item, b->item, parameter);
+    // Not -result, which overflows for the smallest int.
     return invert ? CompareValue(0, result) : result;
   });
 }

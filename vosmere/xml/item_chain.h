@@ -8,8 +8,9 @@
 #include "vosmere/base/list.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// The chain that a reader builds, which frees every cell and its item unless it was detached. It
 /// is a builder for the tables of xml/reader_scopes.h:
@@ -64,7 +65,8 @@ class ItemChain {
 // The row of an item.
 
 template <class Chain>
-void BeginItem(Chain& chain, const XmlNode&) {
+void BeginItem(Chain& chain, const Element& element) {
+  if (element.report()) element.report()->MakesItem();
   chain.Begin();
 }
 
@@ -75,8 +77,8 @@ void EndItem(Chain& chain) {
 
 /// The row of another element named as the root: behind it no item is being read any more.
 template <class Chain>
-void EndItem(Chain& chain, const XmlNode&) {
+void EndItem(Chain& chain, const Element&) {
   chain.End();
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml
