@@ -248,9 +248,15 @@ class Readers : public StoredDocuments {
 
   /// What a reader holds in the end that was given documents one after the other.
   std::string After(std::initializer_list<std::string> documents) {
-    const auto reader = GetParam().newReader();
-    for (const std::string& document : documents) Load(*reader, document);
-    return Written(*reader);
+    std::string written(10'000, ' ');  // with all the memory that it needs
+    const long before = LiveAllocations();
+    {
+      const auto reader = GetParam().newReader();
+      for (const std::string& document : documents) Load(*reader, document);
+      written = std::string_view(Written(*reader));
+    }
+    EXPECT_EQ(LiveAllocations(), before);
+    return written;
   }
 
   std::string FatesOfReaders() {

@@ -137,24 +137,23 @@ TEST(OpmlReader, OutOfMemoryAmongEntitiesIsAFailedLoadToo) {
 }
 
 TEST(Trees, OfAnyDepthAreWrittenWithoutRecursion) {
-  constexpr std::size_t kLevels = 30000;
-  RunOnSmallStack(512 * 1024, [] {
-    const ColctPtr colct = ColctOf("f()");
-    RNode* parent = colct->GetLocRNodeRoot();
-    for (std::size_t i = 0; i < kLevels; ++i) {
-      RNode* const folder = Folder("f").release();
-      folder->item->SetUUID(W("f"));
-      RNTool::InsertAsChild(parent, folder);
-      parent = folder;
-    }
-    const std::string outline =
-        "<outline text=\"f\"><sx:sync id=\"f\" version=\"1\"></sx:sync></outline>\r\n";
-    const std::string folder =
-        "<vsm:folder>\r\n<title>f</title>\r\n<sx:sync id=\"f\"></sx:sync></vsm:folder>\r\n";
-    EXPECT_EQ(SavedOpml(colct->GetLocRNodeRoot()).size(),
-              SavedOpml(Tree("f()")).size() + kLevels * outline.size());
-    EXPECT_EQ(SavedRss(colct.get()).size(),
-              SavedRss(ColctOf("f()").get()).size() + kLevels * folder.size());
+  const std::string outline = "<outline text=\"f\"></outline>\r\n";
+  const std::string folder =
+      "<vsm:folder>\r\n<title>f</title>\r\n<sx:sync id=\"\"></sx:sync></vsm:folder>\r\n" +
+      std::string(CBaseNode::kMaxUuidLength, 'i');
+  const auto sizes = [](int levels) {
+    const TreePtr tree = Deep(levels);
+    const std::size_t opml = SavedOpml(tree).size();
+    const ColctPtr colct = ColctOf("x()");
+    DeleteTree(colct->GetLocRNodeRoot());
+    colct->SetLocRNodeRoot(tree);
+    const std::size_t rss = SavedRss(colct.get()).size();
+    colct->SetLocRNodeRoot(nullptr);
+    return std::pair(opml, rss);
+  };
+  RunOnSmallStack(512 * 1024, [&] {
+    const auto [opml, rss] = sizes(1);
+    EXPECT_EQ(sizes(30001), std::pair(opml + 30000 * outline.size(), rss + 30000 * folder.size()));
   });
 }
 
