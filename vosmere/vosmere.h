@@ -9,6 +9,7 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/list.h"
 #include "vosmere/base/lock.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/shared_texts.h"
 #include "vosmere/base/system_string.h"

@@ -150,7 +150,7 @@ TEST(Favorites, OnXPAWideShortNameIsSkippedByItsCharactersAsBytes) {
   Level level;
   level.Decode(OrderHeader(1) + record, true);
   ASSERT_EQ(level.Shown(), "long@0");
-  EXPECT_EQ(level.list->GetOrderRecord()->shortName, nullptr);
+  EXPECT_EQ(level.list->GetOrderRecord()->shortName.get(), nullptr);
   EXPECT_EQ(level.list->GetOrderRecord()->extensionHeader[0], 'd');
 }
 

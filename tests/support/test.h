@@ -29,6 +29,18 @@ using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+/// Sets a hook of the library's until the end of the scope.
+template <auto Set>
+struct Hooked {
+  template <class Hook>
+  explicit Hooked(const Hook& hook) {
+    Set(hook);
+  }
+  Hooked(const Hooked&) = delete;
+  Hooked& operator=(const Hooked&) = delete;
+  ~Hooked() { Set(nullptr); }
+};
+
 /// Does the work on so many threads at the same time.
 inline void AtOnce(int threads, const std::function<void(int thread)>& work) {
   std::vector<std::thread> running;

@@ -1,8 +1,9 @@
-// The sort that every sorter of the library uses, over any chain (base/chain.h).
+// The bubble sort that derived sorters call with comparisons of their own, over any chain
+// (base/chain.h).
 //
-// It is a bubble sort because its exact result is part of the interface: the name comparison is not
-// transitive (a text compares equal to every text that it is a prefix of), so another algorithm
-// would give another order. Cells are relinked; what they hold is not moved.
+// Its exact result is part of the interface, and a comparison need not be transitive: the one of
+// names is not. The library's own sorts give the same result faster (internal/merge_sort.h). Cells
+// are relinked; what they hold is not moved.
 #pragma once
 
 #include "vosmere/base/chain.h"

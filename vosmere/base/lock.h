@@ -1,8 +1,6 @@
 // The library's lock, and a guard that releases it at the end of a scope.
 #pragma once
 
-#include <mutex>
-
 #include "vosmere/base/export.h"
 
 namespace vosmere {
@@ -12,20 +10,21 @@ namespace vosmere {
 /// updates only.
 class VOSMERE_API CKQSynch {
  public:
-  CKQSynch() = default;
+  CKQSynch();
   CKQSynch(const CKQSynch&) = delete;
   CKQSynch& operator=(const CKQSynch&) = delete;
   virtual ~CKQSynch();
 
   /// Locks; waits while another thread holds the lock.
-  void Lock() { mutex_.lock(); }
+  void Lock();
   /// Unlocks. Undefined unless the calling thread holds the lock.
-  void UnLock() { mutex_.unlock(); }
+  void UnLock();
   /// Locks without waiting. True when the calling thread holds the lock afterwards.
-  bool TryLock() { return mutex_.try_lock(); }
+  bool TryLock();
 
  private:
-  std::recursive_mutex mutex_;
+  // Holds a std::recursive_mutex. Its header is too heavy for one that many others include.
+  alignas(void*) unsigned char mutex_[64];
 };
 
 /// Locks for the length of a scope, and unlocks also when an exception leaves it.

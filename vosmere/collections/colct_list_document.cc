@@ -97,8 +97,8 @@ void Version(List&, const Element& element) {
     element.report()->Lose(LossKind::kNotKept, "the version is not read and comes back as 1");
 }
 
-void SayUnsaid(List&, Report& report) {
-  SayTimes(report, "stat", {"addDate", "lastModified", "lastVisit"});
+void SayUnsaid(List& list, Report& report) {
+  if (list.item()) SayTimes(report, *list.item()->GetNodeStat());
   if (!report.Says("link"))
     report.Lose(LossKind::kUnsaid,
                 "a collection without a link comes back with the address about:blank");

@@ -205,26 +205,30 @@ void Tags(CUrlNode& item, const WChar* text) {
   PropOf(item).SetTagsList(CUrlProp::GenerateRBstrItemList(cutUp.get()));
 }
 
-/// `unsaid` is the version that an element without one stands for.
-void ReadSync(CBaseNode& item, const Element& element, int unsaid) {
-  item.SetVersion(unsaid);
-  ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    if (IsNamed(name, "id") && !*value)
-      Trace("Empty UUID %s\n", name.data);
-    else
-      ApplyField(kSyncFields, item, element, name, value);
-  });
+void IdentityUnlessEmpty(CBaseNode& item, const WChar* value) {
+  if (*value)
+    item.SetUUID(value);
+  else
+    Trace("Empty UUID id\n");
 }
 
+constexpr Field<CBaseNode> kIdentityFields[] = {
+    {"id", IdentityUnlessEmpty},
+    {"version", Number<&CBaseNode::SetVersion>},
+    {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
+};
+
+// A version that is not written is 0.
 template <auto Target>
 void Sync(Bookmarks& bookmarks, const Element& element) {
-  ReadSync(*std::invoke(Target, bookmarks), element, 0);
+  (bookmarks.*Target)()->SetVersion(0);
+  AttributesTo<Target, kIdentityFields>(bookmarks, element);
 }
 
 // In a collection that is not synchronised the versions of folders are not written.
 void FolderSync(Bookmarks& bookmarks, const Element& element) {
-  CBaseNode& folder = *bookmarks.Folder();
-  ReadSync(folder, element, bookmarks.NetData()->IsSynced() ? 0 : folder.GetVersion());
+  if (bookmarks.NetData()->IsSynced()) bookmarks.Folder()->SetVersion(0);
+  AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
   if (!bookmarks.NameFolder() && element.report())
     element.report()->Lose(LossKind::kChanged,
                            "several folders have one identity: items may move between them");
@@ -257,14 +261,15 @@ void FolderReference(Bookmarks& bookmarks, const Element& element) {
 
 // What a copy makes up.
 
-void SayNoIdentity(Bookmarks&, Report& report) {
-  if (!report.Says("sx:sync", "id"))
+template <auto Target>
+void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
+  if (!*Invoke(Target, bookmarks)->GetUUID())
     report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
 }
 
 void SayUnsaid(Bookmarks& bookmarks, Report& report) {
-  SayNoIdentity(bookmarks, report);
-  SayStatTimes(report);
+  SayNoIdentity<&Bookmarks::Item>(bookmarks, report);
+  SayTimes(report, *bookmarks.ItemStat());
   if (report.Says("pubDate") && !report.Says("vsm:stat", "modified"))
     report.Lose(LossKind::kNotKept, "the publication date (pubDate) is not read");
   if (report.Says("link") && report.Says("xmlUrl"))
@@ -297,7 +302,7 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kItem, "sx:sync", Sync<&B::Item>},
     {kItem, "vsm:build", AttributesTo<&B::Item, kBuildFields>},
     {kItem, "vsm:tags", TextTo<&B::Item, Tags>},
-    {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity},
+    {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity<&B::Colct>},
     {kChannel, "title", TextTo<&B::Colct, &CBaseNode::SetName>},
     {kChannel, "description", TextTo<&B::Colct, &CBaseNode::SetDescription>},
     {kChannel, "generator", NoLoss},  // each program's own
@@ -305,7 +310,8 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
     {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},
     {kChannel, "sx:sync", Sync<&B::Colct>},
-    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>, SayNoIdentity},
+    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>,
+     SayNoIdentity<&B::Folder>},
     {kFolder, "title", TextTo<&B::Folder, &CBaseNode::SetName>},
     {kFolder, "description", TextTo<&B::Folder, &CBaseNode::SetDescription>},
     {kFolder, "sx:sync", FolderSync},

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -36,6 +37,8 @@ struct SaveOptions {
   const WChar* library = nullptr;
   /// Of a collection: leaves out the items that were checked in since they have a base build.
   bool onlyUnchecked = false;
+  /// How many places are kept of each loss.
+  std::size_t places = 10;
 };
 
 namespace detail {

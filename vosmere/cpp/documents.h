@@ -210,7 +210,7 @@ template <DocumentKind Kind>
 Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& options = {}) {
   if (!detail::Document<Kind>::IsThere(value))
     return Error(path.name(), "there is nothing to save");
-  Saved saved;
+  Saved saved{Losses(options.places)};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
   if (!writer.Generate()) return Error(path.name(), writer.LastError());
   const std::optional<Error> error = ReplaceFile(path, [&](const FilePath& file) {
@@ -225,7 +225,7 @@ Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& o
 template <DocumentKind Kind>
 Result<SavedBytes> SaveToBytes(const Kind& value, const SaveOptions& options = {}) {
   if (!detail::Document<Kind>::IsThere(value)) return Error({}, "there is nothing to save");
-  SavedBytes saved;
+  SavedBytes saved{{Losses(options.places)}, {}};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
   ConvertedText bytes;
   int length = 0;

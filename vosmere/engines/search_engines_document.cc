@@ -76,13 +76,13 @@ namespace {
 using namespace xml;
 
 struct Engines {
-  std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
+  OwnedPointer<CEnginePool, FreeWith<CBaseNode::Delete>> pool;
   CEngineNode* engine = nullptr;  // the engine whose element is being read, or null
 
   CEnginePool* Pool() const { return pool.get(); }
 
   void MakePool() {
-    if (!pool) pool.reset(CEnginePool::New());
+    if (!pool) pool.Assign(CEnginePool::New());
     if (!pool) throw std::bad_alloc();
   }
   void Begin() {

@@ -1,9 +1,8 @@
 // Writes and reads the document that stores a pool of search engines.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/engines/engine_pool.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_items.h"
@@ -57,13 +56,13 @@ class VOSMERE_API CReadSEngineXML : public CReadXML {
 
   /// Gives the pool with its engines to the caller, who frees it with CBaseNode::Delete. Null when
   /// there is none. A pool that is not detached is kept until the next document has been read.
-  CEnginePool* DetachEnginePool() { return pool_.release(); }
+  CEnginePool* DetachEnginePool() { return pool_.Detach(); }
 
  protected:
   void InvokeParser(XmlNode root) override;
 
  private:
-  std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool_{nullptr, CBaseNode::Delete};
+  OwnedPointer<CEnginePool, FreeWith<CBaseNode::Delete>> pool_;
 };
 
 }  // namespace vosmere

@@ -27,7 +27,7 @@ int CFavorite::FindOccurence(const WChar* wanted, CFavorite** last) {
 
 COrderRecord* CFavorite::CreateOrderRecord() {
   auto* const record = new (std::nothrow) COrderRecord;
-  if (record) orderRecord.reset(record);
+  if (record) orderRecord.Assign(record);
   return record;
 }
 

@@ -1,9 +1,8 @@
 // CFavorite, an item of the Favorites folder, in a linked list.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/favorites/order_record.h"
@@ -21,7 +20,7 @@ struct VOSMERE_API CFavorite {
   HeapText url{HeapTextStorage::Empty()};  ///< target of a shortcut; empty if not resolved
   /// The next item; null at the end of the list.
   CFavorite* next = nullptr;
-  std::unique_ptr<COrderRecord> orderRecord;  ///< null if only the directory named the item
+  OwnedPointer<COrderRecord> orderRecord;  ///< null if only the directory named the item
 
   /// An empty item, which the caller frees with DeleteList. Null when memory runs out.
   static CFavorite* New();

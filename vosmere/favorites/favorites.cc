@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <new>
 #include <string>
 #include <unordered_set>
@@ -64,7 +65,7 @@ std::optional<std::size_t> TakeShortName(const OrderEntry& entry, COrderRecord& 
   }
   const std::optional<std::string> name = bytes.Text8();
   if (!name) return {};
-  record.shortName = std::make_unique<char[]>(name->size() + 1);
+  record.shortName.Assign(new char[name->size() + 1]);
   std::copy_n(name->c_str(), name->size() + 1, record.shortName.get());
   record.shortNameLength = static_cast<LONG>(name->size());
   record.padded = (name->size() + 1) % 2 != 0;
@@ -98,7 +99,7 @@ std::optional<std::u16string> PlainName(const OrderEntry& entry) {
 /// The item that a record describes; null when its name cannot be read or its path is too long.
 /// Throws std::bad_alloc.
 FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bool xpLayout) {
-  auto record = std::make_unique<COrderRecord>();
+  OwnedPointer<COrderRecord> record(new COrderRecord);
   entry.CopyTo(*record);
   const auto name = xpLayout ? TakeXpNames(entry, *record) : PlainName(entry);
   FavoritePtr favorite = name ? NewFavorite(JoinPath(folder, *name)) : nullptr;
@@ -136,7 +137,7 @@ void Resolve(CFavorites& favorites, CFavorite& favorite) {
 
 }  // namespace
 
-CFavorites::CFavorites() : allocator_(std::make_unique<ShellAllocator>()) {
+CFavorites::CFavorites() : allocator_(new ShellAllocator) {
   CheckOS();
 }
 

@@ -1,9 +1,8 @@
 // CFavorites, which reads the Favorites folder in the order of the menu.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 #include "vosmere/favorites/favorite.h"
 #include "vosmere/favorites/order_record.h"
@@ -90,7 +89,7 @@ class VOSMERE_API CFavorites {
   void SetRunningOnXP(bool runningOnXP) { runningOnXP_ = runningOnXP; }
 
  private:
-  std::unique_ptr<ShellAllocator> allocator_;
+  OwnedPointer<ShellAllocator> allocator_;
   bool runningOnXP_ = false;
 };
 

@@ -1,9 +1,8 @@
 // COrderHead and COrderRecord, the decoded contents of a stored menu order.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 
@@ -36,9 +35,9 @@ struct VOSMERE_API COrderRecord {
   ULONG wordAt16 = 0;
   unsigned short halfWordAt20 = 0;
 
-  std::unique_ptr<char[]> shortName;  ///< 8-bit, null-terminated; null if there is none
-  LONG shortNameLength = 0;           ///< in bytes, without the terminating null
-  bool padded = false;                ///< one byte of padding followed the short name
+  OwnedPointer<char, WithArrayDelete> shortName;  ///< 8-bit, null-terminated; null if there is none
+  LONG shortNameLength = 0;                       ///< in bytes, without the terminating null
+  bool padded = false;                            ///< one byte of padding followed the short name
   unsigned char extensionHeader[20] = {};
   HeapText longName;        ///< null if there is none
   LONG longNameLength = 0;  ///< in code units

@@ -111,11 +111,11 @@ namespace {
 using namespace xml;
 
 struct Notification {
-  std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
+  OwnedPointer<CVSMNotifyMsg, FreeWith<CVSMNotifyMsg::Delete>> message;
   CVSMNotifyMsg* item = nullptr;  // the message whose element is being read, or null
 
   void Begin() {
-    message.reset(CVSMNotifyMsg::New());
+    message.Assign(CVSMNotifyMsg::New());
     if (!message) throw std::bad_alloc();
     item = message.get();
   }

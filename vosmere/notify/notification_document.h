@@ -1,9 +1,8 @@
 // Writes and reads the document that stores a notification.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/notify/notify_msg.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"
@@ -56,13 +55,13 @@ class VOSMERE_API CReadVSMNotify : public CReadXML {
 
   /// Gives the message to the caller, who frees it with CVSMNotifyMsg::Delete. Null when there is
   /// none. A message that is not detached is kept until the next document has been read.
-  CVSMNotifyMsg* DetachVSMNotifyMsg() { return message_.release(); }
+  CVSMNotifyMsg* DetachVSMNotifyMsg() { return message_.Detach(); }
 
  protected:
   void InvokeParser(XmlNode root) override;
 
  private:
-  std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message_{nullptr, CVSMNotifyMsg::Delete};
+  OwnedPointer<CVSMNotifyMsg, FreeWith<CVSMNotifyMsg::Delete>> message_;
 };
 
 }  // namespace vosmere

@@ -45,17 +45,13 @@ void TraceFormatted(const char* format, ...) {
   if (auto* const hook = traceHook.load()) hook(line);  // may have been reset since TraceWanted
 }
 
-std::string TraceText(const WChar* text) {
+TracedText TraceText(const WChar* text) {
   // At most 3 bytes for each code unit, so one text fits a line.
   const WideView view = WideView(text).First(1024);
-  try {
-    std::string utf8(view.size * 3, '\0');
-    utf8.resize(WideToBytes(kCodePageUtf8, view.data, static_cast<int>(view.size), utf8.data(),
-                            static_cast<int>(utf8.size())));
-    return utf8;
-  } catch (const std::bad_alloc&) {
-    return {};
-  }
+  const int room = static_cast<int>(view.size) * 3;
+  TracedText utf8(new (std::nothrow) char[room + 1]);
+  if (utf8) utf8.get()[WideToBytes(kCodePageUtf8, view.data, room / 3, utf8.get(), room)] = '\0';
+  return utf8;
 }
 
 }  // namespace detail

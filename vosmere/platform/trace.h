@@ -1,9 +1,8 @@
 // The library's trace: lines for developers, which go to a hook; by default they are dropped.
 #pragma once
 
-#include <string>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -15,12 +14,15 @@ VOSMERE_API void SetTraceHook(void (*hook)(const char* utf8Line));
 
 namespace detail {
 
+/// Null when memory runs out.
+using TracedText = OwnedPointer<char, WithArrayDelete>;
+
 /// Whether a hook is set.
 VOSMERE_API bool TraceWanted();
 /// Formats a line and passes it to the hook. A line that is too long is cut.
 VOSMERE_API void TraceFormatted(const char* format, ...);
 /// The start of a UTF-16 text in UTF-8; empty for null, and when memory runs out.
-VOSMERE_API std::string TraceText(const WChar* text);
+VOSMERE_API TracedText TraceText(const WChar* text);
 
 /// TraceHold converts an argument and keeps the result alive during the call; TraceArgument gives
 /// the form that printf takes.
@@ -34,8 +36,8 @@ template <class Value>
 auto TraceHold(Value value) {
   return value;
 }
-inline const char* TraceArgument(const std::string& text) {
-  return text.c_str();
+inline const char* TraceArgument(const TracedText& text) {
+  return text ? text.get() : "";
 }
 template <class Value>
 Value TraceArgument(Value value) {

@@ -1,6 +1,7 @@
 // CBaseThread on top of the platform's Thread and Signals.
 #include "vosmere/sched/base_thread.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 
@@ -32,10 +33,13 @@ thread_local Running* Running::innermost = nullptr;
 struct CBaseThread::Platform {
   Thread thread;
   Signals startGate{1};
-  std::stop_source stop;
+  std::atomic<int> loopTimeout = -1;
+  std::atomic<bool> active = false;
+  std::atomic<bool> killed = false;
+  std::atomic<bool> keepLooping = true;
 };
 
-CBaseThread::CBaseThread() : platform_(std::make_unique<Platform>()) {
+CBaseThread::CBaseThread() : platform_(new Platform) {
   OpenStartGate();
 }
 
@@ -47,11 +51,11 @@ CBaseThread::~CBaseThread() {
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
   // Before the start gate opens, so that the thread skips the remaining hooks.
-  killed_ = true;
+  platform_->killed = true;
   // A thread cannot terminate itself here and return, and only Windows terminates a running thread.
   if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
   handle_ = nullptr;
-  active_ = false;
+  platform_->active = false;
 }
 
 int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security) {
@@ -61,8 +65,8 @@ int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTR
   thread.Create(Start, this, stackSize, security);
   handle_ = thread.handle();
   threadId_ = thread.id();
-  killed_ = false;
-  active_ = true;
+  platform_->killed = false;
+  platform_->active = true;
   // Resumed last: the thread may end, and destroy this object, before this call returns.
   const int result = static_cast<int>(reinterpret_cast<std::intptr_t>(handle_));
   if (!(flags & kCreateSuspended)) thread.Resume();
@@ -77,14 +81,35 @@ int CBaseThread::Run() {
   Running run(this);
   PrevWork();
   if (run.object) platform_->startGate.Wait();
-  if (run.object && !killed_) DoWork();
-  if (run.object && !killed_) PostWork();
-  if (run.object) active_ = false;  // last access: another thread may now destroy the object
+  if (run.object && !platform_->killed) DoWork();
+  if (run.object && !platform_->killed) PostWork();
+  // The last access: another thread may then destroy the object.
+  if (run.object) platform_->active = false;
   return 0;
 }
 
 ULONG CBaseThread::ResumeThread() {
   return platform_->thread.Resume();
+}
+
+void CBaseThread::StopDoWorkLoop() {
+  platform_->keepLooping = false;
+}
+
+bool CBaseThread::KeepLooping() const {
+  return platform_->keepLooping;
+}
+
+void CBaseThread::SetLoopTimeout(int milliseconds) {
+  platform_->loopTimeout = milliseconds;
+}
+
+int CBaseThread::GetLoopTimeout() const {
+  return platform_->loopTimeout;
+}
+
+bool CBaseThread::IsActive() const {
+  return platform_->active;
 }
 
 bool CBaseThread::WaitForEnd(int milliseconds) {
@@ -104,10 +129,6 @@ void CBaseThread::CloseStartGate() {
 
 void CBaseThread::OpenStartGate() {
   platform_->startGate.Set(0);
-}
-
-std::stop_token CBaseThread::GetStopToken() const {
-  return platform_->stop.get_token();
 }
 
 void CBaseThread::StopAndWait() {
@@ -130,7 +151,7 @@ bool CBaseThread::RunsHere() const {
 
 void CBaseThread::RequestStop() {
   StopDoWorkLoop();
-  platform_->stop.request_stop();
+  if (wake_) wake_(this);
   OpenStartGate();
 }
 

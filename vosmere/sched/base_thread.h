@@ -1,11 +1,8 @@
 // CBaseThread, the base class of the library's worker threads.
 #pragma once
 
-#include <atomic>
-#include <memory>
-#include <stop_token>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 struct _SECURITY_ATTRIBUTES;
@@ -70,15 +67,15 @@ class VOSMERE_API CBaseThread {
 
   /// Makes KeepLooping return false, which ends the loop of a subclass at its next check. It cannot
   /// be undone.
-  void StopDoWorkLoop() { keepLooping_ = false; }
+  void StopDoWorkLoop();
 
   /// How long the loop of a subclass may wait at a time, in milliseconds; -1, the default, means
   /// without limit. This class only stores the value.
-  void SetLoopTimeout(int milliseconds) { loopTimeout_ = milliseconds; }
+  void SetLoopTimeout(int milliseconds);
 
   /// True from CreateThread until the thread has run its hooks or is killed. Once it has become
   /// false without KillThread, the thread does not touch the object any more.
-  bool IsActive() const { return active_; }
+  bool IsActive() const;
 
   /// On Windows the thread's handle. Only KillThread closes it; the caller closes the handle of a
   /// thread that has ended by itself. Elsewhere the system's thread number. Null before
@@ -104,17 +101,18 @@ class VOSMERE_API CBaseThread {
   /// 0.
   int Run();
 
-  bool KeepLooping() const { return keepLooping_; }
-  int GetLoopTimeout() const { return loopTimeout_; }
+  bool KeepLooping() const;
+  int GetLoopTimeout() const;
 
   /// The start gate is open by default. While it is closed, the thread waits between PrevWork and
   /// DoWork.
   void CloseStartGate();
   void OpenStartGate();
 
-  /// A DoWork that sleeps registers a std::stop_callback with this token, which wakes it up when it
-  /// should end: in StopAndWait, and in KillThread where that is a request.
-  std::stop_token GetStopToken() const;
+  /// How a DoWork that sleeps is woken when it should end. StopAndWait calls `wake`, and so does
+  /// KillThread where killing is a request, whether the thread sleeps or not. Null, as at first, is
+  /// nothing. Set before the thread starts.
+  void SetWaker(void (*wake)(CBaseThread* self)) { wake_ = wake; }
 
   /// Ends the loop and waits for the thread, even if it is suspended or waits at the start gate. No
   /// hook is interrupted. Does nothing on the thread itself.
@@ -136,13 +134,10 @@ class VOSMERE_API CBaseThread {
   /// Asks the loop to end, and wakes the thread up where it sleeps or waits at the start gate.
   void RequestStop();
 
-  std::unique_ptr<Platform> platform_;
-  std::atomic<int> loopTimeout_ = -1;
+  OwnedPointer<Platform> platform_;
+  void (*wake_)(CBaseThread* self) = nullptr;
   void* handle_ = nullptr;
   unsigned int threadId_ = 0;
-  std::atomic<bool> active_ = false;
-  std::atomic<bool> killed_ = false;
-  std::atomic<bool> keepLooping_ = true;
 };
 
 }  // namespace vosmere

@@ -1,7 +1,6 @@
 // CEventItem, a cell in the chain of a queue of events.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 
 #include "vosmere/base/export.h"
@@ -30,7 +29,7 @@ class VOSMERE_API CEventItem {
 
   std::int64_t due_ = 0;     // the event's time at the last insertion, as one number
   std::uint64_t order_ = 0;  // order of insertion among pending items with equal times
-  std::atomic<bool> queued_ = false;
+  bool queued_ = false;      // read and written as an atomic
 };
 
 }  // namespace vosmere

@@ -3,6 +3,7 @@
 #include "vosmere/sched/event_queue.h"
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <utility>
 
@@ -65,9 +66,11 @@ bool CTimeEventQueue::Later(const Pending& a, const Pending& b) {
 /// The event's own item or, when that is in a queue, another one; null when memory runs out. The
 /// flag is exchanged atomically, because another queue is guarded by another lock.
 CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
-  if (!event->item_.queued_.exchange(true, std::memory_order_relaxed)) return &event->item_;
-  return UnlessLost(static_cast<CEventItem*>(nullptr),
-                    [&] { return &further_.emplace_back(event); });
+  if (!std::atomic_ref(event->item_.queued_).exchange(true, std::memory_order_relaxed))
+    return &event->item_;
+  return UnlessLost(static_cast<CEventItem*>(nullptr), [&] {
+    return further_.emplace_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
+  });
 }
 
 // Returns whether the item became the head. The common cases need no walk: a new head, an append,
@@ -131,9 +134,9 @@ void CTimeEventQueue::Unlink(CEventItem* item) {
 void CTimeEventQueue::Remove(CEventItem* item) {
   Unlink(item);
   if (item == &item->event->item_)
-    item->queued_.store(false, std::memory_order_relaxed);
+    std::atomic_ref(item->queued_).store(false, std::memory_order_relaxed);
   else
-    further_.remove_if([item](const CEventItem& other) { return &other == item; });
+    std::erase_if(further_, [item](const auto& other) { return other.get() == item; });
 }
 
 bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
@@ -144,7 +147,7 @@ bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
 /// place that their old times give them, so they are moved into the list first. The change counter
 /// does not see events with a further item, so those force a walk as well.
 void CTimeEventQueue::FollowChanges() {
-  const std::uint64_t changes = CTimeEvent::s_changes.load(std::memory_order_relaxed);
+  const std::uint64_t changes = CTimeEvent::Changes();
   if (std::exchange(changes_, changes) == changes && further_.empty()) return;
   Settle();
   disorders_ = 0;

@@ -3,11 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <vector>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/lock.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/sched/event_item.h"
 
 namespace vosmere {
@@ -93,7 +93,8 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   std::uint64_t ordered_ = 0;     // the order_ of the next pending item
   std::uint64_t changes_ = 0;     // CTimeEvent::s_changes at the last insertion
   std::size_t disorders_ = 0;     // items earlier than their predecessor; if any, pending_ is empty
-  std::list<CEventItem> further_;  // items for events whose own item is in a queue already
+  std::vector<OwnedPointer<CEventItem>>
+      further_;  // items for events whose own item is in a queue already
 };
 
 }  // namespace vosmere

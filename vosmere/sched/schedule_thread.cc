@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <stop_token>
+#include <memory>
 
 #include "vosmere/platform/internal/clock.h"
 #include "vosmere/platform/internal/signals.h"
@@ -46,10 +46,16 @@ void DoJob(CTimeEvent* event) {
 
 }  // namespace
 
-CScheduleThread::CScheduleThread()
-    : deadline_(Clock::time_point::max()),
-      signals_(std::make_shared<Signals>(2)),
-      queue_(std::make_shared<CTimeEventQueue>()) {}
+/// Signals and queue outlive the scheduler where a job destroys it.
+struct CScheduleThread::State {
+  Clock::time_point deadline = Clock::time_point::max();
+  std::shared_ptr<Signals> signals = std::make_shared<Signals>(2);
+  std::shared_ptr<CTimeEventQueue> queue = std::make_shared<CTimeEventQueue>();
+};
+
+CScheduleThread::CScheduleThread() : state_(new State) {
+  SetWaker([](CBaseThread* self) { static_cast<CScheduleThread*>(self)->StopThread(); });
+}
 
 CScheduleThread::~CScheduleThread() {
   StopAndWait();
@@ -75,20 +81,24 @@ bool CScheduleThread::InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** repl
   });
 }
 
+CTimeEventQueue* CScheduleThread::GetQueue() const {
+  return state_->queue.get();
+}
+
 CTimeEvent* CScheduleThread::GetHeadEvent() {
-  const SynchGuard guard(*queue_);
-  CTimeEvent* const event = queue_->GetPeepHeadEvent();
-  queue_->RemoveHead();
+  const SynchGuard guard(*state_->queue);
+  CTimeEvent* const event = state_->queue->GetPeepHeadEvent();
+  state_->queue->RemoveHead();
   return event;
 }
 
 void CScheduleThread::StopThread() {
   StopDoWorkLoop();
-  signals_->Set(kStop);
+  state_->signals->Set(kStop);
 }
 
 void CScheduleThread::CheckEvent() {
-  const std::shared_ptr<CTimeEventQueue> queue = queue_;  // a job may destroy this object
+  const std::shared_ptr<CTimeEventQueue> queue = state_->queue;  // a job may destroy this object
   {
     const SynchGuard guard(*queue);
     if (CTimeEvent* const event = queue->GetPeepHeadEvent()) {
@@ -111,10 +121,9 @@ void CScheduleThread::CheckEvent() {
 
 void CScheduleThread::DoWork() {
   const CBaseThread* const current = Current();
-  const std::stop_callback wakeUp(GetStopToken(), [this] { StopThread(); });
   SharpenWaits();
   while (KeepLooping()) {
-    switch (signals_->Wait(deadline_)) {
+    switch (state_->signals->Wait(state_->deadline)) {
       case kQueueChanged:
         SetWaitTimeout(waitTimeout_);
         CheckEvent();
@@ -127,17 +136,17 @@ void CScheduleThread::DoWork() {
 }
 
 void CScheduleThread::SetQueueChanged() {
-  signals_->Set(kQueueChanged);
+  state_->signals->Set(kQueueChanged);
 }
 
 void CScheduleThread::ResetQueueChanged() {
-  signals_->Reset(kQueueChanged);
+  state_->signals->Reset(kQueueChanged);
 }
 
 void CScheduleThread::SetWaitTimeout(int milliseconds) {
   waitTimeout_ = milliseconds;
-  deadline_ = milliseconds < 0 ? Clock::time_point::max()
-                               : Clock::now() + std::chrono::milliseconds(milliseconds);
+  state_->deadline = milliseconds < 0 ? Clock::time_point::max()
+                                      : Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
 /// Runs `change(queue, &headChanged)` under the lock, and signals a new head. The scheduler is
@@ -148,11 +157,11 @@ bool CScheduleThread::ChangeQueue(Change change) {
   std::shared_ptr<Signals> signals;
   bool done;
   {
-    const SynchGuard guard(*queue_);
+    const SynchGuard guard(*state_->queue);
     bool headChanged;
-    done = change(*queue_, &headChanged);
+    done = change(*state_->queue, &headChanged);
     if (done && headChanged) {
-      signals = signals_;
+      signals = state_->signals;
       signals->Mark(kQueueChanged);
     }
   }
@@ -170,9 +179,9 @@ bool CScheduleThread::SleepUntilDue(const CTimeEvent& event) {
   const std::int64_t left = MillisecondsLeft(event, now);
   constexpr std::int64_t kLongest = std::numeric_limits<int>::max();
   waitTimeout_ = static_cast<int>(std::min(left, kLongest));
-  deadline_ = asleep +
-              std::min<Clock::duration>(std::chrono::milliseconds(waitTimeout_), kLongestNap) -
-              std::chrono::microseconds(now.microseconds);
+  state_->deadline =
+      asleep + std::min<Clock::duration>(std::chrono::milliseconds(waitTimeout_), kLongestNap) -
+      std::chrono::microseconds(now.microseconds);
   return true;
 }
 

@@ -1,17 +1,14 @@
 // CScheduleThread, a thread that runs jobs at given times.
 #pragma once
 
-#include <chrono>
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/sched/base_thread.h"
 
 namespace vosmere {
 
 class CTimeEvent;
 class CTimeEventQueue;
-class Signals;
 
 /// A timer service: one thread that sleeps until the earliest of its events is due, then runs the
 /// event's job. Start it with CreateThread, end it with StopThread.
@@ -59,7 +56,7 @@ class VOSMERE_API CScheduleThread : public CBaseThread {
   void DoWork() override;
 
   /// The scheduler's queue. Hold its lock while using it.
-  CTimeEventQueue* GetQueue() const { return queue_.get(); }
+  CTimeEventQueue* GetQueue() const;
 
   /// The queue-changed flag, for a CheckEvent of a subclass: while it is set, one step follows
   /// another without sleep. It is set under the queue's lock by an insertion that makes a new head,
@@ -75,14 +72,14 @@ class VOSMERE_API CScheduleThread : public CBaseThread {
   int GetWaitTimeout() const { return waitTimeout_; }
 
  private:
+  struct State;
+
   template <class Change>
   bool ChangeQueue(Change change);
   bool SleepUntilDue(const CTimeEvent& event);
 
   int waitTimeout_ = -1;
-  std::chrono::steady_clock::time_point deadline_;
-  std::shared_ptr<Signals> signals_;
-  std::shared_ptr<CTimeEventQueue> queue_;
+  OwnedPointer<State> state_;
 };
 
 }  // namespace vosmere

@@ -2,6 +2,7 @@
 #include "vosmere/sched/time_event.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 
 #include "vosmere/platform/internal/clock.h"
@@ -25,6 +26,8 @@ void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, i
   *millitm = Saturated(milliseconds);
 }
 
+std::atomic<std::uint64_t> changes = 0;
+
 int Compare(LONG a, LONG b) {
   return (a > b) - (a < b);
 }
@@ -33,7 +36,6 @@ int Compare(LONG a, LONG b) {
 
 LONG CTimeEvent::s_lRefTime = 0;
 int CTimeEvent::s_iRefMillitm = 0;
-std::atomic<std::uint64_t> CTimeEvent::s_changes = 0;
 
 CTimeEvent::CTimeEvent() {
   const ClockMoment now = ClockNow();
@@ -110,8 +112,12 @@ void CTimeEvent::Store(std::int64_t seconds, std::int64_t milliseconds) {
 }
 
 void CTimeEvent::NoteChange() {
-  if (item_.queued_.load(std::memory_order_relaxed))
-    s_changes.fetch_add(1, std::memory_order_relaxed);
+  if (std::atomic_ref(item_.queued_).load(std::memory_order_relaxed))
+    changes.fetch_add(1, std::memory_order_relaxed);
+}
+
+std::uint64_t CTimeEvent::Changes() {
+  return changes.load(std::memory_order_relaxed);
 }
 
 }  // namespace vosmere

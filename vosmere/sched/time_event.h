@@ -1,7 +1,6 @@
 // CTimeEvent, a job and the time at which it is due.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 
 #include "vosmere/base/export.h"
@@ -98,7 +97,7 @@ class VOSMERE_API CTimeEvent {
 
   /// How often the times of queued events were changed, counted over all queues. A queue compares
   /// it to find out whether its recorded times are still valid.
-  static std::atomic<std::uint64_t> s_changes;
+  static std::uint64_t Changes();
 
   LONG time_;
   int milliseconds_;

@@ -1,12 +1,14 @@
 // A hash table from texts to texts.
 #pragma once
 
-#include <vector>
-
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/base/system_string.h"
+#include "vosmere/base/wide_view.h"
 
 namespace vosmere {
+
+class HashIndex;
 
 /// One entry of a CHashtable: copies of key and value, and the next entry of the same bucket.
 struct VOSMERE_API CHashData {
@@ -16,6 +18,12 @@ struct VOSMERE_API CHashData {
 
   /// Throws std::bad_alloc when memory runs out.
   CHashData(const WChar* entryKey, const WChar* entryValue) : key(entryKey), value(entryValue) {}
+
+  WideView Key() const { return {key.get(), SysStringLen(key.get())}; }
+
+ private:
+  friend class CHashtable;
+  CHashData* previous_ = nullptr;  // of the same bucket
 };
 
 /// A hash table from texts to texts. Keys are case-sensitive. Keys and values are copied when they
@@ -24,10 +32,9 @@ struct VOSMERE_API CHashData {
 ///
 /// Callers may rely on this: HashString gives the bucket of a key, and an iteration visits the
 /// buckets in order and the entries of a bucket from the newest to the oldest. Neither the hash
-/// function nor the number of buckets ever changes. So the time to find a key is proportional to
-/// the number of entries in its bucket. The hash depends on little more than the last eight code
-/// units of a key, so it is easy to choose keys that all have the same bucket: limit their number
-/// if they come from an untrusted source.
+/// function nor the number of buckets ever changes. Finding, adding and removing an entry takes
+/// constant time however many entries its bucket has, also when somebody has chosen the keys for
+/// that: an index with a hash of its own finds the entry.
 class VOSMERE_API CHashtable {
  public:
   /// `bucketCount` below 1 is treated as 1. Throws std::bad_alloc when memory runs out.
@@ -69,11 +76,12 @@ class VOSMERE_API CHashtable {
   CHashData* Find(const WChar* key) const;
 
  private:
-  int BucketCount() const { return static_cast<int>(buckets_.size()); }
   void Seek(int bucket);
   void Step();
 
-  std::vector<CHashData*> buckets_;
+  CHashData** buckets_;
+  LONG bucketCount_;
+  HashIndex* index_;  // finds the entries; the buckets make their order
   LONG totalItems_ = 0;
   LONG cursorBucket_;
   CHashData* cursorEntry_ = nullptr;

@@ -33,12 +33,13 @@ class VOSMERE_API CUrlMapItem {
   PageList* GetUrlListHead() const { return pages_; }
   /// Takes ownership of the cells of another list. The old cells are not freed: this serves to put
   /// a list back after sorting it.
-  void ResetHead(PageList* pages) { pages_ = pages; }
+  void ResetHead(PageList* pages);
 
   /// Appends a page, which is not owned. Returns false when memory runs out.
   bool AddUrlNode(CUrlNode* page);
   /// Removes a page from the list, without changing or freeing it, and returns the number of pages
-  /// left. A page that is not in the list is ignored.
+  /// left. A page that is not in the list is ignored. Removing many pages one by one takes linear
+  /// time in all.
   int DeleteUrlNode(CUrlNode* page);
 
   /// Whether at least two pages have the address.
@@ -55,8 +56,12 @@ class VOSMERE_API CUrlMapItem {
   CUrlMapItem() = default;
 
  private:
+  class PageIndex;
+  PageIndex* FreshIndex();
+
   HeapText url_;
   PageList* pages_ = nullptr;
+  PageIndex* index_ = nullptr;  // made by the first removal from a long list; may be null
 };
 
 }  // namespace vosmere

@@ -1,9 +1,10 @@
 // Writes and reads the document that stores the user's tags.
 #pragma once
 
-#include <string>
+#include <iosfwd>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/tags/tag_store.h"
 #include "vosmere/xml/read_xml.h"
 #include "vosmere/xml/write_xml.h"
@@ -16,7 +17,8 @@ namespace vosmere {
 /// documents with many tags short. Counts are limited to 0 to 10,000,000.
 class VOSMERE_API CWriteTagsXML : public CWriteXML {
  public:
-  CWriteTagsXML() = default;
+  /// Throws std::bad_alloc.
+  CWriteTagsXML();
   ~CWriteTagsXML() override;
 
   /// The groups to write, not owned; they must outlive the writing. Null is the empty list.
@@ -37,7 +39,7 @@ class VOSMERE_API CWriteTagsXML : public CWriteXML {
   bool ConvertName(const WChar* name);
 
   CTagStore::TagGroupList* head_ = nullptr;
-  std::string name_;  // the name that ConvertName has converted
+  OwnedPointer<std::string> name_;  // the name that ConvertName has converted
 };
 
 /// Reads groups of tags. If the root element is not "vsmtags", the load succeeds without any

@@ -43,12 +43,12 @@ LONG CChunkBuffer::Get(Chunk** head) const {
   return static_cast<LONG>(Total());
 }
 
-std::unique_ptr<char[]> CChunkBuffer::Joined() const {
+OwnedPointer<char, WithArrayDelete> CChunkBuffer::Joined() const {
   Chunk* chunk = nullptr;
   Get(&chunk);
   std::size_t total = 0;
   for (const Chunk* c = chunk; c; c = c->next) total += static_cast<std::size_t>(c->used);
-  std::unique_ptr<char[]> bytes(new (std::nothrow) char[total + 1]);
+  OwnedPointer<char, WithArrayDelete> bytes(new (std::nothrow) char[total + 1]);
   if (!bytes) return bytes;
   char* end = bytes.get();
   for (; chunk; chunk = chunk->next) end = std::copy_n(chunk->data, chunk->used, end);

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <cstring>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -58,7 +58,7 @@ class VOSMERE_API CChunkBuffer {
   LONG Get(Chunk** head) const;
 
   /// All bytes in one new block with a null byte after them; null when memory runs out.
-  std::unique_ptr<char[]> Joined() const;
+  OwnedPointer<char, WithArrayDelete> Joined() const;
 
   /// Frees all chunks. The buffer is empty then and can be used again.
   void Clear();

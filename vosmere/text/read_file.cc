@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <new>
 
 #include "vosmere/platform/internal/file.h"
@@ -19,14 +20,14 @@ CReadFile::CReadFile() = default;
 CReadFile::~CReadFile() = default;
 
 bool CReadFile::OpenFile(const WChar* path) {
-  file_.reset(path ? new (std::nothrow) File : nullptr);
-  if (file_ && !file_->Open(path)) file_.reset();
+  file_.Assign(path ? new (std::nothrow) File : nullptr);
+  if (file_ && !file_->Open(path)) file_.Assign(nullptr);
   fileName_.AssignOrNull(path);
-  return file_ != nullptr;
+  return file_.get() != nullptr;
 }
 
 void CReadFile::CloseFile() {
-  file_.reset();
+  file_.Assign(nullptr);
 }
 
 ULONG CReadFile::GetFileSize() const {
@@ -77,7 +78,7 @@ int CReadFile::ReadAllToBuffer(BSTR* text) try {
   Chunk* head = nullptr;
   const int total = buffer.Get(&head);
   if (total == 0) return 0;
-  const std::unique_ptr<char[]> bytes = buffer.Joined();
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer.Joined();
   // Freed now, because the conversion needs memory for the same text once more.
   buffer.Clear();
   // Converts the null after the last byte as well, so that the string's length counts it.

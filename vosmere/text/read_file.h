@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 
@@ -76,7 +76,7 @@ class VOSMERE_API CReadFile {
  private:
   std::size_t Read(void* bytes, std::size_t size);
 
-  std::unique_ptr<File> file_;  // null when no file is open
+  OwnedPointer<File> file_;  // null when no file is open
   bool readFailed_ = false;
   SystemText fileName_;
 };

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -60,7 +60,7 @@ class VOSMERE_API CWriteFile {
   bool OpenWith(Open open);
   bool Fail(const File& file);
 
-  std::unique_ptr<File> file_;  // null when no file is open
+  OwnedPointer<File> file_;  // null when no file is open
   ULONG systemError_ = 0;
 };
 

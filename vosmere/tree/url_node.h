@@ -1,9 +1,8 @@
 // Web pages.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/tree/base_node.h"
 #include "vosmere/tree/url_prop.h"
@@ -70,7 +69,7 @@ class VOSMERE_API CUrlNode : public CBaseNode {
  private:
   SystemText url_;
   HeapText author_;
-  std::unique_ptr<CUrlProp> urlProp_;
+  OwnedPointer<CUrlProp> urlProp_;
   tagVSMITEMTYPE itemType_ = IT_URL;
   HeapText relationUrl_;
 };

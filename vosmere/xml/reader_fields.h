@@ -146,30 +146,33 @@ struct WhenTrueRow {
 template <auto Setter>
 inline constexpr WhenTrueRow<Setter> WhenTrue;
 
-/// Nothing, for what is known and means nothing to the reader.
+/// Nothing, for what is known and not kept.
 template <class Target>
 void Ignored(Target&, const WChar*) {}
+/// Nothing, for what the item is known by already.
+template <class Target>
+void Implied(Target&, const WChar*) {}
 
 /// Applies `apply` to a value of an element, an attribute or its own text, and says how it went.
 template <class Apply>
-void ApplyReported(const Element& element, WideView attribute, const WChar* value, FitsTest fits,
+void ApplyReported(Report& report, WideView attribute, const WChar* value, FitsTest fits,
                    Apply apply) {
   const unsigned long before = CutTexts();
   apply();
-  element.report()->Takes(attribute, value, fits, CutTexts() != before);
+  report.Takes(attribute, value, fits, CutTexts() != before);
 }
 
-/// The same as above for an attribute of `element`, which says what it leaves out.
+/// The same as above for an attribute of the element that is being read.
 template <class Target, std::size_t N>
 void ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
-                const Element& element, WideView name, const WChar* value) {
+                Report* report, WideView name, const WChar* value) {
   const Field<Target>* const field = FindRow(fields, name);
-  if (!element.report()) {
+  if (!report) {
     if (field) field->apply(target, value);
   } else if (field && field->apply != Apply<Target>(Ignored<Target>)) {
-    ApplyReported(element, name, value, field->fits, [&] { field->apply(target, value); });
+    ApplyReported(*report, name, value, field->fits, [&] { field->apply(target, value); });
   } else {
-    element.report()->Unknown(name, value);
+    report->Unknown(name, value);
   }
 }
 
@@ -206,7 +209,7 @@ template <class Target, std::size_t N>
 void ApplyFields(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
                  const Element& element) {
   ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    ApplyField(fields, target, element, name, value);
+    ApplyField(fields, target, element.report(), name, value);
   });
 }
 

@@ -43,7 +43,7 @@ struct Open {
   bool takesAttributes = false;
   bool makesItem = false;
   std::unordered_map<std::string, std::size_t> children = {};  // how many of each name
-  std::unordered_set<std::string> said = {};   // attributes, children, and "child attribute"
+  std::unordered_set<std::string> said = {};                   // "child", and "child attribute"
   std::unordered_set<std::string> texts = {};  // children that were read for their text
 };
 
@@ -169,11 +169,10 @@ void Report::Takes(WideView attribute, const WChar* value, FitsTest fits, bool i
   std::vector<Open>& open = state_->open;
   const std::string name = Utf8(attribute);
   const std::string& element = open.back().name;
-  open.back().said.insert(name);
-  if (open.size() > 1) open[open.size() - 2].said.insert(element + ' ' + name);
+  if (*value && open.size() > 1) open[open.size() - 2].said.insert(element + ' ' + name);
   if (isCut)
     state_->Lose(LossKind::kCut, (name.empty() ? element : name) + " is too long to be read whole");
-  if (!fits || !*value || fits(value)) return;
+  if (!fits || fits(value) || (!*value && !name.empty())) return;
   state_->Lose(LossKind::kChanged, "a value that is not understood, or written otherwise (" +
                                        element + (name.empty() ? "" : " " + name) + ")");
 }

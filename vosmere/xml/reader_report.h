@@ -62,10 +62,9 @@ class VOSMERE_API Report {
 
   // Anything else.
 
-  /// Whether the innermost element, or `element` inside it, says this: an attribute or a child
-  /// that is read.
-  bool Says(const char* name) const;
-  bool Says(const char* element, const char* attribute) const;
+  /// Whether the innermost element has a child that is read, and that one a value.
+  bool Says(const char* child) const;
+  bool Says(const char* child, const char* attribute) const;
   /// About the innermost element.
   void Lose(LossKind kind, const char* what);
   /// The innermost element by a number, for what turns out later.

@@ -1,7 +1,6 @@
 // The attributes that describe an item in every document that has them.
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "vosmere/tree/base_node.h"
@@ -55,21 +54,16 @@ inline constexpr Field<CBaseNode> kBuildFields[] = {
     {"checkedin", CheckedInUnlessFalse, FitsTruth},
 };
 
-/// Says which of its times an item has from the clock: `element` has three attributes for them.
-inline void SayTimes(Report& report, const char* element, const char* const (&attributes)[3]) {
-  constexpr const char* kTimes[] = {"added", "modified", "lastVisited"};
+/// Says which of its times an item has from the clock.
+inline void SayTimes(Report& report, const CNodeStat& stat) {
+  constexpr const char* kTimes[] = {"added", "modified", "lastVisited"};  // by their bits
   std::string unsaid;
-  for (std::size_t i = 0; i < 3; ++i)
-    if (!report.Says(element, attributes[i]))
+  for (int i = 0; i < 3; ++i)
+    if (!(stat.GetSetTimes() >> i & 1))
       unsaid += (unsaid.empty() ? "" : ", ") + std::string(kTimes[i]);
   if (unsaid.empty()) return;
   const std::string what = "no time in the document (" + unsaid + "): a copy says now";
   report.Lose(LossKind::kUnsaid, what.c_str());
-}
-
-/// The same of "vsm:stat".
-inline void SayStatTimes(Report& report) {
-  SayTimes(report, "vsm:stat", {"added", "modified", "lastVisited"});
 }
 
 }  // namespace vosmere::xml

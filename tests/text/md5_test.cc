@@ -3,8 +3,9 @@
 #include <cstdio>
 
 #include "tests/support/test.h"
+#include "vosmere/text/md5_text.h"
 
-namespace vosmere::test::md5_digest {
+namespace vosmere::test::md5 {
 
 std::string Hex(const std::string& digest) {
   char hex[33];
@@ -67,4 +68,25 @@ TEST(Md5Digest, CountsPastFourBillionBits) {
   EXPECT_EQ(Hex(md5.Finish()), "ac557a687892b2d75af9753fcf1e4406");
 }
 
-}  // namespace vosmere::test::md5_digest
+using TextDigest = bool(const WChar*, WChar*);
+
+std::string Digested(TextDigest* digest, const Wide& text) {
+  WChar hex[33];
+  EXPECT_TRUE(digest(text, hex));
+  return Utf8(hex);
+}
+
+TEST(EncodingTool, DigestsUtf8InEitherCaseAndPairsWholeWhereverTheyLie) {
+  TextDigest* const upper = CEncodingTool::GetWideCharMD5;
+  TextDigest* const lower = CEncodingTool::GetWideCharLowerMD5;
+  EXPECT_EQ(Digested(upper, nullptr), "D41D8CD98F00B204E9800998ECF8427E");
+  EXPECT_EQ(Digested(lower, W("é")), "66ddcd97cfdeabb2f6fb8a999b4bc76f");
+  EXPECT_EQ(Digested(lower, W(u"abc\0def")), "900150983cd24fb0d6963f7d28e17f72");
+  for (const int before : {0, 511, 1022}) {
+    std::string text(before, 'x');
+    for (int i = 0; i < 1000; ++i) text += "😀";
+    EXPECT_EQ(Digested(lower, W(text)), Hex(Md5(text, -1))) << before;
+  }
+}
+
+}  // namespace vosmere::test::md5
