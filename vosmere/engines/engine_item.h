@@ -1,10 +1,9 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CEngineNode;
 
 /// One cell of a chain of search engines (base/chain.h). Destroying it frees nothing else.
 struct VOSMERE_API REngineItem {

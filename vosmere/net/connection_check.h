@@ -2,10 +2,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// A test of the connection to a server.
 class VOSMERE_API CInetSynch {

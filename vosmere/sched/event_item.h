@@ -3,10 +3,9 @@
 #include <cstdint>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CTimeEvent;
 
 /// A place in a queue of events: a cell of its chain (base/chain.h). Does not own the event. Every
 /// event brings one along.

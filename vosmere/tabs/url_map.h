@@ -3,11 +3,9 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/list.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CUrlNode;
 
 /// One address and the web pages that carry it, for finding duplicates and for changing the address
 /// of all of them at once. The entry owns its address and its list's cells, never the pages.

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
-
-class CTagItem;
 
 /// Sorts a list of tags by name in place, by relinking its cells. Holds no data.
 class VOSMERE_API CSortRTagItem : protected ListSorter<CTagItem*> {

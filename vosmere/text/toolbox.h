@@ -2,10 +2,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// Small services that every module needs. Stateless; any thread.
 class VOSMERE_API CBaseTool {

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
-
-struct RNode;
 
 /// Sorts a sibling chain of links in place, by relinking. Holds no data.
 ///

@@ -2,10 +2,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// What kind of item a link holds.
 enum tagNODETYPE : LONG {
