@@ -33,6 +33,8 @@ class VOSMERE_API CWriteColctListXML : public CWriteItems {
   void FileNetData(CColctNetData* data);
 
  private:
+  void LoseOf(const CColctNode& colct);
+
   RColctItem* head_ = nullptr;
 };
 

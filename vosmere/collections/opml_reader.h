@@ -25,9 +25,12 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
   /// The version of the document's own extensions; 0 when it names none.
   LONG GetOpmlVersion() const { return opmlVersion_; }
+  /// Who is told of what is left out; null for nobody. To be called before the walk.
+  void SetReport(xml::Report* report) { report_ = report; }
 
  protected:
   void ProcessElementNode(XmlNode node) override;
+  void OnEnterNode(XmlNode node) override;
   void OnLeaveNode(XmlNode node) override;
 
   void ProcessOutline(XmlNode node);
@@ -46,6 +49,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
   void ProcessOpml();
   void ProcessTitle(const XmlNode& node);
 
+  void LeaveElement(const XmlText& name);
   bool AtRoot() const;
   // What extension elements describe; null where they say nothing.
   CBaseNode* Described() const;
@@ -57,6 +61,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
   std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
   XmlNode title_;                 // the last one that names the tree
   LONG opmlVersion_ = 0;
+  xml::Report* report_ = nullptr;
 };
 
 /// Reads a tree of folders and collections from an OPML document.

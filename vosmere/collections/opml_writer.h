@@ -51,6 +51,8 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   void FillSync(WideView uuid, int version);
 
  private:
+  void LoseOf(const RNode* link);
+  void LoseOfColct(unsigned held, const CColctNode& colct);
   void BeginFolder(CFolderNode* folder);
   void EndOutline();
   void PutNameAndDescription(CBaseNode* node);

@@ -49,6 +49,10 @@ class VOSMERE_API CWriteColctRSS : public CWriteItems {
 
  private:
   void Prepare();
+  void LoseOfTree();
+  void LoseOfColct(const CColctNode& colct);
+  void LoseOfFolder(const RNode& link);
+  void LoseOfItem(const CUrlNode& item);
   void PutChannel();
   void PutGenerator();
   void PutFolders();

@@ -23,6 +23,7 @@
 #include "vosmere/favorites/favorite.h"
 #include "vosmere/ftp/ftp_site.h"
 #include "vosmere/notify/notify_msg.h"
+#include "vosmere/pages/page_data.h"
 #include "vosmere/platform/registry.h"
 #include "vosmere/tabs/tab_url.h"
 #include "vosmere/tabs/url_map.h"
@@ -69,6 +70,7 @@ using Notification = Owned<CVSMNotifyMsg, CVSMNotifyMsg::Delete>;
 using Tag = Owned<CTagItem, CTagStore::DeleteTagItem>;
 /// With its tags.
 using TagGroup = Owned<CTagGroup, CTagStore::DeleteTagGroup>;
+using PageData = std::unique_ptr<CPageData>;
 /// What CReadVosmereXML hands over.
 using ToolbarBands = std::unique_ptr<CTBarBandInfo>;
 /// One address of the URL map, without the pages that carry it.

@@ -1,3 +1,4 @@
+// CFavorite: its list, and its order record.
 #include "vosmere/favorites/favorite.h"
 
 #include <new>

@@ -1,3 +1,4 @@
+// The notification document: its writer, then its reader.
 #include "vosmere/notify/notification_document.h"
 
 #include <new>
@@ -39,6 +40,7 @@ bool CWriteVSMNotifyMsg::FillData() {
   if (!message_) return false;
   BeginDocument();
   AddHead();
+  LoseUnread();
   FillNotifyItem();
   FillNotifyItemWithID();
   AddTail();
@@ -61,6 +63,16 @@ void CWriteVSMNotifyMsg::FillNotifyType(LONG type) {
   Put("<type>");
   PutBytes(TypeName(type));
   Put("</type>\r\n");
+}
+
+void CWriteVSMNotifyMsg::LoseUnread() {
+  const CVSMNotifyMsg& message = *message_;
+  LosesOf(nullptr, message.GetName());
+  LoseIf(message.GetNotifyType() != 0, "type does not come back");
+  LoseIf(!message.GetParent() && message.GetParentID(), "parentId does not come back");
+  LoseIf(!message.GetOldParent() && message.GetOldParentID(), "oldParentId does not come back");
+  LoseIf(!message.GetRefItem() && (message.GetRefItemID() || message.GetRefItemType()),
+         "refItemId, refItemType do not come back");
 }
 
 void CWriteVSMNotifyMsg::FillNotifyItemWithID() {
@@ -100,7 +112,7 @@ using namespace xml;
 
 struct Notification {
   OwnedPointer<CVSMNotifyMsg, FreeWith<CVSMNotifyMsg::Delete>> message;
-  CVSMNotifyMsg* item = nullptr;  // the message while its element is being read
+  CVSMNotifyMsg* item = nullptr;  // the message whose element is being read, or null
 
   void Begin() {
     message.Assign(CVSMNotifyMsg::New());
@@ -117,9 +129,15 @@ constexpr Field<CVSMNotifyMsg> kRefItemFields[] = {{"id", Text<&CVSMNotifyMsg::S
                                                    {"type", Text<&CVSMNotifyMsg::SetRefItemType>}};
 
 template <auto Apply>
-constexpr auto TextToItem = TextTo<&Notification::item, Apply, Notification>;
+constexpr auto TextToItem = TextTo<&Notification::item, Apply, nullptr, Notification>;
 template <auto Apply, auto& Fields>
 constexpr auto AllToItem = TextAndAttributesTo<&Notification::item, Apply, Fields, Notification>;
+
+void Type(Notification&, const Element& element) {
+  NoLoss(element);
+  if (element.report() && !IsNamed(element.Text().view(), "UNKNOWN"))
+    element.report()->Lose(LossKind::kNotKept, "the type is not read and comes back as UNKNOWN");
+}
 
 constexpr ScopedElement<Notification> kElements[] = {
     {kAnywhere, "vsmnotify", EndItem, kNotify},
@@ -130,6 +148,7 @@ constexpr ScopedElement<Notification> kElements[] = {
     {kItem, "title", TextToItem<&CVSMNotifyMsg::SetName>},
     {kItem, "description", TextToItem<&CVSMNotifyMsg::SetDesc>},
     {kItem, "guid", TextToItem<&CVSMNotifyMsg::SetUUID>},
+    {kItem, "type", Type},
     {kItem, "link", TextToItem<&CVSMNotifyMsg::SetLink>},
 };
 
@@ -139,7 +158,9 @@ CReadVSMNotify::~CReadVSMNotify() = default;
 
 void CReadVSMNotify::InvokeParser(XmlNode root) {
   Notification notification;
-  if (IsRootNamed(root, "vsmnotify")) ReadChildren(kElements, notification, root, kNotify);
+  if (IsRootNamed(root, "vsmnotify"))
+    ReadChildren(kElements, notification, Reported(root), kNotify);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   message_ = std::move(notification.message);
 }

@@ -1,3 +1,4 @@
+// CBaseThread on top of the platform's Thread and Signals.
 #include "vosmere/sched/base_thread.h"
 
 #include <atomic>
@@ -10,7 +11,9 @@
 namespace vosmere {
 namespace {
 
-/// A Run on the calling thread, which may be within a hook of another.
+/// One call of Run on the calling thread. Each thread keeps its calls in a list, because a hook may
+/// itself call Start with another object. The destructor of an object clears its entries here, so
+/// that Run can tell without touching the object whether a hook has destroyed it.
 struct Running {
   const CBaseThread* object;  // null when a hook has destroyed it
   Running* const outer = innermost;
@@ -47,7 +50,9 @@ CBaseThread::~CBaseThread() {
 
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
+  // Before the start gate opens, so that the thread skips the remaining hooks.
   platform_->killed = true;
+  // A thread cannot terminate itself here and return, and only Windows terminates a running thread.
   if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
   handle_ = nullptr;
   platform_->active = false;
@@ -56,12 +61,13 @@ void CBaseThread::KillThread() {
 int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security) {
   Thread& thread = platform_->thread;
   if (!WaitForEnd(0)) return 0;
+  // Created suspended in any case: the members below have to be set before the hooks run.
   thread.Create(Start, this, stackSize, security);
   handle_ = thread.handle();
   threadId_ = thread.id();
   platform_->killed = false;
   platform_->active = true;
-  // Not before: it may end, and its object with it, before this thread goes on.
+  // Resumed last: the thread may end, and destroy this object, before this call returns.
   const int result = static_cast<int>(reinterpret_cast<std::intptr_t>(handle_));
   if (!(flags & kCreateSuspended)) thread.Resume();
   return result;
@@ -77,8 +83,8 @@ int CBaseThread::Run() {
   if (run.object) platform_->startGate.Wait();
   if (run.object && !platform_->killed) DoWork();
   if (run.object && !platform_->killed) PostWork();
-  if (run.object)
-    platform_->active = false;  // the last touch: whoever sees it may destroy the object
+  // The last access: another thread may then destroy the object.
+  if (run.object) platform_->active = false;
   return 0;
 }
 
@@ -128,6 +134,7 @@ void CBaseThread::OpenStartGate() {
 void CBaseThread::StopAndWait() {
   if (RunsHere()) return;
   RequestStop();
+  // A thread that is still suspended would never end.
   ResumeThread();
   WaitForEnd(-1);
 }

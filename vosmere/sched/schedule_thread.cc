@@ -1,3 +1,4 @@
+// CScheduleThread: the loop that sleeps until the head of the queue is due.
 #include "vosmere/sched/schedule_thread.h"
 
 #include <algorithm>
@@ -14,16 +15,18 @@
 namespace vosmere {
 namespace {
 
-// The lower number is served first, but a stop never waits: it also clears the loop's own flag.
+// The numbers of the signals. Signals::Wait returns the lowest one that is set, so a busy queue
+// would delay kStop; StopThread therefore also makes KeepLooping false, which every pass checks.
 enum { kQueueChanged, kStop };
 
 using Clock = Signals::Clock;
 
-// So that a clock that was set forward is noticed.
+// The longest single wait. Deadlines are on the steady clock and events on the time of day, so only
+// waking up now and then shows that the time of day was set forward.
 constexpr std::chrono::minutes kLongestNap{1};
 
-/// Milliseconds until the event, which is later than now, can be due; at least 1. One with negative
-/// milliseconds is due when its second begins.
+/// Milliseconds until the event can be due, at least 1; the event is later than now. An event with
+/// negative milliseconds is due at the start of its second, because seconds are compared first.
 std::int64_t MillisecondsLeft(const CTimeEvent& event, const ClockMoment& now) {
   LONG seconds;
   int milliseconds;
@@ -32,6 +35,7 @@ std::int64_t MillisecondsLeft(const CTimeEvent& event, const ClockMoment& now) {
   return left + milliseconds > 0 ? left + milliseconds : left;
 }
 
+// An exception is stopped here: in a thread it would terminate the program.
 void DoJob(CTimeEvent* event) {
   try {
     event->DoEvent();
@@ -101,7 +105,7 @@ void CScheduleThread::CheckEvent() {
       if (SleepUntilDue(*event)) {
         ResetQueueChanged();
       } else {
-        // Queue-changed stays set, so the next pass looks at what is the head then.
+        // Queue-changed stays set, so the next pass checks the new head at once.
         queue->RemoveHead();
         DoJob(event);
       }
@@ -110,7 +114,7 @@ void CScheduleThread::CheckEvent() {
     SetWaitTimeout(-1);
   }
   ResetQueueChanged();
-  // What was inserted since the lock was released has lost its signal.
+  // An event inserted since the lock was released has lost its signal to the reset.
   const SynchGuard guard(*queue);
   if (queue->GetPeepHeadEvent()) SetQueueChanged();
 }
@@ -145,8 +149,9 @@ void CScheduleThread::SetWaitTimeout(int milliseconds) {
                                       : Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
-/// Does `change(queue, &headChanged)` under the lock, and signals a new head. The sleeper is woken
-/// without the lock, which it takes first; by then a job may have destroyed this object.
+/// Runs `change(queue, &headChanged)` under the lock, and signals a new head. The scheduler is
+/// woken up after the lock is released, because it takes that lock first. The signals are kept
+/// alive meanwhile: once the lock is free, a job may destroy this object.
 template <class Change>
 bool CScheduleThread::ChangeQueue(Change change) {
   std::shared_ptr<Signals> signals;
@@ -164,7 +169,9 @@ bool CScheduleThread::ChangeQueue(Change change) {
   return done;
 }
 
-/// False when the event is due. A long sleep is taken in parts; each ends with another step.
+/// Sets the end of the sleep; false when the event is due already. A long sleep is split into parts
+/// of kLongestNap, each followed by another step. The clock cuts the current time to milliseconds,
+/// so the microseconds are subtracted to wake up on time rather than up to a millisecond late.
 bool CScheduleThread::SleepUntilDue(const CTimeEvent& event) {
   const ClockMoment now = ClockNow();
   const Clock::time_point asleep = Clock::now();

@@ -1,3 +1,4 @@
+// CTimeEvent: its time, its comparison and its arithmetic.
 #include "vosmere/sched/time_event.h"
 
 #include <algorithm>
@@ -9,12 +10,13 @@
 namespace vosmere {
 namespace {
 
+/// Times are added in 64 bits, where they cannot overflow, and then limited.
 LONG Saturated(std::int64_t value) {
   using Limits = std::numeric_limits<LONG>;
   return static_cast<LONG>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
-/// Carries once; what is left over stays.
+/// Carries once, as the header promises: a sum of 2000 or more stays at 1000 or more.
 void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, int* millitm) {
   if (milliseconds >= 1000) {
     milliseconds -= 1000;
@@ -91,6 +93,7 @@ void CTimeEvent::SetTime(LONG time, int milliseconds) {
   Store(time, milliseconds);
 }
 
+// The use of the seconds for the milliseconds is intended, see the header.
 void CTimeEvent::SetTime(const CTimeEvent* reference, int seconds, int milliseconds) {
   Store(std::int64_t{reference->time_} + seconds, std::int64_t{reference->time_} + milliseconds);
 }

@@ -1,3 +1,4 @@
+// Reads files through the platform's File, and keeps whether a read was incomplete.
 #include "vosmere/text/read_file.h"
 
 #include <algorithm>
@@ -71,13 +72,16 @@ int CReadFile::ReadAllToBuffer(BSTR* text) try {
   do {
     const std::size_t got = Read(piece, sizeof piece);
     if (got == 0) break;
+    // Refused at 100 MiB; reported in the same way as exhausted memory.
     if (!buffer.Append(piece, static_cast<int>(got))) throw std::bad_alloc();
   } while (!readFailed_);
   Chunk* head = nullptr;
   const int total = buffer.Get(&head);
   if (total == 0) return 0;
   const OwnedPointer<char, WithArrayDelete> bytes = buffer.Joined();
+  // Freed now, because the conversion needs memory for the same text once more.
   buffer.Clear();
+  // Converts the null after the last byte as well, so that the string's length counts it.
   if (!bytes || !CUnicodeTool::UTF8GetBSTR(text, bytes.get(), total + 1)) throw std::bad_alloc();
   return total;
 } catch (const std::bad_alloc&) {

@@ -1,3 +1,4 @@
+// Writes files through the platform's File, and keeps its last error number.
 #include "vosmere/text/write_file.h"
 
 #include <cstddef>
@@ -28,7 +29,7 @@ bool CWriteFile::OpenFileAppend(const WChar* path) {
 
 template <class Open>
 bool CWriteFile::OpenWith(Open open) {
-  file_.Assign(new (std::nothrow) File);  // which closes the one before
+  file_.Assign(new (std::nothrow) File);  // this also closes the previous file
   const bool opened = file_ && open(*file_);
   systemError_ = file_ ? file_->error() : 0;
   if (!opened) file_.Assign(nullptr);

@@ -1,3 +1,4 @@
+// Web pages.
 #include "vosmere/tree/url_node.h"
 
 #include "vosmere/base/internal/no_memory.h"

@@ -8,6 +8,7 @@
 #include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
 namespace vosmere::xml {
 
@@ -60,7 +61,8 @@ class ItemChain {
 // The row of an item.
 
 template <class Chain>
-void BeginItem(Chain& chain, const XmlNode&) {
+void BeginItem(Chain& chain, const Element& element) {
+  if (element.report()) element.report()->MakesItem();
   chain.Begin();
 }
 
@@ -71,7 +73,7 @@ void EndItem(Chain& chain) {
 
 /// The row of another element named as the root: behind it no item is being read any more.
 template <class Chain>
-void EndItem(Chain& chain, const XmlNode&) {
+void EndItem(Chain& chain, const Element&) {
   chain.End();
 }
 
