@@ -19,6 +19,8 @@ enum class DocumentFault : LONG {
   kCannotWrite,        ///< writing stopped half-way
   kNothingToWrite,     ///< the document came out empty
   kTooLarge,           ///< a document of 100 MiB or more is not written
+  kChanged,            ///< the file is not what it was when it was loaded
+  kInUse,              ///< another program holds it
 };
 
 /// Levels of nested elements that load on a stack of 512 KiB, where the parser is ours to set; on

@@ -5,15 +5,10 @@
 #include <cstdint>
 #include <utility>
 
+#include "vosmere/base/file_piece.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
-
-/// A piece of memory to be written.
-struct FilePiece {
-  const void* data;
-  std::size_t size;
-};
 
 /// Whether a file may make its user wait: for the other end of a pipe, for the user of a terminal.
 /// Opening never waits, whatever the path names.
