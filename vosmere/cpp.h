@@ -10,6 +10,7 @@
 //   walk.h     items: their texts, loops over them, searches
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
+//   store.h    a tree that is kept for years, with undo
 //   dates.h    instants of feeds and items
 //   jobs.h     functions run at a time, or every so often
 //   upload.h   a file or a document to a web server
@@ -23,6 +24,7 @@
 #include "vosmere/cpp/lists.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/result.h"
+#include "vosmere/cpp/store.h"
 #include "vosmere/cpp/text.h"
 #include "vosmere/cpp/tree.h"
 #include "vosmere/cpp/upload.h"

@@ -27,6 +27,9 @@ class VOSMERE_API CNodeStat {
   /// The bits of the times that were ever set; the others are from the clock.
   ULONG GetSetTimes() const { return setTimes_; }
 
+  /// All three as they were, and which of them had been set.
+  void RestoreTimes(LONG added, LONG modified, LONG lastVisited, ULONG setTimes);
+
   void MarkAsUnread(bool unread) { unread_ = unread; }
   bool IsUnread() const { return unread_; }
 
