@@ -104,15 +104,14 @@ class RandomChanges {
   }
   /// With its local trees, which are whoever's removes it.
   static void Free(Tree tree) {
-    for (CColctNode& colct : Collections(tree)) FreeLocal(colct);
-    if (auto* const colct = As<CColctNode>(tree)) FreeLocal(*colct);
+    std::vector<RNode*> links, folders;
+    if (tree) Gather(tree.get(), links, folders);
+    std::vector<Tree> locals;
+    for (RNode* const link : links)
+      if (auto* const colct = As<CColctNode>(link)) locals.emplace_back(colct->GetLocRNodeRoot());
   }
 
  private:
-  static void FreeLocal(CColctNode& colct) {
-    const Tree local(colct.GetLocRNodeRoot());
-    colct.SetLocRNodeRoot(nullptr);
-  }
   unsigned Number(std::size_t limit) { return static_cast<unsigned>(random_() % limit); }
   bool Flip() { return random_() & 1; }
   LONG AnyNumber() { return static_cast<LONG>(random_()); }
