@@ -26,7 +26,7 @@ class Recorder : public TreeObserver {
   }
   void Changing(RNode* link) override { tree_.TakeFields(link, &before_); }
   void Changed(RNode* link) override {
-    Keep([&](vosmere::Change& c) { return tree_.DescribeFields(link, before_, &c); });
+    Keep([&](vosmere::Change& c) { return tree_.DescribeFields(link, before_, &after_, &c); });
   }
   void Sorting(RNode* folder) override { tree_.TakeOrder(folder, &order_); }
   void Sorted(RNode* folder) override {
@@ -41,7 +41,7 @@ class Recorder : public TreeObserver {
     if (describe(change)) changes.push_back(std::move(change));
   }
   StoredTree& tree_;
-  FieldValues before_;
+  FieldValues before_, after_;
   std::vector<std::uint64_t> order_;
 };
 

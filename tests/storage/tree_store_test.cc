@@ -269,7 +269,7 @@ TEST_F(AStore, LosesNothingThatWasFlushedWheneverThePowerFails) {
       if (at <= call) least = change;
     const auto at = std::find(history.begin() + static_cast<std::ptrdiff_t>(least), history.end(),
                               Dump(store->tree()));
-    ASSERT_NE(at, history.end()) << "after call " << call;
+    ASSERT_TRUE(at != history.end()) << "after call " << call << ": " << store->notes().back();
   });
   RecordProperty("states", states);
   EXPECT_GT(states, 50);

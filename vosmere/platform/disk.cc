@@ -57,18 +57,23 @@ bool DiskFile::Opened(std::intptr_t handle, const WChar* path) {
   return Size(&end_);
 }
 
-bool DiskFile::OpenToRead(const WChar* path) {
+template <class Opening>
+bool DiskFile::Open(const WChar* path, Opening opening) {
   Close();
   disk_calls::Handle handle = kNone;
-  return Keep(disk_calls::Open(path, disk_calls::Opening::kToRead, &handle)) &&
-         Opened(handle, path);
+  return Keep(disk_calls::Open(path, opening, &handle)) && Opened(handle, path);
+}
+
+bool DiskFile::OpenToRead(const WChar* path) {
+  return Open(path, disk_calls::Opening::kToRead);
 }
 
 bool DiskFile::OpenToUpdate(const WChar* path) {
-  Close();
-  disk_calls::Handle handle = kNone;
-  return Keep(disk_calls::Open(path, disk_calls::Opening::kToUpdate, &handle)) &&
-         Opened(handle, path);
+  return Open(path, disk_calls::Opening::kToUpdate);
+}
+
+bool DiskFile::OpenToHold(const WChar* path) {
+  return Open(path, disk_calls::Opening::kToHold);
 }
 
 bool DiskFile::CreateNew(const WChar* path, bool isPrivate) {

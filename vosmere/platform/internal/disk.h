@@ -62,9 +62,11 @@ class DiskFile {
 
   /// An existing file. A folder, a pipe or a device fails.
   bool OpenToRead(const WChar* path);
-  /// The same; for writing at its end where `writes` is true, and always only if it could be
-  /// written.
+  /// The same, for writing at its end.
   bool OpenToUpdate(const WChar* path);
+  /// The same, for being locked while it is replaced. Fails where the file may not be written; on
+  /// Windows the replacing does.
+  bool OpenToHold(const WChar* path);
   /// A file that was not there, to read and write. Nobody else may read it where it is private, as
   /// far as the system knows such a thing.
   bool CreateNew(const WChar* path, bool isPrivate);
@@ -93,6 +95,8 @@ class DiskFile {
 
  private:
   static constexpr std::intptr_t kNone = -1;
+  template <class Opening>
+  bool Open(const WChar* path, Opening opening);
   bool Opened(std::intptr_t handle, const WChar* path);
   bool Keep(ULONG error);
 

@@ -11,7 +11,7 @@ namespace vosmere::disk_calls {
 
 using Handle = std::intptr_t;
 
-enum class Opening { kToRead, kToUpdate, kNew, kNewPrivate };
+enum class Opening { kToRead, kToUpdate, kToHold, kNew, kNewPrivate };
 
 ULONG Open(const WChar* path, Opening opening, Handle* handle);
 /// One call, which may write less.

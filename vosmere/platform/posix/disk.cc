@@ -7,6 +7,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
@@ -19,6 +20,8 @@
 
 namespace vosmere {
 namespace {
+
+constexpr std::size_t kBlock = 1 << 20;  // written at once
 
 /// What a call that gives -1 for failure came to.
 ULONG ErrorOf(ssize_t result) {
@@ -72,8 +75,12 @@ ULONG Open(const WChar* path, Opening opening, Handle* handle) {
 
 ULONG WriteAt(Handle file, std::uint64_t position, const void* bytes, std::size_t size,
               std::size_t* written) {
-  const ssize_t count = pwrite(Descriptor(file), bytes, size, static_cast<off_t>(position));
+  const auto place = static_cast<off_t>(position);
+  const ssize_t count = pwrite(Descriptor(file), bytes, std::min(size, kBlock), place);
   *written = count < 0 ? 0 : static_cast<std::size_t>(count);
+  // The disk has something to do while the rest is written; the flush waits for it.
+  if (*written == kBlock)
+    sync_file_range(Descriptor(file), place, static_cast<off_t>(kBlock), SYNC_FILE_RANGE_WRITE);
   return ErrorOf(count);
 }
 

@@ -60,7 +60,8 @@ namespace disk_calls {
 
 ULONG Open(const WChar* path, Opening opening, Handle* handle) {
   const bool isNew = opening == Opening::kNew || opening == Opening::kNewPrivate;
-  const DWORD access = opening == Opening::kToRead ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
+  const bool isRead = opening == Opening::kToRead || opening == Opening::kToHold;
+  const DWORD access = isRead ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
   const HANDLE file =
       ::CreateFileW(win32::Native(path), access, kShareAll, nullptr,
                     isNew ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

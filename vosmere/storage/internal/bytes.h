@@ -79,19 +79,24 @@ class ByteReader {
     const std::uint64_t units = (number - 1) / 2;
     const bool wide = (number - 1) & 1;
     if (units > static_cast<std::uint64_t>(end_ - at_) >> wide) return Fail(), nullptr;
-    text_.resize(units + 1);
+    if (units >= kShort) long_.resize(units + 1);
+    WChar* const text = units >= kShort ? long_.data() : short_;
     for (std::uint64_t i = 0; i < units; ++i) {
-      text_[i] = *at_++;
-      if (wide) text_[i] = static_cast<WChar>(text_[i] | *at_++ << 8);
+      text[i] = *at_++;
+      if (wide) text[i] = static_cast<WChar>(text[i] | *at_++ << 8);
     }
-    text_[units] = 0;
-    return text_.data();
+    text[units] = 0;
+    return text;
   }
-  std::string_view Raw(std::size_t size) {
-    if (size > static_cast<std::size_t>(end_ - at_)) return Fail(), std::string_view();
+  void SkipText() {
+    const std::uint64_t number = Number();
+    if (number) Raw(((number - 1) / 2) << ((number - 1) & 1));
+  }
+  std::string_view Raw(std::uint64_t size) {
+    if (size > static_cast<std::uint64_t>(end_ - at_)) return Fail(), std::string_view();
     const auto* const bytes = reinterpret_cast<const char*>(at_);
     at_ += size;
-    return {bytes, size};
+    return {bytes, static_cast<std::size_t>(size)};
   }
 
  private:
@@ -104,7 +109,9 @@ class ByteReader {
   const unsigned char* at_;
   const unsigned char* end_;
   bool failed_ = false;
-  std::vector<WChar> text_;
+  static constexpr std::size_t kShort = 128;
+  WChar short_[kShort];
+  std::vector<WChar> long_;
 };
 
 }  // namespace vosmere

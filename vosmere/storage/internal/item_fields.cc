@@ -43,6 +43,7 @@ void VisitBase(CBaseNode& item, Visitor& visit) {
   visit.Text(1, item.GetName(), kEmpty, [&](const WChar* text) { item.SetName(text); });
   visit.Text(2, item.GetDescription(), kEmpty,
              [&](const WChar* text) { item.SetDescription(text); });
+  if (visit.Done()) return;
   VisitStat(*item.GetNodeStat(), visit);
   visit.Text(9, item.GetUUID(), kEmpty, [&](const WChar* text) { item.SetUUID(text); });
   visit.Number(10, item.GetVersion(), 1, [&](LONG version) { item.SetVersion(version); });
@@ -141,6 +142,7 @@ template <class Visitor>
 void Visit(RNode& link, Visitor& visit) {
   if (link.item) {
     VisitBase(*link.item, visit);
+    if (visit.Done()) return;
     if (link.type != NT_FOLDER) VisitPage(static_cast<CUrlNode&>(*link.item), visit);
     if (link.type == NT_COLCT) VisitColct(static_cast<CColctNode&>(*link.item), visit);
   }
@@ -180,6 +182,8 @@ class Writing {
     const std::uint64_t target = link ? lookup_.NumberOf(link) : 0;
     if (Begin(number, target == 0)) writer_.Number(target);
   }
+
+  static constexpr bool Done() { return false; }
 
  protected:
   ByteWriter writer_;
@@ -240,8 +244,9 @@ class FieldReader {
   template <class Set>
   void Always(unsigned number, const WChar*, Set set) {
     Take(number, [&](bool use) {
+      if (!use) return reader_.SkipText();
       const WChar* const text = reader_.Text();
-      if (use && !reader_.failed()) set(text);
+      if (!reader_.failed()) set(text);
     });
   }
   template <class Write, class Read>
@@ -257,6 +262,8 @@ class FieldReader {
       if (use) set(target ? lookup_.LinkOf(target) : nullptr);
     });
   }
+  /// Nothing more is in the list.
+  bool Done() const { return next_ == 0; }
   bool End() const { return next_ == 0 && !reader_.failed(); }
 
  private:

@@ -116,8 +116,8 @@ bool StoreCore::LoadCheckpoint(std::uint64_t number) {
   return false;
 }
 
-// Each log goes on where the one before ends, whether or not there is a checkpoint between them. One
-// that does not go on from what was read is not used.
+// Each log goes on where the one before ends, whether or not there is a checkpoint between them.
+// One that does not go on from what was read is not used.
 void StoreCore::ReplayFrom(std::uint64_t number) {
   const std::uint64_t before = sequence_;
   bool whole = true;
@@ -185,14 +185,14 @@ bool StoreCore::MakeAgain(const Record& record, const char** problem) {
   const bool undone = record.direction == Direction::kUndone;
   if (!tree_.Make(kind, record.contents, undone, problem)) return false;
   if (record.direction == Direction::kDone) {
-    undo_.Push({kind, std::string(record.contents)}, options_.undoBytes);
+    undo_.Push(kind, record.contents, options_.undoBytes);
     redo_.Clear();
     return true;
   }
   UndoStack& from = undone ? undo_ : redo_;
   UndoStack& to = undone ? redo_ : undo_;
-  from.Pop();
-  to.Push({kind, std::string(record.contents)}, options_.undoBytes);
+  from.Drop();
+  to.Push(kind, record.contents, options_.undoBytes);
   return true;
 }
 

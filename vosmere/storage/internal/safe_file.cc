@@ -60,7 +60,7 @@ bool SafeFile::Begin(const WChar* path) {
 bool SafeFile::HoldOld() {
   const auto deadline = Clock::now() + kPatience;
   while (Clock::now() < deadline) {
-    if (!old_.OpenToUpdate(target_.c_str()))
+    if (!old_.OpenToHold(target_.c_str()))
       return IsNotThere(old_.error()) ||
              Fail(DocumentFault::kCannotOpen, "cannot be written", old_.error());
     for (int milliseconds = 0; !old_.TryLock() && Clock::now() < deadline; ++milliseconds)

@@ -54,70 +54,79 @@ void StoreCore::Log(ChangeKind kind, std::string_view bytes, Direction direction
   report_(reportTo_, sequence_, message.get());
 }
 
-void StoreCore::Keep(Change change) {
+void StoreCore::Keep(const Change& change) {
   Log(change.kind, change.bytes, Direction::kDone);
-  undo_.Push(std::move(change), options_.undoBytes);
+  undo_.Push(change.kind, change.bytes, options_.undoBytes);
   redo_.Clear();
 }
 
 void StoreCore::Adding(RNode* parent, RNode* tree, RNode* before) {
   ObserveLocalTrees(tree, this);
-  Change change;
-  if (tree_.DescribeAdding(parent, tree, before, &change))
-    Keep(std::move(change));
+  change_.bytes.clear();
+  if (tree_.DescribeAdding(parent, tree, before, &change_))
+    Keep(change_);
   else
     Miss("something was added where the store knows of nothing");
 }
 
 void StoreCore::Moving(RNode* link, RNode* parent, RNode* before) {
-  Change change;
-  if (tree_.DescribeMoving(link, parent, before, &change))
-    Keep(std::move(change));
+  change_.bytes.clear();
+  if (tree_.DescribeMoving(link, parent, before, &change_))
+    Keep(change_);
   else
     Miss("something was moved that the store does not know");
 }
 
 void StoreCore::Removing(RNode* link) {
   ObserveLocalTrees(link, nullptr);
-  Change change;
-  if (tree_.DescribeRemoving(link, &change))
-    Keep(std::move(change));
+  change_.bytes.clear();
+  if (tree_.DescribeRemoving(link, &change_))
+    Keep(change_);
   else
     Miss("something was removed that the store does not know");
 }
 
+/// What is looked at before a change, in memory that was used for the last one.
+StoreCore::Before& StoreCore::Enter(RNode* link) {
+  const auto end = under_.begin() + static_cast<std::ptrdiff_t>(depth_);
+  const bool nested =
+      std::any_of(under_.begin(), end, [&](const Before& under) { return under.link == link; });
+  if (depth_ == under_.size()) under_.emplace_back();
+  Before& before = under_[depth_];
+  before.link = link;
+  before.counts = !nested;
+  return before;
+}
+
 void StoreCore::Changing(RNode* link) {
-  const bool nested = std::any_of(under_.begin(), under_.end(),
-                                  [&](const Before& under) { return under.link == link; });
-  under_.push_back({link, !nested, {}, {}});
-  if (!nested) tree_.TakeFields(link, &under_.back().fields);
+  Before& before = Enter(link);
+  if (before.counts) tree_.TakeFields(link, &before.fields);
+  ++depth_;
 }
 
 void StoreCore::Changed(RNode* link) {
-  if (under_.empty()) return;
-  const Before before = std::move(under_.back());
-  under_.pop_back();
+  const Before& before = under_[--depth_];
   if (!before.counts) return;
   if (!tree_.NumberOf(link)) return Miss("something was changed that the store does not know");
   try {
-    Change change;
-    if (tree_.DescribeFields(link, before.fields, &change)) Keep(std::move(change));
+    change_.bytes.clear();
+    if (tree_.DescribeFields(link, before.fields, &after_, &change_)) Keep(change_);
   } catch (const std::bad_alloc&) {
     Miss("memory ran out");
   }
 }
 
 void StoreCore::Sorting(RNode* folder) {
-  under_.push_back({folder, true, {}, {}});
-  under_.back().counts = tree_.TakeOrder(folder, &under_.back().order);
+  Before& before = Enter(folder);
+  before.counts = tree_.TakeOrder(folder, &before.order);
+  ++depth_;
 }
 
 void StoreCore::Sorted(RNode* folder) {
-  const Before before = std::move(under_.back());
-  under_.pop_back();
+  const Before& before = under_[--depth_];
   if (!before.counts) return Miss("something was sorted that the store does not know");
-  Change change;
-  if (tree_.DescribeSorting(folder, before.order, &change)) Keep(std::move(change));
+  change_.bytes.clear();
+  if (tree_.DescribeSorting(folder, before.order, &change_)) Keep(change_);
 }
 
 bool StoreCore::SetTree(RNode* tree) {
@@ -143,7 +152,8 @@ bool StoreCore::Undo(Direction direction) {
   UndoStack& to = undone ? redo_ : undo_;
   if (from.empty()) return false;
   const char* problem = nullptr;
-  const Change change = *from.Pop();
+  Change change;
+  from.Pop(&change);
   RNode* const gone = tree_.SubjectOf(change.kind, change.bytes);
   if (gone && (change.kind == ChangeKind::kAdd || change.kind == ChangeKind::kRemove))
     ObserveLocalTrees(gone, nullptr);
@@ -153,7 +163,7 @@ bool StoreCore::Undo(Direction direction) {
   }
   if (RNode* const back = tree_.SubjectOf(change.kind, change.bytes)) ObserveLocalTrees(back, this);
   Log(change.kind, change.bytes, direction);
-  to.Push(change, options_.undoBytes);
+  to.Push(change.kind, change.bytes, options_.undoBytes);
   return true;
 }
 

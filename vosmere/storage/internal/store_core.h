@@ -1,6 +1,7 @@
 // What a store is made of.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <set>
 #include <string>
@@ -49,8 +50,8 @@ class StoreCore : public TreeObserver {
  private:
   /// Something under way that is looked at before and after.
   struct Before {
-    RNode* link;
-    bool counts;  // nothing is under way with the same link
+    RNode* link = nullptr;
+    bool counts = false;  // nothing is under way with the same link
     FieldValues fields;
     std::vector<std::uint64_t> order;
   };
@@ -71,7 +72,8 @@ class StoreCore : public TreeObserver {
   void Say(const std::string& note);
 
   // Changing.
-  void Keep(Change change);
+  Before& Enter(RNode* link);
+  void Keep(const Change& change);
   void Log(ChangeKind kind, std::string_view bytes, Direction direction);
   void Miss(const char* why);
   bool IsWhole();
@@ -94,7 +96,10 @@ class StoreCore : public TreeObserver {
   std::unique_ptr<LogWriter> log_;
   std::string missed_;  // why the log lacks something that the tree has; empty when it does not
   UndoStack undo_, redo_;
-  std::vector<Before> under_;
+  std::deque<Before> under_;  // the first `depth_` are under way
+  std::size_t depth_ = 0;
+  FieldValues after_;
+  Change change_;
   TreeStore::ChangeReport report_ = nullptr;
   void* reportTo_ = nullptr;
 

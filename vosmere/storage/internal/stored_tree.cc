@@ -249,13 +249,13 @@ void StoredTree::TakeFields(RNode* link, FieldValues* values) {
   TakeFieldValues(*link, *this, values);
 }
 
-bool StoredTree::DescribeFields(RNode* link, const FieldValues& before, Change* change) {
-  FieldValues after;
-  TakeFields(link, &after);
+bool StoredTree::DescribeFields(RNode* link, const FieldValues& before, FieldValues* after,
+                                Change* change) {
+  TakeFields(link, after);
   change->kind = ChangeKind::kFields;
   ByteWriter writer(change->bytes);
   writer.Number(NumberOf(link));
-  return WriteChangedFields(before, after, change->bytes);
+  return WriteChangedFields(before, *after, change->bytes);
 }
 
 bool StoredTree::TakeOrder(RNode* folder, std::vector<std::uint64_t>* order) {

@@ -18,7 +18,7 @@ enum class ChangeKind : unsigned char { kAdd = 1, kRemove = 2, kMove = 3, kField
 
 /// A change as bytes that say how to make it and how to unmake it.
 struct Change {
-  ChangeKind kind;
+  ChangeKind kind = ChangeKind::kAdd;
   std::string bytes;
 };
 
@@ -73,7 +73,7 @@ class StoredTree : private LinkLookup {
   bool DescribeMoving(RNode* link, RNode* parent, RNode* before, Change* change);
   bool DescribeRemoving(RNode* link, Change* change);
   /// Of a link whose fields have changed since `before`. False when none has.
-  bool DescribeFields(RNode* link, const FieldValues& before, Change* change);
+  bool DescribeFields(RNode* link, const FieldValues& before, FieldValues* after, Change* change);
   void TakeFields(RNode* link, FieldValues* values);
   bool TakeOrder(RNode* folder, std::vector<std::uint64_t>* order);
   bool DescribeSorting(RNode* folder, const std::vector<std::uint64_t>& before, Change* change);
