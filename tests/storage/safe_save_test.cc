@@ -60,7 +60,7 @@ TEST_F(SafeSaveFile, WhateverCallFailsTheOldOrTheNewOneIsThere) {
         ASSERT_TRUE(isNew || Document() == kOld) << call;
         ASSERT_TRUE(saved ? isNew : !isNew || std::strstr(error.reason, "is saved, but")) << call;
         const FastDisk fast;
-        ASSERT_TRUE(Save("the next"));
+        ASSERT_TRUE(Save("the next")) << error.reason;
         ASSERT_EQ(Files(folder / "docs"), 1) << "after call " << call;
       }
   EXPECT_GT(refused, 20);
@@ -71,7 +71,7 @@ TEST_F(SafeSaveFile, WheneverThePowerFailsTheOldOrTheNewOneIsThere) {
     std::filesystem::remove(folder / "docs" / "list.opml");
     if (isThere) WriteBytes(folder / "docs" / "list.opml", kOld);
     PowerLoss disk(folder / "docs");
-    ASSERT_TRUE(Save(kNew));
+    ASSERT_TRUE(Save(kNew)) << error.reason;
     const std::filesystem::path left = folder / "left";
     const int states = disk.ForEachState(left, [&](std::size_t call) {
       const bool exists = std::filesystem::exists(left / "list.opml");

@@ -66,7 +66,8 @@ class FailingDisk : public DiskWatch {
 /// power may leave: what was not flushed is there, or not, or torn, or zeros, or in another order.
 class PowerLoss : public DiskWatch {
  public:
-  explicit PowerLoss(std::filesystem::path folder) : folder_(std::move(folder)) {
+  explicit PowerLoss(const std::filesystem::path& folder)
+      : folder_(std::filesystem::canonical(folder)) {
     for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
       const std::string name = entry.path().filename().string();
       start_[name] = static_cast<int>(stored_.size());
@@ -128,9 +129,7 @@ class PowerLoss : public DiskWatch {
 
   bool IsInFolder(const DiskCall& call) const {
     const std::filesystem::path path(ToUtf16(call.path));
-    return call.kind == DiskCall::kFlushFolder
-               ? std::filesystem::equivalent(path, folder_)
-               : std::filesystem::equivalent(path.parent_path(), folder_);
+    return path.parent_path().lexically_normal() == folder_.lexically_normal();
   }
   static std::string Name(const WChar* path) {
     return std::filesystem::path(ToUtf16(path)).filename().string();

@@ -22,8 +22,12 @@ class ByteWriter {
   explicit ByteWriter(std::string& bytes) : bytes_(bytes) {}
 
   void Number(std::uint64_t number) {
-    for (; number >= 0x80; number >>= 7) bytes_ += static_cast<char>(number | 0x80);
-    bytes_ += static_cast<char>(number);
+    if (number < 0x80) return bytes_.push_back(static_cast<char>(number));
+    char groups[10];
+    std::size_t count = 0;
+    for (; number >= 0x80; number >>= 7) groups[count++] = static_cast<char>(number | 0x80);
+    groups[count++] = static_cast<char>(number);
+    bytes_.append(groups, count);
   }
   void Signed(LONG number) {
     const auto bits = static_cast<ULONG>(number);

@@ -133,6 +133,9 @@ bool SafeFile::IsExpected(const FileMark& expected) {
 
 bool SafeFile::Replace(const FileMark* expected) {
   if (expected && !IsExpected(*expected)) return false;
+  // While the old one is locked, nobody looks for left-overs; and Windows does not put a file into
+  // the place of another while it is open.
+  if (old_.IsOpen()) holder_.Close();
   const bool mustBeNew = expected && !expected->isThere;
   const ULONG error = mustBeNew ? MoveToNewPlace(temporary_.c_str(), target_.c_str())
                                 : ReplaceDiskFile(temporary_.c_str(), target_.c_str());
