@@ -3,10 +3,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// Extra data attached to an item of a collection. Setters copy their text; null makes it null. A
 /// returned text is owned by the object and may be null. Not thread-safe.

@@ -3,10 +3,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// One cell of a chain of collections (base/chain.h). The chain is independent of any tree.
 /// Destroying a cell does not free its collection.

@@ -3,12 +3,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
-class CUrlNode;
-struct RColctItem;
 
 /// Refers to one item of one collection by their identities, and keeps pointers to the two objects
 /// once they are found. Setters copy their text; null makes it null. A returned text is owned by

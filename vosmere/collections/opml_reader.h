@@ -4,17 +4,11 @@
 #include <vector>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/read_xml.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CColctNetData;
-class CColctNode;
-class CFolderNode;
-class CNodeStat;
-struct RNode;
 
 /// Walks a parsed OPML document and builds a tree of folders and collections. Misplaced elements
 /// and unknown names are ignored.

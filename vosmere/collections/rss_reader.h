@@ -2,11 +2,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/read_xml.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// Reads a collection with its local tree from an RSS 2.0 document: everything that CWriteColctRSS
 /// writes, and from documents of other programs the elements with the same names. A document with a

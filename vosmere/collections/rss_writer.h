@@ -4,15 +4,12 @@
 #include <string_view>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/write_items.h"
 
 namespace vosmere {
 
-class CColctNode;
-class CFolderNode;
-class CUrlNode;
 class PubDateFormat;
-struct RNode;
 
 /// Writes a collection with its local tree as an RSS 2.0 document: one channel with the folders,
 /// then all items, each with a reference to its folder. Children of other kinds are left out. Trees

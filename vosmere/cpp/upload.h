@@ -1,9 +1,8 @@
 // Uploading a file or a text to a web server as a form.
 //
-//   Upload upload("www.example:8080", "/receive");
-//   Result<Reply> reply = upload.Field("list", "news").SendFile(path);
-//   if (!reply) return Complain(reply.error());   // www.example:8080: the host is not known
-//   if (!reply->IsOk()) ...                       // an HTTP error: reply->status
+//   Result<Reply> reply = Upload("www.example:8080", "/receive").SendFile(path);
+//   if (!reply) return Complain(reply.error());  // www.example:8080: the host is not known
+//   if (!reply->IsOk()) ...                      // not delivered: reply->status
 #pragma once
 
 #include <cstdint>
@@ -26,10 +25,13 @@ VOSMERE_API const char* ReasonOfUploadError(std::int32_t code);
 
 /// The reply of the server.
 struct Reply {
-  int status = 0;    ///< the HTTP status: 200, 404, ...
-  std::string text;  ///< the body, in UTF-8
+  int status = 0;              ///< the HTTP status: 200, 404, ...
+  std::string text;            ///< the body, in UTF-8
+  bool wasRedirected = false;  ///< the server redirected the request; the form was not delivered
+  bool isCut = false;          ///< the body is too long to be kept; `text` is its beginning
 
-  bool IsOk() const { return status >= 200 && status < 300; }
+  /// Whether the form was delivered: the status is 2xx, without a redirection.
+  bool IsOk() const { return status >= 200 && status < 300 && !wasRedirected; }
 };
 
 /// One upload, in the form that browsers send (CNetUploadFile::SetClean). Setters return the
@@ -108,7 +110,8 @@ class Upload {
     post();
     if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, std::move(file));
     const SystemString text(upload_.DetachResponse());
-    return Reply{upload_.GetStatus(), ToUtf8(WideView(text.get(), SysStringLen(text.get())))};
+    return Reply{upload_.GetStatus(), ToUtf8(WideView(text.get(), SysStringLen(text.get()))),
+                 upload_.WasRedirected(), upload_.IsResponseCut()};
   }
 
   Error ErrorOf(std::int32_t code, std::string file) const {

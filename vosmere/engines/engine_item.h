@@ -2,10 +2,9 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CEngineNode;
 
 /// One cell of a chain of search engines (base/chain.h). Destroying it does not free the engine.
 struct VOSMERE_API REngineItem {

@@ -3,10 +3,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// Tests the connection to a server by sending it a form.
 class VOSMERE_API CInetSynch {

@@ -2,11 +2,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/text/write_file.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// Exports an item as a small HTML page: its name as title and heading, its description as the
 /// body, and the time of its last modification in small print, as CBaseTool::GetPubDate writes it.

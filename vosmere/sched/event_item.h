@@ -4,10 +4,9 @@
 #include <cstdint>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CTimeEvent;
 
 /// A place in a queue of events: a cell of its chain (base/chain.h). Does not own the event. Every
 /// event contains one such item, so that queueing it allocates nothing.

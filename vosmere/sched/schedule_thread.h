@@ -3,12 +3,10 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_pointer.h"
+#include "vosmere/fwd.h"
 #include "vosmere/sched/base_thread.h"
 
 namespace vosmere {
-
-class CTimeEvent;
-class CTimeEventQueue;
 
 /// A timer service: one thread that sleeps until the earliest of its events is due, then runs the
 /// event's job. Start it with CreateThread, end it with StopThread.

@@ -4,11 +4,9 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/list.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CUrlNode;
 
 /// An address and the web pages that have it: to find duplicates, and to change the address of all
 /// of them at once. Owns the address and the cells of the list, but not the pages. Not thread-safe.

@@ -3,10 +3,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// Static functions without state; may be called on any thread.
 class VOSMERE_API CBaseTool {

@@ -4,11 +4,10 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/node_stat.h"
 
 namespace vosmere {
-
-struct RNode;
 
 /// Base of every saved item: a folder, a web page, a collection.
 ///

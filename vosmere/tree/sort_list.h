@@ -2,11 +2,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// Sorts a list of items in place by relinking its cells. Has no state; may be used on any thread.
 ///

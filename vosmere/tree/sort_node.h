@@ -2,11 +2,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
-
-struct RNode;
 
 /// Sorts a chain of links in place by relinking. Has no state; may be used on any thread.
 ///

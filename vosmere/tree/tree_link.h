@@ -3,10 +3,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// The kind of item that a link holds.
 enum tagNODETYPE : LONG {

@@ -4,10 +4,9 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/list.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-struct RNode;
 
 /// The kind of document at a web page's address.
 enum tagVSMITEMFILETYPE : LONG {
