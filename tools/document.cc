@@ -25,6 +25,7 @@ Result<AnyDocument> Load(const std::string& file, Losses* leftOut) {
   if (IsStandard(file)) {
     MakeInputBinary();
     Result<AnyDocument> document = vosmere::Load<AnyDocument>(std::cin, leftOut);
+    // A stream that fails to read looks like one that has ended.
     if (!std::ferror(stdin)) return document;
     return detail::FileError(FilePath("-"), "cannot be read", errno);
   }

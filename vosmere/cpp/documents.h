@@ -93,7 +93,7 @@ class DocumentReader<AnyDocument> : public CReadXML {
     return error;
   }
   void SetLossReport(LossReport report, void* to) {
-    CReadXML::SetLossReport(report, to);  // for the places of elements
+    CReadXML::SetLossReport(report, to);  // makes the loader keep the places of elements
     report_ = report;
     reportTo_ = to;
   }

@@ -112,7 +112,7 @@ inline TextView AddressOf(const CEngineNode& engine) {
 
 namespace detail {
 
-/// Tells the observer of an item's tree, if it has one, before the item is changed and after.
+/// Notifies the observer of the item's tree, if there is one, before and after the item is changed.
 class FieldChange {
  public:
   explicit FieldChange(const CBaseNode& item)
@@ -132,8 +132,9 @@ class FieldChange {
 
 }  // namespace detail
 
-/// Calls `change(item)`, which may set what it likes of the item. In the tree of a store, what is
-/// set in this way is in the store's log; what is set without it is not until the next checkpoint.
+/// Calls `change(item)`, which may set any fields of the item. If the item is in the tree of a
+/// store, the change is written to the store's log. A field that is set without Update is only
+/// stored by the next checkpoint.
 template <std::derived_from<CBaseNode> Node, std::invocable<Node&> Change>
 void Update(Node& item, Change&& change) {
   const detail::FieldChange seen(item);
