@@ -31,6 +31,7 @@ Verdict VerdictOn(const std::string& file, std::size_t placesShown) {
   try {
     verdict.losses.Add(SaveDocument(*document, file, placesShown).losses);
   } catch (const Failure& failure) {
+    // Trouble, such as too little memory, does not mean that the document cannot be saved.
     (failure.exitCode == kTrouble ? verdict.failure : verdict.copy) = failure;
   }
   return verdict;

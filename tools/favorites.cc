@@ -55,7 +55,7 @@ void Write(CWriteXML&& writer, const std::string& out) {
 /// Writes the tree as a collection whose items keep their order.
 void WriteRss(Tree tree, const std::string& out) {
   Collection colct = NewCollection(NameOf(tree.get()));
-  DeleteTree(colct->GetLocRNodeRoot());
+  DeleteTree(colct->GetLocRNodeRoot());  // the empty one that NewCollection has made
   colct->SetLocRNodeRoot(tree.release());
   colct->GetColctNetData()->SetOrdered(true);
   const Result<SavedBytes> saved = SaveToBytes(colct);

@@ -30,6 +30,7 @@ Arguments WideArguments() {
   return arguments;
 }
 
+/// Initialises COM for this thread during its lifetime.
 class ComThread {
  public:
   ComThread() : initialised_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
@@ -43,6 +44,8 @@ class ComThread {
   bool initialised_;
 };
 
+/// Sets the code page of the console to UTF-8, and back at the end: the console outlives the
+/// program.
 class Utf8Console {
  public:
   Utf8Console() : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }

@@ -9,6 +9,7 @@
 namespace vosmere::tool {
 namespace {
 
+/// Prints records and counts them for the summary.
 class Shower {
  public:
   explicit Shower(std::ostream& out) : out_(out) {}

@@ -93,6 +93,8 @@ constexpr Field<CBaseNode> kColctBuildFields[] = {
     {"checkedin", CheckedInWhenTrue, FitsTruth},
 };
 
+// Versions are not read; the header says why. Only a version other than 1, which new items have, is
+// a loss.
 void Version(List&, const Element& element) {
   NoLoss(element);
   if (element.report() && !IsNamed(element.Text().view(), "1"))

@@ -74,6 +74,7 @@ bool CRColctTool::UpdateRColctItemList(RColctItem* newList, RColctItem** oldList
       continue;
     }
     fresh->mark = true;
+    // Only one of the two collections may keep the tree, or it would be freed twice.
     fresh->item->SetLocRNodeRoot(old->item->GetLocRNodeRoot());
     old->item->SetLocRNodeRoot(nullptr);
     if (keepOldColctNetData_) {
@@ -92,6 +93,7 @@ bool CRColctTool::DeleteDuplcateColct(RColctItem* list) {
   AddressIndex byAddress(list);
   bool any = false;
   for (RColctItem* cell : chain::Cells(list)) {
+    // The index only refers to the addresses of first cells, so the others may be freed.
     if (byAddress.Add(cell) == cell) continue;
     chain::Unlink(list, cell);
     RColctItem::DeleteList(cell);

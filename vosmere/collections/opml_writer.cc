@@ -51,7 +51,7 @@ void CWriteColctTreeOPML::AddHead() {
     Put("No name collections");
   else if (EscapedUtf8(name, title) && !title.empty())
     PutBytes(title);
-  else
+  else  // the name cannot be converted to UTF-8
     Put("My Collections");
   Put("</title>");
   if (opmlVersion_ != 0) {

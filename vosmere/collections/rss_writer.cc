@@ -168,6 +168,7 @@ void CWriteColctRSS::PutChannel() {
   if (!PutSync(uuid, colct_->GetVersion())) PutSyncUnconverted();
 }
 
+// The digits of the build number are the version: build 123 is "v1.2.3".
 void CWriteColctRSS::PutGenerator() {
   Put("<generator>Vosmere Browser v");
   PutNumber(kBuildNumber / 100);

@@ -46,6 +46,7 @@ void WideToUtf8(const WChar* text, std::size_t length, char* utf8, std::size_t s
   WideToBytes(kCodePageUtf8, text, Int(length), utf8, Int(size));
 }
 
+// Converts piece by piece on the stack, so that comparing does not allocate.
 bool EqualsUtf8(const WChar* text, const char* utf8, std::size_t length) {
   WChar piece[kPiece];
   while (length > 0) {

@@ -102,6 +102,7 @@ void Report::Enter(const XmlNode& element, As as) {
   }
   open.push_back({element, std::move(name), position, as == As::kKnown});
   const std::string& known = open.back().name;
+  // What is inside a dropped element is lost with it and not reported again.
   if (as == As::kUnknown && !isInsideDropped)
     state_->Lose(LossKind::kUnknown, "the element '" + known + "' is not kept");
   if (as == As::kRepeated)

@@ -14,6 +14,8 @@ void CWriteItems::LoseAllBut(unsigned held, const CBaseNode& item) {
   LosesOf(&item, item.GetName());
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
   const CNodeStat& stat = *item.GetNodeStat();
+  // Documents write the checked-in state only together with a base build. Without one it is lost,
+  // unless readers can conclude it because the item is deleted.
   const bool isChanged = item.GetBaseBuild() == 0 && !item.HasCheckedIn(nullptr);
   LoseIf(loses(kDescription, *item.GetDescription()), "description does not come back");
   LoseIf(loses(kIdentity, *item.GetUUID()), "id does not come back");

@@ -27,6 +27,7 @@ WideView SystemView(const WChar* text) {
 
 }  // namespace
 
+// Constructing a writer does not throw. Without a buffer every operation fails with kNoMemory.
 CWriteXML::CWriteXML() : buffer_(new (std::nothrow) CChunkBuffer), file_(new (std::nothrow) File) {}
 
 CWriteXML::~CWriteXML() = default;
@@ -90,7 +91,7 @@ void CWriteXML::FillBoolean(bool value, const char* open, const char* close, int
 }
 
 void CWriteXML::PutNumber(LONG number) {
-  constexpr int kMostDigits = 11;
+  constexpr int kMostDigits = 11;  // "-2147483648"
   char aside[kMostDigits];
   char* const room = buffer_ ? buffer_->Room(kMostDigits) : nullptr;
   char* const digits = room ? room : aside;
@@ -175,6 +176,7 @@ static bool AppendPieces(WideView text, std::string& utf8, int (*convert)(WideVi
     utf8.append(bytes, length);
     text = text.From(piece.size);
   }
+  // Lengths are passed as int.
   if (utf8.size() > std::size_t{std::numeric_limits<int>::max()}) throw std::bad_alloc();
   return true;
 }
@@ -249,7 +251,7 @@ bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
 
 bool CWriteXML::SaveToFile(const WChar* path) {
   error_ = {};
-  if (loadable_ && !Generate()) return false;
+  if (loadable_ && !Generate()) return false;  // before the file is opened and thereby emptied
   if (!OpenFile(path)) return false;
   FillOnce();
   const bool written = RealWrite();
@@ -274,7 +276,7 @@ bool CWriteXML::RealWrite() {
   Chunk* chunk = nullptr;
   if (!IsComplete(&chunk)) return false;
   while (chunk) {
-    FilePiece pieces[256];
+    FilePiece pieces[256];  // chunks are written together, which saves system calls
     std::size_t count = 0;
     for (; chunk && count < std::size(pieces); chunk = chunk->next)
       pieces[count++] = {chunk->data, static_cast<std::size_t>(chunk->used)};

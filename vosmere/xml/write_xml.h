@@ -78,7 +78,8 @@ class VOSMERE_API CWriteXML {
   /// Creates or overwrites the file. Returns false, and LastError says why, if the file cannot be
   /// created, if writing stopped half-way (the file is then incomplete), if the system could not
   /// store what was written (some file systems report this only on closing), or if the document is
-  /// empty or has 100 MiB or more (the file is then empty). Null for the path fails.
+  /// empty or has 100 MiB or more (the file is then empty; after SetLoadable it is not touched).
+  /// Null for the path fails.
   virtual bool SaveToFile(const WChar* path);
 
   virtual ~CWriteXML();
