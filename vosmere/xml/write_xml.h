@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <iosfwd>
 #include <string_view>
@@ -153,7 +152,9 @@ class VOSMERE_API CWriteXML {
     ++nested_;
     Deepen(above);
   }
-  void Deepen(int above) { deepest_ = std::max(deepest_, above + nested_); }
+  void Deepen(int above) {
+    if (above + nested_ > deepest_) deepest_ = above + nested_;
+  }
   void Unnest() { --nested_; }
 
   // What is lost, for SetLossReport; nothing happens without one.
