@@ -1,5 +1,7 @@
 #include "tools/document.h"
 
+#include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 
@@ -20,7 +22,9 @@ bool IsTrouble(DocumentFault fault) {
 Result<AnyDocument> Load(const std::string& file, Losses* leftOut) {
   if (IsStandard(file)) {
     MakeInputBinary();
-    return vosmere::Load<AnyDocument>(std::cin, leftOut);
+    Result<AnyDocument> document = vosmere::Load<AnyDocument>(std::cin, leftOut);
+    if (!std::ferror(stdin)) return document;
+    return detail::FileError(FilePath("-"), "cannot be read", errno);
   }
   std::error_code ignored;
   if (!std::filesystem::is_other(PathOf(file), ignored))

@@ -100,9 +100,10 @@ void CWriteColctTreeOPML::LoseOf(const RNode* link) {
 }
 
 void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
-  LoseAllBut(held | kDescription | kTimes | kMarks, colct);
+  LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
   const CColctNetData& net = *colct.GetColctNetData();
   const RNode* const local = colct.GetLocRNodeRoot();
+  LoseIf(!WideView(colct.GetRelationUrl()).empty(), "htmlUrl does not come back");
   LoseIf(!WideView(net.GetOwner()).empty(), "owner does not come back");
   LoseIf(net.IsOrdered(), "ordered does not come back");
   LoseIf(net.IsSynced(), "synced does not come back");

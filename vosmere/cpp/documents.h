@@ -94,6 +94,7 @@ class DocumentReader<AnyDocument> : public CReadXML {
     return error;
   }
   void SetLossReport(LossReport report, void* to) {
+    CReadXML::SetLossReport(report, to);  // for the places of elements
     report_ = report;
     reportTo_ = to;
   }

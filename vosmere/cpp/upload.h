@@ -1,9 +1,8 @@
 // Posting a file or a document to a web server, as a form.
 //
-//   Result<Reply> reply = Upload("www.example:8080", "/receive").Field("list",
-//   "news").SendFile(path); if (!reply) return Complain(reply.error());        // www.example:8080:
-//   the host is not known if (!reply->IsOk()) ...                             // the server says
-//   no: reply->status
+//   Result<Reply> reply = Upload("www.example:8080", "/receive").SendFile(path);
+//   if (!reply) return Complain(reply.error());  // www.example:8080: the host is not known
+//   if (!reply->IsOk()) ...                      // the server says no: reply->status
 #pragma once
 
 #include <cstdint>
@@ -26,10 +25,13 @@ VOSMERE_API const char* ReasonOfUploadError(std::int32_t code);
 
 /// What the server answered.
 struct Reply {
-  int status = 0;    ///< 200, 404, ...
-  std::string text;  ///< in UTF-8
+  int status = 0;              ///< 200, 404, ...
+  std::string text;            ///< in UTF-8
+  bool wasRedirected = false;  ///< the server leads elsewhere: what was sent did not arrive there
+  bool isCut = false;          ///< the reply is too long to be kept, and this is its beginning
 
-  bool IsOk() const { return status >= 200 && status < 300; }
+  /// Whether it was delivered.
+  bool IsOk() const { return status >= 200 && status < 300 && !wasRedirected; }
 };
 
 /// One upload, in the form that browsers send (CNetUploadFile::SetClean). Setters return the
@@ -106,7 +108,8 @@ class Upload {
     post();
     if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, std::move(file));
     const SystemString text(upload_.DetachResponse());
-    return Reply{upload_.GetStatus(), ToUtf8(WideView(text.get(), SysStringLen(text.get())))};
+    return Reply{upload_.GetStatus(), ToUtf8(WideView(text.get(), SysStringLen(text.get()))),
+                 upload_.WasRedirected(), upload_.IsResponseCut()};
   }
 
   Error ErrorOf(std::int32_t code, std::string file) const {

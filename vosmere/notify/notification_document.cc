@@ -139,9 +139,16 @@ void Type(Notification&, const Element& element) {
     element.report()->Lose(LossKind::kNotKept, "the type is not read and comes back as UNKNOWN");
 }
 
+void BeginMessage(Notification& notification, const Element& element) {
+  if (element.report() && notification.message)
+    element.report()->Lose(LossKind::kRepeated,
+                           "'item' is repeated, and only the last of them is kept");
+  BeginItem(notification, element);
+}
+
 constexpr ScopedElement<Notification> kElements[] = {
     {kAnywhere, "vsmnotify", EndItem, kNotify},
-    {kAnywhere, "item", BeginItem, kItem, EndItem},
+    {kAnywhere, "item", BeginMessage, kItem, EndItem},
     {kItem, "parent", AllToItem<&CVSMNotifyMsg::SetParent, kParentFields>},
     {kItem, "oldparent", AllToItem<&CVSMNotifyMsg::SetOldParent, kOldParentFields>},
     {kItem, "refitem", AllToItem<&CVSMNotifyMsg::SetRefItem, kRefItemFields>},

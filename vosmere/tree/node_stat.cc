@@ -16,6 +16,14 @@ void CNodeStat::SetStatTime(LONG added, LONG modified, LONG lastVisited, ULONG m
   setTimes_ |= mask & (kAdded | kModified | kLastVisited);
 }
 
+void CNodeStat::RestoreTimes(LONG added, LONG modified, LONG lastVisited, ULONG setTimes) {
+  setTimes_ = 0;
+  SetStatTime(added, modified, lastVisited, setTimes);
+  added_ = added;
+  modified_ = modified;
+  lastVisited_ = lastVisited;
+}
+
 void CNodeStat::GetStatTime(LONG* added, LONG* modified, LONG* lastVisited) const {
   if (added) *added = added_;
   if (modified) *modified = modified_;

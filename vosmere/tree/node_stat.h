@@ -31,6 +31,10 @@ class VOSMERE_API CNodeStat {
   /// constructor.
   ULONG GetSetTimes() const { return setTimes_; }
 
+  /// Sets all three times, and which of them count as set, as GetStatTime and GetSetTimes gave
+  /// them.
+  void RestoreTimes(LONG added, LONG modified, LONG lastVisited, ULONG setTimes);
+
   /// Whether the item has changes that the user has not seen.
   void MarkAsUnread(bool unread) { unread_ = unread; }
   bool IsUnread() const { return unread_; }

@@ -153,7 +153,7 @@ class VOSMERE_API CWriteXML {
     Deepen(above);
   }
   void Deepen(int above) {
-    if (deepest_ < above + nested_) deepest_ = above + nested_;
+    if (above + nested_ > deepest_) deepest_ = above + nested_;
   }
   void Unnest() { --nested_; }
 

@@ -5,15 +5,10 @@
 #include <cstdint>
 #include <utility>
 
+#include "vosmere/base/file_piece.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
-
-/// A piece of memory to write. The caller owns it.
-struct FilePiece {
-  const void* data;
-  std::size_t size;
-};
 
 /// Whether operations on a file may block: on the other end of a pipe, or on the user of a
 /// terminal. Opening never blocks, whatever the path names.
