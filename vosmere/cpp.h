@@ -11,6 +11,7 @@
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
 //   documents.h  loading and saving, and what is lost on the way
+//   store.h    a tree that is kept for years, with undo
 //   dates.h    instants of feeds and items
 //   jobs.h     functions run at a time, or every so often
 //   upload.h   a file or a document to a web server
@@ -28,6 +29,7 @@
 #include "vosmere/cpp/losses.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/result.h"
+#include "vosmere/cpp/store.h"
 #include "vosmere/cpp/text.h"
 #include "vosmere/cpp/tree.h"
 #include "vosmere/cpp/upload.h"

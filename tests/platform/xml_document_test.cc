@@ -1,17 +1,12 @@
 #include "vosmere/platform/internal/xml_document.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <functional>
-#include <string>
-#include <vector>
 
-#include "tests/support/files.h"
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::xml_document {
 
 constexpr int kEntityReference = 5;
 
@@ -108,27 +103,19 @@ std::string WithDoctype(const std::string& declarations, const std::string& cont
          "</a>";
 }
 
-TEST(XmlDocument, KeepsEveryNodeInOrder) {
+TEST(XmlDocument, KeepsEveryNodeInOrderAndEveryPrefix) {
   const std::string document =
-      "<?xml version='1.0'?>\n<!--before--><a z='1' b=' 2&#9;&amp;' a=''> t\r\n<b/>"
-      "<![CDATA[<&]]><!-- c --><?p  i ?>\n</a><!--behind-->";
-  const std::string shown = "<a z=1 b= 2\t& a=> t\n<b></>[<&]{ c }?p=i ?\n</>";
-  EXPECT_EQ(FromBytes(document).shown, shown);
-  EXPECT_EQ(FromText(document).shown, shown);
-  EXPECT_EQ(FromFile(document).shown, shown);
-  EXPECT_EQ(FromUtf16(document).shown, shown);
-}
-
-TEST(XmlDocument, NamesKeepTheirPrefix) {
-  EXPECT_EQ(FromBytes("<p:a xmlns:p='u'><p:b p:k='1'/><c xml:lang='d'/></p:a>").shown,
-            "<p:a xmlns:p=u><p:b p:k=1></><c xml:lang=d></></>");
-}
-
-TEST(XmlDocument, TextOfANodeIsAllTextInside) {
-  XmlDocument document;
-  EXPECT_FALSE(document.Root());
-  document.LoadText(W("<a>1<b>2<![CDATA[3]]></b><!--no--><?no no?>&#52;</a>"));
-  EXPECT_EQ(Shown(document.Root().Text()), "1234");
+      "<?xml version='1.0'?>\n<!--before--><p:a xmlns:p='u' z='1' b=' 2&#9;&amp;' p:a=''> "
+      "t\r\n<p:b/>"
+      "<![CDATA[<&]]><!-- c --><?p  i ?>\n<c xml:lang='d'/></p:a><!--behind-->";
+  const std::string shown =
+      "<p:a xmlns:p=u z=1 b= 2\t& p:a=> t\n<p:b></>[<&]{ c }?p=i ?\n<c xml:lang=d></></>";
+  for (const auto from : {FromBytes, FromText, FromFile, FromUtf16})
+    EXPECT_EQ(from(document).shown, shown);
+  XmlDocument loaded;
+  EXPECT_FALSE(loaded.Root());
+  loaded.LoadText(W("<a>1<b>2<![CDATA[3]]></b><!--no--><?no no?>&#52;</a>"));
+  EXPECT_EQ(Shown(loaded.Root().Text()), "1234") << "all text inside";
 }
 
 TEST(XmlDocument, ExpandsWhatItDeclares) {
@@ -281,7 +268,7 @@ TEST(XmlDocument, NestsAsDeepAsHonestDocumentsDoAndNoDeeper) {
   EXPECT_EQ(FromBytes(Times(200, "<a>") + Times(200, "</a>")).shown,
             Times(200, "<a>") + Times(200, "</>"));
   for (const char* start : {"<a>", "<a>\n"})
-    EXPECT_EQ(FaultOf(Times(1000000, start)), DocumentFault::kTooDeep);
+    EXPECT_EQ(FaultOf(Times(20000, start)), DocumentFault::kTooDeep);
 }
 
 TEST(XmlDocument, FilesThatDoNotOpenSayWhy) {
@@ -293,5 +280,4 @@ TEST(XmlDocument, FilesThatDoNotOpenSayWhy) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::xml_document

@@ -1,7 +1,5 @@
 #include "vosmere/sched/schedule_thread.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <deque>
@@ -9,17 +7,15 @@
 #include <memory>
 #include <random>
 #include <stdexcept>
-#include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include "tests/support/jobs.h"
+#include "tests/support/test.h"
 #include "tests/support/traces.h"
 #include "vosmere/sched/event_queue.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::schedule_thread {
 
 constexpr int kHang = 20'000;  // milliseconds that nothing here takes
 
@@ -95,7 +91,8 @@ TEST(ScheduleThread, AJobMayDoAnything) {
   const Traces traces;
   auto scheduler = std::make_unique<Scheduler>();
   std::string fired;
-  Job old(1000, 0), taken(1000, 0), kept(1000, 0), replacement(1000, 0);
+  Job old(1000, 0), later(1001, 0), taken(1000, 0), kept(1000, 0), replacement(1000, 0);
+  later.SetID(1);
   old.SetID(1);
   replacement.SetID(1);
   Job throws(999, 0, [&](Job&) { throw std::runtime_error("job"); });
@@ -110,6 +107,10 @@ TEST(ScheduleThread, AJobMayDoAnything) {
   });
   Job changes(999, 0, [&](Job&) {
     CTimeEvent* replaced = nullptr;
+    EXPECT_TRUE(scheduler->InsertAndReplaceEvent(&later, &replaced));
+    EXPECT_EQ(replaced, &old);
+    EXPECT_TRUE(scheduler->InsertAndReplaceEvent(&old, &replaced));
+    EXPECT_EQ(replaced, &later);
     EXPECT_EQ(scheduler->GetHeadEvent(), &taken);
     EXPECT_TRUE(scheduler->InsertOrReplaceEvent(&replacement, false, &replaced));
     EXPECT_EQ(replaced, &old);
@@ -264,5 +265,4 @@ TEST(ScheduleThread, WithstandsEightThreads) {
   Storm().Run();
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::schedule_thread

@@ -48,7 +48,7 @@ class LoopbackServer {
   using Script = std::function<void(Peer&)>;
 
   /// Connections run through the scripts in turn, and the last script has all others.
-  explicit LoopbackServer(std::vector<Script> scripts, int port = 0);
+  explicit LoopbackServer(std::vector<Script> scripts);
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
   ~LoopbackServer() { Stop(); }
@@ -78,7 +78,7 @@ LoopbackServer::Script Reply(const std::string& bytes);
 /// Reads a request and sends a whole reply with this body.
 LoopbackServer::Script ReplyOk(const std::string& body = "ok");
 
-/// The same with so many bytes and without telling how many.
+/// The same with so many bytes, four to a character, and without telling how many.
 LoopbackServer::Script LongReply(std::size_t size);
 
 }  // namespace vosmere::test

@@ -15,6 +15,21 @@ inline LONG Code(unsigned error) {
   return static_cast<LONG>(0x80070000u | error);
 }
 
+/// A request of tests/data to that server, with a `file` of that name. Its body follows an empty
+/// line.
+inline std::string GoldenRequest(const std::string& name, const LoopbackServer& server,
+                                 const std::string& file = "") {
+  std::string request = TestData("requests/" + name);
+  const auto put = [&](const std::string& word, const std::string& value) {
+    if (const auto at = request.find(word); at != request.npos)
+      request.replace(at, word.size(), value);
+  };
+  put("HOST", server.host());
+  put("FILE", file);
+  put("LENGTH", std::to_string(request.size() - request.find("\r\n\r\n") - 4));
+  return request;
+}
+
 class Sender {
  public:
   explicit Sender(const std::string& host, const std::string& bytes = "0123") {
@@ -23,6 +38,10 @@ class Sender {
     upload.SetPostAcceptor(W("/upload"));
     upload.SetBoundary(W("BOUNDARY"));
     upload.SetTimeouts(2000, 2000);
+  }
+  /// A file of so many zero bytes, which takes no room on the disk.
+  Sender(const std::string& host, std::size_t size) : Sender(host, "") {
+    std::filesystem::resize_file(file(), size);
   }
 
   std::filesystem::path file() const { return folder_ / "notes.txt"; }

@@ -1,5 +1,7 @@
 #include "vosmere/collections/colct_item_ids_document.h"
 
+#include <string>
+
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <iosfwd>
 
 #include "vosmere/base/export.h"
 #include "vosmere/collections/colct_item_id.h"

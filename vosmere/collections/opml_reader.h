@@ -3,17 +3,11 @@
 #include <vector>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/read_xml.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CColctNetData;
-class CColctNode;
-class CFolderNode;
-class CNodeStat;
-struct RNode;
 
 /// Walks an OPML document and builds a tree of folders and collections. Elements out of place and
 /// unknown names are ignored.

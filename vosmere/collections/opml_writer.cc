@@ -1,6 +1,7 @@
 #include "vosmere/collections/opml_writer.h"
 
 #include <functional>
+#include <string>
 
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/tree/folder_node.h"

@@ -263,7 +263,7 @@ void FolderReference(Bookmarks& bookmarks, const Element& element) {
 
 template <auto Target>
 void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
-  if (!*std::invoke(Target, bookmarks)->GetUUID())
+  if (!*Invoke(Target, bookmarks)->GetUUID())
     report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
 }
 

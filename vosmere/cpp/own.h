@@ -13,6 +13,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/collections/colct_ex_data.h"
 #include "vosmere/collections/colct_item.h"
@@ -35,15 +36,6 @@
 #include "vosmere/tree/url_prop.h"
 
 namespace vosmere {
-
-/// Calls `Free` on what it is given.
-template <auto Free>
-struct FreeWith {
-  template <class Thing>
-  void operator()(Thing* owned) const {
-    Free(owned);
-  }
-};
 
 /// Owns a `Thing` and frees it with `Free`.
 template <class Thing, auto Free>

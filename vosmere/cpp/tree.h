@@ -25,6 +25,7 @@
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/sort_node.h"
 #include "vosmere/tree/tree_link.h"
+#include "vosmere/tree/tree_observer.h"
 #include "vosmere/tree/tree_tool.h"
 #include "vosmere/tree/tree_walk.h"
 #include "vosmere/tree/url_node.h"
@@ -80,6 +81,8 @@ inline bool Add(Place folder, Tree&& tree, Link before = nullptr) {
   if (!tree || tree->parent || !folder || folder->type != NT_FOLDER ||
       IsWithin(Link(folder), tree) || (before && before->parent != folder))
     return false;
+  if (TreeObserver* const observer = TreeObserver::Of(folder))
+    observer->Adding(folder, tree.get(), before);
   if (before)
     RNTool::InsertBefore(before, tree.release());
   else
@@ -110,6 +113,14 @@ inline bool Move(Link what, Place folder, Link before = nullptr) {
   if (!what || !what->parent || !folder || folder->type != NT_FOLDER ||
       IsWithin(Link(folder), what) || (before && before->parent != folder))
     return false;
+  TreeObserver* const from = TreeObserver::Of(what);
+  TreeObserver* const to = TreeObserver::Of(folder);
+  if (from && from == to) {
+    from->Moving(what, folder, before);
+  } else {
+    if (from) from->Removing(what);
+    if (to) to->Adding(folder, what, before);
+  }
   RNTool::MoveRNodeInDataTree(folder, what, before);
   return true;
 }
@@ -118,6 +129,7 @@ inline bool Move(Link what, Place folder, Link before = nullptr) {
 inline Tree Remove(Link what) {
   if (!what || !what->parent) return nullptr;
   RNode* const link = what;
+  if (TreeObserver* const observer = TreeObserver::Of(link)) observer->Removing(link);
   chain::Unlink(link->parent->firstChild, link);
   link->parent = nullptr;
   return Tree(link);
@@ -147,6 +159,8 @@ enum class SortBy { kName, kAdded, kModified, kLastVisited };
 /// are.
 inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = false) {
   if (!folder) return;
+  TreeObserver* const observer = TreeObserver::Of(folder);
+  if (observer) observer->Sorting(folder);
   CSortRNode sorter;
   RNode*& head = folder->firstChild;
   switch (by) {
@@ -155,6 +169,7 @@ inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = fals
     case SortBy::kModified: head = sorter.SortByModifyTime(head, !descending); break;
     case SortBy::kLastVisited: head = sorter.SortByVisitTime(head, !descending); break;
   }
+  if (observer) observer->Sorted(folder);
 }
 
 // Copying.

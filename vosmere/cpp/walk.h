@@ -22,6 +22,7 @@
 #include "vosmere/engines/engine_node.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/tree_link.h"
+#include "vosmere/tree/tree_observer.h"
 #include "vosmere/tree/url_node.h"
 
 namespace vosmere {
@@ -108,16 +109,46 @@ inline TextView AddressOf(const CEngineNode& engine) {
   return engine.GetUrl();
 }
 
+namespace detail {
+
+/// Tells the observer of an item's tree, if it has one, before the item is changed and after.
+class FieldChange {
+ public:
+  explicit FieldChange(const CBaseNode& item)
+      : link_(item.GetRNode()), observer_(TreeObserver::Of(link_)) {
+    if (observer_) observer_->Changing(link_);
+  }
+  FieldChange(const FieldChange&) = delete;
+  FieldChange& operator=(const FieldChange&) = delete;
+  ~FieldChange() {
+    if (observer_) observer_->Changed(link_);
+  }
+
+ private:
+  RNode* link_;
+  TreeObserver* observer_;
+};
+
+}  // namespace detail
+
+/// Calls `change(item)`, which may set what it likes of the item. In the tree of a store, what is
+/// set in this way is in the store's log; what is set without it is not until the next checkpoint.
+template <std::derived_from<CBaseNode> Node, std::invocable<Node&> Change>
+void Update(Node& item, Change&& change) {
+  const detail::FieldChange seen(item);
+  change(item);
+}
+
 // They do what the setters do, and throw std::bad_alloc where those would keep the old text.
 
 inline void SetName(CBaseNode& item, const Wide& name) {
-  detail::SetOrThrow([&] { item.SetName(name); });
+  Update(item, [&](CBaseNode& to) { detail::SetOrThrow([&] { to.SetName(name); }); });
 }
 inline void SetDescription(CBaseNode& item, const Wide& description) {
-  detail::SetOrThrow([&] { item.SetDescription(description); });
+  Update(item, [&](CBaseNode& to) { detail::SetOrThrow([&] { to.SetDescription(description); }); });
 }
 inline void SetAddress(CUrlNode& page, const Wide& address) {
-  detail::SetOrThrow([&] { page.SetUrl(address); });
+  Update(page, [&](CUrlNode& to) { detail::SetOrThrow([&] { to.SetUrl(address); }); });
 }
 
 // Walks.

@@ -1,3 +1,4 @@
+// The document of search engines: its writer, then its reader.
 #include "vosmere/engines/search_engines_document.h"
 
 #include <new>
@@ -25,7 +26,7 @@ bool CWriteSEngineXML::FillData() {
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the file begins its root element after a blank, as it always has.
 void CWriteSEngineXML::AddHead() {
   Put(" <searchEnginePool version=\"1.0\" xmlns=\"" VOSMERE_NAMESPACE_SEARCH_ENGINE "\">\r\n");
   PutElementUnlessEmpty<"title">(pool_->GetName());
@@ -75,18 +76,19 @@ namespace {
 using namespace xml;
 
 struct Engines {
-  std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
-  CEngineNode* engine = nullptr;  // while its element is being read
+  OwnedPointer<CEnginePool, FreeWith<CBaseNode::Delete>> pool;
+  CEngineNode* engine = nullptr;  // the engine whose element is being read, or null
 
   CEnginePool* Pool() const { return pool.get(); }
 
   void MakePool() {
-    if (!pool) pool.reset(CEnginePool::New());
+    if (!pool) pool.Assign(CEnginePool::New());
     if (!pool) throw std::bad_alloc();
   }
   void Begin() {
     MakePool();
     engine = CEngineNode::New();
+    // AppendEngine also refuses null, so this covers both ways in which memory can run out.
     if (pool->AppendEngine(engine)) return;
     CBaseNode::Delete(engine);
     throw std::bad_alloc();
@@ -122,7 +124,7 @@ constexpr ScopedElement<Engines> kElements[] = {
     {kEngine, BeginningWith("stat"), AttributesTo<&Engines::engine, kStatDateFields>},
     {kPool, "title", TextTo<&Engines::Pool, &CBaseNode::SetName>},
     {kPool, "description", TextTo<&Engines::Pool, &CBaseNode::SetDescription>},
-    {kAnywhere, "searchEnginePool", MakePool, kPool},  // which begins as an engine does
+    {kAnywhere, "searchEnginePool", MakePool, kPool},  // before the next row, which matches it too
     {kAnywhere, BeginningWith("searchEngine"), BeginEngine, kEngine, EndItem, SayUnsaid},
 };
 
@@ -133,6 +135,7 @@ CReadSEngineXML::~CReadSEngineXML() = default;
 void CReadSEngineXML::InvokeParser(XmlNode root) {
   Engines engines;
   ReadElement(kElements, engines, Reported(root), kDocument);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   pool_ = std::move(engines.pool);
 }

@@ -1,3 +1,4 @@
+// The document of FTP sites: its writer, then its reader.
 #include "vosmere/ftp/ftp_sites_document.h"
 
 #include <new>
@@ -70,19 +71,21 @@ void PassiveWhenTrue(CFtpConBase& site, const WChar* text) {
   if (IsNamedNoCase(WideView(text), "true")) site.SetPASVMode(true);
 }
 
-// The default is not set: it is there, unless an earlier element has said otherwise.
+// Intended: port 21 is ignored because it is the default, even if an earlier element has set
+// another port.
 void PortUnlessDefault(CFtpConBase& site, const WChar* text) {
   const LONG port = NumberFromText(text);
   if (port != CFtpConBase::kDefaultPort) site.SetPort(port);
 }
 
-/// "true" or "false" in any letter case; anything else changes nothing.
+/// Accepts "true" and "false", case-insensitive (ASCII). Any other text changes nothing.
 template <auto Setter>
 void TrueOrFalse(CFtpConBase& site, const WChar* text) {
   if (IsNamedNoCase(WideView(text), "true")) (site.*Setter)(true);
   if (IsNamedNoCase(WideView(text), "false")) (site.*Setter)(false);
 }
 
+/// Both attributes are collected first, because an address needs both.
 struct WebAddress {
   SystemText name, link;
 

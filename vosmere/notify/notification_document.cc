@@ -1,3 +1,4 @@
+// The notification document: its writer, then its reader.
 #include "vosmere/notify/notification_document.h"
 
 #include <new>
@@ -110,11 +111,11 @@ namespace {
 using namespace xml;
 
 struct Notification {
-  std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
-  CVSMNotifyMsg* item = nullptr;  // the message while its element is being read
+  OwnedPointer<CVSMNotifyMsg, FreeWith<CVSMNotifyMsg::Delete>> message;
+  CVSMNotifyMsg* item = nullptr;  // the message whose element is being read, or null
 
   void Begin() {
-    message.reset(CVSMNotifyMsg::New());
+    message.Assign(CVSMNotifyMsg::New());
     if (!message) throw std::bad_alloc();
     item = message.get();
   }
@@ -166,6 +167,7 @@ void CReadVSMNotify::InvokeParser(XmlNode root) {
   Notification notification;
   if (IsRootNamed(root, "vsmnotify"))
     ReadChildren(kElements, notification, Reported(root), kNotify);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   message_ = std::move(notification.message);
 }

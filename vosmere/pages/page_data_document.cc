@@ -1,3 +1,4 @@
+// The page data document: its writer, then its reader.
 #include "vosmere/pages/page_data_document.h"
 
 #include <string>

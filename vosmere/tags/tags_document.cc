@@ -1,13 +1,17 @@
+// The tags document: its writer, then its reader.
 #include "vosmere/tags/tags_document.h"
 
 #include <algorithm>
 #include <new>
+#include <string>
 
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {
 
 // Writing.
+
+CWriteTagsXML::CWriteTagsXML() : name_(new std::string) {}
 
 CWriteTagsXML::~CWriteTagsXML() = default;
 
@@ -27,18 +31,19 @@ void CWriteTagsXML::AddTail() {
   Put("</vsmtags>");
 }
 
+// Converts a name before its element is begun, because without a name there is no element.
 bool CWriteTagsXML::ConvertName(const WChar* name) {
-  name_.clear();
-  return EscapedUtf8(WideView(name), name_, Stands::kInAttribute);
+  name_->clear();
+  return EscapedUtf8(WideView(name), *name_, Stands::kInAttribute);
 }
 
 void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
   LosesOf(nullptr, group->GetName());
   if (!ConvertName(group->GetName())) return;
   Put("<group");
-  if (!name_.empty()) {
+  if (!name_->empty()) {
     Put(" name=\"");
-    PutBytes(name_);
+    PutBytes(*name_);
     Put("\"");
   }
   Put(">");
@@ -54,7 +59,7 @@ void CWriteTagsXML::FillTagItem(CTagItem* item) {
   LoseIf(item->GetCount() < 0 || item->GetCount() > kMostCount, "count is held to 0 to 10,000,000",
          LossKind::kChanged);
   Put("<tag name=\"");
-  PutBytes(name_);
+  PutBytes(*name_);
   if (item->GetCount() != 1) {
     Put("\" count=\"");
     PutNumber(std::clamp(item->GetCount(), 0, kMostCount));

@@ -1,3 +1,4 @@
+// The toolbar document: its writer, then its reader.
 #include "vosmere/toolbars/toolbars_document.h"
 
 #include <memory>
@@ -26,7 +27,7 @@ bool CWriteToolbarXML::FillData() {
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the file begins its root element after a blank, as it always has.
 void CWriteToolbarXML::AddHead() {
   Put(" <toolbars version=\"1.0\" xmlns=\"" VOSMERE_NAMESPACE_TOOLBAR "\">\r\n");
 }
@@ -77,9 +78,10 @@ using namespace xml;
 
 struct Bands {
   std::unique_ptr<CTBarBandInfo> bands{new CTBarBandInfo};
-  TBARBANDINFO* band = nullptr;  // while its element is being read
+  TBARBANDINFO* band = nullptr;  // the band whose element is being read, or null
 
   void Begin() {
+    // The defaults, for everything that the element does not mention.
     const TBARBANDINFO unsaid;
     band = bands->AddBandInfoCopy(&unsaid);
     if (!band) throw std::bad_alloc();

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <memory>
 #include <type_traits>
 #include <utility>
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
 #include "vosmere/xml/reader_report.h"
@@ -38,10 +38,10 @@ class ItemChain {
 
   /// Appends a new item, which is then being read. Throws std::bad_alloc.
   void Begin() {
-    std::unique_ptr<Item, Delete> item(Item::New());
+    OwnedPointer<Item, FreeWith<Item::Delete>> item(Item::New());
     Cell* const cell = item ? Cell::New(item.get()) : nullptr;
     if (!cell) detail::ThrowNoMemory();
-    item_ = item.release();
+    item_ = item.Detach();
     chain::Append(head_, cell);
   }
   void End() { item_ = nullptr; }
@@ -54,10 +54,6 @@ class ItemChain {
   void Clear() { list::DeleteItems(Detach()); }
 
  private:
-  struct Delete {
-    void operator()(Item* item) const { Item::Delete(item); }
-  };
-
   Cell* head_ = nullptr;
   Item* item_ = nullptr;
 };

@@ -27,10 +27,8 @@
 //     }
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <type_traits>
 #include <vector>
 
@@ -62,24 +60,35 @@ struct ScopedElement {
   void (*sayUnsaid)(Builder& builder, Report& report) = nullptr;
 };
 
+/// std::invoke without its header: a member of `object`, or what a function makes of it.
+template <class Callee, class Object, class... Arguments>
+decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... arguments) {
+  if constexpr (std::is_member_object_pointer_v<Callee>)
+    return (object.*callee);
+  else if constexpr (std::is_member_function_pointer_v<Callee>)
+    return (object.*callee)(arguments...);
+  else
+    return callee(object, arguments...);
+}
+
 // The regular rows. `Target` is a member of the builder that is, or returns, a pointer to what is
 // being read; while that is null they do nothing.
 
 /// Its text goes to a setter, or to a function (Target&, const WChar* text), and should fit.
 template <auto Target, auto Apply, FitsTest Fits = nullptr, class Builder>
 void TextTo(Builder& builder, const Element& element) {
-  auto* const target = std::invoke(Target, builder);
+  auto* const target = Invoke(Target, builder);
   if (!target) return;
   const XmlText text = element.Text();
-  if (!element.report()) return static_cast<void>(std::invoke(Apply, *target, text.c_str()));
+  if (!element.report()) return static_cast<void>(Invoke(Apply, *target, text.c_str()));
   ApplyReported(*element.report(), {}, text.c_str(), Fits,
-                [&] { std::invoke(Apply, *target, text.c_str()); });
+                [&] { Invoke(Apply, *target, text.c_str()); });
 }
 
 /// Its attributes go to a table of fields.
 template <auto Target, auto& Fields, class Builder>
 void AttributesTo(Builder& builder, const Element& element) {
-  if (auto* const target = std::invoke(Target, builder)) ApplyFields(Fields, *target, element);
+  if (auto* const target = Invoke(Target, builder)) ApplyFields(Fields, *target, element);
 }
 
 /// Nothing, for an element that is not read, which is no loss.
@@ -102,13 +111,13 @@ void TextAndAttributesTo(Builder& builder, const Element& element) {
 template <auto Method, class Builder>
 void Call(Builder& builder, const Element& element) {
   if constexpr (std::is_invocable_v<decltype(Method), Builder&, const Element&>)
-    std::invoke(Method, builder, element);
+    Invoke(Method, builder, element);
   else
-    std::invoke(Method, builder);
+    Invoke(Method, builder);
 }
 template <auto Method, class Builder>
 void Call(Builder& builder) {
-  std::invoke(Method, builder);
+  Invoke(Method, builder);
 }
 
 /// Which of several equal elements beside each other count.
@@ -130,10 +139,10 @@ class ScopeReader {
         end_(rows + N),
         builder_(builder),
         report_(report),
-        firstOnly_(repeats == Repeats::kFirst),
-        everywhere_(
-            std::any_of(rows, rows + N, [](const Row& row) { return row.scopes & kUnknown; })) {
+        firstOnly_(repeats == Repeats::kFirst) {
     static_assert(N <= 64);
+    for (const Row& row : rows)
+      if (row.scopes & kUnknown) everywhere_ = true;
   }
 
   void ReadChildren(const XmlNode& parent, Scopes scope) {
@@ -209,11 +218,16 @@ class ScopeReader {
     using As = Report::As;
     report_->Enter(element, row ? As::kKnown : isRepeated ? As::kRepeated : As::kUnknown);
     if (!row) return;
-    const auto isSame = [row](const Open& open) { return open.row == row; };
-    if (row->within && row->scopes == kAnywhere && std::any_of(open_.begin(), open_.end(), isSame))
+    if (row->within && row->scopes == kAnywhere && IsOpen(*row))
       report_->Lose(LossKind::kChanged, "what stands inside another of its kind moves out of it");
     if (row->read) row->read(builder_, Element(element, report_));
     report_->EndOfReading();
+  }
+
+  bool IsOpen(const Row& row) const {
+    for (const Open& open : open_)
+      if (open.row == &row) return true;
+    return false;
   }
 
   const Row* FindRow(WideView name) const {
@@ -237,9 +251,9 @@ class ScopeReader {
   Builder& builder_;
   Report* report_;
   bool firstOnly_;
-  bool everywhere_;         // whether unknown elements may hold known ones
-  NestedTexts texts_;       // those that are open
-  std::vector<Open> open_;  // innermost last
+  bool everywhere_ = false;  // whether unknown elements may hold known ones
+  NestedTexts texts_;        // those that are open
+  std::vector<Open> open_;   // innermost last
 };
 
 /// Applies the rows to everything below `parent`, whose own children are read in `scope`.

@@ -5,13 +5,10 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/write_xml.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CNodeStat;
-class CUrlNode;
 
 /// Base of the writers of items: the elements that several documents have, each in the one form
 /// that their readers know.

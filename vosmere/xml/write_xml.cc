@@ -246,8 +246,8 @@ bool CWriteXML::Generate() {
 
 BSTR CWriteXML::GetXMLBSTR() {
   if (!Generate()) return nullptr;
-  const std::unique_ptr<char[]> bytes = buffer_->Joined();
-  if (bytes && !bytes[0]) return nullptr;
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer_->Joined();
+  if (bytes && !*bytes) return nullptr;
   BSTR result = nullptr;
   if (bytes) CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
   if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
@@ -256,9 +256,9 @@ BSTR CWriteXML::GetXMLBSTR() {
 
 bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
   if (!Generate()) return false;
-  std::unique_ptr<char[]> joined = buffer_->Joined();
+  OwnedPointer<char, WithArrayDelete> joined = buffer_->Joined();
   if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
-  *bytes = joined.release();
+  *bytes = joined.Detach();
   Chunk* chunk = nullptr;
   *length = buffer_->Get(&chunk);
   return true;

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
-#include <memory>
-#include <string>
+#include <iosfwd>
 #include <string_view>
 #include <utility>
 
 #include "vosmere/base/document_error.h"
 #include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
@@ -157,7 +156,9 @@ class VOSMERE_API CWriteXML {
     ++nested_;
     Deepen(above);
   }
-  void Deepen(int above) { deepest_ = std::max(deepest_, above + nested_); }
+  void Deepen(int above) {
+    if (above + nested_ > deepest_) deepest_ = above + nested_;
+  }
   void Unnest() { --nested_; }
 
   // What is lost, for SetLossReport; nothing happens without one.
@@ -257,8 +258,8 @@ class VOSMERE_API CWriteXML {
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 
-  std::unique_ptr<CChunkBuffer> buffer_;
-  std::unique_ptr<File> file_;
+  OwnedPointer<CChunkBuffer> buffer_;
+  OwnedPointer<File> file_;
   char encoding_[20] = "UTF-8";
   LONG filled_ = 0;
   bool torn_ = false;  // something is missing in it for want of memory

@@ -1,3 +1,4 @@
+// Paths from UTF-8 names.
 #include "vosmere/platform/path.h"
 
 #include <cstring>
