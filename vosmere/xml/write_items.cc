@@ -13,6 +13,14 @@ void CWriteItems::LoseAllBut(unsigned held, const CBaseNode& item) {
   LosesOf(&item, item.GetName());
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
   const CNodeStat& stat = *item.GetNodeStat();
+  // Most items have nothing that is lost.
+  const bool isPlain = ((held & kDescription) || !*item.GetDescription()) &
+                       ((held & kIdentity) || !*item.GetUUID()) &
+                       ((held & kVersion) || item.GetVersion() == 1) & !item.IsDeleted() &
+                       (item.GetBaseBuild() == 0) & item.HasCheckedIn(nullptr) &
+                       ((held & kTimes) || !stat.GetSetTimes()) &
+                       ((held & kMarks) || (!stat.IsUnread() && stat.GetFlag() == 0));
+  if (isPlain) return;
   const bool isChanged = item.GetBaseBuild() == 0 && !item.HasCheckedIn(nullptr);
   LoseIf(loses(kDescription, *item.GetDescription()), "description does not come back");
   LoseIf(loses(kIdentity, *item.GetUUID()), "id does not come back");

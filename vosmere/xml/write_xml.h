@@ -106,6 +106,10 @@ class VOSMERE_API CWriteXML {
   /// so that who goes on to SaveToFile loses no file to it. Throws std::bad_alloc.
   bool Generate();
 
+  /// Hands out the document piece by piece, after a first call with its whole length and null.
+  /// False, with nothing handed out, like GetXMLBytes.
+  bool HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to);
+
   /// Escapes a system string and converts it to UTF-8: a new zero-terminated block that the caller
   /// frees with CUnicodeTool::DeleteBuffer, and its length. False, with nothing stored, without
   /// memory. The five characters & < > " ' become entities; nothing else is replaced.
@@ -249,6 +253,8 @@ class VOSMERE_API CWriteXML {
   Convert Escaping(Stands stands) const;
   WideView Writable(WideView text, std::basic_string<WChar>& aside);
   bool PutPieces(WideView text, std::size_t unitBytes, Convert convert);
+  bool PutTamePieces(WideView* text);
+  bool PutLoadable(WideView text, Convert convert);
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 
