@@ -1,4 +1,4 @@
-// Imports a Favorites folder and saves it as a collection, which holds the pages.
+// Imports a Favorites folder, saves it as a collection and loads it again.
 //
 // Prints: News > Weather, http://weather.example/
 #include <filesystem>

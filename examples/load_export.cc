@@ -1,4 +1,4 @@
-// Loads what a feed reader exported, and says what of it is not kept.
+// Loads a list that a feed reader exported, and prints what of it is not kept.
 //
 // Prints: News & views > a feed, not all of /opml/body/outline/outline
 #include <iostream>

@@ -1,3 +1,4 @@
+// Writes output files, or standard output.
 #include "tools/output.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// Running a program on Windows.
 #include <windows.h>
 // After windows.h, which they need.
 #include <objbase.h>
@@ -15,11 +16,11 @@ std::string Utf8(const wchar_t* text) {
   if (size < 1) return {};
   std::string utf8(static_cast<std::size_t>(size), '\0');
   WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-  utf8.pop_back();  // the terminating zero
+  utf8.pop_back();  // the terminating null
   return utf8;
 }
 
-// The narrow arguments have lost what the ANSI code page cannot say.
+// The arguments of main have lost every character that is not in the ANSI code page.
 Arguments WideArguments() {
   int count = 0;
   const std::unique_ptr<wchar_t*, decltype(&LocalFree)> wide(

@@ -1,3 +1,4 @@
+// The verb "show".
 #include "tools/show.h"
 
 #include <map>

@@ -1,3 +1,4 @@
+// The terminal on Windows.
 #include <windows.h>
 
 #include <fcntl.h>

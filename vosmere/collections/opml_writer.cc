@@ -1,3 +1,4 @@
+// Writes a tree of folders and collections as an OPML document.
 #include "vosmere/collections/opml_writer.h"
 
 #include <functional>
@@ -13,7 +14,7 @@
 namespace vosmere {
 namespace {
 
-constexpr int kAroundOutlines = 2;  // the root element and the body
+constexpr int kAroundOutlines = 2;  // levels of elements: the root and the body
 
 CColctNode* Colct(RNode* link) {
   return static_cast<CColctNode*>(link->item);
@@ -80,7 +81,8 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
       });
 }
 
-// What readers do not get back of a link; its address has slashes in every document.
+// Reports what reading does not restore of a link. Slashes in its address are not reported, since
+// addresses have them in every document of this kind.
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
   if (!ReportsLosses()) return;
   const CBaseNode& item = *link->item;
@@ -116,7 +118,7 @@ void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {
 
 void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
   Nest(kAroundOutlines);
-  Deepen(kAroundOutlines + 1);  // its statistics
+  Deepen(kAroundOutlines + 1);  // for the elements inside, such as the statistics
   Put("<outline text=\"");
   PutNameAndDescription(colct);
   Put("\" type=\"rss\" xmlUrl=\"");

@@ -1,3 +1,4 @@
+// Loads XML documents and turns every failure into a DocumentError.
 #include "vosmere/xml/read_xml.h"
 
 #include <cstdio>

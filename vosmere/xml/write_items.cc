@@ -1,3 +1,4 @@
+// Writes the elements that several documents of items share.
 #include "vosmere/xml/write_items.h"
 
 #include "vosmere/tree/base_node.h"

@@ -1,3 +1,4 @@
+// Generates documents in a chunk buffer, converts and saves them.
 #include "vosmere/xml/write_xml.h"
 
 #include <algorithm>
@@ -107,22 +108,24 @@ CWriteXML::Convert CWriteXML::Escaping(Stands stands) const {
                                       : PieceToEscapedUtf8<Escape::kAttribute>;
 }
 
-/// What of a text is written; `aside` is for one that has to be copied.
+/// The part of a text that may be written. If characters must be left out, the view is of `aside`,
+/// which holds the copy.
 WideView CWriteXML::Writable(WideView text, std::basic_string<WChar>& aside) {
   if (!loadable_ || IsXmlText(text)) return text;
   const std::size_t before = aside.size();
   for (WideView rest = text; !rest.empty();) {
     const std::size_t whole = WellFormedLength(rest);
     std::copy_if(rest.begin(), rest.begin() + whole, std::back_inserter(aside), IsXmlUnit);
-    rest = rest.From(whole + 1);  // an unpaired surrogate
+    rest = rest.From(whole + 1);  // skips the unpaired surrogate
   }
   Lose(LossKind::kChanged, "characters that XML does not have are left out");
   leftOutCharacters_ += static_cast<ULONG>(text.size - (aside.size() - before));
   return {aside.data(), aside.size()};
 }
 
-// Straight into the buffer where its last chunk has the room. `convert` writes at most `unitBytes`
-// bytes for each unit of a piece and returns their number; 0 is a failure.
+// Converts directly into the last chunk of the buffer if that has the room, which saves a copy.
+// `convert` writes at most `unitBytes` bytes for each code unit of a piece and returns their
+// number; 0 means failure.
 bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert) {
   char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {

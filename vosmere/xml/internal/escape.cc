@@ -1,3 +1,4 @@
+// Converting UTF-16 text to UTF-8 markup, piece by piece.
 #include "vosmere/xml/internal/escape.h"
 
 #include <algorithm>
@@ -24,8 +25,8 @@ std::string_view EntityFor(WChar unit) {
   }
 }
 
-/// Looks at all units, several at once: `&` and `'` differ in one bit, and so do `<` and `>`. May
-/// be true for nothing.
+/// A quick test of a whole piece, without branches so that the compiler can vectorise it: `&` and
+/// `'` differ in one bit, and so do `<` and `>`. May be true although nothing needs escaping.
 template <Escape kWhich>
 bool NeedsEscaping(WideView text) {
   WChar found = 0;
