@@ -1,7 +1,7 @@
 // The document that lists which items belong to which collections.
 #pragma once
 
-#include <string>
+#include <iosfwd>
 
 #include "vosmere/base/export.h"
 #include "vosmere/collections/colct_item_id.h"

@@ -34,8 +34,8 @@ void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WCh
 bool CWriteColctTreeOPML::FillData() {
   if (!root_) return false;
   BeginDocument();
-  AddHead();
   LoseOf(root_);
+  AddHead();
   FillNodeUUID(root_->item);
   FillFolderStructure(root_);
   AddTail();
@@ -47,6 +47,7 @@ void CWriteColctTreeOPML::AddHead() {
   Put("<head><title>");
   const WideView name(root_->item->GetName());
   std::string title;
+  LoseIf(name.empty(), "an empty name comes back as \"No name collections\"", LossKind::kChanged);
   if (name.empty())
     Put("No name collections");
   else if (EscapedUtf8(name, title) && !title.empty())
@@ -85,7 +86,6 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
   if (!ReportsLosses()) return;
   const CBaseNode& item = *link->item;
-  const WideView name(item.GetName());
   const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
   const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);
   if (link->type == NT_COLCT)
@@ -95,10 +95,6 @@ void CWriteColctTreeOPML::LoseOf(const RNode* link) {
   else
     return LoseWhole(item, "a page is left out");
   LoseIf(link->type == NT_COLCT && link->firstChild, "what stands below a collection is left out");
-  if (name.empty())
-    Lose(LossKind::kChanged, link->parent ? "an empty name comes back as \"No name\""
-                                          : "an empty name comes back as \"No name collections\"");
-  LoseIf(link->parent && name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
 }
 
 void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
@@ -141,6 +137,8 @@ void CWriteColctTreeOPML::EndOutline() {
 
 void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
   const WideView name(node->GetName());
+  LoseIf(name.empty(), "an empty name comes back as \"No name\"", LossKind::kChanged);
+  LoseIf(name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
   if (name.empty())
     Put("No name");
   else

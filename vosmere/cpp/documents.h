@@ -229,10 +229,11 @@ Result<SavedBytes> SaveToBytes(const Kind& value, const SaveOptions& options = {
   if (!detail::Document<Kind>::IsThere(value)) return Error({}, "there is nothing to save");
   SavedBytes saved{{Losses(options.places)}, {}};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  ConvertedText bytes;
-  int length = 0;
-  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error({}, writer.LastError());
-  saved.bytes.assign(bytes.get(), static_cast<std::size_t>(length));
+  const auto take = [](void* to, const char* bytes, std::size_t length) {
+    auto& all = *static_cast<std::string*>(to);
+    bytes ? static_cast<void>(all.append(bytes, length)) : all.reserve(length);
+  };
+  if (!writer.HandOut(take, &saved.bytes)) return Error({}, writer.LastError());
   return saved;
 }
 

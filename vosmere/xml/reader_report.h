@@ -3,11 +3,11 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <utility>
 
 #include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/xml_node.h"
 
@@ -81,7 +81,7 @@ class VOSMERE_API Report {
 
  private:
   struct State;
-  std::unique_ptr<State> state_;
+  OwnedPointer<State> state_;
 };
 
 /// An element that is being read: its node, and the report of losses.

@@ -128,8 +128,6 @@ WideView CWriteXML::Writable(WideView text, std::basic_string<WChar>& aside) {
 // `convert` writes at most `unitBytes` bytes for each code unit of a piece and returns their
 // number; 0 means failure.
 bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert) {
-  std::basic_string<WChar> kept;
-  text = Writable(text, kept);
   char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
@@ -145,24 +143,48 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert)
   return true;
 }
 
+/// Takes the pieces off a text that are ASCII without anything to replace; whether that was all.
+bool CWriteXML::PutTamePieces(WideView* text) {
+  while (!text->empty()) {
+    const WideView piece = text->First(kTextPiece);
+    const auto length = static_cast<int>(piece.size);
+    char* const room = buffer_ ? buffer_->Room(length) : nullptr;
+    if (!room || !TamePieceToUtf8(piece, room)) return false;
+    buffer_->Use(length);
+    *text = text->From(piece.size);
+  }
+  return true;
+}
+
+bool CWriteXML::PutLoadable(WideView text, Convert convert) {
+  if (PutTamePieces(&text)) return true;
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes, convert);
+}
+
 bool CWriteXML::PutRawAttribute(WideView text) {
-  if (!loadable_) return PutPieces(text, kUnitBytes, PieceToUtf8);
-  return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8<Escape::kAsLittle>);
+  return loadable_ ? PutLoadable(text, PieceToEscapedUtf8<Escape::kAsLittle>)
+                   : PutPieces(text, kUnitBytes, PieceToUtf8);
 }
 
 bool CWriteXML::PutEscaped(WideView text, Stands stands) {
-  return PutPieces(text, kEscapedUnitBytes, Escaping(stands));
+  return loadable_ ? PutLoadable(text, Escaping(stands))
+                   : PutPieces(text, kEscapedUnitBytes, Escaping(stands));
 }
 
 bool CWriteXML::PutRawPath(WideView text) {
   if (!loadable_) return PutPieces(text, kUnitBytes, WithSlashes<PieceToUtf8>);
-  return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
+                   WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
 }
 
 bool CWriteXML::PutEscapedPath(WideView text) {
-  return PutPieces(text, kEscapedUnitBytes,
-                   loadable_ ? WithSlashes<PieceToEscapedUtf8<Escape::kText>>
-                             : WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
+  if (!loadable_)
+    return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
+                   WithSlashes<PieceToEscapedUtf8<Escape::kText>>);
 }
 
 // Converting.
@@ -244,6 +266,15 @@ bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
   *bytes = joined.Detach();
   Chunk* chunk = nullptr;
   *length = buffer_->Get(&chunk);
+  return true;
+}
+
+bool CWriteXML::HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to) {
+  if (!Generate()) return false;
+  Chunk* chunk = nullptr;
+  take(to, nullptr, static_cast<std::size_t>(buffer_->Get(&chunk)));
+  for (; chunk; chunk = chunk->next)
+    take(to, static_cast<const char*>(chunk->data), static_cast<std::size_t>(chunk->used));
   return true;
 }
 

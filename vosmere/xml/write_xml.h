@@ -1,7 +1,6 @@
 // The base class of all document writers.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <iosfwd>
 #include <string_view>
@@ -114,6 +113,10 @@ class VOSMERE_API CWriteXML {
   /// std::bad_alloc.
   bool Generate();
 
+  /// Hands out the document piece by piece, after a first call with its whole length and null.
+  /// False, with nothing handed out, like GetXMLBytes.
+  bool HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to);
+
   /// Escapes a system string and converts it to UTF-8. Stores a new null-terminated block, which
   /// the caller owns and frees with CUnicodeTool::DeleteBuffer, and its length in bytes. Returns
   /// false, with nothing stored, if the text cannot be converted or memory runs out. The five
@@ -165,7 +168,9 @@ class VOSMERE_API CWriteXML {
     ++nested_;
     Deepen(above);
   }
-  void Deepen(int above) { deepest_ = std::max(deepest_, above + nested_); }
+  void Deepen(int above) {
+    if (above + nested_ > deepest_) deepest_ = above + nested_;
+  }
   void Unnest() { --nested_; }
 
   // Reporting losses. Without a report (SetLossReport) these do nothing.
@@ -261,6 +266,8 @@ class VOSMERE_API CWriteXML {
   Convert Escaping(Stands stands) const;
   WideView Writable(WideView text, std::basic_string<WChar>& aside);
   bool PutPieces(WideView text, std::size_t unitBytes, Convert convert);
+  bool PutTamePieces(WideView* text);
+  bool PutLoadable(WideView text, Convert convert);
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 

@@ -35,6 +35,10 @@ enum class Escape {
 template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes);
 
+/// Converts a piece that is nothing but ASCII without controls and without what any Escape
+/// replaces, into room for its units. False, with any bytes there, for every other piece.
+bool TamePieceToUtf8(WideView piece, char* bytes);
+
 /// Whether XML allows this code unit, alone or as half of a surrogate pair.
 constexpr bool IsXmlUnit(WChar unit) {
   return (unit >= 0x20 && unit < 0xFFFE) || unit == '\t' || unit == '\n' || unit == '\r';
