@@ -143,7 +143,8 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert)
   return true;
 }
 
-/// Takes the pieces off a text that are ASCII without anything to replace; whether that was all.
+/// Appends the leading pieces of a text that are plain ASCII without anything to escape, which is
+/// fast, and removes them from `text`. Returns whether that was the whole text.
 bool CWriteXML::PutTamePieces(WideView* text) {
   while (!text->empty()) {
     const WideView piece = text->First(kTextPiece);

@@ -113,8 +113,9 @@ class VOSMERE_API CWriteXML {
   /// std::bad_alloc.
   bool Generate();
 
-  /// Hands out the document piece by piece, after a first call with its whole length and null.
-  /// False, with nothing handed out, like GetXMLBytes.
+  /// Passes the document to `take` piece by piece, without joining it in memory. The first call has
+  /// a null pointer and the length of the whole document. Returns false, without calling `take`, in
+  /// the same cases as GetXMLBytes.
   bool HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to);
 
   /// Escapes a system string and converts it to UTF-8. Stores a new null-terminated block, which

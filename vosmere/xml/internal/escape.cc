@@ -84,7 +84,7 @@ template int PieceToEscapedUtf8<Escape::kText>(WideView, char*);
 template int PieceToEscapedUtf8<Escape::kAttribute>(WideView, char*);
 template int PieceToEscapedUtf8<Escape::kAsLittle>(WideView, char*);
 
-// All units are looked at and stored, so that several are done at once.
+// Tests and stores every code unit without branching, so that the compiler can vectorise the loop.
 bool TamePieceToUtf8(WideView piece, char* bytes) {
   WChar found = 0;
   for (std::size_t i = 0; i < piece.size; ++i) {

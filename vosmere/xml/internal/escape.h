@@ -35,8 +35,9 @@ enum class Escape {
 template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes);
 
-/// Converts a piece that is nothing but ASCII without controls and without what any Escape
-/// replaces, into room for its units. False, with any bytes there, for every other piece.
+/// Converts a piece if it is only printable ASCII without any character that an Escape replaces.
+/// `bytes` must have room for one byte per code unit. False, with the bytes undefined, for every
+/// other piece.
 bool TamePieceToUtf8(WideView piece, char* bytes);
 
 /// Whether XML allows this code unit, alone or as half of a surrogate pair.
