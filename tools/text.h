@@ -23,7 +23,7 @@ std::string InputName(const std::string& name);
 std::string OutputName(const std::string& name);
 
 /// UTF-8 that is safe to print on a terminal: control characters and characters that reorder a line
-/// are escaped as \uXXXX.
+/// are replaced by escapes like those of JSON.
 std::string Printable(const WChar* text);
 std::string Printable(const std::string& utf8);
 

@@ -62,7 +62,7 @@ struct ScopedElement {
   void (*sayUnsaid)(Builder& builder, Report& report) = nullptr;
 };
 
-/// Like std::invoke, without the cost of including <functional> in every reader.
+/// Like std::invoke, without the cost of including its heavy header in every reader.
 template <class Callee, class Object, class... Arguments>
 decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... arguments) {
   if constexpr (std::is_member_object_pointer_v<Callee>)
