@@ -6,12 +6,11 @@
 namespace vosmere::tool {
 
 struct FavoritesOptions {
-  std::string folder;  ///< the Favorites folder; empty for that of the user
-  std::string
-      registry;      ///< the file or Wine prefix with the user's registry; empty for the default
-  std::string opml;  ///< the file to write instead of showing; empty for none
-  std::string rss;   ///< the same
-  std::string html;  ///< the same
+  std::string folder;    ///< the Favorites folder; empty for that of the user
+  std::string registry;  ///< what contains the user's registry; empty for the default
+  std::string opml;      ///< the file to write instead of showing; empty for none
+  std::string rss;       ///< the same
+  std::string html;      ///< the same
 };
 
 /// Returns the exit code. Throws Failure.
