@@ -1,11 +1,13 @@
-// Whether documents load, and whether they come back from a save.
+// Whether documents load, and what a save loses.
 #pragma once
 
 #include <string>
 
-#include "vosmere/base/document_error.h"
+#include "vosmere/cpp.h"
 
 namespace vosmere::tool {
+
+inline constexpr std::size_t kPlacesShown = 3;
 
 struct CheckOptions {
   bool all = false;     ///< names every item that a warning is about
@@ -17,7 +19,7 @@ struct CheckOptions {
 /// Prints what is found about a file and returns the exit code.
 int Check(const std::string& file, const CheckOptions& options);
 
-/// Why nothing would come back of a saved copy, on a line.
-std::string WhyNotSaved(const DocumentError& error);
+/// A line for each.
+void PrintWarnings(std::ostream& out, const std::string& name, const Losses& losses);
 
 }  // namespace vosmere::tool

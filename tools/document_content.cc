@@ -3,7 +3,7 @@
 namespace vosmere::tool {
 
 std::string NameOf(const Record& record) {
-  if (record.fields.empty() || record.fields[0].traits & kSecret) return {};
+  if (record.fields.empty()) return {};
   const Json& name = record.fields[0].value;
   return name.is_string() ? name.get<std::string>() : std::string();
 }

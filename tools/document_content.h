@@ -1,5 +1,5 @@
 // What a loaded document holds, in one form for every kind of document: records within records.
-// Showing, comparing and explaining are written once, over this. Records are made as one comes to
+// Showing is written once, over this. Records are made as one comes to
 // them, as all of a large document at once would take several times its memory.
 #pragma once
 
@@ -13,13 +13,11 @@ namespace vosmere::tool {
 
 using Json = nlohmann::ordered_json;
 
-/// What is to be known of a field, as bits. Scripts are shown all but the secrets.
+/// What is to be known of a field, as bits. Scripts are shown all.
 enum Trait : unsigned {
   kPlain = 0,
   kOnLine = 1,   ///< people see it behind the name: a text as it is, a number or a truth as a mark
   kOwnLine = 2,  ///< people see it in a line of its own
-  kRaw = 4,      ///< it is written as it is: markup in it breaks the saved document
-  kSecret = 8,   ///< it is compared, and never printed
 };
 
 struct Field {
@@ -65,8 +63,6 @@ struct Record {
   /// Whether it is of a kind that has children.
   bool isContainer = false;
   Records children = {};
-  /// Why a save leaves it out, on purpose; empty when it does not.
-  std::string_view leftOut = {};
 
   void Add(std::string_view name, Json value, unsigned traits = kPlain) {
     fields.push_back({name, std::move(value), traits});

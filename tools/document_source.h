@@ -1,19 +1,14 @@
-// Where a document's bytes come from.
+// Files for what takes a path.
 #pragma once
 
 #include <optional>
 #include <string>
 
-#include "tools/scratch_file.h"
-#include "vosmere/xml/read_xml.h"
+#include "vosmere/cpp.h"
 
 namespace vosmere::tool {
 
-/// Lets the reader load a file, or the standard input for "-". What may wait for its bytes, as a
-/// pipe does, is read first, up to 256 MiB. Throws Failure when it does not come to a load.
-bool LoadFrom(const std::string& file, CReadXML& reader);
-
-/// A file for what takes a path; the standard input becomes one, which goes away with this.
+/// The standard input becomes a file, which goes away with this.
 class InputFile {
  public:
   /// Throws Failure.
@@ -23,7 +18,7 @@ class InputFile {
 
  private:
   std::string name_;
-  std::optional<ScratchFile> copy_;
+  std::optional<ReplacingFile> copy_;
 };
 
 }  // namespace vosmere::tool

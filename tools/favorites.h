@@ -9,6 +9,7 @@ struct FavoritesOptions {
   std::string folder;    ///< empty for the user's own
   std::string registry;  ///< what holds the user's registry; empty for the default
   std::string opml;      ///< written instead of showing, if not empty
+  std::string rss;       ///< the same
   std::string html;      ///< the same
 };
 

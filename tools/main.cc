@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "tools/check.h"
+#include "tools/contents.h"
 #include "tools/date.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
@@ -14,6 +15,7 @@
 #include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
+#include "tools/store.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -25,21 +27,21 @@ constexpr char kExitCodes[] =
     "A file called - is the standard input or output; ./- is a file of that name.";
 
 int Show(const std::string& file, bool asJson) {
-  const Document document(file);
-  asJson ? document.ShowJson(std::cout) : document.Show(std::cout);
+  const AnyDocument document = LoadDocument(file);
+  const Kind& kind = KindOf(document);
+  asJson ? ShowJson(ContentOf(document), std::cout)
+         : tool::Show(ContentOf(document), kind.what, kind.counts, std::cout);
+  if (asJson) std::cout << '\n';
   return kFine;
 }
 
 int Copy(const std::string& in, const std::string& out) {
-  Findings findings(kPlacesShown);
-  Document document(in, &findings);
-  WriteOutput(out, [&](const std::filesystem::path& path) {
-    const DocumentError error = document.Save(LibraryPath(path).get(), findings);
-    if (IsTrouble(error.fault)) throw FailureOf(OutputName(out), error);
-    findings.Print(std::cerr, InputName(in));
-    if (error.fault != DocumentFault::kNone)
-      throw FileFailure(kBadFile, InputName(in), "not copied: " + WhyNotSaved(error));
-  });
+  Losses losses(kPlacesShown);
+  const AnyDocument document = LoadDocument(in, &losses);
+  const SavedBytes saved = SaveDocument(document, in, kPlacesShown);
+  WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
+  losses.Add(saved.losses);
+  PrintWarnings(std::cerr, InputName(in), losses);
   return kFine;
 }
 
@@ -67,11 +69,9 @@ int Run(Verb verb) {
 
 CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions& options) {
   CLI::App* const check = app.add_subcommand(
-      "check", "Say whether documents load, and what a save would lose, invent or break");
-  check->footer(
-      std::string(kExitCodes) +
-      "\nA saved copy that would not load counts as 1; warnings do not, unless --strict; of "
-      "several files the worst does.");
+      "check", "Say whether documents load, and what they hold that a save would lose or invent");
+  check->footer(std::string(kExitCodes) +
+                "\nWarnings do not count, unless --strict; of several files the worst does.");
   check->add_option("FILE", files)->required();
   check->add_flag("--all", options.all, "Name every item that a warning is about");
   check->add_flag("--strict", options.strict, "Warnings count: exit with 1");
@@ -110,9 +110,14 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
   CLI::Option* const opml =
       favorites->add_option("--opml", options.opml, "Write an OPML file of links instead")
           ->type_name("FILE");
+  CLI::Option* const rss =
+      favorites
+          ->add_option("--rss", options.rss, "Write a collection that `show` and the library read")
+          ->type_name("FILE")
+          ->excludes(opml);
   favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
       ->type_name("FILE")
-      ->excludes(opml);
+      ->excludes(opml, rss);
   return favorites;
 }
 
@@ -188,12 +193,11 @@ int Main(const Arguments& arguments) {
   });
 
   CLI::App* const copy =
-      app.add_subcommand("copy",
-                         "Load a document and save it, unless the copy would not load again")
+      app.add_subcommand(
+             "copy", "Load a document and save it, so that the copy loads again whatever is in it")
           ->footer(kExitCodes);
   copy->add_option("IN", in)->required();
-  copy->add_option("OUT", out, "Replaced only by a copy that was loaded back; may be IN")
-      ->required();
+  copy->add_option("OUT", out, "Replaced by a whole copy, or not at all; may be IN")->required();
   copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
 
   std::vector<std::string> dates;
@@ -210,6 +214,20 @@ int Main(const Arguments& arguments) {
 
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
+
+  CLI::App* const log =
+      app.add_subcommand("log", "Print the changes that a store remembers")->footer(kExitCodes);
+  log->add_option("STORE", in, "Its folder")->required();
+  log->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
+
+  std::uint64_t checkpoint = 0;
+  CLI::App* const recover =
+      app.add_subcommand("recover", "Say which checkpoints of a store load, and what each holds")
+          ->footer(kExitCodes);
+  recover->add_option("STORE", in, "Its folder")->required();
+  recover->add_option("--restore", checkpoint, "Make this checkpoint the newest, as it was")
+      ->type_name("NUMBER");
+  recover->callback([&] { exitCode = Run([&] { return Recover(in, checkpoint, std::cout); }); });
 
   PostOptions post;
   AddPost(app, post)->callback([&] {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/contents.h"
 #include "tools/document.h"
 #include "tools/output.h"
 #include "tools/text.h"
@@ -47,11 +48,11 @@ bool IsPlaceOf(std::string_view place, const CBaseNode& item) {
   return false;
 }
 
-std::vector<CBaseNode*> ItemsCalled(const std::string& name, const Document& document) {
+std::vector<CBaseNode*> ItemsCalled(const std::string& name, const AnyDocument& document) {
   std::vector<CBaseNode*> items;
   if (name.empty()) return items;
-  document.ForEachItem([&](CBaseNode& item) {
-    if (ToUtf8(item.GetUUID()) == name || ToUtf8(item.GetName()) == name || IsPlaceOf(name, item))
+  ForEachItem(document, [&](CBaseNode& item) {
+    if (IdentityOf(item) == name || NameOf(item) == name || IsPlaceOf(name, item))
       items.push_back(&item);
   });
   return items;
@@ -81,16 +82,16 @@ int Note(const NoteOptions& options) {
   if (!IsStandard(options.in) && !IsStandard(options.out) &&
       std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
     throw FileFailure(kTrouble, Printable(options.out), "is the document itself");
-  const Document document(options.in);
+  const AnyDocument document = LoadDocument(options.in);
   const std::vector<CBaseNode*> items = ItemsCalled(options.item, document);
   if (items.size() > 1)
     throw FileFailure(kBadFile, InputName(options.in), Shared(options.item, items));
   if (items.empty())
     throw FileFailure(kBadFile, InputName(options.in),
                       "no item has the name or identity '" + Printable(options.item) + '\'');
-  WriteOutput(options.out, [&](const std::filesystem::path& path) {
-    if (!CWriteNoteHtml().WriteToFile(items[0], LibraryPath(path).get()) || !IsWhole(path))
-      throw FileFailure(kTrouble, OutputName(options.out), "cannot be written");
+  WriteOutput(options.out, [&](const FilePath& path) -> std::optional<Error> {
+    if (CWriteNoteHtml().WriteToFile(items[0], path.get()) && IsWhole(path.native())) return {};
+    return detail::FileError(path, "cannot be written");
   });
   return kFine;
 }

@@ -8,9 +8,10 @@
 #include <iostream>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "tools/failure.h"
-#include "tools/replace_file.h"
+#include "tools/output.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "vosmere/net/http_upload.h"
@@ -57,9 +58,10 @@ std::string AskPassword(const std::string& user) {
 /// Lower case, as servers compute it.
 void DigestOfPassword(const std::string& user, WChar (&digest)[kDigestLength + 1]) {
   std::string password = AskPassword(user);
-  const SystemString wide = ToWide(password);
-  CEncodingTool::GetWideCharLowerMD5(wide.get(), digest);
-  Wipe(wide.get(), SysStringLen(wide.get()));
+  std::vector<WChar> wide(password.size() + 1);  // one copy, which is wiped
+  detail::Utf8ToWide(password.data(), password.size(), wide.data());
+  CEncodingTool::GetWideCharLowerMD5(wide.data(), digest);
+  Wipe(wide.data(), wide.size());
   Wipe(password.data(), password.size());
 }
 
@@ -84,15 +86,13 @@ void AddFields(CNetUploadFile& upload, const PostOptions& options) {
   if (!options.user.empty()) {
     WChar digest[kDigestLength + 1];
     options.dryRun ? Redact(digest) : DigestOfPassword(options.user, digest);
-    AddOrStop(upload, "username",
-              [&] { upload.SetUserNamePswMD5(ToWide(options.user).get(), digest); });
+    AddOrStop(upload, "username", [&] { upload.SetUserNamePswMD5(Wide(options.user), digest); });
   }
   for (const std::string& field : options.fields) {
     const std::size_t equals = field.find('=');
     const std::string name = field.substr(0, equals);
-    AddOrStop(upload, name, [&] {
-      upload.AddParameter(ToWide(name).get(), ToWide(field.substr(equals + 1)).get());
-    });
+    AddOrStop(upload, name,
+              [&] { upload.AddParameter(Wide(name), Wide(field.substr(equals + 1))); });
   }
 }
 
@@ -125,43 +125,14 @@ class ProgressBar {
 
 /// Throws Failure for an upload that failed with this code.
 [[noreturn]] void StopForCode(LONG code, const PostOptions& options) {
-  const std::string &file = options.file, &host = options.host;
-  const struct {
-    int number;
-    const std::string& about;
-    const char* reason;
-  } reasons[] = {
-      {2, file, "there is no such file"},
-      {3, file, "there is no such folder"},
-      {8, file, "there is not enough memory"},
-      {123, file, "that is no name of a file"},
-      {206, file, "the name is too long"},
-      {222, file, "that is not a plain file"},
-      {223, file, "a request has less than 4 GiB"},
-      {1006, file, "the file has changed meanwhile"},
-      {1921, file, "the links lead in circles"},
-      {12002, host, "the server takes too long"},
-      {12005, host, "that is no name of a host"},
-      {12007, host, "the host is not known"},
-      {12014, host, "the server does not take the name and the password"},
-      {12029, host, "the server cannot be reached"},
-      {12030, host, "the connection was broken off, and there was no reply"},
-      {12031, host, "the connection was broken off, and there was no reply"},
-      {12037, host, "the server's certificate is out of date"},
-      {12038, host, "the server's certificate is for another host"},
-      {12040, host, "the server leads away from HTTPS"},
-      {12045, host, "the server's certificate is not trusted"},
-      {12152, host, "the reply is not valid HTTP"},
-      {12156, host, "the server leads in circles"},
-      {12157, host, "the server does not speak HTTPS"},
-  };
   constexpr int kFirstOfHttp = 12000;
-  const bool isWindows = (static_cast<unsigned>(code) >> 16) == 0x8007;
-  const int number = isWindows ? code & 0xFFFF : code;
-  for (const auto& known : reasons)
-    if (known.number == number) Stop(known.reason, known.about);
-  if (isWindows && number < kFirstOfHttp) Stop("cannot be read", file);
-  Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client", host);
+  const int number = code & 0xFFFF;
+  const char* const reason = ReasonOfUploadError(code);
+  const bool isOfFile = number < kFirstOfHttp;
+  if (reason) Stop(reason, isOfFile ? options.file : options.host);
+  if (isOfFile) Stop("cannot be read", options.file);
+  Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client",
+       options.host);
 }
 
 /// Throws Failure when there is no reply or half of one, unless that refuses the file. What comes
@@ -176,7 +147,7 @@ void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out)
   if (out) upload.SetResponseSink(write, out);
   {
     const ProgressBar bar(upload);
-    upload.UploadFile(LibraryPath(PathOf(options.file)).get());
+    upload.UploadFile(FilePath(PathOf(options.file)).get());
   }
   if (LostTexts() != lostBefore) throw std::bad_alloc();
   const LONG code = upload.GetErrorCode();
@@ -206,7 +177,10 @@ void SendTo(CNetUploadFile& upload, const PostOptions& options) {
   } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe stays itself
     SendToFile(upload, options, PathOf(options.output));
   } else {
-    ReplaceFile(options.output, [&](const fs::path& path) { SendToFile(upload, options, path); });
+    WriteOutput(options.output, [&](const FilePath& path) -> std::optional<vosmere::Error> {
+      SendToFile(upload, options, path.native());
+      return {};
+    });
   }
 }
 
@@ -235,15 +209,6 @@ std::size_t SliceOf(WideView text) {
   return cutsPair ? kMost - 1 : kMost;
 }
 
-std::string Utf8(WideView text) {
-  const SystemString copy(SysAllocStringLen(text.data, text.size));
-  char* bytes = nullptr;
-  int length = 0;
-  if (!copy || !CUnicodeTool::BSTRGetUTF8(copy.get(), &bytes, &length)) throw std::bad_alloc();
-  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
-  return {bytes, static_cast<std::size_t>(length)};
-}
-
 void PrintReply(CNetUploadFile& upload) {
   const unsigned long lostBefore = LostTexts();
   const SystemString reply(upload.DetachResponse());
@@ -253,7 +218,7 @@ void PrintReply(CNetUploadFile& upload) {
   std::string text;
   for (WideView rest(reply.get(), SysStringLen(reply.get())); !rest.empty();) {
     const std::size_t slice = SliceOf(rest);
-    text = Utf8(rest.First(slice));
+    text = ToUtf8(rest.First(slice));
     std::cout << (seen ? PrintableLines(text) : text);
     rest = rest.From(slice);
   }
@@ -278,7 +243,7 @@ std::string Objection(const CNetUploadFile& upload, const PostOptions& options) 
 
 int ShowRequest(CNetUploadFile& upload, const PostOptions& options) {
   upload.SetFieldName(Wide(u"WholeFile"));
-  upload.SetLocalFile(LibraryPath(PathOf(options.file)).get());
+  upload.SetLocalFile(FilePath(PathOf(options.file)).get());
   MakeOutputBinary();
   const bool shown = upload.ShowRequest(
       [](void*, const void* bytes, std::size_t size) {
@@ -295,8 +260,8 @@ int ShowRequest(CNetUploadFile& upload, const PostOptions& options) {
 
 int Post(const PostOptions& options) {
   CNetUploadFile upload;
-  upload.SetHost(ToWide(options.host).get());
-  upload.SetPostAcceptor(ToWide(options.path).get());
+  upload.SetHost(Wide(options.host));
+  upload.SetPostAcceptor(Wide(options.path));
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
   AddFields(upload, options);

@@ -2,9 +2,6 @@
 
 #include <cstdio>
 
-#include "vosmere/platform/path.h"
-#include "vosmere/text/unicode_tool.h"
-
 namespace vosmere::tool {
 namespace {
 
@@ -27,20 +24,8 @@ void AppendEscape(std::u16string& text, WChar unit) {
 
 }  // namespace
 
-SystemString ToWide(const std::string& utf8) {
-  BSTR wide = nullptr;
-  const bool converted =
-      CUnicodeTool::UTF8GetBSTR(&wide, utf8.data(), static_cast<int>(utf8.size()));
-  return SystemString(converted ? wide : SysAllocString(Wide(u"")));
-}
-
 std::filesystem::path PathOf(const std::string& name) {
   return std::filesystem::path(std::u8string(name.begin(), name.end()));
-}
-
-SystemString LibraryPath(const std::filesystem::path& path) {
-  const std::u8string name = path.u8string();
-  return SystemString(PathFromName(std::string(name.begin(), name.end()).c_str()));
 }
 
 std::string InputName(const std::string& name) {
@@ -67,8 +52,7 @@ std::string Printable(const WChar* text) {
 }
 
 std::string Printable(const std::string& utf8) {
-  const SystemString wide = ToWide(utf8);
-  return Printable(WideView(wide.get(), SysStringLen(wide.get())));
+  return Printable(Wide(utf8).get());
 }
 
 }  // namespace vosmere::tool

@@ -1,4 +1,4 @@
-// The library's UTF-16 and the tool's UTF-8.
+// Texts for people, and names of files.
 #pragma once
 
 #include <filesystem>
@@ -9,13 +9,9 @@
 
 namespace vosmere::tool {
 
-SystemString ToWide(const std::string& utf8);
-
 /// A file by the name that the program was given for it, in the system's own bytes (UTF-8 on
 /// Windows).
 std::filesystem::path PathOf(const std::string& name);
-/// As the library takes it.
-SystemString LibraryPath(const std::filesystem::path& path);
 
 /// Whether it names the standard input or output rather than a file.
 inline bool IsStandard(const std::string& name) {

@@ -10,6 +10,7 @@
 //   walk.h     items: their texts, loops over them, searches
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
+//   documents.h  loading and saving, and what is lost on the way
 //   store.h    a tree that is kept for years, with undo
 //   dates.h    instants of feeds and items
 //   jobs.h     functions run at a time, or every so often
@@ -20,8 +21,12 @@
 #pragma once
 
 #include "vosmere/cpp/dates.h"
+#include "vosmere/cpp/document_kinds.h"
+#include "vosmere/cpp/documents.h"
+#include "vosmere/cpp/files.h"
 #include "vosmere/cpp/jobs.h"
 #include "vosmere/cpp/lists.h"
+#include "vosmere/cpp/losses.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/result.h"
 #include "vosmere/cpp/store.h"

@@ -1,14 +1,11 @@
 #include "vosmere/base/system_string.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <limits>
 
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::system_string {
 
 TEST(SystemString, KnowsItsLengthAndEndsWithZero) {
   const OwnedBstr text(SysAllocStringLen(W(u"a\0bc"), 3));
@@ -38,5 +35,4 @@ TEST(SystemString, IsReplacedByATextThatMayLieWithinIt) {
   EXPECT_EQ(OwnedBstr(text).utf8(), "longer than before");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::system_string

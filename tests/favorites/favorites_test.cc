@@ -1,28 +1,17 @@
 #include "vosmere/favorites/favorites.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-
-#include "tests/support/failing_memory.h"
-#include "tests/support/files.h"
 #include "tests/support/order.h"
+#include "tests/support/test.h"
 #include "tests/support/user_registry.h"
 #include "vosmere/platform/internal/system_version.h"
 
-namespace vosmere::test {
-namespace {
-
-const unsigned char* Bytes(const std::string& bytes) {
-  return reinterpret_cast<const unsigned char*>(bytes.data());
-}
+namespace vosmere::test::favorites {
 
 /// A folder with those files, and folders where the name ends in a slash, and its list.
 class Level {
  public:
-  explicit Level(std::initializer_list<const char*> entries = {}) {
-    for (const std::string name : entries)
+  explicit Level(const std::vector<std::string>& entries = {}) {
+    for (const std::string& name : entries)
       name.back() == '/' ? void(std::filesystem::create_directory(folder_ / name))
                          : WriteBytes(folder_ / name, "[InternetShortcut]\nURL=to:" + name);
   }
@@ -35,9 +24,9 @@ class Level {
   int Decode(const std::string& order, bool onXP = false, bool resolve = false) {
     CFavorite::DeleteList(list);
     favorites.SetRunningOnXP(onXP);
-    return favorites.ExtractFavoritesFromOrderBuffer(nullptr, nullptr, path(), &list, &head,
-                                                     resolve, Bytes(order),
-                                                     static_cast<ULONG>(order.size()));
+    return favorites.ExtractFavoritesFromOrderBuffer(
+        nullptr, nullptr, path(), &list, &head, resolve,
+        reinterpret_cast<const unsigned char*>(order.data()), static_cast<ULONG>(order.size()));
   }
 
   /// Names in order, folders with a slash; what has an order record is marked with its position.
@@ -62,56 +51,73 @@ class Level {
   TempFolder folder_;
 };
 
-TEST(Favorites, ListsTheOrderedItemsByPositionAndThenTheRest) {
-  Level level({"a.url", "b.url", "c.url", "Sub/", "Desktop.ini"});
-  EXPECT_EQ(level.Decode(Order({{"b.url", 2}, {"Sub", 0, kFolder}, {"A.URL", 1}})), 1);
-  EXPECT_EQ(level.Shown(), "Sub/@0 A.URL@1 b.url@2 c.url");
+std::string Sized(std::uint32_t size, const std::string& record) {
+  return LittleEndian(size, 4) + record.substr(4);
+}
+
+TEST(Favorites, ListsTheItemsOfAValueByPositionAndThenTheRest) {
+  const std::string a = Record({"a", 0}), b = Record({"b", 1}), c = Record({"c", 2});
+  const std::string wide =
+      Order({{Utf16(u"a\xD800"), 1, kFile | kWide}, {Utf16(u"café.url"), 0, kFile | kWide}});
+  const std::string xp = OrderHeader(1) + Record({"a", 0, kFile, u"long"});
+  constexpr std::size_t kLongName = 20 + 22 + 2 + 20;
+  const struct {
+    std::vector<std::string> files;
+    std::string value;
+    std::string shown;
+    bool onXP = false;
+  } cases[] = {
+      {{"a.url", "b.url", "c.url", "Sub/", "Desktop.ini"},
+       Order({{"b.url", 2}, {"Sub", 0, kFolder}, {"A.URL", 1}}),
+       "Sub/@0 A.URL@1 b.url@2 c.url"},
+      {{"a.url"}, OrderHeader(0), ""},
+      {{"new.url"}, Order({{"old.url", 0}}), "old.url@0 new.url"},
+      {{}, Order({{"a", 1}, {"b"}, {"c", 0}}), "c@0 b@-5"},
+      {{}, Order({{"a"}, {"b"}, {"c"}}), "a@-5 b@-5 c@-5"},
+      {{}, Order({{"a", 3}, {"b", 1}, {"c", 1}}), "c@1"},
+      {{}, Order({{"a", -1}, {"b", -6}, {"c", 0}}), "c@0"},
+      {{}, Order({{"", 1, kFolder}, {"caf\xE9", 0}}), "café@0 /@1"},
+      {{}, Order({{Utf16(u"w"), 0, kFolder | kWide}}), "w/@0"},
+      // Any bytes.
+      {{"d"}, "", "d"},
+      {{"d"}, OrderHeader(3).substr(0, 19), "d"},
+      {{"d"}, OrderHeader(3), "d"},
+      {{"d"}, OrderHeader(0xFFFFFFFF) + a + b, "a@0 b@1 d"},
+      {{"d"}, OrderHeader(2) + a + b + c, "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + a + Sized(0, b) + c, "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + a + Sized(1, b) + c, "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + a + Sized(0xFFFFFFFF, b) + c, "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + a + Sized(0u - a.size(), b) + c, "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + a + (b + c).substr(0, b.size() + 21), "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + a + (b + c).substr(0, b.size() + 22), "a@0 b@1 d"},
+      {{"d"}, OrderHeader(3) + Record({std::string(259, 'x'), 0}) + b, "b@1 d"},
+      {{"d"}, OrderHeader(1) + Record({"unended", 0}).substr(0, 22 + 3), "une@0 d"},
+      {{"d"}, OrderHeader(1) + Record({Utf16(u"une"), 0, kWide}).substr(0, 22 + 3), "u/@0 d"},
+      {{}, xp.substr(0, kLongName + 5), "lo@0", true},
+      {{}, xp.substr(0, kLongName - 1), "", true},
+  };
+  for (const auto& c : cases) {
+    Level level(c.files);
+    EXPECT_EQ(level.Decode(c.value, !c.onXP), 1);
+    EXPECT_EQ(level.Decode(c.value, c.onXP), 1);
+    EXPECT_EQ(level.Shown(), c.shown);
+  }
+  Level level({"café.url"});
+  level.Decode(wide);
+  EXPECT_THAT(level.Shown(), AnyOf("café.url@0 a\uFFFD@1", "café.url@0 a?@1"));
   EXPECT_TRUE(level.head.fromRegistry);
   EXPECT_EQ(level.head.words[2], 777u);
-  EXPECT_EQ(level.head.words[4], 3u);
+  EXPECT_EQ(level.head.words[4], 2u);
 }
 
-TEST(Favorites, AValueOfNoRecordsGivesAnEmptyList) {
-  Level level({"a.url"});
-  EXPECT_EQ(level.Decode(OrderHeader(0)), 1);
-  EXPECT_EQ(level.Shown(), "");
-}
-
-TEST(Favorites, ARenamedFileIsListedTwice) {
+TEST(Favorites, AreFoundByTheirNameFromTheFolderOnInAnyLetterCase) {
   Level level({"new.url"});
   level.Decode(Order({{"old.url", 0}}));
-  EXPECT_EQ(level.Shown(), "old.url@0 new.url");
   CFavorite* found = nullptr;
   EXPECT_EQ(level.list->FindOccurence(W(Utf8(level.path()) + "\\OLD.url"), &found), 1);
   EXPECT_EQ(found, level.list);
   EXPECT_EQ(level.list->FindOccurence(W("old.url"), &found), 0);
   EXPECT_EQ(found, level.list->next);
-}
-
-TEST(Favorites, PlacesRecordsAsTheirPositionsSay) {
-  const struct {
-    std::vector<OrderItem> items;
-    const char* shown;
-  } cases[] = {
-      {{{"a", 1}, {"b"}, {"c", 0}}, "c@0 b@-5"},
-      {{{"a"}, {"b"}, {"c"}}, "a@-5 b@-5 c@-5"},
-      {{{"a", 3}, {"b", 1}, {"c", 1}}, "c@1"},
-      {{{"a", -1}, {"b", -6}, {"c", 0}}, "c@0"},
-      {{{"", 1, kFolder}, {"caf\xE9", 0}}, "café@0 /@1"},
-      {{{Utf16(u"w"), 0, kFolder | kWide}}, "w/@0"},
-  };
-  for (const auto& c : cases) {
-    Level level;
-    EXPECT_EQ(level.Decode(Order(c.items)), 1);
-    EXPECT_EQ(level.Shown(), c.shown);
-  }
-}
-
-TEST(Favorites, AWideNamePassesThroughTheSystemsCodePage) {
-  Level level({"café.url"});
-  level.Decode(
-      Order({{Utf16(u"a\xD800"), 1, kFile | kWide}, {Utf16(u"café.url"), 0, kFile | kWide}}));
-  EXPECT_THAT(level.Shown(), testing::AnyOf("café.url@0 a\uFFFD@1", "café.url@0 a?@1"));
 }
 
 TEST(Favorites, OnXPTheLongNameIsTheItemsAndTheRecordIsKept) {
@@ -144,51 +150,8 @@ TEST(Favorites, OnXPAWideShortNameIsSkippedByItsCharactersAsBytes) {
   Level level;
   level.Decode(OrderHeader(1) + record, true);
   ASSERT_EQ(level.Shown(), "long@0");
-  EXPECT_EQ(level.list->GetOrderRecord()->shortName, nullptr);
+  EXPECT_EQ(level.list->GetOrderRecord()->shortName.get(), nullptr);
   EXPECT_EQ(level.list->GetOrderRecord()->extensionHeader[0], 'd');
-}
-
-TEST(Favorites, AnyBytesAreRead) {
-  const std::string a = Record({"a", 0}), b = Record({"b", 1}), c = Record({"c", 2});
-  const auto sized = [](std::uint32_t size, const std::string& record) {
-    return LittleEndian(size, 4) + record.substr(4);
-  };
-  const std::string longest(259, 'x');
-  const struct {
-    std::string value;
-    const char* shown;
-  } cases[] = {
-      {"", "d"},
-      {OrderHeader(3).substr(0, 19), "d"},
-      {OrderHeader(3), "d"},
-      {OrderHeader(0xFFFFFFFF) + a + b, "a@0 b@1 d"},
-      {OrderHeader(2) + a + b + c, "a@0 b@1 d"},
-      {OrderHeader(3) + a + sized(0, b) + c, "a@0 b@1 d"},
-      {OrderHeader(3) + a + sized(1, b) + c, "a@0 b@1 d"},
-      {OrderHeader(3) + a + sized(0xFFFFFFFF, b) + c, "a@0 b@1 d"},
-      {OrderHeader(3) + a + sized(0u - a.size(), b) + c, "a@0 b@1 d"},
-      {OrderHeader(3) + a + (b + c).substr(0, b.size() + 21), "a@0 b@1 d"},
-      {OrderHeader(3) + a + (b + c).substr(0, b.size() + 22), "a@0 b@1 d"},
-      {OrderHeader(3) + Record({longest, 0}) + b, "b@1 d"},
-      {OrderHeader(1) + Record({"unended", 0}).substr(0, 22 + 3), "une@0 d"},
-      {OrderHeader(1) + Record({Utf16(u"une"), 0, kWide}).substr(0, 22 + 3), "u/@0 d"},
-  };
-  for (const auto& c : cases) {
-    Level level({"d"});
-    EXPECT_EQ(level.Decode(c.value), 1);
-    EXPECT_EQ(level.Shown(), c.shown);
-    EXPECT_EQ(level.Decode(c.value, true), 1);
-  }
-}
-
-TEST(Favorites, OnXPACutLongNameEndsWithTheValue) {
-  const std::string value = OrderHeader(1) + Record({"a", 0, kFile, u"long"});
-  const std::size_t longName = 20 + 22 + 2 + 20;
-  Level level;
-  level.Decode(value.substr(0, longName + 5), true);
-  EXPECT_EQ(level.Shown(), "lo@0");
-  level.Decode(value.substr(0, longName - 1), true);
-  EXPECT_EQ(level.Shown(), "");
 }
 
 TEST(Favorites, ResolvesFilesOnRequest) {
@@ -227,9 +190,17 @@ TEST(Favorites, ReadsTheOrderUnderTheCurrentUser) {
             "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Favorites");
 }
 
+/// The system's version while it lives.
+struct Running {
+  explicit Running(SystemVersion on) {
+    version = on;
+    SetSystemVersionForTesting([] { return version; });
+  }
+  ~Running() { SetSystemVersionForTesting(nullptr); }
+  static inline SystemVersion version;
+};
+
 TEST(Favorites, OnlyXPAndServer2003AreXP) {
-  static SystemVersion version;
-  SetSystemVersionForTesting([] { return version; });
   const struct {
     SystemVersion version;
     bool isXP;
@@ -237,11 +208,9 @@ TEST(Favorites, OnlyXPAndServer2003AreXP) {
                {{true, 6, 1}, false}, {{true, 10, 0}, false}, {{false, 5, 1}, false},
                {{true, 4, 1}, false}};
   for (const auto& c : cases) {
-    version = c.version;
+    const Running on(c.version);
     EXPECT_EQ(CFavorites().AmIRunningOnXP(), c.isXP);
   }
-  SetSystemVersionForTesting(nullptr);
-  EXPECT_FALSE(CFavorites().AmIRunningOnXP());
 }
 
 TEST(Favorites, WithoutMemoryTheResultIsZero) {
@@ -259,5 +228,4 @@ TEST(Favorites, WithoutMemoryTheResultIsZero) {
       CFavorite::DeleteList);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::favorites

@@ -1,13 +1,9 @@
 #include "vosmere/net/connection_check.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/loopback_server.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::connection_check {
 
 TEST(InetSynch, PostsItsSampleToTheServerThatIsSet) {
   LoopbackServer server({ReplyOk()});
@@ -20,5 +16,4 @@ TEST(InetSynch, PostsItsSampleToTheServerThatIsSet) {
                              testing::EndsWith("\r\n\r\nname=Vosmere&type=test")));
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::connection_check

@@ -1,24 +1,18 @@
 #include "vosmere/net/http_upload.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 
-#include "tests/support/failing_memory.h"
 #include "tests/support/loopback_server.h"
 #include "tests/support/platform.h"
 #include "tests/support/sender.h"
+#include "tests/support/test.h"
 #include "tests/support/traces.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::http_upload {
 
 using testing::AllOf;
 using testing::Each;
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
@@ -198,7 +192,7 @@ TEST(NetUploadFile, AFileThatShrinksMeanwhileFails) {
   };
   for (const std::uintmax_t left : {std::uintmax_t{0}, kSize - 10}) {
     LoopbackServer server({ReplyOk()});
-    Sender sender(server.host(), std::string(kSize, 'x'));
+    Sender sender(server.host(), std::size_t{kSize});
     Cut cut = {sender.file(), left, {}};
     sender.upload.SetProgress(cutOff, &cut);
     const bool windowsBarsIt = (sender.Send(), static_cast<bool>(cut.error));
@@ -229,7 +223,7 @@ TEST(NetUploadFile, ReportsProgressAndCanBeCancelled) {
   };
   for (const bool cancel : {false, true}) {
     LoopbackServer server({ReplyOk()});
-    Sender sender(server.host(), std::string(2000000, 'x'));
+    Sender sender(server.host(), std::size_t{2000000});
     Progress progress = {cancel ? 1000000u : 9000000u, 0, 0, true};
     sender.upload.SetProgress(note, &progress);
     EXPECT_EQ(sender.Send(), cancel ? Code(12017) : 0);
@@ -276,7 +270,7 @@ TEST(NetUploadFile, OtherAnswersThatNameAPlaceAreNotFollowed) {
 TEST(NetUploadFile, ARequestThatIsToBeRepeatedIsSentAgain) {
   LoopbackServer server(
       {Reply("HTTP/1.0 307 Again\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"), ReplyOk()});
-  Sender sender(server.host(), std::string(1000000, 'x'));
+  Sender sender(server.host(), std::size_t{1000000});
   EXPECT_EQ(sender.Send(), 0);
   EXPECT_FALSE(sender.upload.WasRedirected());
   EXPECT_THAT(server.requests()[1], StartsWith("POST /other HTTP/1.0\r\n"));
@@ -314,7 +308,7 @@ TEST(NetUploadFile, CredentialsAreSentWhenTheServerAsks) {
                              if (goes) peer.ReadBytes(peer.received().size() + 100);
                            },
                            ReplyOk("welcome")});
-    Sender sender(server.host(), std::string(100000, 'x'));
+    Sender sender(server.host(), std::size_t{100000});
     sender.upload.SetUserName(W("joe"));
     sender.upload.SetPassword(W("secret"));
     ASSERT_EQ(sender.Send(), 0) << goes;
@@ -337,7 +331,7 @@ TEST(NetUploadFile, ANamedProxyGetsTheWholeAddress) {
 
 TEST(NetUploadFile, ShowsTheVeryBytesThatItSends) {
   LoopbackServer server({ReplyOk()});
-  Sender sender(server.host(), std::string(600000, 'x'));
+  Sender sender(server.host(), std::size_t{600000});
   sender.upload.AddParameter(W("a"), W("b"));
   EXPECT_EQ(sender.Send(), 0);
   std::string shown;
@@ -420,5 +414,4 @@ TEST(NetUploadFile, MemoryThatRunsOutIsAFailureAndLosesNothing) {
       });
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::http_upload

@@ -1,11 +1,10 @@
 #include "vosmere/platform/internal/clock.h"
 
-#include <gtest/gtest.h>
-
 #include <ctime>
 
-namespace vosmere::test {
-namespace {
+#include "tests/support/test.h"
+
+namespace vosmere::test::clock {
 
 TEST(Clock, TellsTheSystemsTimeUnlessReplaced) {
   const auto now = static_cast<LONG>(std::time(nullptr));
@@ -19,5 +18,4 @@ TEST(Clock, TellsTheSystemsTimeUnlessReplaced) {
   EXPECT_GE(ClockSeconds(), now);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::clock

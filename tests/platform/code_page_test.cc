@@ -1,15 +1,10 @@
 #include "vosmere/platform/internal/code_page.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
-#include <string>
-#include <vector>
 
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::code_page {
 
 using namespace std::string_literals;
 
@@ -145,5 +140,4 @@ TEST(CodePage, EncodesAndDecodesRandomTextsLikeTheReferences) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::code_page

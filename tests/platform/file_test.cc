@@ -1,13 +1,8 @@
 #include "vosmere/platform/internal/file.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
-#include <vector>
-
-#include "tests/support/files.h"
-
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::file {
 
 TEST(File, WritesAndReadsPiecesOfAnySizeInOrder) {
   const TempFolder folder;
@@ -84,5 +79,4 @@ TEST(File, NamesBeyondAsciiAndBothSeparatorsWork) {
   EXPECT_TRUE(file.Open(W(path)));
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::file

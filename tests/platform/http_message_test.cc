@@ -1,11 +1,8 @@
 #include "vosmere/platform/internal/http_message.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
-#include "tests/support/wide.h"
-
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::http_message {
 
 TEST(HttpMessage, AHostMayCarryAPort) {
   const struct {
@@ -50,5 +47,4 @@ TEST(HttpMessage, APathCannotLeaveItsLine) {
   EXPECT_EQ(http::RequestTarget(W("/a b\r\n#x%20?q=\"é\"")), "/a%20b%0D%0A%23x%20?q=\"%C3%A9\"");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::http_message

@@ -1,11 +1,9 @@
 #include "vosmere/platform/registry.h"
 
-#include <gtest/gtest.h>
-
+#include "tests/support/test.h"
 #include "tests/support/user_registry.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::registry {
 
 /// "(none)" when there is no such value, or no room for it.
 std::string Read(HKEY key, const std::string& name, ULONG room) {
@@ -36,5 +34,4 @@ TEST(Registry, ReadsValuesOfKeysAndSubkeysWithoutRegardToCase) {
   for (const HKEY key : {below, root}) CloseKey(key);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::registry

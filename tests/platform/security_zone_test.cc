@@ -1,15 +1,11 @@
 #include "vosmere/platform/security_zone.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
 #include <thread>
 
 #include "tests/support/platform.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::security_zone {
 
 TEST(Zone, LocalFilesAreTheMachinesAndNamesWithDotsTheInternetsOnAnyThread) {
   struct {
@@ -57,5 +53,4 @@ TEST(Zone, ACheckOfTheProgramsOwnStandsInForThePlatforms) {
   EXPECT_EQ(SecurityZone(W("file:///C:/page.html")), 0);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::security_zone

@@ -1,12 +1,9 @@
 #include "vosmere/platform/internal/shell.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/files.h"
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::shell {
 
 std::string AddressIn(const std::string& shortcut) {
   const TempFolder folder;
@@ -34,5 +31,4 @@ TEST(Shell, WhatHoldsNoAddressGivesNull) {
   EXPECT_EQ(ShortcutAddress(W("/no such/page.url")), nullptr);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::shell

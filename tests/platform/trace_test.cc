@@ -1,15 +1,9 @@
 #include "vosmere/platform/trace.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
+#include "tests/support/test.h"
 #include "tests/support/traces.h"
-#include "tests/support/wide.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::trace {
 
 TEST(Trace, TakesWideTextsOfEitherKindBesideOthers) {
   const OwnedBstr changeable(W("größer"));
@@ -28,5 +22,4 @@ TEST(Trace, ALongTextIsCut) {
   EXPECT_LT(traces.lines()[0].size(), 5000u);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::trace

@@ -1,17 +1,12 @@
 #include "vosmere/platform/internal/xml_document.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <functional>
-#include <string>
-#include <vector>
 
-#include "tests/support/files.h"
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::xml_document {
 
 constexpr int kEntityReference = 5;
 
@@ -281,7 +276,7 @@ TEST(XmlDocument, NestsAsDeepAsHonestDocumentsDoAndNoDeeper) {
   EXPECT_EQ(FromBytes(Times(200, "<a>") + Times(200, "</a>")).shown,
             Times(200, "<a>") + Times(200, "</>"));
   for (const char* start : {"<a>", "<a>\n"})
-    EXPECT_EQ(FaultOf(Times(1000000, start)), DocumentFault::kTooDeep);
+    EXPECT_EQ(FaultOf(Times(20000, start)), DocumentFault::kTooDeep);
 }
 
 TEST(XmlDocument, FilesThatDoNotOpenSayWhy) {
@@ -293,5 +288,4 @@ TEST(XmlDocument, FilesThatDoNotOpenSayWhy) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::xml_document

@@ -1,19 +1,15 @@
 #include "vosmere/sched/base_thread.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <functional>
-#include <string>
 #include <thread>
 #include <utility>
 
-#include "tests/support/failing_memory.h"
+#include "tests/support/test.h"
 #include "vosmere/base/lock.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::base_thread {
 
 constexpr int kHang = 20'000;  // milliseconds that nothing here takes
 
@@ -141,5 +137,4 @@ TEST(Synch, IsHeldByOneThreadAsOftenAsItLikes) {
   EXPECT_FALSE(entered);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::base_thread

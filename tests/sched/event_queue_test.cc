@@ -1,21 +1,15 @@
 #include "vosmere/sched/event_queue.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <deque>
 #include <limits>
 #include <random>
-#include <string>
-#include <vector>
 
-#include "tests/support/failing_memory.h"
 #include "tests/support/jobs.h"
-#include "tests/support/row.h"
+#include "tests/support/test.h"
 #include "vosmere/base/owned_text.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::event_queue {
 
 /// The seconds of the events.
 std::string List(CTimeEventQueue& queue) {
@@ -118,5 +112,4 @@ TEST(TimeEventQueue, WithoutMemoryAnEventIsQueuedOnlyOnceAndThatIsCounted) {
   EXPECT_EQ(other.GetHead(), nullptr);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::event_queue

@@ -1,7 +1,5 @@
 #include "vosmere/sched/schedule_thread.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <deque>
@@ -9,17 +7,15 @@
 #include <memory>
 #include <random>
 #include <stdexcept>
-#include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include "tests/support/jobs.h"
+#include "tests/support/test.h"
 #include "tests/support/traces.h"
 #include "vosmere/sched/event_queue.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::schedule_thread {
 
 constexpr int kHang = 20'000;  // milliseconds that nothing here takes
 
@@ -264,5 +260,4 @@ TEST(ScheduleThread, WithstandsEightThreads) {
   Storm().Run();
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::schedule_thread

@@ -1,14 +1,11 @@
 #include "vosmere/sched/stopwatch.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/support/jobs.h"
 #include "tests/support/platform.h"
+#include "tests/support/test.h"
 #include "tests/support/traces.h"
-#include "tests/support/wide.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::stopwatch {
 
 TEST(TimeTest, MeasuresAndTracesWithItsLabel) {
   const SteppedClock clock(1000, 900);
@@ -32,5 +29,4 @@ TEST(TimeTest, ShowsDatesInLocalTime) {
   SetTimeZone(nullptr);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::stopwatch

@@ -1,14 +1,12 @@
 #include "vosmere/sched/time_event.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <utility>
 
 #include "tests/support/jobs.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::time_event {
 
 using Time = std::pair<LONG, int>;
 
@@ -74,5 +72,4 @@ TEST(TimeEvent, SetRefTimeIgnoresItsMilliseconds) {
   ReferenceMoment::SetMilliseconds(0);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::time_event

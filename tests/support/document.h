@@ -9,11 +9,13 @@
 #include "tests/support/files.h"
 #include "tests/support/traces.h"
 #include "tests/support/tree.h"
+#include "vosmere/base/build_number.h"
 #include "vosmere/base/internal/no_memory.h"
 #include "vosmere/collections/opml_reader.h"
 #include "vosmere/collections/opml_writer.h"
 #include "vosmere/collections/rss_reader.h"
 #include "vosmere/collections/rss_writer.h"
+#include "vosmere/cpp/own.h"
 
 namespace vosmere::test {
 
@@ -22,6 +24,16 @@ inline std::string Saved(CWriteXML& writer) {
   const TempFolder folder;
   return writer.SaveToFile(W(folder / "document.xml")) ? ReadBytes(folder / "document.xml")
                                                        : "(not saved)";
+}
+
+/// A file of tests/data as this version of the library, which documents name, writes it.
+inline std::string Golden(const std::string& name) {
+  std::string golden = TestData(name);
+  const std::string build = std::to_string(1000 + kBuildNumber).substr(1);
+  const std::size_t version = golden.find("v0.0.0");
+  for (std::size_t i = 0; version != golden.npos && i < 3; ++i)
+    golden[version + 1 + 2 * i] = build[i];
+  return golden;
 }
 
 inline std::string SavedOpml(RNode* root) {
@@ -40,11 +52,7 @@ inline TreePtr ReadOpml(const std::string& bytes) {
   return TreePtr(Load(reader, bytes) ? reader.DetachTreeRoot() : nullptr);
 }
 
-struct ColctDelete {
-  void operator()(CColctNode* colct) const { DeleteWithLocalTree(colct); }
-};
-/// Owns a collection with its local tree.
-using ColctPtr = std::unique_ptr<CColctNode, ColctDelete>;
+using ColctPtr = Collection;
 
 /// A collection named "c" with an identity, around a local tree in the notation of Tree().
 inline ColctPtr ColctOf(const std::string& tree) {
@@ -75,17 +83,17 @@ inline std::string Rss(const std::string& channel) {
 
 /// Loads with the first, second, ... allocation failing until none does. Every load but the last
 /// one must fail for want of memory, and nothing may be lost.
-template <class Reader>
-void LoadAtEachFailure(const std::string& document) {
-  Load(*std::make_unique<Reader>(), document);  // what the system allocates once
+template <class NewReader>
+void LoadAtEachFailure(NewReader newReader, const std::string& document) {
+  Load(*newReader(), document);  // what the system allocates once
   const long before = LiveAllocations();
   bool loaded = false;
   for (long successes = 0; !loaded; ++successes) {
     ASSERT_LT(successes, 1000);
-    Reader reader;
+    const auto reader = newReader();
     const FailingMemory memory(successes);
-    loaded = Load(reader, document);
-    EXPECT_EQ(reader.LastError().fault,
+    loaded = Load(*reader, document);
+    EXPECT_EQ(reader->LastError().fault,
               memory.Failed() ? DocumentFault::kNoMemory : DocumentFault::kNone)
         << successes;
   }

@@ -22,9 +22,13 @@ inline void WriteBytes(const std::filesystem::path& path, const std::string& byt
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
+/// Where a file of tests/data is.
+inline std::filesystem::path TestPath(const std::string& name) {
+  return std::filesystem::path(VOSMERE_TEST_DATA) / name;
+}
 /// A file of tests/data, byte for byte.
 inline std::string TestData(const std::string& name) {
-  return ReadBytes(std::filesystem::path(VOSMERE_TEST_DATA) / name);
+  return ReadBytes(TestPath(name));
 }
 
 /// A new empty folder.

@@ -16,9 +16,12 @@ namespace vosmere::test {
 
 class SteppedClock {
  public:
-  explicit SteppedClock(LONG time, int milliseconds = 0) {
+  /// Each reading moves it by so many seconds.
+  explicit SteppedClock(LONG time, int milliseconds = 0, LONG step = 0) {
     Set(time, milliseconds);
-    SetClockForTesting([]() -> LONG { return time_; }, []() -> int { return milliseconds_; });
+    step_ = step;
+    SetClockForTesting([]() -> LONG { return time_.fetch_add(step_); },
+                       []() -> int { return milliseconds_; });
   }
   SteppedClock(const SteppedClock&) = delete;
   ~SteppedClock() { SetClockForTesting(nullptr); }
@@ -29,7 +32,7 @@ class SteppedClock {
   }
 
  private:
-  static inline std::atomic<LONG> time_;
+  static inline std::atomic<LONG> time_, step_;
   static inline std::atomic<int> milliseconds_;
 };
 

@@ -86,7 +86,8 @@ LoopbackServer::Script ReplyOk(const std::string& body) {
 LoopbackServer::Script LongReply(std::size_t size) {
   return [size](Peer& peer) {
     Reply("HTTP/1.0 200 OK\r\n\r\n")(peer);
-    std::string block(1 << 20, 'x');
+    std::string block;
+    while (block.size() < 1 << 20) block += "😀";
     for (std::size_t left = size; left > 0; left -= block.size()) {
       block.resize(std::min(left, block.size()));
       if (!peer.Send(block)) return;

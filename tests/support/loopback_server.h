@@ -78,7 +78,7 @@ LoopbackServer::Script Reply(const std::string& bytes);
 /// Reads a request and sends a whole reply with this body.
 LoopbackServer::Script ReplyOk(const std::string& body = "ok");
 
-/// The same with so many bytes and without telling how many.
+/// The same with so many bytes, four to a character, and without telling how many.
 LoopbackServer::Script LongReply(std::size_t size);
 
 }  // namespace vosmere::test

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/wide.h"
+
 namespace vosmere::test {
 
 inline constexpr int kFolder = 0, kFile = 2, kWide = 4;
@@ -23,12 +25,6 @@ inline std::string LittleEndian(std::uint32_t number, int bytes) {
   std::string text;
   for (int i = 0; i < bytes; ++i) text += static_cast<char>(number >> 8 * i);
   return text;
-}
-
-inline std::string Utf16(const std::u16string& text) {
-  std::string bytes;
-  for (const char16_t unit : text) bytes += LittleEndian(unit, 2);
-  return bytes;
 }
 
 /// The block with an item's long name, at a distance of `at` bytes from the item's start.

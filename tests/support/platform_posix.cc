@@ -6,7 +6,9 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
@@ -33,6 +35,10 @@ static std::size_t MostResident() {
 
 std::size_t PeakMemory(std::function<void()> work) {
   malloc_trim(0);
+  // Large blocks are to come from the system and go back to it: what is free in the heap is taken.
+  mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+  std::vector<std::unique_ptr<char[]>> heap(mallinfo2().fordblks >> 20);
+  for (auto& block : heap) block.reset(new char[1 << 20]);
   std::ofstream("/proc/self/clear_refs") << 5;
   const std::size_t before = MostResident();
   work();

@@ -24,6 +24,10 @@ class Sender {
     upload.SetBoundary(W("BOUNDARY"));
     upload.SetTimeouts(2000, 2000);
   }
+  /// A file of so many zero bytes, which takes no room on the disk.
+  Sender(const std::string& host, std::size_t size) : Sender(host, "") {
+    std::filesystem::resize_file(file(), size);
+  }
 
   std::filesystem::path file() const { return folder_ / "notes.txt"; }
   LONG Send() {

@@ -1,15 +1,21 @@
-// Every stored document, for the tests and fuzz targets that hold for all of them: one row each.
+// Every document, for the tests and fuzz targets that hold for all of them: one row each.
 #pragma once
 
+#include <functional>
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <string>
 
 #include "tests/support/wide.h"
-#include "vosmere/base/system_string.h"
 #include "vosmere/collections/colct_item_ids_document.h"
 #include "vosmere/collections/colct_list_document.h"
 #include "vosmere/collections/colct_profile_document.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
+#include "vosmere/cpp/own.h"
 #include "vosmere/engines/search_engines_document.h"
 #include "vosmere/ftp/ftp_sites_document.h"
 #include "vosmere/notify/notification_document.h"
@@ -23,10 +29,9 @@ struct StoredDocument {
   const char* golden;  ///< the file of tests/data that holds the fullest one
   const char* root;    ///< its root element
   std::unique_ptr<CReadXML> (*newReader)();
-  /// What the reader has read is written and freed. Null when it has read nothing at all.
+  /// What the reader has read is written and freed. Null when there is nothing to write.
   BSTR (*write)(CReadXML& reader);
-  /// Whether its elements count within any root element.
-  bool anyRoot = false;
+  bool anyRoot = false;  ///< whether its elements count within any root element
 
   friend void PrintTo(const StoredDocument& document, std::ostream* out) { *out << document.root; }
 };
@@ -36,23 +41,11 @@ std::unique_ptr<CReadXML> NewReader() {
   return std::make_unique<Reader>();
 }
 
-/// Owns what is freed with a function.
-template <auto Free>
-struct FreeWith {
-  template <class Head>
-  void operator()(Head* head) const {
-    Free(head);
-  }
-};
-template <class Head, auto Free>
-using Owned = std::unique_ptr<Head, FreeWith<Free>>;
-
-template <class Reader, auto Detach, class Writer, auto Set, auto Free>
+template <class Reader, auto Detach, class Handle, class Writer, auto Set>
 BSTR WriteAgain(CReadXML& reader) {
-  auto* const head = (static_cast<Reader&>(reader).*Detach)();
-  const Owned<std::remove_pointer_t<decltype(head)>, Free> read(head);
+  const Handle read(std::invoke(Detach, static_cast<Reader&>(reader)));
   Writer writer;
-  (writer.*Set)(head);
+  std::invoke(Set, writer, read.get());
   return writer.GetXMLBSTR();
 }
 
@@ -70,9 +63,7 @@ inline BSTR WriteProfileAgain(CReadXML& reader) {
 /// Null also for sites that are not to be written: their web addresses would make the document
 /// unreadable.
 inline BSTR WriteSitesAgain(CReadXML& reader) {
-  using List = TList<CFtpConBase*>;
-  const Owned<List, list::DeleteItems<List>> sites(
-      static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList());
+  const FtpSiteList sites(static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList());
   bool fit = true;
   for (auto* cell = sites.get(); cell; cell = cell->next)
     for (auto* address = cell->data->GetFtpWebAddress()->GetHead(); address;
@@ -93,34 +84,40 @@ inline BSTR WritePageAgain(CReadXML& reader) {
   return CWritePageDataXML(&static_cast<PageDataReader&>(reader).page).GetXMLBSTR();
 }
 
-inline BSTR WriteToolbarsAgain(CReadXML& reader) {
-  const std::unique_ptr<CTBarBandInfo> bands(static_cast<CTBarBandInfo*>(reader.DetachData()));
-  CWriteToolbarXML writer;
-  writer.SetTBarBandInfo(bands.get());
-  return writer.GetXMLBSTR();
+inline CTBarBandInfo* DetachBands(CReadVosmereXML& reader) {
+  return static_cast<CTBarBandInfo*>(reader.DetachData());
 }
 
+/// The last two, the trees, have fuzz targets of their own.
 inline constexpr StoredDocument kStoredDocuments[] = {
     {"colct_list.xml", "collectionlist", NewReader<CReadColctListXML>,
-     WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, CWriteColctListXML,
-                &CWriteColctListXML::SetRColctItemHead, RColctItem::DeleteList>},
+     WriteAgain<CReadColctListXML, &CReadColctListXML::DetachRColctItemHead, vosmere::ColctList,
+                CWriteColctListXML, &CWriteColctListXML::SetRColctItemHead>},
     {"colct_item_ids.xml", "colctitem", NewReader<CReadColctItemID>,
-     WriteAgain<CReadColctItemID, &CReadColctItemID::DetachRColctItemIDHead, CWriteColctItemID,
-                &CWriteColctItemID::SetRColctItemIDHead, RColctItemID::DeleteList>},
+     WriteAgain<CReadColctItemID, &CReadColctItemID::DetachRColctItemIDHead, ColctItemNameList,
+                CWriteColctItemID, &CWriteColctItemID::SetRColctItemIDHead>},
     {"colct_profile.xml", "colctprofile", NewReader<CReadColctExData>, WriteProfileAgain},
     {"notification.xml", "vsmnotify", NewReader<CReadVSMNotify>,
-     WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, CWriteVSMNotifyMsg,
-                &CWriteVSMNotifyMsg::SetVSMNotifyMsg, CVSMNotifyMsg::Delete>},
+     WriteAgain<CReadVSMNotify, &CReadVSMNotify::DetachVSMNotifyMsg, Notification,
+                CWriteVSMNotifyMsg, &CWriteVSMNotifyMsg::SetVSMNotifyMsg>},
     {"search_engines.xml", "searchEnginePool", NewReader<CReadSEngineXML>,
-     WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, CWriteSEngineXML,
-                &CWriteSEngineXML::SetEnginePool, CBaseNode::Delete>,
+     WriteAgain<CReadSEngineXML, &CReadSEngineXML::DetachEnginePool, Item<CEnginePool>,
+                CWriteSEngineXML, &CWriteSEngineXML::SetEnginePool>,
      true},
     {"tags.xml", "vsmtags", NewReader<CReadTagsXML>,
-     WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, CWriteTagsXML,
-                &CWriteTagsXML::SetTagGroupHead, CTagStore::DeleteRTagGroupList>},
+     WriteAgain<CReadTagsXML, &CReadTagsXML::DetachTagGroupHead, TagGroupList, CWriteTagsXML,
+                &CWriteTagsXML::SetTagGroupHead>},
     {"ftp_sites.xml", "ftpsites", NewReader<CReadFtpSiteXML>, WriteSitesAgain},
     {"page_data.xml", "vsmpagedata", NewReader<PageDataReader>, WritePageAgain},
-    {"toolbars.xml", "toolbars", NewReader<CReadVosmereXML>, WriteToolbarsAgain},
+    {"toolbars.xml", "toolbars", NewReader<CReadVosmereXML>,
+     WriteAgain<CReadVosmereXML, DetachBands, ToolbarBands, CWriteToolbarXML,
+                &CWriteToolbarXML::SetTBarBandInfo>},
+    {"collection_tree.opml", "opml", NewReader<CReadColctTreeOPML>,
+     WriteAgain<CReadColctTreeOPML, &CReadColctTreeOPML::DetachTreeRoot, vosmere::Tree,
+                CWriteColctTreeOPML, &CWriteColctTreeOPML::SetTreeRoot>},
+    {"collection.rss", "rss", NewReader<CReadBkmarkXML>,
+     WriteAgain<CReadBkmarkXML, &CReadBkmarkXML::DetachColctNode, Collection, CWriteColctRSS,
+                &CWriteColctRSS::SetColctNode>},
 };
 
 /// What comes of a document when it is read and written again; "(not loaded)" when it does not
@@ -129,11 +126,6 @@ inline std::string Rewritten(const StoredDocument& document, const std::string& 
   const auto reader = document.newReader();
   if (!reader->LoadXML(bytes.data(), static_cast<int>(bytes.size()))) return "(not loaded)";
   return OwnedBstr(document.write(*reader)).utf8();
-}
-inline std::string Rewritten(const std::string& golden, const std::string& bytes) {
-  for (const StoredDocument& document : kStoredDocuments)
-    if (golden == document.golden) return Rewritten(document, bytes);
-  return "(not known)";
 }
 
 }  // namespace vosmere::test

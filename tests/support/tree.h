@@ -111,6 +111,13 @@ inline TreePtr Tree(const std::string& text) {
   return TreePtr(root);
 }
 
+/// So many folders, each in the one before, and two pages at the bottom.
+inline TreePtr Deep(int levels) {
+  std::string text = "root(";
+  for (int i = 0; i < levels; ++i) text += "f(";
+  return Tree(text + "a b");
+}
+
 using Label = std::function<std::string(const RNode*)>;
 
 inline std::string ChainShape(const RNode* head, const Label& label = NameOf);

@@ -97,6 +97,18 @@ Wide W(const std::basic_string<Unit>& text) {
   return Wide(std::basic_string_view<Unit>(text));
 }
 
+/// The units as bytes.
+inline std::string Utf16(std::u16string_view text, bool bigEndian = false) {
+  std::string bytes;
+  for (const char16_t unit : text)
+    for (const int shift : {bigEndian ? 8 : 0, bigEndian ? 0 : 8})
+      bytes += static_cast<char>(unit >> shift);
+  return bytes;
+}
+inline std::string Utf16(const Wide& text, bool bigEndian = false) {
+  return Utf16(std::u16string(text.get(), text.get() + text.size()), bigEndian);
+}
+
 /// So many "x", for the length limits.
 inline Wide Repeated(std::size_t count) {
   return W(std::string(count, 'x'));

@@ -1,19 +1,11 @@
 #include "vosmere/tabs/tab_url.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
 
-#include "tests/support/failing_memory.h"
-#include "tests/support/row.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
+#include "vosmere/cpp/own.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::tab_url {
 
 /// Any byte of it is a dispatch.
 char dispatches[256];
@@ -137,24 +129,69 @@ TEST_F(TabUrlTest, WithoutMemoryNothingIsAddedAndNothingLost) {
 }
 
 TEST_F(TabUrlTest, ThreadsMayUseOneTab) {
-  std::vector<std::thread> threads;
-  for (char by : {'p', 'q', 'r', 's'})
-    threads.emplace_back([this, by] {
-      for (int round = 0; round < 300; ++round) {
-        const std::string number = std::to_string(round % 7 * 10 + by % 4);
-        Add((round % 5 ? "" : "^") + number + "/" + by);
-        bool lessTrusted = false;
-        int count = 0;
-        EXPECT_LE(GetZone(&lessTrusted, &count), 5);
-        CTabUrlItem* list = nullptr;
-        count = GetUrlItemList(&list);
-        EXPECT_LE(count, 4) << "one for each dispatch";
-        CTabUrlItem::DeleteList(list);
-        if (round % 100 == 99) ClearData();
-      }
-    });
-  for (std::thread& thread : threads) thread.join();
+  AtOnce(4, [this](int thread) {
+    const char by = "pqrs"[thread];
+    for (int round = 0; round < 300; ++round) {
+      const std::string number = std::to_string(round % 7 * 10 + by % 4);
+      Add((round % 5 ? "" : "^") + number + "/" + by);
+      bool lessTrusted = false;
+      int count = 0;
+      EXPECT_LE(GetZone(&lessTrusted, &count), 5);
+      CTabUrlItem* list = nullptr;
+      count = GetUrlItemList(&list);
+      EXPECT_LE(count, 4) << "one for each dispatch";
+      CTabUrlItem::DeleteList(list);
+      if (round % 100 == 99) ClearData();
+    }
+  });
 }
 
-}  // namespace
-}  // namespace vosmere::test
+TEST(UrlMap, GroupsPagesAndChangesTheirAddressAlsoToOneOfTheirOwn) {
+  const Item<CUrlNode> a(CUrlNode::New()), b(CUrlNode::New()), stranger(CUrlNode::New());
+  const UrlMapEntry entry(CUrlMapItem::New(Repeated(2085), a.get()));
+  EXPECT_EQ(entry->GetUrl(), nullptr);
+  EXPECT_FALSE(entry->HasDuplication());
+  EXPECT_TRUE(entry->AddUrlNode(b.get()));
+  EXPECT_TRUE(entry->HasDuplication());
+  const auto expectUrl = [&](const char* expected) {
+    for (const WChar* url : {a->GetUrl(), b->GetUrl(), entry->GetUrl()})
+      EXPECT_EQ(Utf8(url), expected);
+  };
+  entry->ModifyURL(a->GetUrl());
+  expectUrl("about:blank");
+  entry->ModifyURL(W("new"));
+  for (const Wide& ignored : {Wide(nullptr), Repeated(2085)}) entry->ModifyURL(ignored);
+  expectUrl("new");
+
+  EXPECT_EQ(entry->DeleteUrlNode(stranger.get()), 2);
+  EXPECT_EQ(entry->DeleteUrlNode(a.get()), 1);
+  EXPECT_EQ(entry->GetUrlListHead()->data, b.get());
+  EXPECT_EQ(entry->DeleteUrlNode(b.get()), 0);
+  EXPECT_FALSE(entry->HasDuplication());
+}
+
+TEST(UrlMap, RemovesTheFirstCellOfAPage) {
+  std::mt19937 random(9);
+  std::vector<Item<CUrlNode>> pages;
+  for (int i = 0; i < 60; ++i) pages.emplace_back(CUrlNode::New());
+  const UrlMapEntry entry(CUrlMapItem::New(nullptr, pages[0].get()));
+  std::vector<CBaseNode*> model = {pages[0].get()};
+  for (int round = 0; round < 2000; ++round) {
+    CUrlNode* const page = pages[random() % pages.size()].get();
+    const auto found = std::find(model.begin(), model.end(), page);
+    const bool repeats = round / 300 % 2;  // a page may be there twice
+    if (random() % 2 && (repeats || found == model.end())) {
+      entry->AddUrlNode(page);
+      model.push_back(page);
+    } else {
+      if (found != model.end()) model.erase(found);
+      ASSERT_EQ(entry->DeleteUrlNode(page), static_cast<int>(model.size()));
+    }
+    std::vector<CBaseNode*> held;
+    for (auto* cell : chain::Cells(entry->GetUrlListHead())) held.push_back(cell->data);
+    ASSERT_EQ(held, model);
+    if (round % 500 == 499) entry->ResetHead(entry->GetUrlListHead());
+  }
+}
+
+}  // namespace vosmere::test::tab_url

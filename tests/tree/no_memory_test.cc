@@ -1,14 +1,10 @@
 // What the node model does when memory runs out, at every allocation in turn.
-#include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 
 #include "tests/support/colct_list.h"
-#include "tests/support/failing_memory.h"
-#include "tests/support/row.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
-#include "tests/support/wide.h"
 #include "vosmere/base/list.h"
 #include "vosmere/collections/colct_ex_data.h"
 #include "vosmere/collections/colct_item_id.h"
@@ -19,8 +15,7 @@
 #include "vosmere/tags/tag_store.h"
 #include "vosmere/tree/name_value_pair.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::no_memory {
 
 TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
   ExpectNullAtEachFailure([] { return CFolderNode::New(); }, CBaseNode::Delete);
@@ -43,52 +38,6 @@ TEST(NoMemory, EveryNewGivesNullAndLeaksNothing) {
   ExpectNullAtEachFailure([&] { return CTabUrlItem::New(tag, 0); }, CTabUrlItem::DeleteList);
 }
 
-TEST(NoMemory, EveryCopyGivesNullAndLeaksNothing) {
-  const TreePtr colct(NewLink(NT_COLCT, "name"));
-  auto* const source = static_cast<CColctNode*>(colct->item);
-  source->SetDescription(W("text"));
-  source->SetAuthor(W("author"));
-  source->SetRelationUrl(W("relation"));
-  source->GetColctNetData()->SetOwner(W("owner"));
-  source->GetUrlProp()->SetFileExtension(W("pdf"));
-  Wide tags = W("a b c");
-  source->GetUrlProp()->SetTagsList(
-      CUrlProp::GenerateRBstrItemList(const_cast<WChar*>(tags.get())));
-  ExpectNullAtEachFailure([=] { return CUrlNode::New(source); }, CBaseNode::Delete);
-  ExpectNullAtEachFailure([=] { return CColctNode::New(source); }, CBaseNode::Delete);
-
-  const auto engine = New<CEngineNode>();
-  engine->SetIconUrl(W("icon"));
-  engine->SetIconText(W("text"));
-  engine->SetStoredSite(W("site"));
-  ExpectNullAtEachFailure([&] { return CEngineNode::New(engine.get()); }, CBaseNode::Delete);
-}
-
-TEST(NoMemory, AFailedLinkClearsTheItemsBackLink) {
-  const TreePtr page = Page("a");
-  {
-    const FailingMemory memory(0);
-    EXPECT_EQ(RNode::New2(page->item, NT_URL), nullptr);
-  }
-  EXPECT_EQ(page->item->GetRNode(), nullptr);
-}
-
-TEST(NoMemory, SettersKeepTheOldText) {
-  const auto page = New<CUrlNode>();
-  const Wide old = W("old"), fresh = W("fresh");
-  page->SetName(old);
-  page->SetUrl(old);
-  {
-    const FailingMemory memory(0);
-    page->SetName(fresh);
-    page->SetUrl(fresh);
-    EXPECT_EQ(page->GetUrlProp(), nullptr);
-  }
-  EXPECT_EQ(Utf8(page->GetName()), "old");
-  EXPECT_EQ(Utf8(page->GetUrl()), kSystemStringsFail ? "old" : "fresh");
-  EXPECT_NE(page->GetUrlProp(), nullptr);
-}
-
 TEST(NoMemory, ATreeCopyIsWholeOrNothingAndCounted) {
   const TreePtr tree = Tree("root(a b(c d(e) f) g)"), folder = Folder("copy");
   const auto copy = [&] {
@@ -101,19 +50,6 @@ TEST(NoMemory, ATreeCopyIsWholeOrNothingAndCounted) {
     EXPECT_EQ(Shape(folder), failed ? "copy()" : "copy(a b(c d(e) f) g)");
     for (RNode* const link : chain::Cells(std::exchange(folder->firstChild, nullptr)))
       DeleteTree(link);
-  });
-}
-
-TEST(NoMemory, TagsEndEarly) {
-  WChar text[6];
-  const auto make = [&text] {
-    for (int i = 0; i < 6; ++i) text[i] = "a b c"[i];
-    return CUrlProp::GenerateRBstrItemList(text);
-  };
-  AtEachFailure(make, [](CUrlProp::TagList* tags, bool failed) {
-    const auto made = Row(tags, [](const CUrlProp::TagList* tag) { return Utf8(tag->data); });
-    EXPECT_EQ(made, std::string("a b c").substr(0, failed ? made.size() : 5));
-    CUrlProp::DeleteTagsList(tags);
   });
 }
 
@@ -130,5 +66,4 @@ TEST(NoMemory, MergingListsAndLookingForDuplicatesNeedNone) {
   EXPECT_EQ(doubled.Urls(), "x y z");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::no_memory

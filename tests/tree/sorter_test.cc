@@ -1,23 +1,39 @@
 // Every sorter beside a bubble sort of an array, on names of which many begin with one another.
 #include "vosmere/tree/sorter.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cctype>
 #include <deque>
+#include <functional>
 #include <random>
-#include <string>
-#include <vector>
+#include <utility>
 
-#include "tests/support/naive_sort.h"
-#include "tests/support/row.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
 #include "vosmere/tags/tag_store.h"
 #include "vosmere/tree/sort_list.h"
 #include "vosmere/tree/sort_node.h"
+#include "vosmere/tree/sort_order.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::sorter {
+
+/// A bubble sort of a row; `compare` below zero means that its second argument belongs before its
+/// first. Whether any were exchanged, and how many pairs were compared.
+template <class Item, class Compare>
+std::pair<bool, int> NaiveSort(std::vector<Item>& items, Compare compare) {
+  std::pair<bool, int> done(false, 0);
+  bool swapped = true;
+  for (std::size_t end = std::max<std::size_t>(items.size(), 1) - 1; swapped && end > 0; --end) {
+    swapped = false;
+    for (std::size_t i = 0; i < end; ++i) {
+      ++done.second;
+      if (compare(items[i], items[i + 1]) >= 0) continue;
+      std::swap(items[i], items[i + 1]);
+      swapped = done.first = true;
+    }
+  }
+  return done;
+}
 
 struct Entry {
   std::string name;
@@ -28,7 +44,7 @@ using Entries = std::vector<Entry>;
 
 Entries RandomEntries(std::mt19937& random) {
   const auto time = [&] { return static_cast<LONG>(random() % 4) - 2; };
-  Entries entries(1 + random() % 10);
+  Entries entries(random() % 10);
   for (Entry& entry : entries) {
     entry = {"", time(), time(), time(), std::to_string(&entry - entries.data())};
     for (auto units = random() % 4; units > 0; --units) entry.name += "abAB"[random() % 4];
@@ -63,6 +79,7 @@ ItemPtr<CUrlNode> NewItem(const Entry& entry) {
   auto item = New<CUrlNode>();
   item->SetName(W(entry.name));
   item->SetDescription(W(entry.place));
+  item->SetOrder(-std::stoi(entry.place));
   item->GetNodeStat()->SetStatTime(entry.added, entry.modified, entry.visited, ~0u);
   return item;
 }
@@ -121,5 +138,67 @@ TEST(Sorters, GiveWhatABubbleSortOfAnArrayGives) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+TEST(Sorters, HaveItsStepsForDerivedOnes) {
+  struct Sorter : CSortRNode {
+    using CSortRNode::BubbleSort;
+    using CSortRNode::CompareByOrderAsc;
+    using CSortRNode::CompareByOrderDes;
+    using CSortRNode::CompareItemByCol;
+    using CSortRNode::SwapWithNext;
+  } sorter;
+  TreePtr tree = Tree("root(a b)");
+  EXPECT_FALSE(sorter.BubbleSort(&tree->firstChild, Sorter::CompareItemByCol, nullptr, true));
+  EXPECT_TRUE(sorter.BubbleSort(&tree->firstChild, Sorter::CompareItemByCol, nullptr, false));
+  EXPECT_EQ(Shape(tree), "root(b a)");
+  sorter.SwapWithNext(tree->firstChild, &tree->firstChild);
+  EXPECT_EQ(Shape(tree), "root(a b)");
+
+  void* const a = tree["a"]->item;
+  void* const b = tree["b"]->item;
+  tree["b"]->item->GetNodeStat()->SetStatTime(2147483647, 2147483647, 2147483647, ~0u);
+  for (int column : {-1, 1, 2, 3, 4})
+    EXPECT_EQ(Sorter::CompareItemByCol(a, b, &column), column >= 1 && column <= 3 ? -1 : 0);
+  EXPECT_LT(Sorter::CompareItemByCol(a, b, nullptr), 0);
+  EXPECT_GT(Sorter::CompareByOrderAsc(a, b, nullptr), 0);
+  EXPECT_LT(Sorter::CompareByOrderDes(a, b, nullptr), 0);
+}
+
+TEST(Sorters, CompareNoMoreThanABubbleSortDoes) {
+  struct Cell {
+    Cell* prev;
+    Cell* next;
+    int number;
+  };
+  std::mt19937 random(20);
+  for (int round = 0; round < 500; ++round) {
+    std::vector<int> numbers(1 + random() % 6);
+    for (int& number : numbers) number = static_cast<int>(random() % 3);
+    std::deque<Cell> cells;
+    Cell* head = nullptr;
+    for (const int number : numbers)
+      chain::Append(head, &cells.emplace_back(Cell{nullptr, nullptr, number}));
+    int compared = 0;
+    const bool anySwap = chain::BubbleSort(head, [&](Cell* a, Cell* b) {
+      ++compared;
+      return a->number - b->number;
+    });
+    ASSERT_EQ(std::pair(anySwap, compared), NaiveSort(numbers, std::minus<>()));
+  }
+}
+
+TEST(CompareText, HoldsThePrefixRuleAndFoldsAsciiAlone) {
+  const Wide null(nullptr);
+  const struct {
+    Wide a, b;
+    int sign;
+  } cases[] = {{W("ab"), W("abc"), 0}, {W("abc"), W("ab"), 1}, {W("ABC"), W("abc"), 0},
+               {W("a"), W("b"), -1},   {W(""), W("x"), 0},     {W("x"), W(""), 1},
+               {W("_"), W("A"), -1},   {W("É"), W("é"), -1},   {W("Z"), W("["), 1},
+               {null, W("a"), 0},      {W("a"), null, 1}};
+  for (const auto& c : cases) {
+    const int result = CompareTextNoCase(c.a, c.b);
+    EXPECT_EQ((result > 0) - (result < 0), c.sign) << Utf8(c.a) << " against " << Utf8(c.b);
+  }
+}
+
+}  // namespace vosmere::test::sorter

@@ -1,18 +1,14 @@
 #include "vosmere/xml/read_xml.h"
 
-#include <gtest/gtest.h>
-
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "tests/support/document.h"
+#include "tests/support/test.h"
 #include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/reader_fields.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::read_xml {
 
 /// Writes down the calls of the walk.
 class Recorder : public CParseXML {
@@ -25,7 +21,7 @@ class Recorder : public CParseXML {
   void OnLeaveNode(XmlNode node) override { Note('>', node); }
   void ProcessElementNode(XmlNode node) override {
     Note('=', node);
-    ForEachAttribute(node, [this](WideView name, const WChar* value) {
+    xml::ForEachAttribute(node, [this](WideView name, const WChar* value) {
       calls += "@" + Utf8(name.data, name.size) + ":" + Utf8(value);
     });
   }
@@ -50,39 +46,28 @@ class Reader : public CReadXML {
     Recorder recorder;
     recorder.ParseXMLTree(root);
     calls = recorder.calls;
-    SetData(new std::string(calls));
   }
 };
 
-TEST(ReadXml, WalksDepthFirstInDocumentOrder) {
-  Reader reader;
-  ASSERT_TRUE(Load(reader, "<a><b x='1' y=''>t</b> <!--c--><?p i?><![CDATA[d]]></a>"));
-  EXPECT_EQ(reader.calls,
-            "<1a=1a"
-            "<2b=2b@x:1@y:<3#text>3#text>2b"
-            "<2#text>2#text<2#comment>2#comment<2p>2p<2#cdata-section>2#cdata-section"
-            ">1a");
-}
-
-TEST(ReadXml, ParsesRootsWithAnyContentAtAll) {
+TEST(ReadXml, WalksRootsWithAnyContentDepthFirstInDocumentOrder) {
   const struct {
-    const char* document;
-    int invoked;
-  } cases[] = {{"<a/>", 0}, {"<a></a>", 0}, {"<a> </a>", 1}, {"<a><!----></a>", 1}};
+    const char *document, *calls;
+  } cases[] = {
+      {"<a/>", ""},
+      {"<a></a>", ""},
+      {"<a> </a>", "<1a=1a<2#text>2#text>1a"},
+      {"<a><!----></a>", "<1a=1a<2#comment>2#comment>1a"},
+      {"<a><b x='1' y=''>t</b> <!--c--><?p i?><![CDATA[d]]></a>",
+       "<1a=1a"
+       "<2b=2b@x:1@y:<3#text>3#text>2b"
+       "<2#text>2#text<2#comment>2#comment<2p>2p<2#cdata-section>2#cdata-section"
+       ">1a"},
+  };
   for (const auto& c : cases) {
     Reader reader;
     EXPECT_TRUE(Load(reader, c.document));
-    EXPECT_EQ(reader.invoked, c.invoked) << c.document;
+    EXPECT_EQ(reader.calls, c.calls);
   }
-}
-
-TEST(ReadXml, DataIsDetachedOrFreedWithTheReader) {
-  Reader reader;
-  ASSERT_TRUE(Load(reader, "<a>1</a>"));
-  ASSERT_TRUE(Load(reader, "<a>2</a>"));
-  delete static_cast<std::string*>(reader.DetachData());
-  EXPECT_EQ(reader.DetachData(), nullptr);
-  ASSERT_TRUE(Load(reader, "<a>3</a>"));
 }
 
 TEST(ReadXml, AnExceptionOfTheReaderIsAFailedLoad) {
@@ -91,23 +76,7 @@ TEST(ReadXml, AnExceptionOfTheReaderIsAFailedLoad) {
   EXPECT_FALSE(Load(reader, "<a>1</a>"));
   EXPECT_EQ(reader.LastError().fault, DocumentFault::kHandlerFailed);
   EXPECT_STREQ(reader.LastError().reason, "not to my taste");
-}
-
-TEST(ReadXml, SaysWhatIsWrongAndWhere) {
-  const struct {
-    const char* document;
-    int line;
-  } cases[] = {
-      {"<a>\n<b>\n</a>", 3}, {"", 1}, {"text", 1}, {"<a/>\n<b/>", 2}, {"<a\n x='1' x='2'/>", 2}};
-  for (const auto& c : cases) {
-    Reader reader;
-    EXPECT_FALSE(Load(reader, c.document)) << c.document;
-    EXPECT_EQ(reader.LastError().fault, DocumentFault::kMalformed);
-    EXPECT_EQ(reader.LastError().line, c.line) << c.document;
-    EXPECT_NE(reader.LastError().reason[0], 0);
-  }
-  Reader reader;
-  EXPECT_FALSE(Load(reader, "<a>"));
+  reader.throws = false;
   EXPECT_TRUE(Load(reader, "<a>1</a>"));
   EXPECT_EQ(reader.LastError().fault, DocumentFault::kNone);
 }
@@ -128,16 +97,6 @@ TEST(ReadXml, FilesThatCannotBeReadFail) {
   EXPECT_EQ(reader.invoked, 0);
 }
 
-std::string Utf16(std::u16string_view text, bool bigEndian) {
-  std::string bytes;
-  for (const char16_t unit : text) {
-    const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
-    bytes += bigEndian ? high : low;
-    bytes += bigEndian ? low : high;
-  }
-  return bytes;
-}
-
 TEST(ReadXml, BytesTellTheirEncoding) {
   const std::u16string utf16 = u"\xFEFF<?xml version='1.0' encoding='UTF-16'?><a x='é€'>1</a>";
   const std::string cases[] = {
@@ -151,12 +110,11 @@ TEST(ReadXml, BytesTellTheirEncoding) {
   };
   const TempFolder folder;
   for (const std::string& bytes : cases) {
-    Reader reader;
-    EXPECT_TRUE(Load(reader, bytes));
-    EXPECT_EQ(reader.calls, "<1a=1a@x:é€<2#text>2#text>1a");
+    Reader fromBytes, fromFile;
     WriteBytes(folder / "file", bytes);
-    EXPECT_TRUE(reader.LoadFile(W(folder / "file")));
-    EXPECT_EQ(reader.calls, "<1a=1a@x:é€<2#text>2#text>1a");
+    EXPECT_TRUE(Load(fromBytes, bytes) && fromFile.LoadFile(W(folder / "file")));
+    EXPECT_EQ(fromBytes.calls, "<1a=1a@x:é€<2#text>2#text>1a");
+    EXPECT_EQ(fromFile.calls, fromBytes.calls);
   }
   Reader reader;
   EXPECT_FALSE(Load(reader, "<a>\xFF</a>"));
@@ -192,7 +150,7 @@ TEST(ReadXml, WideTextIsReadAsItIsWhateverItsLengthAndTheEncodingItDeclares) {
   std::string text;
   for (int i = 0; i < 1000; ++i) text += "😀";
   for (const std::string& start : starts)
-    for (int length = 0; length < 100; ++length) {
+    for (int length = 0; length < 20; ++length) {
       const std::string document =
           start + "<a>" + std::string(length, 'x') + text + "<b c='Zürich'/></a>";
       Reader reader;
@@ -201,26 +159,16 @@ TEST(ReadXml, WideTextIsReadAsItIsWhateverItsLengthAndTheEncodingItDeclares) {
     }
 }
 
-TEST(ReadXml, NumbersSaturate) {
+TEST(ReadXml, NumbersAreReadAsFarAsTheyGo) {
   const struct {
     const char* text;
     LONG number;
-  } cases[] = {{"", 0},
-               {"x", 0},
-               {" \t\r\n12x9", 12},
-               {"+7", 7},
-               {"-7", -7},
-               {"- 7", 0},
-               {"+-7", 0},
-               {"0x10", 0},
-               {"2147483647", 2147483647},
-               {"2147483648", 2147483647},
-               {"-2147483648", -2147483647 - 1},
-               {"-2147483649", -2147483647 - 1},
-               {"999999999999999999999999999999", 2147483647},
-               {"-999999999999999999999999999999", -2147483647 - 1}};
-  for (const auto& c : cases) EXPECT_EQ(NumberFromText(W(std::string(c.text))), c.number) << c.text;
+  } cases[] = {
+      {"", 0},    {"x", 0},    {" \t\r\n12x9", 12},        {"+7", 7},
+      {"-7", -7}, {"- 7", 0},  {"2147483648", 2147483647}, {"-2147483648", -2147483647 - 1},
+      {"+-7", 0}, {"0x10", 0}, {"2147483647", 2147483647}, {"-2147483649", -2147483647 - 1}};
+  for (const auto& c : cases)
+    EXPECT_EQ(xml::NumberFromText(W(std::string(c.text))), c.number) << c.text;
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::read_xml

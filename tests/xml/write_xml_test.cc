@@ -1,15 +1,13 @@
 #include "vosmere/xml/write_xml.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "tests/support/document.h"
-#include "tests/support/failing_memory.h"
-#include "vosmere/text/unicode_tool.h"
+#include "tests/support/platform.h"
+#include "tests/support/test.h"
+#include "vosmere/cpp/own.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::write_xml {
 
 /// A writer whose document is what `fill` appends.
 class Writer : public CWriteXML {
@@ -19,11 +17,13 @@ class Writer : public CWriteXML {
   using CWriteXML::AddXMLVersion;
   using CWriteXML::BeginDocument;
   using CWriteXML::BSTRGetUTF8;
+  using CWriteXML::FillBoolean;
   using CWriteXML::FillBSTRString;
   using CWriteXML::FillNode;
   using CWriteXML::FillNodeChar;
-  using CWriteXML::FillString;
   using CWriteXML::FillXMLBSTR;
+  using CWriteXML::PutBytes;
+  using CWriteXML::PutNumber;
 
   int generated = 0;
 
@@ -83,20 +83,32 @@ TEST(WriteXml, PairsAreNeverPartedInLongTexts) {
   }
 }
 
-TEST(WriteXml, LengthsComeFromThePrefix) {
-  const OwnedBstr value{W(u"a\0b")};
-  EXPECT_EQ(Written([&](Writer& w) { w.FillBSTRString(value.get()); }), std::string("a\0b", 3));
+TEST(WriteXml, NumbersStandWholeAcrossTheEndsOfChunks) {
+  for (std::size_t room = 0; room <= 12; ++room) {
+    const std::string before(CChunkBuffer::kChunkSize - room, 'x');
+    EXPECT_EQ(Written([&](Writer& w) {
+                w.PutBytes(before);
+                w.PutNumber(-2147483647 - 1);
+                w.PutNumber(0);
+              }),
+              before + "-21474836480");
+  }
 }
 
-TEST(WriteXml, TheCloseFragmentIsThreeBytesLonger) {
-  const OwnedBstr value{W("a&b")}, empty{W("")};
+TEST(WriteXml, TheCloseFragmentIsThreeBytesLongerAndLengthsComeFromThePrefix) {
+  const OwnedBstr value{W("a&b")}, empty{W("")}, zero{W(u"a\0b")};
   EXPECT_EQ(Written([&](Writer& w) {
-              w.FillNode(value.get(), "<url>", "</url>\r\nnot this", 5);
-              w.FillNode(empty.get(), "<url>", "</url>\r\n", 5);
-              w.FillNode(nullptr, "<u>", "</u>\r\n", 3);
-              w.FillNodeChar("a&b", "<url>", "</url>\r\nnot this", 5);
+              EXPECT_TRUE(w.FillNode(value.get(), "<url>", "</url>\r\nnot this", 5));
+              EXPECT_TRUE(w.FillNode(empty.get(), "<url>", "</url>\r\n", 5));
+              EXPECT_TRUE(w.FillNode(nullptr, "<u>", "</u>\r\n", 3));
+              EXPECT_TRUE(w.FillNodeChar("a&b", "<url>", "</url>\r\nnot this", 5));
+              EXPECT_TRUE(w.FillNodeChar(nullptr, "<u>", "</u>\r\n", 3));
+              for (const bool value : {true, false}) w.FillBoolean(value, "<a>", "</a>\r\n", 3);
+              EXPECT_TRUE(w.FillBSTRString(zero.get()));
             }),
-            "<url>a&amp;b</url>\r\n<url></url>\r\n<u></u>\r\n<url>a&b</url>\r\n");
+            "<url>a&amp;b</url>\r\n<url></url>\r\n<u></u>\r\n<url>a&b</url>\r\n<u></u>\r\n"
+            "<a>true</a>\r\n<a>false</a>\r\n" +
+                std::string("a\0b", 3));
 }
 
 TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
@@ -112,6 +124,7 @@ TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
   for (const auto& c : cases) {
     const OwnedBstr content{W("é")};
     Writer writer([&](Writer& w) {
+      w.PutBytes("cleared");
       w.BeginDocument();
       w.FillXMLBSTR(content.get());
     });
@@ -120,50 +133,98 @@ TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
   }
 }
 
-TEST(WriteXml, GeneratesOnce) {
+/// Of this process; none where they cannot be told.
+std::ptrdiff_t OpenFiles() {
+  std::error_code none;
+  if (RunsOnWine()) return 0;  // its server holds them
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd", none), {});
+}
+
+TEST(WriteXml, GeneratesOnceClosesItsFileAndHandsOutNothingWithoutMemory) {
+  const TempFolder folder;
+  const Wide path = W(folder / "out");
   std::string text = "first";
-  Writer writer([&](Writer& w) { w.FillString(text.data(), static_cast<int>(text.size())); });
-  EXPECT_EQ(Saved(writer), "first");
-  text = "second";
-  EXPECT_EQ(Saved(writer), "first");
+  Writer writer([&](Writer& w) { w.PutBytes(text); });
+  const std::ptrdiff_t before = OpenFiles();
+  for (const char* const next : {"second", "third"}) {
+    EXPECT_TRUE(writer.SaveToFile(path));
+    EXPECT_EQ(OpenFiles(), before);
+    EXPECT_EQ(ReadBytes(folder / "out"), "first");
+    EXPECT_TRUE(std::filesystem::remove(folder / "out"));
+    text = next;
+  }
   EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).utf8(), "first");
-  char* bytes = nullptr;
+  ConvertedText bytes;
   int length = 0;
-  EXPECT_TRUE(writer.GetXMLBytes(&bytes, &length));
-  EXPECT_EQ(std::string(bytes, static_cast<std::size_t>(length) + 1), std::string("first\0", 6));
-  CUnicodeTool::DeleteBuffer(bytes);
+  EXPECT_TRUE(writer.GetXMLBytes(Out(bytes), &length));
+  EXPECT_EQ(std::string(bytes.get(), static_cast<std::size_t>(length) + 1),
+            std::string("first\0", 6));
   EXPECT_EQ(writer.generated, 1);
+  const FailingMemory memory(0);
+  EXPECT_EQ(writer.GetXMLBSTR(), nullptr);
+  char* none = nullptr;
+  EXPECT_FALSE(writer.GetXMLBytes(&none, &length));
+  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
 }
 
 TEST(WriteXml, HandsOutTheDocumentUpToTheFirstZero) {
-  const auto handedOut = [](const std::string& bytes) {
-    Writer writer([&](Writer& w) { w.FillString(bytes.data(), static_cast<int>(bytes.size())); });
-    return OwnedBstr(writer.GetXMLBSTR()).utf8();
+  const struct {
+    std::string written, handedOut;
+  } cases[] = {
+      {"a\xC3\xA9", "aé"},
+      {std::string("a\0b", 3), "a"},
+      {std::string("\0b", 2), "(null)"},
+      {"", "(null)"},
+      {std::string(10000, 'x'), std::string(10000, 'x')},
   };
-  EXPECT_EQ(handedOut("a\xC3\xA9"), "aé");
-  EXPECT_EQ(handedOut(std::string("a\0b", 3)), "a");
-  EXPECT_EQ(handedOut(std::string("\0b", 2)), "(null)");
-  EXPECT_EQ(handedOut(""), "(null)");
-  EXPECT_EQ(handedOut(std::string(10000, 'x')), std::string(10000, 'x'));
+  for (const auto& c : cases) {
+    Writer writer([&](Writer& w) { w.PutBytes(c.written); });
+    EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).utf8(), c.handedOut);
+  }
 }
 
-TEST(WriteXml, AnOverflowingDocumentIsNeverSaved) {
+TEST(WriteXml, SaysWhyADocumentIsNotSaved) {
   const std::string block(1 << 20, 'x');
-  Writer writer([&](Writer& w) {
-    for (int i = 0; i < 101; ++i) w.FillString(block.data(), static_cast<int>(block.size()));
-  });
   const TempFolder folder;
   WriteBytes(folder / "out", "before");
-  EXPECT_FALSE(writer.SaveToFile(W(folder / "out")));
-  EXPECT_EQ(writer.LastError().fault, DocumentFault::kTooLarge);
+  const struct {
+    int blocks, generated;
+    Wide path;
+    DocumentFault fault;
+  } cases[] = {
+      {0, 1, W(folder / "out"), DocumentFault::kNothingToWrite},
+      {100, 1, W(folder / "out"), DocumentFault::kTooLarge},
+      {1, 0, W(folder / "missing" / "out"), DocumentFault::kCannotOpen},
+      {1, 0, W(folder / "."), DocumentFault::kCannotOpen},
+      {1, 0, nullptr, DocumentFault::kCannotOpen},
+      {1, 1, W("/dev/full"), DocumentFault::kCannotWrite},
+  };
+  for (const auto& c : cases) {
+    if (c.fault == DocumentFault::kCannotWrite && !std::filesystem::exists("/dev/full")) continue;
+    Writer writer([&](Writer& w) {
+      for (int i = 0; i < c.blocks; ++i) w.PutBytes(block);
+    });
+    const Traces traces;
+    EXPECT_FALSE(writer.SaveToFile(c.path));
+    EXPECT_EQ(writer.LastError().fault, c.fault);
+    EXPECT_NE(writer.LastError().reason[0], 0);
+    EXPECT_EQ(writer.generated, c.generated);
+    if (c.fault == DocumentFault::kCannotOpen)
+      EXPECT_THAT(traces.lines(),
+                  ElementsAre(testing::AllOf(testing::StartsWith("0X"),
+                                             HasSubstr(" CWriteXML Could not open file. "))));
+    else if (c.blocks != 1)
+      EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).get(), nullptr);
+    else
+      EXPECT_NE(writer.LastError().systemError, 0u);
+  }
   EXPECT_EQ(ReadBytes(folder / "out"), "");
-  EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).get(), nullptr);
 }
 
 TEST(WriteXml, ADocumentThatMemoryToreIsNeverSaved) {
   const std::string block(CChunkBuffer::kChunkSize, 'x');
   Writer writer([&](Writer& w) {
-    for (int i = 0; i < 10; ++i) w.FillString(block.data(), static_cast<int>(block.size()));
+    for (int i = 0; i < 10; ++i) w.PutBytes(block);
   });
   const TempFolder folder;
   const Wide path = W(folder / "out");
@@ -185,7 +246,8 @@ TEST(WriteXml, ATextThatMemoryLostTearsTheDocument) {
       for (const auto convert : {&Writer::GetXMLUTF8, &Writer::BSTRGetUTF8}) {
         char* text = nullptr;
         int length = 0;
-        if ((w.*convert)(value.get(), &text, &length)) w.FillString(text, length);
+        if ((w.*convert)(value.get(), &text, &length))
+          w.PutBytes({text, static_cast<std::size_t>(length)});
         CUnicodeTool::DeleteBuffer(text);
       }
     });
@@ -193,39 +255,4 @@ TEST(WriteXml, ATextThatMemoryLostTearsTheDocument) {
   });
 }
 
-TEST(WriteXml, WithoutMemoryNothingIsHandedOut) {
-  Writer writer([](Writer& w) { w.FillString("text", 4); });
-  ASSERT_EQ(Saved(writer), "text");
-  const FailingMemory memory(0);
-  EXPECT_EQ(writer.GetXMLBSTR(), nullptr);
-  char* bytes = nullptr;
-  int length = 0;
-  EXPECT_FALSE(writer.GetXMLBytes(&bytes, &length));
-  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
-}
-
-TEST(WriteXml, SaysWhyAFileCannotBeCreated) {
-  const TempFolder folder;
-  Writer writer([](Writer& w) { w.AddXMLVersion(); });
-  const Traces traces;
-  for (const Wide& path : {W(folder / "missing" / "out"), W(folder / "."), Wide(nullptr)}) {
-    EXPECT_FALSE(writer.SaveToFile(path));
-    EXPECT_EQ(writer.LastError().fault, DocumentFault::kCannotOpen);
-  }
-  ASSERT_EQ(traces.lines().size(), 3u);
-  EXPECT_EQ(traces.lines()[0].substr(0, 2), "0X");
-  EXPECT_NE(traces.lines()[0].find(" CWriteXML Could not open file. "), std::string::npos);
-  EXPECT_EQ(writer.generated, 0);
-}
-
-TEST(WriteXml, AnEmptyDocumentLeavesAnEmptyFile) {
-  const TempFolder folder;
-  WriteBytes(folder / "out", "before");
-  Writer writer([](Writer&) {});
-  EXPECT_FALSE(writer.SaveToFile(W(folder / "out")));
-  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNothingToWrite);
-  EXPECT_EQ(ReadBytes(folder / "out"), "");
-}
-
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::write_xml

@@ -2,10 +2,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// Extra data attached to an item of a collection. Texts are copied; null clears.
 class VOSMERE_API CColctExData {

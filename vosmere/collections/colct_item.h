@@ -2,10 +2,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// One cell of a chain of collections (base/chain.h), outside the tree. Destroying a cell frees
 /// nothing else.

@@ -2,12 +2,9 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CColctNode;
-class CUrlNode;
-struct RColctItem;
 
 /// Names one item of one collection by their identities, and keeps what the names resolve to.
 /// Texts are copied; null clears.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "vosmere/base/export.h"
 #include "vosmere/collections/colct_item_id.h"
 #include "vosmere/xml/item_chain.h"
@@ -31,6 +33,7 @@ class VOSMERE_API CWriteColctItemID : public CWriteXML {
   void FilRColctIDOnlyToBuffer(CColctItemID* id);
 
  private:
+  bool PutInto(std::string& utf8, const WChar* id);
   void PutNameAndEnd(const CColctItemID& id);
 
   RColctItemID* head_ = nullptr;
@@ -54,7 +57,7 @@ class VOSMERE_API CReadColctItemID : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<RColctItemID> ids_;
+  xml::ItemChain<RColctItemID> ids_;
 };
 
 }  // namespace vosmere

@@ -33,6 +33,8 @@ class VOSMERE_API CWriteColctListXML : public CWriteItems {
   void FileNetData(CColctNetData* data);
 
  private:
+  void LoseOf(const CColctNode& colct);
+
   RColctItem* head_ = nullptr;
 };
 
@@ -58,7 +60,7 @@ class VOSMERE_API CReadColctListXML : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<RColctItem> list_;
+  xml::ItemChain<RColctItem> list_;
 };
 
 }  // namespace vosmere

@@ -5,14 +5,14 @@
 
 namespace vosmere {
 
-CColctNode::CColctNode() : colctNetData_(std::make_unique<CColctNetData>()) {}
+CColctNode::CColctNode() : colctNetData_(new CColctNetData) {}
 
 CColctNode::CColctNode(const CColctNode* source)
     : CUrlNode(source),
       colctType_(source->colctType_),
       locRNodeRoot_(source->locRNodeRoot_),
       hasNewData_(source->hasNewData_),
-      colctNetData_(std::make_unique<CColctNetData>(source->GetColctNetData())),
+      colctNetData_(new CColctNetData(source->GetColctNetData())),
       loadingState_(source->loadingState_) {}
 
 CColctNode::~CColctNode() = default;

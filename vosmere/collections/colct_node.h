@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/collections/colct_net_data.h"
 #include "vosmere/tree/url_node.h"
 
@@ -61,7 +60,7 @@ class VOSMERE_API CColctNode : public CUrlNode {
   tagCOLCTTYPE colctType_ = CT_DEFAULT;
   RNode* locRNodeRoot_ = nullptr;
   bool hasNewData_ = false;
-  std::unique_ptr<CColctNetData> colctNetData_;
+  OwnedPointer<CColctNetData> colctNetData_;
   LONG loadingState_ = 0;
 };
 

@@ -72,7 +72,7 @@ class VOSMERE_API CReadColctExData : public CReadXML {
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<RColctExData> list_;
+  xml::ItemChain<RColctExData> list_;
   SystemText defaultColctUrl_;
 };
 

@@ -3,14 +3,11 @@
 #include <vector>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/parse_xml.h"
 #include "vosmere/xml/read_xml.h"
 
 namespace vosmere {
-
-class CColctNode;
-class CFolderNode;
-struct RNode;
 
 /// Walks an OPML document and builds a tree of folders and collections. Elements out of place and
 /// unknown names are ignored.
@@ -28,9 +25,12 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
   /// The version of the document's own extensions; 0 when it names none.
   LONG GetOpmlVersion() const { return opmlVersion_; }
+  /// Who is told of what is left out; null for nobody. To be called before the walk.
+  void SetReport(xml::Report* report) { report_ = report; }
 
  protected:
   void ProcessElementNode(XmlNode node) override;
+  void OnEnterNode(XmlNode node) override;
   void OnLeaveNode(XmlNode node) override;
 
   void ProcessOutline(XmlNode node);
@@ -46,19 +46,22 @@ class VOSMERE_API CParseOPML : public CParseXML {
   void SetColctAttributes(CColctNode* colct, WideView name, const WChar* value);
 
  private:
-  struct Element;
+  void ProcessOpml();
+  void ProcessTitle(const XmlNode& node);
 
-  void ProcessOpml(XmlNode node);
-  void ProcessTitle(XmlNode node);
-  void Ignore(XmlNode node);
-
+  void LeaveElement(const XmlText& name);
   bool AtRoot() const;
+  // What extension elements describe; null where they say nothing.
+  CBaseNode* Described() const;
+  CNodeStat* DescribedStat() const;
+  CColctNetData* DescribedView() const;
 
   RNode* currentFolder_ = nullptr;
   RNode* treeRoot_ = nullptr;
   std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
   XmlNode title_;                 // the last one that names the tree
   LONG opmlVersion_ = 0;
+  xml::Report* report_ = nullptr;
 };
 
 /// Reads a tree of folders and collections from an OPML document.

@@ -1,6 +1,7 @@
 #include "vosmere/collections/opml_writer.h"
 
 #include <functional>
+#include <string>
 
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/tree/folder_node.h"
@@ -11,6 +12,8 @@
 
 namespace vosmere {
 namespace {
+
+constexpr int kAroundOutlines = 2;  // the root element and the body
 
 CColctNode* Colct(RNode* link) {
   return static_cast<CColctNode*>(link->item);
@@ -31,6 +34,7 @@ bool CWriteColctTreeOPML::FillData() {
   if (!root_) return false;
   BeginDocument();
   AddHead();
+  LoseOf(root_);
   FillNodeUUID(root_->item);
   FillFolderStructure(root_);
   AddTail();
@@ -65,6 +69,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
   WalkBelow(
       folder,
       [this](RNode* link) {
+        LoseOf(link);
         if (link->type == NT_FOLDER) BeginFolder(Folder(link));
         if (link->type == NT_COLCT) FillColctNodeToBuffer(Colct(link));
         return link->type == NT_FOLDER;
@@ -74,7 +79,39 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
       });
 }
 
+// What readers do not get back of a link; its address has slashes in every document.
+void CWriteColctTreeOPML::LoseOf(const RNode* link) {
+  if (!ReportsLosses()) return;
+  const CBaseNode& item = *link->item;
+  const WideView name(item.GetName());
+  const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
+  const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);
+  if (link->type == NT_COLCT)
+    LoseOfColct(held, *static_cast<const CColctNode*>(link->item));
+  else if (link->type == NT_FOLDER)
+    LoseAllBut(link->parent ? held | kDescription : held, item);
+  else
+    return LoseWhole(item, "a page is left out");
+  LoseIf(link->type == NT_COLCT && link->firstChild, "what stands below a collection is left out");
+  if (name.empty())
+    Lose(LossKind::kChanged, link->parent ? "an empty name comes back as \"No name\""
+                                          : "an empty name comes back as \"No name collections\"");
+  LoseIf(link->parent && name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
+}
+
+void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
+  LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
+  const CColctNetData& net = *colct.GetColctNetData();
+  const RNode* const local = colct.GetLocRNodeRoot();
+  LoseIf(!WideView(colct.GetRelationUrl()).empty(), "htmlUrl does not come back");
+  LoseIf(!WideView(net.GetOwner()).empty(), "owner does not come back");
+  LoseIf(net.IsOrdered(), "ordered does not come back");
+  LoseIf(net.IsSynced(), "synced does not come back");
+  LoseIf(local && local->firstChild, "the items of a collection are left out");
+}
+
 void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {
+  Nest(kAroundOutlines);
   Put("<outline text=\"");
   PutNameAndDescription(folder);
   Put("\">");
@@ -82,6 +119,8 @@ void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {
 }
 
 void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
+  Nest(kAroundOutlines);
+  Deepen(kAroundOutlines + 1);  // its statistics
   Put("<outline text=\"");
   PutNameAndDescription(colct);
   Put("\" type=\"rss\" xmlUrl=\"");
@@ -94,6 +133,7 @@ void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
 }
 
 void CWriteColctTreeOPML::EndOutline() {
+  Unnest();
   Put("</outline>\r\n");
 }
 
@@ -102,16 +142,16 @@ void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
   if (name.empty())
     Put("No name");
   else
-    PutText(name.First(kNameLimit - 1));
+    PutRawAttribute(name.First(kNameLimit - 1));
   const WideView description(node->GetDescription());
   if (description.empty()) return;
   Put("\" description=\"");
-  PutText(description);
+  PutRawAttribute(description);
 }
 
 void CWriteColctTreeOPML::PutPath(const WChar* path) {
   const WideView whole(path, SysStringLen(path));
-  PutPieces(whole.From(GetRelativeStartPos(path)), kUnitBytes, WithSlashes<PieceToUtf8>);
+  PutRawPath(whole.From(GetRelativeStartPos(path)));
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {
@@ -128,6 +168,7 @@ void CWriteColctTreeOPML::FillNodeUUID(CBaseNode* node) {
 
 void CWriteColctTreeOPML::FillSync(WideView uuid, int version) {
   if (uuid.empty()) return;
+  Deepen(kAroundOutlines + 1);
   if (uuid.size > kLongestSyncId)
     PutSyncTooLong(uuid);
   else if (!PutSync(uuid, version))

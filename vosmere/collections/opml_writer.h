@@ -2,16 +2,10 @@
 
 #include "vosmere/base/export.h"
 #include "vosmere/collections/library_place.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/write_items.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CColctNetData;
-class CColctNode;
-class CFolderNode;
-class CNodeStat;
-struct RNode;
 
 /// Writes a tree of folders and collections as an OPML 2.0 document. Children of other kinds are
 /// left out. Trees of any depth are written.
@@ -57,6 +51,8 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   void FillSync(WideView uuid, int version);
 
  private:
+  void LoseOf(const RNode* link);
+  void LoseOfColct(unsigned held, const CColctNode& colct);
   void BeginFolder(CFolderNode* folder);
   void EndOutline();
   void PutNameAndDescription(CBaseNode* node);

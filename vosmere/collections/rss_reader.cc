@@ -20,6 +20,8 @@
 namespace vosmere {
 namespace {
 
+using namespace xml;
+
 /// The collection that is being read. Every link stands in its tree at once, so that a load that
 /// fails loses nothing; which folder an item belongs to, and in which place, is known at the end.
 class Bookmarks {
@@ -50,8 +52,12 @@ class Bookmarks {
   void SetOrder(LONG order);
   /// The identity of the folder that holds the item.
   void SetFolderID(const WChar* id);
-  /// Makes the open folder known by its identity.
-  void NameFolder();
+  /// Where the item refers to its folder, for SayMisplaced.
+  void RememberReference(Report& report) { placed_.back().reference = report.Remember(); }
+  /// Makes the open folder known by its identity; false when another one is.
+  bool NameFolder();
+  /// Says which items refer to folders that are not there.
+  void SayMisplaced(Report& report) const;
   void SetLink(const WChar* url);
   /// An address that counts where there is no link.
   void SetXmlUrl(const WChar* url);
@@ -66,6 +72,7 @@ class Bookmarks {
     std::size_t position;  // in the document
     std::int64_t order = std::numeric_limits<LONG>::max() + std::int64_t{1};
     RNode* const* named = nullptr;
+    std::size_t reference = 0;
   };
 
   static Identity IdentityOf(const WChar* text);
@@ -128,10 +135,18 @@ void Bookmarks::SetFolderID(const WChar* id) {
   placed_.back().named = &lastNamed_->second;
 }
 
-void Bookmarks::NameFolder() {
-  if (!*folder_->item->GetUUID()) return;
+bool Bookmarks::NameFolder() {
+  if (!*folder_->item->GetUUID()) return true;
   RNode*& known = folders_[IdentityOf(folder_->item->GetUUID())];
   if (!known) known = folder_;
+  return known == folder_;
+}
+
+void Bookmarks::SayMisplaced(Report& report) const {
+  for (const Placed& placed : placed_)
+    if (placed.named && !*placed.named)
+      report.LoseAt(placed.reference, LossKind::kChanged,
+                    "an item's folder is not in the document");
 }
 
 void Bookmarks::SetLink(const WChar* url) {
@@ -171,6 +186,11 @@ CUrlProp& PropOf(CUrlNode& item) {
   return *prop;
 }
 
+template <auto& Words>
+bool FitsWord(const WChar* text) {
+  return IndexOf(Words, text) > 0 || IsNamed(WideView(text), Words[0]);
+}
+
 void ItemType(CUrlNode& item, const WChar* value) {
   item.SetItemType(static_cast<tagVSMITEMTYPE>(IndexOf(kItemTypeWords, value)));
 }
@@ -185,27 +205,33 @@ void Tags(CUrlNode& item, const WChar* text) {
   PropOf(item).SetTagsList(CUrlProp::GenerateRBstrItemList(cutUp.get()));
 }
 
-/// `unsaid` is the version that an element without one stands for.
-void ReadSync(CBaseNode& item, const XmlNode& element, int unsaid) {
-  item.SetVersion(unsaid);
-  ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    if (IsNamed(name, "id") && !*value)
-      Trace("Empty UUID %s\n", name.data);
-    else
-      ApplyField(kSyncFields, item, name, value);
-  });
+void IdentityUnlessEmpty(CBaseNode& item, const WChar* value) {
+  if (*value)
+    item.SetUUID(value);
+  else
+    Trace("Empty UUID id\n");
 }
 
+constexpr Field<CBaseNode> kIdentityFields[] = {
+    {"id", IdentityUnlessEmpty},
+    {"version", Number<&CBaseNode::SetVersion>},
+    {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
+};
+
+// A version that is not written is 0.
 template <auto Target>
-void Sync(Bookmarks& bookmarks, const XmlNode& element) {
-  ReadSync(*std::invoke(Target, bookmarks), element, 0);
+void Sync(Bookmarks& bookmarks, const Element& element) {
+  (bookmarks.*Target)()->SetVersion(0);
+  AttributesTo<Target, kIdentityFields>(bookmarks, element);
 }
 
 // In a collection that is not synchronised the versions of folders are not written.
-void FolderSync(Bookmarks& bookmarks, const XmlNode& element) {
-  CBaseNode& folder = *bookmarks.Folder();
-  ReadSync(folder, element, bookmarks.NetData()->IsSynced() ? 0 : folder.GetVersion());
-  bookmarks.NameFolder();
+void FolderSync(Bookmarks& bookmarks, const Element& element) {
+  if (bookmarks.NetData()->IsSynced()) bookmarks.Folder()->SetVersion(0);
+  AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
+  if (!bookmarks.NameFolder() && element.report())
+    element.report()->Lose(LossKind::kChanged,
+                           "several folders have one identity: items may move between them");
 }
 
 constexpr Field<CColctNetData> kActionFields[] = {
@@ -214,8 +240,8 @@ constexpr Field<CColctNetData> kActionFields[] = {
 };
 
 constexpr Field<CUrlNode> kRelationFields[] = {
-    {"type", ItemType},
-    {"subtype", FileType},
+    {"type", ItemType, FitsWord<kItemTypeWords>},
+    {"subtype", FileType, FitsWord<kFileTypeWords>},
     {"href", Text<&CUrlNode::SetRelationUrl>},
 };
 
@@ -228,9 +254,33 @@ constexpr Field<Bookmarks> kFolderRefFields[] = {
     {"order", Number<&Bookmarks::SetOrder>},
 };
 
+void FolderReference(Bookmarks& bookmarks, const Element& element) {
+  AttributesTo<&Bookmarks::This, kFolderRefFields>(bookmarks, element);
+  if (element.report()) bookmarks.RememberReference(*element.report());
+}
+
+// What a copy makes up.
+
+template <auto Target>
+void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
+  if (!*Invoke(Target, bookmarks)->GetUUID())
+    report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
+}
+
+void SayUnsaid(Bookmarks& bookmarks, Report& report) {
+  SayNoIdentity<&Bookmarks::Item>(bookmarks, report);
+  SayTimes(report, *bookmarks.ItemStat());
+  if (report.Says("pubDate") && !report.Says("vsm:stat", "modified"))
+    report.Lose(LossKind::kNotKept, "the publication date (pubDate) is not read");
+  if (report.Says("link") && report.Says("xmlUrl"))
+    report.Lose(LossKind::kRepeated, "'xmlUrl' is not kept beside 'link'");
+  if (!report.Says("link") && !report.Says("xmlUrl") && !report.Says("vsm:rel", "type"))
+    report.Lose(LossKind::kUnsaid, "no link in the document: a copy says about:blank");
+}
+
 // The document.
 
-void OpenFolder(Bookmarks& bookmarks, const XmlNode& element) {
+void OpenFolder(Bookmarks& bookmarks, const Element& element) {
   bookmarks.OpenFolder();
   AttributesTo<&Bookmarks::This, kFolderFields>(bookmarks, element);
 }
@@ -245,24 +295,27 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kItem, "xmlUrl", TextTo<&B::This, &B::SetXmlUrl>},
     {kItem, "description", TextTo<&B::Item, &CBaseNode::SetDescription>},
     {kItem, "author", TextTo<&B::Item, &CUrlNode::SetAuthor>},
-    {kItem, "vsm:folderref", AttributesTo<&B::This, kFolderRefFields>},
+    {kItem, "vsm:folderref", FolderReference},
+    {kItem, "pubDate", NoLoss},
     {kItem, "vsm:rel", AttributesTo<&B::Item, kRelationFields>},
     {kItem, "vsm:stat", AttributesTo<&B::ItemStat, kStatFields>},
     {kItem, "sx:sync", Sync<&B::Item>},
     {kItem, "vsm:build", AttributesTo<&B::Item, kBuildFields>},
     {kItem, "vsm:tags", TextTo<&B::Item, Tags>},
-    {kRss, "channel", nullptr, kChannel},
+    {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity<&B::Colct>},
     {kChannel, "title", TextTo<&B::Colct, &CBaseNode::SetName>},
     {kChannel, "description", TextTo<&B::Colct, &CBaseNode::SetDescription>},
+    {kChannel, "generator", NoLoss},  // each program's own
     {kChannel, "dc:creator", TextTo<&B::NetData, &CColctNetData::SetOwner>},
     {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
     {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},
     {kChannel, "sx:sync", Sync<&B::Colct>},
-    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>},
+    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>,
+     SayNoIdentity<&B::Folder>},
     {kFolder, "title", TextTo<&B::Folder, &CBaseNode::SetName>},
     {kFolder, "description", TextTo<&B::Folder, &CBaseNode::SetDescription>},
     {kFolder, "sx:sync", FolderSync},
-    {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>},
+    {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>, SayUnsaid},
 };
 
 }  // namespace
@@ -279,8 +332,9 @@ void CReadBkmarkXML::InvokeParser(XmlNode root) {
   Bookmarks bookmarks;
   if (IsRootNamed(root, "rss")) {
     bookmarks.Begin();
-    ReadChildren(kElements, bookmarks, root, kRss, Repeats::kFirst);
+    ReadChildren(kElements, bookmarks, Reported(root), kRss, Repeats::kFirst);
     bookmarks.Place();
+    if (xml::Report* const report = Reported(root).report()) bookmarks.SayMisplaced(*report);
   }
   ThrowIfTextsWereLost();
   DeleteWithLocalTree(colct_);

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/read_xml.h"
 
 namespace vosmere {
-
-class CColctNode;
 
 /// Reads a collection with its local tree from an RSS 2.0 document: what CWriteColctRSS writes, and
 /// of other programs' documents what has the same names. The root element is "rss"; any other

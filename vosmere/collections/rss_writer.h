@@ -3,15 +3,12 @@
 #include <string_view>
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/write_items.h"
 
 namespace vosmere {
 
-class CColctNode;
-class CFolderNode;
-class CUrlNode;
 class PubDateFormat;
-struct RNode;
 
 /// Writes a collection with its local tree as an RSS 2.0 document: one channel, in it the folders,
 /// then all items, each with the folder that it stands in. Children of other kinds are left out.
@@ -52,6 +49,10 @@ class VOSMERE_API CWriteColctRSS : public CWriteItems {
 
  private:
   void Prepare();
+  void LoseOfTree();
+  void LoseOfColct(const CColctNode& colct);
+  void LoseOfFolder(const RNode& link);
+  void LoseOfItem(const CUrlNode& item);
   void PutChannel();
   void PutGenerator();
   void PutFolders();

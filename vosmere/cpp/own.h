@@ -13,6 +13,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/collections/colct_ex_data.h"
 #include "vosmere/collections/colct_item.h"
@@ -22,6 +23,7 @@
 #include "vosmere/favorites/favorite.h"
 #include "vosmere/ftp/ftp_site.h"
 #include "vosmere/notify/notify_msg.h"
+#include "vosmere/pages/page_data.h"
 #include "vosmere/platform/registry.h"
 #include "vosmere/tabs/tab_url.h"
 #include "vosmere/tabs/url_map.h"
@@ -34,15 +36,6 @@
 #include "vosmere/tree/url_prop.h"
 
 namespace vosmere {
-
-/// Calls `Free` on what it is given.
-template <auto Free>
-struct FreeWith {
-  template <class Thing>
-  void operator()(Thing* owned) const {
-    Free(owned);
-  }
-};
 
 /// Owns a `Thing` and frees it with `Free`.
 template <class Thing, auto Free>
@@ -77,6 +70,7 @@ using Notification = Owned<CVSMNotifyMsg, CVSMNotifyMsg::Delete>;
 using Tag = Owned<CTagItem, CTagStore::DeleteTagItem>;
 /// With its tags.
 using TagGroup = Owned<CTagGroup, CTagStore::DeleteTagGroup>;
+using PageData = std::unique_ptr<CPageData>;
 /// What CReadVosmereXML hands over.
 using ToolbarBands = std::unique_ptr<CTBarBandInfo>;
 /// One address of the URL map, without the pages that carry it.

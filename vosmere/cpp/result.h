@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <ostream>
 #include <string>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -38,7 +39,14 @@ struct Error {
         line(record.line),
         column(record.column),
         systemError(record.systemError),
-        fault(record.fault) {}
+        fault(record.fault) {
+    const bool isRefused = fault == DocumentFault::kCannotOpen ||
+                           fault == DocumentFault::kCannotRead ||
+                           fault == DocumentFault::kCannotWrite;
+    if (!isRefused || !systemError) return;
+    const std::string cause = std::system_category().message(static_cast<int>(systemError));
+    if (reason.find(cause) == reason.npos) reason += ": " + cause;
+  }
 };
 
 /// "file:4:12: reason", without the parts that are not known.

@@ -1,3 +1,4 @@
+// The statistics of an item.
 #include "vosmere/tree/node_stat.h"
 
 #include "vosmere/platform/internal/clock.h"

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <memory>
 #include <type_traits>
 #include <utility>
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// The chain that a reader builds, which frees every cell and its item unless it was detached. It
 /// is a builder for the tables of xml/reader_scopes.h:
@@ -37,10 +38,10 @@ class ItemChain {
 
   /// Appends a new item, which is then being read. Throws std::bad_alloc.
   void Begin() {
-    std::unique_ptr<Item, Delete> item(Item::New());
+    OwnedPointer<Item, FreeWith<Item::Delete>> item(Item::New());
     Cell* const cell = item ? Cell::New(item.get()) : nullptr;
     if (!cell) detail::ThrowNoMemory();
-    item_ = item.release();
+    item_ = item.Detach();
     chain::Append(head_, cell);
   }
   void End() { item_ = nullptr; }
@@ -53,10 +54,6 @@ class ItemChain {
   void Clear() { list::DeleteItems(Detach()); }
 
  private:
-  struct Delete {
-    void operator()(Item* item) const { Item::Delete(item); }
-  };
-
   Cell* head_ = nullptr;
   Item* item_ = nullptr;
 };
@@ -64,7 +61,8 @@ class ItemChain {
 // The row of an item.
 
 template <class Chain>
-void BeginItem(Chain& chain, const XmlNode&) {
+void BeginItem(Chain& chain, const Element& element) {
+  if (element.report()) element.report()->MakesItem();
   chain.Begin();
 }
 
@@ -75,8 +73,8 @@ void EndItem(Chain& chain) {
 
 /// The row of another element named as the root: behind it no item is being read any more.
 template <class Chain>
-void EndItem(Chain& chain, const XmlNode&) {
+void EndItem(Chain& chain, const Element&) {
   chain.End();
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

@@ -5,7 +5,7 @@
 
 #include "vosmere/base/document_error.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 namespace {
 
 constexpr int kFreeLevels = 4;
@@ -43,4 +43,4 @@ void NestedTexts::Count(std::size_t cost) {
   throw failure;
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

@@ -5,7 +5,7 @@
 #include "vosmere/base/export.h"
 #include "vosmere/platform/xml_node.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// Keeps elements that are read for all the text in them, and stand within each other, in
 /// proportion to their document: what is in the innermost is in all of them. A few levels are free;
@@ -23,4 +23,4 @@ class VOSMERE_API NestedTexts {
   std::size_t held_ = 0;
 };
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

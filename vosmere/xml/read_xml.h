@@ -1,10 +1,14 @@
 #pragma once
 
 #include "vosmere/base/document_error.h"
+#include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
 namespace vosmere {
+
+class XmlDocument;
 
 /// Base of every document reader: loads an XML document and hands its root element to the reader's
 /// InvokeParser. Normally used for one load, on one thread; on Windows that thread has initialised
@@ -43,14 +47,28 @@ class VOSMERE_API CReadXML {
   /// Raw bytes, whose mark or declaration tells the encoding. Null fails.
   bool LoadXML(const char* bytes, int length);
 
+  /// A document that another reader, which is in its InvokeParser, has parsed.
+  bool ReadParsed(const XmlNode& root, const CReadXML& parsed);
+
   /// Hands over what was built, of a type that the reader fixes; null when there is nothing.
   void* DetachData();
+
+  /// Has everything reported that the documents to come hold and this reader does not take, or
+  /// takes otherwise. Null ends that, as it begins; a load is as fast then as it is without.
+  void SetLossReport(LossReport report, void* to) {
+    lossReport_ = report;
+    lossReportTo_ = to;
+  }
 
   /// Why the last load failed; no fault after one that did not.
   const DocumentError& LastError() const { return error_; }
 
  protected:
   virtual void InvokeParser(XmlNode root) = 0;
+
+  /// An element of the document on its way through the tables of a reader: with the report of this
+  /// load, if there is one.
+  xml::Element Reported(const XmlNode& element) const { return {element, report_}; }
 
   /// Throws std::bad_alloc when this load has lost a text for want of memory (setters fail
   /// silently). The loader asks at the end; a reader asks before it gives up an earlier result.
@@ -65,6 +83,9 @@ class VOSMERE_API CReadXML {
   }
 
  private:
+  template <class Read>
+  bool ReadWith(Read read);
+  void ReadRoot(const XmlNode& root, const XmlDocument* document);
   template <class Load>
   bool LoadWith(Load load);
   void FreeData();
@@ -72,6 +93,10 @@ class VOSMERE_API CReadXML {
   void* data_ = nullptr;
   void (*deleteData_)(void*) = nullptr;
   unsigned long lostTextsBefore_ = 0;
+  LossReport lossReport_ = nullptr;
+  void* lossReportTo_ = nullptr;
+  xml::Report* report_ = nullptr;          // while a document is read
+  const XmlDocument* document_ = nullptr;  // the same, where it is known
   DocumentError error_;
 };
 

@@ -18,12 +18,14 @@
 #include <type_traits>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/trace.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// Exact comparison with an ASCII name, code unit by code unit.
 inline bool IsNamed(WideView text, std::string_view name) {
@@ -77,11 +79,23 @@ const Row* FindRow(const Row (&rows)[N], WideView name) {
   return nullptr;
 }
 
-/// What to do with the text of one field of a `Target`.
+/// What to do with a text for a `Target`.
+template <class Target>
+using Apply = void (*)(Target& target, const WChar* text);
+
+/// What to do with the text of one field of a `Target`, and what it should be.
 template <class Target>
 struct Field {
   RowName name;
-  void (*apply)(Target& target, const WChar* text);
+  Apply<Target> apply;
+  FitsTest fits = nullptr;  ///< null for any text
+
+  constexpr Field(RowName row, Apply<Target> action, FitsTest test = nullptr)
+      : name(row), apply(action), fits(test) {}
+  /// For rows that know it themselves.
+  template <class Regular>
+  requires requires { Regular::kFits; }
+  constexpr Field(RowName row, Regular regular) : Field(row, regular, Regular::kFits) {}
 };
 
 /// Applies the first row with that name; false when there is none.
@@ -93,6 +107,13 @@ bool ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& 
   return field != nullptr;
 }
 
+// Whether a text is the number that NumberFromText makes of it, and whether it is a truth.
+
+VOSMERE_API bool FitsNumber(const WChar* text);
+inline bool FitsTruth(const WChar* text) {
+  return IsNamed(WideView(text), "true") || IsNamed(WideView(text), "false");
+}
+
 // The regular rows: the text itself, its number, and true for exactly "true" (anything else changes
 // nothing).
 
@@ -101,18 +122,59 @@ void Text(Target& target, const WChar* text) {
   (target.*Setter)(text);
 }
 
-template <auto Setter, class Target>
-void Number(Target& target, const WChar* text) {
-  (target.*Setter)(NumberFromText(text));
-}
+template <auto Setter>
+struct NumberRow {
+  static constexpr FitsTest kFits = FitsNumber;
+  template <class Target>
+  constexpr operator Apply<Target>() const {
+    return [](Target& target, const WChar* text) { (target.*Setter)(NumberFromText(text)); };
+  }
+};
+template <auto Setter>
+inline constexpr NumberRow<Setter> Number;
 
-template <auto Setter, class Target>
-void WhenTrue(Target& target, const WChar* text) {
-  if (IsNamed(WideView(text), "true")) (target.*Setter)(true);
-}
+template <auto Setter>
+struct WhenTrueRow {
+  static constexpr FitsTest kFits = FitsTruth;
+  template <class Target>
+  constexpr operator Apply<Target>() const {
+    return [](Target& target, const WChar* text) {
+      if (IsNamed(WideView(text), "true")) (target.*Setter)(true);
+    };
+  }
+};
+template <auto Setter>
+inline constexpr WhenTrueRow<Setter> WhenTrue;
 
+/// Nothing, for what is known and not kept.
 template <class Target>
 void Ignored(Target&, const WChar*) {}
+/// Nothing, for what the item is known by already.
+template <class Target>
+void Implied(Target&, const WChar*) {}
+
+/// Applies `apply` to a value of an element, an attribute or its own text, and says how it went.
+template <class Apply>
+void ApplyReported(Report& report, WideView attribute, const WChar* value, FitsTest fits,
+                   Apply apply) {
+  const unsigned long before = CutTexts();
+  apply();
+  report.Takes(attribute, value, fits, CutTexts() != before);
+}
+
+/// The same as above for an attribute of the element that is being read.
+template <class Target, std::size_t N>
+void ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
+                Report* report, WideView name, const WChar* value) {
+  const Field<Target>* const field = FindRow(fields, name);
+  if (!report) {
+    if (field) field->apply(target, value);
+  } else if (field && field->apply != Apply<Target>(Ignored<Target>)) {
+    ApplyReported(*report, name, value, field->fits, [&] { field->apply(target, value); });
+  } else {
+    report->Unknown(name, value);
+  }
+}
 
 /// Whether a document is of the kind that its reader reads; another root element is traced.
 inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
@@ -135,4 +197,20 @@ void ForEachAttribute(const XmlNode& element, Visit visit) {
   }
 }
 
-}  // namespace vosmere
+/// The same where the visitor takes what it knows, or says that it does not.
+template <class Visit>
+void ForEachAttribute(const Element& element, Visit visit) {
+  if (element.report()) element.report()->TakesAttributes();
+  ForEachAttribute(static_cast<const XmlNode&>(element), visit);
+}
+
+/// Applies all attributes of an element.
+template <class Target, std::size_t N>
+void ApplyFields(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
+                 const Element& element) {
+  ForEachAttribute(element, [&](WideView name, const WChar* value) {
+    ApplyField(fields, target, element.report(), name, value);
+  });
+}
+
+}  // namespace vosmere::xml

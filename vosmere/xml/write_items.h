@@ -5,12 +5,10 @@
 #include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
+#include "vosmere/fwd.h"
 #include "vosmere/xml/write_xml.h"
 
 namespace vosmere {
-
-class CBaseNode;
-class CNodeStat;
 
 /// Base of the writers of items: the elements that several documents have, each in the one form
 /// that their readers know.
@@ -23,6 +21,26 @@ class VOSMERE_API CWriteItems : public CWriteXML {
   ~CWriteItems() override;
 
  protected:
+  /// What an item may have beside its name, and a document a place for.
+  enum Part : unsigned {
+    kDescription = 1,
+    kIdentity = 2,
+    kVersion = 4,
+    kDeleted = 8,
+    kBuild = 16,
+    kTimes = 32,
+    kMarks = 64,  ///< unread and flag
+    kAuthor = 128,
+    kRelated = 256,
+    kType = 512,
+    kTags = 1024,
+  };
+  /// Reports what the item has beyond these parts; what is reported next is lost of it, too.
+  void LoseAllBut(unsigned held, const CBaseNode& item);
+  void LoseAllBut(unsigned held, const CUrlNode& page);
+  /// Reports an item that is left out.
+  void LoseWhole(const CBaseNode& item, const char* what);
+
   /// Units that an identity has at most, in this document or any other.
   static constexpr std::size_t kLongestSyncId = 40;
 

@@ -64,7 +64,7 @@ bool CWriteXML::FillXMLBSTR(const WChar* value) {
 }
 
 bool CWriteXML::FillBSTRString(const WChar* value) {
-  return PutText(SystemView(value));
+  return PutPieces(SystemView(value), kUnitBytes, PieceToUtf8);
 }
 
 bool CWriteXML::FillNode(const WChar* value, const char* open, const char* close, int openLength) {
@@ -101,9 +101,31 @@ void CWriteXML::PutNumber(LONG number) {
     FillString(aside, length);
 }
 
-// Straight into the buffer where its last chunk has the room.
-bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
-                          int (*convert)(WideView piece, char* bytes)) {
+CWriteXML::Convert CWriteXML::Escaping(Stands stands) const {
+  if (!loadable_) return PieceToEscapedUtf8<Escape::kFive>;
+  return stands == Stands::kInElement ? PieceToEscapedUtf8<Escape::kText>
+                                      : PieceToEscapedUtf8<Escape::kAttribute>;
+}
+
+/// What of a text is written; `aside` is for one that has to be copied.
+WideView CWriteXML::Writable(WideView text, std::basic_string<WChar>& aside) {
+  if (!loadable_ || IsXmlText(text)) return text;
+  const std::size_t before = aside.size();
+  for (WideView rest = text; !rest.empty();) {
+    const std::size_t whole = WellFormedLength(rest);
+    std::copy_if(rest.begin(), rest.begin() + whole, std::back_inserter(aside), IsXmlUnit);
+    rest = rest.From(whole + 1);  // an unpaired surrogate
+  }
+  Lose(LossKind::kChanged, "characters that XML does not have are left out");
+  leftOutCharacters_ += static_cast<ULONG>(text.size - (aside.size() - before));
+  return {aside.data(), aside.size()};
+}
+
+// Straight into the buffer where its last chunk has the room. `convert` writes at most `unitBytes`
+// bytes for each unit of a piece and returns their number; 0 is a failure.
+bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert) {
+  std::basic_string<WChar> kept;
+  text = Writable(text, kept);
   char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
@@ -119,21 +141,33 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
   return true;
 }
 
-bool CWriteXML::PutText(WideView text) {
-  return PutPieces(text, kUnitBytes, PieceToUtf8);
+bool CWriteXML::PutRawAttribute(WideView text) {
+  if (!loadable_) return PutPieces(text, kUnitBytes, PieceToUtf8);
+  return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8<Escape::kAsLittle>);
 }
 
-bool CWriteXML::PutEscaped(WideView text) {
-  return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8);
+bool CWriteXML::PutEscaped(WideView text, Stands stands) {
+  return PutPieces(text, kEscapedUnitBytes, Escaping(stands));
+}
+
+bool CWriteXML::PutRawPath(WideView text) {
+  if (!loadable_) return PutPieces(text, kUnitBytes, WithSlashes<PieceToUtf8>);
+  return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
+}
+
+bool CWriteXML::PutEscapedPath(WideView text) {
+  return PutPieces(text, kEscapedUnitBytes,
+                   loadable_ ? WithSlashes<PieceToEscapedUtf8<Escape::kText>>
+                             : WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
 }
 
 // Converting.
 
-bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
+static bool AppendPieces(WideView text, std::string& utf8, int (*convert)(WideView, char*)) {
   char bytes[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
-    const int length = PieceToEscapedUtf8(piece, bytes);
+    const int length = convert(piece, bytes);
     if (length == 0) return false;
     utf8.append(bytes, length);
     text = text.From(piece.size);
@@ -142,10 +176,22 @@ bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
   return true;
 }
 
+bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8, Stands stands) {
+  std::basic_string<WChar> kept;
+  return AppendPieces(Writable(text, kept), utf8, Escaping(stands));
+}
+
+bool CWriteXML::EscapeShort(WideView value, char* utf8, int* length) {
+  std::basic_string<WChar> kept;
+  value = Writable(value, kept);
+  *length = Escaping(Stands::kInAttribute)(value, utf8);
+  return *length > 0 || value.empty();
+}
+
 bool CWriteXML::GetXMLUTF8(const WChar* value, char** text, int* length) {
   return UnlessLost(false, [=] {
     std::string utf8;
-    if (!EscapedUtf8(SystemView(value), utf8)) return false;
+    if (!AppendPieces(SystemView(value), utf8, PieceToEscapedUtf8<Escape::kFive>)) return false;
     *text = new char[utf8.size() + 1];
     std::memcpy(*text, utf8.c_str(), utf8.size() + 1);
     *length = static_cast<int>(utf8.size());
@@ -159,13 +205,27 @@ bool CWriteXML::BSTRGetUTF8(const WChar* value, char** text, int* length) {
   return false;
 }
 
-BSTR CWriteXML::GetXMLBSTR() {
+void CWriteXML::Lose(LossKind kind, const char* what) {
+  if (!lossReport_) return;
+  DocumentLoss loss;
+  loss.kind = kind;
+  loss.what = what;
+  loss.item = lossOf_;
+  loss.name = lossOfName_;
+  lossReport_(lossReportTo_, loss);
+}
+
+bool CWriteXML::Generate() {
   error_ = {};
   FillOnce();
   Chunk* chunk = nullptr;
-  if (!IsComplete(&chunk)) return nullptr;
-  const std::unique_ptr<char[]> bytes = buffer_->Joined();
-  if (bytes && !bytes[0]) return nullptr;
+  return IsComplete(&chunk);
+}
+
+BSTR CWriteXML::GetXMLBSTR() {
+  if (!Generate()) return nullptr;
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer_->Joined();
+  if (bytes && !*bytes) return nullptr;
   BSTR result = nullptr;
   if (bytes) CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
   if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
@@ -173,13 +233,11 @@ BSTR CWriteXML::GetXMLBSTR() {
 }
 
 bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
-  error_ = {};
-  FillOnce();
-  Chunk* chunk = nullptr;
-  if (!IsComplete(&chunk)) return false;
-  std::unique_ptr<char[]> joined = buffer_->Joined();
+  if (!Generate()) return false;
+  OwnedPointer<char, WithArrayDelete> joined = buffer_->Joined();
   if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
-  *bytes = joined.release();
+  *bytes = joined.Detach();
+  Chunk* chunk = nullptr;
   *length = buffer_->Get(&chunk);
   return true;
 }
@@ -188,6 +246,7 @@ bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
 
 bool CWriteXML::SaveToFile(const WChar* path) {
   error_ = {};
+  if (loadable_ && !Generate()) return false;
   if (!OpenFile(path)) return false;
   FillOnce();
   const bool written = RealWrite();
@@ -224,6 +283,8 @@ bool CWriteXML::RealWrite() {
 
 bool CWriteXML::IsComplete(Chunk** head) {
   if (torn_ || !buffer_) return Fail(DocumentFault::kNoMemory, "memory ran out");
+  if (loadable_ && deepest_ > kMaxXmlDepth)
+    return Fail(DocumentFault::kTooDeep, "the folders are nested deeper than documents are read");
   const LONG total = buffer_->Get(head);
   if (total >= CChunkBuffer::kLimit)
     return Fail(DocumentFault::kTooLarge, "the document has 100 MiB or more");

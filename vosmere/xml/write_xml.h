@@ -1,13 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <memory>
-#include <string>
+#include <iosfwd>
 #include <string_view>
 #include <utility>
 
 #include "vosmere/base/document_error.h"
+#include "vosmere/base/document_loss.h"
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
@@ -16,6 +18,8 @@
 namespace vosmere {
 
 class File;
+
+namespace xml {
 
 /// An element's name as a template argument, which makes its tags constants.
 template <std::size_t N>
@@ -45,6 +49,8 @@ struct AttributeName {
     open[N + 1] = '"';
   }
 };
+
+}  // namespace xml
 
 /// Base of every document writer: appends UTF-8 markup to a chunk buffer in document order, then
 /// saves it to a file or hands it out as a wide string.
@@ -79,6 +85,27 @@ class VOSMERE_API CWriteXML {
   /// change nothing. Intended: this changes the name alone. The text is UTF-8 whatever is named
   /// here; programs that convert a document afterwards announce what it will be.
   void SetEncoding(const char* name);
+
+  /// Makes the document one that always loads, with the values that it was given: what the format
+  /// writes as it is (the outlines of a tree, the web addresses of an FTP site) is escaped, line
+  /// ends and tabs become references where parsers would change them, and characters that XML does
+  /// not have are left out. Values without any of these give the same bytes. A tree that is too
+  /// deep for the readers is not saved at all (kTooDeep), and the file stays. Off by default: the
+  /// documents are what they have always been. Without effect once the document is generated.
+  void SetLoadable(bool loadable) { loadable_ = loadable; }
+  /// How many characters were left out for that.
+  ULONG LeftOutCharacters() const { return leftOutCharacters_; }
+
+  /// Has everything reported that is in the data and does not come back from the document. Null
+  /// ends that, as it begins. Without effect once the document is generated.
+  void SetLossReport(LossReport report, void* to) {
+    lossReport_ = report;
+    lossReportTo_ = to;
+  }
+
+  /// Generates the document now, unless it was: false, with LastError, for one that is not saved,
+  /// so that who goes on to SaveToFile loses no file to it. Throws std::bad_alloc.
+  bool Generate();
 
   /// Escapes a system string and converts it to UTF-8: a new zero-terminated block that the caller
   /// frees with CUnicodeTool::DeleteBuffer, and its length. False, with nothing stored, without
@@ -120,6 +147,31 @@ class VOSMERE_API CWriteXML {
   /// GetXMLUTF8 without escaping.
   bool BSTRGetUTF8(const WChar* value, char** text, int* length);
 
+  /// An element with children begins and ends, `above` further ones being around all of them. For
+  /// documents that nest as deep as their data.
+  void Nest(int above) {
+    ++nested_;
+    Deepen(above);
+  }
+  void Deepen(int above) { deepest_ = std::max(deepest_, above + nested_); }
+  void Unnest() { --nested_; }
+
+  // What is lost, for SetLossReport; nothing happens without one.
+
+  bool ReportsLosses() const { return lossReport_ != nullptr; }
+  /// What follows is lost of this item, or of one that is so called.
+  void LosesOf(const CBaseNode* item, const WChar* name) {
+    lossOf_ = item;
+    lossOfName_ = name;
+  }
+  void Lose(LossKind kind, const char* what);
+  void LoseIf(bool isLost, const char* what, LossKind kind = LossKind::kNotKept) {
+    if (isLost) Lose(kind, what);
+  }
+
+  /// Where a value stands: parsers change line ends in both, tabs in an attribute alone.
+  enum class Stands { kInElement, kInAttribute };
+
   // What writers are made of: one statement per fragment, in document order. Lengths come from the
   // literals, and values are converted straight into the buffer.
 
@@ -129,47 +181,51 @@ class VOSMERE_API CWriteXML {
   }
   void PutBytes(std::string_view utf8) { FillString(utf8.data(), static_cast<int>(utf8.size())); }
   void PutNumber(LONG number);
-  /// As it is. False when it cannot be converted; what went before stays appended.
-  bool PutText(WideView text);
-  bool PutEscaped(WideView text);
+  /// The value of an attribute that the format writes as it is. False when it cannot be converted;
+  /// what went before stays appended.
+  bool PutRawAttribute(WideView text);
+  /// Escaped, as the text of an element or the value of an attribute.
+  bool PutEscaped(WideView text, Stands stands = Stands::kInElement);
+  /// The same with every backslash turned into a slash.
+  bool PutRawPath(WideView text);
+  bool PutEscapedPath(WideView text);
   /// "<name>", the text escaped, "</name>" and CR LF: `PutElement<"title">(text)`.
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElement(WideView text) {
     Put(Name.open);
     PutEscaped(text);
     Put(Name.close);
   }
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElement(LONG number) {
     Put(Name.open);
     PutNumber(number);
     Put(Name.close);
   }
   /// The same where an empty text, or null, has no element at all.
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElementUnlessEmpty(const WChar* text) {
     const WideView view(text);
     if (!view.empty()) PutElement<Name>(view);
   }
   /// The same where only null has no element.
-  template <ElementName Name>
+  template <xml::ElementName Name>
   void PutElementUnlessNull(const WChar* text) {
     if (text) PutElement<Name>(WideView(text));
   }
   /// A blank, the name, and the text escaped between "=\"" and "\""; nothing for null.
-  template <AttributeName Name>
+  template <xml::AttributeName Name>
   void PutAttributeUnlessNull(const WChar* text) {
     if (!text) return;
     Put(Name.open);
-    PutEscaped(WideView(text));
+    PutEscaped(WideView(text), Stands::kInAttribute);
     Put("\"");
   }
-  /// Converted piece by piece: `convert` writes at most `unitBytes` bytes, 6 at the most, for each
-  /// unit of a piece and returns their number; 0 is a failure.
-  bool PutPieces(WideView text, std::size_t unitBytes, int (*convert)(WideView piece, char* bytes));
   /// The whole escaped text at once, for a writer that must know beforehand whether it converts.
   /// Throws std::bad_alloc.
-  static bool EscapedUtf8(WideView text, std::string& utf8);
+  bool EscapedUtf8(WideView text, std::string& utf8, Stands stands = Stands::kInElement);
+  /// The same of the value of an attribute, into room for 6 bytes for each of its few units.
+  bool EscapeShort(WideView value, char* utf8, int* length);
 
   /// Does a part of the writing. Where that throws, or loses a text for want of memory (LostTexts),
   /// the document is torn.
@@ -186,15 +242,28 @@ class VOSMERE_API CWriteXML {
   bool RealWrite();
 
  private:
+  using Convert = int (*)(WideView piece, char* bytes);
+
   void FillOnce();
+  Convert Escaping(Stands stands) const;
+  WideView Writable(WideView text, std::basic_string<WChar>& aside);
+  bool PutPieces(WideView text, std::size_t unitBytes, Convert convert);
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 
-  std::unique_ptr<CChunkBuffer> buffer_;
-  std::unique_ptr<File> file_;
+  OwnedPointer<CChunkBuffer> buffer_;
+  OwnedPointer<File> file_;
   char encoding_[20] = "UTF-8";
   LONG filled_ = 0;
   bool torn_ = false;  // something is missing in it for want of memory
+  bool loadable_ = false;
+  int nested_ = 0;
+  int deepest_ = 0;  // level of an element
+  ULONG leftOutCharacters_ = 0;
+  LossReport lossReport_ = nullptr;
+  void* lossReportTo_ = nullptr;
+  const CBaseNode* lossOf_ = nullptr;
+  const WChar* lossOfName_ = nullptr;
   DocumentError error_;
 };
 

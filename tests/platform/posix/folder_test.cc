@@ -2,12 +2,11 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 #include <cerrno>
 #include <new>
 
-#include "tests/support/files.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
 #include "vosmere/favorites/import_favorites.h"
 
@@ -20,8 +19,7 @@ extern "C" DIR* opendir(const char* name) {
   return block ? next(name) : nullptr;
 }
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::folder {
 
 TEST(FolderListing, EveryNameLeadsToItsFile) {
   const TempFolder folder;
@@ -41,5 +39,4 @@ TEST(FolderListing, EveryNameLeadsToItsFile) {
   EXPECT_TRUE(tree["caf\uFFFD\uFFFDz"]);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::folder

@@ -1,6 +1,4 @@
 // Uploads through a real server with TLS.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <memory>
@@ -8,13 +6,12 @@
 #include "tests/support/loopback_server.h"
 #include "tests/support/nginx.h"
 #include "tests/support/sender.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::https {
 
 using testing::AllOf;
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -90,7 +87,7 @@ TEST_F(Https, AServerWithoutTlsIsRefused) {
 
 TEST_F(Https, ThePasswordIsSentWhenTheServerAsks) {
   LoopbackServer behind({ReplyOk("welcome")}, backend_);
-  Sender sender(nginx_->host(), std::string(3000000, 'x'));
+  Sender sender(nginx_->host(), std::size_t{3000000});
   sender.upload.SetUserName(W("joe"));
   sender.upload.SetPassword(W("secret"));
   EXPECT_EQ(Send(sender, "/private"), 0);
@@ -103,7 +100,7 @@ TEST_F(Https, ThePasswordIsSentWhenTheServerAsks) {
 }
 
 TEST_F(Https, ABodyThatIsTooLargeGetsItsReply) {
-  Sender sender(nginx_->host(), std::string(20000000, 'x'));
+  Sender sender(nginx_->host(), std::size_t{20000000});
   EXPECT_EQ(Send(sender, "/small"), 0);
   EXPECT_EQ(sender.upload.GetStatus(), 413);
   EXPECT_THAT(sender.Response(), HasSubstr("Too Large"));
@@ -118,9 +115,8 @@ TEST_F(Https, ARedirectLeadsOnlyToHttps) {
 }
 
 TEST_F(Https, AServerThatHangsUpIsAFailure) {
-  Sender sender(nginx_->host(), std::string(20000000, 'x'));
+  Sender sender(nginx_->host(), std::size_t{20000000});
   EXPECT_EQ(Send(sender, "/drop"), Code(12030));
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::https

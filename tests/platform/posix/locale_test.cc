@@ -1,12 +1,11 @@
 // The system's code page is the locale's.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <locale.h>
 
 #include <cstdlib>
 
 #include "tests/support/loopback_server.h"
 #include "tests/support/sender.h"
+#include "tests/support/test.h"
 #include "vosmere/text/unicode_tool.h"
 
 // Locales that are found by LOCPATH are a leak of the C library.
@@ -14,10 +13,7 @@ extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppression
   return "leak:argz_add_sep";
 }
 
-namespace vosmere::test {
-namespace {
-
-using testing::HasSubstr;
+namespace vosmere::test::locale {
 
 /// Systems rarely have a locale that is not UTF-8: one of Latin-1, for who looks for locales here.
 void MakeLatin1Locale(const TempFolder& folder) {
@@ -91,5 +87,4 @@ TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
   unsetenv("LOCPATH");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::locale

@@ -1,15 +1,12 @@
 #include "vosmere/platform/path.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 
-#include "tests/support/files.h"
+#include "tests/support/test.h"
 #include "vosmere/platform/internal/file.h"
 #include "vosmere/platform/posix/path.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::path {
 
 TEST(Path, SaysWhatIsTextAsItIsAndEveryOtherByteAlone) {
   const struct {
@@ -63,5 +60,4 @@ TEST(Path, TooLongIsAnError) {
   }
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::path

@@ -1,12 +1,9 @@
 #include "vosmere/platform/posix/shortcut.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/support/order.h"
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::shortcut {
 
 TEST(Shortcut, ReadsAnyEncodingAndLayout) {
   const std::u16string wide = u"[InternetShortcut]\nURL=http://ж.example/";
@@ -40,5 +37,4 @@ TEST(Shortcut, ReadsAnyEncodingAndLayout) {
     EXPECT_EQ(Utf8(W(ShortcutAddressIn(c.shortcut))), c.address) << c.shortcut;
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::shortcut

@@ -1,6 +1,5 @@
 // What is no plain file: pipes, devices, and files that the system makes up as they are read.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <signal.h>
@@ -16,19 +15,18 @@
 #include <cstddef>
 #include <cstdlib>
 #include <iterator>
-#include <string>
+#include <memory>
 #include <thread>
 #include <utility>
 
 #include "tests/support/document.h"
-#include "tests/support/files.h"
+#include "tests/support/test.h"
 #include "tests/support/tree.h"
 #include "vosmere/platform/internal/file.h"
 #include "vosmere/text/read_file.h"
 #include "vosmere/text/write_file.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::special_file {
 
 /// A pipe that the test holds at both ends, until it lets go of them.
 class Pipe {
@@ -145,6 +143,15 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
   }
 }
 
+TEST(SpecialFile, AWriteHas200MillionBytesAtMost) {
+  constexpr int kMost = 200'000'000;
+  const std::unique_ptr<char[]> bytes(new char[kMost + 1]);  // never touched
+  CWriteFile writer;
+  ASSERT_TRUE(writer.OpenFile(W("/dev/null")));
+  EXPECT_TRUE(writer.WriteStreamData(bytes.get(), kMost));
+  EXPECT_FALSE(writer.WriteStreamData(bytes.get(), kMost + 1));
+}
+
 /// What a save says to which the disk says that it is full.
 void ExpectNoSpace(const Wide& path) {
   const TreePtr tree = Tree("root(a)");
@@ -214,5 +221,4 @@ TEST(SpecialFile, ASizeThatIsNotTrueDoesNoHarm) {
   CReadFile::Delete(bytes);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::special_file

@@ -1,14 +1,11 @@
 #include "vosmere/platform/internal/shell.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 
-#include "tests/support/wide.h"
+#include "tests/support/test.h"
 #include "vosmere/favorites/favorites.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::shell {
 
 TEST(Shell, KnowsTheUsersFavorites) {
   WChar path[kShellPathLimit];
@@ -16,5 +13,4 @@ TEST(Shell, KnowsTheUsersFavorites) {
   EXPECT_EQ(Utf8(path), std::string(std::getenv("USERPROFILE")) + "\\Favorites");
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::shell

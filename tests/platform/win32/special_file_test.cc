@@ -1,14 +1,11 @@
 // What is no plain file: pipes and devices, some of which have the names of files.
 #include <windows.h>
 
-#include <gtest/gtest.h>
-
-#include "tests/support/files.h"
+#include "tests/support/test.h"
 #include "vosmere/text/read_file.h"
 #include "vosmere/text/write_file.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::special_file {
 
 void ExpectNoPlainFile(const Wide& path) {
   EXPECT_FALSE(CReadFile().OpenFile(path)) << Utf8(path);
@@ -33,5 +30,4 @@ TEST(SpecialFile, APipeIsNoPlainFileAndNobodyWaitsForIt) {
   ::CloseHandle(pipe);
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::special_file

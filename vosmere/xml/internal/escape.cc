@@ -1,5 +1,6 @@
 #include "vosmere/xml/internal/escape.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "vosmere/platform/internal/code_page.h"
@@ -7,28 +8,37 @@
 namespace vosmere {
 namespace {
 
+template <Escape kWhich>
 std::string_view EntityFor(WChar unit) {
+  constexpr bool isBlankReplaced = kWhich == Escape::kAttribute || kWhich == Escape::kAsLittle;
   switch (unit) {
     case '&': return "&amp;";
     case '<': return "&lt;";
-    case '>': return "&gt;";
+    case '>': return kWhich != Escape::kAsLittle ? "&gt;" : "";
     case '"': return "&quot;";
-    case '\'': return "&apos;";
+    case '\'': return kWhich != Escape::kAsLittle ? "&apos;" : "";
+    case '\r': return kWhich != Escape::kFive ? "&#13;" : "";
+    case '\n': return isBlankReplaced ? "&#10;" : "";
+    case '\t': return isBlankReplaced ? "&#9;" : "";
     default: return {};
   }
 }
 
-/// Looks at all units, several at once: `&` and `'` differ in one bit, and so do `<` and `>`.
+/// Looks at all units, several at once: `&` and `'` differ in one bit, and so do `<` and `>`. May
+/// be true for nothing.
+template <Escape kWhich>
 bool NeedsEscaping(WideView text) {
   WChar found = 0;
   for (const WChar unit : text)
-    found |= WChar{(unit | 1) == '\''} | WChar{(unit | 2) == '>'} | WChar{unit == '"'};
+    found |= WChar{(unit | 1) == '\''} | WChar{(unit | 2) == '>'} | WChar{unit == '"'} |
+             WChar{kWhich != Escape::kFive && unit < ' '};
   return found != 0;
 }
 
+template <Escape kWhich>
 std::size_t PlainLength(WideView text) {
   std::size_t length = 0;
-  while (length < text.size && EntityFor(text[length]).empty()) ++length;
+  while (length < text.size && EntityFor<kWhich>(text[length]).empty()) ++length;
   return length;
 }
 
@@ -49,21 +59,34 @@ int PieceToUtf8(WideView piece, char* bytes) {
                      static_cast<int>(piece.size * kUnitBytes));
 }
 
+template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes) {
-  if (!NeedsEscaping(piece)) return PieceToUtf8(piece, bytes);
+  if (!NeedsEscaping<kWhich>(piece)) return PieceToUtf8(piece, bytes);
   char* at = bytes;
   while (!piece.empty()) {
-    const WideView plain = piece.First(PlainLength(piece));
+    const WideView plain = piece.First(PlainLength<kWhich>(piece));
     const int length = plain.empty() ? 0 : PieceToUtf8(plain, at);
     if (length == 0 && !plain.empty()) return 0;
     at += length;
     piece = piece.From(plain.size);
     if (piece.empty()) break;
-    const std::string_view entity = EntityFor(piece[0]);
+    const std::string_view entity = EntityFor<kWhich>(piece[0]);
     at += entity.copy(at, entity.size());
     piece = piece.From(1);
   }
   return static_cast<int>(at - bytes);
+}
+
+template int PieceToEscapedUtf8<Escape::kFive>(WideView, char*);
+template int PieceToEscapedUtf8<Escape::kText>(WideView, char*);
+template int PieceToEscapedUtf8<Escape::kAttribute>(WideView, char*);
+template int PieceToEscapedUtf8<Escape::kAsLittle>(WideView, char*);
+
+bool IsXmlText(WideView text) {
+  bool isPlain = true;
+  for (const WChar unit : text) isPlain &= unit >= 0x20 && unit < 0xD800;
+  return isPlain ||
+         (WellFormedLength(text) == text.size && std::all_of(text.begin(), text.end(), IsXmlUnit));
 }
 
 }  // namespace vosmere

@@ -21,9 +21,26 @@ WideView NextPiece(WideView text);
 /// bytes; 0 is a failure unless the piece is empty.
 int PieceToUtf8(WideView piece, char* bytes);
 
-/// The same with & < > " ' replaced by entities, into room for kEscapedUnitBytes for each unit. No
-/// other character is replaced.
+/// Which characters are replaced by references.
+enum class Escape {
+  kFive,       ///< & < > " '
+  kText,       ///< these, and the carriage return, which parsers make a line feed of
+  kAttribute,  ///< these, line feed and tab, which they make blanks of in an attribute
+  kAsLittle,   ///< & < " and those three: what an attribute cannot do without
+};
+
+/// The same with such characters replaced, into room for kEscapedUnitBytes for each unit. No other
+/// character is replaced.
+template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes);
+
+/// Whether XML has this unit, alone or as half of a pair.
+constexpr bool IsXmlUnit(WChar unit) {
+  return (unit >= 0x20 && unit < 0xFFFE) || unit == '\t' || unit == '\n' || unit == '\r';
+}
+
+/// Whether XML has every character of a text.
+bool IsXmlText(WideView text);
 
 /// One of the above with every backslash turned into a slash.
 template <int (*Convert)(WideView piece, char* bytes)>

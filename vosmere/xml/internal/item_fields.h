@@ -1,10 +1,12 @@
 // The attributes that describe an item in every document that has them.
 #pragma once
 
+#include <string>
+
 #include "vosmere/tree/base_node.h"
 #include "vosmere/xml/reader_fields.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
 /// One of the three times alone, in seconds: `StatTime<CNodeStat::kAdded>`.
 template <ULONG Which>
@@ -27,18 +29,18 @@ inline constexpr Field<CBaseNode> kSyncFields[] = {
 
 /// Of "vsm:stat".
 inline constexpr Field<CNodeStat> kStatFields[] = {
-    {"added", StatTime<CNodeStat::kAdded>},
-    {"modified", StatTime<CNodeStat::kModified>},
-    {"lastVisited", StatTime<CNodeStat::kLastVisited>},
+    {"added", StatTime<CNodeStat::kAdded>, FitsNumber},
+    {"modified", StatTime<CNodeStat::kModified>, FitsNumber},
+    {"lastVisited", StatTime<CNodeStat::kLastVisited>, FitsNumber},
     {"flag", Number<&CNodeStat::SetFlag>},
     {"unread", WhenTrue<&CNodeStat::MarkAsUnread>},
 };
 
 /// Of "stat".
 inline constexpr Field<CBaseNode> kStatDateFields[] = {
-    {"addDate", StatTime<CNodeStat::kAdded>},
-    {"lastModified", StatTime<CNodeStat::kModified>},
-    {"lastVisit", StatTime<CNodeStat::kLastVisited>},
+    {"addDate", StatTime<CNodeStat::kAdded>, FitsNumber},
+    {"lastModified", StatTime<CNodeStat::kModified>, FitsNumber},
+    {"lastVisit", StatTime<CNodeStat::kLastVisited>, FitsNumber},
 };
 
 /// An item is checked in unless it says "false".
@@ -49,7 +51,19 @@ inline void CheckedInUnlessFalse(CBaseNode& item, const WChar* value) {
 /// Of "vsm:build".
 inline constexpr Field<CBaseNode> kBuildFields[] = {
     {"basebuild", Number<&CBaseNode::SetBaseBuild>},
-    {"checkedin", CheckedInUnlessFalse},
+    {"checkedin", CheckedInUnlessFalse, FitsTruth},
 };
 
-}  // namespace vosmere
+/// Says which of its times an item has from the clock.
+inline void SayTimes(Report& report, const CNodeStat& stat) {
+  constexpr const char* kTimes[] = {"added", "modified", "lastVisited"};  // by their bits
+  std::string unsaid;
+  for (int i = 0; i < 3; ++i)
+    if (!(stat.GetSetTimes() >> i & 1))
+      unsaid += (unsaid.empty() ? "" : ", ") + std::string(kTimes[i]);
+  if (unsaid.empty()) return;
+  const std::string what = "no time in the document (" + unsaid + "): a copy says now";
+  report.Lose(LossKind::kUnsaid, what.c_str());
+}
+
+}  // namespace vosmere::xml

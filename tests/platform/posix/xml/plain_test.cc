@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
+#include <sstream>
 
-#include <string>
-
+#include "tests/support/test.h"
 #include "tests/support/xml_trees.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::plain {
 
 using namespace std::string_literals;
 
@@ -20,7 +18,7 @@ const std::string kRich =
     "</r>\n<!-- behind -->\n";
 
 TEST(PlainXml, IsWhatTheParserMakesOfIt) {
-  const std::string longText(3'000'001, 'x');
+  const std::string longText(300'001, 'x');
   for (const std::string& document :
        {kRich, "<a/>"s, "<r><a b='" + longText + "'>" + longText + "</a></r>",
         "<xml:a xml:lang='en'/>"s, "<a u:b='undeclared'/>"s, "<a>\r\r\n\n\t</a>"s}) {
@@ -30,90 +28,47 @@ TEST(PlainXml, IsWhatTheParserMakesOfIt) {
   }
 }
 
+/// Whether the document is plain. What is plain is no promise; that it is the same then is one.
+bool IsTaken(const std::string& document) {
+  const auto shown = ByTheFastPath(document);
+  EXPECT_TRUE(!shown || shown == ByTheParser(document)) << document.substr(0, 1000);
+  return shown.has_value();
+}
+
 TEST(PlainXml, StaysSoWhateverHappensToADocument) {
   int taken = 0;
-  const auto check = [&](const std::string& document) {
-    const auto shown = ByTheFastPath(document);
-    if (!shown) return;
-    ++taken;
-    EXPECT_EQ(shown, ByTheParser(document)) << document;
-  };
   for (std::size_t i = 0; i <= kRich.size(); ++i) {
-    check(kRich.substr(0, i));
-    std::string changed = kRich;
-    changed.erase(i, 1);
-    check(changed);
-    for (const char c : "<>&;#]?!-=:'\" \r\nxa1\x01\x7F\x80\xC3\xFF"s + '\0') {
-      changed = kRich;
-      check(changed.insert(i, 1, c));
-      changed = kRich;
-      if (i < kRich.size()) changed[i] = c;
-      check(changed);
-    }
+    taken += IsTaken(kRich.substr(0, i));
+    taken += IsTaken(std::string(kRich).erase(i, 1));
+    for (const char c : "<>&;#]?!-=:'\" \r\nxa1\x01\x7F\x80\xC3\xFF"s + '\0')
+      taken += IsTaken(std::string(kRich).replace(i, (i + c) % 2, 1, c));
   }
   EXPECT_GT(taken, 1000);
 }
 
-TEST(PlainXml, LeavesEveryOtherDocumentToTheParser) {
+TEST(PlainXml, LeavesToTheParserWhatItDoesNotKnow) {
+  std::istringstream documents(
+      "| |a|<a>|</a>|<a/><b/>|<a></b>|<a>]]></a>|<a b='<'/>|<a b='1' b='2'/>|"
+      "<a p:b='1' q:b='2'/>|<a b='1'c='2'/>|<a b/>|<a b=1/>|<!DOCTYPE a><a/>|<a>&e;</a>|"
+      "<a>&#0;</a>|<a>&#xFFFE;</a>|<a>&#xD800;</a>|<a>&#x110000;</a>|<a>&#99999999999;</a>|"
+      "<a>&#x0000000004E;</a>|<a>&amp</a>|<a>\x01</a>|<a>\xC0\x80</a>|<a>\xED\xA0\x80</a>|"
+      "<a>\xEF\xBF\xBE</a>|<a>\xE4\xB8</a>|<a>\0</a>|<a/>\0|<\xC3\xA9/>|<a:b:c/>|<a:/>|<1/>|"s
+      "<a:1/>|<a xmlns=''/>|<a xmlns:b=''/>|<a xmlns:xml='urn:x'/>|<xmlns:a/>|"
+      "<a xmlns:b='http://www.w3.org/2000/xmlns/'/>|<a><!-- -- --></a>|<a><?xml ?></a>|"
+      " <?xml version='1.0'?><a/>|<?xml version='1.1'?><a/>|"
+      "<?xml version='1.0' encoding='ISO-8859-1'?><a/>|"
+      "<?xml version='1.0' standalone='no' encoding='UTF-8'?><a/>");
+  for (std::string document; std::getline(documents, document, '|');) IsTaken(document);
   const std::string megabyte(1024 * 1024, ' ');
   std::string nested, attributes, instructions;
   for (int i = 0; i < 1100; ++i) nested += "<a>";
   for (int i = 0; i < 6000; ++i) instructions += "<?name" + std::to_string(i) + "?>";
   for (int i = 0; i < 1100; ++i) attributes += " a" + std::to_string(i) + "=''";
-  for (const std::string& document : {""s,
-                                      " "s,
-                                      "a"s,
-                                      "<a>"s,
-                                      "</a>"s,
-                                      "<a/><b/>"s,
-                                      "<a></b>"s,
-                                      "<a>]]></a>"s,
-                                      "<a b='<'/>"s,
-                                      "<a b='1' b='2'/>"s,
-                                      "<a p:b='1' q:b='2'/>"s,
-                                      "<a b='1'c='2'/>"s,
-                                      "<a b/>"s,
-                                      "<a b=1/>"s,
-                                      "<!DOCTYPE a><a/>"s,
-                                      "<a>&e;</a>"s,
-                                      "<a>&#0;</a>"s,
-                                      "<a>&#xFFFE;</a>"s,
-                                      "<a>&#xD800;</a>"s,
-                                      "<a>&#x110000;</a>"s,
-                                      "<a>&#99999999999;</a>"s,
-                                      "<a>&#x0000000004E;</a>"s,
-                                      "<a>&amp</a>"s,
-                                      "<a>\x01</a>"s,
-                                      "<a>\xC0\x80</a>"s,
-                                      "<a>\xED\xA0\x80</a>"s,
-                                      "<a>\xEF\xBF\xBE</a>"s,
-                                      "<a>\xE4\xB8</a>"s,
-                                      "<a>\0</a>"s,
-                                      "<a/>\0"s,
-                                      "<\xC3\xA9/>"s,
-                                      "<a:b:c/>"s,
-                                      "<a:/>"s,
-                                      "<1/>"s,
-                                      "<a:1/>"s,
-                                      "<a xmlns=''/>"s,
-                                      "<a xmlns:b=''/>"s,
-                                      "<a xmlns:xml='urn:x'/>"s,
-                                      "<xmlns:a/>"s,
-                                      "<a xmlns:b='http://www.w3.org/2000/xmlns/'/>"s,
-                                      "<a><!-- -- --></a>"s,
-                                      "<a><?xml ?></a>"s,
-                                      " <?xml version='1.0'?><a/>"s,
-                                      "<?xml version='1.1'?><a/>"s,
-                                      "<?xml version='1.0' encoding='ISO-8859-1'?><a/>"s,
-                                      "<?xml version='1.0' standalone='no' encoding='UTF-8'?><a/>"s,
-                                      nested,
-                                      "<a" + attributes + "/>",
-                                      "<a>" + instructions + "</a>",
-                                      "<a" + std::string(1000, 'b') + "/>",
-                                      "<a><b xmlns='" + std::string(2000, 'b') + "'/></a>",
-                                      megabyte + "<a/>",
-                                      "<a" + megabyte + "/>"})
-    EXPECT_FALSE(ByTheFastPath(document)) << document.substr(0, 100);
+  for (const std::string& document :
+       {nested, "<a" + attributes + "/>", "<a>" + instructions + "</a>",
+        "<a" + std::string(1000, 'b') + "/>", "<a><b xmlns='" + std::string(2000, 'b') + "'/></a>",
+        megabyte + "<a/>", "<a" + megabyte + "/>"})
+    IsTaken(document);
 }
 
 TEST(PlainXml, HasNoMarkWhereTheEncodingIsKnown) {
@@ -137,5 +92,4 @@ TEST(ParsedXml, HasABoundForPrefixesToo) {
   EXPECT_FALSE(ByTheParser("<a" + namespaces + ">" + std::string(5000, ' ') + "</a>"));
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::plain

@@ -1,0 +1,226 @@
+// The kinds of document that are loaded and saved, each by the value that a program has of it.
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "vosmere/collections/colct_item_ids_document.h"
+#include "vosmere/collections/colct_list_document.h"
+#include "vosmere/collections/colct_profile_document.h"
+#include "vosmere/collections/opml_reader.h"
+#include "vosmere/collections/opml_writer.h"
+#include "vosmere/collections/rss_reader.h"
+#include "vosmere/collections/rss_writer.h"
+#include "vosmere/cpp/lists.h"
+#include "vosmere/cpp/own.h"
+#include "vosmere/engines/search_engines_document.h"
+#include "vosmere/ftp/ftp_sites_document.h"
+#include "vosmere/notify/notification_document.h"
+#include "vosmere/pages/page_data_document.h"
+#include "vosmere/storage/safe_save.h"
+#include "vosmere/tags/tags_document.h"
+#include "vosmere/toolbars/toolbars_document.h"
+
+namespace vosmere {
+
+/// Where the data of collections are: an entry for each, and which one is the default.
+struct ColctProfile {
+  ColctExtraList entries;
+  SystemString defaultAddress;  ///< null for none
+};
+
+struct SaveOptions {
+  /// Of a tree and a profile: addresses that continue behind the folder `base` with `library` are
+  /// written from there on. Null for either writes whole ones.
+  const WChar* base = nullptr;
+  const WChar* library = nullptr;
+  /// Of a collection: leaves out the items that were checked in since they have a base build.
+  bool onlyUnchecked = false;
+  /// How many places are kept of each loss.
+  std::size_t places = 10;
+  /// Of a file: what it held when it was loaded (MarkOf); one that holds something else now is not
+  /// replaced, and the error is DocumentFault::kChanged. Without it the file is replaced in any
+  /// case.
+  std::optional<FileMark> expected = {};
+};
+
+namespace detail {
+
+/// What is said once for each kind: the root element, how a value comes out of the reader and goes
+/// into the writer, and whether the empty value is a document without entries or none at all.
+template <class Kind>
+struct Document;
+
+struct ListDocument {
+  template <class List>
+  static bool IsThere(const List&) {
+    return true;
+  }
+};
+struct SingleDocument {
+  template <class Value>
+  static bool IsThere(const Value& value) {
+    return value != nullptr;
+  }
+};
+
+template <>
+struct Document<Tree> : SingleDocument {
+  static constexpr std::string_view kRoot = "opml";
+  struct Reader : CReadColctTreeOPML {
+    Tree Take() { return Tree(DetachTreeRoot()); }
+  };
+  struct Writer : CWriteColctTreeOPML {
+    Writer(const Tree& tree, const SaveOptions& options) {
+      SetTreeRoot(tree.get());
+      SetBasePathAndLibrary(options.base, options.library);
+    }
+  };
+};
+
+template <>
+struct Document<Collection> : SingleDocument {
+  static constexpr std::string_view kRoot = "rss";
+  struct Reader : CReadBkmarkXML {
+    Collection Take() { return Collection(DetachColctNode()); }
+  };
+  struct Writer : CWriteColctRSS {
+    Writer(const Collection& colct, const SaveOptions& options) {
+      SetColctNode(colct.get());
+      SetOnlyWriteUnchecked(options.onlyUnchecked);
+    }
+  };
+};
+
+template <>
+struct Document<ColctList> : ListDocument {
+  static constexpr std::string_view kRoot = "collectionlist";
+  struct Reader : CReadColctListXML {
+    ColctList Take() { return ColctList(DetachRColctItemHead()); }
+  };
+  struct Writer : CWriteColctListXML {
+    Writer(const ColctList& list, const SaveOptions&) { SetRColctItemHead(list.get()); }
+  };
+};
+
+template <>
+struct Document<ColctItemNameList> : ListDocument {
+  static constexpr std::string_view kRoot = "colctitem";
+  struct Reader : CReadColctItemID {
+    ColctItemNameList Take() { return ColctItemNameList(DetachRColctItemIDHead()); }
+  };
+  struct Writer : CWriteColctItemID {
+    Writer(const ColctItemNameList& list, const SaveOptions&) {
+      SetRColctItemIDHead(list.get());
+      if (HasColctsOnly(list)) SetColctOnly();
+    }
+    static bool HasColctsOnly(const ColctItemNameList& list) {
+      for (const CColctItemID& id : Each(list))
+        if (!TextView(id.GetItemID()).empty()) return false;
+      return list != nullptr;
+    }
+  };
+};
+
+template <>
+struct Document<ColctProfile> {
+  static constexpr std::string_view kRoot = "colctprofile";
+  static bool IsThere(const ColctProfile&) { return true; }
+  struct Reader : CReadColctExData {
+    ColctProfile Take() {
+      return {ColctExtraList(DetachRColctExDataHead()), SystemString(DetachDefaultColctUrl())};
+    }
+  };
+  struct Writer : CWriteColctExData {
+    Writer(const ColctProfile& profile, const SaveOptions& options) {
+      SetBasePathAndLibrary(options.base, options.library);
+      SetRColctExDataHead(profile.entries.get());
+      SetDefaultColctUrl(profile.defaultAddress.get());
+    }
+  };
+};
+
+template <>
+struct Document<FtpSiteList> : ListDocument {
+  static constexpr std::string_view kRoot = "ftpsites";
+  struct Reader : CReadFtpSiteXML {
+    FtpSiteList Take() { return FtpSiteList(DetachFtpSiteList()); }
+  };
+  struct Writer : CWriteFtpSiteXML {
+    Writer(const FtpSiteList& sites, const SaveOptions&) { SetFtpConList(sites.get()); }
+  };
+};
+
+template <>
+struct Document<Notification> : SingleDocument {
+  static constexpr std::string_view kRoot = "vsmnotify";
+  struct Reader : CReadVSMNotify {
+    Notification Take() { return Notification(DetachVSMNotifyMsg()); }
+  };
+  struct Writer : CWriteVSMNotifyMsg {
+    Writer(const Notification& message, const SaveOptions&) { SetVSMNotifyMsg(message.get()); }
+  };
+};
+
+struct NewPage {
+  PageData page = std::make_unique<CPageData>();
+};
+
+template <>
+struct Document<PageData> : SingleDocument {
+  static constexpr std::string_view kRoot = "vsmpagedata";
+  struct Reader : private NewPage, CReadPageDataXML {
+    Reader() : CReadPageDataXML(NewPage::page.get()) {}
+    PageData Take() { return std::move(NewPage::page); }
+  };
+  struct Writer : CWritePageDataXML {
+    Writer(const PageData& page, const SaveOptions&) : CWritePageDataXML(page.get()) {}
+  };
+};
+
+template <>
+struct Document<EnginePool> : SingleDocument {
+  static constexpr std::string_view kRoot = "searchEnginePool";
+  struct Reader : CReadSEngineXML {
+    EnginePool Take() { return EnginePool(DetachEnginePool()); }
+  };
+  struct Writer : CWriteSEngineXML {
+    Writer(const EnginePool& pool, const SaveOptions&) { SetEnginePool(pool.get()); }
+  };
+};
+
+template <>
+struct Document<TagGroupList> : ListDocument {
+  static constexpr std::string_view kRoot = "vsmtags";
+  struct Reader : CReadTagsXML {
+    TagGroupList Take() { return TagGroupList(DetachTagGroupHead()); }
+  };
+  struct Writer : CWriteTagsXML {
+    Writer(const TagGroupList& groups, const SaveOptions&) { SetTagGroupHead(groups.get()); }
+  };
+};
+
+template <>
+struct Document<ToolbarBands> : SingleDocument {
+  static constexpr std::string_view kRoot = "toolbars";
+  struct Reader : CReadVosmereXML {
+    ToolbarBands Take() { return ToolbarBands(static_cast<CTBarBandInfo*>(DetachData())); }
+  };
+  struct Writer : CWriteToolbarXML {
+    Writer(const ToolbarBands& bands, const SaveOptions&) { SetTBarBandInfo(bands.get()); }
+  };
+};
+
+}  // namespace detail
+
+/// What is loaded and saved: Tree (OPML), Collection (RSS), ColctList, ColctItemNameList,
+/// ColctProfile, FtpSiteList, Notification, PageData, EnginePool, TagGroupList, ToolbarBands.
+template <class Kind>
+concept DocumentKind = requires {
+  detail::Document<Kind>::kRoot;
+};
+
+}  // namespace vosmere

@@ -1,0 +1,138 @@
+// Files by their paths, and putting a new one in the place of an old one.
+//
+//   Load<Tree>(argv[1])                                 // bytes of the system, UTF-8 on Windows
+//   Load<Tree>(std::filesystem::path("a") / "b.opml")
+//   Load<Tree>(u"b.opml")
+#pragma once
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "vosmere/cpp/own.h"
+#include "vosmere/cpp/result.h"
+#include "vosmere/cpp/text.h"
+#include "vosmere/platform/path.h"
+#include "vosmere/storage/safe_save.h"
+#include "vosmere/tree/tree_tool.h"
+
+namespace vosmere {
+
+/// A file's path, from whatever says it, for the library and for std::filesystem.
+class FilePath {
+ public:
+  /// One of the library's own; null is a file that does not open.
+  FilePath(const WChar* path) : wide_(SysAllocString(path)) {
+    char name[kMostBytes];
+    if (path && NameFromPath(path, name, sizeof name)) SetNative(name);
+  }
+  template <class Path>
+  requires std::same_as<Path, std::filesystem::path> FilePath(const Path& path) : native_(path) {
+    const std::u8string name = path.u8string();
+    SetWide(reinterpret_cast<const char*>(name.c_str()));
+  }
+  /// A narrow text is the system's own bytes, which are UTF-8 on Windows.
+  template <AnyText Text>
+  FilePath(const Text& path) {
+    if (detail::IsNull(path)) return;
+    const std::string name = [&] {
+      if constexpr (Utf8Text<Text>)
+        return std::string(detail::ViewUtf8(path));
+      else
+        return ToUtf8(path);
+    }();
+    SetNative(name);
+    SetWide(name.c_str());
+  }
+
+  const WChar* get() const { return wide_.get(); }
+  const std::filesystem::path& native() const { return native_; }
+  /// In UTF-8, for people.
+  std::string name() const { return ToUtf8(wide_.get()); }
+
+ private:
+  static constexpr std::size_t kMostBytes = 4096;
+
+  void SetNative(const std::string& name) { native_ = std::u8string(name.begin(), name.end()); }
+  void SetWide(const char* name) {
+    wide_.reset(PathFromName(name));
+    if (!wide_) detail::ThrowNoMemory();
+  }
+
+  SystemString wide_;
+  std::filesystem::path native_;
+};
+
+namespace detail {
+
+inline Error FileError(const FilePath& path, const std::string& why, int code = 0) {
+  Error error(path.name(), code ? why + ": " + std::system_category().message(code) : why);
+  error.systemError = static_cast<unsigned>(code);
+  error.fault = DocumentFault::kCannotOpen;
+  return error;
+}
+
+}  // namespace detail
+
+/// What a file holds now, for SaveOptions::expected. Taken before loading, it makes a save refuse
+/// to replace what somebody else has saved since.
+inline Result<FileMark> MarkOf(const FilePath& path) {
+  FileMark mark;
+  DocumentError error;
+  if (!ReadFileMark(path.get(), &mark, &error)) return Error(path.name(), error);
+  return mark;
+}
+
+/// A file of a moment, for a document on its way; it goes away at the end.
+class ReplacingFile {
+ public:
+  /// A name that nobody can guess, so that nobody can have put a link there.
+  explicit ReplacingFile(const std::filesystem::path& folder) {
+    const SystemString uuid(RNTool::CreateUUID());
+    if (!uuid) detail::ThrowNoMemory();
+    path_ = folder / (ToUtf8(uuid.get()) + ".tmp");
+  }
+  ReplacingFile(const ReplacingFile&) = delete;
+  ReplacingFile& operator=(const ReplacingFile&) = delete;
+  ~ReplacingFile() {
+    std::error_code ignored;
+    if (!path_.empty()) std::filesystem::remove(path_, ignored);
+  }
+
+  const std::filesystem::path& path() const { return path_; }
+
+  /// Makes it, empty, to be read and written by whom the permissions name, from the beginning.
+  std::error_code Create(std::optional<std::filesystem::perms> permissions = {}) const {
+    std::error_code code;
+    if (!std::ofstream(path_)) return {errno, std::generic_category()};
+    if (permissions) std::filesystem::permissions(path_, *permissions, code);
+    return code;
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// Lets `write` make a file under the path that it is given, then puts what that holds in the place
+/// of `path`: all of it or, when either fails, nothing (SafeCopy). Links are followed, and the
+/// rights stay. What is no plain file, as a device or a pipe, is written to as it is. `write`
+/// returns why it failed, or nothing, and so does this.
+template <class Write>
+std::optional<Error> ReplaceFile(const FilePath& path, Write write) {
+  namespace fs = std::filesystem;
+  std::error_code code;
+  if (fs::is_other(path.native(), code)) return write(path.native());
+  const ReplacingFile scratch(fs::temp_directory_path(code));
+  code = scratch.Create(fs::perms::owner_read | fs::perms::owner_write);
+  if (code) return detail::FileError(path, "cannot be written", code.value());
+  if (std::optional<Error> error = write(scratch.path())) return error;
+  DocumentError error;
+  if (SafeCopy(FilePath(scratch.path()).get(), path.get(), nullptr, nullptr, &error)) return {};
+  return Error(path.name(), error);
+}
+
+}  // namespace vosmere
