@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "tools/store.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 
@@ -30,6 +31,7 @@ Result<AnyDocument> Load(const std::string& file, Losses* leftOut) {
     return detail::FileError(FilePath("-"), "cannot be read", errno);
   }
   std::error_code ignored;
+  if (std::filesystem::is_directory(PathOf(file), ignored)) return LoadStore(file);
   if (!std::filesystem::is_other(PathOf(file), ignored))
     return vosmere::Load<AnyDocument>(PathOf(file), leftOut);
   std::ifstream stream(PathOf(file), std::ios::binary);

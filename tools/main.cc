@@ -15,6 +15,7 @@
 #include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
+#include "tools/store.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -213,6 +214,20 @@ int Main(const Arguments& arguments) {
 
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
+
+  CLI::App* const log =
+      app.add_subcommand("log", "Print the changes that a store remembers")->footer(kExitCodes);
+  log->add_option("STORE", in, "Its folder")->required();
+  log->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
+
+  std::uint64_t checkpoint = 0;
+  CLI::App* const recover =
+      app.add_subcommand("recover", "Say which checkpoints of a store load, and what each holds")
+          ->footer(kExitCodes);
+  recover->add_option("STORE", in, "Its folder")->required();
+  recover->add_option("--restore", checkpoint, "Make this checkpoint the newest, as it was")
+      ->type_name("NUMBER");
+  recover->callback([&] { exitCode = Run([&] { return Recover(in, checkpoint, std::cout); }); });
 
   PostOptions post;
   AddPost(app, post)->callback([&] {

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "vosmere/collections/colct_item_ids_document.h"
@@ -19,6 +20,7 @@
 #include "vosmere/ftp/ftp_sites_document.h"
 #include "vosmere/notify/notification_document.h"
 #include "vosmere/pages/page_data_document.h"
+#include "vosmere/storage/safe_save.h"
 #include "vosmere/tags/tags_document.h"
 #include "vosmere/toolbars/toolbars_document.h"
 
@@ -41,6 +43,10 @@ struct SaveOptions {
   bool onlyUnchecked = false;
   /// How many places are recorded for each loss.
   std::size_t places = 10;
+  /// Of a file: what it held when it was loaded (MarkOf); one that holds something else now is not
+  /// replaced, and the error is DocumentFault::kChanged. Without it the file is replaced in any
+  /// case.
+  std::optional<FileMark> expected = {};
 };
 
 namespace detail {

@@ -204,7 +204,7 @@ struct SavedBytes : Saved {
   std::string bytes;
 };
 
-/// Saves to a file, which is replaced completely or not at all (ReplaceFile). An empty list is
+/// Saves to a file, which is replaced completely or not at all (SafeSave). An empty list is
 /// saved as a document without entries. Any other value that is null or moved-from is an error, and
 /// so is a tree with more levels than can be loaded; the file is not touched then. Saving a
 /// Collection changes it: its children get positions, and identities if they have none.
@@ -214,12 +214,18 @@ Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& o
     return Error(path.name(), "there is nothing to save");
   Saved saved{Losses(options.places)};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  if (!writer.Generate()) return Error(path.name(), writer.LastError());
-  const std::optional<Error> error = ReplaceFile(path, [&](const FilePath& file) {
-    return writer.SaveToFile(file.get()) ? std::optional<Error>()
-                                         : Error(path.name(), writer.LastError());
-  });
-  if (error) return *error;
+  std::error_code code;
+  if (std::filesystem::is_other(path.native(), code)) {
+    if (!writer.SaveToFile(path.get())) return Error(path.name(), writer.LastError());
+    return saved;
+  }
+  ConvertedText bytes;
+  int length = 0;
+  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error(path.name(), writer.LastError());
+  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
+  DocumentError error;
+  const FileMark* const expected = options.expected ? &*options.expected : nullptr;
+  if (!SafeSave(path.get(), &piece, 1, expected, nullptr, &error)) return Error(path.name(), error);
   return saved;
 }
 

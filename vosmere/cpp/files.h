@@ -17,6 +17,7 @@
 #include "vosmere/cpp/result.h"
 #include "vosmere/cpp/text.h"
 #include "vosmere/platform/path.h"
+#include "vosmere/storage/safe_save.h"
 #include "vosmere/tree/tree_tool.h"
 
 namespace vosmere {
@@ -75,26 +76,18 @@ inline Error FileError(const FilePath& path, const std::string& why, int code = 
   return error;
 }
 
-/// The file that is to be replaced, with links followed, so that a link itself is not replaced.
-inline Result<std::filesystem::path> TargetOf(const FilePath& path) {
-  namespace fs = std::filesystem;
-  std::error_code code;
-  if (path.native().empty()) return FileError(path, "no file was named");
-  if (fs::is_directory(path.native(), code)) return FileError(path, "is a folder");
-  const fs::path target = fs::weakly_canonical(path.native(), code);
-  if (code) return FileError(path, "cannot be written", code.value());
-  if (fs::is_symlink(fs::symlink_status(target, code)))
-    return FileError(path, "is a link to nothing");
-  // Renaming a new file onto a write-protected one would succeed, so that is checked here.
-  if (fs::exists(target, code) && !std::ofstream(target, std::ios::app))
-    return FileError(path, "cannot be written", errno);
-  return target;
-}
-
 }  // namespace detail
 
-/// A temporary file that is written and then moved to the place of another file. The destructor
-/// removes it if it was not moved.
+/// What a file holds now, for SaveOptions::expected. Taken before loading, it makes a save refuse
+/// to replace what somebody else has saved since.
+inline Result<FileMark> MarkOf(const FilePath& path) {
+  FileMark mark;
+  DocumentError error;
+  if (!ReadFileMark(path.get(), &mark, &error)) return Error(path.name(), error);
+  return mark;
+}
+
+/// A file of a moment, for a document on its way; it goes away at the end.
 class ReplacingFile {
  public:
   /// Chooses a random name in `folder`, which cannot be guessed, so that no one can have placed a
@@ -120,36 +113,27 @@ class ReplacingFile {
     if (permissions) std::filesystem::permissions(path_, *permissions, code);
     return code;
   }
-  /// Moves the file to `target`, replacing what is there.
-  std::error_code MoveTo(const std::filesystem::path& target) {
-    std::error_code code;
-    std::filesystem::rename(path_, target, code);
-    if (!code) path_.clear();
-    return code;
-  }
 
  private:
   std::filesystem::path path_;
 };
 
-/// Calls `write` with the path of a new temporary file and then moves that file to `path`. If
-/// either fails, `path` is unchanged. Links are followed, and permissions are kept. A device or a
-/// pipe is written to directly. `write` returns an error or nullopt, and so does this function.
+/// Calls `write` with the path of a new temporary file, and then puts what that holds in the place
+/// of `path` (SafeCopy). If either fails, `path` is unchanged. Links are followed, and permissions
+/// are kept. A device or a pipe is written to directly. `write` returns an error or nullopt, and so
+/// does this function.
 template <class Write>
 std::optional<Error> ReplaceFile(const FilePath& path, Write write) {
   namespace fs = std::filesystem;
   std::error_code code;
   if (fs::is_other(path.native(), code)) return write(path.native());
-  const Result<fs::path> target = detail::TargetOf(path);
-  if (!target) return target.error();
-  ReplacingFile scratch(target->parent_path());
-  const fs::file_status before = fs::status(*target, code);
-  code = fs::exists(before) ? scratch.Create(before.permissions()) : scratch.Create();
+  const ReplacingFile scratch(fs::temp_directory_path(code));
+  code = scratch.Create(fs::perms::owner_read | fs::perms::owner_write);
   if (code) return detail::FileError(path, "cannot be written", code.value());
   if (std::optional<Error> error = write(scratch.path())) return error;
-  code = scratch.MoveTo(*target);
-  if (code) return detail::FileError(path, "cannot be written", code.value());
-  return {};
+  DocumentError error;
+  if (SafeCopy(FilePath(scratch.path()).get(), path.get(), nullptr, nullptr, &error)) return {};
+  return Error(path.name(), error);
 }
 
 }  // namespace vosmere

@@ -33,6 +33,7 @@ bool IsLeftOver(const PathText& name, const PathText& start) {
 
 SafeFile::~SafeFile() {
   writer_.Close();
+  holder_.Close();
   if (temporary_.empty()) return;
   RemoveDiskFile(temporary_.c_str());
 }
@@ -47,6 +48,8 @@ bool SafeFile::Begin(const WChar* path) {
   if (const ULONG error = FindTarget(path, &target_, &kind))
     return Fail(DocumentFault::kCannotOpen, "cannot be written", error);
   if (kind == PathKind::kFolder) return Fail(DocumentFault::kCannotOpen, "is a folder");
+  if (kind == PathKind::kLinkToNothing)
+    return Fail(DocumentFault::kCannotOpen, "is a link to nothing");
   if (kind == PathKind::kOther) return Fail(DocumentFault::kCannotOpen, "is not a plain file");
   const std::size_t start = NameStart(target_);
   folder_ = start ? target_.substr(0, start) : PathOf("./");
