@@ -82,7 +82,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
 
 // What readers do not get back of a link; its address has slashes in every document.
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
-  if (!ReportsLosses()) return;
+  if (!ReportsLosses() || !link->item) return;
   const CBaseNode& item = *link->item;
   const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
   const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);
