@@ -7,6 +7,7 @@
 #include "bench/sample_tree.h"
 #include "vosmere/collections/opml_reader.h"
 #include "vosmere/collections/opml_writer.h"
+#include "vosmere/cpp/documents.h"
 #include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/tree/tree_tool.h"
 
@@ -114,6 +115,25 @@ void BM_OpmlSaveReady(benchmark::State& state) {
   MeasureSave(state, sample.path(), sample.document().size(),
               [&] { return ready.Save(sample.path()); });
 }
+
+// The layer beside the plain calls, which do the same work.
+
+RNode* LoadByLayer(const std::string& document) {
+  Result<Tree> tree = Load<Tree>(Bytes(document));
+  return tree ? tree->release() : nullptr;
+}
+
+bool SaveByLayer(RNode* root, const char* path) {
+  Tree tree(root);
+  const bool isSaved = static_cast<bool>(Save(path, tree));
+  static_cast<void>(tree.release());
+  return isSaved;
+}
+
+BENCHMARK(BM_OpmlLoad<LoadByLayer, Heap::kWarm>)->Name("LayerLoad/vosmere")->UseManualTime();
+BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kWarm>)->Name("LayerLoad/plain")->UseManualTime();
+BENCHMARK(BM_OpmlSave<SaveByLayer>)->Name("LayerSave/vosmere")->UseManualTime();
+BENCHMARK(BM_OpmlSave<SaveWithVosmere>)->Name("LayerSave/plain")->UseManualTime();
 
 BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kCold>)->Name("OpmlLoad/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlLoad<ReadWithLibxml2, Heap::kCold>)->Name("OpmlLoad/libxml2")->UseManualTime();

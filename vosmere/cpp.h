@@ -23,6 +23,7 @@
 #include "vosmere/cpp/dates.h"
 #include "vosmere/cpp/document_kinds.h"
 #include "vosmere/cpp/documents.h"
+#include "vosmere/cpp/favorites.h"
 #include "vosmere/cpp/files.h"
 #include "vosmere/cpp/jobs.h"
 #include "vosmere/cpp/lists.h"

@@ -84,7 +84,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
 // Reports what reading does not restore of a link. Slashes in its address are not reported, since
 // addresses have them in every document of this kind.
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
-  if (!ReportsLosses()) return;
+  if (!ReportsLosses() || !link->item) return;
   const CBaseNode& item = *link->item;
   const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
   const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);

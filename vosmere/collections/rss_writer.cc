@@ -98,9 +98,9 @@ void CWriteColctRSS::LoseOfTree() {
       [&](RNode* link) {
         if (link->type == NT_URL)
           LoseOfItem(static_cast<const CUrlNode&>(*link->item));
-        else if (link->type != NT_FOLDER)
+        else if (link->type != NT_FOLDER && link->item)
           LoseWhole(*link->item, "what is neither a folder nor a page is left out");
-        else
+        else if (link->type == NT_FOLDER)
           LoseOfFolder(*link);
         if (link->type == NT_FOLDER && !identities.insert(link->item->GetUUID()).second)
           Lose(LossKind::kChanged,

@@ -45,6 +45,7 @@ class FilePath {
       else
         return ToUtf8(path);
     }();
+    if (name.find('\0') != name.npos) return;  // no system has such a file
     SetNative(name);
     SetWide(name.c_str());
   }
