@@ -200,9 +200,11 @@ std::vector<Element> ElementsOf(const std::string& document) {
   return elements;
 }
 
-/// In the other letter case.
+/// In the other letter case, but for its prefix.
 std::string Cased(std::string name) {
-  for (char& c : name) c = static_cast<char>(c >= 'a' ? std::toupper(c) : std::tolower(c));
+  for (std::size_t i = name.find(':') + 1; i < name.size(); ++i)
+    name[i] =
+        static_cast<char>(std::islower(name[i]) ? std::toupper(name[i]) : std::tolower(name[i]));
   return name;
 }
 
@@ -246,9 +248,15 @@ class Readers : public StoredDocuments {
 
   /// What a reader holds in the end that was given documents one after the other.
   std::string After(std::initializer_list<std::string> documents) {
-    const auto reader = GetParam().newReader();
-    for (const std::string& document : documents) Load(*reader, document);
-    return Written(*reader);
+    std::string written(10'000, ' ');  // with all the memory that it needs
+    const long before = LiveAllocations();
+    {
+      const auto reader = GetParam().newReader();
+      for (const std::string& document : documents) Load(*reader, document);
+      written = std::string_view(Written(*reader));
+    }
+    EXPECT_EQ(LiveAllocations(), before);
+    return written;
   }
 
   std::string FatesOfReaders() {

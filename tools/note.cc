@@ -1,3 +1,4 @@
+// The verb "note".
 #include "tools/note.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/contents.h"
 #include "tools/document.h"
 #include "tools/output.h"
 #include "tools/text.h"
@@ -15,7 +17,8 @@
 namespace vosmere::tool {
 namespace {
 
-/// Whether the page is there to its end, which the library does not tell: the disk may be full.
+/// Whether the whole page was written. The library does not report this, for example when the disk
+/// is full, so the end of the file is checked.
 bool IsWhole(const std::filesystem::path& path) {
   constexpr std::string_view kEnd = "</body><html>";
   std::ifstream file(path, std::ios::binary);
@@ -25,7 +28,7 @@ bool IsWhole(const std::filesystem::path& path) {
 
 constexpr std::string_view kBetweenNames = " > ";
 
-/// The names of the folders around an item and its own.
+/// The names of the folders around an item, and its own name.
 std::string PlaceOf(const CBaseNode& item) {
   std::string place = ToUtf8(item.GetName());
   const RNode* const link = item.GetRNode();
@@ -34,7 +37,8 @@ std::string PlaceOf(const CBaseNode& item) {
   return place;
 }
 
-/// The same question for every item of a document, mostly answered by the first names.
+/// Whether `place` equals PlaceOf(item), without building that text for every item of a document.
+/// Compares from the end, where most items already differ.
 bool IsPlaceOf(std::string_view place, const CBaseNode& item) {
   for (const RNode* link = item.GetRNode(); link && link->parent; link = link->parent) {
     const std::string name = ToUtf8(link->item->GetName());
@@ -47,17 +51,17 @@ bool IsPlaceOf(std::string_view place, const CBaseNode& item) {
   return false;
 }
 
-std::vector<CBaseNode*> ItemsCalled(const std::string& name, const Document& document) {
+std::vector<CBaseNode*> ItemsCalled(const std::string& name, const AnyDocument& document) {
   std::vector<CBaseNode*> items;
   if (name.empty()) return items;
-  document.ForEachItem([&](CBaseNode& item) {
-    if (ToUtf8(item.GetUUID()) == name || ToUtf8(item.GetName()) == name || IsPlaceOf(name, item))
+  ForEachItem(document, [&](CBaseNode& item) {
+    if (IdentityOf(item) == name || NameOf(item) == name || IsPlaceOf(name, item))
       items.push_back(&item);
   });
   return items;
 }
 
-/// Says which items share a name.
+/// The message for a name that several items have.
 std::string Shared(const std::string& name, const std::vector<CBaseNode*>& items) {
   constexpr std::size_t kMostNamed = 10;
   std::string message = std::to_string(items.size()) + " items are called '" + Printable(name) +
@@ -81,16 +85,16 @@ int Note(const NoteOptions& options) {
   if (!IsStandard(options.in) && !IsStandard(options.out) &&
       std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
     throw FileFailure(kTrouble, Printable(options.out), "is the document itself");
-  const Document document(options.in);
+  const AnyDocument document = LoadDocument(options.in);
   const std::vector<CBaseNode*> items = ItemsCalled(options.item, document);
   if (items.size() > 1)
     throw FileFailure(kBadFile, InputName(options.in), Shared(options.item, items));
   if (items.empty())
     throw FileFailure(kBadFile, InputName(options.in),
                       "no item has the name or identity '" + Printable(options.item) + '\'');
-  WriteOutput(options.out, [&](const std::filesystem::path& path) {
-    if (!CWriteNoteHtml().WriteToFile(items[0], LibraryPath(path).get()) || !IsWhole(path))
-      throw FileFailure(kTrouble, OutputName(options.out), "cannot be written");
+  WriteOutput(options.out, [&](const FilePath& path) -> std::optional<Error> {
+    if (CWriteNoteHtml().WriteToFile(items[0], path.get()) && IsWhole(path.native())) return {};
+    return detail::FileError(path, "cannot be written");
   });
   return kFine;
 }

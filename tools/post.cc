@@ -1,3 +1,4 @@
+// The verb "post".
 #include "tools/post.h"
 
 #include <cerrno>
@@ -8,9 +9,10 @@
 #include <iostream>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "tools/failure.h"
-#include "tools/replace_file.h"
+#include "tools/output.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "vosmere/net/http_upload.h"
@@ -28,7 +30,7 @@ constexpr LONG kSentOnly = 1;  // what Post returns for a reply that cannot be r
 
 namespace fs = std::filesystem;
 
-/// `about` is a host or a file.
+/// An error message about a host or a file.
 std::string Error(const std::string& about, const std::string& what) {
   return Printable(about) + ": error: " + what;
 }
@@ -37,7 +39,8 @@ std::string Error(const std::string& about, const std::string& what) {
   throw Failure{kTrouble, Error(about, message)};
 }
 
-// The compiler may drop a plain write to what is never read again.
+// Overwrites a secret. The writes are volatile, because the compiler may remove plain writes to
+// memory that is not read again.
 template <class Unit>
 void Wipe(Unit* text, std::size_t length) {
   for (volatile Unit* unit = text; length > 0; --length) *unit++ = 0;
@@ -45,7 +48,7 @@ void Wipe(Unit* text, std::size_t length) {
 
 std::string AskPassword(const std::string& user) {
   std::string password;
-  password.reserve(1024);  // growing would leave copies behind
+  password.reserve(1024);  // a reallocation would leave copies of the password in memory
   const bool read = IsTerminal(Stream::kInput)
                         ? ReadSecretLine("Password for " + Printable(user) + ": ", password)
                         : static_cast<bool>(std::getline(std::cin, password));
@@ -54,12 +57,13 @@ std::string AskPassword(const std::string& user) {
   return password;
 }
 
-/// Lower case, as servers compute it.
+/// The MD5 digest in lower-case hexadecimal digits, as servers compute it.
 void DigestOfPassword(const std::string& user, WChar (&digest)[kDigestLength + 1]) {
   std::string password = AskPassword(user);
-  const SystemString wide = ToWide(password);
-  CEncodingTool::GetWideCharLowerMD5(wide.get(), digest);
-  Wipe(wide.get(), SysStringLen(wide.get()));
+  std::vector<WChar> wide(password.size() + 1);  // the only copy; it is wiped below
+  detail::Utf8ToWide(password.data(), password.size(), wide.data());
+  CEncodingTool::GetWideCharLowerMD5(wide.data(), digest);
+  Wipe(wide.data(), wide.size());
   Wipe(password.data(), password.size());
 }
 
@@ -68,7 +72,7 @@ void Redact(WChar (&digest)[kDigestLength + 1]) {
   digest[kDigestLength] = 0;
 }
 
-/// Runs `add`, which adds a field, and stops when the upload dropped it.
+/// Calls `add`, which adds a field, and fails if the field was dropped because it does not fit.
 template <class Add>
 void AddOrStop(CNetUploadFile& upload, const std::string& name, Add add) {
   const std::string before = upload.GetParaString();
@@ -84,19 +88,17 @@ void AddFields(CNetUploadFile& upload, const PostOptions& options) {
   if (!options.user.empty()) {
     WChar digest[kDigestLength + 1];
     options.dryRun ? Redact(digest) : DigestOfPassword(options.user, digest);
-    AddOrStop(upload, "username",
-              [&] { upload.SetUserNamePswMD5(ToWide(options.user).get(), digest); });
+    AddOrStop(upload, "username", [&] { upload.SetUserNamePswMD5(Wide(options.user), digest); });
   }
   for (const std::string& field : options.fields) {
     const std::size_t equals = field.find('=');
     const std::string name = field.substr(0, equals);
-    AddOrStop(upload, name, [&] {
-      upload.AddParameter(ToWide(name).get(), ToWide(field.substr(equals + 1)).get());
-    });
+    AddOrStop(upload, name,
+              [&] { upload.AddParameter(Wide(name), Wide(field.substr(equals + 1))); });
   }
 }
 
-/// One line that is drawn over itself.
+/// A progress bar on standard error: one line that is overwritten. None without a terminal.
 class ProgressBar {
  public:
   explicit ProgressBar(CNetUploadFile& upload) {
@@ -123,49 +125,21 @@ class ProgressBar {
   int percent_ = -1;
 };
 
-/// Throws Failure for an upload that failed with this code.
+/// Throws a Failure with the message for this error code.
 [[noreturn]] void StopForCode(LONG code, const PostOptions& options) {
-  const std::string &file = options.file, &host = options.host;
-  const struct {
-    int number;
-    const std::string& about;
-    const char* reason;
-  } reasons[] = {
-      {2, file, "there is no such file"},
-      {3, file, "there is no such folder"},
-      {8, file, "there is not enough memory"},
-      {123, file, "that is no name of a file"},
-      {206, file, "the name is too long"},
-      {222, file, "that is not a plain file"},
-      {223, file, "a request has less than 4 GiB"},
-      {1006, file, "the file has changed meanwhile"},
-      {1921, file, "the links lead in circles"},
-      {12002, host, "the server takes too long"},
-      {12005, host, "that is no name of a host"},
-      {12007, host, "the host is not known"},
-      {12014, host, "the server does not take the name and the password"},
-      {12029, host, "the server cannot be reached"},
-      {12030, host, "the connection was broken off, and there was no reply"},
-      {12031, host, "the connection was broken off, and there was no reply"},
-      {12037, host, "the server's certificate is out of date"},
-      {12038, host, "the server's certificate is for another host"},
-      {12040, host, "the server leads away from HTTPS"},
-      {12045, host, "the server's certificate is not trusted"},
-      {12152, host, "the reply is not valid HTTP"},
-      {12156, host, "the server leads in circles"},
-      {12157, host, "the server does not speak HTTPS"},
-  };
   constexpr int kFirstOfHttp = 12000;
-  const bool isWindows = (static_cast<unsigned>(code) >> 16) == 0x8007;
-  const int number = isWindows ? code & 0xFFFF : code;
-  for (const auto& known : reasons)
-    if (known.number == number) Stop(known.reason, known.about);
-  if (isWindows && number < kFirstOfHttp) Stop("cannot be read", file);
-  Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client", host);
+  const int number = code & 0xFFFF;
+  const char* const reason = ReasonOfUploadError(code);
+  const bool isOfFile = number < kFirstOfHttp;
+  if (reason) Stop(reason, isOfFile ? options.file : options.host);
+  if (isOfFile) Stop("cannot be read", options.file);
+  Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client",
+       options.host);
 }
 
-/// Throws Failure when there is no reply or half of one, unless that refuses the file. What comes
-/// goes to `out`, or is kept for null; whether it could be written is for the caller to see.
+/// Uploads the file. The reply is written to `out`, or kept in `upload` if `out` is null; the
+/// caller must check whether `out` failed. Throws Failure if there is no reply or an incomplete
+/// one, unless its status already says that the server rejected the file.
 void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out) {
   const auto write = [](void* to, const void* bytes, std::size_t size) {
     auto& stream = *static_cast<std::ostream*>(to);
@@ -176,7 +150,7 @@ void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out)
   if (out) upload.SetResponseSink(write, out);
   {
     const ProgressBar bar(upload);
-    upload.UploadFile(LibraryPath(PathOf(options.file)).get());
+    upload.UploadFile(FilePath(PathOf(options.file)).get());
   }
   if (LostTexts() != lostBefore) throw std::bad_alloc();
   const LONG code = upload.GetErrorCode();
@@ -203,14 +177,17 @@ void SendTo(CNetUploadFile& upload, const PostOptions& options) {
     MakeOutputBinary();
     Send(upload, options, &std::cout);
     CheckOutput();
-  } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe stays itself
+  } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe: not replaced
     SendToFile(upload, options, PathOf(options.output));
   } else {
-    ReplaceFile(options.output, [&](const fs::path& path) { SendToFile(upload, options, path); });
+    WriteOutput(options.output, [&](const FilePath& path) -> std::optional<vosmere::Error> {
+      SendToFile(upload, options, path.native());
+      return {};
+    });
   }
 }
 
-/// Line ends and tabs stay; on a terminal nothing else may steer it.
+/// Escapes control characters so that a reply cannot control the terminal. Line ends and tabs stay.
 std::string PrintableLines(const std::string& text) {
   std::string lines, line;
   for (const char c : text) {
@@ -225,7 +202,8 @@ std::string PrintableLines(const std::string& text) {
   return lines + Printable(line);
 }
 
-/// How much of a text to print at a time: no character is cut in two, and no line if it can be.
+/// How many code units of a text to print at a time. Splits between lines if possible, and never
+/// inside a surrogate pair.
 std::size_t SliceOf(WideView text) {
   constexpr std::size_t kMost = 64 * 1024;
   if (text.size <= kMost) return text.size;
@@ -233,15 +211,6 @@ std::size_t SliceOf(WideView text) {
     if (text[end - 1] == '\n') return end;
   const bool cutsPair = (text[kMost - 1] & 0xFC00) == 0xD800;
   return cutsPair ? kMost - 1 : kMost;
-}
-
-std::string Utf8(WideView text) {
-  const SystemString copy(SysAllocStringLen(text.data, text.size));
-  char* bytes = nullptr;
-  int length = 0;
-  if (!copy || !CUnicodeTool::BSTRGetUTF8(copy.get(), &bytes, &length)) throw std::bad_alloc();
-  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
-  return {bytes, static_cast<std::size_t>(length)};
 }
 
 void PrintReply(CNetUploadFile& upload) {
@@ -253,14 +222,14 @@ void PrintReply(CNetUploadFile& upload) {
   std::string text;
   for (WideView rest(reply.get(), SysStringLen(reply.get())); !rest.empty();) {
     const std::size_t slice = SliceOf(rest);
-    text = Utf8(rest.First(slice));
+    text = ToUtf8(rest.First(slice));
     std::cout << (seen ? PrintableLines(text) : text);
     rest = rest.From(slice);
   }
   if (seen && !text.empty() && text.back() != '\n') std::cout << '\n';
 }
 
-/// What is to be said of a reply; empty when the file was delivered and the reply is whole.
+/// The error message for a reply; empty if the file was delivered and the reply is complete.
 std::string Objection(const CNetUploadFile& upload, const PostOptions& options) {
   const int status = upload.GetStatus();
   const std::string answer = "the server answers " + std::to_string(status);
@@ -278,7 +247,7 @@ std::string Objection(const CNetUploadFile& upload, const PostOptions& options) 
 
 int ShowRequest(CNetUploadFile& upload, const PostOptions& options) {
   upload.SetFieldName(Wide(u"WholeFile"));
-  upload.SetLocalFile(LibraryPath(PathOf(options.file)).get());
+  upload.SetLocalFile(FilePath(PathOf(options.file)).get());
   MakeOutputBinary();
   const bool shown = upload.ShowRequest(
       [](void*, const void* bytes, std::size_t size) {
@@ -295,8 +264,8 @@ int ShowRequest(CNetUploadFile& upload, const PostOptions& options) {
 
 int Post(const PostOptions& options) {
   CNetUploadFile upload;
-  upload.SetHost(ToWide(options.host).get());
-  upload.SetPostAcceptor(ToWide(options.path).get());
+  upload.SetHost(Wide(options.host));
+  upload.SetPostAcceptor(Wide(options.path));
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
   AddFields(upload, options);

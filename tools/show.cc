@@ -1,3 +1,4 @@
+// The verb "show".
 #include "tools/show.h"
 
 #include <map>
@@ -8,6 +9,7 @@
 namespace vosmere::tool {
 namespace {
 
+/// Prints records and counts them for the summary.
 class Shower {
  public:
   explicit Shower(std::ostream& out) : out_(out) {}
@@ -16,7 +18,7 @@ class Shower {
     const std::string indent(2 * level, ' ');
     out_ << indent << '[' << kind << ']' << Line(record) << '\n';
     for (const Field& field : record.fields)
-      if (field.traits & kOwnLine && !(field.traits & kSecret) && !IsNothing(field.value))
+      if (field.traits & kOwnLine && !IsNothing(field.value))
         out_ << indent << "  " << field.name << ": " << Value(field.value) << '\n';
     for (Records at = record.children; at; ++at) {
       const Record child = *at;
@@ -44,7 +46,7 @@ class Shower {
     const std::string name = Printable(NameOf(record));
     std::string line = name.empty() ? " (no name)" : ' ' + name;
     for (const Field& field : record.fields)
-      if (field.traits & kOnLine && !(field.traits & kSecret)) line += OnLine(field);
+      if (field.traits & kOnLine) line += OnLine(field);
     return line;
   }
 
@@ -73,7 +75,7 @@ void ShowJson(const Record& content, std::ostream& out) {
   const auto text = [](const Json& value) { return value.dump(-1, ' ', true); };
   out << "{\"kind\":\"" << content.kind << '"';
   for (const Field& field : content.fields)
-    if (!(field.traits & kSecret)) out << ",\"" << field.name << "\":" << text(field.value);
+    out << ",\"" << field.name << "\":" << text(field.value);
   if (content.isContainer) {
     out << ",\"children\":[";
     const char* separator = "";

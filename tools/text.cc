@@ -1,9 +1,7 @@
+// Printable texts, and the names of files.
 #include "tools/text.h"
 
 #include <cstdio>
-
-#include "vosmere/platform/path.h"
-#include "vosmere/text/unicode_tool.h"
 
 namespace vosmere::tool {
 namespace {
@@ -12,7 +10,7 @@ bool IsBetween(WChar unit, WChar first, WChar last) {
   return first <= unit && unit <= last;
 }
 
-// Control characters, line separators, and marks that change the direction of writing.
+// Control characters, line separators, and characters that change the writing direction.
 bool Steers(WChar unit) {
   return unit < 0x20 || IsBetween(unit, 0x7F, 0x9F) || unit == 0x61C ||
          IsBetween(unit, 0x200E, 0x200F) || IsBetween(unit, 0x2028, 0x202E) ||
@@ -27,20 +25,8 @@ void AppendEscape(std::u16string& text, WChar unit) {
 
 }  // namespace
 
-SystemString ToWide(const std::string& utf8) {
-  BSTR wide = nullptr;
-  const bool converted =
-      CUnicodeTool::UTF8GetBSTR(&wide, utf8.data(), static_cast<int>(utf8.size()));
-  return SystemString(converted ? wide : SysAllocString(Wide(u"")));
-}
-
 std::filesystem::path PathOf(const std::string& name) {
   return std::filesystem::path(std::u8string(name.begin(), name.end()));
-}
-
-SystemString LibraryPath(const std::filesystem::path& path) {
-  const std::u8string name = path.u8string();
-  return SystemString(PathFromName(std::string(name.begin(), name.end()).c_str()));
 }
 
 std::string InputName(const std::string& name) {
@@ -67,8 +53,7 @@ std::string Printable(const WChar* text) {
 }
 
 std::string Printable(const std::string& utf8) {
-  const SystemString wide = ToWide(utf8);
-  return Printable(WideView(wide.get(), SysStringLen(wide.get())));
+  return Printable(Wide(utf8).get());
 }
 
 }  // namespace vosmere::tool

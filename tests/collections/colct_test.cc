@@ -116,13 +116,10 @@ TEST(ColctTool, MergeAnswersWhetherTheCellUnlinkedLastWasTheHead) {
     EXPECT_EQ(removed.Urls(), c.removed);
     EXPECT_EQ(fresh.Urls(), c.fresh);
   }
-}
-
-TEST(ColctTool, MergeWithAnEmptyOldListEmptiesTheRemovedList) {
   ColctList old, fresh("a"), other("x");
   RColctItem* removed = other.head;
   EXPECT_FALSE(CRColctTool().UpdateRColctItemList(fresh.head, &old.head, &removed));
-  EXPECT_EQ(removed, nullptr);
+  EXPECT_EQ(removed, nullptr) << "an empty list loses nothing";
 }
 
 TEST(ColctTool, MergePassesTheLocalTreeAndMarksTheFirstCellOfTheAddress) {
@@ -159,27 +156,22 @@ TEST(ColctTool, MergeKeepsTheOldNetworkSideOnlyOnRequest) {
   }
 }
 
-TEST(ColctTool, TheFirstOfEachAddressStays) {
-  struct {
-    const char *list, *left;
-  } const cases[] = {{"x y x x", "x y"}, {"x X", "x X"}, {"x y y z", "x y z"}, {"", ""}};
+TEST(ColctTool, KeepsTheFirstOfEachAddressOrNoneOfOne) {
+  const struct {
+    const char *list, *firsts, *withoutX;
+  } cases[] = {
+      {"x y x z x", "x y z", "y z"}, {"x x", "x", ""}, {"x X", "x X", "X"},
+      {"y z z", "y z", "y z z"},     {"", "", ""},
+  };
   for (const auto& c : cases) {
-    ColctList list(c.list);
+    const std::string before = c.list;
+    ColctList list(before), other(before);
     RColctItem* const first = list.head;
-    EXPECT_EQ(CRColctTool().DeleteDuplcateColct(list.head), std::string(c.list) != c.left);
-    EXPECT_EQ(list.Urls(), c.left);
+    EXPECT_EQ(CRColctTool().DeleteDuplcateColct(list.head), before != c.firsts);
+    EXPECT_EQ(list.Urls(), c.firsts);
     EXPECT_EQ(list.head, first);
-  }
-}
-
-TEST(ColctTool, RemovesEveryCellOfAnAddress) {
-  struct {
-    const char *list, *left;
-  } const cases[] = {{"x y x z x", "y z"}, {"x x", ""}, {"X y", "X y"}, {"", ""}};
-  for (const auto& c : cases) {
-    ColctList list(c.list);
-    EXPECT_EQ(CRColctTool().DeleteColctByUrl(&list.head, W("x")), std::string(c.list) != c.left);
-    EXPECT_EQ(list.Urls(), c.left);
+    EXPECT_EQ(CRColctTool().DeleteColctByUrl(&other.head, W("x")), before != c.withoutX);
+    EXPECT_EQ(other.Urls(), c.withoutX);
   }
   ColctList list("x y x");
   EXPECT_FALSE(CRColctTool().DeleteColctByUrl(&list.head, nullptr));

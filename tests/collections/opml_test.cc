@@ -25,7 +25,6 @@ TEST(OpmlWriter, LeavesOutPagesAndWritesTheOwner) {
 class Steps : public CWriteColctTreeOPML {
  public:
   explicit Steps(std::function<void(Steps&)> steps) : steps_(std::move(steps)) {}
-  using CWriteColctTreeOPML::FillBoolean;
   using CWriteColctTreeOPML::FillSync;
 
  protected:
@@ -38,7 +37,7 @@ class Steps : public CWriteColctTreeOPML {
   std::function<void(Steps&)> steps_;
 };
 
-TEST(OpmlWriter, SyncElementDependsOnTheIdentityAndBooleansAreWords) {
+TEST(OpmlWriter, SyncElementDependsOnTheIdentity) {
   const std::string forty(40, 'u');
   const struct {
     std::string uuid;
@@ -49,15 +48,12 @@ TEST(OpmlWriter, SyncElementDependsOnTheIdentityAndBooleansAreWords) {
       {"u", 0, "<sx:sync id=\"u\"></sx:sync>"},
       {forty, 0, "<sx:sync id=\"" + forty + "\"></sx:sync>"},
       {forty + "u", 2, "<vsm:error uuidlen=\"41\" />"},
-      {"", 2, ""},
+      {"", 2, "(not saved)"},
   };
   for (const auto& c : cases) {
     const Wide uuid = W(c.uuid);
-    Steps writer([&](Steps& steps) {
-      steps.FillSync(WideView(uuid), c.version);
-      for (const bool value : {true, false}) steps.FillBoolean(value, "<a>", "</a>\r\n", 3);
-    });
-    EXPECT_EQ(Saved(writer), c.written + "<a>true</a>\r\n<a>false</a>\r\n");
+    Steps writer([&](Steps& steps) { steps.FillSync(WideView(uuid), c.version); });
+    EXPECT_EQ(Saved(writer), c.written);
   }
 }
 
@@ -141,24 +137,23 @@ TEST(OpmlReader, OutOfMemoryAmongEntitiesIsAFailedLoadToo) {
 }
 
 TEST(Trees, OfAnyDepthAreWrittenWithoutRecursion) {
-  constexpr std::size_t kLevels = 30000;
-  RunOnSmallStack(512 * 1024, [] {
-    const ColctPtr colct = ColctOf("f()");
-    RNode* parent = colct->GetLocRNodeRoot();
-    for (std::size_t i = 0; i < kLevels; ++i) {
-      RNode* const folder = Folder("f").release();
-      folder->item->SetUUID(W("f"));
-      RNTool::InsertAsChild(parent, folder);
-      parent = folder;
-    }
-    const std::string outline =
-        "<outline text=\"f\"><sx:sync id=\"f\" version=\"1\"></sx:sync></outline>\r\n";
-    const std::string folder =
-        "<vsm:folder>\r\n<title>f</title>\r\n<sx:sync id=\"f\"></sx:sync></vsm:folder>\r\n";
-    EXPECT_EQ(SavedOpml(colct->GetLocRNodeRoot()).size(),
-              SavedOpml(Tree("f()")).size() + kLevels * outline.size());
-    EXPECT_EQ(SavedRss(colct.get()).size(),
-              SavedRss(ColctOf("f()").get()).size() + kLevels * folder.size());
+  const std::string outline = "<outline text=\"f\"></outline>\r\n";
+  const std::string folder =
+      "<vsm:folder>\r\n<title>f</title>\r\n<sx:sync id=\"\"></sx:sync></vsm:folder>\r\n" +
+      std::string(CBaseNode::kMaxUuidLength, 'i');
+  const auto sizes = [](int levels) {
+    const TreePtr tree = Deep(levels);
+    const std::size_t opml = SavedOpml(tree).size();
+    const ColctPtr colct = ColctOf("x()");
+    DeleteTree(colct->GetLocRNodeRoot());
+    colct->SetLocRNodeRoot(tree);
+    const std::size_t rss = SavedRss(colct.get()).size();
+    colct->SetLocRNodeRoot(nullptr);
+    return std::pair(opml, rss);
+  };
+  RunOnSmallStack(512 * 1024, [&] {
+    const auto [opml, rss] = sizes(1);
+    EXPECT_EQ(sizes(30001), std::pair(opml + 30000 * outline.size(), rss + 30000 * folder.size()));
   });
 }
 

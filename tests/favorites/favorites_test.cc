@@ -150,7 +150,7 @@ TEST(Favorites, OnXPAWideShortNameIsSkippedByItsCharactersAsBytes) {
   Level level;
   level.Decode(OrderHeader(1) + record, true);
   ASSERT_EQ(level.Shown(), "long@0");
-  EXPECT_EQ(level.list->GetOrderRecord()->shortName, nullptr);
+  EXPECT_EQ(level.list->GetOrderRecord()->shortName.get(), nullptr);
   EXPECT_EQ(level.list->GetOrderRecord()->extensionHeader[0], 'd');
 }
 
@@ -190,11 +190,17 @@ TEST(Favorites, ReadsTheOrderUnderTheCurrentUser) {
             "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Favorites");
 }
 
+/// The system's version while it lives.
+struct Running {
+  explicit Running(SystemVersion on) {
+    version = on;
+    SetSystemVersionForTesting([] { return version; });
+  }
+  ~Running() { SetSystemVersionForTesting(nullptr); }
+  static inline SystemVersion version;
+};
+
 TEST(Favorites, OnlyXPAndServer2003AreXP) {
-  static SystemVersion version;
-  const std::unique_ptr<void, void (*)(void*)> restored(
-      &version, [](void*) { SetSystemVersionForTesting(nullptr); });
-  SetSystemVersionForTesting([] { return version; });
   const struct {
     SystemVersion version;
     bool isXP;
@@ -202,7 +208,7 @@ TEST(Favorites, OnlyXPAndServer2003AreXP) {
                {{true, 6, 1}, false}, {{true, 10, 0}, false}, {{false, 5, 1}, false},
                {{true, 4, 1}, false}};
   for (const auto& c : cases) {
-    version = c.version;
+    const Running on(c.version);
     EXPECT_EQ(CFavorites().AmIRunningOnXP(), c.isXP);
   }
 }

@@ -170,4 +170,28 @@ TEST(UrlMap, GroupsPagesAndChangesTheirAddressAlsoToOneOfTheirOwn) {
   EXPECT_FALSE(entry->HasDuplication());
 }
 
+TEST(UrlMap, RemovesTheFirstCellOfAPage) {
+  std::mt19937 random(9);
+  std::vector<Item<CUrlNode>> pages;
+  for (int i = 0; i < 60; ++i) pages.emplace_back(CUrlNode::New());
+  const UrlMapEntry entry(CUrlMapItem::New(nullptr, pages[0].get()));
+  std::vector<CBaseNode*> model = {pages[0].get()};
+  for (int round = 0; round < 2000; ++round) {
+    CUrlNode* const page = pages[random() % pages.size()].get();
+    const auto found = std::find(model.begin(), model.end(), page);
+    const bool repeats = round / 300 % 2;  // a page may be there twice
+    if (random() % 2 && (repeats || found == model.end())) {
+      entry->AddUrlNode(page);
+      model.push_back(page);
+    } else {
+      if (found != model.end()) model.erase(found);
+      ASSERT_EQ(entry->DeleteUrlNode(page), static_cast<int>(model.size()));
+    }
+    std::vector<CBaseNode*> held;
+    for (auto* cell : chain::Cells(entry->GetUrlListHead())) held.push_back(cell->data);
+    ASSERT_EQ(held, model);
+    if (round % 500 == 499) entry->ResetHead(entry->GetUrlListHead());
+  }
+}
+
 }  // namespace vosmere::test::tab_url

@@ -25,7 +25,7 @@ TEST(ToolKinds, EveryStoredDocumentIsKnown) {
   } cases[] = {
       {"colct_item_ids.xml", "  [item] (no name)  c2  i2\n2 items\n", kFine, true},
       {"colct_list.xml", "  [collection] Checked in\n3 collections\n",
-       "the version is not read and comes back as 1: News", false},
+       "the version is not read and comes back as 1: ", false},
       {"colct_profile.xml", "  [collection] X:\\Other\\b.xml\n", kFine, true},
       {"ftp_sites.xml", "    [address] Home  http://a.example/~ann/\n", kFine, true},
       {"notification.xml", "  parent: News\n  oldParent: Old 'news'\n",
@@ -60,18 +60,17 @@ TEST(ToolKinds, WhatDoesNotComeBackIsTold) {
       {"<colctitem><item colctid='c'>a</item></colctitem>", ": fine"},
       {"<collectionlist><collection><title>a</title><link>b</link><collection/></collection>"
        "</collectionlist>",
-       "what stands inside another of its kind moves out of it: a"},
+       "what stands inside another of its kind moves out of it: "},
       {"<searchEnginePool><searchEngine type=''><stat addDate='1'/></searchEngine>"
        "</searchEnginePool>",
-       "the times of an engine are not kept"},
+       "added, modified, lastVisited do not come back"},
       {"<vsmtags><group name='g'><tag name='t' count='-1'/></group></vsmtags>",
-       "count does not come back: g > t"},
+       "count is held to 0 to 10,000,000: t"},
       {"<ftpsites><site><title>s</title><webaddress name='n'/></site></ftpsites>",
-       "a web address without a name or a link is not kept: s"},
-      {"<ftpsites><site><webaddress name='a&amp;b' link='l'/></site></ftpsites>",
-       "name holds '&', which is written as it is"},
+       "a web address without a name or a link is not kept: "},
+      {"<ftpsites><site><webaddress name='a&amp;b' link='l'/></site></ftpsites>", ": fine"},
       {"<vsmnotify><item><title>a</title></item><item><title>b</title></item></vsmnotify>",
-       "'item' is repeated, and only one of them is kept"},
+       "'item' is repeated, and only the last of them is kept"},
       {"<toolbars><toolbar status='disabled' visible='false'><title>b</title></toolbar></toolbars>",
        "visible does not come back: b"},
   };

@@ -21,7 +21,7 @@ class Recorder : public CParseXML {
   void OnLeaveNode(XmlNode node) override { Note('>', node); }
   void ProcessElementNode(XmlNode node) override {
     Note('=', node);
-    ForEachAttribute(node, [this](WideView name, const WChar* value) {
+    xml::ForEachAttribute(node, [this](WideView name, const WChar* value) {
       calls += "@" + Utf8(name.data, name.size) + ":" + Utf8(value);
     });
   }
@@ -167,7 +167,8 @@ TEST(ReadXml, NumbersAreReadAsFarAsTheyGo) {
       {"", 0},    {"x", 0},    {" \t\r\n12x9", 12},        {"+7", 7},
       {"-7", -7}, {"- 7", 0},  {"2147483648", 2147483647}, {"-2147483648", -2147483647 - 1},
       {"+-7", 0}, {"0x10", 0}, {"2147483647", 2147483647}, {"-2147483649", -2147483647 - 1}};
-  for (const auto& c : cases) EXPECT_EQ(NumberFromText(W(std::string(c.text))), c.number) << c.text;
+  for (const auto& c : cases)
+    EXPECT_EQ(xml::NumberFromText(W(std::string(c.text))), c.number) << c.text;
 }
 
 }  // namespace vosmere::test::read_xml

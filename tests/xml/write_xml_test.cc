@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "tests/support/document.h"
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "vosmere/cpp/own.h"
 
@@ -16,6 +17,7 @@ class Writer : public CWriteXML {
   using CWriteXML::AddXMLVersion;
   using CWriteXML::BeginDocument;
   using CWriteXML::BSTRGetUTF8;
+  using CWriteXML::FillBoolean;
   using CWriteXML::FillBSTRString;
   using CWriteXML::FillNode;
   using CWriteXML::FillNodeChar;
@@ -101,9 +103,11 @@ TEST(WriteXml, TheCloseFragmentIsThreeBytesLongerAndLengthsComeFromThePrefix) {
               EXPECT_TRUE(w.FillNode(nullptr, "<u>", "</u>\r\n", 3));
               EXPECT_TRUE(w.FillNodeChar("a&b", "<url>", "</url>\r\nnot this", 5));
               EXPECT_TRUE(w.FillNodeChar(nullptr, "<u>", "</u>\r\n", 3));
+              for (const bool value : {true, false}) w.FillBoolean(value, "<a>", "</a>\r\n", 3);
               EXPECT_TRUE(w.FillBSTRString(zero.get()));
             }),
-            "<url>a&amp;b</url>\r\n<url></url>\r\n<u></u>\r\n<url>a&b</url>\r\n<u></u>\r\n" +
+            "<url>a&amp;b</url>\r\n<url></url>\r\n<u></u>\r\n<url>a&b</url>\r\n<u></u>\r\n"
+            "<a>true</a>\r\n<a>false</a>\r\n" +
                 std::string("a\0b", 3));
 }
 
@@ -120,6 +124,7 @@ TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
   for (const auto& c : cases) {
     const OwnedBstr content{W("é")};
     Writer writer([&](Writer& w) {
+      w.PutBytes("cleared");
       w.BeginDocument();
       w.FillXMLBSTR(content.get());
     });
@@ -131,10 +136,11 @@ TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
 /// Of this process; none where they cannot be told.
 std::ptrdiff_t OpenFiles() {
   std::error_code none;
+  if (RunsOnWine()) return 0;  // its server holds them
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd", none), {});
 }
 
-TEST(WriteXml, GeneratesOnceAndClosesItsFile) {
+TEST(WriteXml, GeneratesOnceClosesItsFileAndHandsOutNothingWithoutMemory) {
   const TempFolder folder;
   const Wide path = W(folder / "out");
   std::string text = "first";
@@ -154,6 +160,11 @@ TEST(WriteXml, GeneratesOnceAndClosesItsFile) {
   EXPECT_EQ(std::string(bytes.get(), static_cast<std::size_t>(length) + 1),
             std::string("first\0", 6));
   EXPECT_EQ(writer.generated, 1);
+  const FailingMemory memory(0);
+  EXPECT_EQ(writer.GetXMLBSTR(), nullptr);
+  char* none = nullptr;
+  EXPECT_FALSE(writer.GetXMLBytes(&none, &length));
+  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
 }
 
 TEST(WriteXml, HandsOutTheDocumentUpToTheFirstZero) {
@@ -242,17 +253,6 @@ TEST(WriteXml, ATextThatMemoryLostTearsTheDocument) {
     });
     return writer.GetXMLBSTR();
   });
-}
-
-TEST(WriteXml, WithoutMemoryNothingIsHandedOut) {
-  Writer writer([](Writer& w) { w.PutBytes("text"); });
-  ASSERT_EQ(Saved(writer), "text");
-  const FailingMemory memory(0);
-  EXPECT_EQ(writer.GetXMLBSTR(), nullptr);
-  char* bytes = nullptr;
-  int length = 0;
-  EXPECT_FALSE(writer.GetXMLBytes(&bytes, &length));
-  EXPECT_EQ(writer.LastError().fault, DocumentFault::kNoMemory);
 }
 
 }  // namespace vosmere::test::write_xml

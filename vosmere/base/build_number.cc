@@ -1,3 +1,4 @@
+// The value comes from the build file, so that the version is set in one place.
 #include "vosmere/base/build_number.h"
 
 namespace vosmere {

@@ -1,3 +1,4 @@
+// The version of the library, as a number that stored documents carry.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,7 +6,8 @@
 
 namespace vosmere {
 
-/// The library's version as one number: major * 100 + minor * 10 + patch. Documents name it.
+/// The library's version as one number: major * 100 + minor * 10 + patch. The RSS writer puts it
+/// into the generator element as "major.minor.patch".
 VOSMERE_API extern const LONG kBuildNumber;
 
 }  // namespace vosmere

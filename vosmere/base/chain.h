@@ -1,36 +1,44 @@
-// The one list shape of the library.
+// The doubly linked chain that all lists and trees of the library use.
 //
-// A chain is a row of cells with `prev` and `next`: the head's `prev` is the last cell, a lone
-// cell's `prev` is itself, every other `prev` is the cell before, and the last cell's `next` is
-// null. So the last cell is one step from the head, and a cell is the head exactly when its `prev`
-// has no `next`. Tree links, list cells and name/value pairs are all cells of this shape; a null
-// head is an empty chain. Nothing here allocates or frees.
+// A chain consists of cells with the members `prev` and `next`. The `prev` of the head is the last
+// cell, and a cell that is alone is its own `prev`; every other `prev` is the preceding cell. The
+// `next` of the last cell is null. So the last cell is one step away from the head, and a cell is
+// the head exactly when its `prev` has no `next`.
+//
+// A null head is an empty chain. Where a function takes a `Cell*&`, it changes the caller's head.
+// Other pointers must not be null unless the comment says so. Nothing here allocates, frees or
+// throws.
 #pragma once
 
 namespace vosmere::chain {
 
+/// Makes `cell` a chain of its own. Its former neighbours are not changed.
 template <class Cell>
 void Reset(Cell* cell) {
   cell->prev = cell;
   cell->next = nullptr;
 }
 
+/// Whether `cell` is the first of its chain. Works without knowing the head.
 template <class Cell>
 bool IsHead(const Cell* cell) {
   return !cell->prev->next;
 }
 
+/// The first cell of the chain that `cell` is in. Walks back, so it takes linear time.
 template <class Cell>
 Cell* FindHead(Cell* cell) {
   while (!IsHead(cell)) cell = cell->prev;
   return cell;
 }
 
+/// The last cell, in constant time; null for a null head.
 template <class Cell>
 Cell* Last(Cell* head) {
   return head ? head->prev : nullptr;
 }
 
+/// Adds `cell` at the end, in constant time.
 template <class Cell>
 void Append(Cell*& head, Cell* cell) {
   cell->next = nullptr;
@@ -44,6 +52,7 @@ void Append(Cell*& head, Cell* cell) {
   head->prev = cell;
 }
 
+/// Adds `cell` at the front; it becomes the head.
 template <class Cell>
 void Prepend(Cell*& head, Cell* cell) {
   cell->next = head;
@@ -52,7 +61,8 @@ void Prepend(Cell*& head, Cell* cell) {
   head = cell;
 }
 
-/// Appends the whole chain `tail`, which may be empty.
+/// Appends all cells of the chain that starts with `tail`, in constant time. A null `tail` changes
+/// nothing.
 template <class Cell>
 void AppendChain(Cell*& head, Cell* tail) {
   if (!tail) return;
@@ -66,7 +76,8 @@ void AppendChain(Cell*& head, Cell* tail) {
   head->prev = last;
 }
 
-/// `reference` is in the chain of `head`.
+/// Inserts `cell` directly after `reference`, which is in the chain that starts with `head`. The
+/// head is needed only when `reference` is the last cell; otherwise it may be null.
 template <class Cell>
 void InsertAfter(Cell* head, Cell* reference, Cell* cell) {
   cell->prev = reference;
@@ -75,8 +86,8 @@ void InsertAfter(Cell* head, Cell* reference, Cell* cell) {
   reference->next = cell;
 }
 
-/// `reference` may be the head of a chain whose owner is elsewhere; true when it was, and `cell` is
-/// the head now.
+/// Inserts `cell` directly before `reference`. Returns true when `reference` was the head: `cell`
+/// is the head now, and the caller, who keeps the head, must store it.
 template <class Cell>
 bool InsertBefore(Cell* reference, Cell* cell) {
   const bool wasHead = IsHead(reference);
@@ -87,8 +98,8 @@ bool InsertBefore(Cell* reference, Cell* cell) {
   return wasHead;
 }
 
-/// Takes `cell` out and leaves it alone in a chain of its own. True exactly when it was the head,
-/// in which case `head` is the next cell or null.
+/// Takes `cell` out of the chain and makes it a chain of its own. Returns true exactly when it was
+/// the head; `head` is then the next cell, or null.
 template <class Cell>
 bool Unlink(Cell*& head, Cell* cell) {
   const bool wasHead = cell == head;
@@ -104,8 +115,8 @@ bool Unlink(Cell*& head, Cell* cell) {
   return wasHead;
 }
 
-/// The cells in order. The step to the next cell is taken before the current one is handed out, so
-/// a loop may unlink or free the cell it was given.
+/// The cells in order, for a range-based for loop. An iterator reads `next` before it hands out the
+/// cell, so the loop may unlink or free the current cell, but not the one after it.
 template <class Cell>
 class Cells {
  public:
@@ -130,7 +141,7 @@ class Cells {
   Cell* head_;
 };
 
-/// The first cell that satisfies `test`, or null.
+/// The first cell for which `test(cell)` is true, or null.
 template <class Cell, class Test>
 Cell* Find(Cell* head, Test test) {
   for (Cell* cell = head; cell; cell = cell->next)

@@ -1,15 +1,16 @@
-// The one sort of the library, over any chain (base/chain.h).
+// The bubble sort that derived sorters call with comparisons of their own, over any chain
+// (base/chain.h).
 //
-// It is a bubble sort that relinks cells. Its result is part of what callers see: the name
-// comparison is not transitive (a text compares equal to every text that it is a prefix of), so
-// another sorting method would give another order.
+// Its exact result is part of the interface, and a comparison need not be transitive: the one of
+// names is not. The library's own sorts give the same result faster (internal/merge_sort.h). Cells
+// are relinked; what they hold is not moved.
 #pragma once
 
 #include "vosmere/base/chain.h"
 
 namespace vosmere::chain {
 
-/// Exchanges `cell` with its successor, which must exist.
+/// Exchanges `cell` with its successor, which must exist. `head` follows when `cell` was the head.
 template <class Cell>
 void SwapWithNext(Cell* cell, Cell*& head) {
   Cell* const second = cell->next;
@@ -28,8 +29,10 @@ void SwapWithNext(Cell* cell, Cell*& head) {
   (after ? after : head)->prev = cell;
 }
 
-/// Sorts the chain in place; true when any two cells were exchanged. `compare(a, b)` looks at
-/// neighbours; below zero means that `b` belongs before `a`. Equal neighbours stay as they are.
+/// Sorts the chain in place and returns whether any two cells were exchanged. `compare(a, b)` is
+/// called for neighbours only; a result below 0 means that `b` belongs before `a`. Stable: cells
+/// that compare equal are not exchanged. Takes quadratic time in general, linear time when the
+/// chain is sorted already.
 template <class Cell, class Compare>
 bool BubbleSort(Cell*& head, Compare compare) {
   if (!head || head->prev == head) return false;
@@ -39,6 +42,7 @@ bool BubbleSort(Cell*& head, Compare compare) {
     swapped = false;
     for (Cell* cell = head; cell != end;) {
       if (compare(cell, cell->next) < 0) {
+        // `end` marks the last position of this pass, which `cell` is about to take.
         if (cell->next == end) end = cell;
         SwapWithNext(cell, head);
         swapped = anySwap = true;

@@ -1,4 +1,5 @@
-// The one macro that marks what the library exports; everything else stays hidden.
+// VOSMERE_API marks what the shared library exports. On Linux everything else has hidden
+// visibility.
 #pragma once
 
 #if defined(VOSMERE_STATIC)

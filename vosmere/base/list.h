@@ -1,3 +1,5 @@
+// The generic list: cells that each hold one datum, and the operations that are not in
+// base/chain.h.
 #pragma once
 
 #include <new>
@@ -8,8 +10,8 @@
 
 namespace vosmere {
 
-/// One cell of a list of `T`, a chain in the shape of base/chain.h. The list's owner frees cells
-/// and data: destroying a cell does not free a datum that is a pointer.
+/// One cell of a list of `T`, linked as in base/chain.h. The owner of the list frees the cells and
+/// their data: when `T` is a pointer, the destructor does not free what it points at.
 template <class T>
 struct TList {
   TList* prev = this;
@@ -21,13 +23,14 @@ struct TList {
   TList& operator=(const TList&) = delete;
   virtual ~TList() = default;
 
-  /// Null when memory runs out.
+  /// A cell that is not in any list; null when memory runs out. The caller owns it.
   static TList* New(T datum) { return new (std::nothrow) TList(std::move(datum)); }
 };
 
 namespace list {
 
-/// What a cell of any kind of list holds.
+/// The datum of a cell of any kind: the member `item` of the cells that are no TList, otherwise
+/// `data`.
 template <class Cell>
 auto& Datum(Cell& cell) {
   if constexpr (requires { cell.item; })
@@ -36,7 +39,8 @@ auto& Datum(Cell& cell) {
     return cell.data;
 }
 
-/// Appends a new cell for `datum` and returns it; null, with nothing changed, when memory runs out.
+/// Appends a new cell for `datum` and returns it. Null when memory runs out; nothing is changed
+/// then.
 template <class T>
 TList<T>* Append(TList<T>*& head, std::type_identity_t<T> datum) {
   TList<T>* const cell = TList<T>::New(std::move(datum));
@@ -44,7 +48,8 @@ TList<T>* Append(TList<T>*& head, std::type_identity_t<T> datum) {
   return cell;
 }
 
-/// Unlinks and frees the first cell that holds `datum`, not the datum; false when there is none.
+/// Unlinks and frees the first cell whose datum equals `datum`. The datum itself is not freed.
+/// False when there is no such cell.
 template <class T>
 bool Remove(TList<T>*& head, const std::type_identity_t<T>& datum) {
   TList<T>* const cell = chain::Find(head, [&](TList<T>* c) { return c->data == datum; });
@@ -54,7 +59,7 @@ bool Remove(TList<T>*& head, const std::type_identity_t<T>& datum) {
   return true;
 }
 
-/// Frees every cell from `head` on, and its datum with `free`.
+/// Frees every cell from `head` on, after calling `free(data)` for its datum. Null is ignored.
 template <class T, class Free>
 void Delete(TList<T>* head, Free free) {
   for (TList<T>* cell : chain::Cells(head)) {
@@ -63,7 +68,8 @@ void Delete(TList<T>* head, Free free) {
   }
 }
 
-/// Frees every cell from `head` on with its datum, for data whose class has a `Delete`.
+/// Frees every cell from `head` on with its item, by the static `Delete` of the item's class. Null
+/// is ignored.
 template <class Cell>
 void DeleteItems(Cell* head) {
   for (Cell* cell : chain::Cells(head)) {

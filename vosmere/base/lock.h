@@ -1,33 +1,33 @@
+// The library's lock, and a guard that releases it at the end of a scope.
 #pragma once
-
-#include <mutex>
 
 #include "vosmere/base/export.h"
 
 namespace vosmere {
 
-/// The library's lock. A class that guards its own data derives from it and holds it around short
-/// updates. Re-entrant: a thread that holds the lock may take it again, and releases it as often as
-/// it took it.
+/// A recursive mutex: a thread that holds the lock may lock it again, and must unlock it as often
+/// as it locked it. Classes that protect their own data derive from it; they hold it for short
+/// updates only.
 class VOSMERE_API CKQSynch {
  public:
-  CKQSynch() = default;
+  CKQSynch();
   CKQSynch(const CKQSynch&) = delete;
   CKQSynch& operator=(const CKQSynch&) = delete;
   virtual ~CKQSynch();
 
-  /// Waits for as long as another thread holds it.
-  void Lock() { mutex_.lock(); }
-  /// Only by the thread that holds it.
-  void UnLock() { mutex_.unlock(); }
-  /// Never waits; true when the calling thread holds it now.
-  bool TryLock() { return mutex_.try_lock(); }
+  /// Locks; waits while another thread holds the lock.
+  void Lock();
+  /// Unlocks. Undefined unless the calling thread holds the lock.
+  void UnLock();
+  /// Locks without waiting. True when the calling thread holds the lock afterwards.
+  bool TryLock();
 
  private:
-  std::recursive_mutex mutex_;
+  // Holds a std::recursive_mutex. Its header is too heavy for one that many others include.
+  alignas(void*) unsigned char mutex_[64];
 };
 
-/// Holds a lock for the length of a scope, exceptions included.
+/// Locks for the length of a scope, and unlocks also when an exception leaves it.
 class SynchGuard {
  public:
   explicit SynchGuard(CKQSynch& synch) : synch_(synch) { synch_.Lock(); }

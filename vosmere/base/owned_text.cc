@@ -1,3 +1,4 @@
+// Memory for heap texts, and the per-thread count of lost texts.
 #include "vosmere/base/owned_text.h"
 
 #include <new>
@@ -5,14 +6,26 @@
 namespace vosmere {
 namespace {
 
+// Shared by all empty texts. Not const, since the getters return WChar*, but never to be written
+// to.
 WChar emptyText[1] = {0};
 
+// One count per thread, so that a load is not blamed for what another thread lost.
 thread_local unsigned long lostTexts = 0;
+thread_local unsigned long cutTexts = 0;
 
 }  // namespace
 
 unsigned long LostTexts() {
   return lostTexts;
+}
+
+unsigned long CutTexts() {
+  return cutTexts;
+}
+
+void detail::CountCutText() {
+  ++cutTexts;
 }
 
 void detail::CountLostText() {

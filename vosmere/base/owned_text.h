@@ -1,5 +1,6 @@
-// Owned wide texts. The verbs name what a setter does with null and with over-long text, so that a
-// setter is one line and its rule can be read off it.
+// OwnedText: owns one wide text, in heap memory or as a system string. Its assignment operations
+// are named after what they do with null and with texts that are too long, so that a setter is one
+// line and its rule can be read there.
 #pragma once
 
 #include <cstddef>
@@ -12,16 +13,18 @@
 
 namespace vosmere {
 
-/// Texts in plain heap memory. All empty texts share one constant: most names and descriptions are
-/// empty, and giving one up never needs memory. Setters are inline, so the constant and the two
-/// verbs have one home in the library: a text made in the program may be freed in here.
+/// Texts as arrays in the library's heap. All empty texts share one constant, since most names and
+/// descriptions are empty; so emptying a text cannot run out of memory. `Copy` returns null when
+/// memory runs out. The functions are compiled into the library, not into the program, because
+/// setters are inline: a text that was allocated in the program is then freed by the library's heap
+/// as well.
 struct VOSMERE_API HeapTextStorage {
   static WChar* Copy(WideView text);
   static void Free(WChar* text);
   static WChar* Empty();
 };
 
-/// Texts as system strings (`BSTR`).
+/// Texts as system strings (`BSTR`). `Copy` returns null when memory runs out.
 struct SystemTextStorage {
   static WChar* Copy(WideView text) {
     static const WChar empty[1] = {0};
@@ -30,23 +33,33 @@ struct SystemTextStorage {
   static void Free(WChar* text) { SysFreeString(text); }
 };
 
-/// How often the calling thread has gone without something for want of memory: an assignment kept
-/// its old text or was cut short, a copy, an entry or an answer of the system was left out. Such
-/// calls fail silently; who must not lose anything compares before and after.
+/// How many texts and results the calling thread has lost because memory ran out: an assignment
+/// kept the old text, or something was cut short or left out (a copy, an entry of a list, a result
+/// of the system). These calls do not fail visibly, so a caller that must not lose data compares
+/// the count before and after. It only ever grows.
 VOSMERE_API unsigned long LostTexts();
 
+/// How often a setter of the calling thread cut or refused a text for being too long. Such setters
+/// say so in their headers alone; who must know compares before and after.
+VOSMERE_API unsigned long CutTexts();
+
 namespace detail {
+/// Adds 1 to LostTexts().
 VOSMERE_API void CountLostText();
-/// Throws std::bad_alloc, also for a program that is built without exceptions.
+/// Adds 1 to CutTexts().
+VOSMERE_API void CountCutText();
+/// Throws std::bad_alloc. A function of the library, so that programs built without exceptions can
+/// include this header.
 [[noreturn]] VOSMERE_API void ThrowNoMemory();
 }  // namespace detail
 
-/// One owned text, or null. When memory runs out in an assignment the old text stays.
+/// Owns one null-terminated text, or null. When memory runs out in an assignment, the old text
+/// stays and LostTexts() counts it. The text may be assigned from itself. Not thread-safe.
 template <class Storage>
 class OwnedText {
  public:
   OwnedText() = default;
-  /// A copy; null stays null. Throws std::bad_alloc.
+  /// A copy of `text`; null stays null. Throws std::bad_alloc when memory runs out.
   explicit OwnedText(const WChar* text) {
     if (text && !(text_ = Storage::Copy(WideView(text)))) detail::ThrowNoMemory();
   }
@@ -59,14 +72,15 @@ class OwnedText {
   OwnedText& operator=(const OwnedText&) = delete;
   ~OwnedText() { Storage::Free(text_); }
 
+  /// Still owned; valid until the next assignment.
   WChar* get() const { return text_; }
-  /// Where a record shows its text, the text is what is meant.
+  /// Lets callers read a record's OwnedText member as the WChar* that it owns.
   operator WChar*() const { return text_; }
 
-  /// Gives the text to the caller and keeps null.
+  /// Gives the text to the caller, who frees it with `Storage::Free`; this object holds null then.
   WChar* Detach() { return std::exchange(text_, nullptr); }
 
-  /// Null leaves null.
+  /// Assigns a copy; null makes it null.
   void AssignOrNull(const WChar* text) {
     if (text)
       Assign(WideView(text));
@@ -74,28 +88,33 @@ class OwnedText {
       Clear();
   }
 
-  /// Null leaves the empty text.
+  /// Assigns a copy; null is treated as the empty text.
   void AssignOrEmpty(const WChar* text) { Assign(WideView(text)); }
 
-  /// Null leaves null; a text of `limit` units or more changes nothing.
+  /// Assigns a copy of a text of fewer than `limit` code units. A longer one is ignored and the old
+  /// text stays; null makes it null.
   void AssignIfShorter(const WChar* text, std::size_t limit) {
     const WideView view(text);
     if (!text)
       Clear();
     else if (view.size < limit)
       Assign(view);
+    else
+      detail::CountCutText();
   }
 
-  /// Null, and a text of `limit` units or more, leave null.
+  /// Assigns a copy of a text of fewer than `limit` code units. A longer one and null make it null.
   void AssignOrClear(const WChar* text, std::size_t limit) {
     const WideView view(text);
     if (text && view.size < limit)
       Assign(view);
     else
       Clear();
+    if (view.size >= limit) detail::CountCutText();
   }
 
  private:
+  // Copies before it frees, because the new text may be the old one or a part of it.
   void Assign(WideView text) {
     if (WChar* const copy = Storage::Copy(text)) {
       Storage::Free(text_);

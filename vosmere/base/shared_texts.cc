@@ -1,3 +1,4 @@
+// Written as arrays of numbers because WChar is not char16_t, so a u"" literal does not fit.
 #include "vosmere/base/shared_texts.h"
 
 namespace vosmere {

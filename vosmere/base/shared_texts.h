@@ -1,3 +1,4 @@
+// Constant texts and margins that several parts of the program use.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,12 +6,12 @@
 
 namespace vosmere {
 
-/// Texts and margins that the whole program shares. Stateless; any thread.
+/// Constants. Has no state; may be used on any thread.
 class VOSMERE_API CVSMGlobal {
  public:
   virtual ~CVSMGlobal();
 
-  // Margins of a header.
+  // The margins of a header.
   static constexpr int s_iHeadLeftM = 8;
   static constexpr int s_iHeadTopM = 6;
   static constexpr int s_iHeadRightM = 4;
@@ -19,7 +20,8 @@ class VOSMERE_API CVSMGlobal {
   static const WChar s_szUntitled[];    ///< "Untitled-"
   static const WChar s_szAssPostFix[];  ///< "-vsmassets"
 
-  // The texts themselves: they are constants, and never to be written to.
+  // The constants as non-const pointers, for interfaces that take a WChar*. Must not be written to
+  // or freed.
   static WChar* PrefixZ();
   static WChar* Untitled();
   static WChar* AssetsPostfix();

@@ -1,22 +1,23 @@
-// The fixed-width types of the interface. They have the same size on every platform, and no public
-// header needs a system header for them.
+// The fixed-width types of the interface. They have the same size on every platform, and spare the
+// public headers the inclusion of system headers.
 #pragma once
 
 #include <cstdint>
 
 namespace vosmere {
 
-/// One UTF-16 code unit.
+/// One UTF-16 code unit. Not wchar_t, which has 32 bits on Linux.
 using WChar = unsigned short;
 
-/// A system string: zero-terminated UTF-16 whose length in bytes stands in the four bytes before
-/// the first unit. Made and freed by the functions of base/system_string.h.
+/// A system string: null-terminated UTF-16 with its length in bytes in the four bytes before the
+/// first code unit. Allocated and freed by the functions of base/system_string.h.
 using BSTR = WChar*;
 
+/// 32 bits on every platform, unlike `long`.
 using LONG = std::int32_t;
 using ULONG = std::uint32_t;
 
-/// Ticks of 100 ns since 1601-01-01 00:00 UTC, in two halves.
+/// A number of 100-nanosecond intervals since 1601-01-01 00:00 UTC, as two 32-bit halves.
 struct FILETIME {
   ULONG dwLowDateTime;
   ULONG dwHighDateTime;

@@ -1,4 +1,4 @@
-// Looking at wide text without owning it.
+// Reading and comparing wide text without owning it.
 #pragma once
 
 #include <cstddef>
@@ -8,10 +8,10 @@
 
 namespace vosmere {
 
-/// Units before the terminating zero; 0 for null.
+/// The number of code units before the terminating null; 0 for a null pointer.
 inline std::size_t WideLength(const WChar* text) {
   if (!text) return 0;
-  for (std::size_t i = 0;; i += 4) {  // four at a time: this is half of what a setter costs
+  for (std::size_t i = 0;; i += 4) {  // unrolled: this is half of what a setter costs
     if (!text[i]) return i;
     if (!text[i + 1]) return i + 1;
     if (!text[i + 2]) return i + 2;
@@ -19,13 +19,15 @@ inline std::size_t WideLength(const WChar* text) {
   }
 }
 
-/// A run of UTF-16 units that somebody else owns. Not necessarily zero-terminated.
+/// A range of UTF-16 code units that is owned elsewhere and must outlive the view. It need not be
+/// null-terminated.
 struct WideView {
   const WChar* data = nullptr;
   std::size_t size = 0;
 
   constexpr WideView() = default;
   constexpr WideView(const WChar* text, std::size_t length) : data(text), size(length) {}
+  /// A null-terminated text without its terminator; a null pointer gives an empty view.
   explicit WideView(const WChar* text) : data(text), size(WideLength(text)) {}
 
   constexpr bool empty() const { return size == 0; }
@@ -33,25 +35,29 @@ struct WideView {
   constexpr const WChar* begin() const { return data; }
   constexpr const WChar* end() const { return data + size; }
 
+  /// The first `length` code units, or all if there are fewer.
   constexpr WideView First(std::size_t length) const {
     return {data, length < size ? length : size};
   }
+  /// What follows the first `position` code units; empty if there are fewer.
   constexpr WideView From(std::size_t position) const {
     return position < size ? WideView{data + position, size - position} : WideView{};
   }
 
+  /// Compares code unit by code unit.
   friend bool operator==(WideView a, WideView b) {
     return a.size == b.size &&
            (a.size == 0 || std::memcmp(a.data, b.data, a.size * sizeof(WChar)) == 0);
   }
 };
 
-/// Exact comparison of two zero-terminated texts; null counts as empty.
+/// Compares two null-terminated texts code unit by code unit; null is treated as the empty text.
 inline bool SameText(const WChar* a, const WChar* b) {
   return WideView(a) == WideView(b);
 }
 
-/// How many units from the start hold whole characters only: up to the first unpaired surrogate.
+/// The length, in code units, of the longest well-formed beginning: the position of the first
+/// unpaired surrogate, or the whole size.
 inline std::size_t WellFormedLength(WideView text) {
   const auto isHigh = [](WChar unit) { return (unit & 0xFC00) == 0xD800; };
   const auto isLow = [](WChar unit) { return (unit & 0xFC00) == 0xDC00; };
@@ -67,11 +73,12 @@ inline std::size_t WellFormedLength(WideView text) {
   return i;
 }
 
+/// Lower case for A to Z; every other code unit is returned unchanged.
 constexpr WChar FoldAscii(WChar unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<WChar>(unit + ('a' - 'A')) : unit;
 }
 
-/// Comparison with A-Z folded to a-z.
+/// Case-insensitive comparison (ASCII): A to Z equal a to z, nothing else is folded.
 inline bool SameNoCase(WideView a, WideView b) {
   if (a.size != b.size) return false;
   for (std::size_t i = 0; i < a.size; ++i)
@@ -79,7 +86,7 @@ inline bool SameNoCase(WideView a, WideView b) {
   return true;
 }
 
-/// The same of two zero-terminated texts; null counts as empty.
+/// SameNoCase for two null-terminated texts; null is treated as the empty text.
 inline bool SameTextNoCase(const WChar* a, const WChar* b) {
   return SameNoCase(WideView(a), WideView(b));
 }

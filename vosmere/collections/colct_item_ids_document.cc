@@ -1,4 +1,7 @@
+// Writes and reads the document that lists which items belong to which collections.
 #include "vosmere/collections/colct_item_ids_document.h"
+
+#include <string>
 
 #include "vosmere/xml/reader_scopes.h"
 
@@ -11,11 +14,13 @@ CWriteColctItemID::~CWriteColctItemID() = default;
 bool CWriteColctItemID::FillData() {
   BeginDocument();
   AddHead();
-  for (const RColctItemID* cell = head_; cell; cell = cell->next)
+  for (const RColctItemID* cell = head_; cell; cell = cell->next) {
+    LosesOf(nullptr, cell->item->GetName());
     if (colctOnly_)
       FilRColctIDOnlyToBuffer(cell->item);
     else
       FilRColctItemIDToBuffer(cell->item);
+  }
   AddTail();
   return true;
 }
@@ -28,10 +33,17 @@ void CWriteColctItemID::AddTail() {
   Put("</colctitem>");
 }
 
+// Converts one identity. False, with the loss reported, if it is missing or cannot be converted:
+// the entry is then left out, because it could not be found again.
+bool CWriteColctItemID::PutInto(std::string& utf8, const WChar* id) {
+  if (EscapedUtf8(WideView(id), utf8, Stands::kInAttribute) && !utf8.empty()) return true;
+  Lose(LossKind::kNotKept, "an entry without both identities is left out");
+  return false;
+}
+
 void CWriteColctItemID::FilRColctItemIDToBuffer(CColctItemID* id) {
   std::string colctID, itemID;
-  if (!EscapedUtf8(WideView(id->GetColctID()), colctID) || colctID.empty()) return;
-  if (!EscapedUtf8(WideView(id->GetItemID()), itemID) || itemID.empty()) return;
+  if (!PutInto(colctID, id->GetColctID()) || !PutInto(itemID, id->GetItemID())) return;
   Put("<item colctid=\"");
   PutBytes(colctID);
   Put("\" id=\"");
@@ -41,7 +53,8 @@ void CWriteColctItemID::FilRColctItemIDToBuffer(CColctItemID* id) {
 
 void CWriteColctItemID::FilRColctIDOnlyToBuffer(CColctItemID* id) {
   std::string colctID;
-  if (!EscapedUtf8(WideView(id->GetColctID()), colctID) || colctID.empty()) return;
+  if (!PutInto(colctID, id->GetColctID())) return;
+  LoseIf(!WideView(id->GetItemID()).empty(), "id does not come back");
   Put("<item colctid=\"");
   PutBytes(colctID);
   PutNameAndEnd(*id);
@@ -62,6 +75,8 @@ void CWriteColctItemID::PutNameAndEnd(const CColctItemID& id) {
 
 namespace {
 
+using namespace xml;
+
 using Ids = ItemChain<RColctItemID>;
 enum Scope : unsigned { kList = 1 };
 
@@ -74,9 +89,9 @@ constexpr Field<CColctItemID> kItemFields[] = {
     {"id", Text<&CColctItemID::SetItemID>},
 };
 
-// All text within an item is its name, that of items within it, too.
-void ReadItem(Ids& ids, const XmlNode& element) {
-  ids.Begin();
+// All text inside the element is the name, including that of nested items.
+void ReadItem(Ids& ids, const Element& element) {
+  BeginItem(ids, element);
   TextAndAttributesTo<&Ids::item, SetNameUnlessEmpty, kItemFields>(ids, element);
 }
 
@@ -89,7 +104,7 @@ constexpr ScopedElement<Ids> kElements[] = {
 CReadColctItemID::~CReadColctItemID() = default;
 
 void CReadColctItemID::InvokeParser(XmlNode root) {
-  if (IsRootNamed(root, "colctitem")) ReadChildren(kElements, ids_, root, kList);
+  if (IsRootNamed(root, "colctitem")) ReadChildren(kElements, ids_, Reported(root), kList);
 }
 
 }  // namespace vosmere

@@ -1,5 +1,7 @@
+// Writes and reads the document that stores a list of collections.
 #include "vosmere/collections/colct_list_document.h"
 
+#include "vosmere/tree/tree_link.h"
 #include "vosmere/xml/internal/item_fields.h"
 #include "vosmere/xml/reader_scopes.h"
 
@@ -12,19 +14,34 @@ CWriteColctListXML::~CWriteColctListXML() = default;
 bool CWriteColctListXML::FillData() {
   BeginDocument();
   AddHead();
-  for (const RColctItem* cell = head_; cell; cell = cell->next)
+  for (const RColctItem* cell = head_; cell; cell = cell->next) {
+    LoseOf(*cell->item);
     if (cell->item->GetColctType() == CT_DEFAULT) FillColctNodeToBuffer(cell->item);
+  }
   AddTail();
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the blank before the element, which existing files have.
 void CWriteColctListXML::AddHead() {
   Put(" <collectionlist version=\"1.0\">\r\n");
 }
 
 void CWriteColctListXML::AddTail() {
   Put("</collectionlist>");
+}
+
+void CWriteColctListXML::LoseOf(const CColctNode& colct) {
+  if (!ReportsLosses()) return;
+  if (colct.GetColctType() != CT_DEFAULT)
+    return LoseWhole(colct, "a collection of a type of its own is left out");
+  LoseAllBut(kDescription | kIdentity | kBuild | kTimes, colct);
+  const CColctNetData& net = *colct.GetColctNetData();
+  const RNode* const local = colct.GetLocRNodeRoot();
+  LoseIf(net.IsOrdered(), "ordered does not come back");
+  LoseIf(net.IsSynced(), "synced does not come back");
+  LoseIf(net.GetColctExpandState(), "expanded does not come back");
+  LoseIf(local && local->firstChild, "the items of a collection are left out");
 }
 
 void CWriteColctListXML::FillColctNodeToBuffer(CColctNode* colct) {
@@ -56,10 +73,13 @@ void CWriteColctListXML::FileNetData(CColctNetData* data) {
 
 namespace {
 
+using namespace xml;
+
 using List = ItemChain<RColctItem>;
 enum Scope : unsigned { kList = 1, kCollection = 2 };
 
-// An item is not checked in unless it says "true", once it says anything.
+// Any value but "true" means not checked in. Without the attribute the item stays checked in, as
+// new items are.
 void CheckedInWhenTrue(CBaseNode& item, const WChar* value) {
   item.SetCheckedIn(IsNamed(WideView(value), "true") ? CBaseNode::kCheckedIn : 0);
 }
@@ -70,12 +90,27 @@ void SetOwner(CColctNode& colct, const WChar* owner) {
 
 constexpr Field<CBaseNode> kColctBuildFields[] = {
     {"basebuild", Number<&CBaseNode::SetBaseBuild>},
-    {"checkedin", CheckedInWhenTrue},
+    {"checkedin", CheckedInWhenTrue, FitsTruth},
 };
+
+// Versions are not read; the header says why. Only a version other than 1, which new items have, is
+// a loss.
+void Version(List&, const Element& element) {
+  NoLoss(element);
+  if (element.report() && !IsNamed(element.Text().view(), "1"))
+    element.report()->Lose(LossKind::kNotKept, "the version is not read and comes back as 1");
+}
+
+void SayUnsaid(List& list, Report& report) {
+  if (list.item()) SayTimes(report, *list.item()->GetNodeStat());
+  if (!report.Says("link"))
+    report.Lose(LossKind::kUnsaid,
+                "a collection without a link comes back with the address about:blank");
+}
 
 constexpr ScopedElement<List> kElements[] = {
     {kAnywhere, "collectionlist", EndItem, kList},
-    {kAnywhere, "collection", BeginItem, kCollection, EndItem},
+    {kAnywhere, "collection", BeginItem, kCollection, EndItem, SayUnsaid},
     {kCollection, "stat", AttributesTo<&List::item, kStatDateFields>},
     {kCollection, "build", AttributesTo<&List::item, kColctBuildFields>},
     {kCollection, "title", TextTo<&List::item, &CBaseNode::SetName>},
@@ -83,6 +118,7 @@ constexpr ScopedElement<List> kElements[] = {
     {kCollection, "description", TextTo<&List::item, &CBaseNode::SetDescription>},
     {kCollection, "uuid", TextTo<&List::item, &CBaseNode::SetUUID>},
     {kCollection, "owner", TextTo<&List::item, SetOwner>},
+    {kCollection, "version", Version},
 };
 
 }  // namespace
@@ -90,7 +126,7 @@ constexpr ScopedElement<List> kElements[] = {
 CReadColctListXML::~CReadColctListXML() = default;
 
 void CReadColctListXML::InvokeParser(XmlNode root) {
-  if (IsRootNamed(root, "collectionlist")) ReadChildren(kElements, list_, root, kList);
+  if (IsRootNamed(root, "collectionlist")) ReadChildren(kElements, list_, Reported(root), kList);
 }
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// Collections and the freeing of their local trees.
 #include "vosmere/collections/colct_node.h"
 
 #include "vosmere/base/internal/no_memory.h"
@@ -5,14 +6,14 @@
 
 namespace vosmere {
 
-CColctNode::CColctNode() : colctNetData_(std::make_unique<CColctNetData>()) {}
+CColctNode::CColctNode() : colctNetData_(new CColctNetData) {}
 
 CColctNode::CColctNode(const CColctNode* source)
     : CUrlNode(source),
       colctType_(source->colctType_),
       locRNodeRoot_(source->locRNodeRoot_),
       hasNewData_(source->hasNewData_),
-      colctNetData_(std::make_unique<CColctNetData>(source->GetColctNetData())),
+      colctNetData_(new CColctNetData(source->GetColctNetData())),
       loadingState_(source->loadingState_) {}
 
 CColctNode::~CColctNode() = default;

@@ -1,3 +1,4 @@
+// Writes and reads the document that stores the profile of the collections.
 #include "vosmere/collections/colct_profile_document.h"
 
 #include "vosmere/xml/reader_scopes.h"
@@ -20,13 +21,15 @@ const WChar* CWriteColctExData::GetRelativeStartPos(const WChar* url) {
 bool CWriteColctExData::FillData() {
   BeginDocument();
   AddHead();
-  for (const RColctExData* cell = head_; cell; cell = cell->next)
+  for (const RColctExData* cell = head_; cell; cell = cell->next) {
+    LosesOf(nullptr, cell->item->GetColctUrl());
     FillColctExDataToBuffer(cell->item);
+  }
   AddTail();
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the blank before the element, which existing files have.
 void CWriteColctExData::AddHead() {
   Put(" <colctprofile version=\"1.0\">\r\n");
   FillDefaultColct();
@@ -55,6 +58,9 @@ void CWriteColctExData::FillColctExDataToBuffer(CColctExData* data) {
 
 namespace {
 
+using namespace xml;
+
+/// What is being read: the list, and the default address, which stands outside of any entry.
 struct Profile {
   ItemChain<RColctExData>& list;
   SystemText& defaultColctUrl;
@@ -63,15 +69,16 @@ struct Profile {
   void End() { list.End(); }
   CColctExData* item() const { return list.item(); }
 };
-enum Scope : unsigned { kProfile = 1, kColct = 2 };
+enum Scope : unsigned { kProfile = 1, kColct = 2, kHead = 4 };
 
-void ReadDefaultColct(Profile& profile, const XmlNode& element) {
+void ReadDefaultColct(Profile& profile, const Element& element) {
   const XmlText url = element.Text();
   if (!url.empty()) profile.defaultColctUrl.AssignOrNull(url.c_str());
 }
 
 constexpr ScopedElement<Profile> kElements[] = {
     {kAnywhere, "colctprofile", EndItem, kProfile},
+    {kProfile, "head", nullptr, kHead},
     {kAnywhere, "colct", BeginItem, kColct, EndItem},
     {kColct, "url", TextTo<&Profile::item, &CColctExData::SetColctUrl>},
     {kColct, "item", TextTo<&Profile::item, &CColctExData::SetItemID>},
@@ -84,7 +91,7 @@ CReadColctExData::~CReadColctExData() = default;
 
 void CReadColctExData::InvokeParser(XmlNode root) {
   Profile profile{list_, defaultColctUrl_};
-  if (IsRootNamed(root, "colctprofile")) ReadChildren(kElements, profile, root, kProfile);
+  if (IsRootNamed(root, "colctprofile")) ReadChildren(kElements, profile, Reported(root), kProfile);
 }
 
 }  // namespace vosmere

@@ -1,20 +1,25 @@
+// Reads a tree of folders and collections from an OPML document.
 #include "vosmere/collections/opml_reader.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/internal/new_link.h"
 #include "vosmere/xml/internal/item_fields.h"
+#include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {
 namespace {
 
-// Intended: every slash, of web addresses too, becomes a backslash; see the header.
+using namespace xml;
+
+// Intended: every slash becomes a backslash, also in web addresses; the header says why.
 void SetPath(CColctNode& colct, const WChar* value) {
   const WideView view(value);
-  if (view.size >= CUrlNode::kTextLimit) return;  // too long for an address, which stays as it is
+  if (view.size >= CUrlNode::kTextLimit) return colct.SetUrl(value);  // which rejects the text
   WChar path[CUrlNode::kTextLimit];
   std::replace_copy(value, value + view.size + 1, path, WChar{'/'}, WChar{'\\'});
   colct.SetUrl(path);
@@ -27,7 +32,7 @@ constexpr Field<CFolderNode> kFolderFields[] = {
 };
 
 constexpr Field<CColctNode> kColctFields[] = {
-    {"type", Ignored},
+    {"type", Implied},
     {"text", Text<&CColctNode::SetName>},
     {"title", Text<&CColctNode::SetName>},
     {"description", Text<&CColctNode::SetDescription>},
@@ -43,6 +48,24 @@ constexpr Field<CColctNetData> kViewFields[] = {
     {"expand", WhenTrue<&CColctNetData::SetColctExpandState>},
 };
 
+// Reports what is lost of an outline although all its attributes are known.
+void SayOutline(const XmlNode& outline, tagNODETYPE type, Report& report) {
+  std::basic_string<WChar> text, title, url;
+  ForEachAttribute(outline, [&](WideView name, const WChar* value) {
+    if (IsNamed(name, "text")) text = value;
+    if (IsNamed(name, "title")) title = value;
+    if (IsNamed(name, "xmlUrl")) url = value;
+  });
+  if (!text.empty() && !title.empty() && text != title)
+    report.Lose(LossKind::kRepeated, "'text' and 'title' differ, and only the later is kept");
+  if (type != NT_COLCT) return;
+  if (url.find(WChar{'\\'}) != url.npos)
+    report.Lose(LossKind::kChanged, "a backslash in xmlUrl comes back as a slash");
+  if (url.empty())
+    report.Lose(LossKind::kUnsaid,
+                "a collection without xmlUrl comes back with the address about:blank");
+}
+
 }  // namespace
 
 CParseOPML::~CParseOPML() {
@@ -57,67 +80,80 @@ void* CParseOPML::DetachData() {
 
 void CParseOPML::ParseXMLTree(XmlNode node) {
   GoThroughChildNodes(std::move(node));
-  // The last title is the one that stays. Its text is asked for once: titles within titles would
-  // each gather the same text anew.
+  // The last title wins. Its text is collected only now, once: collecting that of every title would
+  // take quadratic time for nested titles.
   if (title_ && treeRoot_) treeRoot_->item->SetName(title_.Text().c_str());
   title_ = XmlNode();
 }
 
-struct CParseOPML::Element {
-  RowName name;
-  void (CParseOPML::*process)(XmlNode);
-};
-
+// Elements are recognised at any place in the document. Each handler decides whether there is an
+// object that the element can apply to.
 void CParseOPML::ProcessElementNode(XmlNode node) {
-  static constexpr Element kElements[] = {
-      {"outline", &CParseOPML::ProcessOutline},
-      {"opml", &CParseOPML::ProcessOpml},
-      {"head", &CParseOPML::Ignore},
-      {"title", &CParseOPML::ProcessTitle},
-      {"vsm:opml", &CParseOPML::ProcessVSMOpml},
-      {"body", &CParseOPML::Ignore},
-      {"sx:sync", &CParseOPML::ProcessSyncAttributes},
-      {"vsm:stat", &CParseOPML::ProcessNodeStat},
-      {"vsm:view", &CParseOPML::ProcessNodeView},
+  constexpr void (*kTitle)(CParseOPML&, const Element&) = Call<&CParseOPML::ProcessTitle>;
+  static constexpr ScopedElement<CParseOPML> kElements[] = {
+      {kAnywhere, "head", nullptr},
+      {kAnywhere, "body", nullptr},
+      {kAnywhere, "outline", Call<&CParseOPML::ProcessOutline>},
+      {kAnywhere, "opml", Call<&CParseOPML::ProcessOpml>},
+      {kAnywhere, "title", kTitle},
+      {kAnywhere, "vsm:opml", Call<&CParseOPML::ProcessVSMOpml>},
+      {kAnywhere, "sx:sync", Call<&CParseOPML::ProcessSyncAttributes>},
+      {kAnywhere, "vsm:stat", Call<&CParseOPML::ProcessNodeStat>},
+      {kAnywhere, "vsm:view", Call<&CParseOPML::ProcessNodeView>},
   };
-  if (const Element* const element = FindRow(kElements, node.Name().view()))
-    (this->*element->process)(std::move(node));
+  const auto* const row = FindRow(kElements, node.Name().view());
+  const bool isKnown = row && (row->read != kTitle || AtRoot());
+  if (report_) report_->Enter(node, isKnown ? Report::As::kKnown : Report::As::kUnknown);
+  if (isKnown && row->read) row->read(*this, Element(node, report_));
+  if (report_ && isKnown) report_->EndOfReading();
+}
+
+void CParseOPML::OnEnterNode(XmlNode node) {
+  if (report_ && node.Type() != kXmlElement && depth() > 1) report_->Meet(node);
 }
 
 void CParseOPML::OnLeaveNode(XmlNode node) {
-  if (outlines_.empty() || node.Type() != kXmlElement) return;
-  const XmlText name = node.Name();
+  if (node.Type() == kXmlElement && !outlines_.empty()) LeaveElement(node.Name());
+  if (node.Type() == kXmlElement && report_) report_->Leave();
+}
+
+void CParseOPML::LeaveElement(const XmlText& name) {
   if (!IsNamed(name.view(), "outline")) return;
+  if (report_ && outlines_.back()->type == NT_COLCT)
+    SayTimes(*report_, *outlines_.back()->item->GetNodeStat());
   Trace("LeaveNode=%s Level=%d\n", name.c_str(), depth());
   if (outlines_.back()->type == NT_FOLDER) currentFolder_ = currentFolder_->parent;
   outlines_.pop_back();
   if (outlines_.empty()) Trace("m_pOutLineStack=0\n");
 }
 
-// Elements of the document itself.
+// Elements that belong to the document as a whole.
 
-void CParseOPML::Ignore(XmlNode) {}
-
-void CParseOPML::ProcessOpml(XmlNode) {
+void CParseOPML::ProcessOpml() {
   if (!treeRoot_) currentFolder_ = treeRoot_ = NewLink(CFolderNode::New(), NT_FOLDER, nullptr);
 }
 
-// A title, and the version of the extensions, are the document's only outside of all outlines.
+// A title and the version of the extensions belong to the document only outside of all outlines.
 bool CParseOPML::AtRoot() const {
   return treeRoot_ && outlines_.empty();
 }
 
-void CParseOPML::ProcessTitle(XmlNode node) {
-  if (AtRoot()) title_ = std::move(node);
+void CParseOPML::ProcessTitle(const XmlNode& node) {
+  title_ = node;
+  if (report_) report_->TakesText();
 }
 
 void CParseOPML::ProcessVSMOpml(XmlNode node) {
   if (!AtRoot()) return;
-  ForEachAttribute(node, [this](WideView name, const WChar* value) {
+  ForEachAttribute(Element(node, report_), [this](WideView name, const WChar* value) {
     Trace("AttributeName=%s\n", name.data);
     Trace("AttributeValue=%s\n", value);
     const LONG version = NumberFromText(value);
-    if (IsNamed(name, "version") && version >= 0) opmlVersion_ = version;
+    const bool isVersion = IsNamed(name, "version");
+    if (isVersion && version >= 0) opmlVersion_ = version;
+    if (report_ && !isVersion) report_->Unknown(name, value);
+    if (report_ && isVersion && !IsNamed(WideView(value), "1"))
+      report_->Lose(LossKind::kChanged, "the version of the extensions comes back as 1");
   });
 }
 
@@ -125,10 +161,13 @@ void CParseOPML::ProcessVSMOpml(XmlNode node) {
 
 void CParseOPML::ProcessOutline(XmlNode node) {
   if (!treeRoot_) return;
+  if (report_ && !outlines_.empty() && outlines_.back()->type == NT_COLCT)
+    report_->Lose(LossKind::kChanged, "outlines inside a collection move out of it");
   if (IsRssFeed(node))
     ProcessRssFeed(node);
   else
     ProcessFolder(node);
+  if (report_) SayOutline(node, outlines_.back()->type, *report_);
 }
 
 bool CParseOPML::IsRssFeed(const XmlNode& node) {
@@ -146,20 +185,20 @@ bool CParseOPML::IsRssFeed(const XmlNode& node) {
 void CParseOPML::ProcessFolder(const XmlNode& node) {
   CFolderNode* const folder = CFolderNode::New();
   currentFolder_ = NewLink(folder, NT_FOLDER, currentFolder_);
-  ForEachAttribute(node, [=, this](WideView name, const WChar* value) {
+  ForEachAttribute(Element(node, report_), [=, this](WideView name, const WChar* value) {
     SetFolderAttributes(folder, name, value);
   });
   outlines_.push_back(currentFolder_);
 }
 
 void CParseOPML::SetFolderAttributes(CFolderNode* folder, WideView name, const WChar* value) {
-  if (*value) ApplyField(kFolderFields, *folder, name, value);
+  if (*value) ApplyField(kFolderFields, *folder, report_, name, value);
 }
 
 void CParseOPML::ProcessRssFeed(const XmlNode& node) {
   CColctNode* const colct = CColctNode::New();
   RNode* const link = NewLink(colct, NT_COLCT, currentFolder_);
-  ForEachAttribute(node, [=, this](WideView name, const WChar* value) {
+  ForEachAttribute(Element(node, report_), [=, this](WideView name, const WChar* value) {
     SetColctAttributes(colct, name, value);
   });
   outlines_.push_back(link);
@@ -167,33 +206,37 @@ void CParseOPML::ProcessRssFeed(const XmlNode& node) {
 
 void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WChar* value) {
   if (*value)
-    ApplyField(kColctFields, *colct, name, value);
+    ApplyField(kColctFields, *colct, report_, name, value);
   else
     Trace("Zero length Value of %s\n", name.data);
 }
 
-// Extension elements. They describe the innermost open outline.
+// Extension elements. They refer to the innermost open outline.
+
+CBaseNode* CParseOPML::Described() const {
+  const RNode* const link = outlines_.empty() ? treeRoot_ : outlines_.back();
+  return link ? link->item : nullptr;
+}
+
+CNodeStat* CParseOPML::DescribedStat() const {
+  return outlines_.empty() ? nullptr : Described()->GetNodeStat();
+}
+
+CColctNetData* CParseOPML::DescribedView() const {
+  if (outlines_.empty() || outlines_.back()->type != NT_COLCT) return nullptr;
+  return static_cast<CColctNode*>(Described())->GetColctNetData();
+}
 
 void CParseOPML::ProcessSyncAttributes(XmlNode node) {
-  if (!treeRoot_) return;
-  CBaseNode& item = *(outlines_.empty() ? treeRoot_ : outlines_.back())->item;
-  ForEachAttribute(
-      node, [&](WideView name, const WChar* value) { ApplyField(kSyncFields, item, name, value); });
+  AttributesTo<&CParseOPML::Described, kSyncFields>(*this, Element(node, report_));
 }
 
 void CParseOPML::ProcessNodeStat(XmlNode node) {
-  if (outlines_.empty()) return;
-  CNodeStat& stat = *outlines_.back()->item->GetNodeStat();
-  ForEachAttribute(
-      node, [&](WideView name, const WChar* value) { ApplyField(kStatFields, stat, name, value); });
+  AttributesTo<&CParseOPML::DescribedStat, kStatFields>(*this, Element(node, report_));
 }
 
 void CParseOPML::ProcessNodeView(XmlNode node) {
-  if (outlines_.empty() || outlines_.back()->type != NT_COLCT) return;
-  auto* const colct = static_cast<CColctNode*>(outlines_.back()->item);
-  CColctNetData& view = *colct->GetColctNetData();
-  ForEachAttribute(
-      node, [&](WideView name, const WChar* value) { ApplyField(kViewFields, view, name, value); });
+  AttributesTo<&CParseOPML::DescribedView, kViewFields>(*this, Element(node, report_));
 }
 
 // The reader.
@@ -208,6 +251,7 @@ RNode* CReadColctTreeOPML::DetachTreeRoot() {
 
 void CReadColctTreeOPML::InvokeParser(XmlNode root) {
   CParseOPML parser;
+  parser.SetReport(Reported(root).report());
   if (IsRootNamed(root, "opml")) parser.ParseXMLTree(root);
   ThrowIfTextsWereLost();
   DeleteTree(treeRoot_);

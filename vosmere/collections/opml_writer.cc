@@ -1,6 +1,8 @@
+// Writes a tree of folders and collections as an OPML document.
 #include "vosmere/collections/opml_writer.h"
 
 #include <functional>
+#include <string>
 
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/tree/folder_node.h"
@@ -11,6 +13,8 @@
 
 namespace vosmere {
 namespace {
+
+constexpr int kAroundOutlines = 2;  // levels of elements: the root and the body
 
 CColctNode* Colct(RNode* link) {
   return static_cast<CColctNode*>(link->item);
@@ -30,6 +34,7 @@ void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WCh
 bool CWriteColctTreeOPML::FillData() {
   if (!root_) return false;
   BeginDocument();
+  LoseOf(root_);
   AddHead();
   FillNodeUUID(root_->item);
   FillFolderStructure(root_);
@@ -42,11 +47,12 @@ void CWriteColctTreeOPML::AddHead() {
   Put("<head><title>");
   const WideView name(root_->item->GetName());
   std::string title;
+  LoseIf(name.empty(), "an empty name comes back as \"No name collections\"", LossKind::kChanged);
   if (name.empty())
     Put("No name collections");
   else if (EscapedUtf8(name, title) && !title.empty())
     PutBytes(title);
-  else
+  else  // the name cannot be converted to UTF-8
     Put("My Collections");
   Put("</title>");
   if (opmlVersion_ != 0) {
@@ -65,6 +71,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
   WalkBelow(
       folder,
       [this](RNode* link) {
+        LoseOf(link);
         if (link->type == NT_FOLDER) BeginFolder(Folder(link));
         if (link->type == NT_COLCT) FillColctNodeToBuffer(Colct(link));
         return link->type == NT_FOLDER;
@@ -74,7 +81,35 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
       });
 }
 
+// Reports what reading does not restore of a link. Slashes in its address are not reported, since
+// addresses have them in every document of this kind.
+void CWriteColctTreeOPML::LoseOf(const RNode* link) {
+  if (!ReportsLosses()) return;
+  const CBaseNode& item = *link->item;
+  const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
+  const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);
+  if (link->type == NT_COLCT)
+    LoseOfColct(held, *static_cast<const CColctNode*>(link->item));
+  else if (link->type == NT_FOLDER)
+    LoseAllBut(link->parent ? held | kDescription : held, item);
+  else
+    return LoseWhole(item, "a page is left out");
+  LoseIf(link->type == NT_COLCT && link->firstChild, "what stands below a collection is left out");
+}
+
+void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
+  LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
+  const CColctNetData& net = *colct.GetColctNetData();
+  const RNode* const local = colct.GetLocRNodeRoot();
+  LoseIf(!WideView(colct.GetRelationUrl()).empty(), "htmlUrl does not come back");
+  LoseIf(!WideView(net.GetOwner()).empty(), "owner does not come back");
+  LoseIf(net.IsOrdered(), "ordered does not come back");
+  LoseIf(net.IsSynced(), "synced does not come back");
+  LoseIf(local && local->firstChild, "the items of a collection are left out");
+}
+
 void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {
+  Nest(kAroundOutlines);
   Put("<outline text=\"");
   PutNameAndDescription(folder);
   Put("\">");
@@ -82,6 +117,8 @@ void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {
 }
 
 void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
+  Nest(kAroundOutlines);
+  Deepen(kAroundOutlines + 1);  // for the elements inside, such as the statistics
   Put("<outline text=\"");
   PutNameAndDescription(colct);
   Put("\" type=\"rss\" xmlUrl=\"");
@@ -94,24 +131,27 @@ void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
 }
 
 void CWriteColctTreeOPML::EndOutline() {
+  Unnest();
   Put("</outline>\r\n");
 }
 
 void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
   const WideView name(node->GetName());
+  LoseIf(name.empty(), "an empty name comes back as \"No name\"", LossKind::kChanged);
+  LoseIf(name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
   if (name.empty())
     Put("No name");
   else
-    PutText(name.First(kNameLimit - 1));
+    PutRawAttribute(name.First(kNameLimit - 1));
   const WideView description(node->GetDescription());
   if (description.empty()) return;
   Put("\" description=\"");
-  PutText(description);
+  PutRawAttribute(description);
 }
 
 void CWriteColctTreeOPML::PutPath(const WChar* path) {
   const WideView whole(path, SysStringLen(path));
-  PutPieces(whole.From(GetRelativeStartPos(path)), kUnitBytes, WithSlashes<PieceToUtf8>);
+  PutRawPath(whole.From(GetRelativeStartPos(path)));
 }
 
 int CWriteColctTreeOPML::GetRelativeStartPos(const WChar* path) {
@@ -128,6 +168,7 @@ void CWriteColctTreeOPML::FillNodeUUID(CBaseNode* node) {
 
 void CWriteColctTreeOPML::FillSync(WideView uuid, int version) {
   if (uuid.empty()) return;
+  Deepen(kAroundOutlines + 1);
   if (uuid.size > kLongestSyncId)
     PutSyncTooLong(uuid);
   else if (!PutSync(uuid, version))

@@ -1,3 +1,4 @@
+// Reads a collection from an RSS document.
 #include "vosmere/collections/rss_reader.h"
 
 #include <algorithm>
@@ -20,8 +21,11 @@
 namespace vosmere {
 namespace {
 
-/// The collection that is being read. Every link stands in its tree at once, so that a load that
-/// fails loses nothing; which folder an item belongs to, and in which place, is known at the end.
+using namespace xml;
+
+/// The collection that is being read. Every link is put into the tree as soon as it is made, so
+/// that nothing leaks when a load fails. Only at the end of the document is it known which folder
+/// an item belongs to, and at which position: Place then moves the links.
 class Bookmarks {
  public:
   Bookmarks() = default;
@@ -34,11 +38,11 @@ class Bookmarks {
   void CloseFolder() { folder_ = folder_->parent; }
   void OpenItem();
   void CloseItem();
-  /// Puts every link in its place.
+  /// Moves every link to its folder and position.
   void Place();
   CColctNode* Detach() { return std::exchange(colct_, nullptr); }
 
-  // What the elements describe.
+  // The objects that the elements refer to.
   CColctNode* Colct() { return colct_; }
   CColctNetData* NetData() { return colct_->GetColctNetData(); }
   CBaseNode* Folder() { return folder_->item; }
@@ -46,14 +50,18 @@ class Bookmarks {
   CNodeStat* ItemStat() { return item_->GetNodeStat(); }
   Bookmarks* This() { return this; }
 
-  /// Of the folder or item that was opened last.
+  /// Sets the position of the folder or item that was opened last.
   void SetOrder(LONG order);
-  /// The identity of the folder that holds the item.
+  /// Sets the identity of the folder that contains the current item.
   void SetFolderID(const WChar* id);
-  /// Makes the open folder known by its identity.
-  void NameFolder();
+  /// Remembers where the item refers to its folder, for SayMisplaced.
+  void RememberReference(Report& report) { placed_.back().reference = report.Remember(); }
+  /// Registers the open folder under its identity; false when another folder has the same one.
+  bool NameFolder();
+  /// Reports the items that refer to folders which are not in the document.
+  void SayMisplaced(Report& report) const;
   void SetLink(const WChar* url);
-  /// An address that counts where there is no link.
+  /// Sets an address that is used if there is no link.
   void SetXmlUrl(const WChar* url);
 
  private:
@@ -62,21 +70,22 @@ class Bookmarks {
 
   struct Placed {
     RNode* link;
-    RNode* parent;         // unless a folder is named, and known
+    RNode* parent;         // used unless `named` leads to a folder
     std::size_t position;  // in the document
     std::int64_t order = std::numeric_limits<LONG>::max() + std::int64_t{1};
     RNode* const* named = nullptr;
+    std::size_t reference = 0;
   };
 
   static Identity IdentityOf(const WChar* text);
 
   CColctNode* colct_ = nullptr;
-  RNode* folder_ = nullptr;  // the innermost open one, else the root
+  RNode* folder_ = nullptr;  // the innermost open one, or the root
   CUrlNode* item_ = nullptr;
   bool hasLink_ = false;
   bool hasAddress_ = false;
-  std::vector<Placed> placed_;  // all but the root, in document order
-  Folders folders_;             // null where one was only referred to
+  std::vector<Placed> placed_;  // all but the root, in document order until Place sorts them
+  Folders folders_;             // null for a folder that was only referred to so far
   Folders::value_type* lastNamed_ = nullptr;
 };
 
@@ -107,8 +116,9 @@ void Bookmarks::OpenItem() {
   hasLink_ = hasAddress_ = false;
 }
 
-// Some of what an item is shows in what its element lacks: a note, web page or file has no link
-// when its address is empty, and the element of what was checked in and deleted is left out.
+// Some properties follow from what the element does not contain: the writer writes no link for a
+// note, web page or file with an empty address, and leaves out items that are checked in and
+// deleted, so a deleted item is not checked in.
 void Bookmarks::CloseItem() {
   constexpr WChar kNone[] = {0};
   if (!hasAddress_ && item_->GetItemType() != IT_URL) item_->SetUrl(kNone);
@@ -120,7 +130,8 @@ void Bookmarks::SetOrder(LONG order) {
   placed_.back().link->item->SetOrder(order);
 }
 
-// Items mostly come one folder after the other.
+// The items of a folder mostly follow each other, so the last folder is remembered to save the
+// lookup.
 void Bookmarks::SetFolderID(const WChar* id) {
   const Identity identity = IdentityOf(id);
   if (!lastNamed_ || lastNamed_->first != identity)
@@ -128,10 +139,18 @@ void Bookmarks::SetFolderID(const WChar* id) {
   placed_.back().named = &lastNamed_->second;
 }
 
-void Bookmarks::NameFolder() {
-  if (!*folder_->item->GetUUID()) return;
+bool Bookmarks::NameFolder() {
+  if (!*folder_->item->GetUUID()) return true;
   RNode*& known = folders_[IdentityOf(folder_->item->GetUUID())];
   if (!known) known = folder_;
+  return known == folder_;
+}
+
+void Bookmarks::SayMisplaced(Report& report) const {
+  for (const Placed& placed : placed_)
+    if (placed.named && !*placed.named)
+      report.LoseAt(placed.reference, LossKind::kChanged,
+                    "an item's folder is not in the document");
 }
 
 void Bookmarks::SetLink(const WChar* url) {
@@ -156,7 +175,7 @@ void Bookmarks::Place() {
   }
 }
 
-// Attributes and texts that need more than a setter.
+// Attributes and texts for which a setter is not enough.
 
 template <std::size_t N>
 int IndexOf(const std::string_view (&words)[N], const WChar* text) {
@@ -169,6 +188,11 @@ CUrlProp& PropOf(CUrlNode& item) {
   CUrlProp* const prop = item.GetUrlProp();
   if (!prop) throw std::bad_alloc();
   return *prop;
+}
+
+template <auto& Words>
+bool FitsWord(const WChar* text) {
+  return IndexOf(Words, text) > 0 || IsNamed(WideView(text), Words[0]);
 }
 
 void ItemType(CUrlNode& item, const WChar* value) {
@@ -185,27 +209,34 @@ void Tags(CUrlNode& item, const WChar* text) {
   PropOf(item).SetTagsList(CUrlProp::GenerateRBstrItemList(cutUp.get()));
 }
 
-/// `unsaid` is the version that an element without one stands for.
-void ReadSync(CBaseNode& item, const XmlNode& element, int unsaid) {
-  item.SetVersion(unsaid);
-  ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    if (IsNamed(name, "id") && !*value)
-      Trace("Empty UUID %s\n", name.data);
-    else
-      ApplyField(kSyncFields, item, name, value);
-  });
+void IdentityUnlessEmpty(CBaseNode& item, const WChar* value) {
+  if (*value)
+    item.SetUUID(value);
+  else
+    Trace("Empty UUID id\n");
 }
 
+constexpr Field<CBaseNode> kIdentityFields[] = {
+    {"id", IdentityUnlessEmpty},
+    {"version", Number<&CBaseNode::SetVersion>},
+    {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
+};
+
+// The writer leaves out a version of 0, so that is the default.
 template <auto Target>
-void Sync(Bookmarks& bookmarks, const XmlNode& element) {
-  ReadSync(*std::invoke(Target, bookmarks), element, 0);
+void Sync(Bookmarks& bookmarks, const Element& element) {
+  (bookmarks.*Target)()->SetVersion(0);
+  AttributesTo<Target, kIdentityFields>(bookmarks, element);
 }
 
-// In a collection that is not synchronised the versions of folders are not written.
-void FolderSync(Bookmarks& bookmarks, const XmlNode& element) {
-  CBaseNode& folder = *bookmarks.Folder();
-  ReadSync(folder, element, bookmarks.NetData()->IsSynced() ? 0 : folder.GetVersion());
-  bookmarks.NameFolder();
+// The writer writes the versions of folders only in a synchronised collection; only there does a
+// missing one mean 0.
+void FolderSync(Bookmarks& bookmarks, const Element& element) {
+  if (bookmarks.NetData()->IsSynced()) bookmarks.Folder()->SetVersion(0);
+  AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
+  if (!bookmarks.NameFolder() && element.report())
+    element.report()->Lose(LossKind::kChanged,
+                           "several folders have one identity: items may move between them");
 }
 
 constexpr Field<CColctNetData> kActionFields[] = {
@@ -214,8 +245,8 @@ constexpr Field<CColctNetData> kActionFields[] = {
 };
 
 constexpr Field<CUrlNode> kRelationFields[] = {
-    {"type", ItemType},
-    {"subtype", FileType},
+    {"type", ItemType, FitsWord<kItemTypeWords>},
+    {"subtype", FileType, FitsWord<kFileTypeWords>},
     {"href", Text<&CUrlNode::SetRelationUrl>},
 };
 
@@ -228,16 +259,40 @@ constexpr Field<Bookmarks> kFolderRefFields[] = {
     {"order", Number<&Bookmarks::SetOrder>},
 };
 
+void FolderReference(Bookmarks& bookmarks, const Element& element) {
+  AttributesTo<&Bookmarks::This, kFolderRefFields>(bookmarks, element);
+  if (element.report()) bookmarks.RememberReference(*element.report());
+}
+
+// Reports what the document lacks, so that a copy gets a made-up value.
+
+template <auto Target>
+void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
+  if (!*Invoke(Target, bookmarks)->GetUUID())
+    report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
+}
+
+void SayUnsaid(Bookmarks& bookmarks, Report& report) {
+  SayNoIdentity<&Bookmarks::Item>(bookmarks, report);
+  SayTimes(report, *bookmarks.ItemStat());
+  if (report.Says("pubDate") && !report.Says("vsm:stat", "modified"))
+    report.Lose(LossKind::kNotKept, "the publication date (pubDate) is not read");
+  if (report.Says("link") && report.Says("xmlUrl"))
+    report.Lose(LossKind::kRepeated, "'xmlUrl' is not kept beside 'link'");
+  if (!report.Says("link") && !report.Says("xmlUrl") && !report.Says("vsm:rel", "type"))
+    report.Lose(LossKind::kUnsaid, "no link in the document: a copy says about:blank");
+}
+
 // The document.
 
-void OpenFolder(Bookmarks& bookmarks, const XmlNode& element) {
+void OpenFolder(Bookmarks& bookmarks, const Element& element) {
   bookmarks.OpenFolder();
   AttributesTo<&Bookmarks::This, kFolderFields>(bookmarks, element);
 }
 
 enum Scope : unsigned { kRss = 1, kChannel = 2, kFolder = 4, kItem = 8 };
 
-// Items come first: of them there are most.
+// Rows are searched from the top. Those of items are first because items are the most frequent.
 using B = Bookmarks;
 constexpr ScopedElement<Bookmarks> kElements[] = {
     {kItem, "title", TextTo<&B::Item, &CBaseNode::SetName>},
@@ -245,24 +300,27 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kItem, "xmlUrl", TextTo<&B::This, &B::SetXmlUrl>},
     {kItem, "description", TextTo<&B::Item, &CBaseNode::SetDescription>},
     {kItem, "author", TextTo<&B::Item, &CUrlNode::SetAuthor>},
-    {kItem, "vsm:folderref", AttributesTo<&B::This, kFolderRefFields>},
+    {kItem, "vsm:folderref", FolderReference},
+    {kItem, "pubDate", NoLoss},
     {kItem, "vsm:rel", AttributesTo<&B::Item, kRelationFields>},
     {kItem, "vsm:stat", AttributesTo<&B::ItemStat, kStatFields>},
     {kItem, "sx:sync", Sync<&B::Item>},
     {kItem, "vsm:build", AttributesTo<&B::Item, kBuildFields>},
     {kItem, "vsm:tags", TextTo<&B::Item, Tags>},
-    {kRss, "channel", nullptr, kChannel},
+    {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity<&B::Colct>},
     {kChannel, "title", TextTo<&B::Colct, &CBaseNode::SetName>},
     {kChannel, "description", TextTo<&B::Colct, &CBaseNode::SetDescription>},
+    {kChannel, "generator", NoLoss},  // names the writing program
     {kChannel, "dc:creator", TextTo<&B::NetData, &CColctNetData::SetOwner>},
     {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
     {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},
     {kChannel, "sx:sync", Sync<&B::Colct>},
-    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>},
+    {kChannel | kFolder, "vsm:folder", OpenFolder, kFolder, Call<&B::CloseFolder>,
+     SayNoIdentity<&B::Folder>},
     {kFolder, "title", TextTo<&B::Folder, &CBaseNode::SetName>},
     {kFolder, "description", TextTo<&B::Folder, &CBaseNode::SetDescription>},
     {kFolder, "sx:sync", FolderSync},
-    {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>},
+    {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>, SayUnsaid},
 };
 
 }  // namespace
@@ -279,8 +337,9 @@ void CReadBkmarkXML::InvokeParser(XmlNode root) {
   Bookmarks bookmarks;
   if (IsRootNamed(root, "rss")) {
     bookmarks.Begin();
-    ReadChildren(kElements, bookmarks, root, kRss, Repeats::kFirst);
+    ReadChildren(kElements, bookmarks, Reported(root), kRss, Repeats::kFirst);
     bookmarks.Place();
+    if (xml::Report* const report = Reported(root).report()) bookmarks.SayMisplaced(*report);
   }
   ThrowIfTextsWereLost();
   DeleteWithLocalTree(colct_);

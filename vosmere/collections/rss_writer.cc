@@ -1,6 +1,12 @@
+// Writes a collection as an RSS document.
 #include "vosmere/collections/rss_writer.h"
 
+#include <algorithm>
 #include <iterator>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "vosmere/base/build_number.h"
 #include "vosmere/base/chain.h"
@@ -9,6 +15,7 @@
 #include "vosmere/text/internal/rfc822_date.h"
 #include "vosmere/text/toolbox.h"
 #include "vosmere/tree/folder_node.h"
+#include "vosmere/tree/internal/blank_page.h"
 #include "vosmere/tree/tree_link.h"
 #include "vosmere/tree/tree_walk.h"
 #include "vosmere/xml/internal/escape.h"
@@ -16,6 +23,24 @@
 
 namespace vosmere {
 namespace {
+
+/// Whether reading restores these tags, which are written as one text separated by blanks: no tag
+/// may be empty, contain a separator or equal another one apart from letter case.
+bool CanBeTags(const CUrlProp::TagList* head) {
+  const auto isSeparator = [](WChar unit) {
+    return unit == ' ' || unit == ',' || unit == ';' || unit == '\t' || unit == '\r' ||
+           unit == '\n';
+  };
+  std::vector<std::basic_string<WChar>> tags;
+  for (const CUrlProp::TagList* tag = head; tag; tag = tag->next) {
+    const WideView text(tag->data);
+    if (text.empty() || std::any_of(text.begin(), text.end(), isSeparator)) return false;
+    if (head->next)
+      std::transform(text.begin(), text.end(), std::back_inserter(tags.emplace_back()), FoldAscii);
+  }
+  std::sort(tags.begin(), tags.end());
+  return std::adjacent_find(tags.begin(), tags.end()) == tags.end();
+}
 
 void GiveIdentity(CBaseNode* node) {
   if (!*node->GetUUID()) CBaseTool::AssignUUID(node);
@@ -35,6 +60,7 @@ void CWriteColctRSS::SetColctNode(CColctNode* colct) {
 bool CWriteColctRSS::FillData() {
   if (!colct_ && !localRoot_) return false;
   Prepare();
+  if (ReportsLosses()) LoseOfTree();
   BeginDocument();
   Put("<rss version=\"2.0\"" VOSMERE_ITEM_PREFIXES ">\r\n<channel>\r\n");
   if (colct_) PutChannel();
@@ -46,7 +72,8 @@ bool CWriteColctRSS::FillData() {
   return true;
 }
 
-// Before anything is written: items name folders, and a folder's position counts the items too.
+// This must come before writing: items refer to the identities of folders, and positions count
+// folders and items together although they are written separately.
 void CWriteColctRSS::Prepare() {
   if (colct_) GiveIdentity(colct_);
   if (!localRoot_) return;
@@ -58,6 +85,66 @@ void CWriteColctRSS::Prepare() {
         return link->type == NT_FOLDER;
       },
       [](RNode*) {});
+}
+
+// Reports what reading does not restore; rss_reader.h has the list.
+
+void CWriteColctRSS::LoseOfTree() {
+  if (colct_) LoseOfColct(*colct_);
+  if (!localRoot_) return;
+  std::set<std::basic_string_view<WChar>> identities;
+  WalkBelow(
+      localRoot_,
+      [&](RNode* link) {
+        if (link->type == NT_URL)
+          LoseOfItem(static_cast<const CUrlNode&>(*link->item));
+        else if (link->type != NT_FOLDER)
+          LoseWhole(*link->item, "what is neither a folder nor a page is left out");
+        else
+          LoseOfFolder(*link);
+        if (link->type == NT_FOLDER && !identities.insert(link->item->GetUUID()).second)
+          Lose(LossKind::kChanged,
+               "several folders have one identity: what is in them comes back in the first");
+        return link->type == NT_FOLDER;
+      },
+      [](RNode*) {});
+}
+
+void CWriteColctRSS::LoseOfColct(const CColctNode& colct) {
+  const WideView url(colct.GetUrl());
+  LoseAllBut(kDescription | kIdentity | kVersion | kBuild, colct);
+  LoseIf(!url.empty() && !(url == WideView(kBlankPage)),
+         "the collection's address does not come back");
+  LoseIf(colct.GetColctNetData()->GetColctExpandState(), "expanded does not come back");
+}
+
+void CWriteColctRSS::LoseOfFolder(const RNode& link) {
+  LoseAllBut(kDescription | kIdentity | (synced_ ? kVersion : 0u), *link.item);
+  const bool isBehindPage = !chain::IsHead(&link) && link.prev->type == NT_URL;
+  LoseIf(isBehindPage && !ordered_, "the order of pages and folders does not come back",
+         LossKind::kChanged);
+}
+
+void CWriteColctRSS::LoseOfItem(const CUrlNode& item) {
+  if (IsLeftOut(item))
+    return LoseWhole(item, item.IsDeleted()
+                               ? "an item that was checked in and then deleted is left out"
+                               : "an item that was checked in is left out");
+  const tagVSMITEMTYPE type = item.GetItemType();
+  const CUrlProp* const prop = item.GetUrlProp();
+  const WideView url(item.GetUrl());
+  const bool ownsAuthor = colct_ && !WideView(colct_->GetColctNetData()->GetOwner()).empty();
+  LoseAllBut(type == IT_WEBPAGE || type == IT_FILE ? ~0u : ~unsigned{kRelated}, item);
+  LoseIf(type < IT_URL || type > IT_FILE, "type does not come back");
+  LoseIf(prop && type != IT_FILE && prop->GetFileType() != FT_OTHER, "fileType does not come back");
+  LoseIf(!item.GetUrl() && type == IT_URL, "an empty link comes back as \"about:blank\"",
+         LossKind::kChanged);
+  LoseIf(type == IT_NOTE && !url.empty() && url[0] == 'z' &&
+             std::count(url.begin(), url.end(), '\\') > 0,
+         "the backslashes of link come back as slashes", LossKind::kChanged);
+  LoseIf(ownsAuthor && WideView(item.GetAuthor()).empty(),
+         "an empty author comes back as the collection's owner", LossKind::kChanged);
+  LoseIf(prop && !CanBeTags(prop->GetTagsHead()), "tags come back changed", LossKind::kChanged);
 }
 
 // The channel.
@@ -81,6 +168,7 @@ void CWriteColctRSS::PutChannel() {
   if (!PutSync(uuid, colct_->GetVersion())) PutSyncUnconverted();
 }
 
+// The digits of the build number are the version: build 123 is "v1.2.3".
 void CWriteColctRSS::PutGenerator() {
   Put("<generator>Vosmere Browser v");
   PutNumber(kBuildNumber / 100);
@@ -102,11 +190,14 @@ void CWriteColctRSS::PutFolders() {
         return true;
       },
       [this](RNode* link) {
-        if (link->type == NT_FOLDER) Put("</vsm:folder>\r\n");
+        if (link->type != NT_FOLDER) return;
+        Unnest();
+        Put("</vsm:folder>\r\n");
       });
 }
 
 void CWriteColctRSS::BeginFolder(CFolderNode& folder) {
+  Nest(3);  // the elements rss and channel, and those inside a folder
   Put("<vsm:folder");
   PutOrder(folder);
   Put(">\r\n");
@@ -168,7 +259,7 @@ void CWriteColctRSS::PutLink(const CUrlNode& item) {
     return;
   }
   Put("<link>");
-  PutPieces(url, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8>);
+  PutEscapedPath(url);
   Put("</link>\r\n");
 }
 
@@ -184,7 +275,7 @@ void CWriteColctRSS::PutFolderReference(const CUrlNode& item, RNode* parent) {
   Put("<vsm:folderref");
   if (inFolder) {
     Put(" folderid=\"");
-    PutEscaped(WideView(parent->item->GetUUID()));
+    PutEscaped(WideView(parent->item->GetUUID()), Stands::kInAttribute);
     Put("\"");
   }
   PutOrder(item);
@@ -207,7 +298,7 @@ void CWriteColctRSS::PutRelation(const CUrlNode& item) {
   const WideView related(item.GetRelationUrl());
   if (type != IT_NOTE && !related.empty()) {
     Put("href=\"");
-    PutEscaped(related);
+    PutEscaped(related, Stands::kInAttribute);
     Put("\" ");
   }
   Put("/>");
@@ -225,7 +316,7 @@ void CWriteColctRSS::PutPubDate(const CNodeStat& stat, const PubDateFormat& date
   Put("</pubDate>\r\n");
 }
 
-// False when it ends the item.
+// False if nothing more may be written for this item, because its identity is unusable.
 bool CWriteColctRSS::PutItemSync(const CUrlNode& item) {
   const WideView uuid(item.GetUUID());
   if (uuid.size <= CBaseNode::kMaxUuidLength)

@@ -1,3 +1,4 @@
+// Messages for the error codes of uploads.
 #include "vosmere/cpp/upload.h"
 
 namespace vosmere {
@@ -12,9 +13,12 @@ const char* ReasonOfUploadError(std::int32_t code) {
       {3, "there is no such folder"},
       {5, "the file cannot be read"},
       {8, "there is not enough memory"},
+      {123, "that is no name of a file"},
+      {206, "the name is too long"},
       {222, "that is not a plain file"},
       {223, "a request has less than 4 GiB"},
       {1006, "the file has changed meanwhile"},
+      {1921, "the links lead in circles"},
       {12002, "the server takes too long"},
       {12005, "that is no name of a host"},
       {12007, "the host is not known"},

@@ -1,3 +1,4 @@
+// The cells of a pool of search engines.
 #include "vosmere/engines/engine_item.h"
 
 #include <new>

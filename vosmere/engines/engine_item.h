@@ -1,20 +1,20 @@
+// The cells of a pool of search engines.
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
 
-class CEngineNode;
-
-/// One cell of a chain of search engines (base/chain.h). Destroying it frees nothing else.
+/// One cell of a chain of search engines (base/chain.h). Destroying it does not free the engine.
 struct VOSMERE_API REngineItem {
   REngineItem* prev = this;
   REngineItem* next = nullptr;
   CEngineNode* item;
 
-  /// A cell of its own; null when memory runs out.
+  /// A cell in no chain; null when memory runs out. The caller owns it.
   static REngineItem* New(CEngineNode* engine);
-  /// Frees one cell. Null is ignored.
+  /// Frees the cell, without unlinking it and without freeing the engine. Null is ignored.
   static void Delete(REngineItem* cell);
 
   REngineItem(const REngineItem&) = delete;

@@ -1,3 +1,4 @@
+// Search engines.
 #include "vosmere/engines/engine_node.h"
 
 #include "vosmere/base/internal/no_memory.h"

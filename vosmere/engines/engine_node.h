@@ -1,3 +1,4 @@
+// Search engines.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -6,40 +7,41 @@
 
 namespace vosmere {
 
-/// A search engine: where a query goes, and how the engine shows itself.
+/// A search engine: the address for queries, and how the engine is shown to the user.
 ///
-/// Intended: the texts' limits differ by one between what an engine must have (address and search
-/// type, 2084 units) and what it may have (the others, 2083), and so does what becomes of a text
-/// beyond them: the former keep what they hold, the latter are cleared. Stored pools rely on both.
+/// Intended: the required texts (address and search type) may have up to 2084 code units, the
+/// optional ones up to 2083, and a text that is too long is ignored for the former but clears the
+/// latter. Stored pools rely on both.
 class VOSMERE_API CEngineNode : public CBaseNode {
  public:
-  /// A new engine at "about:blank" of the search type "web", or null when memory runs out.
+  /// A new engine with the address "about:blank" and the search type "web"; null when memory runs
+  /// out. Freed with Delete.
   static CEngineNode* New();
   /// A copy of everything but the link; null when memory runs out.
   static CEngineNode* New(CEngineNode* source);
 
   ~CEngineNode() override;
 
-  /// The query address. Null and a text of more than 2084 units are ignored.
+  /// The address for queries. Null and a text of more than 2084 code units are ignored.
   void SetUrl(const WChar* url) { AssignUnlessUnfit(url_, url); }
   /// Never null.
   WChar* GetUrl() const { return url_.get(); }
 
-  /// The kind of search that the engine serves. Null and a text of more than 2084 units are
-  /// ignored.
+  /// The kind of search, such as "web". Null and a text of more than 2084 code units are ignored.
   void SetSearchType(const WChar* type) { AssignUnlessUnfit(searchType_, type); }
   /// Never null.
   WChar* GetSearchType() const { return searchType_.get(); }
 
-  // What an engine may have. Null and a text of more than 2083 units clear it; it is null then.
+  // The optional texts, null in a new engine. Null and a text of more than 2083 code units make
+  // them null.
 
-  /// Address of the icon.
+  /// The address of the icon.
   void SetIconUrl(const WChar* url) { iconUrl_.AssignOrClear(url, kTextLimit - 1); }
   WChar* GetIconUrl() const { return iconUrl_.get(); }
-  /// Short text in place of the icon, or beside it.
+  /// A short text that is shown instead of the icon or beside it.
   void SetIconText(const WChar* text) { iconText_.AssignOrClear(text, kTextLimit - 1); }
   WChar* GetIconText() const { return iconText_.get(); }
-  /// The site that the search is restricted to.
+  /// The site to which the search is restricted.
   void SetStoredSite(const WChar* site) { storedSite_.AssignOrClear(site, kTextLimit - 1); }
   WChar* GetStoredSite() const { return storedSite_.get(); }
 
@@ -48,7 +50,7 @@ class VOSMERE_API CEngineNode : public CBaseNode {
   explicit CEngineNode(const CEngineNode* source);
 
  private:
-  /// A text of this many units is too long for the address.
+  /// A text of this many code units or more is too long for address and search type.
   static constexpr int kTextLimit = 2085;
 
   static void AssignUnlessUnfit(HeapText& field, const WChar* text) {

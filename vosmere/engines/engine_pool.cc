@@ -1,3 +1,4 @@
+// The user's list of search engines.
 #include "vosmere/engines/engine_pool.h"
 
 #include "vosmere/base/chain.h"

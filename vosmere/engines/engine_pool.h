@@ -1,3 +1,4 @@
+// The user's list of search engines.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,40 +8,42 @@
 
 namespace vosmere {
 
-/// The user's search engines in their order: a folder that keeps them in a chain of cells of its
-/// own (base/chain.h), not in a tree. It owns cells and engines: destroying the pool frees both.
+/// The user's search engines in order: a folder that keeps them in a chain of its own
+/// (base/chain.h) instead of the tree. Owns the cells and the engines; destroying the pool frees
+/// both.
 class VOSMERE_API CEnginePool : public CFolderNode {
  public:
-  /// A new empty pool, or null when memory runs out.
+  /// A new pool without engines; null when memory runs out. Freed with Delete.
   static CEnginePool* New();
-  /// A copy of what the pool has as a folder, or null when memory runs out.
-  /// Intended: the engines are not copied, the copy has the very chain of the source. One of the
-  /// two gives it up (REngineItemHeadChange with null) before the other changes or frees it.
+  /// A copy of the pool's fields as a folder; null when memory runs out.
+  /// Intended: the engines are not copied; both pools have the same chain. Before either of them is
+  /// changed or freed, one must give the chain up (REngineItemHeadChange with null).
   static CEnginePool* New(CEnginePool* source);
 
   ~CEnginePool() override;
 
-  /// Null when there is none.
+  /// The chain, still owned by the pool; null when there are no engines.
   REngineItem* GetREngineItemHead() const { return head_; }
-  /// Puts another chain in place of the present one, which is not freed.
+  /// Replaces the chain. The old one is not freed.
   void REngineItemHeadChange(REngineItem* head) { head_ = head; }
 
-  /// Makes the engine the last one and the pool's own. False, and the engine stays the caller's,
-  /// for null and when memory runs out.
+  /// Appends the engine and takes ownership of it. Returns false for null and when memory runs out;
+  /// the caller still owns the engine then.
   bool AppendEngine(CEngineNode* engine);
-  /// Takes out this very engine, which is the caller's from then on. False when it is not here.
+  /// Removes the cell that holds exactly this engine and gives the engine to the caller. Returns
+  /// false when it is not in the pool.
   bool RemoveEngine(CEngineNode* engine);
 
-  /// Empties the pool; the engines live on, and whoever knows them frees them.
+  /// Removes all engines without freeing them; the caller must free them.
   void RemoveAllEngines();
-  /// Empties the pool and frees the engines.
+  /// Removes and frees all engines.
   void DeleteAllEngineObjects();
 
-  /// Whether this very engine is here.
+  /// Whether this object is in the pool.
   bool IsThisEngineInMyPool(CEngineNode* engine) const;
-  /// Whether an engine has exactly this address; false for null.
+  /// Whether an engine has exactly this address. False for null.
   bool IsThisQueryUrlInMyPool(const WChar* url) const;
-  /// Counts them.
+  /// The number of engines; takes linear time.
   int GetNumEngines() const;
 
  protected:

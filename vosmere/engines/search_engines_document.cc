@@ -1,3 +1,4 @@
+// The document of search engines: its writer, then its reader.
 #include "vosmere/engines/search_engines_document.h"
 
 #include <new>
@@ -17,6 +18,7 @@ CWriteSEngineXML::~CWriteSEngineXML() = default;
 bool CWriteSEngineXML::FillData() {
   if (!pool_) return false;
   BeginDocument();
+  LoseAllBut(kDescription, *pool_);
   AddHead();
   for (const REngineItem* cell = pool_->GetREngineItemHead(); cell; cell = cell->next)
     FillEngineNodeToBuffer(cell->item);
@@ -24,7 +26,7 @@ bool CWriteSEngineXML::FillData() {
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the file begins its root element after a blank, as it always has.
 void CWriteSEngineXML::AddHead() {
   Put(" <searchEnginePool version=\"1.0\" xmlns=\"" VOSMERE_NAMESPACE_SEARCH_ENGINE "\">\r\n");
   PutElementUnlessEmpty<"title">(pool_->GetName());
@@ -35,12 +37,24 @@ void CWriteSEngineXML::AddTail() {
   Put("</searchEnginePool>");
 }
 
+void CWriteSEngineXML::LoseOf(const CEngineNode& engine) {
+  if (!ReportsLosses()) return;
+  LoseAllBut(kDescription, engine);
+  const WideView url(engine.GetUrl()), type(engine.GetSearchType());
+  LoseIf(url.empty(), "an empty queryUrl comes back as \"about:blank\"", LossKind::kChanged);
+  LoseIf(type.empty(), "an empty type comes back as \"web\"", LossKind::kChanged);
+  LoseIf(type.size >= 202, "type is cut to 200 characters", LossKind::kCut);
+  LoseIf(!WideView(engine.GetIconText()).empty(), "iconText does not come back");
+  LoseIf(!WideView(engine.GetStoredSite()).empty(), "storedSite does not come back");
+}
+
 void CWriteSEngineXML::FillEngineNodeToBuffer(CEngineNode* engine) {
+  LoseOf(*engine);
   const WideView type(engine->GetSearchType());
   Put("<searchEngine");
   if (!type.empty()) {
     Put(" type=\"");
-    PutEscaped(type.size < 202 ? type : type.First(200));
+    PutEscaped(type.size < 202 ? type : type.First(200), Stands::kInAttribute);
     Put("\"");
   }
   Put(">\r\n");
@@ -59,19 +73,22 @@ void CWriteSEngineXML::FillNodeStat(CNodeStat* stat) {
 
 namespace {
 
+using namespace xml;
+
 struct Engines {
-  std::unique_ptr<CEnginePool, void (*)(CBaseNode*)> pool{nullptr, CBaseNode::Delete};
-  CEngineNode* engine = nullptr;  // while its element is being read
+  OwnedPointer<CEnginePool, FreeWith<CBaseNode::Delete>> pool;
+  CEngineNode* engine = nullptr;  // the engine whose element is being read, or null
 
   CEnginePool* Pool() const { return pool.get(); }
 
   void MakePool() {
-    if (!pool) pool.reset(CEnginePool::New());
+    if (!pool) pool.Assign(CEnginePool::New());
     if (!pool) throw std::bad_alloc();
   }
   void Begin() {
     MakePool();
     engine = CEngineNode::New();
+    // AppendEngine also refuses null, so this covers both ways in which memory can run out.
     if (pool->AppendEngine(engine)) return;
     CBaseNode::Delete(engine);
     throw std::bad_alloc();
@@ -84,13 +101,19 @@ constexpr Field<CEngineNode> kEngineFields[] = {
     {BeginningWith("type"), Text<&CEngineNode::SetSearchType>},
 };
 
-void MakePool(Engines& engines, const XmlNode&) {
+void MakePool(Engines& engines, const Element&) {
   engines.MakePool();
 }
 
-void BeginEngine(Engines& engines, const XmlNode& element) {
+void BeginEngine(Engines& engines, const Element& element) {
   BeginItem(engines, element);
   AttributesTo<&Engines::engine, kEngineFields>(engines, element);
+}
+
+void SayUnsaid(Engines&, Report& report) {
+  if (!report.Says("queryUrl"))
+    report.Lose(LossKind::kUnsaid,
+                "an engine without queryUrl comes back with the address about:blank");
 }
 
 constexpr ScopedElement<Engines> kElements[] = {
@@ -101,8 +124,8 @@ constexpr ScopedElement<Engines> kElements[] = {
     {kEngine, BeginningWith("stat"), AttributesTo<&Engines::engine, kStatDateFields>},
     {kPool, "title", TextTo<&Engines::Pool, &CBaseNode::SetName>},
     {kPool, "description", TextTo<&Engines::Pool, &CBaseNode::SetDescription>},
-    {kAnywhere, "searchEnginePool", MakePool, kPool},  // which begins as an engine does
-    {kAnywhere, BeginningWith("searchEngine"), BeginEngine, kEngine, EndItem},
+    {kAnywhere, "searchEnginePool", MakePool, kPool},  // before the next row, which matches it too
+    {kAnywhere, BeginningWith("searchEngine"), BeginEngine, kEngine, EndItem, SayUnsaid},
 };
 
 }  // namespace
@@ -111,7 +134,8 @@ CReadSEngineXML::~CReadSEngineXML() = default;
 
 void CReadSEngineXML::InvokeParser(XmlNode root) {
   Engines engines;
-  ReadElement(kElements, engines, root, kDocument);
+  ReadElement(kElements, engines, Reported(root), kDocument);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   pool_ = std::move(engines.pool);
 }

@@ -1,3 +1,4 @@
+// CFavorite: its list, and its order record.
 #include "vosmere/favorites/favorite.h"
 
 #include <new>
@@ -26,7 +27,7 @@ int CFavorite::FindOccurence(const WChar* wanted, CFavorite** last) {
 
 COrderRecord* CFavorite::CreateOrderRecord() {
   auto* const record = new (std::nothrow) COrderRecord;
-  if (record) orderRecord.reset(record);
+  if (record) orderRecord.Assign(record);
   return record;
 }
 

@@ -1,40 +1,42 @@
+// CFavorite, an item of the Favorites folder, in a linked list.
 #pragma once
 
-#include <memory>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 #include "vosmere/favorites/order_record.h"
 
 namespace vosmere {
 
-/// An item of one level of the Favorites folder, in a singly linked list. Who has the list owns it
-/// and frees it with DeleteList.
+/// An item of one level of the Favorites folder, in a singly linked list. The holder of the list
+/// owns its items and frees them with DeleteList.
 struct VOSMERE_API CFavorite {
-  /// Units of the longest path, its terminating zero included.
+  /// The longest path in code units, including the terminating null.
   static constexpr int kNameLimit = 260;
 
-  WChar name[kNameLimit] = {};  ///< the full path, which need not be well-formed text (path.h)
-  LONG isFile = 0;              ///< 0 for a folder
-  HeapText url{HeapTextStorage::Empty()};  ///< where a shortcut leads; empty when not resolved
+  WChar name[kNameLimit] = {};             ///< full path, maybe with unpaired surrogates (path.h)
+  LONG isFile = 0;                         ///< nonzero for a file, 0 for a folder
+  HeapText url{HeapTextStorage::Empty()};  ///< target of a shortcut; empty if not resolved
+  /// The next item; null at the end of the list.
   CFavorite* next = nullptr;
-  std::unique_ptr<COrderRecord> orderRecord;  ///< null for what only the directory named
+  OwnedPointer<COrderRecord> orderRecord;  ///< null if only the directory named the item
 
-  /// An empty item, or null when memory runs out.
+  /// An empty item, which the caller frees with DeleteList. Null when memory runs out.
   static CFavorite* New();
-  /// Frees every item from `head` on. Null is ignored.
+  /// Frees `head` and all items after it. Null is ignored.
   static void DeleteList(CFavorite* head);
 
-  /// Looks for an item of that name from this one on, without regard to ASCII case: 1, and it is
-  /// stored in `*last`, or 0, and the last item of the list is.
-  /// Intended: the spelling; programs know it by this name.
+  /// Searches from this item on for an item with that name; the comparison is case-insensitive
+  /// (ASCII). Returns 1 and stores the item in `*last`, or returns 0 and stores the last item of
+  /// the list.
+  /// Intended: the spelling of the name; existing programs use it.
   int FindOccurence(const WChar* name, CFavorite** last);
 
-  /// Gives the item a new order record of default values in place of the one it has; null, with
-  /// the old one kept, when memory runs out. The item owns it.
+  /// Replaces the item's order record by a new one with default values and returns it. The item
+  /// owns it. Null, with the old record kept, when memory runs out.
   COrderRecord* CreateOrderRecord();
-  /// Null for none.
+  /// The item's order record, which the item owns; null when it has none.
   COrderRecord* GetOrderRecord() const { return orderRecord.get(); }
 
   CFavorite(const CFavorite&) = delete;

@@ -1,7 +1,9 @@
+// CFavorites: order records in both layouts, and the entries of the directory.
 #include "vosmere/favorites/favorites.h"
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <new>
 #include <string>
 #include <unordered_set>
@@ -29,7 +31,7 @@ struct DeleteFavorite {
 };
 using FavoritePtr = std::unique_ptr<CFavorite, DeleteFavorite>;
 
-/// Null when the path does not fit an item. Throws std::bad_alloc.
+/// A new item with that path; null when the path is too long. Throws std::bad_alloc.
 FavoritePtr NewFavorite(const std::u16string& path) {
   if (path.size() >= CFavorite::kNameLimit) return nullptr;
   FavoritePtr favorite(CFavorite::New());
@@ -38,7 +40,8 @@ FavoritePtr NewFavorite(const std::u16string& path) {
   return favorite;
 }
 
-/// What becomes of a name that passes through the system's code page. Throws std::bad_alloc.
+/// The name converted to the system's code page and back, as this layout has it: characters that
+/// the code page lacks are replaced. Throws std::bad_alloc.
 std::u16string ThroughCodePage(const std::u16string& name) {
   const std::string bytes = BytesOf(kCodePageSystem, {Units(name), name.size()});
   const int size = static_cast<int>(bytes.size());
@@ -49,26 +52,28 @@ std::u16string ThroughCodePage(const std::u16string& name) {
   return back;
 }
 
-/// The short name, in the XP layout; where the rest begins. Throws std::bad_alloc.
+/// Reads the short name in the XP layout into the record. Returns the offset of what follows, or
+/// nothing when the name is too long. Throws std::bad_alloc.
 std::optional<std::size_t> TakeShortName(const OrderEntry& entry, COrderRecord& record) {
   const ByteView bytes = entry.bytes.From(OrderEntry::kNameAt);
   if (entry.Flags() & OrderEntry::kIsWide) {
     const std::optional<std::u16string> name = bytes.Text16();
     if (!name) return {};
-    // Intended: characters are counted as bytes. What follows has always been looked for there.
+    // Intended: the length in characters is used as a length in bytes. The fields that follow have
+    // always been read from that offset.
     return OrderEntry::kNameAt + name->size() + 2;
   }
   const std::optional<std::string> name = bytes.Text8();
   if (!name) return {};
-  record.shortName = std::make_unique<char[]>(name->size() + 1);
+  record.shortName.Assign(new char[name->size() + 1]);
   std::copy_n(name->c_str(), name->size() + 1, record.shortName.get());
   record.shortNameLength = static_cast<LONG>(name->size());
   record.padded = (name->size() + 1) % 2 != 0;
   return OrderEntry::kNameAt + name->size() + 1 + record.padded;
 }
 
-/// The item's name in the XP layout, where it is the long one; nothing when it cannot be read.
-/// Throws std::bad_alloc.
+/// Reads both names in the XP layout into the record and returns the long one, which is the item's
+/// name. Nothing when they cannot be read. Throws std::bad_alloc.
 std::optional<std::u16string> TakeXpNames(const OrderEntry& entry, COrderRecord& record) {
   const std::optional<std::size_t> at = TakeShortName(entry, record);
   constexpr std::size_t kHeader = sizeof record.extensionHeader;
@@ -91,9 +96,10 @@ std::optional<std::u16string> PlainName(const OrderEntry& entry) {
   return name && entry.Flags() & OrderEntry::kIsWide ? ThroughCodePage(*name) : name;
 }
 
-/// Null for a record whose name cannot be read or does not fit. Throws std::bad_alloc.
+/// The item that a record describes; null when its name cannot be read or its path is too long.
+/// Throws std::bad_alloc.
 FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bool xpLayout) {
-  auto record = std::make_unique<COrderRecord>();
+  OwnedPointer<COrderRecord> record(new COrderRecord);
   entry.CopyTo(*record);
   const auto name = xpLayout ? TakeXpNames(entry, *record) : PlainName(entry);
   FavoritePtr favorite = name ? NewFavorite(JoinPath(folder, *name)) : nullptr;
@@ -103,7 +109,9 @@ FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bo
   return favorite;
 }
 
-/// The items that a value names, by position. Throws std::bad_alloc.
+/// The items of an order value by position. Of two records with the same position, the later one
+/// stays. A map rather than an array, because the count in the value is not trusted. Throws
+/// std::bad_alloc.
 std::map<LONG, FavoritePtr> FavoritesOf(OrderValue& value, const WChar* dirPath, bool xpLayout) {
   std::map<LONG, FavoritePtr> byPosition;
   const std::u16string folder = ToU16(dirPath);
@@ -116,7 +124,8 @@ std::map<LONG, FavoritePtr> FavoritesOf(OrderValue& value, const WChar* dirPath,
   return byPosition;
 }
 
-/// Throws std::bad_alloc.
+/// Reads the address of a shortcut file. Running out of memory must not look like a shortcut
+/// without an address, so LostTexts is compared. Throws std::bad_alloc.
 void Resolve(CFavorites& favorites, CFavorite& favorite) {
   const unsigned long lostBefore = LostTexts();
   WChar* url = nullptr;
@@ -128,7 +137,7 @@ void Resolve(CFavorites& favorites, CFavorite& favorite) {
 
 }  // namespace
 
-CFavorites::CFavorites() : allocator_(std::make_unique<ShellAllocator>()) {
+CFavorites::CFavorites() : allocator_(new ShellAllocator) {
   CheckOS();
 }
 
@@ -151,6 +160,7 @@ int CFavorites::GetOrderBufferFromKey(HKEY key, const WChar* regPath, const WCha
   ULONG size = 0;
   const unsigned long lostBefore = LostTexts();
   if (!ReadKeyValue(key, name, nullptr, &size) || size == 0)
+    // A key that could not be read for lack of memory must not look like one without an order.
     return LostTexts() == lostBefore ? ExtractFavoritesFromFileFolders(dirPath, list, resolve, 0)
                                      : 0;
   const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[++size]);
@@ -178,8 +188,7 @@ int CFavorites::ExtractFavoritesFromOrderBuffer(HKEY, const WChar*, const WChar*
   return 0;
 }
 
-// A set stands beside the list, so that finding what is listed already costs the same however long
-// the list is.
+// The set of listed paths makes the search for an entry independent of the length of the list.
 int CFavorites::ExtractFavoritesFromFileFolders(const WChar* dirPath, CFavorite** list, int resolve,
                                                 int) try {
   std::unordered_set<std::u16string> listed;

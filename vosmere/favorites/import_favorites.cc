@@ -1,3 +1,4 @@
+// ImportFavorites: walks the directories and sorts their entries by the stored orders.
 #include "vosmere/favorites/import_favorites.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ struct FreeKey {
 };
 using KeyPtr = std::unique_ptr<HKEY__, FreeKey>;
 
-/// The name of a file as text: U+FFFD for what is none in it.
+/// The name of a file as well-formed text: unpaired surrogates become U+FFFD.
 std::u16string TextOf(std::u16string name) {
   const WideView units{Units(name), name.size()};
   for (std::size_t at = 0; (at += WellFormedLength(units.From(at))) < name.size();)
@@ -38,7 +39,8 @@ std::u16string TextOf(std::u16string name) {
   return name;
 }
 
-/// Throws std::bad_alloc.
+/// Adds a new item, named after a file, as the last child of `parent`; a null `parent` makes a
+/// root. Throws std::bad_alloc.
 template <class Node>
 RNode* AddItem(RNode* parent, tagNODETYPE type, const std::u16string& fileName) {
   const std::u16string name = TextOf(fileName);
@@ -53,7 +55,8 @@ RNode* AddItem(RNode* parent, tagNODETYPE type, const std::u16string& fileName) 
   return link;
 }
 
-/// One entry of a directory, and its place in the menu.
+/// One entry of a directory, and its position in the menu. They are sorted by position; entries
+/// without one come last, folders first, by name.
 struct Entry {
   std::u16string name;
   std::u16string folded;
@@ -61,7 +64,7 @@ struct Entry {
   bool isLink;
   bool isPlaced = false;
   LONG position = 0;
-  ULONG index = 0;
+  ULONG index = 0;  // of the record: decides between equal positions
 
   friend bool operator<(const Entry& a, const Entry& b) {
     const auto rank = [](const Entry& entry) {
@@ -73,7 +76,8 @@ struct Entry {
   }
 };
 
-/// Nothing when the directory cannot be read. Throws std::bad_alloc.
+/// The entries of a directory without "Desktop.ini"; nothing when it cannot be read completely.
+/// Throws std::bad_alloc.
 std::optional<std::vector<Entry>> ReadDirectory(const std::u16string& path) {
   FolderListing listing;
   if (!listing.Open(Units(path))) return {};
@@ -88,18 +92,20 @@ std::optional<std::vector<Entry>> ReadDirectory(const std::u16string& path) {
   return entries;
 }
 
-/// The stored order of a folder, empty for none. Throws std::bad_alloc.
+/// The stored order of a folder; empty when there is none. Throws std::bad_alloc.
 std::vector<unsigned char> ReadOrder(HKEY key) {
   const WChar* const name = Units(u"Order");
   ULONG size = 0;
   if (!ReadKeyValue(key, name, nullptr, &size)) return {};
   std::vector<unsigned char> bytes(size);
   if (!ReadKeyValue(key, name, bytes.data(), &size)) return {};
+  // The value may have become shorter since its size was read.
   bytes.resize(std::min<std::size_t>(size, bytes.size()));
   return bytes;
 }
 
-/// Gives entries the places that an order names for them.
+/// Sets the positions of entries from a stored order. Each entry takes the position of the first
+/// record that names it.
 class Placing {
  public:
   Placing(std::vector<Entry>& entries, FavoritesReport& report) : report_(report) {
@@ -110,11 +116,13 @@ class Placing {
     OrderValue value(order.data(), order.size());
     ULONG records = 0;
     for (; const std::optional<OrderEntry> record = value.Next(); ++records) Apply(*record);
+    // A value that ends early counts once, however many records are missing.
     if (!value.HasHead() || records < value.Count()) ++report_.recordsNotUnderstood;
   }
 
  private:
   void Apply(const OrderEntry& record) {
+    // The long name is tried first, because the other one may be a short 8.3 name.
     const std::optional<std::u16string> longName = record.LongName(), name = record.Name();
     const bool isNamed = longName || (name && !name->empty());
     if (record.Position() < 0 || !isNamed)
@@ -138,11 +146,13 @@ class Placing {
   std::unordered_multimap<std::u16string, Entry*> byName_;
 };
 
+/// Imports a folder with its subfolders. Folders that are still to be read wait in a list rather
+/// than on the stack, so that deep nesting cannot overflow it.
 class Import {
  public:
   Import(HKEY key, FavoritesReport& report) : key_(key), report_(report) {}
 
-  /// False when the top folder cannot be read. Throws std::bad_alloc.
+  /// Fills the tree under `root`. False when the top folder cannot be read. Throws std::bad_alloc.
   bool Run(RNode* root, const std::u16string& path) {
     pending_.push_back({root, path, u""});
     bool isTop = true;
@@ -162,7 +172,7 @@ class Import {
   struct Folder {
     RNode* link;
     std::u16string path;
-    std::u16string key;  ///< below the top folder's
+    std::u16string key;  ///< relative to the key of the top folder
   };
 
   bool Fill(const Folder& folder) {
@@ -187,7 +197,7 @@ class Import {
     }
     RNode* const link = AddItem<CFolderNode>(folder.link, NT_FOLDER, entry.name);
     ++report_.folders;
-    if (entry.isLink)  // followed, it might lead back here
+    if (entry.isLink)  // a link may lead back to a folder above: an endless walk
       ++report_.foldersNotRead;
     else
       pending_.push_back(
@@ -218,6 +228,7 @@ class Import {
   std::vector<Folder> pending_;
 };
 
+/// The last component of a path, whatever separators follow it.
 std::u16string LastName(std::u16string path) {
   const auto isSeparator = [](char16_t unit) { return unit == u'\\' || unit == u'/'; };
   while (!path.empty() && isSeparator(path.back())) path.pop_back();
@@ -239,6 +250,7 @@ RNode* ImportFavorites(const WChar* regPath, const WChar* dirPath, FavoritesRepo
 
   TreePtr tree(AddItem<CFolderNode>(nullptr, NT_FOLDER, LastName(path)));
   const bool read = Import(key.get(), *report).Run(tree.get(), path);
+  // Items lose texts silently when memory runs out; such a tree is not returned.
   return read && LostTexts() == lostBefore ? tree.release() : nullptr;
 } catch (const std::bad_alloc&) {
   return nullptr;

@@ -1,3 +1,4 @@
+// COrderHead and COrderRecord.
 #include "vosmere/favorites/order_record.h"
 
 namespace vosmere {

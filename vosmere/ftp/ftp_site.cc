@@ -1,3 +1,4 @@
+// FTP sites and their web addresses.
 #include "vosmere/ftp/ftp_site.h"
 
 #include <new>

@@ -1,3 +1,4 @@
+// The settings of FTP sites.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -6,17 +7,17 @@
 
 namespace vosmere {
 
-/// The web addresses under which uploaded files are seen: a chain of names and links. It owns its
-/// cells. One thread at a time.
+/// The web addresses under which uploaded files can be seen: a chain of names and links. Owns its
+/// cells. Not thread-safe.
 class VOSMERE_API CFtpWebAddress {
  public:
-  /// One address, a cell of the chain (base/chain.h).
+  /// One address; a cell of the chain (base/chain.h).
   class VOSMERE_API Cell {
    public:
     Cell* prev = this;
     Cell* next = nullptr;
 
-    /// Either may be null.
+    /// Both may be null. Owned by the cell.
     WChar* GetName() const { return name_.get(); }
     WChar* GetLink() const { return link_.get(); }
 
@@ -33,28 +34,30 @@ class VOSMERE_API CFtpWebAddress {
   CFtpWebAddress& operator=(const CFtpWebAddress&) = delete;
   virtual ~CFtpWebAddress();
 
-  /// Adds one at the end; the texts are copied, and null stays null. False, with nothing added,
+  /// Appends an address. The texts are copied; null stays null. Returns false, with nothing added,
   /// when memory runs out.
   bool Add(const WChar* name, const WChar* link);
 
-  /// Null when there is none.
+  /// The first address, owned by this object; null when there is none.
   Cell* GetHead() const { return head_; }
 
  private:
   Cell* head_ = nullptr;
 };
 
-/// The settings of an FTP site to publish to. It holds no password, only whether to remember one.
+/// The settings of an FTP site for publishing. There is no password, only the choice to remember
+/// it.
 ///
-/// Texts are copied; null clears. A getter's text is null until it is set, and lives until it is
-/// set again. When memory runs out in a setter, the old text stays. One thread at a time.
+/// Setters copy their text; null makes the field null, as it is in a new site. A returned text is
+/// owned by the site and valid until it is set again. When memory runs out in a setter, the old
+/// text stays and LostTexts counts it. Not thread-safe.
 class VOSMERE_API CFtpConBase {
  public:
   static constexpr int kDefaultPort = 21;
 
-  /// A site without any text, on port 21, with everything else off; null when memory runs out.
+  /// A new site without texts, on port 21, with all options off; null when memory runs out.
   static CFtpConBase* New();
-  /// Null is ignored.
+  /// Frees a site. Null is ignored.
   static void Delete(CFtpConBase* site);
 
   CFtpConBase(const CFtpConBase&) = delete;
@@ -67,11 +70,11 @@ class VOSMERE_API CFtpConBase {
   WChar* GetHost() const { return host_.get(); }
   void SetUserName(const WChar* name) { userName_.AssignOrNull(name); }
   WChar* GetUserName() const { return userName_.get(); }
-  /// The folder to begin in.
+  /// The folder on the server in which a connection starts.
   void SetInitPath(const WChar* path) { initPath_.AssignOrNull(path); }
   WChar* GetInitPath() const { return initPath_.get(); }
 
-  /// Whether data connections are passive.
+  /// Whether data connections use passive mode.
   void SetPASVMode(bool passive) { passive_ = passive; }
   bool IsPASVMode() const { return passive_; }
   void SetPort(int port) { port_ = port; }
@@ -79,7 +82,7 @@ class VOSMERE_API CFtpConBase {
   /// Whether the password is to be remembered.
   void SetSavePSW(bool save) { savePassword_ = save; }
   bool IsSavePSW() const { return savePassword_; }
-  /// Whether this is the site in use.
+  /// Whether this is the current site.
   void SetCurrent(bool current) { current_ = current; }
   bool IsCurrent() const { return current_; }
 
@@ -89,7 +92,7 @@ class VOSMERE_API CFtpConBase {
   void SetStampID(const WChar* id) { stampID_.AssignOrNull(id); }
   WChar* GetStampID() const { return stampID_.get(); }
 
-  /// The site's own addresses, to be changed in place. Never null.
+  /// The site's web addresses, which may be changed in place. Never null; owned by the site.
   CFtpWebAddress* GetFtpWebAddress() { return &webAddress_; }
 
  protected:

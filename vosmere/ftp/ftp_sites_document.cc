@@ -1,3 +1,4 @@
+// The document of FTP sites: its writer, then its reader.
 #include "vosmere/ftp/ftp_sites_document.h"
 
 #include <new>
@@ -28,6 +29,7 @@ void CWriteFtpSiteXML::AddTail() {
 }
 
 void CWriteFtpSiteXML::FillFtpConToBuffer(CFtpConBase* site) {
+  LosesOf(nullptr, site->GetTitle());
   Put("<site>");
   PutElementUnlessEmpty<"title">(site->GetTitle());
   PutElementUnlessEmpty<"host">(site->GetHost());
@@ -46,11 +48,12 @@ void CWriteFtpSiteXML::FillFtpConToBuffer(CFtpConBase* site) {
 void CWriteFtpSiteXML::FillWebAddress(CFtpConBase* site) {
   for (const auto* cell = site->GetFtpWebAddress()->GetHead(); cell; cell = cell->next) {
     const WideView name(cell->GetName()), link(cell->GetLink());
+    LoseIf(name.empty() || link.empty(), "a web address without a name or a link is left out");
     if (name.empty() || link.empty()) continue;
     Put("<webaddress name=\"");
-    PutText(name);
+    PutRawAttribute(name);
     Put("\" link=\"");
-    PutText(link);
+    PutRawAttribute(link);
     Put("\" />");
   }
 }
@@ -59,6 +62,8 @@ void CWriteFtpSiteXML::FillWebAddress(CFtpConBase* site) {
 
 namespace {
 
+using namespace xml;
+
 using Sites = ItemChain<TList<CFtpConBase*>>;
 enum Scope : unsigned { kSites = 1, kSite = 2 };
 
@@ -66,19 +71,21 @@ void PassiveWhenTrue(CFtpConBase& site, const WChar* text) {
   if (IsNamedNoCase(WideView(text), "true")) site.SetPASVMode(true);
 }
 
-// The default is not set: it is there, unless an earlier element has said otherwise.
+// Intended: port 21 is ignored because it is the default, even if an earlier element has set
+// another port.
 void PortUnlessDefault(CFtpConBase& site, const WChar* text) {
   const LONG port = NumberFromText(text);
   if (port != CFtpConBase::kDefaultPort) site.SetPort(port);
 }
 
-/// "true" or "false" in any letter case; anything else changes nothing.
+/// Accepts "true" and "false", case-insensitive (ASCII). Any other text changes nothing.
 template <auto Setter>
 void TrueOrFalse(CFtpConBase& site, const WChar* text) {
   if (IsNamedNoCase(WideView(text), "true")) (site.*Setter)(true);
   if (IsNamedNoCase(WideView(text), "false")) (site.*Setter)(false);
 }
 
+/// Both attributes are collected first, because an address needs both.
 struct WebAddress {
   SystemText name, link;
 
@@ -90,19 +97,21 @@ constexpr Field<WebAddress> kWebAddressFields[] = {
     {"link", Text<&WebAddress::SetLink>},
 };
 
-void ReadWebAddress(Sites& sites, const XmlNode& element) {
+void ReadWebAddress(Sites& sites, const Element& element) {
   if (!sites.item()) return;
   WebAddress address;
-  ForEachAttribute(element, [&](WideView name, const WChar* value) {
-    ApplyField(kWebAddressFields, address, name, value);
-  });
+  ApplyFields(kWebAddressFields, address, element);
   const WChar *const name = address.name.get(), *const link = address.link.get();
-  if (WideView(name).empty() || WideView(link).empty()) return;
+  const bool isWhole = !WideView(name).empty() && !WideView(link).empty();
+  if (!isWhole && element.report())
+    element.report()->Lose(LossKind::kNotKept,
+                           "a web address without a name or a link is not kept");
+  if (!isWhole) return;
   if (!sites.item()->GetFtpWebAddress()->Add(name, link)) throw std::bad_alloc();
 }
 
-template <auto Apply>
-constexpr auto TextToSite = TextTo<&Sites::item, Apply, Sites>;
+template <auto Apply, FitsTest Fits = nullptr>
+constexpr auto TextToSite = TextTo<&Sites::item, Apply, Fits, Sites>;
 
 constexpr ScopedElement<Sites> kElements[] = {
     {kAnywhere, "ftpsites", EndItem, kSites},
@@ -114,10 +123,10 @@ constexpr ScopedElement<Sites> kElements[] = {
     {kSite, "path", TextToSite<&CFtpConBase::SetInitPath>},
     {kSite, "uuid", TextToSite<&CFtpConBase::SetUUID>},
     {kSite, "stampid", TextToSite<&CFtpConBase::SetStampID>},
-    {kSite, "pasvmode", TextToSite<PassiveWhenTrue>},
-    {kSite, "port", TextToSite<PortUnlessDefault>},
-    {kSite, "savepsw", TextToSite<TrueOrFalse<&CFtpConBase::SetSavePSW>>},
-    {kSite, "current", TextToSite<TrueOrFalse<&CFtpConBase::SetCurrent>>},
+    {kSite, "pasvmode", TextToSite<PassiveWhenTrue, FitsTruth>},
+    {kSite, "port", TextToSite<PortUnlessDefault, FitsNumber>},
+    {kSite, "savepsw", TextToSite<TrueOrFalse<&CFtpConBase::SetSavePSW>, FitsTruth>},
+    {kSite, "current", TextToSite<TrueOrFalse<&CFtpConBase::SetCurrent>, FitsTruth>},
 };
 
 }  // namespace
@@ -125,7 +134,7 @@ constexpr ScopedElement<Sites> kElements[] = {
 CReadFtpSiteXML::~CReadFtpSiteXML() = default;
 
 void CReadFtpSiteXML::InvokeParser(XmlNode root) {
-  if (IsRootNamed(root, "ftpsites")) ReadChildren(kElements, sites_, root, kSites);
+  if (IsRootNamed(root, "ftpsites")) ReadChildren(kElements, sites_, Reported(root), kSites);
 }
 
 }  // namespace vosmere

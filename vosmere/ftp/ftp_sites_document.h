@@ -1,3 +1,4 @@
+// Writes and reads the document that stores the user's FTP sites.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -9,18 +10,18 @@
 
 namespace vosmere {
 
-/// Writes a list of FTP sites. What has its default is left out, and so are empty texts. There are
-/// no passwords in it.
+/// Writes a list of FTP sites. Left out are empty texts, the default port, and passive mode and the
+/// mark of the current site when they are off. Passwords are not stored.
 ///
-/// Intended: the names and links of web addresses are written as they are, not escaped: older
-/// programs read them as they find them. One with a quotation mark, an ampersand or a less-than
-/// sign makes the document unreadable, so whoever fills in a site keeps them out.
+/// Intended: names and links of web addresses are not escaped, because older programs read them as
+/// they are. A quotation mark, an ampersand or a less-than sign in them makes the document
+/// unreadable, so the program must not put such characters into a site.
 class VOSMERE_API CWriteFtpSiteXML : public CWriteXML {
  public:
   CWriteFtpSiteXML() = default;
   ~CWriteFtpSiteXML() override;
 
-  /// The list to write, which must outlive the writing; null is an empty list.
+  /// The list to write, not owned; it must outlive the writing. Null is the empty list.
   void SetFtpConList(TList<CFtpConBase*>* head) { head_ = head; }
 
  protected:
@@ -29,31 +30,32 @@ class VOSMERE_API CWriteFtpSiteXML : public CWriteXML {
   void AddHead();
   void AddTail();
   void FillFtpConToBuffer(CFtpConBase* site);
-  /// The addresses whose name and link are both there and not empty.
+  /// Writes the addresses whose name and link are both not empty.
   void FillWebAddress(CFtpConBase* site);
 
  private:
   TList<CFtpConBase*>* head_ = nullptr;
 };
 
-/// Reads a list of FTP sites. A root element other than "ftpsites" loads, and gives an empty list.
+/// Reads a list of FTP sites. If the root element is not "ftpsites", the load succeeds with an
+/// empty list.
 class VOSMERE_API CReadFtpSiteXML : public CReadXML {
  public:
   CReadFtpSiteXML() = default;
   /// Frees the list with its sites unless it was detached.
   ~CReadFtpSiteXML() override;
 
-  /// The list, which stays the reader's; null when it is empty. The next document is appended to
-  /// it. What was read before a load failed stays in it.
+  /// The list, owned by the reader; null when it is empty. The next load appends to it. A load that
+  /// fails keeps the sites that were read before the error.
   TList<CFtpConBase*>* GetFtpSiteList() const { return sites_.head(); }
-  /// The same, now the caller's (list::DeleteItems frees it with its sites).
+  /// Gives the list to the caller, who frees it and its sites with list::DeleteItems.
   TList<CFtpConBase*>* DetachFtpSiteList() { return sites_.Detach(); }
 
  protected:
   void InvokeParser(XmlNode root) override;
 
  private:
-  ItemChain<TList<CFtpConBase*>> sites_;
+  xml::ItemChain<TList<CFtpConBase*>> sites_;
 };
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// CInetSynch: the form that it sends, and its test server.
 #include "vosmere/net/connection_check.h"
 
 #include <mutex>

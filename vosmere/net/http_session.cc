@@ -1,3 +1,4 @@
+// CNetBase: form parameters, the request, and the reply.
 #include "vosmere/net/http_session.h"
 
 #include <algorithm>
@@ -24,9 +25,9 @@ constexpr const char* kFormType = "Content-Type: application/x-www-form-urlencod
 constexpr WideLiteral kUserName(u"username");
 constexpr WideLiteral kPswMD5(u"pswmd5");
 
-constexpr ULONG kPiece = 2048;
+constexpr ULONG kPiece = 2048;  // bytes
 constexpr int kMostPieces = 50000;
-constexpr std::size_t kBlock = std::size_t{512} * 1024;
+constexpr std::size_t kBlock = std::size_t{512} * 1024;  // code units of the response
 
 std::string Utf8(const WChar* text) {
   return BytesOf(kCodePageUtf8, WideView(text));
@@ -65,6 +66,7 @@ char* CNetBase::GetFormUserNamePswString() {
 void CNetBase::AddParameter(const WChar* name, const WChar* value) {
   if (!name || !value) return;
   try {
+    // Built first, so that nothing is appended when memory runs out.
     const std::string pair = Utf8(name) + '=' + Utf8(value);
     const std::size_t used = std::strlen(parameters_);
     if (used + pair.size() + 1 > kMostParameterBytes) return;
@@ -105,6 +107,7 @@ void CNetBase::AddResponseUnicodingIt(const char* bytes, int length) {
 void CNetBase::AppendResponse(WideView text) {
   try {
     while (!text.empty()) {
+      // The first block grows with a short reply; further blocks are allocated whole.
       if (response_.empty()) response_.emplace_back();
       if (response_.back().size() == kBlock) response_.emplace_back().reserve(kBlock);
       std::vector<WChar>& block = response_.back();
@@ -117,8 +120,8 @@ void CNetBase::AppendResponse(WideView text) {
   }
 }
 
-// The last block first, as the system gets memory back soonest in that order: the reply is not in
-// memory twice.
+// Copies and frees the last block first. The system gets memory back soonest in that order, so the
+// reply is not in memory twice.
 BSTR CNetBase::DetachResponse() {
   std::size_t size = 0;
   for (const auto& block : response_) size += block.size();
@@ -151,6 +154,7 @@ int CNetBase::ReadServerResponse(void* handle) {
   if (!request) return -5;
   std::uint64_t total = 0;
   const auto result = [&] { return static_cast<int>(std::min<std::uint64_t>(total, INT_MAX)); };
+  // Only replies that are kept in memory are limited; a sink may take any number of pieces.
   for (std::uint64_t piece = 0; sink_ || piece < kMostPieces; ++piece) {
     char bytes[kPiece];
     ULONG got = 0;
@@ -179,6 +183,7 @@ int CNetBase::OpenSessionConnection() {
   if (http::Open(kAgent, nullptr, {connectTimeout_, transferTimeout_}, &session)) return -3;
   if (http::Connect(session.get(), host_.get(), false, &connection)) return -4;
   if (http::OpenPost(connection.get(), postAcceptor_.get(), false, &request)) return -5;
+  // Only when all three are open, so that a failure leaves none open.
   session_ = session.release();
   connection_ = connection.release();
   request_ = request.release();
@@ -188,6 +193,7 @@ int CNetBase::OpenSessionConnection() {
 int CNetBase::SendForm() {
   auto* const request = static_cast<http::Request*>(request_);
   if (!request) return -5;
+  // An incomplete form is worse than none, so nothing is sent when a parameter was lost.
   const bool sent = !parameterLost_ && http::AddHeader(request, kFormType) == http::kNone &&
                     SendWhole(request, parameters_, std::strlen(parameters_)) == http::kNone;
   redirected_ = sent && http::Redirected(request);

@@ -1,3 +1,4 @@
+// CNetUploadFile: the request, its body, and the errors.
 #include "vosmere/net/http_upload.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ constexpr const char* kAgent = "Vosmere Post";
 constexpr WideLiteral kWholeFile(u"WholeFile");
 constexpr WideLiteral kPartialUpload(u"PartialUpload");
 constexpr const char* kNoMemory = "Out Of Memory";
-constexpr int kMostTraced = 64;  // pieces of a reply
+constexpr int kMostTraced = 64;  // pieces of a reply; a hostile server may send without end
 
 using multipart::Form;
 
@@ -36,6 +37,7 @@ Form FormOf(bool clean) {
   return clean ? Form::kClean : Form::kOld;
 }
 
+// A Windows error number as an HRESULT.
 LONG ErrorCode(ULONG error) {
   const auto code = static_cast<LONG>(error);
   return code > 0 ? static_cast<LONG>(0x80070000u | (error & 0xFFFF)) : code;
@@ -138,7 +140,9 @@ bool CNetUploadFile::AddContentType(void* request) {
 
 bool CNetUploadFile::FillBody(UploadBody& body, bool partial) {
   try {
+    // An upload without one of its fields would look complete to the server.
     if (hasLostParameter()) throw std::bad_alloc();
+    // The clean form is UTF-8 (RFC 7578), the old one is in the system's code page.
     body.head = Bytes(clean_ ? kCodePageUtf8 : kCodePageSystem, JoinedText(get_head()));
     body.fields = GetParaString();
     body.tail = Bytes(kCodePageSystem, JoinedText(get_tail()));
@@ -175,7 +179,8 @@ bool CNetUploadFile::UploadPartialFile(const WChar* path, const WChar* xml) {
   return SetPart(kPartialUpload, path) && Post() >= 0;
 }
 
-/// Setters keep the old text without memory, and another file must not go in place of this one.
+/// When memory runs out, a setter keeps the old text. That would send the previous file, so the
+/// upload fails instead.
 bool CNetUploadFile::SetPart(const WChar* field, const WChar* path) {
   const unsigned long lostBefore = LostTexts();
   SetFieldName(field);
@@ -183,6 +188,7 @@ bool CNetUploadFile::SetPart(const WChar* field, const WChar* path) {
   return LostTexts() == lostBefore || Fail(kNoMemory, http::kNotEnoughMemory);
 }
 
+/// The messages are the same on every system. They name the steps by the Windows calls.
 bool CNetUploadFile::OpenRequest(Handles& handles) {
   const http::Timeouts timeouts = {connectTimeout(), transferTimeout()};
   if (const auto error = http::Open(kAgent, proxy_.get(), timeouts, &handles.session))
@@ -207,6 +213,7 @@ LONG CNetUploadFile::Post() {
   if (!OpenRequest(handles)) return errorCode_;
   http::Request* const request = handles.request.get();
   const bool sent = partial_ ? UploadXMLContent(request) : UploadWholeFile(request);
+  // A reply that cannot be read leaves the initial 1 (see the header).
   if (sent && ReadServerResponse(request) >= 0) errorCode_ = 0;
   return errorCode_;
 }
@@ -225,6 +232,7 @@ bool CNetUploadFile::Upload(void* handle, bool partial) {
   if (!AddContentType(request) || !FillBody(body, partial)) return false;
 
   const auto total = static_cast<ULONG>(body.size());
+  // Called again when the request has to be repeated, so the progress starts at 0.
   const auto write = [&] {
     ULONG sent = 0;
     return body.ForEachPiece([&](const char* bytes, std::size_t size) {
@@ -236,6 +244,7 @@ bool CNetUploadFile::Upload(void* handle, bool partial) {
   };
   bool started = false;
   const http::Error error = Exchange(request, total, write, &started);
+  // Also after a failure: the server may have replied before it read everything.
   http::Status(request, &status_);
   SetRedirected(http::Redirected(request));
   if (!error) return true;
@@ -254,6 +263,7 @@ bool CNetUploadFile::ShowRequest(bool (*take)(void* context, const void* bytes, 
     return Fail(kNoMemory, error);
   const auto show = [&](const char* bytes, std::size_t size) {
     std::string piece(size, '\0');
+    // The file may have been truncated since it was mapped.
     if (!CopyUnlessGone(piece.data(), bytes, size)) return http::kFileInvalid;
     return take(context, piece.data(), size) ? http::kNone : http::kCancelled;
   };

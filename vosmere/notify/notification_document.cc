@@ -1,3 +1,4 @@
+// The notification document: its writer, then its reader.
 #include "vosmere/notify/notification_document.h"
 
 #include <new>
@@ -39,6 +40,7 @@ bool CWriteVSMNotifyMsg::FillData() {
   if (!message_) return false;
   BeginDocument();
   AddHead();
+  LoseUnread();
   FillNotifyItem();
   FillNotifyItemWithID();
   AddTail();
@@ -61,6 +63,16 @@ void CWriteVSMNotifyMsg::FillNotifyType(LONG type) {
   Put("<type>");
   PutBytes(TypeName(type));
   Put("</type>\r\n");
+}
+
+void CWriteVSMNotifyMsg::LoseUnread() {
+  const CVSMNotifyMsg& message = *message_;
+  LosesOf(nullptr, message.GetName());
+  LoseIf(message.GetNotifyType() != 0, "type does not come back");
+  LoseIf(!message.GetParent() && message.GetParentID(), "parentId does not come back");
+  LoseIf(!message.GetOldParent() && message.GetOldParentID(), "oldParentId does not come back");
+  LoseIf(!message.GetRefItem() && (message.GetRefItemID() || message.GetRefItemType()),
+         "refItemId, refItemType do not come back");
 }
 
 void CWriteVSMNotifyMsg::FillNotifyItemWithID() {
@@ -96,12 +108,14 @@ void CWriteVSMNotifyMsg::AddTail() {
 
 namespace {
 
+using namespace xml;
+
 struct Notification {
-  std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)> message{nullptr, CVSMNotifyMsg::Delete};
-  CVSMNotifyMsg* item = nullptr;  // the message while its element is being read
+  OwnedPointer<CVSMNotifyMsg, FreeWith<CVSMNotifyMsg::Delete>> message;
+  CVSMNotifyMsg* item = nullptr;  // the message whose element is being read, or null
 
   void Begin() {
-    message.reset(CVSMNotifyMsg::New());
+    message.Assign(CVSMNotifyMsg::New());
     if (!message) throw std::bad_alloc();
     item = message.get();
   }
@@ -115,19 +129,33 @@ constexpr Field<CVSMNotifyMsg> kRefItemFields[] = {{"id", Text<&CVSMNotifyMsg::S
                                                    {"type", Text<&CVSMNotifyMsg::SetRefItemType>}};
 
 template <auto Apply>
-constexpr auto TextToItem = TextTo<&Notification::item, Apply, Notification>;
+constexpr auto TextToItem = TextTo<&Notification::item, Apply, nullptr, Notification>;
 template <auto Apply, auto& Fields>
 constexpr auto AllToItem = TextAndAttributesTo<&Notification::item, Apply, Fields, Notification>;
 
+void Type(Notification&, const Element& element) {
+  NoLoss(element);
+  if (element.report() && !IsNamed(element.Text().view(), "UNKNOWN"))
+    element.report()->Lose(LossKind::kNotKept, "the type is not read and comes back as UNKNOWN");
+}
+
+void BeginMessage(Notification& notification, const Element& element) {
+  if (element.report() && notification.message)
+    element.report()->Lose(LossKind::kRepeated,
+                           "'item' is repeated, and only the last of them is kept");
+  BeginItem(notification, element);
+}
+
 constexpr ScopedElement<Notification> kElements[] = {
     {kAnywhere, "vsmnotify", EndItem, kNotify},
-    {kAnywhere, "item", BeginItem, kItem, EndItem},
+    {kAnywhere, "item", BeginMessage, kItem, EndItem},
     {kItem, "parent", AllToItem<&CVSMNotifyMsg::SetParent, kParentFields>},
     {kItem, "oldparent", AllToItem<&CVSMNotifyMsg::SetOldParent, kOldParentFields>},
     {kItem, "refitem", AllToItem<&CVSMNotifyMsg::SetRefItem, kRefItemFields>},
     {kItem, "title", TextToItem<&CVSMNotifyMsg::SetName>},
     {kItem, "description", TextToItem<&CVSMNotifyMsg::SetDesc>},
     {kItem, "guid", TextToItem<&CVSMNotifyMsg::SetUUID>},
+    {kItem, "type", Type},
     {kItem, "link", TextToItem<&CVSMNotifyMsg::SetLink>},
 };
 
@@ -137,7 +165,9 @@ CReadVSMNotify::~CReadVSMNotify() = default;
 
 void CReadVSMNotify::InvokeParser(XmlNode root) {
   Notification notification;
-  if (IsRootNamed(root, "vsmnotify")) ReadChildren(kElements, notification, root, kNotify);
+  if (IsRootNamed(root, "vsmnotify"))
+    ReadChildren(kElements, notification, Reported(root), kNotify);
+  // Checked before the result of an earlier load is replaced.
   ThrowIfTextsWereLost();
   message_ = std::move(notification.message);
 }

@@ -1,3 +1,4 @@
+// Notification messages.
 #include "vosmere/notify/notify_msg.h"
 
 #include <new>

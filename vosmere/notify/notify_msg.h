@@ -1,3 +1,4 @@
+// Notification messages.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -6,21 +7,23 @@
 
 namespace vosmere {
 
-/// One notification: what happened to which item of the user's data, and what else it concerns.
+/// A notification: what happened to an item of the user's data, and what else it concerns.
 ///
-/// Texts are copied; null clears. A getter's text is null until it is set, and lives until it is
-/// set again. When memory runs out in a setter, the old text stays. One thread at a time.
+/// Setters copy their text; null makes the field null, as it is in a new message. A returned text
+/// is owned by the message and valid until it is set again. When memory runs out in a setter, the
+/// old text stays and LostTexts counts it. Not thread-safe.
 class VOSMERE_API CVSMNotifyMsg {
  public:
-  /// An empty message of type 0; null when memory runs out.
+  /// A new message of type 0 without texts; null when memory runs out.
   static CVSMNotifyMsg* New();
-  /// Null is ignored.
+  /// Frees a message. Null is ignored.
   static void Delete(CVSMNotifyMsg* message);
 
   CVSMNotifyMsg(const CVSMNotifyMsg&) = delete;
   CVSMNotifyMsg& operator=(const CVSMNotifyMsg&) = delete;
 
-  /// What happened. The number is the sender's and the receiver's affair.
+  /// What happened. The sender and the receiver agree on the numbers; the document has names for
+  /// some of them (notification_document.h).
   void SetNotifyType(LONG type) { notifyType_ = type; }
   LONG GetNotifyType() const { return notifyType_; }
 
@@ -31,11 +34,11 @@ class VOSMERE_API CVSMNotifyMsg {
   WChar* GetDesc() const { return description_.get(); }
   void SetLink(const WChar* link) { link_.AssignOrNull(link); }
   WChar* GetLink() const { return link_.get(); }
-  /// Its identity.
+  /// The item's identity.
   void SetUUID(const WChar* uuid) { uuid_.AssignOrNull(uuid); }
   WChar* GetUUID() const { return uuid_.get(); }
 
-  // Where it is, and where it was, by name and identity.
+  // The item's parent, and the parent before it was moved: name and identity.
   void SetParent(const WChar* name) { parent_.AssignOrNull(name); }
   WChar* GetParent() const { return parent_.get(); }
   void SetParentID(const WChar* id) { parentID_.AssignOrNull(id); }
@@ -45,7 +48,7 @@ class VOSMERE_API CVSMNotifyMsg {
   void SetOldParentID(const WChar* id) { oldParentID_.AssignOrNull(id); }
   WChar* GetOldParentID() const { return oldParentID_.get(); }
 
-  // Another item that it refers to.
+  // Another item that the message refers to.
   void SetRefItem(const WChar* name) { refItem_.AssignOrNull(name); }
   WChar* GetRefItem() const { return refItem_.get(); }
   void SetRefItemID(const WChar* id) { refItemID_.AssignOrNull(id); }

@@ -1,3 +1,4 @@
+// Builds the whole page in memory first, so that an existing file is not truncated in vain.
 #include "vosmere/pages/note_html.h"
 
 #include <string>
@@ -12,6 +13,7 @@
 namespace vosmere {
 namespace {
 
+/// Collects the page as UTF-16.
 class Page {
  public:
   void Add(std::string_view ascii) { text_.insert(text_.end(), ascii.begin(), ascii.end()); }
@@ -45,7 +47,7 @@ bool CWriteNoteHtml::WriteToFile(CBaseNode* item, const WChar* path) {
   page.Add(WideView(date));
   page.Add("</font></body><html>");
   const std::string bytes = page.Utf8();
-  if (!OpenFile(path)) return false;  // from here on no memory is needed
+  if (!OpenFile(path)) return false;  // only now, because memory may have run out before
   Write(bytes.data(), bytes.size());
   CloseFile();
   return true;

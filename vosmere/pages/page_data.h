@@ -1,3 +1,4 @@
+// The texts with which a published page is presented.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,9 +6,10 @@
 
 namespace vosmere {
 
-/// How a published page presents itself: a loose record of eight texts. Texts are copied; null
-/// clears. A text is absent (null) until it is set, which is not the same as empty. When memory
-/// runs out in a setter, the old text stays.
+/// The texts with which a published page is presented. Setters copy their text; null makes the
+/// field null, as it is in a new record. A text that is null is absent, which is not the same as
+/// empty. When memory runs out in a setter, the old text stays and LostTexts counts it. A returned
+/// text is owned by the record and valid until it is set again. Not thread-safe.
 class VOSMERE_API CPageData {
  public:
   CPageData() = default;

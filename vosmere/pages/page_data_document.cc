@@ -1,10 +1,11 @@
+// The page data document: its writer, then its reader.
 #include "vosmere/pages/page_data_document.h"
 
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "vosmere/xml/reader_fields.h"
+#include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {
 
@@ -57,15 +58,25 @@ void CWritePageDataXML::FillText(const WChar* value, const char* elementName) {
 
 namespace {
 
-constexpr Field<CPageData> kTexts[] = {
-    {"pageTitle", Text<&CPageData::SetPageTitle>},
-    {"brand", Text<&CPageData::SetBrand>},
-    {"brandLink", Text<&CPageData::SetBrandLink>},
-    {"desc", Text<&CPageData::SetDescription>},
-    {"indexTitle", Text<&CPageData::SetIndexTitle>},
-    {"contentTitle", Text<&CPageData::SetContentTitle>},
-    {"rootNodeTitle", Text<&CPageData::SetRootNodeTitle>},
-    {"templateName", Text<&CPageData::SetTemplateName>},
+using namespace xml;
+
+struct Page {
+  CPageData* data;
+};
+enum Scope : unsigned { kPage = 1 };
+
+template <auto Setter>
+constexpr auto TextToPage = TextTo<&Page::data, Setter, nullptr, Page>;
+
+constexpr ScopedElement<Page> kElements[] = {
+    {kPage, "pageTitle", TextToPage<&CPageData::SetPageTitle>},
+    {kPage, "brand", TextToPage<&CPageData::SetBrand>},
+    {kPage, "brandLink", TextToPage<&CPageData::SetBrandLink>},
+    {kPage, "desc", TextToPage<&CPageData::SetDescription>},
+    {kPage, "indexTitle", TextToPage<&CPageData::SetIndexTitle>},
+    {kPage, "contentTitle", TextToPage<&CPageData::SetContentTitle>},
+    {kPage, "rootNodeTitle", TextToPage<&CPageData::SetRootNodeTitle>},
+    {kPage, "templateName", TextToPage<&CPageData::SetTemplateName>},
 };
 
 }  // namespace
@@ -86,12 +97,13 @@ void CReadPageDataXML::ProcessElementNode(XmlNode node) {
 
 void CReadPageDataXML::ProcessElmRootScope(const XmlNode& node) {
   if (!data_ || !IsRootNamed(node, "vsmpagedata")) return;
-  for (XmlNode child = node.FirstChild(); child; child = child.NextSibling())
-    if (child.Type() == kXmlElement) ProcessElmItemScope(child);
+  Page page{data_};
+  ReadChildren(kElements, page, Reported(node), kPage);
 }
 
 void CReadPageDataXML::ProcessElmItemScope(const XmlNode& node) {
-  ApplyField(kTexts, *data_, node.Name().view(), node.Text().c_str());
+  Page page{data_};
+  ReadElement(kElements, page, Reported(node), kPage);
 }
 
 }  // namespace vosmere

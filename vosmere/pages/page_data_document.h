@@ -1,3 +1,4 @@
+// Writes and reads the document that stores the texts of a published page.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,13 +8,14 @@
 
 namespace vosmere {
 
-/// Writes the texts of a page, empty ones too; those that are null are left out.
+/// Writes the texts of a page. Those that are null are left out, empty ones are written.
 ///
-/// Intended: its lines end with a lone LF, the root element's excepted; the files have always been
-/// so.
+/// Intended: lines end with a lone LF, except that of the root element's start tag, as they always
+/// have.
 class VOSMERE_API CWritePageDataXML : public CWriteXML {
  public:
-  /// The record to write, which must outlive the writing. Without one the document is empty.
+  /// The record to write, not owned; it must outlive the writing. If it is null, the document is
+  /// empty.
   explicit CWritePageDataXML(CPageData* data) : data_(data) {}
   ~CWritePageDataXML() override;
 
@@ -23,24 +25,26 @@ class VOSMERE_API CWritePageDataXML : public CWriteXML {
   void AddHead();
   void AddTail();
   void FillPageData();
-  /// One element, with its line end. Nothing for a null text, for one that cannot be converted, and
-  /// for a name of 125 bytes or more.
+  /// Writes one element and its line end. Writes nothing for a null text, for a text that cannot be
+  /// converted to UTF-8, and for a name of 125 bytes or more.
   void FillText(const WChar* value, const char* elementName);
 
  private:
   CPageData* data_;
 };
 
-/// Reads the texts of a page into a record that is there already. What the document does not say
-/// stays as it was, and so does everything when the root element is not "vsmpagedata".
+/// Reads the texts of a page into an existing record. Texts that are not in the document keep their
+/// value; if the root element is not "vsmpagedata", all do.
 class VOSMERE_API CReadPageDataXML : public CReadXML {
  public:
-  /// The record to fill, which must outlive the reading; null is for seeing whether documents load.
+  /// The record to fill, not owned; it must outlive the reading. It may be null to check whether a
+  /// document loads.
   explicit CReadPageDataXML(CPageData* data) : data_(data) {}
   ~CReadPageDataXML() override;
 
-  /// False leaves the record as it is, unless memory ran out on the way: then what was read by then
-  /// is in it.
+  /// Loads a file into the record. Returns false when the document does not load (LastError has the
+  /// reason). The record is not changed then, except when memory ran out: it has the texts that
+  /// were read before.
   bool ReadFile(const WChar* path) { return LoadFile(path); }
 
  protected:

@@ -1,3 +1,4 @@
+// The hook in front of the platform's security zones.
 #include "vosmere/platform/security_zone.h"
 
 #include <atomic>

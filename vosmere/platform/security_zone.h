@@ -1,4 +1,4 @@
-// Security zones: how far an address is trusted, the higher the less.
+// Security zones of addresses. The higher the number, the less an address is trusted.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -6,31 +6,34 @@
 
 namespace vosmere {
 
+/// The numbers are those of Windows.
 inline constexpr LONG kZoneLocalMachine = 0;
 inline constexpr LONG kZoneIntranet = 1;
 inline constexpr LONG kZoneInternet = 3;
 inline constexpr LONG kZoneUnknown = 5;
 
-/// The zone of an address by the check that is set, else by the platform. Null is an empty address.
+/// The zone of an address, from the check set with SetSecurityZoneCheck or else from
+/// SystemSecurityZone. Null is treated as an empty address.
 VOSMERE_API LONG SecurityZone(const WChar* url);
 
-/// The platform's answer.
+/// The zone of an address according to the platform.
 ///
-/// On Windows that of the system's security manager, which knows the user's settings; an address
-/// that it has no zone for is of no known zone. A thread without COM is given it for the length of
-/// the call, and keeps none.
+/// On Windows it is the answer of the system's security manager, which knows the user's settings,
+/// and kZoneUnknown for an address without a zone. A thread that has not initialised COM gets it
+/// initialised for the duration of the call only.
 ///
-/// Elsewhere the address itself decides. A path, or a `file` address without another host, is the
-/// local machine's. An `http`, `https` or `ftp` address whose host is a name without a dot or a
-/// loopback address is of the intranet, and so is a network path to such a host. All else is of the
-/// Internet. What others may take for another host (a bare number, percent signs, backslashes,
-/// letters beyond ASCII) is of the Internet too.
+/// On other systems only the text of the address decides. A path, and a `file` address without a
+/// remote host, is on the local machine. An `http`, `https` or `ftp` address belongs to the
+/// intranet if its host is a name without a dot or a loopback address; so does a network path to
+/// such a host. Everything else belongs to the Internet. This includes hosts that other programs
+/// may interpret differently: plain numbers, and names with percent signs, backslashes or letters
+/// beyond ASCII.
 VOSMERE_API LONG SystemSecurityZone(const WChar* url);
 
-/// Lets an embedding program that knows better answer instead; null restores the platform's. The
-/// check may be called on several threads at once, and must not throw. CTabUrlData (tab_url.h)
-/// calls it with its lock held: it must not wait for a thread that uses the same tab, nor change
-/// that tab itself.
+/// Sets a function that SecurityZone calls instead of asking the platform; null restores the
+/// platform's answer. The function may be called on several threads at once and must not throw.
+/// CTabUrlData (tab_url.h) calls it while holding its lock, so it must neither wait for a thread
+/// that uses the same tab nor change that tab.
 VOSMERE_API void SetSecurityZoneCheck(LONG (*check)(const WChar* url));
 
 }  // namespace vosmere

@@ -1,23 +1,31 @@
-// The library's trace: one line at a time to a hook, nothing by default.
+// The library's trace: lines for developers, which go to a hook; by default they are dropped.
 #pragma once
 
-#include <string>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
 
-/// Receives every trace line as UTF-8, its line end included. Called on the thread that traces,
-/// possibly on several at once; it must not throw. Null restores the default: nothing is written.
+/// Sets the function that receives every trace line: null-terminated UTF-8 with its line end, valid
+/// during the call. It is called on the thread that traces, possibly on several threads at once,
+/// and must not throw. Null restores the default: nothing is written.
 VOSMERE_API void SetTraceHook(void (*hook)(const char* utf8Line));
 
 namespace detail {
 
-VOSMERE_API bool TraceWanted();
-VOSMERE_API void TraceFormatted(const char* format, ...);
-VOSMERE_API std::string TraceText(const WChar* text);
+/// Null when memory runs out.
+using TracedText = OwnedPointer<char, WithArrayDelete>;
 
+/// Whether a hook is set.
+VOSMERE_API bool TraceWanted();
+/// Formats a line and passes it to the hook. A line that is too long is cut.
+VOSMERE_API void TraceFormatted(const char* format, ...);
+/// The start of a UTF-16 text in UTF-8; empty for null, and when memory runs out.
+VOSMERE_API TracedText TraceText(const WChar* text);
+
+/// TraceHold converts an argument and keeps the result alive during the call; TraceArgument gives
+/// the form that printf takes.
 inline auto TraceHold(const WChar* text) {
   return TraceText(text);
 }
@@ -28,8 +36,8 @@ template <class Value>
 auto TraceHold(Value value) {
   return value;
 }
-inline const char* TraceArgument(const std::string& text) {
-  return text.c_str();
+inline const char* TraceArgument(const TracedText& text) {
+  return text ? text.get() : "";
 }
 template <class Value>
 Value TraceArgument(Value value) {
@@ -38,7 +46,8 @@ Value TraceArgument(Value value) {
 
 }  // namespace detail
 
-/// Traces in the printf style; a wide text goes with %s. Costs one test when no hook is set.
+/// Traces a line in the style of printf. UTF-16 texts are passed for %s; null is empty. Costs a
+/// single test when no hook is set.
 template <class... Arguments>
 void Trace(const char* format, Arguments... arguments) {
   if (!detail::TraceWanted()) return;

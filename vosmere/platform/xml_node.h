@@ -1,3 +1,4 @@
+// XmlText, XmlNode and XmlAttributes: read access to a loaded XML document.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +10,8 @@
 
 namespace vosmere {
 
-/// Node types by their DOM numbers. Other numbers occur (an entity reference is 5).
+/// Node types with their DOM numbers. Other numbers occur too, for example 5 for an entity
+/// reference.
 enum XmlNodeType : int {
   kXmlElement = 1,
   kXmlText = 3,
@@ -18,12 +20,14 @@ enum XmlNodeType : int {
   kXmlComment = 8,
 };
 
-/// A zero-terminated text out of a document: either the document's own memory or a system string
-/// that goes with this object. Valid as long as both it and the document live.
+/// A null-terminated text from a document. It is either borrowed from the document's memory or a
+/// system string that this object owns; it is valid while both this object and the document exist.
 class XmlText {
  public:
   XmlText() = default;
+  /// `borrowed` has to be null-terminated and is not copied.
   explicit XmlText(WideView borrowed) : view_(borrowed) {}
+  /// Takes ownership of a system string; null is the empty text.
   explicit XmlText(BSTR owned) : view_(owned, SysStringLen(owned)), owned_(owned) {}
   XmlText(XmlText&& other) noexcept : view_(other.view_), owned_(other.owned_) {
     other.view_ = {};
@@ -38,8 +42,9 @@ class XmlText {
     if (owned_) SysFreeString(owned_);
   }
 
+  /// The text with its length.
   WideView view() const { return view_; }
-  /// Never null.
+  /// The text as a null-terminated pointer, never null.
   const WChar* c_str() const { return view_.data ? view_.data : kEmpty; }
   bool empty() const { return view_.empty(); }
 
@@ -50,8 +55,10 @@ class XmlText {
   BSTR owned_ = nullptr;
 };
 
-/// A cheap handle on a node of a loaded document, valid while the document is. Copies name the same
-/// node. An operation throws DocumentFailure (base/document_error.h) when the platform refuses it.
+/// A handle to a node of a loaded document, cheap to copy and valid while the document exists.
+/// Copies refer to the same node. Operations throw DocumentFailure (base/document_error.h) when the
+/// platform's parser fails. Apart from Type and the test for null, operations on a null handle are
+/// undefined.
 class VOSMERE_API XmlNode {
  public:
   XmlNode() = default;
@@ -68,15 +75,16 @@ class VOSMERE_API XmlNode {
     if (counted_) Release();
   }
 
+  /// False for a null handle.
   explicit operator bool() const { return handle_ != nullptr; }
 
-  /// An XmlNodeType or another DOM number; 0 for a null handle.
+  /// The node's type, an XmlNodeType or another DOM number; 0 for a null handle.
   int Type() const { return type_; }
-  /// The whole name, prefix included; "#text" and the like for nodes without one.
+  /// The qualified name, with its prefix. Nodes without a name give "#text" and the like.
   XmlText Name() const;
-  /// All text inside the node, at any depth.
+  /// All text inside an element at any depth, concatenated; the content of any other node.
   XmlText Text() const;
-  /// Null handles at the end.
+  /// The first child and the next sibling; a null handle when there is none.
   XmlNode FirstChild() const;
   XmlNode NextSibling() const;
 
@@ -94,11 +102,11 @@ class VOSMERE_API XmlNode {
 
   void* handle_ = nullptr;
   int type_ = 0;
-  bool counted_ = false;  // whether the platform counts the handles on a node
+  bool counted_ = false;  // whether the platform counts references to its nodes
 };
 
-/// Goes over the attributes of an element in document order (namespace declarations may stand
-/// together before or after the others):
+/// Iterates over the attributes of an element in document order. Namespace declarations may come
+/// all together before or after the others:
 ///
 ///     for (XmlAttributes attributes(element); attributes.Next();) use(attributes.Name());
 class VOSMERE_API XmlAttributes {
@@ -108,12 +116,15 @@ class VOSMERE_API XmlAttributes {
   XmlAttributes& operator=(const XmlAttributes&) = delete;
   ~XmlAttributes();
 
-  /// Steps to the first, then the next attribute; false after the last.
+  /// Moves to the first, then to the next attribute; false after the last.
   bool Next();
-  /// Of the current attribute, until the next step: its whole name, prefix included.
+  /// The qualified name of the current attribute, with its prefix; valid until the next call of
+  /// Next.
   const XmlText& Name() const { return name_; }
-  /// Whether its value is a text; it always is, unless the platform's DOM knows better.
+  /// Whether the value of the current attribute is a text. False only where the platform's DOM
+  /// reports another type.
   bool HasTextValue() const { return hasTextValue_; }
+  /// The value of the current attribute; valid until the next call of Next.
   const XmlText& Value() const { return value_; }
 
  private:

@@ -1,5 +1,7 @@
+// CBaseThread on top of the platform's Thread and Signals.
 #include "vosmere/sched/base_thread.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 
@@ -9,7 +11,9 @@
 namespace vosmere {
 namespace {
 
-/// A Run on the calling thread, which may be within a hook of another.
+/// One call of Run on the calling thread. Each thread keeps its calls in a list, because a hook may
+/// itself call Start with another object. The destructor of an object clears its entries here, so
+/// that Run can tell without touching the object whether a hook has destroyed it.
 struct Running {
   const CBaseThread* object;  // null when a hook has destroyed it
   Running* const outer = innermost;
@@ -29,10 +33,13 @@ thread_local Running* Running::innermost = nullptr;
 struct CBaseThread::Platform {
   Thread thread;
   Signals startGate{1};
-  std::stop_source stop;
+  std::atomic<int> loopTimeout = -1;
+  std::atomic<bool> active = false;
+  std::atomic<bool> killed = false;
+  std::atomic<bool> keepLooping = true;
 };
 
-CBaseThread::CBaseThread() : platform_(std::make_unique<Platform>()) {
+CBaseThread::CBaseThread() : platform_(new Platform) {
   OpenStartGate();
 }
 
@@ -43,21 +50,24 @@ CBaseThread::~CBaseThread() {
 
 void CBaseThread::KillThread() {
   if (!IsActive()) return;
-  killed_ = true;
+  // Before the start gate opens, so that the thread skips the remaining hooks.
+  platform_->killed = true;
+  // A thread cannot terminate itself here and return, and only Windows terminates a running thread.
   if (RunsHere() || !platform_->thread.Terminate()) RequestStop();
   handle_ = nullptr;
-  active_ = false;
+  platform_->active = false;
 }
 
 int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security) {
   Thread& thread = platform_->thread;
   if (!WaitForEnd(0)) return 0;
+  // Created suspended in any case: the members below have to be set before the hooks run.
   thread.Create(Start, this, stackSize, security);
   handle_ = thread.handle();
   threadId_ = thread.id();
-  killed_ = false;
-  active_ = true;
-  // Not before: it may end, and its object with it, before this thread goes on.
+  platform_->killed = false;
+  platform_->active = true;
+  // Resumed last: the thread may end, and destroy this object, before this call returns.
   const int result = static_cast<int>(reinterpret_cast<std::intptr_t>(handle_));
   if (!(flags & kCreateSuspended)) thread.Resume();
   return result;
@@ -71,14 +81,35 @@ int CBaseThread::Run() {
   Running run(this);
   PrevWork();
   if (run.object) platform_->startGate.Wait();
-  if (run.object && !killed_) DoWork();
-  if (run.object && !killed_) PostWork();
-  if (run.object) active_ = false;  // the last touch: whoever sees it may destroy the object
+  if (run.object && !platform_->killed) DoWork();
+  if (run.object && !platform_->killed) PostWork();
+  // The last access: another thread may then destroy the object.
+  if (run.object) platform_->active = false;
   return 0;
 }
 
 ULONG CBaseThread::ResumeThread() {
   return platform_->thread.Resume();
+}
+
+void CBaseThread::StopDoWorkLoop() {
+  platform_->keepLooping = false;
+}
+
+bool CBaseThread::KeepLooping() const {
+  return platform_->keepLooping;
+}
+
+void CBaseThread::SetLoopTimeout(int milliseconds) {
+  platform_->loopTimeout = milliseconds;
+}
+
+int CBaseThread::GetLoopTimeout() const {
+  return platform_->loopTimeout;
+}
+
+bool CBaseThread::IsActive() const {
+  return platform_->active;
 }
 
 bool CBaseThread::WaitForEnd(int milliseconds) {
@@ -100,13 +131,10 @@ void CBaseThread::OpenStartGate() {
   platform_->startGate.Set(0);
 }
 
-std::stop_token CBaseThread::GetStopToken() const {
-  return platform_->stop.get_token();
-}
-
 void CBaseThread::StopAndWait() {
   if (RunsHere()) return;
   RequestStop();
+  // A thread that is still suspended would never end.
   ResumeThread();
   WaitForEnd(-1);
 }
@@ -123,7 +151,7 @@ bool CBaseThread::RunsHere() const {
 
 void CBaseThread::RequestStop() {
   StopDoWorkLoop();
-  platform_->stop.request_stop();
+  if (wake_) wake_(this);
   OpenStartGate();
 }
 

@@ -1,131 +1,143 @@
+// CBaseThread, the base class of the library's worker threads.
 #pragma once
 
-#include <atomic>
-#include <memory>
-#include <stop_token>
-
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 struct _SECURITY_ATTRIBUTES;
 
 namespace vosmere {
 
-/// The system's record of that name on Windows; elsewhere there is none, and the pointer is null.
+/// The Windows structure of that name. It is not declared on other systems, where callers pass
+/// null.
 using SECURITY_ATTRIBUTES = ::_SECURITY_ATTRIBUTES;
 
-/// The creation flag that leaves a new thread waiting for ResumeThread; the system's own value.
+/// Creation flag: the new thread stays suspended until ResumeThread. The value is that of Windows.
 inline constexpr ULONG kCreateSuspended = 4;
 
 /// A worker thread. A subclass supplies the work as three hooks, which run on the new thread in
-/// this order: PrevWork, then, once the start gate is open, DoWork, then PostWork. A hook that lets
-/// an exception out ends the program, as with any thread.
+/// this order: PrevWork, then, once the start gate is open, DoWork, then PostWork. An exception
+/// that leaves a hook terminates the program, as with any thread.
 ///
 /// The destructor neither stops the thread nor waits for it, so the object has to outlive its
 /// thread: destroy it when IsActive has become false or WaitForEnd has returned true. The thread
-/// itself may destroy its object within a hook; then nothing of the object is touched any more, and
-/// the hooks that were still to come do not run. One object runs one thread; a stopped one is not
-/// started again.
+/// itself may destroy its object within a hook; nothing of the object is touched afterwards, and
+/// the remaining hooks do not run. One object runs one thread, and a stopped object is not started
+/// again.
 ///
-/// The hooks run on the new thread, everything else belongs to the owner's; IsActive and
-/// StopDoWorkLoop may be called from any.
+/// IsActive and StopDoWorkLoop may be called from any thread. All other public operations belong to
+/// the thread that owns the object.
 class VOSMERE_API CBaseThread {
  public:
-  /// Throws std::bad_alloc.
+  /// Throws std::bad_alloc when memory or the system's event objects run out.
   CBaseThread();
   CBaseThread(const CBaseThread&) = delete;
   CBaseThread& operator=(const CBaseThread&) = delete;
   virtual ~CBaseThread();
 
-  /// On Windows the thread ends where it stands, with exit code 0 and no PostWork, and its handle
-  /// is closed: a lock that it holds stays taken for ever, and what it allocated is lost.
-  /// Elsewhere, and on the thread itself, it is a request: the loop is told to stop, the start gate
-  /// opens, PostWork will not run, and every lock finds its owner, because the thread ends by
-  /// itself; see WaitForEnd before destroying the object. Either way the object is not active
-  /// afterwards. Nothing happens unless it was.
+  /// Ends the thread by force on Windows and by request elsewhere. Either way the object is not
+  /// active afterwards. Does nothing unless it was active.
+  ///
+  /// On Windows the thread is terminated wherever it is, with exit code 0 and without PostWork, and
+  /// its handle is closed. A lock that it holds stays locked for ever, and memory that it allocated
+  /// is leaked.
+  ///
+  /// On other systems, and when the thread calls this itself, it is a request: KeepLooping becomes
+  /// false, the start gate opens and PostWork will not run. The thread ends by itself and so
+  /// releases its locks. Call WaitForEnd before destroying the object.
   virtual void KillThread();
 
-  /// Starts the thread. `flags` is 0 or kCreateSuspended, `stackSize` in bytes (at least so many; 0
-  /// for the platform's usual size), `security` counts on Windows only and may be null. The result
-  /// is the handle as a number, which is never 0; 0 when the platform had no thread to give, and
-  /// while an earlier thread of the object has not ended (nothing changes then).
-  /// Intended: the object is active afterwards even if no thread could be made, so that it is the
-  /// result that tells.
+  /// Starts the thread. `flags` is 0 or kCreateSuspended. `stackSize` is the minimum in bytes, 0
+  /// for the platform's default. `security` is used on Windows only and may be null. Returns the
+  /// handle as a number, which is never 0. Returns 0 when the platform cannot create a thread, and
+  /// while an earlier thread of the object has not ended; in that case nothing changes.
+  /// Intended: the object is active afterwards even if no thread could be created, so test the
+  /// result rather than IsActive.
   int CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTRIBUTES* security);
 
-  /// The thread's entry: runs the object's hooks. On a thread that the program has from elsewhere
-  /// it does so, too, but killing, waiting and IsActive are for those of CreateThread.
+  /// The thread's entry function: runs the hooks of `object`, a CBaseThread, and returns 0. It may
+  /// also be called on a thread that was created by other means, but KillThread, WaitForEnd and
+  /// IsActive then do not apply to that thread.
   static unsigned int Start(void* object);
 
-  /// Lets a thread go on that was created suspended. How often it was suspended until now: 1 for
-  /// the call that sets it going, 0 when it ran already, 0xFFFFFFFF without a thread.
+  /// Resumes a thread that was created suspended. Returns the previous suspend count: 1 when this
+  /// call lets the thread run, 0 when it ran already, 0xFFFFFFFF when there is no thread.
   ULONG ResumeThread();
 
-  /// Tells the work to end at its next look at KeepLooping. Not taken back.
-  void StopDoWorkLoop() { keepLooping_ = false; }
+  /// Makes KeepLooping return false, which ends the loop of a subclass at its next check. It cannot
+  /// be undone.
+  void StopDoWorkLoop();
 
-  /// How long the loop of a subclass may wait at a time, in milliseconds; -1, as at first, is for
-  /// ever. The class itself does nothing with it.
-  void SetLoopTimeout(int milliseconds) { loopTimeout_ = milliseconds; }
+  /// How long the loop of a subclass may wait at a time, in milliseconds; -1, the default, means
+  /// without limit. This class only stores the value.
+  void SetLoopTimeout(int milliseconds);
 
-  /// From CreateThread until the thread has run its hooks or is killed. Once it has become false by
-  /// itself, the thread touches the object no more.
-  bool IsActive() const { return active_; }
+  /// True from CreateThread until the thread has run its hooks or is killed. Once it has become
+  /// false without KillThread, the thread does not touch the object any more.
+  bool IsActive() const;
 
-  /// On Windows the thread's handle, which KillThread alone closes: when the thread has ended by
-  /// itself it is the caller's to close. Elsewhere the system's number of the thread. Null before
+  /// On Windows the thread's handle. Only KillThread closes it; the caller closes the handle of a
+  /// thread that has ended by itself. Elsewhere the system's thread number. Null before
   /// CreateThread and after KillThread.
   void* GetHandle() const { return handle_; }
+  /// The system's thread number, which remains after KillThread; 0 before CreateThread.
   unsigned int GetThreadID() const { return threadId_; }
 
-  /// Waits, at most so many milliseconds (-1: for ever), until the thread has ended; whether it
-  /// has. True when there is no thread, false at once on the thread itself. A thread that was never
-  /// resumed does not end.
+  /// Waits up to `milliseconds` (-1: without limit) for the thread to end, and returns whether it
+  /// has ended. True when there is no thread. False at once when called on the thread itself. A
+  /// thread that was never resumed does not end.
   bool WaitForEnd(int milliseconds);
 
  protected:
+  /// Runs on the new thread before the start gate. Does nothing by default.
   virtual void PrevWork();
+  /// The work. A loop in it should run only while KeepLooping returns true.
   virtual void DoWork() = 0;
+  /// Runs after DoWork, unless the thread was killed. Does nothing by default.
   virtual void PostWork();
 
-  /// The thread's body: PrevWork, the start gate, DoWork, PostWork. Its result is the thread's exit
-  /// code, 0.
+  /// The thread's body: PrevWork, the start gate, DoWork, PostWork. Returns the thread's exit code,
+  /// 0.
   int Run();
 
-  bool KeepLooping() const { return keepLooping_; }
-  int GetLoopTimeout() const { return loopTimeout_; }
+  bool KeepLooping() const;
+  int GetLoopTimeout() const;
 
-  /// The start gate is open at first. Closed, it holds the thread between PrevWork and DoWork.
+  /// The start gate is open by default. While it is closed, the thread waits between PrevWork and
+  /// DoWork.
   void CloseStartGate();
   void OpenStartGate();
 
-  /// What a DoWork that sleeps registers a std::stop_callback with, to be woken when it should end:
-  /// by StopAndWait, and where killing is a request.
-  std::stop_token GetStopToken() const;
+  /// How a DoWork that sleeps is woken when it should end. StopAndWait calls `wake`, and so does
+  /// KillThread where killing is a request, whether the thread sleeps or not. Null, as at first, is
+  /// nothing. Set before the thread starts.
+  void SetWaker(void (*wake)(CBaseThread* self)) { wake_ = wake; }
 
-  /// Ends the loop and waits for the thread, also for one that is suspended or held at the gate; no
-  /// hook is interrupted. Does nothing on the thread itself. For destructors: each subclass whose
-  /// thread may still run calls it first thing in its own, because afterwards the object's virtual
-  /// operations are no longer those of the subclass.
+  /// Ends the loop and waits for the thread, even if it is suspended or waits at the start gate. No
+  /// hook is interrupted. Does nothing on the thread itself.
+  ///
+  /// For destructors: each subclass whose thread may still run calls it first in its own
+  /// destructor. Later would be too late, because the object's virtual operations are then no
+  /// longer those of the subclass.
   void StopAndWait();
 
-  /// The object whose hooks the calling thread runs, of several the one that was started last. Null
-  /// elsewhere, and as soon as a hook has destroyed it.
+  /// The object whose hooks the calling thread is running; the innermost one when Start is nested.
+  /// Null on any other thread, and as soon as a hook has destroyed the object.
   static const CBaseThread* Current();
 
  private:
   struct Platform;
 
+  /// Whether the calling thread is running a hook of this object.
   bool RunsHere() const;
+  /// Asks the loop to end, and wakes the thread up where it sleeps or waits at the start gate.
   void RequestStop();
 
-  std::unique_ptr<Platform> platform_;
-  std::atomic<int> loopTimeout_ = -1;
+  OwnedPointer<Platform> platform_;
+  void (*wake_)(CBaseThread* self) = nullptr;
   void* handle_ = nullptr;
   unsigned int threadId_ = 0;
-  std::atomic<bool> active_ = false;
-  std::atomic<bool> killed_ = false;
-  std::atomic<bool> keepLooping_ = true;
 };
 
 }  // namespace vosmere

@@ -1,6 +1,9 @@
+// CTimeEventQueue: a chain in time order, with a heap for the events that are inserted out of
+// order.
 #include "vosmere/sched/event_queue.h"
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <utility>
 
@@ -11,7 +14,8 @@
 namespace vosmere {
 namespace {
 
-/// Numbers that compare as times do: by seconds, then by milliseconds, whatever their size.
+/// The time of an event as one number. It orders by seconds, then by milliseconds, whatever their
+/// values; they are not limited to 0 to 999.
 std::int64_t Due(const CTimeEvent& event) {
   LONG seconds;
   int milliseconds;
@@ -53,18 +57,24 @@ bool CTimeEventQueue::InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** repl
   return Replace(FindSame(event), event, replaced, headChanged);
 }
 
-// For a heap whose front is the earliest.
+// Comparison for a heap with the earliest entry at its front. Equal times keep their insertion
+// order.
 bool CTimeEventQueue::Later(const Pending& a, const Pending& b) {
   return a.due != b.due ? a.due > b.due : a.item->order_ > b.item->order_;
 }
 
-/// The event's own item or, when that is in a queue, another one; null without memory for it.
+/// The event's own item or, when that is in a queue, another one; null when memory runs out. The
+/// flag is exchanged atomically, because another queue is guarded by another lock.
 CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
-  if (!event->item_.queued_.exchange(true, std::memory_order_relaxed)) return &event->item_;
-  return UnlessLost(static_cast<CEventItem*>(nullptr),
-                    [&] { return &further_.emplace_back(event); });
+  if (!std::atomic_ref(event->item_.queued_).exchange(true, std::memory_order_relaxed))
+    return &event->item_;
+  return UnlessLost(static_cast<CEventItem*>(nullptr), [&] {
+    return further_.emplace_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
+  });
 }
 
+// Returns whether the item became the head. The common cases need no walk: a new head, an append,
+// and the heap.
 bool CTimeEventQueue::Place(CEventItem* item) {
   FollowChanges();
   item->due_ = Due(*item->event);
@@ -80,7 +90,7 @@ bool CTimeEventQueue::Place(CEventItem* item) {
   return PlaceFromTheEnd(item);
 }
 
-/// False without memory.
+/// Adds the item to the heap. False when memory runs out.
 bool CTimeEventQueue::Postpone(CEventItem* item) {
   return UnlessNoMemory(false, [&] {
     item->order_ = ordered_++;
@@ -90,6 +100,8 @@ bool CTimeEventQueue::Postpone(CEventItem* item) {
   });
 }
 
+/// Walks the list from its end to the last item that is not later. Needed while the list is out of
+/// order, because the heap then does not give that place.
 bool CTimeEventQueue::PlaceFromTheEnd(CEventItem* item) {
   Settle();
   CEventItem* place = chain::Last(head_);
@@ -104,6 +116,9 @@ bool CTimeEventQueue::PlaceFromTheEnd(CEventItem* item) {
   return false;
 }
 
+/// Takes the item out of the list and keeps disorders_ correct. When the earliest pending entry is
+/// then earlier than the head, it becomes the head, so that reading the head never has to look into
+/// the heap.
 void CTimeEventQueue::Unlink(CEventItem* item) {
   CEventItem* const next = item->next;
   disorders_ -= IsEarlierThanBefore(item) + IsEarlierThanBefore(next);
@@ -119,19 +134,20 @@ void CTimeEventQueue::Unlink(CEventItem* item) {
 void CTimeEventQueue::Remove(CEventItem* item) {
   Unlink(item);
   if (item == &item->event->item_)
-    item->queued_.store(false, std::memory_order_relaxed);
+    std::atomic_ref(item->queued_).store(false, std::memory_order_relaxed);
   else
-    further_.remove_if([item](const CEventItem& other) { return &other == item; });
+    std::erase_if(further_, [item](const auto& other) { return other.get() == item; });
 }
 
 bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
   return item && item != head_ && item->due_ < item->prev->due_;
 }
 
-/// What is pending has its place from before the changes. An event with a further item may have
-/// changed without being counted.
+/// Updates the recorded times when queued events have changed theirs. Pending entries keep the
+/// place that their old times give them, so they are moved into the list first. The change counter
+/// does not see events with a further item, so those force a walk as well.
 void CTimeEventQueue::FollowChanges() {
-  const std::uint64_t changes = CTimeEvent::s_changes.load(std::memory_order_relaxed);
+  const std::uint64_t changes = CTimeEvent::Changes();
   if (std::exchange(changes_, changes) == changes && further_.empty()) return;
   Settle();
   disorders_ = 0;
@@ -141,8 +157,8 @@ void CTimeEventQueue::FollowChanges() {
   }
 }
 
-/// Moves all that is pending to its place in the list, latest first. Of equal ones those in the
-/// list were there before.
+/// Moves all pending entries to their places in the list, latest first, in a single walk from the
+/// end. Entries that are equal to an item of the list were inserted later and come after it.
 void CTimeEventQueue::Settle() {
   std::sort(pending_.begin(), pending_.end(), Later);
   CEventItem* place = chain::Last(head_);
@@ -153,7 +169,7 @@ void CTimeEventQueue::Settle() {
   pending_.clear();
 }
 
-/// The latest queued event that is the same job.
+/// The latest queued event that is the same job; null when there is none.
 CEventItem* CTimeEventQueue::FindSame(CTimeEvent* event) {
   Settle();
   for (CEventItem* item = chain::Last(head_); item; item = item->prev) {
@@ -163,6 +179,8 @@ CEventItem* CTimeEventQueue::FindSame(CTimeEvent* event) {
   return nullptr;
 }
 
+/// Inserts the event, in place of `match` unless that is null. The item is obtained first, so that
+/// nothing has changed when memory runs out.
 bool CTimeEventQueue::Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced,
                               bool* headChanged) {
   CTimeEvent* const old = match ? match->event : nullptr;

@@ -1,65 +1,75 @@
+// CTimeEventQueue, the events of a scheduler in the order in which they are due.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <vector>
 
 #include "vosmere/base/export.h"
 #include "vosmere/base/lock.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/sched/event_item.h"
 
 namespace vosmere {
 
 /// Events in the order in which they are due; equal times in the order of their insertion. The
-/// queue never owns the events; they live until they are taken out or the queue ends.
+/// queue never owns the events, which have to live until they are taken out or the queue is
+/// destroyed.
 ///
-/// Nothing here locks: whoever shares a queue holds its lock around every call.
+/// Not thread-safe by itself: callers that share a queue hold its lock (CKQSynch) around every
+/// call.
 ///
-/// An event finds its place when it is inserted: behind the last one that is not later, by the
-/// times that all have now. So the list is in time order as long as queued events keep their times;
-/// one whose time is changed keeps its place, and those behind it wait for it.
+/// An event is placed when it is inserted: after the last one that is not later, by the times that
+/// all events have at that moment. The list is in time order as long as queued events keep their
+/// times. An event whose time is changed while it is queued keeps its place, and the events after
+/// it wait for it.
 ///
-/// Queueing needs no memory, since an event brings its item along; only one that is in a queue
-/// already, or was when that queue ended, needs another. Without memory for that it is not queued,
-/// and LostTexts counts it.
+/// Queueing allocates nothing, because an event contains its item. Only an event that is in a queue
+/// already, or was when that queue was destroyed, needs a further item. When memory for that runs
+/// out, the event is not queued and LostTexts counts it.
 ///
-/// Events that come in any order wait in a heap until they are about to become the head or somebody
-/// looks at the list, so inserting one costs next to nothing. When a queued event's time was
-/// changed, the next insertion goes over the list once, and as long as the list is out of order
-/// each walks from its end. So they do while there is no memory for the heap, and they go over the
-/// list while an event is queued twice.
+/// Performance: events that are inserted out of order wait in a heap until they are about to become
+/// the head or the list is read, so inserting one takes logarithmic time. After the time of a
+/// queued event has changed, the next insertion walks the list once, and while the list is out of
+/// order every insertion walks it from the end. Insertions also walk from the end when memory for
+/// the heap runs out, and walk the whole list while an event is queued twice.
 class VOSMERE_API CTimeEventQueue : public CKQSynch {
  public:
   CTimeEventQueue() = default;
   ~CTimeEventQueue() override;
 
-  /// True when the event has become the head.
-  /// Intended: true also when the queue was empty and there was no memory.
+  /// Inserts the event in time order. Returns true when it has become the head.
+  /// Intended: also true when the queue was empty and memory for the item ran out.
   bool InsertEvent(CTimeEvent* event);
 
-  /// The earliest event, which stays; null when the queue is empty.
+  /// The earliest event, which stays in the queue; null when the queue is empty.
   CTimeEvent* GetPeepHeadEvent() const { return head_ ? head_->event : nullptr; }
-  /// Takes the earliest event out. Nothing happens to an empty queue.
+  /// Takes the earliest event out. Does nothing when the queue is empty.
   void RemoveHead();
 
-  /// The whole list, earliest first; null when empty. The items are the queue's, and the list holds
-  /// until the queue is changed. Takes as long as it takes to go over the list once.
+  /// The whole list, earliest first; null when the queue is empty. The queue owns the items, and
+  /// the list is valid until the queue is changed. Takes linear time.
   const CEventItem* GetHead();
 
-  /// Inserts the event in place of the latest queued one that is the same job (IsTheSameEvent), or
-  /// just inserts it when there is none. With `onlyIfEarlier` it replaces a strictly later event
-  /// only, without it an equal or earlier one only; otherwise the queued one stays, and the result
-  /// is false. `*replaced` is the event that had to go, now the caller's, or null. `*headChanged`
-  /// tells whether the new event became the head; that an old head went does not count. Without
-  /// memory nothing is changed and the result is false, but see InsertEvent for an empty queue.
-  /// Asks every queued event.
+  /// Replaces the latest queued event that is the same job (CTimeEvent::IsTheSameEvent), or inserts
+  /// the event when there is none. With `onlyIfEarlier` only a strictly later queued event is
+  /// replaced, without it only an equal or earlier one. Otherwise the queue is unchanged and the
+  /// result is false.
+  ///
+  /// `*replaced` receives the event that was taken out, which is now the caller's to dispose of, or
+  /// null. It is `event` itself when that was the match; it is then queued at its new time.
+  /// `*headChanged` receives whether the new event became the head; taking out an old head does not
+  /// count.
+  ///
+  /// When memory runs out, nothing changes and the result is false, except for an empty queue (see
+  /// InsertEvent). IsTheSameEvent is called for the queued events, latest first, until one matches.
   virtual bool InsertOrReplaceEvent(CTimeEvent* event, bool onlyIfEarlier, CTimeEvent** replaced,
                                     bool* headChanged);
-  /// The same, whatever the times.
+  /// Like InsertOrReplaceEvent, but replaces the match whatever the times are.
   virtual bool InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** replaced, bool* headChanged);
 
  private:
+  /// An entry of the heap: a queued event that has no place in the list yet.
   struct Pending {
     std::int64_t due;
     CEventItem* item;
@@ -79,11 +89,12 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   bool Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced, bool* headChanged);
 
   CEventItem* head_ = nullptr;
-  std::vector<Pending> pending_;  // a heap; none is earlier than the head
-  std::uint64_t ordered_ = 0;
-  std::uint64_t changes_ = 0;  // of queued events' times, at the last insertion
-  std::size_t disorders_ = 0;  // items earlier than those before them; with any, none is pending
-  std::list<CEventItem> further_;  // of events whose own item is in a queue already
+  std::vector<Pending> pending_;  // a heap; no entry is earlier than the head
+  std::uint64_t ordered_ = 0;     // the order_ of the next pending item
+  std::uint64_t changes_ = 0;     // CTimeEvent::s_changes at the last insertion
+  std::size_t disorders_ = 0;     // items earlier than their predecessor; if any, pending_ is empty
+  std::vector<OwnedPointer<CEventItem>>
+      further_;  // items for events whose own item is in a queue already
 };
 
 }  // namespace vosmere

@@ -1,9 +1,10 @@
+// CScheduleThread: the loop that sleeps until the head of the queue is due.
 #include "vosmere/sched/schedule_thread.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <stop_token>
+#include <memory>
 
 #include "vosmere/platform/internal/clock.h"
 #include "vosmere/platform/internal/signals.h"
@@ -14,16 +15,18 @@
 namespace vosmere {
 namespace {
 
-// The lower number is served first, but a stop never waits: it also clears the loop's own flag.
+// The numbers of the signals. Signals::Wait returns the lowest one that is set, so a busy queue
+// would delay kStop; StopThread therefore also makes KeepLooping false, which every pass checks.
 enum { kQueueChanged, kStop };
 
 using Clock = Signals::Clock;
 
-// So that a clock that was set forward is noticed.
+// The longest single wait. Deadlines are on the steady clock and events on the time of day, so only
+// waking up now and then shows that the time of day was set forward.
 constexpr std::chrono::minutes kLongestNap{1};
 
-/// Milliseconds until the event, which is later than now, can be due; at least 1. One with negative
-/// milliseconds is due when its second begins.
+/// Milliseconds until the event can be due, at least 1; the event is later than now. An event with
+/// negative milliseconds is due at the start of its second, because seconds are compared first.
 std::int64_t MillisecondsLeft(const CTimeEvent& event, const ClockMoment& now) {
   LONG seconds;
   int milliseconds;
@@ -32,6 +35,7 @@ std::int64_t MillisecondsLeft(const CTimeEvent& event, const ClockMoment& now) {
   return left + milliseconds > 0 ? left + milliseconds : left;
 }
 
+// An exception is stopped here: in a thread it would terminate the program.
 void DoJob(CTimeEvent* event) {
   try {
     event->DoEvent();
@@ -42,10 +46,16 @@ void DoJob(CTimeEvent* event) {
 
 }  // namespace
 
-CScheduleThread::CScheduleThread()
-    : deadline_(Clock::time_point::max()),
-      signals_(std::make_shared<Signals>(2)),
-      queue_(std::make_shared<CTimeEventQueue>()) {}
+/// Signals and queue outlive the scheduler where a job destroys it.
+struct CScheduleThread::State {
+  Clock::time_point deadline = Clock::time_point::max();
+  std::shared_ptr<Signals> signals = std::make_shared<Signals>(2);
+  std::shared_ptr<CTimeEventQueue> queue = std::make_shared<CTimeEventQueue>();
+};
+
+CScheduleThread::CScheduleThread() : state_(new State) {
+  SetWaker([](CBaseThread* self) { static_cast<CScheduleThread*>(self)->StopThread(); });
+}
 
 CScheduleThread::~CScheduleThread() {
   StopAndWait();
@@ -71,27 +81,31 @@ bool CScheduleThread::InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** repl
   });
 }
 
+CTimeEventQueue* CScheduleThread::GetQueue() const {
+  return state_->queue.get();
+}
+
 CTimeEvent* CScheduleThread::GetHeadEvent() {
-  const SynchGuard guard(*queue_);
-  CTimeEvent* const event = queue_->GetPeepHeadEvent();
-  queue_->RemoveHead();
+  const SynchGuard guard(*state_->queue);
+  CTimeEvent* const event = state_->queue->GetPeepHeadEvent();
+  state_->queue->RemoveHead();
   return event;
 }
 
 void CScheduleThread::StopThread() {
   StopDoWorkLoop();
-  signals_->Set(kStop);
+  state_->signals->Set(kStop);
 }
 
 void CScheduleThread::CheckEvent() {
-  const std::shared_ptr<CTimeEventQueue> queue = queue_;  // a job may destroy this object
+  const std::shared_ptr<CTimeEventQueue> queue = state_->queue;  // a job may destroy this object
   {
     const SynchGuard guard(*queue);
     if (CTimeEvent* const event = queue->GetPeepHeadEvent()) {
       if (SleepUntilDue(*event)) {
         ResetQueueChanged();
       } else {
-        // Queue-changed stays set, so the next pass looks at what is the head then.
+        // Queue-changed stays set, so the next pass checks the new head at once.
         queue->RemoveHead();
         DoJob(event);
       }
@@ -100,17 +114,16 @@ void CScheduleThread::CheckEvent() {
     SetWaitTimeout(-1);
   }
   ResetQueueChanged();
-  // What was inserted since the lock was released has lost its signal.
+  // An event inserted since the lock was released has lost its signal to the reset.
   const SynchGuard guard(*queue);
   if (queue->GetPeepHeadEvent()) SetQueueChanged();
 }
 
 void CScheduleThread::DoWork() {
   const CBaseThread* const current = Current();
-  const std::stop_callback wakeUp(GetStopToken(), [this] { StopThread(); });
   SharpenWaits();
   while (KeepLooping()) {
-    switch (signals_->Wait(deadline_)) {
+    switch (state_->signals->Wait(state_->deadline)) {
       case kQueueChanged:
         SetWaitTimeout(waitTimeout_);
         CheckEvent();
@@ -123,31 +136,32 @@ void CScheduleThread::DoWork() {
 }
 
 void CScheduleThread::SetQueueChanged() {
-  signals_->Set(kQueueChanged);
+  state_->signals->Set(kQueueChanged);
 }
 
 void CScheduleThread::ResetQueueChanged() {
-  signals_->Reset(kQueueChanged);
+  state_->signals->Reset(kQueueChanged);
 }
 
 void CScheduleThread::SetWaitTimeout(int milliseconds) {
   waitTimeout_ = milliseconds;
-  deadline_ = milliseconds < 0 ? Clock::time_point::max()
-                               : Clock::now() + std::chrono::milliseconds(milliseconds);
+  state_->deadline = milliseconds < 0 ? Clock::time_point::max()
+                                      : Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
-/// Does `change(queue, &headChanged)` under the lock, and signals a new head. The sleeper is woken
-/// without the lock, which it takes first; by then a job may have destroyed this object.
+/// Runs `change(queue, &headChanged)` under the lock, and signals a new head. The scheduler is
+/// woken up after the lock is released, because it takes that lock first. The signals are kept
+/// alive meanwhile: once the lock is free, a job may destroy this object.
 template <class Change>
 bool CScheduleThread::ChangeQueue(Change change) {
   std::shared_ptr<Signals> signals;
   bool done;
   {
-    const SynchGuard guard(*queue_);
+    const SynchGuard guard(*state_->queue);
     bool headChanged;
-    done = change(*queue_, &headChanged);
+    done = change(*state_->queue, &headChanged);
     if (done && headChanged) {
-      signals = signals_;
+      signals = state_->signals;
       signals->Mark(kQueueChanged);
     }
   }
@@ -155,7 +169,9 @@ bool CScheduleThread::ChangeQueue(Change change) {
   return done;
 }
 
-/// False when the event is due. A long sleep is taken in parts; each ends with another step.
+/// Sets the end of the sleep; false when the event is due already. A long sleep is split into parts
+/// of kLongestNap, each followed by another step. The clock cuts the current time to milliseconds,
+/// so the microseconds are subtracted to wake up on time rather than up to a millisecond late.
 bool CScheduleThread::SleepUntilDue(const CTimeEvent& event) {
   const ClockMoment now = ClockNow();
   const Clock::time_point asleep = Clock::now();
@@ -163,9 +179,9 @@ bool CScheduleThread::SleepUntilDue(const CTimeEvent& event) {
   const std::int64_t left = MillisecondsLeft(event, now);
   constexpr std::int64_t kLongest = std::numeric_limits<int>::max();
   waitTimeout_ = static_cast<int>(std::min(left, kLongest));
-  deadline_ = asleep +
-              std::min<Clock::duration>(std::chrono::milliseconds(waitTimeout_), kLongestNap) -
-              std::chrono::microseconds(now.microseconds);
+  state_->deadline =
+      asleep + std::min<Clock::duration>(std::chrono::milliseconds(waitTimeout_), kLongestNap) -
+      std::chrono::microseconds(now.microseconds);
   return true;
 }
 

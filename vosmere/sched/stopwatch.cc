@@ -1,3 +1,4 @@
+// CTimeTest, a stopwatch.
 #include "vosmere/sched/stopwatch.h"
 
 #include "vosmere/platform/internal/clock.h"

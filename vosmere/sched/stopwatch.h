@@ -1,4 +1,4 @@
-// A stopwatch.
+// CTimeTest, a stopwatch.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,15 +7,17 @@
 
 namespace vosmere {
 
-/// A stopwatch on the time of day. It also shows times as dates for people.
+/// A stopwatch that uses the time of day, in milliseconds; setting the clock shifts its result. It
+/// inherits the date texts of DisplayDate.
 class VOSMERE_API CTimeTest : public DisplayDate {
  public:
   virtual ~CTimeTest();
 
+  /// Starts the stopwatch at the current time.
   void SetStart();
-  /// Seconds since SetStart; since 1970-01-01 00:00 UTC without one.
+  /// Seconds since SetStart, or since 1970-01-01 00:00 UTC if that was never called.
   double GetEndSeconds() const;
-  /// The same, and traces it with the label.
+  /// Like GetEndSeconds, and traces the result with the label. A null label is empty.
   double OnStop(const WChar* label) const;
 
  private:

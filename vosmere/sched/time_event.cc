@@ -1,6 +1,8 @@
+// CTimeEvent: its time, its comparison and its arithmetic.
 #include "vosmere/sched/time_event.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 
 #include "vosmere/platform/internal/clock.h"
@@ -8,12 +10,13 @@
 namespace vosmere {
 namespace {
 
+/// Times are added in 64 bits, where they cannot overflow, and then limited.
 LONG Saturated(std::int64_t value) {
   using Limits = std::numeric_limits<LONG>;
   return static_cast<LONG>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
-/// Carries once; what is left over stays.
+/// Carries once, as the header promises: a sum of 2000 or more stays at 1000 or more.
 void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, int* millitm) {
   if (milliseconds >= 1000) {
     milliseconds -= 1000;
@@ -23,6 +26,8 @@ void StoreCarried(std::int64_t seconds, std::int64_t milliseconds, LONG* time, i
   *millitm = Saturated(milliseconds);
 }
 
+std::atomic<std::uint64_t> changes = 0;
+
 int Compare(LONG a, LONG b) {
   return (a > b) - (a < b);
 }
@@ -31,7 +36,6 @@ int Compare(LONG a, LONG b) {
 
 LONG CTimeEvent::s_lRefTime = 0;
 int CTimeEvent::s_iRefMillitm = 0;
-std::atomic<std::uint64_t> CTimeEvent::s_changes = 0;
 
 CTimeEvent::CTimeEvent() {
   const ClockMoment now = ClockNow();
@@ -89,6 +93,7 @@ void CTimeEvent::SetTime(LONG time, int milliseconds) {
   Store(time, milliseconds);
 }
 
+// The use of the seconds for the milliseconds is intended, see the header.
 void CTimeEvent::SetTime(const CTimeEvent* reference, int seconds, int milliseconds) {
   Store(std::int64_t{reference->time_} + seconds, std::int64_t{reference->time_} + milliseconds);
 }
@@ -107,8 +112,12 @@ void CTimeEvent::Store(std::int64_t seconds, std::int64_t milliseconds) {
 }
 
 void CTimeEvent::NoteChange() {
-  if (item_.queued_.load(std::memory_order_relaxed))
-    s_changes.fetch_add(1, std::memory_order_relaxed);
+  if (std::atomic_ref(item_.queued_).load(std::memory_order_relaxed))
+    changes.fetch_add(1, std::memory_order_relaxed);
+}
+
+std::uint64_t CTimeEvent::Changes() {
+  return changes.load(std::memory_order_relaxed);
 }
 
 }  // namespace vosmere

@@ -1,13 +1,18 @@
+// The hash table: buckets, which make the order of an iteration, and beside them an index, which
+// finds the entries. New entries are put at the front of a bucket.
 #include "vosmere/tabs/hash_table.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 #include "vosmere/base/internal/no_memory.h"
+#include "vosmere/tabs/internal/hash_index.h"
 
 namespace vosmere {
 namespace {
 
-/// A copy through `out`; false when memory runs out. No text gives null.
+/// Stores a copy; null for a null text. Returns false when memory runs out.
 bool CopyOut(const SystemText& text, WChar** out) {
   *out = SysAllocString(text.get());
   const bool lost = !*out && text.get();
@@ -18,10 +23,16 @@ bool CopyOut(const SystemText& text, WChar** out) {
 }  // namespace
 
 CHashtable::CHashtable(int bucketCount)
-    : buckets_(std::max(bucketCount, 1)), cursorBucket_(BucketCount()) {}
+    : bucketCount_(std::max(bucketCount, 1)), cursorBucket_(bucketCount_) {
+  auto index = std::make_unique<HashIndex>();
+  buckets_ = new CHashData* [bucketCount_] {};
+  index_ = index.release();
+}
 
 CHashtable::~CHashtable() {
   RemoveAll();
+  delete index_;
+  delete[] buckets_;
 }
 
 bool CHashtable::Put(const WChar* key, const WChar* value, bool overwrite) {
@@ -30,13 +41,17 @@ bool CHashtable::Put(const WChar* key, const WChar* value, bool overwrite) {
     if (overwrite) entry->value.AssignOrNull(value);
     return false;
   }
-  CHashData* const entry =
-      UnlessLost(static_cast<CHashData*>(nullptr), [=] { return new CHashData(key, value); });
-  if (!entry) return false;
-  CHashData*& bucket = buckets_[HashString(key)];
-  entry->next = std::exchange(bucket, entry);
-  ++totalItems_;
-  return true;
+  return UnlessLost(false, [=, this] {
+    auto entry = std::make_unique<CHashData>(key, value);
+    index_->Reserve();
+    index_->Add(entry.get());
+    CHashData*& bucket = buckets_[HashString(key)];
+    if (bucket) bucket->previous_ = entry.get();
+    entry->next = bucket;
+    bucket = entry.release();
+    ++totalItems_;
+    return true;
+  });
 }
 
 bool CHashtable::Get(const WChar* key, WChar** value) const {
@@ -48,20 +63,23 @@ bool CHashtable::Get(const WChar* key, WChar** value) const {
 bool CHashtable::Remove(const WChar* key) {
   CHashData* const entry = Find(key);
   if (!entry) return false;
+  // The iteration must not stay at an entry that is about to be freed.
   if (entry == cursorEntry_) Step();
-  CHashData** link = &buckets_[HashString(key)];
-  while (*link != entry) link = &(*link)->next;
-  *link = entry->next;
+  index_->Remove(entry);
+  (entry->previous_ ? entry->previous_->next : buckets_[HashString(key)]) = entry->next;
+  if (entry->next) entry->next->previous_ = entry->previous_;
   delete entry;
   --totalItems_;
   return true;
 }
 
 void CHashtable::RemoveAll() {
-  for (CHashData*& bucket : buckets_)
-    while (bucket) delete std::exchange(bucket, bucket->next);
+  for (LONG bucket = 0; bucket < bucketCount_; ++bucket)
+    for (CHashData* entry = std::exchange(buckets_[bucket], nullptr); entry;)
+      delete std::exchange(entry, entry->next);
+  index_->Clear();
   totalItems_ = 0;
-  Seek(BucketCount());
+  Seek(bucketCount_);
 }
 
 void CHashtable::ResetPosition() {
@@ -74,6 +92,7 @@ bool CHashtable::GetNextKeyValue(WChar** key, WChar** value) {
   if (!cursorEntry_) return false;
   if (key && !CopyOut(cursorEntry_->key, key)) return false;
   if (value && !CopyOut(cursorEntry_->value, value)) {
+    // The caller gets both or neither.
     if (key) SysFreeString(std::exchange(*key, nullptr));
     return false;
   }
@@ -82,25 +101,20 @@ bool CHashtable::GetNextKeyValue(WChar** key, WChar** value) {
 }
 
 int CHashtable::HashString(const WChar* key) const {
-  LONG hash = 0;  // never negative, and below twice the largest unit
+  LONG hash = 0;  // never negative, and below twice the largest code unit
   for (const WChar unit : WideView(key)) hash = (hash >> 2) + unit;
-  return hash % BucketCount();
+  return hash % bucketCount_;
 }
 
 CHashData* CHashtable::Find(const WChar* key) const {
-  if (!key) return nullptr;
-  const WideView wanted(key);
-  CHashData* entry = buckets_[HashString(key)];
-  while (entry && !(WideView(entry->key.get(), SysStringLen(entry->key.get())) == wanted))
-    entry = entry->next;
-  return entry;
+  return key ? index_->Find(WideView(key)) : nullptr;
 }
 
-/// To the first entry of `bucket` or of those behind it.
+/// Goes to the first entry of `bucket` or, if that is empty, of the next bucket that is not.
 void CHashtable::Seek(int bucket) {
-  while (bucket < BucketCount() && !buckets_[bucket]) ++bucket;
+  while (bucket < bucketCount_ && !buckets_[bucket]) ++bucket;
   cursorBucket_ = bucket;
-  cursorEntry_ = bucket < BucketCount() ? buckets_[bucket] : nullptr;
+  cursorEntry_ = bucket < bucketCount_ ? buckets_[bucket] : nullptr;
 }
 
 void CHashtable::Step() {

@@ -1,3 +1,4 @@
+// The addresses of a tab.
 #include "vosmere/tabs/tab_url.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 namespace vosmere {
 namespace {
 
-/// A tab that holds more takes no further address.
+/// No address is added to a tab that has more than this number.
 constexpr int kFull = 150;
 
 bool IsTopLevel(const CTabUrlItem* item) {
@@ -50,9 +51,11 @@ CTabUrlData::~CTabUrlData() {
 }
 
 void CTabUrlData::AddUrl(const WChar* url, bool topLevel, void* dispatch) {
+  // Takes the lock and releases it again; see the header.
   if (GetNumberItem() > kFull || !IsRecorded(url)) return;
   const SynchGuard guard(*this);
   if (CheckTheSameUrlItem(url, topLevel, dispatch)) return;
+  // Created before anything is removed, so that nothing changes when memory runs out.
   CTabUrlItem* const item = CTabUrlItem::New(url, SecurityZone(url));
   if (!item) return;
   item->SetTopLevel(topLevel);

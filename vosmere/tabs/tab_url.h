@@ -1,3 +1,4 @@
+// The addresses that a tab has loaded, with their security zones.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,15 +8,15 @@
 
 namespace vosmere {
 
-/// One address that a tab has loaded: a cell of a chain (base/chain.h).
+/// One address that a tab has loaded; a cell of a chain (base/chain.h). Not thread-safe.
 class VOSMERE_API CTabUrlItem {
  public:
   CTabUrlItem* prev = this;
   CTabUrlItem* next = nullptr;
 
-  /// Without address, of no known zone, not the top-level page.
+  /// An item without an address, of unknown zone, not top-level.
   CTabUrlItem() = default;
-  /// A cell with a copy of the address; null when memory runs out.
+  /// A cell with a copy of the address, in no chain; null when memory runs out. The caller owns it.
   static CTabUrlItem* New(const WChar* url, LONG zone);
   /// Frees every cell from `head` on. Null is ignored.
   static void DeleteList(CTabUrlItem* head);
@@ -24,20 +25,20 @@ class VOSMERE_API CTabUrlItem {
   CTabUrlItem& operator=(const CTabUrlItem&) = delete;
   virtual ~CTabUrlItem();
 
-  /// Null clears; a text of 2085 units or more is ignored.
+  /// Null makes it null. A text of 2085 code units or more is ignored.
   void SetUrl(const WChar* url);
-  /// May be null.
+  /// May be null. Owned by the item.
   WChar* GetUrl() const { return url_.get(); }
 
-  /// Security zone (platform/security_zone.h).
+  /// The security zone, see platform/security_zone.h.
   void SetZone(LONG zone) { zone_ = zone; }
   LONG GetZone() const { return zone_; }
 
-  /// Whether the address is the tab's page rather than a frame in it.
+  /// Whether this is the address of the tab's page, not of a frame in the page.
   void SetTopLevel(bool topLevel) { topLevel_ = topLevel; }
   bool IsTopLevel() const { return topLevel_; }
 
-  /// The browser object that loaded the address; the library only compares it.
+  /// Identifies the browser object that loaded the address. Only compared, never dereferenced.
   void SetDispatch(void* dispatch) { dispatch_ = dispatch; }
   void* GetDispatch() const { return dispatch_; }
 
@@ -48,61 +49,65 @@ class VOSMERE_API CTabUrlItem {
   void* dispatch_ = nullptr;
 };
 
-/// The addresses that one tab has loaded, its page and the frames in it, each with its security
-/// zone: for showing the page's zone, and for telling when a frame is less trusted than the page.
+/// The addresses that one tab has loaded, those of its page and of the frames in it, each with its
+/// security zone. Used to show the zone of the page, and to warn of frames that are less trusted
+/// than the page.
 ///
-/// May be used from several threads: every public operation holds the object's own lock. The
-/// security-zone check (platform/security_zone.h) is asked under that lock, once for each new
-/// address.
+/// Thread-safe: every public operation holds the object's own lock. The check for the security zone
+/// (platform/security_zone.h) is called with this lock held, once for each new address.
 class VOSMERE_API CTabUrlData : public CKQSynch {
  public:
   CTabUrlData() = default;
   ~CTabUrlData() override;
 
-  /// Records an address that `dispatch` has loaded. Ignored are null, the empty address,
-  /// "about:blank", one of 2085 units or more, one that there is no memory for, and every address
-  /// while there are more than 150.
+  /// Records an address that `dispatch` has loaded. Ignored are null, the empty text,
+  /// "about:blank", texts of 2085 code units or more, and any address while there are more than
+  /// 150. An address is also ignored when memory runs out.
   ///
-  /// An address that is there already (exactly the same text) only changes: it gets the dispatch
-  /// and, when `topLevel`, becomes the page in place of the page before, which is freed. It never
-  /// stops being the page. A new address is appended; it takes the place of the page before when
-  /// `topLevel`, and of the first address with the same dispatch; null is a dispatch like any
-  /// other.
+  /// If exactly this address is recorded already, it gets the new dispatch and, if `topLevel` is
+  /// true, becomes the address of the page; the one that was the page's before is removed. It does
+  /// not lose that state when `topLevel` is false. Otherwise a new item is appended; the first item
+  /// with the same dispatch is removed and, if `topLevel` is true, also the one of the previous
+  /// page. Null is a dispatch like any other.
   ///
-  /// Intended: the addresses are counted before the lock is taken for the rest, so threads that add
-  /// at the same moment may pass the limit, each by one.
+  /// Intended: the number of addresses is checked before the lock is taken for the rest, so threads
+  /// that add at the same time can exceed the limit by one address each.
   void AddUrl(const WChar* url, bool topLevel, void* dispatch);
 
-  /// Forgets every address.
+  /// Removes all addresses.
   void ClearData();
 
-  /// The zone to show: the page's; without a page, the highest of all; 5 for no addresses. Stores
-  /// whether some address has a higher zone than the page, and the number of addresses.
-  /// Intended: the page is the last address that was loaded as one, while AddUrl replaces the
-  /// first; there is one at most unless a derived class marks more.
+  /// Returns the zone to show: that of the page, or the highest of all zones if there is no page,
+  /// or kZoneUnknown (5) if there is no address. Stores whether any address has a higher zone than
+  /// the page, and the number of addresses.
+  /// Intended: of several top-level addresses this uses the last, whereas AddUrl removes the first.
+  /// There are never several unless a derived class makes more.
   LONG GetZone(bool* lessTrustedFrame, int* count);
 
-  /// Stores a chain of copies that hold address and zone alone, to be freed with
-  /// CTabUrlItem::DeleteList, and returns their number. Without memory for all of them, null and 0.
+  /// Stores a chain of copies of the addresses and their zones, without dispatch and top-level
+  /// state, and returns their number. The caller frees the chain with CTabUrlItem::DeleteList. When
+  /// memory runs out, stores null and returns 0.
   int GetUrlItemList(CTabUrlItem** list);
 
+  /// The number of addresses.
   int GetNumberItem();
 
  protected:
-  // These take no lock: a derived class calls them while it holds it.
+  // These do not lock. A derived class must hold the lock when it calls them.
 
-  /// The first of the tab's items, or null.
+  /// The first item, or null. Owned by this object.
   CTabUrlItem* GetHead() const { return head_; }
-  /// From here on no address is the page.
+  /// Afterwards no address is top-level.
   void UnsetTopLevelFlag();
-  /// The highest zone of all; 0 for no addresses.
+  /// The highest of all zones; 0 if there is no address.
   LONG GetHighestZone() const;
-  /// Unlinks and frees one of the tab's items; true when it was the head.
+  /// Unlinks and frees an item of this object. Returns true when it was the first.
   bool DeleteTabUrlItem(CTabUrlItem* item);
-  /// Frees the first item with that dispatch; false when there is none.
+  /// Frees the first item with this dispatch. Returns false when there is none.
   bool FilterOutTheSameDispatch(void* dispatch);
-  /// Changes the item with exactly that address as AddUrl says; false when there is none.
+  /// Updates the item with exactly this address as AddUrl does. Returns false when there is none.
   bool CheckTheSameUrlItem(const WChar* url, bool topLevel, void* dispatch);
+  /// GetZone without the lock.
   LONG InternalGetZone(bool* lessTrustedFrame, int* count) const;
 
  private:

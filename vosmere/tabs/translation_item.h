@@ -1,3 +1,4 @@
+// Commands with names in the user's language.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,8 +6,8 @@
 
 namespace vosmere {
 
-/// A command under a name of the user's language: name, command text and command identifier. Texts
-/// are copied.
+/// A command: its name in the user's language, its text and its identifier. Setters copy their
+/// text; when memory runs out, the old text stays. Not thread-safe.
 class VOSMERE_API CTranslationItem {
  public:
   CTranslationItem() = default;
@@ -14,16 +15,16 @@ class VOSMERE_API CTranslationItem {
   CTranslationItem& operator=(const CTranslationItem&) = delete;
   virtual ~CTranslationItem();
 
-  /// Null clears.
+  /// Null makes the field null.
   void SetItem(const WChar* name, const WChar* cmdText) {
     name_.AssignOrNull(name);
     cmdText_.AssignOrNull(cmdText);
   }
-  /// Null until set.
+  /// Null in a new item. Owned by the item.
   WChar* GetName() const { return name_.get(); }
   WChar* GetCmdText() const { return cmdText_.get(); }
 
-  /// 0 until set.
+  /// 0 in a new item.
   void SetCmdID(ULONG id) { cmdID_ = id; }
   ULONG GetCmdID() const { return cmdID_; }
 

@@ -1,13 +1,16 @@
+// Sorts lists of tags.
 #include "vosmere/tags/sort_tags.h"
 
 #include "vosmere/tags/tag_item.h"
+#include "vosmere/tree/internal/name_sort.h"
 
 namespace vosmere {
 
 CSortRTagItem::~CSortRTagItem() = default;
 
 TList<CTagItem*>* CSortRTagItem::Sort(TList<CTagItem*>* head, bool ascending) {
-  BubbleSort(&head, ascending ? CompareNameAsc : CompareNameDes, nullptr);
+  const auto name = [](const TList<CTagItem*>* cell) { return cell->data->GetName(); };
+  ascending ? SortNamesUp(head, name) : SortNamesDown(head, name);
   return head;
 }
 

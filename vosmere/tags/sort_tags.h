@@ -1,24 +1,25 @@
+// Sorts lists of tags by name.
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
 
-class CTagItem;
-
-/// Sorts a list of tags by name in place, by relinking its cells. Holds no data.
+/// Sorts a list of tags in place by relinking its cells. Has no state; may be used on any thread.
 class VOSMERE_API CSortRTagItem : protected ListSorter<CTagItem*> {
  public:
   CSortRTagItem() = default;
   virtual ~CSortRTagItem();
 
-  /// Takes the head of the list, which may be null, and returns the new head. Ascending puts A
-  /// before B. Equal names keep their order; they compare as in CSortRNode (sort_node.h).
+  /// Takes the head of the list, which may be null, and returns the new head. Ascending order is A
+  /// before B. Stable. Names are compared as in CSortRNode (sort_node.h).
   TList<CTagItem*>* Sort(TList<CTagItem*>* head, bool ascending);
 
  protected:
-  /// `key` points at an int (null means 0): name 0; tags are equal by any other key.
+  /// Compare functions for the base class. `key` points at an int: 0 compares names, and by any
+  /// other key tags are equal. A null `key` means 0.
   static int CompareNameAsc(void* a, void* b, void* key);
   static int CompareNameDes(void* a, void* b, void* key);
 };

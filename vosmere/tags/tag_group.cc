@@ -1,3 +1,4 @@
+// Groups of tags. Tags are freed by CTagStore, which alone can create them.
 #include "vosmere/tags/tag_group.h"
 
 #include "vosmere/tags/sort_tags.h"

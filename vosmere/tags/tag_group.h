@@ -1,3 +1,4 @@
+// Groups of tags.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,8 +8,8 @@
 
 namespace vosmere {
 
-/// A group of tags. It owns its tags and the cells of their list. Made and freed by CTagStore
-/// (tag_store.h).
+/// A group of tags. Owns its tags and the cells of their list. Created and freed by CTagStore
+/// (tag_store.h). Not thread-safe.
 class VOSMERE_API CTagGroup {
  public:
   using TagItemList = TList<CTagItem*>;
@@ -17,22 +18,23 @@ class VOSMERE_API CTagGroup {
   CTagGroup& operator=(const CTagGroup&) = delete;
   virtual ~CTagGroup();
 
-  /// Null clears. A store looks at the name only when it takes the group.
+  /// Null makes the name null. A store checks the name only when the group is added to it.
   void SetName(const WChar* name) { name_.AssignOrNull(name); }
-  /// Null until set.
+  /// Null in a new group. Owned by the group.
   WChar* GetName() const { return name_.get(); }
 
-  /// Null when the group is empty.
+  /// The list of tags, still owned by the group; null when there are none.
   TagItemList* GetTagItemHead() const { return items_; }
-  /// Appends the tag, takes ownership of it and returns its cell. When memory runs out, null; the
-  /// tag stays the caller's.
+  /// Appends the tag, takes ownership of it and returns its cell. When memory runs out, returns
+  /// null and the caller still owns the tag.
   TagItemList* AddTagItem(CTagItem* item);
-  /// Frees the tag with its cell. False, with nothing freed, when it is not in the group.
+  /// Removes the tag and frees it with its cell. Returns false, with nothing freed, when it is not
+  /// in the group.
   bool DeleteTagItem(CTagItem* item);
-  /// Frees every tag.
+  /// Frees all tags.
   void DeleteAll();
 
-  /// Sorts the tags by name (sort_tags.h).
+  /// Sorts the tags by name, from A to Z if `ascending` is true (sort_tags.h).
   void SortTagItem(bool ascending);
 
  protected:

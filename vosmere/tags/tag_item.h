@@ -1,3 +1,4 @@
+// Tags.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,19 +6,20 @@
 
 namespace vosmere {
 
-/// One tag: a name and how many items carry it. Made and freed by CTagStore (tag_store.h).
+/// A tag: its name and the number of items that have it. Created and freed by CTagStore
+/// (tag_store.h). Not thread-safe.
 class VOSMERE_API CTagItem {
  public:
   CTagItem(const CTagItem&) = delete;
   CTagItem& operator=(const CTagItem&) = delete;
   virtual ~CTagItem();
 
-  /// Null clears.
+  /// Null makes the name null.
   void SetName(const WChar* name) { name_.AssignOrNull(name); }
-  /// Null until set.
+  /// Null in a new tag. Owned by the tag.
   WChar* GetName() const { return name_.get(); }
 
-  /// 1 until set.
+  /// The number of items with this tag; 1 in a new tag. Any value is accepted.
   void SetCount(int count) { count_ = count; }
   int GetCount() const { return count_; }
 

@@ -1,3 +1,4 @@
+// The user's tags.
 #include "vosmere/tags/tag_store.h"
 
 #include <utility>
@@ -51,6 +52,7 @@ void CTagStore::DeleteAll() {
 }
 
 void CTagStore::SetRTagGroupHead(TagGroupList* head) {
+  // The store's own list must not be freed before it is set again.
   if (head != groups_) DeleteAll();
   groups_ = head;
   TagGroupList* const unnamed =

@@ -1,3 +1,4 @@
+// The user's tags.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,8 +6,8 @@
 
 namespace vosmere {
 
-/// The user's tags in groups. It owns its groups and the cells of their list. A group without a
-/// name (null or empty) is the default group.
+/// The user's tags, in groups. Owns the groups and the cells of their list. A group whose name is
+/// null or empty is the default group. Not thread-safe.
 class VOSMERE_API CTagStore {
  public:
   using TagGroupList = TList<CTagGroup*>;
@@ -16,36 +17,38 @@ class VOSMERE_API CTagStore {
   CTagStore& operator=(const CTagStore&) = delete;
   virtual ~CTagStore();
 
-  /// Null when memory runs out.
+  /// A new group or tag without a name; null when memory runs out. The caller owns it until it is
+  /// added.
   static CTagGroup* CreateTagGroup();
   static CTagItem* CreateTagItem();
-  /// For what no store or group owns. A group is freed with its tags. Null is ignored.
+  /// Frees a group, with its tags, or a tag that the caller owns. Null is ignored.
   static void DeleteTagGroup(CTagGroup* group);
   static void DeleteTagItem(CTagItem* item);
-  /// Frees every cell from `head` on, with its group. Null is ignored.
+  /// Frees every cell from `head` on with its group. Null is ignored.
   static void DeleteRTagGroupList(TagGroupList* head);
 
-  /// Null when the store is empty.
+  /// The list of groups, still owned by the store; null when there are none.
   TagGroupList* GetTagGroupHead() const { return groups_; }
-  /// One of the store's groups, or null.
+  /// The default group, owned by the store, or null.
   CTagGroup* GetDefaultGroup() const { return defaultGroup_; }
 
   /// Appends the group, takes ownership of it and returns its cell. A group without a name becomes
-  /// the default group, also when there is one. When memory runs out, null; the group stays the
-  /// caller's.
+  /// the default group, even if there already is one. When memory runs out, returns null and the
+  /// caller still owns the group.
   TagGroupList* AddTagGroup(CTagGroup* group);
-  /// Takes the group out of the store; the caller owns it again. A group that is not there changes
-  /// nothing.
-  /// Intended: without its default group the store has none, though it may hold another group
-  /// without a name.
+  /// Removes the group from the store and gives it to the caller. A group that is not in the store
+  /// is ignored.
+  /// Intended: after the default group has been removed there is none, even if another group has no
+  /// name.
   void RemoveTagGroup(CTagGroup* group);
-  /// Frees every group.
+  /// Frees all groups.
   void DeleteAll();
 
-  /// Frees every group and takes ownership of a list instead, cells and groups; null is the empty
-  /// list. The default group is the first without a name.
+  /// Frees all groups, then takes ownership of another list and its groups; null is the empty list.
+  /// The first group without a name becomes the default group.
   void SetRTagGroupHead(TagGroupList* head);
-  /// Gives the list to the caller, cells and groups; the store is empty then.
+  /// Gives the list with its groups to the caller, who frees it with DeleteRTagGroupList. The store
+  /// is empty then.
   TagGroupList* DetachRTagGroupHead();
 
  private:

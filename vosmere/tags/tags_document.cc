@@ -1,13 +1,17 @@
+// The tags document: its writer, then its reader.
 #include "vosmere/tags/tags_document.h"
 
 #include <algorithm>
 #include <new>
+#include <string>
 
 #include "vosmere/xml/reader_scopes.h"
 
 namespace vosmere {
 
 // Writing.
+
+CWriteTagsXML::CWriteTagsXML() : name_(new std::string) {}
 
 CWriteTagsXML::~CWriteTagsXML() = default;
 
@@ -27,17 +31,19 @@ void CWriteTagsXML::AddTail() {
   Put("</vsmtags>");
 }
 
+// Converts a name before its element is begun, because without a name there is no element.
 bool CWriteTagsXML::ConvertName(const WChar* name) {
-  name_.clear();
-  return EscapedUtf8(WideView(name), name_);
+  name_->clear();
+  return EscapedUtf8(WideView(name), *name_, Stands::kInAttribute);
 }
 
 void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
+  LosesOf(nullptr, group->GetName());
   if (!ConvertName(group->GetName())) return;
   Put("<group");
-  if (!name_.empty()) {
+  if (!name_->empty()) {
     Put(" name=\"");
-    PutBytes(name_);
+    PutBytes(*name_);
     Put("\"");
   }
   Put(">");
@@ -45,13 +51,18 @@ void CWriteTagsXML::FillTagGroup(CTagGroup* group) {
   Put("</group>");
 }
 
+static constexpr int kMostCount = 10000000;
+
 void CWriteTagsXML::FillTagItem(CTagItem* item) {
+  LosesOf(nullptr, item->GetName());
   if (!ConvertName(item->GetName())) return;
+  LoseIf(item->GetCount() < 0 || item->GetCount() > kMostCount, "count is held to 0 to 10,000,000",
+         LossKind::kChanged);
   Put("<tag name=\"");
-  PutBytes(name_);
+  PutBytes(*name_);
   if (item->GetCount() != 1) {
     Put("\" count=\"");
-    PutNumber(std::clamp(item->GetCount(), 0, 10000000));
+    PutNumber(std::clamp(item->GetCount(), 0, kMostCount));
   }
   Put("\" />");
 }
@@ -59,6 +70,8 @@ void CWriteTagsXML::FillTagItem(CTagItem* item) {
 // Reading.
 
 namespace {
+
+using namespace xml;
 
 struct Tags {
   CTagStore& store;
@@ -86,12 +99,12 @@ constexpr Field<CTagItem> kTagFields[] = {
     {"count", Number<&CTagItem::SetCount>},
 };
 
-void ReadGroup(Tags& tags, const XmlNode& element) {
+void ReadGroup(Tags& tags, const Element& element) {
   tags.BeginGroup();
   AttributesTo<&Tags::group, kGroupFields>(tags, element);
 }
 
-void ReadTag(Tags& tags, const XmlNode& element) {
+void ReadTag(Tags& tags, const Element& element) {
   tags.BeginItem();
   AttributesTo<&Tags::item, kTagFields>(tags, element);
 }
@@ -107,7 +120,7 @@ CReadTagsXML::~CReadTagsXML() = default;
 
 void CReadTagsXML::InvokeParser(XmlNode root) {
   Tags tags{store_};
-  if (IsRootNamed(root, "vsmtags")) ReadChildren(kElements, tags, root, kTags);
+  if (IsRootNamed(root, "vsmtags")) ReadChildren(kElements, tags, Reported(root), kTags);
 }
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// The slow path of Append, and the chunks themselves.
 #include "vosmere/text/chunk_buffer.h"
 
 #include <algorithm>
@@ -14,12 +15,15 @@ CChunkBuffer::~CChunkBuffer() {
 
 bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
   const std::int64_t total = Total() + length;
+  // Counts the refused bytes and leaves no room, so that all later appends come here and are
+  // refused as well.
   if (total >= kLimit) {
     constexpr std::int64_t kMost = std::numeric_limits<LONG>::max();
     before_ = static_cast<LONG>(std::min(total, kMost)) - LastUsed();
     end_ = at_;
     return false;
   }
+  // Even for 0 bytes, so that the buffer differs from one that nothing was appended to.
   if (!head_) NewChunk();
   while (length > 0) {
     if (at_ == end_) NewChunk();
@@ -39,12 +43,12 @@ LONG CChunkBuffer::Get(Chunk** head) const {
   return static_cast<LONG>(Total());
 }
 
-std::unique_ptr<char[]> CChunkBuffer::Joined() const {
+OwnedPointer<char, WithArrayDelete> CChunkBuffer::Joined() const {
   Chunk* chunk = nullptr;
   Get(&chunk);
   std::size_t total = 0;
   for (const Chunk* c = chunk; c; c = c->next) total += static_cast<std::size_t>(c->used);
-  std::unique_ptr<char[]> bytes(new (std::nothrow) char[total + 1]);
+  OwnedPointer<char, WithArrayDelete> bytes(new (std::nothrow) char[total + 1]);
   if (!bytes) return bytes;
   char* end = bytes.get();
   for (; chunk; chunk = chunk->next) end = std::copy_n(chunk->data, chunk->used, end);
@@ -59,16 +63,17 @@ void CChunkBuffer::Clear() {
   before_ = 0;
 }
 
-// Record and block are one piece of memory, so there is one allocation to fail.
+// The record and its block are one allocation, so that only one can fail.
 void CChunkBuffer::NewChunk() {
   void* const memory = ::operator new(sizeof(Chunk) + kChunkSize);
   char* const data = static_cast<char*>(memory) + sizeof(Chunk);
   auto* const chunk = new (memory) Chunk{data, kChunkSize, nullptr};
-  if (tail_) tail_->used = LastUsed();  // Get may have noted less
+  if (tail_) tail_->used = LastUsed();  // the record may still hold what Get() stored
   before_ += LastUsed();
   (tail_ ? tail_->next : head_) = chunk;
   tail_ = chunk;
   at_ = data;
+  // Ends the room below the limit, so that the fast path of Append need not check it.
   end_ = data + std::min(kChunkSize, kLimit - 1 - before_);
 }
 

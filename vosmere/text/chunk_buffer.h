@@ -1,26 +1,28 @@
+// The byte buffer that document writers append to.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
 
-/// One piece of a CChunkBuffer, which owns it.
+/// One chunk of a CChunkBuffer. Owned by the buffer.
 struct Chunk {
-  char* data;   ///< a block of CChunkBuffer::kChunkSize bytes
-  int used;     ///< bytes filled, from the start
-  Chunk* next;  ///< null at the end
+  char* data;   ///< block of CChunkBuffer::kChunkSize bytes
+  int used;     ///< number of bytes in use, from the start of the block
+  Chunk* next;  ///< null in the last chunk
 };
 
-/// An append-only byte buffer of 4096-byte chunks. What was appended never moves.
+/// An append-only byte buffer made of 4096-byte chunks. Bytes that were appended are never moved,
+/// so a document grows without being copied. Not thread-safe.
 class VOSMERE_API CChunkBuffer {
  public:
   static constexpr int kChunkSize = 4096;
-  /// The total stays below this: 100 MiB.
+  /// 100 MiB. The total number of bytes is always smaller.
   static constexpr LONG kLimit = 104857600;
 
   CChunkBuffer() = default;
@@ -28,12 +30,13 @@ class VOSMERE_API CChunkBuffer {
   CChunkBuffer& operator=(const CChunkBuffer&) = delete;
   virtual ~CChunkBuffer();
 
-  /// Appends `length` bytes. False, with nothing appended, when the total would reach the limit.
-  /// Throws std::bad_alloc when memory runs out. A length below 0 changes nothing.
-  /// Intended: a refused append counts in the total all the same, and the total never comes down
-  /// again short of Clear(). So a document that lost a piece is known as one for ever, and is never
-  /// saved as if it were whole. Appending 0 bytes counts as an append: it makes the first chunk,
-  /// and is refused where the limit has been reached.
+  /// Appends a copy of `length` bytes. Returns false, with nothing appended, when the total would
+  /// reach kLimit. Throws std::bad_alloc when memory runs out. A negative length changes nothing
+  /// and returns true.
+  /// Intended: a refused append still counts towards the total, which only Clear() resets. Every
+  /// later append is refused as well, so a document with a missing part can be told by its total
+  /// and is never saved as if it were complete. An append of 0 bytes counts as an append: it
+  /// creates the first chunk, and it is refused once the limit has been reached.
   bool Append(const void* bytes, int length) {
     if (length < 0) return true;
     char* const room = length > 0 ? Room(length) : nullptr;
@@ -43,20 +46,21 @@ class VOSMERE_API CChunkBuffer {
     return true;
   }
 
-  /// Where the next `length` bytes go, to be filled in place; null unless the last chunk holds them
-  /// all. Use() then takes those that were filled.
+  /// Room() returns where to write the next `length` bytes, or null when they do not fit into the
+  /// last chunk; Use() then appends the first `length` bytes written there. For converting text
+  /// directly into the buffer.
   char* Room(int length) const { return length <= end_ - at_ ? at_ : nullptr; }
   void Use(int length) { at_ += length; }
 
-  /// Returns the total of all appends, refused ones included (saturated at the largest LONG), and
-  /// stores the first chunk. A buffer without chunks returns 0 and leaves `*head` as it is. The
-  /// chunks tell what is in them at the time of the call.
+  /// Stores the first chunk and returns the total of all appends, refused ones included, at most
+  /// the largest LONG. If the buffer has no chunk, returns 0 and does not change `*head`. The
+  /// chunks stay owned by the buffer, and their `used` is valid until the next append.
   LONG Get(Chunk** head) const;
 
-  /// A copy of all that was appended in one block, with a zero byte behind it; null without memory.
-  std::unique_ptr<char[]> Joined() const;
+  /// All bytes in one new block with a null byte after them; null when memory runs out.
+  OwnedPointer<char, WithArrayDelete> Joined() const;
 
-  /// Frees every chunk and begins anew.
+  /// Frees all chunks. The buffer is empty then and can be used again.
   void Clear();
 
  private:
@@ -65,11 +69,11 @@ class VOSMERE_API CChunkBuffer {
   int LastUsed() const { return tail_ ? static_cast<int>(at_ - tail_->data) : 0; }
   std::int64_t Total() const { return std::int64_t{before_} + LastUsed(); }
 
-  LONG before_ = 0;  // the total without what the last chunk holds
+  LONG before_ = 0;  // the total without the bytes in the last chunk
   Chunk* head_ = nullptr;
   Chunk* tail_ = nullptr;
-  char* at_ = nullptr;   // where the last chunk goes on
-  char* end_ = nullptr;  // where it is full, or the total would reach the limit
+  char* at_ = nullptr;   // where the next byte goes in the last chunk
+  char* end_ = nullptr;  // the end of the room: of the chunk, or where the limit is
 };
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// A recursive-descent parser for the date forms, one pass over the text, without allocation.
 #include "vosmere/text/date_reader.h"
 
 #include <algorithm>
@@ -16,34 +17,37 @@ constexpr bool IsLetter(Unit unit) {
   return Folded(unit) - 'a' < 26;
 }
 
-/// Goes over a text once, from its start to its end.
+/// Reads a text from its start to its end. Never looks beyond the end.
 template <class Unit>
 class Scanner {
  public:
   Scanner(const Unit* text, std::size_t length) : at_(text), end_(text + length) {}
 
   bool AtEnd() const { return at_ == end_; }
-  /// A zero unit, which is part of no date, at the end.
+  /// The next code unit; a null at the end, which is part of no date.
   Unit Peek() const { return AtEnd() ? Unit{} : *at_; }
+  /// The number of digits that come next, at most `most`.
   std::size_t DigitsAhead(std::size_t most) const {
     std::size_t count = 0;
     while (count < most && at_ + count != end_ && IsDigit(at_[count])) ++count;
     return count;
   }
 
+  /// Skips the next code unit if it is `c`.
   bool Take(char c) {
     if (Peek() != c) return false;
     ++at_;
     return true;
   }
 
+  /// The same for a letter, case-insensitive.
   bool TakeLetter(char lower) {
     if (Folded(Peek()) != static_cast<unsigned char>(lower)) return false;
     ++at_;
     return true;
   }
 
-  /// Returns how many digits there are, at most `most`.
+  /// Reads at most `most` digits and returns their number.
   int Number(int most, int* value) {
     int number = 0, digits = 0;
     for (; digits < most && IsDigit(Peek()); ++digits) number = number * 10 + (*at_++ - '0');
@@ -56,9 +60,10 @@ class Scanner {
     return at_ - start;
   }
 
-  /// White space and comments. Returns how many units.
+  /// Skips white space and comments and returns the number of code units.
   std::size_t SkipBlank() {
     const Unit* const start = at_;
+    // Everything that may be skipped is at most '(', so most code units need one comparison.
     while (!AtEnd() && static_cast<std::make_unsigned_t<Unit>>(*at_) <= '(') {
       if (IsSpace(*at_))
         ++at_;
@@ -68,15 +73,15 @@ class Scanner {
     return at_ - start;
   }
 
-  /// Index of the name of which three letters or more stand here; -1, with nothing taken, when
-  /// there is none.
+  /// Reads a name of which at least three letters are given, and returns its index; -1, with
+  /// nothing skipped, when there is none.
   template <std::size_t N>
   int Name(const NameTable<N>& names) {
     const int index = end_ - at_ < 3 ? -1 : names.Find(at_);
     return index >= 0 && SkipName(names[index]) ? index : -1;
   }
 
-  /// The letters that stand here, in upper case; empty when they do not fit.
+  /// Reads the letters that come next, as upper case; empty when there are more than N.
   template <std::size_t N>
   std::string_view Word(char (&room)[N]) {
     std::size_t length = 0;
@@ -88,7 +93,8 @@ class Scanner {
   }
 
  private:
-  /// False, with nothing skipped, for one that is not closed. They nest, and a backslash quotes.
+  /// Skips a comment of RFC 5322: comments nest, and a backslash quotes the next character. False,
+  /// with nothing skipped, when the comment is not closed.
   bool SkipComment() {
     int depth = 0;
     for (const Unit* at = at_; at != end_; ++at) {
@@ -104,6 +110,7 @@ class Scanner {
     return false;
   }
 
+  // The first three letters have been compared by the table.
   bool SkipName(std::string_view name) {
     const Unit* at = at_ + 3;
     for (std::size_t i = 3; at != end_ && IsLetter(*at); ++i, ++at)
@@ -117,8 +124,8 @@ class Scanner {
   const Unit* end_;
 };
 
-/// One reading of one text. A part that should be there and is not becomes 0; what is not a date
-/// shows in the end, as a field that no calendar has or as a rest that nothing has read.
+/// Parses one text. A missing part is read as 0 rather than reported at once; a text that is not a
+/// date then fails in the end, because a field is out of range or something is left over.
 template <class Unit>
 class DateParser {
  public:
@@ -126,6 +133,7 @@ class DateParser {
 
   bool Read(DateReading* date) {
     in_.SkipBlank();
+    // Only the ISO forms begin with a year of four digits.
     mail_ = in_.DigitsAhead(4) < 4;
     if (!(mail_ ? ReadMailDate() : ReadNumericDate())) return false;
     if (timed_ && !ReadClockAndZone()) return false;
@@ -147,6 +155,7 @@ class DateParser {
     SkipSeparator('-');
     const int digits = in_.Number(4, &year_);
     if (digits < 2) return false;
+    // Two and three digits as in RFC 5322, section 4.3.
     if (digits < 4) year_ += digits == 2 && year_ < 50 ? 2000 : 1900;
     timed_ = SkipSeparator(',') && !in_.AtEnd();
     return true;
@@ -164,6 +173,7 @@ class DateParser {
   }
 
   bool ReadNumericDate() {
+    // Exactly eight digits are a date without separators.
     compact_ = in_.DigitsAhead(9) == 8;
     in_.Number(4, &year_);
     const bool hasDay = compact_ ? ReadCompactDay() : ReadMonthAndDay();
@@ -179,7 +189,7 @@ class DateParser {
 
   bool ReadCompactDay() { return ReadPart(&month_) && ReadPart(&day_); }
 
-  /// False without a day, which is nothing bad.
+  /// False when there is no day, which is allowed if there is no time either.
   bool ReadMonthAndDay() {
     loose_ = in_.Peek() == '/';
     const char separator = loose_ ? '/' : '-';
@@ -190,7 +200,7 @@ class DateParser {
     return true;
   }
 
-  /// A year behind the time may stand on either side of the zone.
+  /// The year of asctime() follows the time; with a zone it may be before or after it.
   bool ReadClockAndZone() {
     if (!ReadClock()) return false;
     ReadLastYear();
@@ -208,6 +218,7 @@ class DateParser {
   bool ReadClock() {
     if (!ReadPart(&hour_)) return false;
     const bool colon = TakeColon();
+    // ISO 8601 allows hours alone; RFC 822 requires the minutes.
     if (!colon && (mail_ || !IsDigit(in_.Peek()))) return !mail_;
     compact_ = compact_ || !colon;
     if (!ReadPart(&minute_)) return false;
@@ -227,6 +238,7 @@ class DateParser {
     zoneKnown_ = named >= 0 || word == "UT" || word == "UTC" || word == "Z";
     if (!zoneKnown_) return mail_ && (word.size() >= 3 || (word.size() == 1 && word != "J"));
     if (named >= 0) offsetMinutes_ = 60 * kZoneHours[named];
+    // As in "GMT+0100". No offset may follow "Z".
     const bool utc = offsetMinutes_ == 0 && word != "Z";
     return !utc || (in_.Peek() != '+' && in_.Peek() != '-') || ReadNumericZone();
   }
@@ -240,6 +252,7 @@ class DateParser {
     const int digits = in_.Number(2, &minutes);
     if ((digits != 2 && (digits != 0 || colon)) || hours > 23 || minutes > 59) return false;
     offsetMinutes_ = sign * (60 * hours + minutes);
+    // "-0000" means that the local offset is unknown (RFC 5322, 3.3; RFC 3339, 4.3).
     zoneKnown_ = sign > 0 || offsetMinutes_ != 0;
     return true;
   }
@@ -260,19 +273,21 @@ class DateParser {
     return true;
   }
 
-  /// One or two digits; false without any.
+  /// Reads one or two digits; false when there is none.
   bool ReadPart(int* value) {
     const int digits = in_.Number(2, value);
     loose_ = loose_ || digits == 1;
     return digits > 0;
   }
-  /// The separator, white space or both; false when there is nothing.
+  /// Skips the separator and white space around it; white space alone also separates. False when
+  /// there is neither.
   bool SkipSeparator(char separator) {
     const bool blank = in_.SkipBlank() > 0;
     if (!in_.Take(separator)) return blank;
     in_.SkipBlank();
     return true;
   }
+  // RFC 822 allows white space and comments around the colons, ISO 8601 does not.
   bool TakeColon() {
     Scanner<Unit> ahead = in_;
     if (mail_) ahead.SkipBlank();
@@ -288,7 +303,7 @@ class DateParser {
   bool loose_ = false;
   bool monthFirst_ = false;
   bool yearLast_ = false;
-  bool timed_ = false;  // something stands behind the date
+  bool timed_ = false;  // something follows the date
   int year_ = 0;
   int month_ = 1, day_ = 1;
   int hour_ = 0, minute_ = 0, second_ = 0;

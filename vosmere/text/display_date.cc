@@ -1,3 +1,4 @@
+// Formats with snprintf rather than strftime, so that the names are English in every locale.
 #include "vosmere/text/display_date.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 namespace vosmere {
 namespace {
 
-/// What `format(calendar, buffer, size)` prints.
+/// A new system string with what `format(calendar, buffer, size)` prints.
 template <class Format>
 BSTR NewDate(LONG time, Format format) {
   char date[64] = "";

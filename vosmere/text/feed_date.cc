@@ -1,3 +1,5 @@
+// The parsers read what sscanf, strtok and atoi would read, but keep no state and stay within the
+// text.
 #include "vosmere/text/feed_date.h"
 
 #include <algorithm>
@@ -27,12 +29,12 @@ constexpr int kDCDateLength = 20;
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
 constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
 
-/// Reads what a pattern such as "%4d-%2d" does.
+/// Reads numbers and characters as sscanf does for a pattern such as "%4d-%2d".
 class PatternInput {
  public:
   explicit PatternInput(std::string_view text) : at_(text.data()), end_(at_ + text.size()) {}
 
-  /// "%2d": white space does not count in the width, a sign does.
+  /// "%2d": a sign counts towards the width, white space before it does not.
   bool Number(int width, int* value) {
     while (at_ != end_ && IsSpace(*at_)) ++at_;
     const char* const behind =
@@ -40,8 +42,9 @@ class PatternInput {
     if (behind) at_ = behind;
     return behind;
   }
+  /// An ordinary character of the pattern.
   bool Literal(char c) { return at_ != end_ && *at_++ == c; }
-  /// "%c"
+  /// "%c": any character except a null.
   bool Any() { return at_ != end_ && *at_++ != 0; }
 
  private:
@@ -49,7 +52,7 @@ class PatternInput {
   const char* end_;
 };
 
-/// 0 without digits.
+/// The value of a decimal number; 0 when there are no digits.
 int NumberOf(std::string_view text) {
   LONG value;
   ReadNumber(text.data(), text.data() + text.size(), &value);
@@ -65,12 +68,12 @@ constexpr std::array<Kind, 256> kKinds = [] {
   return kinds;
 }();
 
-/// The runs between commas, spaces and colons. What asks for one is false when none is left.
+/// Splits a text at commas, spaces and colons. The functions return false when no token is left.
 class Tokens {
  public:
   explicit Tokens(const char* text) : at_(text) {}
 
-  /// Empty when none is left.
+  /// The next token; empty when none is left.
   std::string_view Next() {
     SkipSeparators();
     const char* const start = at_;
@@ -78,6 +81,7 @@ class Tokens {
     return {start, static_cast<std::size_t>(at_ - start)};
   }
 
+  /// The number at the start of the next token; 0 when it has no digits.
   bool Number(int* value) {
     SkipSeparators();
     if (IsDigit(*at_)) {
@@ -90,7 +94,7 @@ class Tokens {
     return !token.empty();
   }
 
-  /// The index of a short name; a token that is none is told.
+  /// The index of a short name. An unknown token is printed to standard output.
   template <std::size_t N>
   bool Name(const NameTable<N>& names, const char* what, int* index) {
     const std::string_view token = Next();
@@ -116,14 +120,15 @@ bool IsBetween(int value, int first, int last) {
   return first <= value && value <= last;
 }
 
-/// To be added to a clock's reading.
+/// What is added to the time of day.
 struct Offset {
   int hours = 0;
   int minutes = 0;
 };
 
-// Each is false, with the offset untouched, for what is no zone.
+// These return false, with the offset unchanged, for text that is not a zone.
 
+// RFC 822's military zones: A to M without J, then N to Y with the opposite sign.
 bool ReadLetterZone(char letter, Offset* offset) {
   if (!IsBetween(letter, 'A', 'Z') || letter == 'J') return false;
   const int place = letter - 'A';
@@ -157,7 +162,7 @@ bool ReadZone(std::string_view zone, Offset* offset) {
   return true;
 }
 
-/// The zone of an ISO date: what stands behind the seconds and their fraction.
+/// The zone of an ISO date: what follows the seconds and their fraction.
 std::string_view ZoneOfDCDate(const char* text, int length) {
   if (length <= kDCDateWithoutZone || length > kLongestDCDateWithZone) return {};
   int start = kDCDateWithoutZone;
@@ -168,7 +173,7 @@ std::string_view ZoneOfDCDate(const char* text, int length) {
   return text + start;
 }
 
-/// False before 1970.
+/// False for a time before 1970.
 bool FormatDCDate(LONG seconds, char (&text)[kDCDateRoom]) {
   using namespace std::chrono;
   if (seconds < 0) return false;
@@ -227,7 +232,8 @@ bool CKQTime::GetEpochTimeFromDCDateBSTR(LONG* seconds, const WChar* text) const
 
 LONG CKQTime::Makegmtime(int year, int month, int day, int hour, int minute, int second) const {
   static constexpr ULONG kDaysBefore[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
-  // Sums are unsigned, which wraps; quotients are signed.
+  // Sums are unsigned because overflow must wrap; quotients are signed because they round toward
+  // zero.
   const auto since = [](ULONG y, ULONG start) { return static_cast<LONG>(y - start); };
   ULONG y = static_cast<ULONG>(year) + static_cast<ULONG>(month / 12);
   int m = month % 12;

@@ -1,3 +1,4 @@
+// MD5, with the four rounds of 16 steps unrolled at compile time.
 #include "vosmere/text/md5_digest.h"
 
 #include <algorithm>
@@ -7,7 +8,7 @@
 namespace vosmere {
 namespace {
 
-// One addend for each step: the whole part of 2^32 * |sin(step + 1)|.
+// The constants of RFC 1321, one for each step: the integer part of 2^32 * |sin(step + 1)|.
 constexpr ULONG kAddends[64] = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
     0x698098d8, 0x8b44f7af, 0xffff5bb1, 0x895cd7be, 0x6b901122, 0xfd987193, 0xa679438e, 0x49b40821,
@@ -18,9 +19,10 @@ constexpr ULONG kAddends[64] = {
     0xf4292244, 0x432aff97, 0xab9423a7, 0xfc93a039, 0x655b59c3, 0x8f0ccc92, 0xffeff47d, 0x85845dd1,
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
+// How far each step rotates: four values per round, used in turn.
 constexpr int kShifts[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
 
-/// The word of the block that a step takes.
+/// Index of the word of the block that a step uses.
 template <int kRound>
 constexpr int WordOf(int step) {
   return (kRound == 0   ? step
@@ -30,7 +32,8 @@ constexpr int WordOf(int step) {
          16;
 }
 
-// Each step waits for the `b` of the step before, so as much as possible is done without it.
+// Each step depends on the `b` of the previous one. What does not depend on it is added first, so
+// that the processor can do it while it waits.
 template <int kRound>
 inline ULONG MixEarly(ULONG c, ULONG d) {
   return kRound == 1 ? c & ~d : 0;
@@ -83,6 +86,7 @@ void CMD5Digest::Update(const unsigned char* input, unsigned length) {
   if (length == 0) return;
   const unsigned fill = count_[0] / 8 % kBlockSize;
   const unsigned room = kBlockSize - fill;
+  // The length in bits has 64 bits; the comparison is the carry.
   const ULONG bits = length << 3;
   count_[1] += (length >> 29) + (count_[0] > ~bits);
   count_[0] += bits;
@@ -104,6 +108,7 @@ void CMD5Digest::Final(unsigned char* digest) {
   unsigned char bits[8];
   Encode(bits, count_, 8);
   const unsigned fill = count_[0] / 8 % kBlockSize;
+  // Pads to 56 bytes modulo 64, so that the length fills the last block.
   Update(kPadding, (fill < 56 ? 56 : 120) - fill);
   Update(bits, 8);
   Encode(digest, state_, 16);

@@ -1,3 +1,4 @@
+// The MD5 message digest.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,7 +6,8 @@
 
 namespace vosmere {
 
-/// The MD5 message digest of RFC 1321. Copies carry the whole state of a digest in progress.
+/// Computes the MD5 message digest of RFC 1321. A copy has the whole state of a digest in progress.
+/// Not thread-safe.
 class VOSMERE_API CMD5Digest {
  public:
   CMD5Digest() { Init(); }
@@ -13,29 +15,31 @@ class VOSMERE_API CMD5Digest {
   CMD5Digest& operator=(const CMD5Digest&) = default;
   virtual ~CMD5Digest();
 
-  /// Begins a message.
+  /// Starts a new message.
   void Init();
-  /// Adds bytes to it. Null is allowed with a length of 0.
+  /// Adds `length` bytes to the message. `input` may be null if `length` is 0.
   void Update(const unsigned char* input, unsigned length);
-  /// Writes the 16 bytes of the digest and clears everything to zero.
-  /// Intended: the object is not ready for another message; that takes Init first.
+  /// Writes the 16 bytes of the digest and overwrites the whole state with zeros.
+  /// Intended: the object is not ready for another message then; call Init first.
   void Final(unsigned char* digest);
 
-  /// Digests one text. A `length` of -1, as any below 0, stops at the first zero byte; null counts
-  /// as empty. `digest` holds 17 bytes: the 16 of the digest and a zero.
+  /// Computes the digest of one text. If `length` is -1 or any other negative number, the text is
+  /// null-terminated; a null pointer is treated as the empty text. Writes 17 bytes to `digest`: the
+  /// 16 of the digest and a null byte. May be called again without Init.
   void MD5String(unsigned char* digest, const char* text, int length);
 
  protected:
-  /// Digests one block of 64 bytes.
+  /// Processes one block of 64 bytes.
   static void MD5Transform(ULONG (&state)[4], const unsigned char* block);
-  /// Words to bytes and back, low byte first; `length` in bytes, a multiple of 4.
+  /// Convert 32-bit words to bytes and back, little-endian. `length` is in bytes and a multiple of
+  /// 4.
   static void Encode(unsigned char* output, const ULONG* input, unsigned length);
   static void Decode(ULONG* output, const unsigned char* input, unsigned length);
   static void MD5_memcpy(unsigned char* output, const unsigned char* input, unsigned length);
   static void MD5_memset(unsigned char* output, int value, unsigned length);
 
   ULONG state_[4];
-  ULONG count_[2];  ///< bits, low word first
+  ULONG count_[2];  ///< length of the message in bits, low word first
   unsigned char buffer_[64];
 };
 

@@ -1,3 +1,4 @@
+// MD5 digests of the UTF-8 form of a text.
 #include "vosmere/text/md5_text.h"
 
 #include "vosmere/base/wide_view.h"
@@ -7,12 +8,14 @@
 namespace vosmere {
 namespace {
 
-/// The UTF-8 bytes go through in pieces, so that no memory can run out.
+/// Converts the text piece by piece on the stack, so that memory cannot run out: the interface has
+/// no way to report it.
 void Digest(WideView text, unsigned char (&digest)[16]) {
   CMD5Digest md5;
   while (!text.empty()) {
     char bytes[3 * 512];
     WideView piece = text.First(512);
+    // A surrogate pair must not be split, or each half would become U+FFFD.
     const bool cutsPair = piece.size < text.size && (piece[piece.size - 1] & 0xFC00) == 0xD800;
     if (cutsPair) --piece.size;
     const int length =

@@ -1,3 +1,4 @@
+// MD5 digests of wide texts, as hexadecimal text.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,16 +6,18 @@
 
 namespace vosmere {
 
-/// MD5 digests of wide texts as hexadecimal text, for stable identifiers derived from addresses and
-/// names. Digested are the UTF-8 bytes of the zero-terminated source, null counting as empty. The
-/// letter case of the digits is part of each caller's stored format. Stateless; any thread.
+/// MD5 digests for stable identifiers that are derived from addresses and names. The digest is
+/// computed from the UTF-8 form of the null-terminated source; null is treated as the empty text.
+/// Upper or lower case is part of the stored format of each caller. Has no state; may be called on
+/// any thread.
 class VOSMERE_API CEncodingTool {
  public:
   virtual ~CEncodingTool();
 
-  /// 32 upper-case digits and a zero unit; `digest` holds 33 units. Always true.
+  /// Writes 32 upper-case hexadecimal digits and a terminating null; `digest` must have room for 33
+  /// code units. Always returns true.
   static bool GetWideCharMD5(const WChar* source, WChar* digest);
-  /// The same in lower case.
+  /// The same with lower-case digits.
   static bool GetWideCharLowerMD5(const WChar* source, WChar* digest);
 };
 

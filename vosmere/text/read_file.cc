@@ -1,9 +1,11 @@
+// Reads files through the platform's File, and keeps whether a read was incomplete.
 #include "vosmere/text/read_file.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <new>
 
 #include "vosmere/platform/internal/file.h"
@@ -18,14 +20,14 @@ CReadFile::CReadFile() = default;
 CReadFile::~CReadFile() = default;
 
 bool CReadFile::OpenFile(const WChar* path) {
-  file_.reset(path ? new (std::nothrow) File : nullptr);
-  if (file_ && !file_->Open(path)) file_.reset();
+  file_.Assign(path ? new (std::nothrow) File : nullptr);
+  if (file_ && !file_->Open(path)) file_.Assign(nullptr);
   fileName_.AssignOrNull(path);
-  return file_ != nullptr;
+  return file_.get() != nullptr;
 }
 
 void CReadFile::CloseFile() {
-  file_.reset();
+  file_.Assign(nullptr);
 }
 
 ULONG CReadFile::GetFileSize() const {
@@ -70,13 +72,16 @@ int CReadFile::ReadAllToBuffer(BSTR* text) try {
   do {
     const std::size_t got = Read(piece, sizeof piece);
     if (got == 0) break;
+    // Refused at 100 MiB; reported in the same way as exhausted memory.
     if (!buffer.Append(piece, static_cast<int>(got))) throw std::bad_alloc();
   } while (!readFailed_);
   Chunk* head = nullptr;
   const int total = buffer.Get(&head);
   if (total == 0) return 0;
-  const std::unique_ptr<char[]> bytes = buffer.Joined();
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer.Joined();
+  // Freed now, because the conversion needs memory for the same text once more.
   buffer.Clear();
+  // Converts the null after the last byte as well, so that the string's length counts it.
   if (!bytes || !CUnicodeTool::UTF8GetBSTR(text, bytes.get(), total + 1)) throw std::bad_alloc();
   return total;
 } catch (const std::bad_alloc&) {

@@ -1,9 +1,10 @@
+// Reading plain files as bytes or as text.
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
 
@@ -11,10 +12,11 @@ namespace vosmere {
 
 class File;
 
-/// Reads a plain file: its bytes, or its text.
+/// Reads a plain file, as bytes or as text. Reads continue where the previous one ended.
 ///
-/// Nothing here waits: a pipe does not open, and neither does a device on Windows; elsewhere a
-/// device gives what it has. The platform's reason for a failure is not kept. One thread at a time.
+/// No call ever waits. A pipe cannot be opened, nor can a device on Windows; on Linux a device is
+/// read as far as it has data, and reading fails when it has none. The system's error number is not
+/// kept. Not thread-safe.
 class VOSMERE_API CReadFile {
  public:
   CReadFile();
@@ -22,53 +24,59 @@ class VOSMERE_API CReadFile {
   CReadFile& operator=(const CReadFile&) = delete;
   virtual ~CReadFile();
 
-  /// Opens an existing file, which others may read at the same time; what was open before is closed
-  /// in any case. False for a directory, and for null.
+  /// Opens an existing file for reading; others may read it at the same time. The file that was
+  /// open before is closed in any case. Returns false when the file cannot be opened, for a
+  /// directory, and for null.
   bool OpenFile(const WChar* path);
+  /// Does nothing when no file is open. The destructor closes the file, too.
   void CloseFile();
 
-  /// The path that OpenFile was given last, whether or not it opened; null at first.
+  /// The path of the last call of OpenFile, whether or not that succeeded; null before the first
+  /// call. Owned by this object.
   WChar* GetFileName() const { return fileName_.get(); }
 
-  /// The low 32 bits of the length in bytes; all ones when no file is open or the system does not
-  /// tell.
+  /// The low 32 bits of the file's size in bytes; all bits set when no file is open or the system
+  /// does not report a size.
   ULONG GetFileSize() const;
 
-  /// Reads on, up to `count` bytes. Returns how many; 0 at the end, on failure, and when no file is
-  /// open.
+  /// Reads up to `count` bytes and returns how many were read; 0 at the end of the file, when the
+  /// first read fails, and when no file is open.
   int ReadToBuffer(char* bytes, int count);
 
-  /// The same in units of two bytes, as they stand in the file. A single byte at the end is lost.
+  /// The same for 16-bit units in the machine's byte order; `count` and the result are in units. An
+  /// odd byte at the end is dropped.
   int ReadToBuffer(WChar* units, int count);
 
-  /// Reads on, up to as many bytes as the file has when it begins. The caller frees the new block
-  /// with Delete; no zero byte follows the bytes. False, with a count of 0, when no file is open,
-  /// its size is 0 (as a device or a file made up by the system says of itself) or beyond an int,
-  /// it cannot be read, or memory runs out.
+  /// Reads up to as many bytes as the file's size is at the time of the call, into a new block that
+  /// the caller frees with Delete. The block is not null-terminated. Returns false, with a count of
+  /// 0, when no file is open, nothing can be read, memory runs out, or the size is 0 or does not
+  /// fit into an int. The size is 0 also for devices and for files that the system generates, such
+  /// as those in /proc.
   bool ReadToBuffer(char** bytes, int* count);
 
-  /// Reads on to the end and converts from UTF-8; ill-formed parts become U+FFFD, and a byte-order
-  /// mark stays, as U+FEFF. The caller frees the new string with SysFreeString. Returns the number
-  /// of bytes read; 0, with `*text` untouched, when nothing is left to read, no file is open, the
-  /// file turns out to have 100 MiB or more, or memory runs out.
-  /// Where the system cannot read on the text ends as it does at the end of the file, and so it may
-  /// be a part of it, or none; ReadFailed() tells these apart.
-  /// Intended: the string counts the zero unit that ends it, so that SysStringLen gives one more
-  /// than the text has. Callers have always allowed for it.
+  /// Reads up to the end of the file and converts from UTF-8. Each ill-formed part becomes U+FFFD;
+  /// a byte-order mark is kept as U+FEFF. The caller frees the new string with SysFreeString.
+  /// Returns the number of bytes read. Returns 0, with `*text` unchanged, when nothing is left to
+  /// read, no file is open, 100 MiB or more are left, or memory runs out.
+  ///
+  /// After a read error the text ends there, as at the end of the file; ReadFailed() tells the two
+  /// apart.
+  /// Intended: the length of the string includes the terminating null, so SysStringLen returns one
+  /// more than the number of code units of the text. Callers rely on it.
   int ReadAllToBuffer(BSTR* text);
 
-  /// Whether the last reading, of any kind, was to give more than it gave: no file was open, the
-  /// system could not read on, there was too much for it, or memory ran out. False when it came to
-  /// the end of the file, or to the count.
+  /// Whether the last read of any kind returned less than it should have: no file was open, the
+  /// system reported an error, the file was too large, or memory ran out. False when it read up to
+  /// the end of the file or up to the given count.
   bool ReadFailed() const { return readFailed_; }
 
-  /// Frees a block that ReadToBuffer handed out. Null is ignored.
+  /// Frees a block from ReadToBuffer. Null is ignored.
   static void Delete(char* bytes);
 
  private:
   std::size_t Read(void* bytes, std::size_t size);
 
-  std::unique_ptr<File> file_;  // null while none is open
+  OwnedPointer<File> file_;  // null when no file is open
   bool readFailed_ = false;
   SystemText fileName_;
 };

@@ -1,3 +1,4 @@
+// CBaseTool. AssignUUID is in tree/base_node.cc, because this room must not know items.
 #include "vosmere/text/toolbox.h"
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 namespace vosmere {
 namespace {
 
+// The smallest buffer that GetPubDate accepts, and the most that it writes.
 constexpr int kPubDateCapacity = 40;
 
 }  // namespace

@@ -1,3 +1,4 @@
+// The conversions, in memory of exactly the size of the result.
 #include "vosmere/text/unicode_tool.h"
 
 #include <climits>
@@ -13,8 +14,8 @@
 namespace vosmere {
 namespace {
 
-// A short text is converted on the stack and copied into memory of its size, which costs less than
-// measuring it first.
+// In code units. A text up to this length is converted into a buffer on the stack and then copied
+// to memory of its size, which is faster than to measure it first.
 constexpr int kShort = 2048;
 
 char* NewBytes(int length) {
@@ -23,10 +24,11 @@ char* NewBytes(int length) {
   return bytes;
 }
 
-/// Null without memory, which a text too long for an int never has.
+/// Null when memory runs out. A text whose length does not fit into an int counts as such.
 char* ToBytes(unsigned codePage, WideView source, int* length) {
   if (source.size > INT_MAX) return nullptr;
   const int units = static_cast<int>(source.size);
+  // UTF-8 needs at most 3 bytes per code unit. Another code page may need more; then size is 0.
   char scratch[3 * kShort];
   int size =
       units <= kShort ? WideToBytes(codePage, source.data, units, scratch, sizeof scratch) : 0;
@@ -50,8 +52,8 @@ bool Convert(unsigned codePage, WideView source, char** text, int* length) {
   return bytes != nullptr;
 }
 
-// No byte takes more than one unit. Measuring would take as long as converting, so a long text goes
-// through memory of its own instead.
+// Every byte gives at most one code unit, so the result fits into `length` code units. Measuring
+// would take as long as converting; a long text is therefore converted into temporary memory.
 BSTR ToWide(const char* source, int length) {
   WChar scratch[kShort];
   std::unique_ptr<WChar[]> more;
@@ -88,6 +90,7 @@ bool CUnicodeTool::UTF8GetBSTR(BSTR* result, const char* source, int length) {
   if (size == 0) return false;
   BSTR const text = size <= INT_MAX ? ToWide(source, static_cast<int>(size)) : nullptr;
   if (!text) {
+    // ERROR_OUTOFMEMORY of Windows; the same number is traced on Linux.
     constexpr unsigned kOutOfMemory = 14;
     Trace("Error=0X%08X\n", kOutOfMemory);
     return false;

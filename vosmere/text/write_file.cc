@@ -1,3 +1,4 @@
+// Writes files through the platform's File, and keeps its last error number.
 #include "vosmere/text/write_file.h"
 
 #include <cstddef>
@@ -28,15 +29,15 @@ bool CWriteFile::OpenFileAppend(const WChar* path) {
 
 template <class Open>
 bool CWriteFile::OpenWith(Open open) {
-  file_.reset(new (std::nothrow) File);  // which closes the one before
+  file_.Assign(new (std::nothrow) File);  // this also closes the previous file
   const bool opened = file_ && open(*file_);
   systemError_ = file_ ? file_->error() : 0;
-  if (!opened) file_.reset();
+  if (!opened) file_.Assign(nullptr);
   return opened;
 }
 
 bool CWriteFile::CloseFile() {
-  const std::unique_ptr<File> file = std::move(file_);
+  const OwnedPointer<File> file = std::move(file_);
   return !file || file->Close() || Fail(*file);
 }
 

@@ -1,3 +1,4 @@
+// The toolbar document: its writer, then its reader.
 #include "vosmere/toolbars/toolbars_document.h"
 
 #include <memory>
@@ -26,7 +27,7 @@ bool CWriteToolbarXML::FillData() {
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the file begins its root element after a blank, as it always has.
 void CWriteToolbarXML::AddHead() {
   Put(" <toolbars version=\"1.0\" xmlns=\"" VOSMERE_NAMESPACE_TOOLBAR "\">\r\n");
 }
@@ -35,7 +36,20 @@ void CWriteToolbarXML::AddTail() {
   Put("</toolbars>");
 }
 
+void CWriteToolbarXML::LoseOf(const TBARBANDINFO& band) {
+  const TBARBANDINFO plain;
+  const bool isPlaceWritten = band.enabled && band.hasContainerData;
+  LosesOf(nullptr, band.title);
+  LoseIf(!band.enabled && !band.visible, "visible does not come back");
+  LoseIf(band.hasContainerData && !isPlaceWritten, "hasPlace does not come back");
+  if (isPlaceWritten) return;
+  LoseIf(band.index != plain.index, "index does not come back");
+  LoseIf(band.style != plain.style, "style does not come back");
+  LoseIf(band.width != plain.width, "width does not come back");
+}
+
 void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
+  LoseOf(*band);
   if (!band->enabled)
     Put("<toolbar status=\"disabled\">");
   else if (band->visible)
@@ -60,11 +74,14 @@ void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {
 
 namespace {
 
+using namespace xml;
+
 struct Bands {
   std::unique_ptr<CTBarBandInfo> bands{new CTBarBandInfo};
-  TBARBANDINFO* band = nullptr;  // while its element is being read
+  TBARBANDINFO* band = nullptr;  // the band whose element is being read, or null
 
   void Begin() {
+    // The defaults, for everything that the element does not mention.
     const TBARBANDINFO unsaid;
     band = bands->AddBandInfoCopy(&unsaid);
     if (!band) throw std::bad_alloc();
@@ -79,9 +96,12 @@ void Enabled(TBARBANDINFO& band, const WChar* value) {
 void Visible(TBARBANDINFO& band, const WChar* value) {
   band.visible = BeginsWithNoCase(WideView(value), "true");
 }
+bool FitsEnabled(const WChar* value) {
+  return IsNamed(WideView(value), "enabled") || IsNamed(WideView(value), "disabled");
+}
 constexpr Field<TBARBANDINFO> kBandFields[] = {
-    {BeginningWith("status"), Enabled},
-    {BeginningWith("visible"), Visible},
+    {BeginningWith("status"), Enabled, FitsEnabled},
+    {BeginningWith("visible"), Visible, FitsTruth},
 };
 
 template <auto Number>
@@ -89,17 +109,17 @@ void NumberIn(TBARBANDINFO& band, const WChar* value) {
   band.*Number = NumberFromText(value);
 }
 constexpr Field<TBARBANDINFO> kRebarFields[] = {
-    {"index", NumberIn<&TBARBANDINFO::index>},
-    {"style", NumberIn<&TBARBANDINFO::style>},
-    {"width", NumberIn<&TBARBANDINFO::width>},
+    {"index", NumberIn<&TBARBANDINFO::index>, FitsNumber},
+    {"style", NumberIn<&TBARBANDINFO::style>, FitsNumber},
+    {"width", NumberIn<&TBARBANDINFO::width>, FitsNumber},
 };
 
-void BeginBand(Bands& bands, const XmlNode& element) {
+void BeginBand(Bands& bands, const Element& element) {
   BeginItem(bands, element);
   AttributesTo<&Bands::band, kBandFields>(bands, element);
 }
 
-void ReadRebar(Bands& bands, const XmlNode& element) {
+void ReadRebar(Bands& bands, const Element& element) {
   if (!bands.band) return;
   bands.band->hasContainerData = true;
   AttributesTo<&Bands::band, kRebarFields>(bands, element);
@@ -121,7 +141,7 @@ void CReadVosmereXML::InvokeParser(XmlNode root) {
   CTBarBandInfo* read = nullptr;
   if (IsRootNamed(root, "toolbars")) {
     Bands bands;
-    ReadChildren(kElements, bands, root, kBands);
+    ReadChildren(kElements, bands, Reported(root), kBands);
     read = bands.bands.release();
   }
   SetData(read);

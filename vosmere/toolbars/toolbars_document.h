@@ -1,3 +1,4 @@
+// Writes and reads the document that stores the layout of the toolbars.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -9,17 +10,18 @@ namespace vosmere {
 
 /// Writes the layout of the toolbar bands.
 ///
-/// Bands may come and go on other threads meanwhile: writing holds their lock from the first to the
-/// last one.
+/// Other threads may add bands meanwhile: the writer holds the lock of the list while it writes the
+/// bands.
 ///
-/// Intended: of a band that is not enabled, neither whether it is visible nor its place is written.
-/// A band comes back where it is by default.
+/// Intended: for a band that is not enabled, neither its visibility nor its position is written. It
+/// gets the defaults when it is enabled again.
 class VOSMERE_API CWriteToolbarXML : public CWriteXML {
  public:
   CWriteToolbarXML() = default;
   ~CWriteToolbarXML() override;
 
-  /// The bands to write, which must outlive the writing. Without any the document is empty.
+  /// The bands to write, not owned; they must outlive the writing. Without a list the document is
+  /// empty.
   void SetTBarBandInfo(CTBarBandInfo* bands) { bands_ = bands; }
 
  protected:
@@ -30,21 +32,25 @@ class VOSMERE_API CWriteToolbarXML : public CWriteXML {
   void FillBANDINFOToBuffer(TBARBANDINFO* band);
 
  private:
+  void LoseOf(const TBARBANDINFO& band);
+
   CTBarBandInfo* bands_ = nullptr;
 };
 
-/// Reads the layout of the toolbar bands. A root element other than "toolbars" loads, and gives
-/// none. Titles and class identifiers are cut to fit into a TBARBANDINFO, between characters.
+/// Reads the layout of the toolbar bands. If the root element is not "toolbars", the load succeeds
+/// without a list. Titles and class identifiers are cut to fit into a TBARBANDINFO, between
+/// characters.
 ///
-/// DetachData hands over a CTBarBandInfo*, now the caller's to delete; null when there is none. It
-/// stays until it is detached or another document has been read.
+/// DetachData returns the CTBarBandInfo*, which the caller frees with `delete`; null when there is
+/// none. A list that is not detached is kept until the next document has been read.
 ///
-/// Intended: whether a band is enabled and visible is recognised by how the attributes and their
-/// values begin, in any letter case, since people edit these files. All other names are compared
-/// exactly.
+/// Intended: the attributes for "enabled" and "visible", and their values, are recognised by how
+/// they begin, case-insensitive (ASCII), because people edit these files. All other names must
+/// match exactly.
 ///
-/// What does not come back from a document that CWriteToolbarXML wrote, because it is not in it:
-/// the size and the reserved fields of a record, and its place where there is none in the document.
+/// Not restored, because CWriteToolbarXML does not write them: the size and the reserved fields of
+/// a record, the visibility and position of a band that is not enabled, and the position of one
+/// without container data.
 class VOSMERE_API CReadVosmereXML : public CReadXML {
  public:
   CReadVosmereXML() = default;

@@ -1,3 +1,4 @@
+// The base of all items, and CBaseTool::AssignUUID, which needs it.
 #include "vosmere/tree/base_node.h"
 
 #include "vosmere/platform/internal/uuid.h"
@@ -27,10 +28,11 @@ void CBaseNode::Delete(CBaseNode* node) {
 }
 
 void CBaseNode::SetUUID(const WChar* uuid) {
-  // The text may be the item's own, so it is moved rather than copied.
+  // memmove, because the text may be the item's own.
   const WideView text = WideView(uuid).First(kMaxUuidLength);
   if (!text.empty()) std::memmove(uuid_, text.data, text.size * sizeof(WChar));
   uuid_[text.size] = 0;
+  if (uuid && uuid[text.size]) detail::CountCutText();
 }
 
 bool CBaseNode::HasCheckedIn(int* state) const {
@@ -38,7 +40,7 @@ bool CBaseNode::HasCheckedIn(int* state) const {
   return checkedIn_ == kCheckedIn;
 }
 
-// Declared with the other services on texts, which know no items.
+// Here and not in text/toolbox.cc, because that room must not include items.
 bool CBaseTool::AssignUUID(CBaseNode* node) {
   WChar uuid[kUuidTextLength + 1];
   if (!GetUUID(uuid, kUuidTextLength + 1)) return false;

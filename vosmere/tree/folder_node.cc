@@ -1,3 +1,4 @@
+// Folders add nothing to the base but a type of their own.
 #include "vosmere/tree/folder_node.h"
 
 #include "vosmere/base/internal/no_memory.h"

@@ -1,3 +1,4 @@
+// Folders.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,10 +6,10 @@
 
 namespace vosmere {
 
-/// A folder. It holds other items through the children of its link (type NT_FOLDER).
+/// A folder. Its contents are the children of its link, which has the type NT_FOLDER.
 class VOSMERE_API CFolderNode : public CBaseNode {
  public:
-  /// A new empty folder, or null when memory runs out.
+  /// A new folder with an empty name; null when memory runs out. Freed with Delete.
   static CFolderNode* New();
   /// A copy of everything but the link and the children; null when memory runs out.
   static CFolderNode* New(CFolderNode* source);

@@ -1,3 +1,4 @@
+// Name/value pairs; cells are linked by base/chain.h.
 #include "vosmere/tree/name_value_pair.h"
 
 #include "vosmere/base/chain.h"

@@ -1,3 +1,4 @@
+// The statistics of an item.
 #include "vosmere/tree/node_stat.h"
 
 #include "vosmere/platform/internal/clock.h"
@@ -13,6 +14,14 @@ void CNodeStat::SetStatTime(LONG added, LONG modified, LONG lastVisited, ULONG m
   if (mask & kModified) modified_ = modified;
   if (mask & kLastVisited) lastVisited_ = lastVisited;
   setTimes_ |= mask & (kAdded | kModified | kLastVisited);
+}
+
+void CNodeStat::RestoreTimes(LONG added, LONG modified, LONG lastVisited, ULONG setTimes) {
+  setTimes_ = 0;
+  SetStatTime(added, modified, lastVisited, setTimes);
+  added_ = added;
+  modified_ = modified;
+  lastVisited_ = lastVisited;
 }
 
 void CNodeStat::GetStatTime(LONG* added, LONG* modified, LONG* lastVisited) const {

@@ -1,3 +1,4 @@
+// The statistics of an item.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,32 +6,40 @@
 
 namespace vosmere {
 
-/// When an item was added, changed and visited, whether it has unseen news, and the user's flag.
-/// Times are seconds since 1970-01-01 00:00 UTC and may be any 32-bit value, also negative.
+/// When an item was added, modified and last visited, whether it is unread, and the user's flag.
+/// Times are in seconds since 1970-01-01 00:00 UTC; every 32-bit value is allowed, negative ones
+/// too.
 class VOSMERE_API CNodeStat {
  public:
-  /// Which times SetStatTime sets.
+  /// Bits for the mask of SetStatTime.
   static constexpr ULONG kAdded = 0x1;
   static constexpr ULONG kModified = 0x2;
   static constexpr ULONG kLastVisited = 0x4;
 
-  /// All three times are the same reading of the clock; read, without a flag.
+  /// All three times are the current time, from one reading of the clock, so they are equal. Not
+  /// unread, no flag.
   CNodeStat();
   CNodeStat(const CNodeStat&) = default;
   CNodeStat& operator=(const CNodeStat&) = default;
   virtual ~CNodeStat();
 
-  /// Sets the times whose bit is in `mask`; the other arguments are ignored.
+  /// Sets the times whose bit is in `mask`. The other arguments are ignored.
   void SetStatTime(LONG added, LONG modified, LONG lastVisited, ULONG mask);
   /// Stores each time whose pointer is not null.
   void GetStatTime(LONG* added, LONG* modified, LONG* lastVisited) const;
-  /// The bits of the times that were ever set; the others are from the clock.
+  /// The bits of the times that SetStatTime has set. The other times are still those of the
+  /// constructor.
   ULONG GetSetTimes() const { return setTimes_; }
 
+  /// Sets all three times, and which of them count as set, as GetStatTime and GetSetTimes gave
+  /// them.
+  void RestoreTimes(LONG added, LONG modified, LONG lastVisited, ULONG setTimes);
+
+  /// Whether the item has changes that the user has not seen.
   void MarkAsUnread(bool unread) { unread_ = unread; }
   bool IsUnread() const { return unread_; }
 
-  /// 0 means no flag.
+  /// The user's flag; 0 means none.
   void SetFlag(int flag) { flag_ = flag; }
   int GetFlag() const { return flag_; }
 

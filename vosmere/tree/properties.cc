@@ -1,3 +1,4 @@
+// A record of name, description and address.
 #include "vosmere/tree/properties.h"
 
 namespace vosmere {

@@ -1,3 +1,4 @@
+// A record of name, description and address.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -5,8 +6,9 @@
 
 namespace vosmere {
 
-/// A loose record of name, description and address. Texts are copied; null clears, also the
-/// description, which starts as the empty text.
+/// A record of name, description and address, independent of any item. Setters copy their text;
+/// null makes the field null, also the description, which is empty in a new record. A returned text
+/// is owned by the record. Not thread-safe.
 class VOSMERE_API CProperties {
  public:
   CProperties() : description_(HeapTextStorage::Empty()) {}
@@ -21,16 +23,16 @@ class VOSMERE_API CProperties {
   void SetUrl(const WChar* url) { url_.AssignOrNull(url); }
   WChar* GetUrl() const { return url_.get(); }
 
-  /// True when there is neither name nor address.
-  /// Intended: with one of them, the record counts as empty exactly when its description holds
-  /// text; a name with an empty description is not empty. Callers rely on it.
+  /// True when name and address are both null.
+  /// Intended: otherwise true exactly when the description is not empty, so a record with a name
+  /// and an empty description is not empty. Callers rely on it.
   bool IsEmpty() const;
 
  private:
   HeapText name_;
   HeapText description_;
   HeapText url_;
-  HeapText extra_;  // without accessors; part of the record and of IsEmpty
+  HeapText extra_;  // has no accessors, but is part of the record and of IsEmpty
 };
 
 }  // namespace vosmere

@@ -1,6 +1,9 @@
+// Sorts lists of items.
 #include "vosmere/tree/sort_list.h"
 
+#include "vosmere/base/internal/merge_sort.h"
 #include "vosmere/tree/base_node.h"
+#include "vosmere/tree/internal/name_sort.h"
 
 namespace vosmere {
 namespace {
@@ -22,13 +25,16 @@ LONG LastVisited(void* item) {
 CSortRList::~CSortRList() = default;
 
 TList<CBaseNode*>* CSortRList::Sort(TList<CBaseNode*>* head, bool ascending) {
-  BubbleSort(&head, ascending ? CompareNameAsc : CompareNameDes, nullptr);
+  const auto name = [](const TList<CBaseNode*>* cell) { return cell->data->GetName(); };
+  ascending ? SortNamesUp(head, name) : SortNamesDown(head, name);
   return head;
 }
 
 TList<CBaseNode*>* CSortRList::SortByVisitTime(TList<CBaseNode*>* head, bool ascending) {
-  int key = kLastVisited;
-  BubbleSort(&head, ascending ? CompareNameAsc : CompareNameDes, &key);
+  chain::MergeSort(head, [=](const TList<CBaseNode*>* a, const TList<CBaseNode*>* b) {
+    const LONG x = LastVisited(a->data), y = LastVisited(b->data);
+    return ascending ? x < y : x > y;
+  });
   return head;
 }
 

@@ -1,17 +1,17 @@
+// Sorts lists of items by name or by the time of the last visit.
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
 
-class CBaseNode;
-
-/// Sorts a list of items in place, by relinking its cells. Holds no data.
+/// Sorts a list of items in place by relinking its cells. Has no state; may be used on any thread.
 ///
-/// Both sorts take the head of the list, which may be null, and return the new head. Ascending puts
-/// A before B and earlier before later. Items that compare equal keep their order; names compare as
-/// in CSortRNode (sort_node.h).
+/// Both functions take the head of the list, which may be null, and return the new head. Ascending
+/// order is A before B and earlier before later. Stable. Names are compared as in CSortRNode
+/// (sort_node.h).
 class VOSMERE_API CSortRList : protected ListSorter<CBaseNode*> {
  public:
   CSortRList() = default;
@@ -21,8 +21,8 @@ class VOSMERE_API CSortRList : protected ListSorter<CBaseNode*> {
   TList<CBaseNode*>* SortByVisitTime(TList<CBaseNode*>* head, bool ascending);
 
  protected:
-  /// `key` points at an int (null means 0): name 0, last visited 1; items are equal by any other
-  /// key.
+  /// Compare functions for the base class. `key` points at an int: 0 compares names, 1 the times of
+  /// the last visit, and by any other key items are equal. A null `key` means 0.
   static int CompareNameAsc(void* a, void* b, void* key);
   static int CompareNameDes(void* a, void* b, void* key);
 };

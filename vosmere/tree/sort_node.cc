@@ -1,6 +1,9 @@
+// Sorts chains of links.
 #include "vosmere/tree/sort_node.h"
 
+#include "vosmere/base/internal/merge_sort.h"
 #include "vosmere/tree/base_node.h"
+#include "vosmere/tree/internal/name_sort.h"
 #include "vosmere/tree/tree_link.h"
 
 namespace vosmere {
@@ -18,44 +21,45 @@ LONG StatTime(CBaseNode* item, int column) {
   return column == kAdded ? added : column == kModified ? modified : lastVisited;
 }
 
+RNode* SortByTime(RNode* head, Column column, bool earliestFirst) {
+  chain::MergeSort(head, [=](const RNode* a, const RNode* b) {
+    const LONG x = StatTime(a->item, column), y = StatTime(b->item, column);
+    return earliestFirst ? x < y : x > y;
+  });
+  return head;
+}
+
 }  // namespace
 
 CSortRNode::~CSortRNode() = default;
 
 RNode* CSortRNode::Sort(RNode* head, bool invert) {
-  BubbleSort(&head, CompareItemByCol, nullptr, invert);
+  const auto name = [](const RNode* link) { return link->item->GetName(); };
+  invert ? SortNamesUp(head, name) : SortNamesDown(head, name);
   return head;
 }
 
 RNode* CSortRNode::SortByCreateTime(RNode* head, bool invert) {
-  int column = kAdded;
-  BubbleSort(&head, CompareItemByCol, &column, invert);
-  return head;
+  return SortByTime(head, kAdded, invert);
 }
 
 RNode* CSortRNode::SortByModifyTime(RNode* head, bool invert) {
-  int column = kModified;
-  BubbleSort(&head, CompareItemByCol, &column, invert);
-  return head;
+  return SortByTime(head, kModified, invert);
 }
 
 RNode* CSortRNode::SortByVisitTime(RNode* head, bool invert) {
-  int column = kLastVisited;
-  BubbleSort(&head, CompareItemByCol, &column, invert);
-  return head;
+  return SortByTime(head, kLastVisited, invert);
 }
 
-RNode* CSortRNode::SortByOrder(RNode* head, bool ascending) {
-  if (ascending)
-    BubbleSort(&head, CompareByOrderAsc, nullptr, true);
-  else
-    BubbleSort(&head, CompareByOrderDes, nullptr, false);
-  return head;
+// CompareByOrderAsc negates and would be inverted again, so both directions sort from Z to A.
+RNode* CSortRNode::SortByOrder(RNode* head, bool) {
+  return Sort(head, false);
 }
 
 bool CSortRNode::BubbleSort(RNode** head, Compare compare, void* parameter, bool invert) {
   return chain::BubbleSort(*head, [=](RNode* a, RNode* b) {
     const int result = compare(a->item, b->item, parameter);
+    // Not -result, which overflows for the smallest int.
     return invert ? CompareValue(0, result) : result;
   });
 }

@@ -1,42 +1,42 @@
+// Sorts the links of a chain by name, time or order.
 #pragma once
 
 #include "vosmere/base/export.h"
+#include "vosmere/fwd.h"
 #include "vosmere/tree/sorter.h"
 
 namespace vosmere {
 
-struct RNode;
-
-/// Sorts a sibling chain of links in place, by relinking. Holds no data.
+/// Sorts a chain of links in place by relinking. Has no state; may be used on any thread.
 ///
-/// Every sort takes the head of the chain, which may be null, and returns the new head; the caller
-/// stores it, for children as the parent's `firstChild`. Links that compare equal keep their order.
-/// The result is that of a bubble sort, also where the name comparison is not transitive.
+/// Every sort takes the head of the chain, which may be null, and returns the new head. The caller
+/// stores it; for children that is the parent's `firstChild`. Stable. The result is that of a
+/// bubble sort, also where the name comparison is not transitive.
 ///
-/// Intended: names compare over the length of the first alone, so a name counts as equal to every
-/// name that it is the beginning of, but not the other way round.
+/// Intended: names are compared case-insensitively (ASCII) over the length of the first name only,
+/// so a name equals every name that begins with it, but not the other way round.
 class VOSMERE_API CSortRNode : protected Sorter {
  public:
   CSortRNode() = default;
   virtual ~CSortRNode();
 
-  /// Intended: the column sorts put larger names and later times first; `invert` puts them last.
+  /// Intended: these four put larger names and later times first; `invert` puts them last.
   RNode* Sort(RNode* head, bool invert);
   RNode* SortByCreateTime(RNode* head, bool invert);
   RNode* SortByModifyTime(RNode* head, bool invert);
   RNode* SortByVisitTime(RNode* head, bool invert);
 
-  /// Intended: the stored order is compared with itself and never decides, and both directions give
-  /// names from Z to A. Users' menus have come out this way from the start.
+  /// Intended: the stored order is compared with itself and so never decides, and both directions
+  /// sort names from Z to A. Users know their menus in this order.
   RNode* SortByOrder(RNode* head, bool ascending);
 
  protected:
-  /// True when any two links were exchanged.
+  /// Returns whether any two links were exchanged. `invert` reverses the result of `compare`.
   bool BubbleSort(RNode** head, Compare compare, void* parameter, bool invert);
   void SwapWithNext(RNode* link, RNode** head);
 
-  /// `column` points at an int (null means 0): name 0, added 1, modified 2, last visited 3; items
-  /// are equal in any other column.
+  /// `column` points at an int: 0 compares names, 1 the times when the items were added, 2
+  /// modified, 3 last visited; in any other column items are equal. A null `column` means 0.
   static int CompareItemByCol(void* a, void* b, void* column);
   static int CompareByOrderAsc(void* a, void* b, void* parameter);
   static int CompareByOrderDes(void* a, void* b, void* parameter);

@@ -1,3 +1,4 @@
+// Creating and freeing links.
 #include "vosmere/tree/tree_link.h"
 
 #include <new>

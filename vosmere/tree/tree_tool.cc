@@ -1,3 +1,4 @@
+// The operations on trees. Those that visit all links use WalkBelow instead of recursion.
 #include "vosmere/tree/tree_tool.h"
 
 #include "vosmere/base/chain.h"
@@ -52,7 +53,7 @@ void RNTool::InsertAsHeadChild(RNode* parent, RNode* child) {
 
 void RNTool::InsertAfter(RNode* reference, RNode* node) {
   node->parent = reference->parent;
-  // The head is needed, and a walk to it worth its time, only at the end of the chain.
+  // Only a new last link is stored in the head; without a parent, finding the head takes a walk.
   RNode* const head = reference->next ? nullptr : GetHeadNode(reference);
   chain::InsertAfter(head, reference, node);
 }
@@ -84,6 +85,7 @@ bool RNTool::RemoveOneChild(RNode* parent, RNode* child) {
 }
 
 void RNTool::MoveRNodeInDataTree(RNode* newParent, RNode* node, RNode* before) {
+  // Moving a link before itself leaves it where it is.
   if (node == before) before = node->next;
   chain::Unlink(node->parent->firstChild, node);
   if (before && newParent->firstChild)
@@ -109,8 +111,8 @@ RNode* RNTool::SetParent(RNode* member, RNode* newParent) {
 
 namespace {
 
-/// A copy of the item with a link of its own; null for a kind that is not copied and when memory
-/// runs out, which `*noMemory` tells apart.
+/// A copy of the item with a link of its own. Null for a kind that is not copied, and when memory
+/// runs out; only the latter sets `*noMemory`.
 RNode* CopyLink(const RNode* source, bool* noMemory) {
   CBaseNode* copy = nullptr;
   if (source->type == NT_FOLDER)
@@ -127,11 +129,11 @@ RNode* CopyLink(const RNode* source, bool* noMemory) {
   return link;
 }
 
-/// Copies below `source`. The first level is gathered in a chain of its own and joined when it is
-/// whole; so a destination below the source does not grow what is being copied.
+/// Copies the links below `source`. The first level is collected in a separate chain and appended
+/// at the end, so that a destination below the source does not change what is being copied.
 void CopyBelow(RNode* destination, RNode* source, bool allLevels) {
   RNode* copies = nullptr;
-  RNode* folder = nullptr;  // the copy of the folder that is being filled, null at the first level
+  RNode* folder = nullptr;  // the copy of the folder that is being filled; null at the first level
   bool noMemory = false;
   WalkBelow(
       source,
@@ -169,6 +171,7 @@ void RNTool::AddFirstLevelFolderChildren(RNode* destination, RNode* source) {
 void RNTool::MarkRNodeGoThrough(RNode* top, int value, bool alsoFolders) {
   if (!top) return;
   WalkBelow(
+      // Only folders have children; what hangs below other links is not visited.
       top, [](RNode* link) { return link->type == NT_FOLDER; },
       [=](RNode* link) {
         if (alsoFolders || link->type != NT_FOLDER) link->extData = static_cast<ULONG>(value);

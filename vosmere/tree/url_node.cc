@@ -1,3 +1,4 @@
+// Web pages.
 #include "vosmere/tree/url_node.h"
 
 #include "vosmere/base/internal/no_memory.h"
@@ -11,7 +12,7 @@ CUrlNode::CUrlNode(const CUrlNode* source)
     : CBaseNode(source),
       url_(source->url_.get()),
       author_(source->author_.get()),
-      urlProp_(source->urlProp_ ? std::make_unique<CUrlProp>(source->urlProp_.get()) : nullptr),
+      urlProp_(source->urlProp_ ? new CUrlProp(source->urlProp_.get()) : nullptr),
       itemType_(source->itemType_),
       relationUrl_(source->relationUrl_.get()) {}
 
@@ -26,7 +27,7 @@ CUrlNode* CUrlNode::New(CUrlNode* source) {
 }
 
 CUrlProp* CUrlNode::GetUrlProp() {
-  if (!urlProp_) urlProp_.reset(new (std::nothrow) CUrlProp);
+  if (!urlProp_) urlProp_.Assign(new (std::nothrow) CUrlProp);
   return urlProp_.get();
 }
 

@@ -1,3 +1,4 @@
+// The property block of a web page, and its chain of tags.
 #include "vosmere/tree/url_prop.h"
 
 #include <unordered_set>
@@ -12,7 +13,7 @@ bool IsTagSeparator(WChar unit) {
   return unit == ' ' || unit == ',' || unit == ';' || unit == '\t' || unit == '\r' || unit == '\n';
 }
 
-/// Hash and equality of texts without regard to ASCII case.
+/// Case-insensitive (ASCII) hash and equality of texts. The hash is FNV-1a, over code units.
 struct NoCase {
   std::size_t operator()(const WChar* text) const {
     std::size_t hash = 14695981039346656037u;
@@ -28,6 +29,7 @@ CUrlProp::CUrlProp(CUrlProp* source)
     : fileType_(source->fileType_), fileExtension_(source->fileExtension_.get()) {
   for (TagList* tag : chain::Cells(source->tags_)) {
     TagList* const copy = CreateRBstrItem(tag->data);
+    // The destructor does not run when a constructor throws.
     if (!copy) {
       DeleteTagsList(tags_);
       throw std::bad_alloc();
@@ -52,6 +54,7 @@ bool CUrlProp::HasTag(const WChar* tag) const {
 CUrlProp::TagList* CUrlProp::CreateRBstrItem(const WChar* text) {
   return NullIfNoMemory([text] {
     SystemText copy(text);
+    // The cell first: if it cannot be allocated, `copy` still owns the string.
     auto* const cell = new TagList(nullptr);
     cell->data = copy.Detach();
     return cell;
@@ -71,6 +74,7 @@ void CUrlProp::DeleteTagsList(TagList* head) {
 CUrlProp::TagList* CUrlProp::GenerateRBstrItemList(WChar* text) {
   TagList* tags = nullptr;
   try {
+    // A set, because comparing each tag with all earlier ones would take quadratic time.
     std::unordered_set<const WChar*, NoCase, NoCase> seen;
     for (WChar* at = text; at && *at;) {
       while (IsTagSeparator(*at)) ++at;
@@ -84,7 +88,7 @@ CUrlProp::TagList* CUrlProp::GenerateRBstrItemList(WChar* text) {
       chain::Append(tags, tag);
     }
   } catch (const std::bad_alloc&) {
-    detail::CountLostText();  // what was built so far is the result
+    detail::CountLostText();  // the tags so far are the result
   }
   return tags;
 }

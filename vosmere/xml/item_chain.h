@@ -1,18 +1,20 @@
+// The chain of items that a reader builds.
 #pragma once
 
-#include <memory>
 #include <type_traits>
 #include <utility>
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/list.h"
+#include "vosmere/base/owned_pointer.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/platform/xml_node.h"
+#include "vosmere/xml/reader_report.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
-/// The chain that a reader builds, which frees every cell and its item unless it was detached. It
-/// is a builder for the tables of xml/reader_scopes.h:
+/// The chain of items that a reader builds. The destructor frees every cell with its item, unless
+/// the chain was detached. It serves as the builder for the tables of xml/reader_scopes.h:
 ///
 ///     using Shelf = ItemChain<RBook>;
 ///
@@ -32,20 +34,20 @@ class ItemChain {
   ~ItemChain() { Clear(); }
 
   Cell* head() const { return head_; }
-  /// The item whose element is being read; null outside of one.
+  /// The item whose element is being read; null outside such an element.
   Item* item() const { return item_; }
 
-  /// Appends a new item, which is then being read. Throws std::bad_alloc.
+  /// Appends a new item and makes it the current one. Throws std::bad_alloc.
   void Begin() {
-    std::unique_ptr<Item, Delete> item(Item::New());
+    OwnedPointer<Item, FreeWith<Item::Delete>> item(Item::New());
     Cell* const cell = item ? Cell::New(item.get()) : nullptr;
     if (!cell) detail::ThrowNoMemory();
-    item_ = item.release();
+    item_ = item.Detach();
     chain::Append(head_, cell);
   }
   void End() { item_ = nullptr; }
 
-  /// Gives the chain to the caller.
+  /// Returns the chain, which the caller then owns.
   Cell* Detach() {
     End();
     return std::exchange(head_, nullptr);
@@ -53,18 +55,15 @@ class ItemChain {
   void Clear() { list::DeleteItems(Detach()); }
 
  private:
-  struct Delete {
-    void operator()(Item* item) const { Item::Delete(item); }
-  };
-
   Cell* head_ = nullptr;
   Item* item_ = nullptr;
 };
 
-// The row of an item.
+// For the row of an item's element.
 
 template <class Chain>
-void BeginItem(Chain& chain, const XmlNode&) {
+void BeginItem(Chain& chain, const Element& element) {
+  if (element.report()) element.report()->MakesItem();
   chain.Begin();
 }
 
@@ -73,10 +72,10 @@ void EndItem(Chain& chain) {
   chain.End();
 }
 
-/// The row of another element named as the root: behind it no item is being read any more.
+/// For the row of a nested element with the name of the root: after it there is no current item.
 template <class Chain>
-void EndItem(Chain& chain, const XmlNode&) {
+void EndItem(Chain& chain, const Element&) {
   chain.End();
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

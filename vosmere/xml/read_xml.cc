@@ -1,8 +1,10 @@
+// Loads XML documents and turns every failure into a DocumentError.
 #include "vosmere/xml/read_xml.h"
 
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "vosmere/base/owned_text.h"
@@ -40,15 +42,12 @@ void CReadXML::ThrowIfTextsWereLost() const {
   if (LostTexts() != lostTextsBefore_) throw std::bad_alloc();
 }
 
-template <class Load>
-bool CReadXML::LoadWith(Load load) {
+template <class Read>
+bool CReadXML::ReadWith(Read read) {
   error_ = {};
   lostTextsBefore_ = LostTexts();
   try {
-    XmlDocument document;
-    load(document);
-    const XmlNode root = document.Root();
-    if (root.FirstChild()) InvokeParser(root);
+    read();
     ThrowIfTextsWereLost();
   } catch (const DocumentFailure& failure) {
     error_ = failure.error;
@@ -57,9 +56,34 @@ bool CReadXML::LoadWith(Load load) {
   } catch (const std::exception& exception) {
     error_ = MakeError(DocumentFault::kHandlerFailed, exception.what());
   } catch (...) {
+    // A reader may belong to a program and throw anything.
     error_ = MakeError(DocumentFault::kHandlerFailed, "the reader gave up");
   }
+  report_ = nullptr;  // both are valid only during the load
+  document_ = nullptr;
   return error_.fault == DocumentFault::kNone;
+}
+
+void CReadXML::ReadRoot(const XmlNode& root, const XmlDocument* document) {
+  if (!root.FirstChild()) return;
+  std::optional<xml::Report> report;
+  if (lossReport_) report_ = &report.emplace(lossReport_, lossReportTo_, document);
+  document_ = document;
+  InvokeParser(root);
+}
+
+bool CReadXML::ReadParsed(const XmlNode& root, const CReadXML& parsed) {
+  return ReadWith([&] { ReadRoot(root, parsed.document_); });
+}
+
+template <class Load>
+bool CReadXML::LoadWith(Load load) {
+  return ReadWith([&] {
+    XmlDocument document;
+    if (lossReport_) document.KeepPlaces();  // takes memory, so only for a report
+    load(document);
+    ReadRoot(document.Root(), &document);
+  });
 }
 
 bool CReadXML::LoadFile(const WChar* path) {

@@ -1,9 +1,10 @@
-// Readers of documents whose elements mean something only where they stand.
+// Reading documents in which the meaning of an element depends on its parent.
 //
-// The children of an element are read in one scope, a bit of its own. A row says in which scopes an
-// element counts, what is done with it, and in which scope its own children are read; what no row
-// names is ignored with all that is in it. Elements that count anywhere are met all the same, in
-// what no row names and in what is read for its text. A builder holds what is being built:
+// The children of an element are read in one scope, which is one bit. A row of the table says in
+// which scopes an element is recognised, what is done with it, and in which scope its own children
+// are read. An element without a row is ignored with everything inside it, except for elements that
+// are recognised anywhere (kAnywhere): these are also found inside elements without a row and
+// inside elements that are read for their text. A builder holds what is being built:
 //
 //     struct Shelf {
 //       TList<CBook*>* head;
@@ -11,7 +12,7 @@
 //     };
 //     enum Scope : unsigned { kShelf = 1, kBook = 2 };
 //
-//     void AppendBook(Shelf& shelf, const XmlNode&) { ... }
+//     void AppendBook(Shelf& shelf, const Element&) { ... }
 //
 //     constexpr Field<CBook> kSizeFields[] = {{"pages", Number<&CBook::SetPages>}};
 //
@@ -23,106 +24,135 @@
 //
 //     void CReadShelfXML::InvokeParser(XmlNode root) {
 //       Shelf shelf = {};
-//       if (IsRootNamed(root, "shelf")) ReadChildren(kElements, shelf, root, kShelf);
+//       if (IsRootNamed(root, "shelf")) ReadChildren(kElements, shelf, Reported(root), kShelf);
 //     }
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <type_traits>
 #include <vector>
 
 #include "vosmere/platform/xml_node.h"
 #include "vosmere/xml/nested_texts.h"
 #include "vosmere/xml/reader_fields.h"
+#include "vosmere/xml/reader_report.h"
 
-namespace vosmere {
+namespace vosmere::xml {
 
-/// A bit for each scope; the highest one is taken.
+/// A set of scopes, one bit each. The highest bit is reserved.
 using Scopes = std::uint64_t;
 
-/// For an element that counts wherever it stands.
+/// For an element that is recognised in every scope.
 inline constexpr Scopes kAnywhere = ~Scopes{0};
 
+/// A row: an element, where it is recognised and how it is read.
 template <class Builder>
 struct ScopedElement {
-  Scopes scopes;  ///< where it counts
+  Scopes scopes;  ///< where it is recognised
   RowName name;
-  /// Null when the element says nothing itself.
-  void (*read)(Builder& builder, const XmlNode& element);
-  /// The scope of its children; 0 when none but those that count anywhere are looked at.
+  /// Reads the element itself, before its children; null if only its children are read.
+  void (*read)(Builder& builder, const Element& element);
+  /// The scope of its children; 0 if only those with kAnywhere are read.
   Scopes within = 0;
-  /// Behind its children, when these have a scope; may be null.
+  /// Called after the children if `within` is not 0; may be null.
   void (*leave)(Builder& builder) = nullptr;
+  /// Called just before `leave`, but only with a report: reports what the element, which is the
+  /// innermost, lacks and a copy would make up. May be null.
+  void (*sayUnsaid)(Builder& builder, Report& report) = nullptr;
 };
 
-// The regular rows. `Target` is a member of the builder that is, or returns, a pointer to what is
-// being read; while that is null they do nothing.
-
-/// Its text goes to a setter, or to a function (Target&, const WChar* text).
-template <auto Target, auto Apply, class Builder>
-void TextTo(Builder& builder, const XmlNode& element) {
-  if (auto* const target = std::invoke(Target, builder))
-    std::invoke(Apply, *target, element.Text().c_str());
+/// Like std::invoke, without the cost of including its heavy header in every reader.
+template <class Callee, class Object, class... Arguments>
+decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... arguments) {
+  if constexpr (std::is_member_object_pointer_v<Callee>)
+    return (object.*callee);
+  else if constexpr (std::is_member_function_pointer_v<Callee>)
+    return (object.*callee)(arguments...);
+  else
+    return callee(object, arguments...);
 }
 
-/// Its attributes go to a table of fields.
-template <auto Target, auto& Fields, class Builder>
-void AttributesTo(Builder& builder, const XmlNode& element) {
-  auto* const target = std::invoke(Target, builder);
+// The regular actions of rows. `Target` is a member of the builder that is, or returns, a pointer
+// to the object that is being read; if it is null, nothing happens.
+
+/// Passes the text of the element to a setter or to a function (Target&, const WChar* text). With a
+/// report, a text that fails the test `Fits` is reported.
+template <auto Target, auto Apply, FitsTest Fits = nullptr, class Builder>
+void TextTo(Builder& builder, const Element& element) {
+  auto* const target = Invoke(Target, builder);
   if (!target) return;
-  ForEachAttribute(element, [=](WideView name, const WChar* value) {
-    ApplyField(Fields, *target, name, value);
-  });
+  const XmlText text = element.Text();
+  if (!element.report()) return static_cast<void>(Invoke(Apply, *target, text.c_str()));
+  ApplyReported(*element.report(), {}, text.c_str(), Fits,
+                [&] { Invoke(Apply, *target, text.c_str()); });
 }
 
-/// Both, for an element that has attributes beside its text.
+/// Applies a table of fields to the attributes of the element.
+template <auto Target, auto& Fields, class Builder>
+void AttributesTo(Builder& builder, const Element& element) {
+  if (auto* const target = Invoke(Target, builder)) ApplyFields(Fields, *target, element);
+}
+
+/// Does nothing, for an element that is not read without that being a loss.
+inline void NoLoss(const Element& element) {
+  if (element.report()) element.report()->TakesText();
+}
+template <class Builder>
+void NoLoss(Builder&, const Element& element) {
+  NoLoss(element);
+}
+
+/// TextTo and AttributesTo, for an element that has both.
 template <auto Target, auto Apply, auto& Fields, class Builder>
-void TextAndAttributesTo(Builder& builder, const XmlNode& element) {
+void TextAndAttributesTo(Builder& builder, const Element& element) {
   TextTo<Target, Apply>(builder, element);
   AttributesTo<Target, Fields>(builder, element);
 }
 
-/// A member function of the builder is called, with the element or without.
+/// Calls a member function of the builder, with the element or without an argument.
 template <auto Method, class Builder>
-void Call(Builder& builder, const XmlNode& element) {
-  if constexpr (std::is_invocable_v<decltype(Method), Builder&, const XmlNode&>)
-    std::invoke(Method, builder, element);
+void Call(Builder& builder, const Element& element) {
+  if constexpr (std::is_invocable_v<decltype(Method), Builder&, const Element&>)
+    Invoke(Method, builder, element);
   else
-    std::invoke(Method, builder);
+    Invoke(Method, builder);
 }
 template <auto Method, class Builder>
 void Call(Builder& builder) {
-  std::invoke(Method, builder);
+  Invoke(Method, builder);
 }
 
-/// Which of several equal elements beside each other count.
+/// Which of several elements with the same name and parent are read.
 enum class Repeats {
-  kAll,  ///< each is applied, and so the last one stays
-  /// Rows that make something new, which is to say read it and then its children, count each time;
-  /// of all others the first.
+  kAll,  ///< All of them, so that the last value stays.
+  /// All of those whose row has both `read` and `within`, which make a new object each; of the
+  /// others only the first.
   kFirst,
 };
 
-/// Goes over elements in document order. At most 64 rows. What is nested takes no stack.
+/// Visits elements in document order, without recursion, so that deep documents do not exhaust the
+/// stack. At most 64 rows, because each has a bit in `seen`.
 template <class Builder>
 class ScopeReader {
  public:
   template <std::size_t N>
-  ScopeReader(const ScopedElement<Builder> (&rows)[N], Builder& builder, Repeats repeats)
+  ScopeReader(const ScopedElement<Builder> (&rows)[N], Builder& builder, Repeats repeats,
+              Report* report)
       : rows_(rows),
         end_(rows + N),
         builder_(builder),
-        firstOnly_(repeats == Repeats::kFirst),
-        everywhere_(
-            std::any_of(rows, rows + N, [](const Row& row) { return row.scopes & kUnknown; })) {
+        report_(report),
+        firstOnly_(repeats == Repeats::kFirst) {
     static_assert(N <= 64);
+    for (const Row& row : rows)
+      if (row.scopes & kUnknown) everywhere_ = true;
   }
 
   void ReadChildren(const XmlNode& parent, Scopes scope) {
     open_.push_back({parent.FirstChild(), scope});
+    if (report_) report_->EnterRoot(parent);
+    open_.back().isReported = report_ != nullptr;
     ReadOn();
   }
 
@@ -135,14 +165,17 @@ class ScopeReader {
  private:
   using Row = ScopedElement<Builder>;
 
-  // The scope within unknown elements, and within those that are read for their text.
+  // The scope inside unknown elements, and inside elements that are read for their text. Only rows
+  // with kAnywhere contain this bit.
   static constexpr Scopes kUnknown = Scopes{1} << 63;
 
   struct Open {
-    XmlNode next;  // child
+    XmlNode next;  // the next child to visit
     Scopes scope;
     const Row* row = nullptr;
-    std::uint64_t seen = 0;  // which rows had their first element here, a bit for each
+    bool isInText = false;
+    bool isReported = false;
+    std::uint64_t seen = 0;  // a bit for each row that has had an element here
   };
 
   void ReadOn() {
@@ -150,25 +183,56 @@ class ScopeReader {
       const XmlNode node = open_.back().next;
       if (node) {
         open_.back().next = node.NextSibling();
-        if (node.Type() == kXmlElement) Read(node);
+        if (node.Type() == kXmlElement)
+          Read(node);
+        else if (report_)
+          report_->Meet(node);
       } else {
-        const Row* const row = open_.back().row;
-        open_.pop_back();
-        if (row && !row->within) texts_.Leave();
-        if (row && row->leave) row->leave(builder_);
+        Leave();
       }
     }
   }
 
+  void Leave() {
+    const Row* const row = open_.back().row;
+    const bool isReported = open_.back().isReported;
+    if (open_.back().isInText) texts_.Leave();
+    open_.pop_back();
+    if (isReported && row && row->sayUnsaid) row->sayUnsaid(builder_, *report_);
+    if (isReported) report_->Leave();
+    if (row && row->leave) row->leave(builder_);
+  }
+
   void Read(const XmlNode& element) {
     const Row* row = FindRow(element.Name().view());
-    if (row && !IsNew(*row)) row = nullptr;
-    if (row && !row->within && everywhere_) texts_.Enter(element);
-    if (row && row->read) row->read(builder_, element);
+    const bool isRepeated = row && !IsNew(*row);
+    if (isRepeated) row = nullptr;
+    const bool isInText = row && !row->within && everywhere_;
+    if (isInText) texts_.Enter(element);
+    if (report_)
+      ReadReported(element, row, isRepeated);
+    else if (row && row->read)
+      row->read(builder_, Element(element, nullptr));
     if (row && row->within)
-      open_.push_back({element.FirstChild(), row->within, row});
-    else if (everywhere_)
-      open_.push_back({element.FirstChild(), kUnknown, row});
+      open_.push_back({element.FirstChild(), row->within, row, false, report_ != nullptr});
+    else if (everywhere_ || report_)
+      open_.push_back({element.FirstChild(), kUnknown, row, isInText, report_ != nullptr});
+  }
+
+  void ReadReported(const XmlNode& element, const Row* row, bool isRepeated) {
+    using As = Report::As;
+    report_->Enter(element, row ? As::kKnown : isRepeated ? As::kRepeated : As::kUnknown);
+    if (!row) return;
+    if (row->within && row->scopes == kAnywhere && IsOpen(*row))
+      report_->Lose(LossKind::kChanged, "what stands inside another of its kind moves out of it");
+    if (row->read) row->read(builder_, Element(element, report_));
+    report_->EndOfReading();
+  }
+
+  bool IsOpen(const Row& row) const {
+    for (const Open& open : open_)
+      if (open.row == &row) return true;
+    return false;
   }
 
   const Row* FindRow(WideView name) const {
@@ -190,24 +254,25 @@ class ScopeReader {
   const Row* rows_;
   const Row* end_;
   Builder& builder_;
+  Report* report_;
   bool firstOnly_;
-  bool everywhere_;         // whether unknown elements may hold known ones
-  NestedTexts texts_;       // those that are open
-  std::vector<Open> open_;  // innermost last
+  bool everywhere_ = false;  // whether unknown elements may contain known ones
+  NestedTexts texts_;        // the open elements that are read for their text
+  std::vector<Open> open_;   // innermost last
 };
 
-/// Applies the rows to everything below `parent`, whose own children are read in `scope`.
+/// Applies the rows to everything below `parent`, whose children are read in `scope`.
 template <class Builder, std::size_t N>
-void ReadChildren(const ScopedElement<Builder> (&rows)[N], Builder& builder, const XmlNode& parent,
+void ReadChildren(const ScopedElement<Builder> (&rows)[N], Builder& builder, const Element& parent,
                   Scopes scope, Repeats repeats = Repeats::kAll) {
-  ScopeReader<Builder>(rows, builder, repeats).ReadChildren(parent, scope);
+  ScopeReader<Builder>(rows, builder, repeats, parent.report()).ReadChildren(parent, scope);
 }
 
-/// Applies the rows to `element`, as one that stands in `scope`, and to everything below.
+/// Applies the rows to `element`, which is read in `scope`, and to everything below.
 template <class Builder, std::size_t N>
-void ReadElement(const ScopedElement<Builder> (&rows)[N], Builder& builder, const XmlNode& element,
+void ReadElement(const ScopedElement<Builder> (&rows)[N], Builder& builder, const Element& element,
                  Scopes scope, Repeats repeats = Repeats::kAll) {
-  ScopeReader<Builder>(rows, builder, repeats).ReadElement(element, scope);
+  ScopeReader<Builder>(rows, builder, repeats, element.report()).ReadElement(element, scope);
 }
 
-}  // namespace vosmere
+}  // namespace vosmere::xml

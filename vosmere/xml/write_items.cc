@@ -1,16 +1,65 @@
+// Writes the elements that several documents of items share.
 #include "vosmere/xml/write_items.h"
 
 #include "vosmere/tree/base_node.h"
+#include "vosmere/tree/url_node.h"
 #include "vosmere/xml/internal/escape.h"
 
 namespace vosmere {
 
 CWriteItems::~CWriteItems() = default;
 
+void CWriteItems::LoseAllBut(unsigned held, const CBaseNode& item) {
+  if (!ReportsLosses()) return;
+  LosesOf(&item, item.GetName());
+  const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
+  const CNodeStat& stat = *item.GetNodeStat();
+  // A quick test first, because most items lose nothing.
+  const bool isPlain = ((held & kDescription) || !*item.GetDescription()) &
+                       ((held & kIdentity) || !*item.GetUUID()) &
+                       ((held & kVersion) || item.GetVersion() == 1) & !item.IsDeleted() &
+                       (item.GetBaseBuild() == 0) & item.HasCheckedIn(nullptr) &
+                       ((held & kTimes) || !stat.GetSetTimes()) &
+                       ((held & kMarks) || (!stat.IsUnread() && stat.GetFlag() == 0));
+  if (isPlain) return;
+  // Documents write the checked-in state only together with a base build. Without one it is lost,
+  // unless readers can conclude it because the item is deleted.
+  const bool isChanged = item.GetBaseBuild() == 0 && !item.HasCheckedIn(nullptr);
+  LoseIf(loses(kDescription, *item.GetDescription()), "description does not come back");
+  LoseIf(loses(kIdentity, *item.GetUUID()), "id does not come back");
+  LoseIf(loses(kVersion, item.GetVersion() != 1), "version does not come back");
+  LoseIf(loses(kDeleted, item.IsDeleted()), "deleted does not come back");
+  LoseIf(loses(kBuild, item.GetBaseBuild() != 0), "baseBuild does not come back");
+  LoseIf(isChanged && !(held & kBuild && item.IsDeleted()), "checkedIn does not come back");
+  LoseIf(loses(kTimes, stat.GetSetTimes()), "added, modified, lastVisited do not come back");
+  LoseIf(loses(kMarks, stat.IsUnread()), "unread does not come back");
+  LoseIf(loses(kMarks, stat.GetFlag() != 0), "flag does not come back");
+}
+
+void CWriteItems::LoseAllBut(unsigned held, const CUrlNode& page) {
+  if (!ReportsLosses()) return;
+  LoseAllBut(held, static_cast<const CBaseNode&>(page));
+  const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
+  const auto isThere = [](const WChar* text) { return text && *text; };
+  const CUrlProp* const prop = page.GetUrlProp();
+  LoseIf(loses(kAuthor, isThere(page.GetAuthor())), "author does not come back");
+  LoseIf(loses(kRelated, isThere(page.GetRelationUrl())), "relationUrl does not come back");
+  LoseIf(loses(kType, page.GetItemType() != IT_URL), "type does not come back");
+  if (!prop) return;
+  LoseIf(loses(kType, prop->GetFileType() != FT_OTHER), "fileType does not come back");
+  LoseIf(isThere(prop->GetFileExtension()), "fileExtension does not come back");
+  LoseIf(loses(kTags, prop->GetTagsHead()), "tags do not come back");
+}
+
+void CWriteItems::LoseWhole(const CBaseNode& item, const char* what) {
+  LosesOf(&item, item.GetName());
+  Lose(LossKind::kNotKept, what);
+}
+
 bool CWriteItems::PutSync(WideView uuid, LONG version, bool deleted) {
   char id[kLongestSyncId * kEscapedUnitBytes];
-  const int idLength = PieceToEscapedUtf8(uuid, id);
-  if (idLength == 0 && !uuid.empty()) return false;
+  int idLength = 0;
+  if (!EscapeShort(uuid, id, &idLength)) return false;
   Put("<sx:sync id=\"");
   FillString(id, idLength);
   if (version != 0) {

@@ -1,3 +1,4 @@
+// Generates documents in a chunk buffer, converts and saves them.
 #include "vosmere/xml/write_xml.h"
 
 #include <algorithm>
@@ -26,6 +27,7 @@ WideView SystemView(const WChar* text) {
 
 }  // namespace
 
+// Constructing a writer does not throw. Without a buffer every operation fails with kNoMemory.
 CWriteXML::CWriteXML() : buffer_(new (std::nothrow) CChunkBuffer), file_(new (std::nothrow) File) {}
 
 CWriteXML::~CWriteXML() = default;
@@ -64,7 +66,7 @@ bool CWriteXML::FillXMLBSTR(const WChar* value) {
 }
 
 bool CWriteXML::FillBSTRString(const WChar* value) {
-  return PutText(SystemView(value));
+  return PutPieces(SystemView(value), kUnitBytes, PieceToUtf8);
 }
 
 bool CWriteXML::FillNode(const WChar* value, const char* open, const char* close, int openLength) {
@@ -89,7 +91,7 @@ void CWriteXML::FillBoolean(bool value, const char* open, const char* close, int
 }
 
 void CWriteXML::PutNumber(LONG number) {
-  constexpr int kMostDigits = 11;
+  constexpr int kMostDigits = 11;  // "-2147483648"
   char aside[kMostDigits];
   char* const room = buffer_ ? buffer_->Room(kMostDigits) : nullptr;
   char* const digits = room ? room : aside;
@@ -101,9 +103,31 @@ void CWriteXML::PutNumber(LONG number) {
     FillString(aside, length);
 }
 
-// Straight into the buffer where its last chunk has the room.
-bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
-                          int (*convert)(WideView piece, char* bytes)) {
+CWriteXML::Convert CWriteXML::Escaping(Stands stands) const {
+  if (!loadable_) return PieceToEscapedUtf8<Escape::kFive>;
+  return stands == Stands::kInElement ? PieceToEscapedUtf8<Escape::kText>
+                                      : PieceToEscapedUtf8<Escape::kAttribute>;
+}
+
+/// The part of a text that may be written. If characters must be left out, the view is of `aside`,
+/// which holds the copy.
+WideView CWriteXML::Writable(WideView text, std::basic_string<WChar>& aside) {
+  if (!loadable_ || IsXmlText(text)) return text;
+  const std::size_t before = aside.size();
+  for (WideView rest = text; !rest.empty();) {
+    const std::size_t whole = WellFormedLength(rest);
+    std::copy_if(rest.begin(), rest.begin() + whole, std::back_inserter(aside), IsXmlUnit);
+    rest = rest.From(whole + 1);  // skips the unpaired surrogate
+  }
+  Lose(LossKind::kChanged, "characters that XML does not have are left out");
+  leftOutCharacters_ += static_cast<ULONG>(text.size - (aside.size() - before));
+  return {aside.data(), aside.size()};
+}
+
+// Converts directly into the last chunk of the buffer if that has the room, which saves a copy.
+// `convert` writes at most `unitBytes` bytes for each code unit of a piece and returns their
+// number; 0 means failure.
+bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert) {
   char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
@@ -119,33 +143,83 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes,
   return true;
 }
 
-bool CWriteXML::PutText(WideView text) {
-  return PutPieces(text, kUnitBytes, PieceToUtf8);
+/// Appends the leading pieces of a text that are plain ASCII without anything to escape, which is
+/// fast, and removes them from `text`. Returns whether that was the whole text.
+bool CWriteXML::PutTamePieces(WideView* text) {
+  while (!text->empty()) {
+    const WideView piece = text->First(kTextPiece);
+    const auto length = static_cast<int>(piece.size);
+    char* const room = buffer_ ? buffer_->Room(length) : nullptr;
+    if (!room || !TamePieceToUtf8(piece, room)) return false;
+    buffer_->Use(length);
+    *text = text->From(piece.size);
+  }
+  return true;
 }
 
-bool CWriteXML::PutEscaped(WideView text) {
-  return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8);
+bool CWriteXML::PutLoadable(WideView text, Convert convert) {
+  if (PutTamePieces(&text)) return true;
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes, convert);
+}
+
+bool CWriteXML::PutRawAttribute(WideView text) {
+  return loadable_ ? PutLoadable(text, PieceToEscapedUtf8<Escape::kAsLittle>)
+                   : PutPieces(text, kUnitBytes, PieceToUtf8);
+}
+
+bool CWriteXML::PutEscaped(WideView text, Stands stands) {
+  return loadable_ ? PutLoadable(text, Escaping(stands))
+                   : PutPieces(text, kEscapedUnitBytes, Escaping(stands));
+}
+
+bool CWriteXML::PutRawPath(WideView text) {
+  if (!loadable_) return PutPieces(text, kUnitBytes, WithSlashes<PieceToUtf8>);
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
+                   WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
+}
+
+bool CWriteXML::PutEscapedPath(WideView text) {
+  if (!loadable_)
+    return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
+                   WithSlashes<PieceToEscapedUtf8<Escape::kText>>);
 }
 
 // Converting.
 
-bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8) {
+static bool AppendPieces(WideView text, std::string& utf8, int (*convert)(WideView, char*)) {
   char bytes[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
-    const int length = PieceToEscapedUtf8(piece, bytes);
+    const int length = convert(piece, bytes);
     if (length == 0) return false;
     utf8.append(bytes, length);
     text = text.From(piece.size);
   }
+  // Lengths are passed as int.
   if (utf8.size() > std::size_t{std::numeric_limits<int>::max()}) throw std::bad_alloc();
   return true;
+}
+
+bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8, Stands stands) {
+  std::basic_string<WChar> kept;
+  return AppendPieces(Writable(text, kept), utf8, Escaping(stands));
+}
+
+bool CWriteXML::EscapeShort(WideView value, char* utf8, int* length) {
+  std::basic_string<WChar> kept;
+  value = Writable(value, kept);
+  *length = Escaping(Stands::kInAttribute)(value, utf8);
+  return *length > 0 || value.empty();
 }
 
 bool CWriteXML::GetXMLUTF8(const WChar* value, char** text, int* length) {
   return UnlessLost(false, [=] {
     std::string utf8;
-    if (!EscapedUtf8(SystemView(value), utf8)) return false;
+    if (!AppendPieces(SystemView(value), utf8, PieceToEscapedUtf8<Escape::kFive>)) return false;
     *text = new char[utf8.size() + 1];
     std::memcpy(*text, utf8.c_str(), utf8.size() + 1);
     *length = static_cast<int>(utf8.size());
@@ -159,13 +233,27 @@ bool CWriteXML::BSTRGetUTF8(const WChar* value, char** text, int* length) {
   return false;
 }
 
-BSTR CWriteXML::GetXMLBSTR() {
+void CWriteXML::Lose(LossKind kind, const char* what) {
+  if (!lossReport_) return;
+  DocumentLoss loss;
+  loss.kind = kind;
+  loss.what = what;
+  loss.item = lossOf_;
+  loss.name = lossOfName_;
+  lossReport_(lossReportTo_, loss);
+}
+
+bool CWriteXML::Generate() {
   error_ = {};
   FillOnce();
   Chunk* chunk = nullptr;
-  if (!IsComplete(&chunk)) return nullptr;
-  const std::unique_ptr<char[]> bytes = buffer_->Joined();
-  if (bytes && !bytes[0]) return nullptr;
+  return IsComplete(&chunk);
+}
+
+BSTR CWriteXML::GetXMLBSTR() {
+  if (!Generate()) return nullptr;
+  const OwnedPointer<char, WithArrayDelete> bytes = buffer_->Joined();
+  if (bytes && !*bytes) return nullptr;
   BSTR result = nullptr;
   if (bytes) CUnicodeTool::UTF8GetBSTR(&result, bytes.get(), 0);
   if (!result) Fail(DocumentFault::kNoMemory, "memory ran out");
@@ -173,14 +261,21 @@ BSTR CWriteXML::GetXMLBSTR() {
 }
 
 bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
-  error_ = {};
-  FillOnce();
-  Chunk* chunk = nullptr;
-  if (!IsComplete(&chunk)) return false;
-  std::unique_ptr<char[]> joined = buffer_->Joined();
+  if (!Generate()) return false;
+  OwnedPointer<char, WithArrayDelete> joined = buffer_->Joined();
   if (!joined) return Fail(DocumentFault::kNoMemory, "memory ran out");
-  *bytes = joined.release();
+  *bytes = joined.Detach();
+  Chunk* chunk = nullptr;
   *length = buffer_->Get(&chunk);
+  return true;
+}
+
+bool CWriteXML::HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to) {
+  if (!Generate()) return false;
+  Chunk* chunk = nullptr;
+  take(to, nullptr, static_cast<std::size_t>(buffer_->Get(&chunk)));
+  for (; chunk; chunk = chunk->next)
+    take(to, static_cast<const char*>(chunk->data), static_cast<std::size_t>(chunk->used));
   return true;
 }
 
@@ -188,6 +283,7 @@ bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
 
 bool CWriteXML::SaveToFile(const WChar* path) {
   error_ = {};
+  if (loadable_ && !Generate()) return false;  // before the file is opened and thereby emptied
   if (!OpenFile(path)) return false;
   FillOnce();
   const bool written = RealWrite();
@@ -212,7 +308,7 @@ bool CWriteXML::RealWrite() {
   Chunk* chunk = nullptr;
   if (!IsComplete(&chunk)) return false;
   while (chunk) {
-    FilePiece pieces[256];
+    FilePiece pieces[256];  // chunks are written together, which saves system calls
     std::size_t count = 0;
     for (; chunk && count < std::size(pieces); chunk = chunk->next)
       pieces[count++] = {chunk->data, static_cast<std::size_t>(chunk->used)};
@@ -224,6 +320,8 @@ bool CWriteXML::RealWrite() {
 
 bool CWriteXML::IsComplete(Chunk** head) {
   if (torn_ || !buffer_) return Fail(DocumentFault::kNoMemory, "memory ran out");
+  if (loadable_ && deepest_ > kMaxXmlDepth)
+    return Fail(DocumentFault::kTooDeep, "the folders are nested deeper than documents are read");
   const LONG total = buffer_->Get(head);
   if (total >= CChunkBuffer::kLimit)
     return Fail(DocumentFault::kTooLarge, "the document has 100 MiB or more");

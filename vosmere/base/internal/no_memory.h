@@ -1,4 +1,4 @@
-// Turning exhausted memory into the null that every `New` promises.
+// Helpers that turn std::bad_alloc into a return value, such as the null that every `New` promises.
 #pragma once
 
 #include <new>
@@ -7,8 +7,8 @@
 
 namespace vosmere {
 
-/// The result of `make()`, or null when memory ran out on the way. What was built by then is undone
-/// by the usual unwinding, so nothing leaks.
+/// The result of `make()`, or null when it throws std::bad_alloc. What was built before the
+/// exception is freed by stack unwinding, so nothing leaks.
 template <class Make>
 auto NullIfNoMemory(Make make) -> decltype(make()) {
   try {
@@ -18,7 +18,7 @@ auto NullIfNoMemory(Make make) -> decltype(make()) {
   }
 }
 
-/// The result of `work()`, or `instead` when memory ran out on the way.
+/// The result of `work()`, or `instead` when it throws std::bad_alloc.
 template <class Work, class Result>
 Result UnlessNoMemory(Result instead, Work work) {
   try {
@@ -28,7 +28,8 @@ Result UnlessNoMemory(Result instead, Work work) {
   }
 }
 
-/// The same where `instead` also means that there is nothing: LostTexts tells the two apart.
+/// The same for results where `instead` could also mean "there is nothing": the loss is counted, so
+/// that LostTexts tells the two apart.
 template <class Work, class Result>
 Result UnlessLost(Result instead, Work work) {
   try {

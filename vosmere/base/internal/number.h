@@ -1,4 +1,4 @@
-// Decimal numbers at the start of a text, read as C's conversions read them.
+// Reads decimal numbers at the start of a text, as C's strtol does, but saturated to 32 bits.
 #pragma once
 
 #include <algorithm>
@@ -9,24 +9,25 @@
 
 namespace vosmere {
 
+/// ASCII digits only.
 template <class Unit>
 constexpr bool IsDigit(Unit unit) {
   return unit >= '0' && unit <= '9';
 }
 
-/// White space of the "C" locale, whatever locale is set.
+/// White space as isspace has it in the "C" locale, independent of the current locale.
 template <class Unit>
 constexpr bool IsSpace(Unit unit) {
   return unit == ' ' || (unit >= '\t' && unit <= '\r');
 }
 
-/// Reads white space, a sign and digits up to `end`, or up to a zero unit when `end` is null. The
-/// value saturates at 32 bits, and is 0 without digits. Returns the place behind the last digit;
-/// null without digits.
+/// Reads optional white space, an optional sign and digits, up to `end`, or up to the terminating
+/// null when `end` is null. Stores the value, saturated to 32 bits; 0 if there are no digits.
+/// Returns the position after the last digit, or null if there are no digits.
 template <class Unit>
 constexpr const Unit* ReadNumber(const Unit* text, const Unit* end, LONG* value) {
   bool negative = false;
-  if (text != end && !IsDigit(*text)) {  // mostly there is neither
+  if (text != end && !IsDigit(*text)) {  // usually there is neither space nor sign
     while (text != end && IsSpace(*text)) ++text;
     negative = text != end && *text == '-';
     if (text != end && (*text == '-' || *text == '+')) ++text;
@@ -35,7 +36,7 @@ constexpr const Unit* ReadNumber(const Unit* text, const Unit* end, LONG* value)
   std::uint64_t magnitude = 0;
   for (; text != end && IsDigit(*text); ++text) magnitude = magnitude * 10 + (*text - '0');
   constexpr std::uint64_t kLimit = std::numeric_limits<LONG>::max();
-  if (text - digits > 9) {  // it may have wrapped
+  if (text - digits > 9) {  // may not fit into 32 bits, or even have wrapped
     magnitude = 0;
     for (const Unit* digit = digits; digit != text; ++digit)
       magnitude = std::min(magnitude * 10 + (*digit - '0'), kLimit + 1);

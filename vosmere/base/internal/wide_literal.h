@@ -1,3 +1,4 @@
+// Constant wide texts as arrays of WChar.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +7,8 @@
 
 namespace vosmere {
 
-/// A zero-terminated constant text: `constexpr WideLiteral kUntitled(u"Untitled-");`
+/// A null-terminated constant: `constexpr WideLiteral kUntitled(u"Untitled-");`. It exists because
+/// a u"" literal has the type char16_t, which does not convert to WChar.
 template <std::size_t N>
 class WideLiteral {
  public:

@@ -1,4 +1,4 @@
-// Wide text as standard strings, within the library.
+// Conversions between WChar texts and std::u16string, and helpers for such strings.
 #pragma once
 
 #include <string>
@@ -7,12 +7,13 @@
 
 namespace vosmere {
 
-/// A copy; empty for null.
+/// A copy of a null-terminated text; empty for null.
 inline std::u16string ToU16(const WChar* text) {
   const WideView view(text);
   return {view.begin(), view.end()};
 }
 
+/// The code units of a string or literal as the type that the library's interface takes.
 inline const WChar* Units(const std::u16string& text) {
   return reinterpret_cast<const WChar*>(text.c_str());
 }
@@ -20,13 +21,14 @@ inline const WChar* Units(const char16_t* text) {
   return reinterpret_cast<const WChar*>(text);
 }
 
-/// With A-Z folded to a-z: the same for texts that differ in ASCII case alone.
+/// A copy in which A to Z are lower case: equal for texts that differ only in ASCII case.
 inline std::u16string Folded(std::u16string text) {
   for (char16_t& unit : text) unit = static_cast<char16_t>(FoldAscii(unit));
   return text;
 }
 
-/// A path below a folder; a separator is put between unless the folder ends in one.
+/// `folder` and `name` with a separator between them, unless the folder ends in one. The separator
+/// is a backslash; on Linux the file functions accept both kinds.
 inline std::u16string JoinPath(std::u16string folder, const std::u16string& name) {
   if (!folder.ends_with(u'\\') && !folder.ends_with(u'/')) folder += u'\\';
   return folder += name;

@@ -1,3 +1,4 @@
+// Walks the records of a stored menu order, and reads their names.
 #include "vosmere/favorites/internal/order_value.h"
 
 #include <algorithm>
@@ -7,21 +8,22 @@
 namespace vosmere {
 namespace {
 
-constexpr ULONG kNoPosition = 0xFFFFFFFB;
-constexpr ULONG kBlockMark = 0xBEEF0004;
+constexpr ULONG kNoPosition = 0xFFFFFFFB;  // -5: the record's index is the position
+constexpr ULONG kBlockMark = 0xBEEF0004;   // signature of the block with the long name
 
-/// Where the name is in a block of that version; 0 for a version that is not known.
+/// Offset of the long name in an extension block of that version; 0 for a version that is not
+/// known.
 std::size_t LongNameAt(ULONG version) {
   switch (version) {
     case 3: return 20;  // Windows XP, Server 2003
-    case 7: return 38;  // Vista
-    case 8: return 42;  // 7
-    case 9: return 46;  // 8 and later
+    case 7: return 38;  // Windows Vista
+    case 8: return 42;  // Windows 7
+    case 9: return 46;  // Windows 8 and later
     default: return 0;
   }
 }
 
-/// Bytes that the name at the start takes, its terminating zero included.
+/// Size of the name at the start in bytes, including the terminating null.
 std::size_t NameSize(ByteView bytes, bool isWide) {
   const std::size_t unit = isWide ? 2 : 1;
   std::size_t at = 0;
@@ -71,8 +73,8 @@ std::optional<std::u16string> OrderEntry::Name() const {
   return std::u16string(bytes8, bytes8 + narrow->size());
 }
 
-// The block stands behind the name, at an even distance from the item's start, and the item's last
-// two bytes say where; an item that was damaged in one place can still be found by the other.
+// The block follows the name at an even offset in the item, and the last two bytes of the item hold
+// that offset. Both are tried, so that an item that is damaged in one place is still read.
 std::optional<std::u16string> OrderEntry::LongName() const {
   const ByteView item = bytes.First(bytes.Word(0)).From(kItemAt).First(bytes.Half(kItemAt));
   const std::size_t name = kNameAt - kItemAt;
@@ -92,8 +94,8 @@ void OrderValue::CopyTo(COrderHead& head) const {
   head.fromRegistry = true;
 }
 
-// A size that does not reach past the record's own fixed part cannot be one: no record behind it
-// can be found, and one that moves on by a byte or two would make thousands of records of one.
+// A size that ends within the record's fixed part is invalid. There is no telling where the next
+// record begins, and a size of one or two bytes would turn one record into thousands.
 std::optional<OrderEntry> OrderValue::Next() {
   const ByteView record = bytes_.From(at_);
   if (record.size() <= OrderEntry::kNameAt || index_ == Count()) return {};

@@ -1,4 +1,4 @@
-// The shell's "Order" value, as bytes that may be anything. All integers are little-endian.
+// Reads the shell's "Order" value from bytes that are not trusted. All integers are little-endian.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,8 @@
 
 namespace vosmere {
 
-/// Bytes that somebody else owns. What lies beyond them reads as zero.
+/// Bytes that the caller owns. Reading beyond their end gives zero, so that readers of damaged
+/// records need no bounds checks of their own.
 class ByteView {
  public:
   ByteView(const unsigned char* data, std::size_t size) : data_(data), size_(size) {}
@@ -29,8 +30,8 @@ class ByteView {
   }
   ULONG Word(std::size_t at) const { return Half(at) | ULONG{Half(at + 2)} << 16; }
 
-  /// The text at the start, up to its terminating zero or the end of the bytes; nothing when it has
-  /// CFavorite::kNameLimit characters or more. Throw std::bad_alloc.
+  /// The text at the start, up to its terminating null or the end of the bytes. Nothing when it has
+  /// CFavorite::kNameLimit characters or more. Throws std::bad_alloc.
   std::optional<std::string> Text8() const;
   std::optional<std::u16string> Text16() const;
 
@@ -39,7 +40,7 @@ class ByteView {
   std::size_t size_;
 };
 
-/// A record, from its first byte to the end of the value.
+/// A record. Its view starts at the record's first byte and ends with the whole value.
 struct OrderEntry {
   static constexpr std::size_t kItemAt = 8;
   static constexpr std::size_t kNameAt = 22;
@@ -50,28 +51,33 @@ struct OrderEntry {
   ULONG index;
 
   unsigned short Flags() const { return bytes.Half(10); }
-  /// As stored, or the index when none is; negative for what is no position.
+  /// The stored position, or the index of the record when none is stored. Negative for an invalid
+  /// position.
   LONG Position() const;
-  /// The fields that every layout has.
+  /// Copies the fields that both layouts have.
   void CopyTo(COrderRecord& record) const;
-  /// The name as it stands at its place. A byte is the character of the same value. Nothing when
-  /// it is too long. Throws std::bad_alloc.
+  /// The name at offset kNameAt. An 8-bit character becomes the code unit with the same value.
+  /// Nothing when the name is too long. Throws std::bad_alloc.
   std::optional<std::u16string> Name() const;
-  /// The long name that systems from Windows XP on keep in a block behind that one; nothing when
-  /// there is no such block, or it is of a version that is not known. Throws std::bad_alloc.
+  /// The long name, which Windows XP and later systems store in an extension block after the name.
+  /// Nothing when there is no such block or its version is not known. Throws std::bad_alloc.
   std::optional<std::u16string> LongName() const;
 };
 
-/// Goes over the records of a value.
+/// Walks the records of a value.
 class OrderValue {
  public:
   OrderValue(const unsigned char* bytes, std::size_t size) : bytes_(bytes, size) {}
 
+  /// Whether the value is long enough for its header.
   bool HasHead() const { return bytes_.size() >= kHeadSize; }
+  /// Copies the header.
   void CopyTo(COrderHead& head) const;
+  /// The number of records by the header, which is not trusted.
   ULONG Count() const { return bytes_.Word(16); }
 
-  /// The first, then the next record; nothing at the end, and when the value is no longer one.
+  /// Returns the first, then the next record. Nothing at the end, and after a record whose size is
+  /// invalid.
   std::optional<OrderEntry> Next();
 
  private:

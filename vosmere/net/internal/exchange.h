@@ -1,27 +1,29 @@
-// Sending a request, body and all.
+// Sends an HTTP request with its body, and repeats it when the client asks for that.
 #pragma once
 
 #include "vosmere/platform/internal/http.h"
 
 namespace vosmere {
 
-/// So often a server may ask for the request once more; who asks again is given up.
+/// How often a request is repeated before it fails. Without a bound, a server could make it go on
+/// for ever.
 inline constexpr int kMostRetries = 5;
 
-/// Whether the server, or a proxy, asks who is there.
+/// Whether the server (401) or a proxy (407) demands authentication.
 inline bool IsAccessDenied(int status) {
   return status == 401 || status == 407;
 }
 
-/// The error of a server that asks for the request again and again.
+/// The error for a request that was repeated too often: a password that was refused, or redirects.
 inline http::Error WhyGivenUp(http::Request* request) {
   int status = 0;
   http::Status(request, &status);
   return IsAccessDenied(status) ? http::kIncorrectPassword : http::kRedirectFailed;
 }
 
-/// Sends a request of `total` bytes that `write` writes, up to the head of the reply. `*started`
-/// tells whether it was the start that failed.
+/// Sends a request with a body of `total` bytes, which `write` writes, and waits for the head of
+/// the reply. `write` is called again when the request has to be repeated. `*started` receives
+/// whether the request was started, so that a failure can be reported for the right step.
 template <class WriteBody>
 http::Error Exchange(http::Request* request, ULONG total, WriteBody write, bool* started) {
   http::Error error = http::kForceRetry;
@@ -35,7 +37,7 @@ http::Error Exchange(http::Request* request, ULONG total, WriteBody write, bool*
   return error == http::kForceRetry ? WhyGivenUp(request) : error;
 }
 
-/// A short body in one go.
+/// Sends a request with a body that is in memory.
 inline http::Error SendWhole(http::Request* request, const char* body, std::size_t size) {
   bool started;
   return Exchange(

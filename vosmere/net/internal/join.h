@@ -1,4 +1,4 @@
-// Wide texts put together from literals and what users gave.
+// Joins ASCII literals and UTF-16 texts into a system string.
 #pragma once
 
 #include <cstring>
@@ -10,7 +10,7 @@
 
 namespace vosmere {
 
-/// ASCII or wide text that somebody else owns; null is empty.
+/// ASCII or UTF-16 text that the caller owns. Null is the empty text.
 class TextPiece {
  public:
   TextPiece(const char* ascii) : ascii_(ascii), size_(ascii ? std::strlen(ascii) : 0) {}
@@ -33,7 +33,7 @@ struct SystemStringFree {
 };
 using JoinedText = std::unique_ptr<WChar, SystemStringFree>;
 
-/// A new system string; null without memory.
+/// The pieces joined into a new system string; null when memory runs out.
 inline JoinedText Join(std::initializer_list<TextPiece> pieces) {
   std::size_t size = 0;
   for (const TextPiece& piece : pieces) size += piece.size();

@@ -1,3 +1,4 @@
+// The texts of a multipart/form-data body.
 #include "vosmere/net/internal/multipart.h"
 
 #include <vector>
@@ -8,7 +9,7 @@
 namespace vosmere::multipart {
 namespace {
 
-/// What is behind the last separator of either kind.
+/// The part of a path after its last slash or backslash.
 const WChar* BaseName(const WChar* path) {
   const WChar* base = path;
   for (const WChar unit : WideView(path)) {
@@ -18,6 +19,7 @@ const WChar* BaseName(const WChar* path) {
   return base;
 }
 
+/// Browsers percent-encode these three characters and no others.
 const char* EscapeOf(WChar unit) {
   switch (unit) {
     case '"': return "%22";
@@ -27,7 +29,7 @@ const char* EscapeOf(WChar unit) {
   }
 }
 
-/// A name that cannot leave its quotes.
+/// A name escaped for a quoted parameter, so that it cannot end the quotes or the header line.
 std::vector<WChar> Quoted(const WChar* name) {
   std::vector<WChar> quoted;
   for (const WChar unit : WideView(name)) {

@@ -1,4 +1,4 @@
-// The texts of a multipart/form-data body, in the old form and as RFC 7578 has it.
+// The texts of a multipart/form-data body, in the old form and as RFC 7578 defines it.
 #pragma once
 
 #include <string>
@@ -8,17 +8,20 @@
 
 namespace vosmere::multipart {
 
-/// How a form is written. The old form names the whole local path as it is, parts the header's
-/// parameters by a comma and leaves names unescaped; the clean one does as browsers do.
+/// How a form is written. The old form sends the whole local path, separates the parameters of the
+/// Content-Type header with a comma and does not escape names. The clean form is that of browsers.
 enum class Form { kOld, kClean };
 
-// Null arguments are empty. The result is null without memory; std::bad_alloc, too, may be thrown.
+// Null arguments are empty. When memory runs out, the result is null, or std::bad_alloc is thrown.
 
+/// The part header before the file's bytes.
 JoinedText FileHead(Form form, const WChar* boundary, const WChar* field, const WChar* path);
+/// A part with one form field.
 JoinedText Field(Form form, const WChar* boundary, const WChar* name, const WChar* value);
+/// The closing delimiter.
 JoinedText Tail(const WChar* boundary);
 
-/// The header line, without its end. Throws std::bad_alloc.
+/// The Content-Type header line of the request, without its line end. Throws std::bad_alloc.
 std::string ContentType(Form form, const WChar* boundary);
 
 }  // namespace vosmere::multipart

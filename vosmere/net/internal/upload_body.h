@@ -1,4 +1,4 @@
-// The body of an upload, in pieces.
+// UploadBody, the body of an upload, which is sent in pieces.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace vosmere {
 
-/// Four parts, in the order of the request.
+/// The four parts of the body, in the order in which they are sent.
 struct UploadBody {
   std::string head;
   const char* data = nullptr;
@@ -20,7 +20,7 @@ struct UploadBody {
   std::string fields;
   std::string tail;
 
-  // What `data` is: a text, or a mapped file.
+  // The owner of `data`: a text or a mapped file.
   std::string text;
   std::unique_ptr<File> file;
   std::unique_ptr<FileMapping> mapping;
@@ -29,8 +29,10 @@ struct UploadBody {
     return std::uint64_t{head.size()} + dataSize + fields.size() + tail.size();
   }
 
-  /// Gives all bytes to `take`, which returns an error or kNone. The end is held back when the file
-  /// is no longer what was announced.
+  /// Passes all bytes to `take`, which returns kNone or an error that ends the loop. If the file
+  /// has become shorter than announced, the remaining parts are not sent, so that the server cannot
+  /// take the body for complete. Pages of the file are given back after they were sent, so a large
+  /// file does not fill the memory.
   template <class Take>
   http::Error ForEachPiece(Take take) const {
     const auto takeText = [&](const std::string& part) {

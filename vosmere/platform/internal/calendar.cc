@@ -1,3 +1,4 @@
+// The calendar of the local time zone, made thread-safe.
 #include <mutex>
 
 #include "vosmere/platform/internal/clock.h"
@@ -6,10 +7,12 @@
 namespace vosmere {
 namespace {
 
-// The runtime's zone passes through other values while one thread sets it up.
+// Guards the runtime's time zone: while one thread sets it up, other threads would see intermediate
+// values.
 std::mutex zoneLock;
 
-// Looking up the zone may go to the file system, and would cost more than all else in a date.
+// Done once only, because looking up the zone may access the file system, which would cost more
+// than everything else in formatting a date.
 void SetUpZoneOnce() {
   static const bool done = (SetUpZone(), true);
   static_cast<void>(done);

@@ -1,3 +1,4 @@
+// The clock, which tests can replace.
 #include "vosmere/platform/internal/clock.h"
 
 #include <atomic>
@@ -30,6 +31,7 @@ ClockMoment ClockNow() {
 }
 
 void SetClockForTesting(LONG (*clock)(), int (*milliseconds)()) {
+  // Before the clock: ClockNow reads the milliseconds only when it finds a clock.
   testMilliseconds = milliseconds;
   testClock = clock;
 }

@@ -1,4 +1,4 @@
-// Conversions between UTF-16 and 8-bit text, into the caller's memory.
+// Converts between UTF-16 and 8-bit text, into the caller's memory.
 #pragma once
 
 #include <climits>
@@ -10,22 +10,26 @@
 
 namespace vosmere {
 
-/// The platform's own 8-bit text: the ANSI code page on Windows; elsewhere that of the locale which
-/// the program has set, and UTF-8 in the "C" locale, in which every program starts.
+/// The platform's own 8-bit encoding. On Windows it is the ANSI code page. On other systems it is
+/// that of the locale that the program has set; in the "C" locale, in which every program starts,
+/// it is UTF-8.
 inline constexpr unsigned kCodePageSystem = 0;
 inline constexpr unsigned kCodePageUtf8 = 65001;
 
-/// Converts `length` units into `capacity` bytes and returns the number of bytes written; with a
-/// capacity of 0 it returns the number needed. 0 also means that the result does not fit, or that
-/// its length would not fit an int. Writes no terminator. In UTF-8 an unpaired surrogate gives
-/// U+FFFD; in another code page what it cannot represent gives the platform's replacement.
+/// Converts `length` code units into at most `capacity` bytes and returns the number of bytes
+/// written. With a capacity of 0 it returns the number needed. A result of 0 also means that the
+/// text does not fit, or that its length does not fit an int. No terminating null is written.
+///
+/// In UTF-8 an unpaired surrogate becomes U+FFFD. In another code page, characters that it lacks
+/// become the platform's replacement character.
 int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, int capacity);
 
-/// The reverse, with the same rule for the result, in units. Ill-formed UTF-8 gives one U+FFFD for
-/// each maximal ill-formed part.
+/// The reverse of WideToBytes, with the same rules for the result, in code units. In UTF-8 each
+/// maximal ill-formed part becomes one U+FFFD.
 int BytesToWide(unsigned codePage, const char* bytes, int length, WChar* text, int capacity);
 
-/// A text as bytes, in memory of their own. Throws std::bad_alloc, also where WideToBytes fails.
+/// Converts a text to a string. Throws std::bad_alloc when memory runs out, and also when
+/// WideToBytes fails.
 inline std::string BytesOf(unsigned codePage, WideView text) {
   if (text.empty()) return {};
   if (text.size > INT_MAX) throw std::bad_alloc();

@@ -1,36 +1,33 @@
-// Files, as far as the library needs them: one handle type that closes itself.
+// File and FileMapping: the file operations that the library needs.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <utility>
 
+#include "vosmere/base/file_piece.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
 
-/// A piece of memory to be written.
-struct FilePiece {
-  const void* data;
-  std::size_t size;
-};
-
-/// Whether a file may make its user wait: for the other end of a pipe, for the user of a terminal.
-/// Opening never waits, whatever the path names.
+/// Whether operations on a file may block: on the other end of a pipe, or on the user of a
+/// terminal. Opening never blocks, whatever the path names.
 enum class Waiting {
-  /// A pipe does not open, nor on Windows any other device (a file named "nul.html" would be one);
-  /// elsewhere a device that has nothing to give or no room at the moment fails.
+  /// Pipes cannot be opened, and on Windows no other device either: a file named "nul.html" would
+  /// be one. On other systems, reading a device that has no data at the moment and writing to one
+  /// that has no room fail.
   kNever,
-  /// Reading waits for what comes, writing for room.
+  /// Reading blocks until there is data, writing until there is room.
   kAllowed,
 };
 
-/// One open file. Operations return false on failure and leave the system's error number (errno
-/// values on Linux, GetLastError values on Windows) in `error()`.
+/// One open file, which the destructor closes. Operations return false on failure and leave the
+/// system's error number in `error()`: errno values on Linux, GetLastError values on Windows. Not
+/// thread-safe.
 ///
-/// Paths are zero-terminated UTF-16. On Linux they become UTF-8 and a backslash separates like a
-/// slash, so that a path written on one system opens on the other. Names that this cannot say have
-/// paths, too (platform/path.h).
+/// Paths are null-terminated UTF-16. On Linux they are converted to UTF-8, and a backslash is a
+/// separator like a slash, so that a path written on one system opens on the other. File names that
+/// UTF-8 paths cannot express have paths too (platform/path.h).
 class File {
  public:
   File() = default;
@@ -43,17 +40,19 @@ class File {
   }
   ~File() { Close(); }
 
-  /// For reading; others may read, too. A directory fails here.
+  /// Opens a file for reading; other programs may read it at the same time. Fails for a directory.
+  /// Like the other operations that open, it first closes the file that is open.
   bool Open(const WChar* path, Waiting waiting = Waiting::kNever);
-  /// For writing; an existing file is cut to nothing first. Others may read meanwhile.
+  /// Creates a file for writing; an existing file is truncated first. Other programs may read it
+  /// meanwhile.
   bool Create(const WChar* path, Waiting waiting = Waiting::kNever);
-  /// For writing over what an existing file holds, from its beginning.
+  /// Opens or creates a file for writing from its beginning; an existing file is not truncated.
   bool OpenOrCreate(const WChar* path, Waiting waiting = Waiting::kNever);
 
-  /// Reads up to `capacity` bytes; `*got` is 0 at the end.
+  /// Reads up to `capacity` bytes; `*got` is 0 at the end of the file.
   bool Read(void* bytes, std::size_t capacity, std::size_t* got);
-  /// Reads until `capacity` bytes are there or the file ends; `*got` tells how many there are, also
-  /// on failure.
+  /// Reads until `capacity` bytes have been read or the file ends. `*got` receives the number of
+  /// bytes read, also on failure.
   bool ReadFully(void* bytes, std::size_t capacity, std::size_t* got) {
     for (*got = 0; *got < capacity;) {
       std::size_t part = 0;
@@ -63,13 +62,13 @@ class File {
     }
     return true;
   }
-  /// Writes all pieces in order, whatever number of system calls that takes.
+  /// Writes all pieces in order, with as many system calls as that takes.
   bool Write(const FilePiece* pieces, std::size_t count);
-  /// Length in bytes.
+  /// Stores the file's length in bytes.
   bool Size(std::uint64_t* size);
 
-  /// The file is closed in any case. False when the system could not store what was written:
-  /// network disks and quotas say so only now. True when none is open.
+  /// Closes the file, which is closed even on failure. False when the system could not store what
+  /// was written: network disks and quotas report that only here. True when no file is open.
   bool Close();
   bool IsOpen() const { return handle_ != kNone; }
   ULONG error() const { return error_; }
@@ -77,7 +76,7 @@ class File {
  private:
   friend class FileMapping;
   static constexpr std::intptr_t kNone = -1;
-  /// What every opening ends with: the handle is one that `waiting` admits, or none.
+  /// The last step of every opening: closes the handle again if `waiting` does not allow it.
   bool Admit(Waiting waiting);
   bool Fail();
 
@@ -85,9 +84,9 @@ class File {
   ULONG error_ = 0;
 };
 
-/// A whole open file as memory to be read; the file may be closed meanwhile. On Linux others may
-/// cut the file short, and reading what is no longer there then raises SIGBUS (CopyUnlessGone does
-/// not).
+/// An open file mapped into memory as a whole, for reading. The file may be closed meanwhile. On
+/// Linux another program may truncate the file, and reading memory beyond the new end then raises
+/// SIGBUS; CopyUnlessGone is safe.
 class FileMapping {
  public:
   FileMapping() = default;
@@ -95,15 +94,18 @@ class FileMapping {
   FileMapping& operator=(const FileMapping&) = delete;
   ~FileMapping() { Close(); }
 
-  // Both once, in this order. False leaves the reason in `error()`, as the file's.
+  // Call Create and View once each, in this order. On failure they return false and leave the
+  // reason in `error()`, as File does.
 
-  /// As long as the file is now; a file without contents can be mapped, too.
+  /// Makes the mapping, with the file's current length. An empty file can be mapped too.
   bool Create(const File& file);
+  /// Makes the memory accessible through data().
   bool View();
 
   const char* data() const { return static_cast<const char*>(view_); }
   std::uint64_t size() const { return size_; }
-  /// Gives the memory of a part that was read back to the system; it can still be read.
+  /// Gives the memory of a part that was read back to the system. The part can still be read, from
+  /// the file again.
   void Forget(std::size_t position, std::size_t size);
 
   void Close();
@@ -112,16 +114,17 @@ class FileMapping {
  private:
   bool Fail();
 
-  [[maybe_unused]] std::intptr_t handle_ = File::kNone;  // where a mapping has one
+  [[maybe_unused]] std::intptr_t handle_ = File::kNone;  // only on systems where a mapping has one
   const void* view_ = nullptr;
   std::uint64_t size_ = 0;
   ULONG error_ = 0;
 };
 
-/// Copies memory that may be a file's. False where it is gone, as the file was cut short.
+/// Copies memory that may belong to a mapping. False when the file was truncated and the memory no
+/// longer exists.
 bool CopyUnlessGone(void* to, const void* from, std::size_t size);
 
-/// The number that Windows has for an `error()`.
+/// Converts a number from `error()` to the Windows error with that meaning.
 ULONG WindowsError(ULONG error);
 
 }  // namespace vosmere

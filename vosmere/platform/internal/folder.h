@@ -1,4 +1,4 @@
-// What is in a folder.
+// FolderListing, which lists the entries of a folder.
 #pragma once
 
 #include <memory>
@@ -7,17 +7,17 @@
 
 namespace vosmere {
 
-/// Lists a folder in the file system's own order, without "." and "..".
+/// Lists a folder in the order of the file system, without "." and "..".
 ///
 ///   FolderListing listing;
 ///   if (!listing.Open(path)) return false;
 ///   while (listing.Next()) Use(listing.Name());
 ///
-/// Paths are read as File reads them (file.h), and names are such as lead to their files: where
-/// they are bytes, they need not be well-formed text (path.h).
+/// Paths follow the rules of File (file.h). Names can be used in paths as they are; on systems
+/// where names are bytes they may contain unpaired surrogates (path.h).
 class FolderListing {
  public:
-  /// Units of the longest name, its terminating zero included.
+  /// The longest name in code units, including the terminating null. Longer ones are left out.
   static constexpr int kNameLimit = 260;
 
   FolderListing();
@@ -25,20 +25,20 @@ class FolderListing {
   FolderListing& operator=(const FolderListing&) = delete;
   ~FolderListing();
 
-  // Without memory, the system's included, both throw std::bad_alloc.
+  // Open and Next throw std::bad_alloc when memory runs out, here or in the system.
 
-  /// Once. False when the folder cannot be read.
+  /// Call once. False when the folder cannot be read.
   bool Open(const WChar* path);
-  /// Steps to the first, then to the next entry; false at the end, and when reading fails.
+  /// Moves to the first, then to the next entry. False at the end, and when reading fails.
   bool Next();
-  /// Whether reading has failed, so that not everything was listed.
+  /// Whether reading has failed, so that the listing is incomplete.
   bool Failed() const { return failed_; }
 
-  /// Of the entry stepped to; lives until the next step.
+  /// The name of the current entry, valid until the next call of Next.
   const WChar* Name() const { return name_; }
-  /// Whether it is a folder, or a link to one.
+  /// Whether the entry is a folder, or a link to one.
   bool IsFolder() const { return isFolder_; }
-  /// Whether its path leads elsewhere. Who follows such folders may go in circles.
+  /// Whether the entry is a link. Following links to folders may lead into endless cycles.
   bool IsLink() const { return isLink_; }
 
  private:

@@ -1,3 +1,4 @@
+// The request line and header of an HTTP request.
 #include "vosmere/platform/internal/http_message.h"
 
 #include <algorithm>
@@ -19,8 +20,8 @@ bool ParsePort(std::string_view digits, unsigned* port) {
   return parsed.ec == std::errc() && parsed.ptr == end && *port >= 1 && *port <= 65535;
 }
 
-/// Neither blanks, nor what ends a name in an address or a header line, nor beyond ASCII: clients
-/// differ in what they make of that.
+/// Whether a host name is free of blanks, of characters that end a name in an address or header
+/// line, and of non-ASCII characters. HTTP clients disagree on what these mean.
 bool IsName(std::string_view name) {
   for (const char c : name)
     if (c <= ' ' || c >= 0x7F || std::string_view("/\\?#@%\"<>").find(c) != std::string_view::npos)
@@ -37,6 +38,7 @@ std::string Address::Text() const {
 bool ParseAddress(const WChar* host, bool secure, Address* address) {
   const std::string text = BytesOf(kCodePageUtf8, WideView(host));
   const std::size_t bracket = text.rfind(']');
+  // The port comes after the bracket: an IPv6 address has colons of its own.
   const std::size_t colon = text.find(':', bracket == std::string::npos ? 0 : bracket);
   const unsigned usual = secure ? kHttpsPort : kHttpPort;
   address->name = text.substr(0, colon);
@@ -55,6 +57,7 @@ std::string RequestTarget(const WChar* path) {
   if (text.empty() || text[0] != '/') target = "/";
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
+    // What is percent-encoded already stays as it is; a "#" would end the path.
     if (byte > ' ' && byte < 0x7F && byte != '#')
       target += c;
     else

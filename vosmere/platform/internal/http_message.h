@@ -1,4 +1,4 @@
-// What a request says before its body: the same bytes from every system's client.
+// The request line and header of an HTTP request, in the same bytes on every system.
 #pragma once
 
 #include <cstdint>
@@ -10,43 +10,44 @@
 
 namespace vosmere::http {
 
-/// The place to connect to.
+/// A server to connect to.
 struct Address {
-  std::string name;  ///< ASCII; an IPv6 address stands in brackets
+  std::string name;  ///< ASCII; an IPv6 address is in brackets
   unsigned port;
-  bool ownPort;  ///< not the protocol's usual one
+  bool ownPort;  ///< whether it differs from the protocol's default port
 
-  /// As the request names it.
+  /// The text for the Host header: the name, with the port if it is not the default one.
   std::string Text() const;
 };
 
-/// Takes `name`, `name:8080`, `[::1]` and `[::1]:8080` apart. False when it is none of them; names
-/// beyond ASCII are to be given in their ASCII form (RFC 5891).
+/// Parses `name`, `name:8080`, `[::1]` or `[::1]:8080`. False for anything else. Names with
+/// characters beyond ASCII have to be in their ASCII form (RFC 5891).
 bool ParseAddress(const WChar* host, bool secure, Address* address);
 
-/// The path as a request line has it: with its slash, and what cannot stand there as %20 and the
-/// like.
+/// The path for the request line: with a leading slash, and with characters that cannot occur there
+/// percent-encoded.
 std::string RequestTarget(const WChar* path);
 
-/// Whether it can stand in a head: nothing within ends the line.
+/// Whether a text is a single line, so that it cannot add header lines of its own.
 bool IsHeaderLine(std::string_view line);
 
-/// The length that a reply names, maybe with blanks and a line end around it. False for anything
-/// but a number, and for one that a signed 64-bit number cannot hold.
+/// Parses the value of a Content-Length header, which may have blanks and a line end around it.
+/// False if it is not a number or does not fit in a signed 64-bit number.
 bool ParseLength(std::string_view text, std::uint64_t* length);
 
+/// The request line and header of a POST request.
 struct RequestHead {
-  /// Adds a header line, in the place of one with the same name.
+  /// Adds a header line, replacing an added one with the same name.
   void Set(std::string_view line);
   std::string target;
   std::string host;
   std::string agent;
-  std::vector<std::string> added;  ///< header lines without their ends
+  std::vector<std::string> added;  ///< header lines without their line ends
   bool keepConnection = false;
 
-  /// Header lines without their ends, in the Windows client's order.
+  /// The header lines without their line ends, in the order in which the Windows client sends them.
   std::vector<std::string> Lines(ULONG bodyLength) const;
-  /// Everything up to the body.
+  /// Everything before the body.
   std::string Text(ULONG bodyLength) const;
 };
 

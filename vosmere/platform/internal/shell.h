@@ -1,19 +1,19 @@
-// What the library asks the system's shell: where the Favorites are, and where a shortcut leads.
+// Services of the system's shell: the Favorites folder, and the address in a shortcut file.
 #pragma once
 
 #include "vosmere/base/types.h"
 
 namespace vosmere {
 
-/// Units of the longest path that the shell deals in, its terminating zero included.
+/// The longest path of the shell in code units, including the terminating null.
 inline constexpr int kShellPathLimit = 260;
 
-/// The current user's Favorites folder; on Windows the shell's answer, elsewhere the one of the
-/// profile that stands for the registry (registry.h). False, with an empty text, when there is
-/// none: an exported registry file belongs to no folder, for instance.
+/// Gets the current user's Favorites folder: on Windows from the shell, on other systems from the
+/// profile that the registry file belongs to (registry.h). False, with an empty text, when there is
+/// none; for example, an exported registry file belongs to no folder.
 bool FavoritesFolder(WChar (&path)[kShellPathLimit]);
 
-/// Frees what the shell hands out.
+/// Frees texts that the shell has allocated.
 class ShellAllocator {
  public:
   ShellAllocator();
@@ -21,18 +21,20 @@ class ShellAllocator {
   ShellAllocator& operator=(const ShellAllocator&) = delete;
   ~ShellAllocator();
 
-  /// Null is ignored.
+  /// Frees a text. Null is ignored.
   void Free(WChar* text) const;
 
  private:
   void* allocator_;
 };
 
-/// The address that an Internet shortcut file leads to, in the shell's memory; null when the file
-/// cannot be read or holds none, and without memory, which LostTexts counts. On Windows the shell's
-/// own shortcut object is asked, which needs COM and a single-threaded apartment: a thread without
-/// COM has it for the time of the call, and one of the multithreaded apartment has a thread started
-/// that asks.
+/// Returns the address in an Internet shortcut file. The shell allocates the text; free it with
+/// ShellAllocator. Null when the file cannot be read or contains no address, and when memory runs
+/// out, which LostTexts counts.
+///
+/// On Windows the shell's own shortcut object reads the file. It needs COM and a single-threaded
+/// apartment: on a thread without COM it is initialised for the duration of the call, and for a
+/// thread of the multithreaded apartment a new thread does the work.
 WChar* ShortcutAddress(const WChar* path);
 
 }  // namespace vosmere

@@ -1,4 +1,4 @@
-// Events that threads wait for.
+// Signals, events that threads can wait for.
 #pragma once
 
 #include <chrono>
@@ -6,27 +6,32 @@
 
 namespace vosmere {
 
-/// One or two manual-reset events that a thread can wait for together, numbered from 0 and at first
-/// not set. Any thread. One that waited may destroy the object as soon as its wait is over.
+/// One or two manual-reset events that a thread can wait for together. They are numbered from 0 and
+/// initially not set. Thread-safe. A thread that waited may destroy the object as soon as its wait
+/// has ended.
 class Signals {
  public:
-  using Clock = std::chrono::steady_clock;  // setting the time of day moves no deadline
+  using Clock = std::chrono::steady_clock;  // not affected by changes of the time of day
   static constexpr int kNone = -1;
 
-  /// Throws std::bad_alloc when the system has no more of them to give.
+  /// Throws std::bad_alloc when memory or the system's event objects run out.
   explicit Signals(int count);
   Signals(const Signals&) = delete;
   Signals& operator=(const Signals&) = delete;
   ~Signals();
 
+  /// Sets an event and wakes up the waiting threads.
   void Set(int which);
-  /// Set in two steps, for callers that hold a lock which those who wait will want: set the event,
-  /// and, without the lock, wake them up. The caller sees to it that the object still exists.
+  /// Set in two steps, for callers that hold a lock which the waiting thread takes next: Mark sets
+  /// the event, and Wake, called after releasing the lock, wakes up the waiting threads. The caller
+  /// makes sure that the object still exists then.
   void Mark(int which);
   void Wake();
+  /// Clears an event.
   void Reset(int which);
 
-  /// The lowest event that is set, as soon as one is; kNone when the deadline came first.
+  /// Waits until an event is set and returns its number, the lowest if both are set. Returns kNone
+  /// when the deadline passes first. The event stays set.
   int Wait(Clock::time_point deadline = Clock::time_point::max());
 
  private:
@@ -34,8 +39,8 @@ class Signals {
   std::unique_ptr<State> state_;
 };
 
-/// Lets the timed waits of the calling thread end as near to their deadlines as the platform can,
-/// at the price of waking the processor for it alone.
+/// Makes the timed waits of the calling thread end as close to their deadlines as the platform can.
+/// The price is power: the system then wakes up the processor for this thread alone.
 void SharpenWaits();
 
 }  // namespace vosmere

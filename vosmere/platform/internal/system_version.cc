@@ -1,3 +1,4 @@
+// The system's version, which tests can replace.
 #include "vosmere/platform/internal/system_version.h"
 
 #include <atomic>

@@ -1,22 +1,23 @@
-// Which Windows this is.
+// The version of Windows that the library runs on.
 #pragma once
 
 #include "vosmere/base/types.h"
 
 namespace vosmere {
 
+/// A version of Windows, for example NT 5.1 for Windows XP.
 struct SystemVersion {
   bool isNt;
   ULONG major;
   ULONG minor;
 };
 
-/// What the system says of itself; off Windows a present-day version, 10.0.
+/// The version that the system reports; on other systems a current one, NT 10.0.
 SystemVersion PlatformSystemVersion();
 
 /// The same, unless a test has replaced it.
 SystemVersion GetSystemVersion();
-/// Replaces the answer; null restores the system's.
+/// Replaces the version in tests; null restores the system's.
 void SetSystemVersionForTesting(SystemVersion (*source)());
 
 }  // namespace vosmere

@@ -1,4 +1,4 @@
-// Threads of the system.
+// Thread, a thread of the system.
 #pragma once
 
 #include <chrono>
@@ -10,8 +10,8 @@ struct _SECURITY_ATTRIBUTES;  // the system's own, on Windows
 
 namespace vosmere {
 
-/// One thread, or none yet. Used by the thread that owns the object; the object may end before the
-/// thread does.
+/// One thread, or none before Create. Only the thread that owns the object may use it. The object
+/// may be destroyed before the thread ends.
 class Thread {
  public:
   using Clock = std::chrono::steady_clock;
@@ -24,26 +24,27 @@ class Thread {
   Thread& operator=(const Thread&) = delete;
   ~Thread();
 
-  /// A suspended thread that will run `entry(argument)` on a stack of at least so many bytes (0:
-  /// the platform's usual). Security attributes count on Windows only. False, without a thread,
-  /// when the platform cannot. An earlier thread of the object has ended.
+  /// Creates a suspended thread that will run `entry(argument)` on a stack of at least `stackSize`
+  /// bytes (0: the platform's default). `security` is used on Windows only. False, without a
+  /// thread, when the platform cannot create one. An earlier thread of the object must have ended.
   bool Create(Entry entry, void* argument, unsigned stackSize, _SECURITY_ATTRIBUTES* security);
 
-  /// How often the thread was suspended until now: 1 when this call lets it run, 0 when it ran
-  /// already. kNoThread without one.
+  /// Lets the thread run and returns its previous suspend count: 1 when this call lets it run, 0
+  /// when it ran already, kNoThread when there is no thread.
   ULONG Resume();
 
-  /// Ends the thread where it stands and waits until it has ended. False where that cannot be done
-  /// to a thread that runs; one that was never resumed always ends, without having run its entry.
+  /// Terminates the thread and waits until it has ended. False where the platform cannot terminate
+  /// a running thread. A thread that was never resumed always ends, without running its entry.
   bool Terminate();
 
-  /// Whether the thread has ended by then. True without one; false at once on the thread itself.
+  /// Waits for the thread to end and returns whether it has ended before the deadline. True when
+  /// there is no thread; false at once on the thread itself.
   bool Wait(Clock::time_point deadline);
 
   /// On Windows the thread's handle, which only Terminate closes; elsewhere the system's number of
-  /// the thread. Fits an int. Null without a thread.
+  /// the thread, which fits an int. Null when there is no thread.
   void* handle() const;
-  /// The system's number of the thread; 0 without one.
+  /// The system's number of the thread; 0 when there is no thread.
   unsigned id() const;
 
  private:

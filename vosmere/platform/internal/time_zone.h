@@ -1,4 +1,4 @@
-// The time zone of the C runtime, one thread at a time (calendar.cc sees to that).
+// The time zone of the C runtime. Not thread-safe; calendar.cc holds a lock around every call.
 #pragma once
 
 #include <ctime>
@@ -7,13 +7,13 @@
 
 namespace vosmere::runtime_zone {
 
-/// Takes over the zone that is set now.
+/// Reads the time zone that is set now.
 void LookUp();
 
-/// False for a time that the runtime cannot convert.
+/// Converts to local time. False for a time that the runtime cannot convert.
 bool ToLocal(LONG seconds, std::tm* local);
 
-/// From local standard time to UTC.
+/// Seconds from local standard time to UTC, positive west of Greenwich.
 LONG SecondsWest();
 
 }  // namespace vosmere::runtime_zone

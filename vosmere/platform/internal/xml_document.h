@@ -1,4 +1,5 @@
-// Loading an XML document by the platform's parser, within the bounds that xml/read_xml.h promises.
+// XmlDocument, which loads an XML document with the platform's parser, within the limits that
+// xml/read_xml.h states.
 #pragma once
 
 #include "vosmere/base/document_error.h"
@@ -6,6 +7,7 @@
 
 namespace vosmere {
 
+/// A loaded document. Its nodes are valid as long as this object.
 class XmlDocument {
  public:
   XmlDocument() = default;
@@ -13,17 +15,25 @@ class XmlDocument {
   XmlDocument& operator=(const XmlDocument&) = delete;
   ~XmlDocument();
 
-  /// Each loads an empty document object once and throws DocumentFailure or std::bad_alloc.
+  /// Makes the Load operations keep the place of every element, where the parser reports it.
+  void KeepPlaces() { keepsPlaces_ = true; }
+
+  /// Each of the Load operations may be called once, on an empty object. They throw
+  /// DocumentFailure, or std::bad_alloc.
   void LoadFile(const WChar* path);
-  /// Zero-terminated UTF-16; an encoding that the text declares for itself is ignored.
+  /// Loads null-terminated UTF-16. An encoding declared in the text is ignored.
   void LoadText(const WChar* text);
-  /// The bytes tell their encoding themselves: by their mark, else by their declaration.
+  /// Loads bytes. The encoding is determined by their byte-order mark, or else by their
+  /// declaration.
   void LoadBytes(const char* bytes, int length);
 
-  /// The document's root element; null only before a load.
+  /// The root element; a null handle only before a load.
   XmlNode Root() const;
+  /// Where an element begins, from 1; 0 for what is not known or was not kept.
+  void PlaceOf(const XmlNode& element, LONG* line, LONG* column) const;
 
  private:
+  bool keepsPlaces_ = false;
   void* document_ = nullptr;
 };
 

@@ -1,3 +1,4 @@
+// Code pages: UTF-8 by the library's own code, everything else by iconv.
 #include "vosmere/platform/internal/code_page.h"
 
 #include <iconv.h>
@@ -17,12 +18,13 @@ namespace {
 constexpr const char* kWideName =
     std::endian::native == std::endian::little ? "UTF-16LE" : "UTF-16BE";
 
-/// 0 stands for every length that there is no number for.
+/// Lengths that do not fit an int, utf8::kNoRoom among them, are reported as 0.
 int Result(std::size_t length) {
   return length <= INT_MAX ? static_cast<int>(length) : 0;
 }
 
-/// A conversion by iconv into the given room; without any, what would be written is counted.
+/// A conversion by iconv into memory of the caller. Without room it writes to a scratch buffer and
+/// only counts.
 class Conversion {
  public:
   Conversion(const char* to, const char* from, void* out, std::size_t room)
@@ -39,7 +41,8 @@ class Conversion {
   bool IsOpen() const { return converter_ != reinterpret_cast<iconv_t>(-1); }
   std::size_t written() const { return written_; }
 
-  /// Steps over what could be converted. False, with the reason in errno, when something is left.
+  /// Converts as much as possible and advances `in` past it. False, with the reason in errno, when
+  /// something is left.
   bool Run(const char*& in, std::size_t& size) {
     for (;;) {
       const std::size_t room = room_;
@@ -61,6 +64,8 @@ class Conversion {
   std::size_t written_ = 0;
 };
 
+/// The length of the character at the start of a text, which is skipped when it cannot be
+/// converted. In 8-bit text each byte counts as one.
 std::size_t FirstCharacter(const char*, std::size_t) {
   return 1;
 }
@@ -69,7 +74,8 @@ std::size_t FirstCharacter(const WChar* text, std::size_t length) {
   return pair ? 2 : 1;
 }
 
-/// What cannot be converted becomes a question mark. 0 when the result does not fit.
+/// Converts a text; characters that cannot be converted become a question mark. Returns 0 when the
+/// result does not fit.
 template <class Unit>
 std::size_t Convert(const char* to, const char* from, const Unit* text, std::size_t length,
                     void* out, std::size_t room) {
@@ -88,11 +94,12 @@ std::size_t Convert(const char* to, const char* from, const Unit* text, std::siz
     std::size_t markSize = sizeof question;
     if (!conversion.Run(mark, markSize)) return 0;
   }
-  const char* theEnd = nullptr;  // takes a stateful encoding back to where it began
+  const char* theEnd = nullptr;  // returns a stateful encoding to its initial state
   return conversion.Run(theEnd, size) ? conversion.written() : 0;
 }
 
-/// Also in the "C" locale, whose ASCII UTF-8 says in the same bytes.
+/// Whether a code page is UTF-8. The "C" locale is treated as UTF-8, of which its ASCII is a
+/// subset: programs that never call setlocale would otherwise lose all letters beyond ASCII.
 bool IsUtf8(unsigned codePage) {
   if (codePage == kCodePageUtf8) return true;
   const std::string_view name = nl_langinfo(CODESET);

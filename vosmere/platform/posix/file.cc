@@ -1,3 +1,4 @@
+// File and FileMapping with POSIX descriptors and mmap.
 #include "vosmere/platform/internal/file.h"
 
 #include <fcntl.h>
@@ -24,7 +25,8 @@ auto UntilNotInterrupted(Call call) {
   return result;
 }
 
-/// A descriptor that does not wait for anything, or -1.
+/// Opens a file for non-blocking use; -1 on failure. Without O_NONBLOCK, opening a pipe would block
+/// until its other end is opened; without O_NOCTTY, a terminal could become the controlling one.
 int OpenPath(const WChar* path, int flags) {
   char name[PATH_MAX];
   if (!NativePath(path, name)) return -1;
@@ -67,6 +69,7 @@ bool File::Admit(Waiting waiting) {
   if (fstat(Descriptor(handle_), &status) != 0) return refuse(errno);
   if (S_ISDIR(status.st_mode)) return refuse(EISDIR);
   if (waiting == Waiting::kNever) return !S_ISFIFO(status.st_mode) || refuse(ENXIO);
+  // Back to blocking mode, since the caller accepts waiting.
   return fcntl(Descriptor(handle_), F_SETFL, 0) == 0 || refuse(errno);
 }
 
@@ -79,7 +82,7 @@ bool File::Read(void* bytes, std::size_t capacity, std::size_t* got) {
 }
 
 bool File::Write(const FilePiece* pieces, std::size_t count) {
-  std::size_t done = 0;  // of the first piece
+  std::size_t done = 0;  // bytes of the first piece that have been written
   while (count) {
     iovec batch[IOV_MAX];
     const int size = static_cast<int>(std::min<std::size_t>(count, IOV_MAX));
@@ -89,7 +92,7 @@ bool File::Write(const FilePiece* pieces, std::size_t count) {
     const ssize_t written =
         UntilNotInterrupted([&] { return writev(Descriptor(handle_), batch, size); });
     if (written < 0) return Fail();
-    if (written == 0 && batch[0].iov_len > 0) {  // a device that takes nothing and says so
+    if (written == 0 && batch[0].iov_len > 0) {  // retrying could go on for ever
       errno = EIO;
       return Fail();
     }
@@ -105,7 +108,8 @@ bool File::Size(std::uint64_t* size) {
   return true;
 }
 
-// Never a second time: the descriptor is free again also where this fails or is interrupted.
+// Never tried again: the descriptor is released even when closing fails or is interrupted, and
+// another thread may already use its number.
 bool File::Close() {
   return !IsOpen() || close(Descriptor(std::exchange(handle_, kNone))) == 0 || Fail();
 }
@@ -119,9 +123,11 @@ bool FileMapping::Create(const File& file) {
   struct stat status;
   if (fstat(Descriptor(file.handle_), &status) != 0) return Fail();
   size_ = static_cast<std::uint64_t>(status.st_size);
+  // Pipes and devices have no fixed size, and on a 32-bit system a large file does not fit the
+  // address space.
   errno = S_ISREG(status.st_mode) ? EFBIG : ENODEV;
   if (!S_ISREG(status.st_mode) || size_ > SIZE_MAX) return Fail();
-  // The system makes no mapping of a file without contents.
+  // mmap refuses an empty mapping.
   void* const view = size_
                          ? mmap(nullptr, size_, PROT_READ, MAP_SHARED, Descriptor(file.handle_), 0)
                          : const_cast<char*>("");
@@ -135,6 +141,7 @@ bool FileMapping::View() {
 }
 
 void FileMapping::Forget(std::size_t position, std::size_t size) {
+  // madvise requires the start of a page.
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const std::size_t begin = position - position % page;
   madvise(static_cast<char*>(const_cast<void*>(view_)) + begin, position + size - begin,
@@ -151,17 +158,18 @@ bool FileMapping::Fail() {
   return false;
 }
 
-// The kernel, asked to copy, only says that memory is gone.
+// Lets the kernel copy: where the memory is gone, it returns an error instead of raising SIGBUS.
 bool CopyUnlessGone(void* to, const void* from, std::size_t size) {
   const iovec target = {to, size}, source = {const_cast<void*>(from), size};
   const ssize_t copied = process_vm_readv(getpid(), &target, 1, &source, 1, 0);
-  if (copied < 0 && errno != EFAULT) {  // a sandbox bars the call
+  if (copied < 0 && errno != EFAULT) {  // the call is blocked, for example by a sandbox
     std::memcpy(to, from, size);
     return true;
   }
   return copied == static_cast<ssize_t>(size);
 }
 
+/// Numbers without a counterpart become ERROR_GEN_FAILURE.
 ULONG WindowsError(ULONG error) {
   constexpr struct {
     int number;

@@ -1,3 +1,4 @@
+// FolderListing with readdir.
 #include "vosmere/platform/internal/folder.h"
 
 #include <dirent.h>
@@ -14,12 +15,14 @@
 namespace vosmere {
 namespace {
 
-/// What came of a call to the system.
+/// The result of a system call. Throws std::bad_alloc when the system ran out of memory, so that
+/// this is not taken for a missing file.
 bool Succeeded(bool succeeded) {
   if (!succeeded && errno == ENOMEM) throw std::bad_alloc();
   return succeeded;
 }
 
+/// Follows symbolic links.
 bool IsDirectory(DIR* folder, const char* name) {
   struct stat status;
   return Succeeded(fstatat(dirfd(folder), name, &status, 0) == 0) && S_ISDIR(status.st_mode);
@@ -67,6 +70,7 @@ bool FolderListing::Next() {
     const std::size_t length = PathOfName(name, name_, kNameLimit - 1);
     if (length == utf8::kNoRoom) continue;
     name_[length] = 0;
+    // Most file systems give the type with the name, which saves asking for each entry.
     isLink_ = IsSymbolicLink(folder, *entry);
     isFolder_ =
         entry->d_type == DT_DIR || (entry->d_type != DT_REG && IsDirectory(folder, entry->d_name));

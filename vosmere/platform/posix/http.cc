@@ -1,3 +1,4 @@
+// HTTP sessions, connections and requests by libcurl.
 #include "vosmere/platform/internal/http.h"
 
 #include <curl/curl.h>
@@ -36,6 +37,7 @@ using posix::Set;
 constexpr long kMostRedirects = 10;
 constexpr long kProxyPort = 80;
 
+/// Owns a list of header lines.
 class HeaderList {
  public:
   HeaderList() = default;
@@ -59,11 +61,12 @@ bool Begins(const std::string& line, const char* name) {
   return line.rfind(name, 0) == 0;
 }
 
+/// Sets an option if there is a text for it.
 void SetTexts(CURL* easy, CURLoption option, const std::optional<std::string>& text) {
   if (text) Set(easy, option, text->c_str());
 }
 
-/// What OpenSSL's own programs take from the environment.
+/// Takes the trusted certificates from the environment, as OpenSSL's own programs do.
 void SetTrust(CURL* easy) {
   if (const char* const file = std::getenv("SSL_CERT_FILE")) Set(easy, CURLOPT_CAINFO, file);
   if (const char* const folder = std::getenv("SSL_CERT_DIR")) Set(easy, CURLOPT_CAPATH, folder);
@@ -73,7 +76,7 @@ void SetTrust(CURL* easy) {
 
 struct Request {
   Request(const Connection& connection, const WChar* path, bool keepConnection);
-  /// Before each new start; what a reply has changed is set back.
+  /// Sets the headers before each new start, because a redirect has changed them.
   void SetHeaders(ULONG total);
 
   RequestHead head;
@@ -92,26 +95,28 @@ Request::Request(const Connection& c, const WChar* path, bool keepConnection)
   const std::string url = (c.secure ? "https://" : "http://") + c.address.name + ':' +
                           std::to_string(c.address.port) + head.target;
   Set(easy, CURLOPT_URL, url.c_str());
-  Set(easy, CURLOPT_PATH_AS_IS, 1L);
+  Set(easy, CURLOPT_PATH_AS_IS, 1L);  // otherwise libcurl resolves "/../"
   Set(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_0));
-  Set(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));
+  Set(easy, CURLOPT_HEADEROPT, static_cast<long>(CURLHEADER_SEPARATE));  // not with CONNECT
   Set(easy, CURLOPT_MAXREDIRS, kMostRedirects);
-  Set(easy, CURLOPT_REDIR_PROTOCOLS_STR, c.secure ? "https" : "http,https");
-  Set(easy, CURLOPT_COOKIEFILE, "");  // cookies last as long as the request
+  Set(easy, CURLOPT_REDIR_PROTOCOLS_STR, c.secure ? "https" : "http,https");  // no HTTPS to HTTP
+  Set(easy, CURLOPT_COOKIEFILE, "");  // keeps cookies for the duration of the request
   Set(easy, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_ANY));
   SetTexts(easy, CURLOPT_USERNAME, c.user);
   SetTexts(easy, CURLOPT_PASSWORD, c.password);
   Set(easy, CURLOPT_PROXYPORT, kProxyPort);
   SetTexts(easy, CURLOPT_PROXY, c.session.proxy);
+  // A proxy that was chosen applies to all hosts, whatever no_proxy says.
   if (c.session.proxy) Set(easy, CURLOPT_NOPROXY, "");
   SetTrust(easy);
 }
 
 void Request::SetHeaders(ULONG total) {
   for (HeaderList* const list : {&headers, &forGet, &forPost}) list->Clear();
-  headers.Add("Host:");  // keeps libcurl from putting its own first
+  headers.Add("Host:");  // keeps libcurl from sending its own first
   for (const std::string& line : head.Lines(total)) {
     headers.Add(line);
+    // After a redirect libcurl sets the Host of the new address itself, and a GET has no body.
     if (Begins(line, "Host:")) continue;
     forPost.Add(line);
     if (!Begins(line, "Content-")) forGet.Add(line);
@@ -186,6 +191,7 @@ Error HeadText(Request* request, ULONG total, std::string* text) {
 
 Error Send(Request* request, ULONG total) {
   return UnlessNoMemory(kNotEnoughMemory, [&] {
+    // A request that libcurl repeats keeps the headers of its redirect.
     if (!request->transfer.MustResend()) request->SetHeaders(total);
     return request->transfer.Send(total);
   });

@@ -1,3 +1,4 @@
+// One exchange with a server by libcurl's multi interface.
 #include "vosmere/platform/posix/http_transfer.h"
 
 #include <linux/sockios.h>
@@ -20,14 +21,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// As much as a piece of an upload has: fewer and larger pieces let the receiver work while the
-/// next one is copied.
+/// The size of the pieces of an upload. With fewer and larger pieces, the receiver can work while
+/// the next one is copied.
 constexpr long kUploadBuffer = 640L * 1024;
-constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;
-/// The socket tells nobody that its own buffer drains, so it is asked that often.
+constexpr std::size_t kMostHeaderBytes = std::size_t{256} * 1024;  // headers may come without end
+/// How often progress is checked: the socket does not report that its send buffer is draining.
 constexpr milliseconds kLookAgain{500};
 
-/// What libcurl 8.6 and later say of a line without end.
+/// libcurl's error for a line without end, from version 8.6 on.
 constexpr auto kTooLarge = static_cast<CURLcode>(100);
 
 /// The status code of a reply's first line; 0 for any other line.
@@ -39,15 +40,16 @@ int StatusOf(std::string_view line) {
   return status;
 }
 
-/// What a line says about the length of the reply, if it is that line.
+/// The value of a Content-Length header; nothing for any other line.
 std::optional<std::string_view> LengthText(std::string_view line) {
   constexpr std::string_view kName = "Content-Length:";
   if (!curl_strnequal(line.data(), kName.data(), kName.size())) return std::nullopt;
   return line.substr(kName.size());
 }
 
+/// The error for a certificate that was refused.
 http::Error CertificateFault(CURL* easy) {
-  // As OpenSSL numbers them; without any of its own numbers it was libcurl that compared names.
+  // Numbers of OpenSSL. If it gives none, libcurl itself found that the names differ.
   constexpr long kNotChecked = 1, kNotYetValid = 9, kExpired = 10;
   long fault = 0;
   curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &fault);
@@ -56,7 +58,7 @@ http::Error CertificateFault(CURL* easy) {
                                                     : http::kCertificateUntrusted;
 }
 
-/// Whether the head of a request went out.
+/// Whether the head of a request was sent.
 bool HasAsked(CURL* easy) {
   long bytes = 0;
   curl_easy_getinfo(easy, CURLINFO_REQUEST_SIZE, &bytes);
@@ -81,7 +83,7 @@ HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
   if (!multi_ || !easy_) throw std::bad_alloc();
   sockets_.fill(CURL_SOCKET_BAD);
   Set(easy(), CURLOPT_NOSIGNAL, 1L);
-  Set(easy(), CURLOPT_QUICK_EXIT, 1L);  // leaves a resolver behind that does not return
+  Set(easy(), CURLOPT_QUICK_EXIT, 1L);  // does not wait for a resolver that does not return
   Set(easy(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeouts.connect));
   Set(easy(), CURLOPT_UPLOAD_BUFFERSIZE, kUploadBuffer);
   Set(easy(), CURLOPT_POST, 1L);
@@ -105,7 +107,7 @@ HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
 HttpTransfer::~HttpTransfer() {
   if (added_) curl_multi_remove_handle(multi_.get(), easy());
   easy_.reset();
-  multi_.reset();  // closes its sockets, and tells of it
+  multi_.reset();  // calls OnClose for its sockets, so this object must still exist
 }
 
 void HttpTransfer::SetRedirectHeaders(curl_slist* forGet, curl_slist* forPost) {
@@ -113,8 +115,9 @@ void HttpTransfer::SetRedirectHeaders(curl_slist* forGet, curl_slist* forPost) {
   forPost_ = forPost;
 }
 
-// What libcurl asks for and hands out.
+// Callbacks from libcurl.
 
+/// Remembers the socket for Moved, because libcurl offers no way to get it during a transfer.
 int HttpTransfer::OnOpen(void* self, curl_socket_t socket, curlsocktype) {
   auto& t = *static_cast<HttpTransfer*>(self);
   const auto free = std::find(t.sockets_.begin(), t.sockets_.end(), CURL_SOCKET_BAD);
@@ -123,6 +126,7 @@ int HttpTransfer::OnOpen(void* self, curl_socket_t socket, curlsocktype) {
   return CURL_SOCKOPT_OK;
 }
 
+/// Before the socket is closed, reads a reply that libcurl has not looked at (TakeLateReply).
 int HttpTransfer::OnClose(void* self, curl_socket_t socket) {
   auto& t = *static_cast<HttpTransfer*>(self);
   if (!t.finished_ && !t.replyBegun_) {
@@ -133,6 +137,8 @@ int HttpTransfer::OnClose(void* self, curl_socket_t socket) {
   return close(socket);
 }
 
+/// Called before each request, after a connection was found: without a new socket it is a reused
+/// one.
 int HttpTransfer::OnRequest(void* self, char*, char*, int, int) {
   auto& t = *static_cast<HttpTransfer*>(self);
   t.reused_ = !std::exchange(t.opened_, false);
@@ -140,6 +146,7 @@ int HttpTransfer::OnRequest(void* self, char*, char*, int, int) {
   return CURL_PREREQFUNC_OK;
 }
 
+/// Pauses the transfer when there is nothing to send; Write continues it.
 std::size_t HttpTransfer::OnBodyWanted(char* buffer, std::size_t, std::size_t room, void* self) {
   auto& t = *static_cast<HttpTransfer*>(self);
   const std::size_t size = std::min(room, t.bodyLeft_);
@@ -176,7 +183,7 @@ bool HttpTransfer::TakeHeader(std::string_view line) {
     if (const int status = StatusOf(line)) TakeStatus(status);
     return true;
   }
-  inHead_ = line.size() > 2;
+  inHead_ = line.size() > 2;  // an empty line ends the head
   const auto text = LengthText(line);
   if (!text) return true;
   std::uint64_t length;
@@ -190,34 +197,37 @@ void HttpTransfer::TakeStatus(int status) {
   inHead_ = true;
   length_.reset();
   const bool toGet = status >= 301 && status <= 303, toPost = status == 307 || status == 308;
-  // libcurl would follow all others of this class, too.
+  // libcurl would follow all other 3xx statuses too.
   curl_easy_setopt(easy(), CURLOPT_FOLLOWLOCATION, long{toGet || toPost});
   if (!toGet && !toPost) return;
   redirected_ = true;
   curl_easy_setopt(easy(), CURLOPT_HTTPHEADER, toGet || Redirected() ? forGet_ : forPost_);
 }
 
+/// Pauses the transfer until the last piece has been read; Refill continues it.
 std::size_t HttpTransfer::OnReply(char* bytes, std::size_t, std::size_t size, void* self) {
   auto& t = *static_cast<HttpTransfer*>(self);
   if (t.stashed_ > 0) return CURL_WRITEFUNC_PAUSE;
+  // Not expected: libcurl delivers at most CURL_MAX_WRITE_SIZE bytes at a time.
   if (size > sizeof t.stash_) return 0;
   std::memcpy(t.stash_, bytes, size);
   t.stashed_ = size;
   return size;
 }
 
-// What the caller does.
+// Operations for the caller.
 
 http::Error HttpTransfer::Send(ULONG total) {
   if (!MustResend()) return Start(total);
   if (total != total_) return http::kInvalidParameter;
   toWrite_ = total;
-  rewound_ = false;  // libcurl has begun anew by itself and waits for the body
+  rewound_ = false;  // libcurl has already started again and waits for the body
   return http::kNone;
 }
 
 http::Error HttpTransfer::Start(ULONG total) {
   if (std::exchange(added_, false)) curl_multi_remove_handle(multi_.get(), easy());
+  // Before the state of the last exchange is cleared below.
   renewed_ = BrokeOnReuse();
   total_ = toWrite_ = total;
   wanted_ = rewound_ = unreadable_ = redirected_ = replyBegun_ = inHead_ = finished_ = false;
@@ -229,6 +239,7 @@ http::Error HttpTransfer::Start(ULONG total) {
   if (curl_multi_add_handle(multi_.get(), easy()) != CURLM_OK) return http::kNotEnoughMemory;
   added_ = true;
 
+  // libcurl asks for the body when it has connected and sent the head.
   const auto enough = [&] { return wanted_ || Answered() || total == 0; };
   if (const http::Error error = Drive(Deadline() + connectTimeout_, false, enough)) return error;
   return FailureSoFar();
@@ -271,6 +282,7 @@ http::Error HttpTransfer::Read(char* bytes, std::size_t capacity, std::size_t* g
     *got += size;
     stashAt_ += size;
     if (stashAt_ == stashed_) stashAt_ = stashed_ = 0;
+    // Bytes that arrived before a failure are delivered first; the next call reports the failure.
     if (*got == capacity || (finished_ && (*got > 0 || result_ == CURLE_OK))) return http::kNone;
     if (const http::Error error = Refill(deadline)) return error;
   }
@@ -334,7 +346,8 @@ void HttpTransfer::TakeLateReply() {
   stashed_ = at + length;
 }
 
-/// Bytes of the body that have left this machine.
+/// The number of bytes of the body that have left this machine: those that libcurl has sent,
+/// without those in the send buffers of the sockets.
 curl_off_t HttpTransfer::Moved() const {
   curl_off_t moved = 0;
   curl_easy_getinfo(easy(), CURLINFO_SIZE_UPLOAD_T, &moved);
@@ -358,7 +371,7 @@ http::Error HttpTransfer::FailureSoFar() const {
 http::Error HttpTransfer::Failure() const {
   if (result_ == kTooLarge) return http::kInvalidReply;
   switch (result_) {
-    // Before 8.6 libcurl says so of a line without end, too.
+    // Before version 8.6 this is also libcurl's error for a line without end.
     case CURLE_OUT_OF_MEMORY:
       return HasAsked(easy()) ? http::kInvalidReply : http::kNotEnoughMemory;
     case CURLE_URL_MALFORMAT: return http::kInvalidUrl;
@@ -372,14 +385,14 @@ http::Error HttpTransfer::Failure() const {
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE: return http::kConnectionAborted;
     case CURLE_WEIRD_SERVER_REPLY:
-    case CURLE_WRITE_ERROR: return http::kInvalidReply;  // a head without end
+    case CURLE_WRITE_ERROR: return http::kInvalidReply;  // a head that was refused
     case CURLE_TOO_MANY_REDIRECTS: return http::kRedirectFailed;
     case CURLE_SSL_CONNECT_ERROR: return http::kSecureChannelFailed;
     case CURLE_SSL_CACERT_BADFILE: return http::kCertificateUntrusted;
     case CURLE_PEER_FAILED_VERIFICATION: return CertificateFault(easy());
     case CURLE_ABORTED_BY_CALLBACK: return unreadable_ ? http::kFileInvalid : http::kInternal;
     case CURLE_UNSUPPORTED_PROTOCOL:
-      if (!redirected_) return http::kInvalidReply;  // one that does not begin as HTTP does
+      if (!redirected_) return http::kInvalidReply;  // the reply does not begin as HTTP does
       return IsSecure(easy()) ? http::kHttpsToHttpOnRedirect : http::kRedirectFailed;
     default: return http::kInternal;
   }

@@ -1,5 +1,5 @@
-// One exchange by libcurl, led by the caller: libcurl asks for the body and hands out the reply
-// when it likes; here both happen when Write and Read are called.
+// Adapts libcurl to the caller's pace. libcurl asks for the body and delivers the reply through
+// callbacks; here both happen during calls of Write and Read.
 #pragma once
 
 #include <curl/curl.h>
@@ -17,12 +17,14 @@
 
 namespace vosmere::posix {
 
-/// Throws std::bad_alloc. (libcurl's own name is a macro that wants its option as a literal.)
+/// Sets an option. Throws std::bad_alloc. (The parentheses avoid libcurl's macro of that name,
+/// which requires a literal option.)
 template <class Value>
 void Set(CURL* easy, CURLoption option, Value value) {
   if ((curl_easy_setopt)(easy, option, value) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
 }
 
+/// One exchange with a server, which may be repeated. Not thread-safe.
 class HttpTransfer {
  public:
   /// Throws std::bad_alloc.
@@ -31,13 +33,13 @@ class HttpTransfer {
   HttpTransfer& operator=(const HttpTransfer&) = delete;
   ~HttpTransfer();
 
-  /// For the request's own options.
+  /// The libcurl handle, for setting options of the request.
   CURL* easy() const { return easy_.get(); }
 
-  /// Whether libcurl has begun the request anew and waits for its body.
+  /// Whether libcurl has started the request again and waits for its body.
   bool MustResend() const { return rewound_ && wanted_ && !finished_; }
 
-  // As the operations of platform/internal/http.h.
+  // The operations of platform/internal/http.h with these names.
   http::Error Send(ULONG total);
   http::Error Write(const char* bytes, std::size_t size);
   http::Error End();
@@ -46,7 +48,8 @@ class HttpTransfer {
   http::Error Read(char* bytes, std::size_t capacity, std::size_t* got);
   http::Error HasEnded(bool* ended);
 
-  /// Headers for what a redirect leads to; null keeps the request's own.
+  /// Sets the headers for the requests after a redirect. The caller owns the lists and keeps them
+  /// during the exchange.
   void SetRedirectHeaders(curl_slist* forGet, curl_slist* forPost);
 
  private:
@@ -61,27 +64,32 @@ class HttpTransfer {
   static std::size_t OnReply(char* bytes, std::size_t, std::size_t size, void* self);
 
   http::Error Start(ULONG total);
-  /// One line of a head or of what may follow the body. False for one that is refused.
+  /// Handles one header line, or one of the trailer after the body. False for a line that is
+  /// refused.
   bool TakeHeader(std::string_view line);
+  /// Begins a new head: a redirect, or the reply.
   void TakeStatus(int status);
+  /// Whether there is a reply that can be read.
   bool Answered() const { return stashed_ > 0 || (finished_ && result_ == CURLE_OK); }
-  /// Gives libcurl time until `enough()`, or the transfer is over. With `whileMoving` the time
-  /// allowed begins anew with every byte.
+  /// Lets libcurl work until `enough()` is true or the transfer is over. With `whileMoving` the
+  /// deadline is extended whenever a byte of the body is sent.
   template <class Enough>
   http::Error Drive(Clock::time_point deadline, bool whileMoving, Enough enough);
   Clock::time_point Deadline() const { return Clock::now() + timeout_; }
-  /// Waits for more of the reply, or for its end.
+  /// Waits for more of the reply or for its end.
   http::Error Refill(Clock::time_point deadline);
+  /// Takes over the result if the transfer is over.
   void NoteResult();
-  /// A server that answers before it has read all and goes makes sending fail, at once where
-  /// libcurl has not looked at the reply yet.
+  /// A server may reply and close the connection before it has read everything. Sending then fails,
+  /// possibly before libcurl has looked at the reply, which is read here.
   void TakeLateReply();
   curl_off_t Moved() const;
-  /// Whether a connection that had served before broke before the reply began. The server may have
-  /// ended it before it saw the request, so that goes out once more, on a new one.
+  /// Whether a reused connection broke before the reply began. The server may have closed it before
+  /// it received the request, so the request is repeated on a new one.
   bool BrokeOnReuse() const;
-  /// kNone as long as there may be a reply.
+  /// The error of the transfer; kNone as long as a reply is possible.
   http::Error FailureSoFar() const;
+  /// The error for libcurl's result.
   http::Error Failure() const;
 
   struct MultiCleanup {
@@ -95,33 +103,33 @@ class HttpTransfer {
   std::unique_ptr<CURL, EasyCleanup> easy_;
   Clock::duration connectTimeout_;
   Clock::duration timeout_;
-  std::array<curl_socket_t, 8> sockets_;  // that are open
+  std::array<curl_socket_t, 8> sockets_;  // the open ones
   curl_slist* forGet_ = nullptr;
   curl_slist* forPost_ = nullptr;
   bool added_ = false;
 
-  // Of the exchange under way.
-  const char* body_ = nullptr;  // what Write was given and libcurl has not taken yet
+  // The state of the current exchange.
+  const char* body_ = nullptr;  // the bytes from Write that libcurl has not taken yet
   std::size_t bodyLeft_ = 0;
   ULONG total_ = 0;
-  std::size_t toWrite_ = 0;  // what was announced and not written yet
+  std::size_t toWrite_ = 0;  // bytes that were announced and not yet written
   bool wanted_ = false;      // libcurl waits for more of the body
-  bool rewound_ = false;     // and from the start
-  bool unreadable_ = false;  // the memory of the body is gone
-  bool opened_ = false;      // a socket, since the last request
-  bool reused_ = false;      // the connection, by this request
-  bool renewed_ = false;     // the exchange, on new connections
+  bool rewound_ = false;     // libcurl starts the body again
+  bool unreadable_ = false;  // the memory of the body no longer exists
+  bool opened_ = false;      // whether a socket was opened since the last request
+  bool reused_ = false;      // whether this request is on a connection that served another
+  bool renewed_ = false;     // whether only new connections are allowed
   bool redirected_ = false;
   int status_ = 0;           // of the last reply
-  bool replyBegun_ = false;  // to the last request
+  bool replyBegun_ = false;  // for the last request
   bool inHead_ = false;
-  std::optional<std::uint64_t> length_;  // that the head names
+  std::optional<std::uint64_t> length_;  // the Content-Length
   std::size_t headerBytes_ = 0;
   bool finished_ = false;
   CURLcode result_ = CURLE_OK;
   std::size_t stashAt_ = 0;
-  std::size_t stashed_ = 0;  // end of what the reply has brought and nobody has read
-  std::size_t late_ = 0;     // what a connection had brought when it was closed
+  std::size_t stashed_ = 0;  // end of the unread part of the reply in stash_
+  std::size_t late_ = 0;     // bytes of the reply found when the connection was closed
   char stash_[CURL_MAX_WRITE_SIZE];
 };
 

@@ -1,3 +1,4 @@
+// The state of keys: none is held, unless a program knows better.
 #include "vosmere/platform/keys.h"
 
 #include <atomic>

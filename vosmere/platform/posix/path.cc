@@ -1,3 +1,4 @@
+// Paths in UTF-16 and file names in bytes.
 #include "vosmere/platform/posix/path.h"
 
 #include <algorithm>
@@ -12,16 +13,18 @@
 namespace vosmere {
 namespace {
 
-constexpr unsigned kByte = 0xDC00;  // a lone surrogate from here on is a byte
+constexpr unsigned kByte = 0xDC00;  // this unpaired surrogate plus a byte is that byte of a name
 
-/// Whether the second unit is a byte of a name; `before` stands in front of it.
+/// Whether `unit` is a byte of a name. A low surrogate after a high one is not: the two are a
+/// character. `before` is the code unit before it.
 bool IsByte(WChar before, WChar unit) {
   const bool isPair = (before & 0xFC00) == 0xD800;
   return !isPair && (unit == (kByte | '\\') || (unit >= 0xDC80 && unit <= 0xDCFF));
 }
 
-/// The bytes of the character that a name begins with; 0 when it begins with a byte that a path
-/// says by a surrogate.
+/// The length in bytes of the UTF-8 character at the start of a name; 0 when the first byte has to
+/// be written as a surrogate. A sequence is a character only if it converts back to the same bytes,
+/// which excludes ill-formed ones.
 std::size_t CharacterLength(std::string_view name) {
   if (name[0] == '\\') return 0;
   for (std::size_t length = 1; length <= std::min<std::size_t>(name.size(), 4); ++length) {
@@ -49,6 +52,7 @@ bool NativePath(const WChar* path, char (&name)[PATH_MAX]) {
       errno = ENAMETOOLONG;
       return false;
     }
+    // Only in this part: a backslash that belongs to a name comes as a surrogate.
     std::replace(out, out + length, '\\', '/');
     out += length;
     if (plain != end) *out++ = static_cast<char>(*plain++ & 0xFF);
@@ -72,6 +76,15 @@ std::size_t PathOfName(std::string_view name, WChar* path, std::size_t capacity)
     name.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return units;
+}
+
+bool NameFromPath(const WChar* path, char* name, std::size_t capacity) {
+  char native[PATH_MAX];
+  if (!NativePath(path, native)) return false;
+  const std::size_t size = std::strlen(native) + 1;
+  if (size > capacity) return false;
+  std::memcpy(name, native, size);
+  return true;
 }
 
 BSTR PathFromName(const char* name) {

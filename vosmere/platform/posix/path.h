@@ -1,4 +1,5 @@
-// Paths as the library knows them, and as the system does (platform/path.h says how they differ).
+// Converts between the library's paths and the system's file names (platform/path.h explains how
+// they differ).
 #pragma once
 
 #include <limits.h>
@@ -10,12 +11,13 @@
 
 namespace vosmere {
 
-/// The name of a file, with slashes for backslashes. False, with the reason in errno, when it is
-/// too long.
+/// Converts a path to a null-terminated file name, with slashes for backslashes. False, with the
+/// reason in errno, when it is too long.
 bool NativePath(const WChar* path, char (&name)[PATH_MAX]);
 
-/// Where NativePath comes from: a path, or the part of one that names a file in its folder. Never
-/// more units than the name has bytes; returns their number, or utf8::kNoRoom. Adds no zero.
+/// The inverse of NativePath, for a whole path or one component of it. The result never has more
+/// code units than the name has bytes. Returns the number of code units, or utf8::kNoRoom. Writes
+/// no terminating null.
 std::size_t PathOfName(std::string_view name, WChar* path, std::size_t capacity);
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// The registry of the current user, from a file.
 #include "vosmere/platform/posix/registry.h"
 
 #include <cstdlib>
@@ -25,6 +26,7 @@ constexpr char16_t kUserFile[] = u"/user.reg";
 std::mutex chosenMutex;
 std::u16string chosenPath;  // empty for the default
 
+/// The path in an environment variable; empty when it is not set.
 std::u16string PathIn(const char* variable) {
   const char* const name = std::getenv(variable);
   std::u16string path(name ? std::strlen(name) : 0, 0);
@@ -37,11 +39,13 @@ std::u16string DefaultPath() {
   return prefix.empty() ? PathIn("HOME") + u"/.wine" : prefix;
 }
 
+/// The folder of a file, with a separator at its end.
 std::u16string FolderOf(std::u16string path) {
   path.erase(path.find_last_of(u"/\\") + 1);
   return path.empty() ? u"./" : path;
 }
 
+/// Hives begin with the signature "regf".
 bool StartsLikeAHive(const std::u16string& path) {
   File file;
   char mark[4] = {};
@@ -50,6 +54,7 @@ bool StartsLikeAHive(const std::u16string& path) {
          std::memcmp(mark, "regf", sizeof mark) == 0;
 }
 
+/// Reads a registry file; a Wine prefix may also be given by its folder.
 UserRegistry ReadRegistry(std::u16string path) {
   const std::u16string inPrefix = path + kUserFile;
   if (File().Open(Units(inPrefix))) path = inPrefix;
@@ -84,6 +89,7 @@ UserRegistry ReadUserRegistry() {
 std::u16string ReadText(const RegistryFile& file, const char16_t* key, const char16_t* name) {
   std::string bytes;
   if (!file.ReadValue(key, name, &bytes)) return {};
+  // The registry stores texts as UTF-16LE, which this byte-order mark tells TextOf.
   const std::u16string text = WideOf(TextOf("\xFF\xFE" + bytes));
   return text.substr(0, text.find(u'\0'));
 }
@@ -91,6 +97,8 @@ std::u16string ReadText(const RegistryFile& file, const char16_t* key, const cha
 bool SetUserRegistry(const WChar* path) {
   return UnlessNoMemory(false, [&] {
     std::u16string chosen = ToU16(path);
+    // Read once now, so that a bad file is reported here rather than by every key that cannot be
+    // opened.
     if (path && !ReadRegistry(chosen).file) return false;
     const std::lock_guard lock(chosenMutex);
     chosenPath.swap(chosen);

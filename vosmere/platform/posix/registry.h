@@ -1,4 +1,4 @@
-// The file that stands for the current user's registry, and where it came from.
+// The file that serves as the current user's registry, and the folder it comes from.
 #pragma once
 
 #include <memory>
@@ -8,18 +8,20 @@
 
 namespace vosmere {
 
+/// A registry file after reading.
 struct UserRegistry {
   enum Kind { kHive, kWinePrefix, kExported };
 
   Kind kind;
-  std::u16string folder;  ///< that it lies in, with a separator at its end
+  std::u16string folder;  ///< of the file, with a separator at its end
   std::shared_ptr<const RegistryFile> file;
 };
 
-/// Reads the chosen file; its `file` is null when that fails. Throws std::bad_alloc.
+/// Reads the file chosen with SetUserRegistry; `file` is null when that fails. Throws
+/// std::bad_alloc.
 UserRegistry ReadUserRegistry();
 
-/// A value that is a text; empty for none. Throws std::bad_alloc.
+/// Reads a value as text; empty when it does not exist. Throws std::bad_alloc.
 std::u16string ReadText(const RegistryFile& file, const char16_t* key, const char16_t* name);
 
 }  // namespace vosmere

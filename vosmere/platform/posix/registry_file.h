@@ -1,4 +1,4 @@
-// Files that hold the registry of a Windows user.
+// Readers for files that contain the registry of a Windows user.
 #pragma once
 
 #include <memory>
@@ -8,14 +8,14 @@
 
 namespace vosmere {
 
-/// Larger files are refused.
+/// The largest file that is read, in bytes.
 inline constexpr std::size_t kRegistryFileLimit = 256 << 20;
-/// So are files with more keys of the user's, whose index would not fit the memory.
+/// The most keys of the user that a file may have. It bounds the memory for their index.
 inline constexpr std::size_t kRegistryKeyLimit = 1'000'000;
 
-/// One reading of such a file. Paths of keys are relative to HKEY_CURRENT_USER, in UTF-16 with
-/// backslashes, and are found without regard to ASCII case. One thread at a time. Everything throws
-/// std::bad_alloc.
+/// The content of such a file. Paths of keys are relative to HKEY_CURRENT_USER, in UTF-16 with
+/// backslashes. Names of keys and values are case-insensitive (ASCII). Not thread-safe. All
+/// operations throw std::bad_alloc.
 class RegistryFile {
  public:
   RegistryFile() = default;
@@ -23,16 +23,19 @@ class RegistryFile {
   RegistryFile& operator=(const RegistryFile&) = delete;
   virtual ~RegistryFile();
 
+  /// Whether the key exists.
   virtual bool HasKey(const std::u16string& key) const = 0;
-  /// The value's bytes as the registry keeps them, texts as UTF-16 with a terminating zero.
+  /// Reads the bytes of a value as the registry stores them: texts are null-terminated UTF-16.
+  /// False when the value does not exist.
   virtual bool ReadValue(const std::u16string& key, const std::u16string& name,
                          std::string* bytes) const = 0;
 };
 
-/// Null when the bytes are not the text of a registry: a Wine prefix's or an exported one.
+/// Parses the text of a Wine prefix's registry or of an exported one. Null when it is neither, and
+/// when it has too many keys.
 std::unique_ptr<RegistryFile> OpenRegistryText(std::string bytes);
 
-/// Null when the file is not a sound hive, or cannot be read.
+/// Opens a hive. Null when the file cannot be read, is too large or is damaged.
 std::unique_ptr<RegistryFile> OpenRegistryHive(const WChar* path);
 
 }  // namespace vosmere

@@ -1,4 +1,4 @@
-// The registry as Windows keeps it in a profile's "NTUSER.DAT".
+// Reads a registry in the form in which Windows stores it in a profile's "NTUSER.DAT", by hivex.
 #include <hivex.h>
 
 #include <algorithm>
@@ -19,8 +19,9 @@ struct CloseHive {
 };
 using Hive = std::unique_ptr<hive_h, CloseHive>;
 
-/// What the library answered after `errno` was 0: null may also mean that it had no memory. Without
-/// memory for a converter of names it goes on with none, which is a bad descriptor.
+/// Checks a result of hivex; `errno` has to be 0 before the call. A null result may mean that
+/// memory ran out. If hivex cannot allocate a converter for names, it continues with an invalid
+/// one, which gives EBADF.
 template <class Answer>
 Answer Found(Answer answer) {
   if (!answer && (errno == ENOMEM || errno == EBADF)) throw std::bad_alloc();
@@ -68,9 +69,9 @@ class RegistryHive : public RegistryFile {
 
 }  // namespace
 
-// Opened for writing, though nothing is ever written: the hive is then read into memory as a whole,
-// where a file that another program cuts short cannot pull it away. A hive consists of whole pages;
-// of one that does not, the library reads on behind the end.
+// Opened for writing, although nothing is ever written. hivex then reads the whole file into memory
+// instead of mapping it, so that truncating the file meanwhile does no harm. A hive consists of
+// whole pages; hivex reads beyond the end of one that does not.
 std::unique_ptr<RegistryFile> OpenRegistryHive(const WChar* path) {
   constexpr std::size_t kPage = 4096;
   File file;

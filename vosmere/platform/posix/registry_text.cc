@@ -1,6 +1,6 @@
-// The registry as text has a section for each key and a line for each value. A Wine prefix's file
-// escapes whatever is not ASCII, an exported one only quotes and backslashes, and it may take keys
-// and values back.
+// Reads a registry in text form: a section for each key, a line for each value. In the file of a
+// Wine prefix everything beyond ASCII is escaped. In an exported file only quotes and backslashes
+// are, and it may also delete keys and values.
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -25,7 +25,7 @@ int DigitValue(char c) {
   return kNoDigit;
 }
 
-/// Takes up to `most` digits off the front of `text`.
+/// Removes up to `most` digits from the front of `text` and returns their value.
 unsigned TakeNumber(std::string_view& text, int base, std::size_t most) {
   unsigned number = 0;
   std::size_t used = 0;
@@ -35,7 +35,9 @@ unsigned TakeNumber(std::string_view& text, int base, std::size_t most) {
   return number;
 }
 
-/// The character behind a backslash, which is taken off with all that belongs to it.
+/// Removes an escape sequence, whose backslash has been removed before, from the front of `text`
+/// and returns its character. The sequences are those of C and "e" for the escape character, with
+/// up to three octal or four hexadecimal digits.
 char16_t TakeEscape(std::string_view& text) {
   constexpr std::string_view kLetters = "abefnrtv";
   constexpr char kMeanings[] = "\a\b\x1B\f\n\r\t\v";
@@ -47,6 +49,7 @@ char16_t TakeEscape(std::string_view& text) {
   return meaning == kNone ? static_cast<unsigned char>(letter) : kMeanings[meaning];
 }
 
+/// Removes the escapes; in an exported file a backslash only protects the next character.
 std::u16string Unescaped(std::string_view text, bool isWine) {
   std::u16string units;
   while (!text.empty()) {
@@ -63,7 +66,8 @@ std::u16string Unescaped(std::string_view text, bool isWine) {
   return units;
 }
 
-/// Takes a text in quotes off the front; nothing when there is none or it does not end.
+/// Removes a quoted text from the front and returns its content; nothing when there is none or its
+/// end is missing.
 std::optional<std::string_view> TakeQuoted(std::string_view& text) {
   if (!text.starts_with('"')) return {};
   std::size_t end = 1;
@@ -74,7 +78,8 @@ std::optional<std::string_view> TakeQuoted(std::string_view& text) {
   return quoted;
 }
 
-/// Bytes of two digits, separated by commas; a backslash continues on the next line.
+/// Parses bytes of two hexadecimal digits, separated by commas; a backslash continues them on the
+/// next line.
 std::string HexBytes(std::string_view text) {
   std::string bytes;
   for (;;) {
@@ -91,7 +96,8 @@ void AppendLittleEndian(std::string& bytes, Number number) {
   for (std::size_t i = 0; i < sizeof number; ++i) bytes += static_cast<char>(number >> 8 * i);
 }
 
-/// `data` stands behind "name=" and may go on beyond its line.
+/// Parses a value. `data` begins after "name=" and may continue on further lines. False for an
+/// unknown type and for a deletion, which is a lone hyphen.
 bool ReadData(std::string_view data, bool isWine, std::string* bytes) {
   std::string_view line = data.substr(0, data.find_first_of(kLineEnds));
   const std::size_t colon = line.starts_with('"') ? kNone : line.find(':');
@@ -112,11 +118,13 @@ bool ReadData(std::string_view data, bool isWine, std::string* bytes) {
   return true;
 }
 
+/// A registry in text form. It indexes only the sections and parses values on demand. A file may
+/// have several sections for one key, and later entries override earlier ones.
 class RegistryText : public RegistryFile {
  public:
   RegistryText(std::string text, bool isWine) : text_(std::move(text)), isWine_(isWine) {}
 
-  /// Once, before all else. False when there are more keys than any user has.
+  /// Call once, before everything else. False when the file has too many keys.
   bool Index() {
     std::size_t at = 0, count = 0;
     for (std::size_t next; at < text_.size(); at = next) {
@@ -128,7 +136,7 @@ class RegistryText : public RegistryFile {
     return true;
   }
 
-  /// A key is there with every key below it.
+  /// A key also exists if only a key below it has a section.
   bool HasKey(const std::u16string& key) const override {
     const std::u16string wanted = Folded(key);
     const auto below = sections_.lower_bound(wanted + u'\\');
@@ -148,14 +156,15 @@ class RegistryText : public RegistryFile {
   }
 
  private:
-  /// Where the next line that begins with a bracket does.
+  /// The offset of the next line that begins with a bracket.
   std::size_t NextSection(std::size_t at) const {
     while ((at = text_.find('[', at + 1)) != kNone)
       if (text_[at - 1] == '\n' || text_[at - 1] == '\r') return at;
     return text_.size();
   }
 
-  /// False for what is no key of the user's.
+  /// Adds a section to the index, or deletes the key. False when the section is not one of the
+  /// user's keys.
   bool Add(std::string_view section) {
     const std::size_t line = std::min(section.find_first_of(kLineEnds), section.size());
     const std::size_t end = section.rfind(']', line - 1);
@@ -177,12 +186,15 @@ class RegistryText : public RegistryFile {
     return true;
   }
 
+  /// Deletes a key with the keys below it. They are adjacent in the map, since a bracket is the
+  /// next character after the backslash.
   void TakeBack(const std::u16string& key) {
     sections_.erase(key);
     sections_.erase(sections_.lower_bound(key + u'\\'), sections_.lower_bound(key + u']'));
   }
 
-  /// Goes over the lines of a section; `has` says whether the value had been given before.
+  /// Searches the lines of a section for a value; the last one counts. `has` says whether an
+  /// earlier section contains the value. Returns whether it exists after this section.
   bool ReadLast(std::string_view section, const std::u16string& wanted, bool has,
                 std::string* bytes) const {
     for (;;) {
@@ -191,7 +203,7 @@ class RegistryText : public RegistryFile {
       const std::size_t size = std::min(section.find_first_of(kLineEnds), section.size());
       std::string_view line = section.substr(0, size);
       std::optional<std::string_view> name = TakeQuoted(line);
-      if (!name && line.starts_with("@=")) {  // the key's own value, which has no name
+      if (!name && line.starts_with("@=")) {  // the key's default value, which has no name
         name = "";
         line.remove_prefix(1);
       }

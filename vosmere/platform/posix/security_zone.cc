@@ -1,3 +1,4 @@
+// Security zones where the system has no settings for them: the text of the address decides.
 #include "vosmere/platform/security_zone.h"
 
 #include <algorithm>
@@ -18,26 +19,27 @@ constexpr bool IsLetter(WChar unit) {
   return FoldAscii(unit) >= 'a' && FoldAscii(unit) <= 'z';
 }
 
-/// Without regard to ASCII case; `word` is in lower case.
+/// Case-insensitive comparison (ASCII) with a word in lower case.
 bool Is(WideView text, std::string_view word) {
   return std::equal(text.begin(), text.end(), word.begin(), word.end(),
                     [](WChar a, char b) { return FoldAscii(a) == b; });
 }
 
-/// `text` before the first unit that `isEnd` accepts.
+/// The part of `text` before the first code unit that `isEnd` accepts.
 template <class Test>
 WideView Before(WideView text, Test isEnd) {
   return text.First(std::find_if(text.begin(), text.end(), isEnd) - text.begin());
 }
 
-/// `text` after its last `unit`, all of it when there is none.
+/// The part of `text` after the last `unit`; the whole text if there is none.
 WideView AfterLast(WideView text, WChar unit) {
   std::size_t start = text.size;
   while (start > 0 && text[start - 1] != unit) --start;
   return text.From(start);
 }
 
-/// The host of a user, host and port.
+/// The host in the part of an address that has the user, host and port. The user ends at the last
+/// "@".
 WideView HostOf(WideView authority) {
   const WideView host = AfterLast(authority, '@');
   const WideView port = AfterLast(host, ':');
@@ -51,8 +53,9 @@ bool IsLoopback(WideView host) {
           std::all_of(host.begin(), host.end(), [](WChar c) { return c == '.' || IsDigit(c); }));
 }
 
-/// A name that only the own network resolves. One that begins with a digit may be the number of any
-/// host, and units beyond these may turn into a dot or end the name elsewhere.
+/// Whether a host is a name that only the local network resolves. A name that begins with a digit
+/// may be a number that means any address. Characters other than these may be turned into a dot, or
+/// end the name, in programs that use the address.
 bool IsPlainName(WideView host) {
   return !host.empty() && IsLetter(host[0]) && std::all_of(host.begin(), host.end(), [](WChar c) {
     return IsLetter(c) || IsDigit(c) || c == '-' || c == '_';
@@ -64,6 +67,7 @@ LONG ZoneOfHost(WideView authority) {
   return IsPlainName(host) || IsLoopback(host) ? kZoneIntranet : kZoneInternet;
 }
 
+/// A path is local unless it is a network path, which begins with two slashes and a server.
 LONG ZoneOfPath(WideView path) {
   if (path.size < 2 || !IsSlash(path[0]) || !IsSlash(path[1])) return kZoneLocalMachine;
   const WideView server = Before(path.From(2), IsSlash);

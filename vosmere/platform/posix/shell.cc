@@ -1,3 +1,4 @@
+// The shell's services: the Favorites folder of a registry file, and shortcut files read directly.
 #include "vosmere/platform/internal/shell.h"
 
 #include <algorithm>
@@ -11,20 +12,22 @@
 namespace vosmere {
 namespace {
 
-constexpr std::size_t kShortcutLimit = 1 << 20;
+constexpr std::size_t kShortcutLimit = 1 << 20;  // bytes
 constexpr char16_t kFolders[] =
     u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
 constexpr std::u16string_view kProfile = u"%userprofile%\\";
 
-/// A path of the Windows whose files lie in a Wine prefix.
+/// Converts a Windows path to the path of its file in a Wine prefix, which has a link for each
+/// drive; empty for a path without a drive.
 std::u16string InPrefix(const UserRegistry& prefix, std::u16string path) {
   if (path.size() < 2 || path[1] != u':') return {};
   path[0] = static_cast<char16_t>(FoldAscii(path[0]));
   return prefix.folder + u"dosdevices/" + path;
 }
 
-/// Of a profile's hive only what lies in the profile itself can be found: it does not say what
-/// became of its drives here.
+/// The Favorites folder of a registry; empty when it is not known. For a profile's hive, only a
+/// folder within the profile can be found, since the hive does not say where its drives are on this
+/// system.
 std::u16string FavoritesOf(const UserRegistry& registry) {
   std::u16string path = ReadText(*registry.file, kFolders, u"Favorites");
   const bool inProfile = Folded(path).starts_with(kProfile);
@@ -39,7 +42,7 @@ std::u16string FavoritesOf(const UserRegistry& registry) {
   }
 }
 
-/// Zero-terminated, into room for `capacity` units. False when it does not fit.
+/// Copies a text with its terminating null. False when it does not fit in `capacity` code units.
 bool CopyTo(const std::u16string& text, WChar* out, std::size_t capacity) {
   if (text.size() >= capacity) return false;
   std::copy_n(text.c_str(), text.size() + 1, out);

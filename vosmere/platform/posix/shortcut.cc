@@ -1,3 +1,4 @@
+// Parses Internet shortcut files.
 #include "vosmere/platform/posix/shortcut.h"
 
 #include <iconv.h>
@@ -25,7 +26,8 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(0, text.find_last_not_of(kBlanks) + 1);
 }
 
-/// Takes the first line that is not empty off the front.
+/// Removes the first line that is not empty from the front and returns it without blanks around it.
+/// A null ends a line too.
 std::string_view TakeLine(std::string_view& text) {
   constexpr std::string_view kEnds("\r\n\0", 3);
   text.remove_prefix(std::min(text.find_first_not_of(kEnds), text.size()));
@@ -34,7 +36,8 @@ std::string_view TakeLine(std::string_view& text) {
   return Trimmed(line);
 }
 
-/// The first value of that name in a section; nothing when the section has none.
+/// The first value with that name in a section, without quotes around it; nothing when there is
+/// none.
 std::optional<std::string_view> Value(std::string_view text, std::string_view section,
                                       std::string_view name) {
   bool inside = false;
@@ -53,9 +56,9 @@ std::optional<std::string_view> Value(std::string_view text, std::string_view se
   return {};
 }
 
-/// Nothing when the text is not UTF-7.
+/// Converts UTF-7 to UTF-16; nothing when the text is ill-formed.
 std::optional<std::u16string> FromUtf7(std::string_view text) {
-  std::string units(text.size() * 2, 0);  // a byte never becomes more than one unit
+  std::string units(text.size() * 2, 0);  // a byte gives at most one code unit
   const iconv_t converter = iconv_open("UTF-16LE", "UTF-7");
   if (converter == reinterpret_cast<iconv_t>(-1)) {
     if (errno == ENOMEM) throw std::bad_alloc();
@@ -68,6 +71,7 @@ std::optional<std::u16string> FromUtf7(std::string_view text) {
   iconv_close(converter);
   if (!converted) return {};
   units.resize(units.size() - room);
+  // Through UTF-8, which replaces unpaired surrogates.
   return WideOf(TextOf("\xFF\xFE" + units));
 }
 

@@ -1,3 +1,4 @@
+// Signals with a mutex and a condition variable.
 #include "vosmere/platform/internal/signals.h"
 
 #include <sys/prctl.h>
@@ -11,14 +12,15 @@ namespace vosmere {
 struct Signals::State {
   std::mutex mutex;
   std::condition_variable changed;
-  unsigned set = 0;  // a bit each
+  unsigned set = 0;  // one bit for each event
 };
 
 Signals::Signals(int) : state_(std::make_unique<State>()) {}
 
 Signals::~Signals() = default;
 
-// Notifies within the lock: after it, who waited may have destroyed all this.
+// Notifies while holding the lock: after its release, the waiting thread may already have destroyed
+// this object.
 void Signals::Set(int which) {
   const std::lock_guard lock(state_->mutex);
   state_->set |= 1u << which;
@@ -50,7 +52,7 @@ int Signals::Wait(Clock::time_point deadline) {
 }
 
 void SharpenWaits() {
-  // Otherwise the kernel lets a wait run 50 us over to save wake-ups.
+  // By default the kernel may end a wait 50 microseconds late to combine wake-ups.
   ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
 }
 

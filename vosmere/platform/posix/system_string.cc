@@ -1,3 +1,4 @@
+// System strings in the layout of Windows: the length in bytes comes before the text.
 #include "vosmere/base/system_string.h"
 
 #include <cstdint>
@@ -12,7 +13,7 @@ namespace {
 
 using Prefix = std::uint32_t;
 
-/// Before the text lies its length in bytes, and before that what aligns both.
+/// Bytes before the text: its length in the last four, after four that keep the text aligned.
 constexpr std::size_t kHeader = 8;
 
 }  // namespace

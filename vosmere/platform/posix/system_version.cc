@@ -1,3 +1,4 @@
+// The version of Windows that the library assumes on other systems.
 #include "vosmere/platform/internal/system_version.h"
 
 namespace vosmere {

@@ -1,3 +1,4 @@
+// Reads text files that were written on Windows.
 #include "vosmere/platform/posix/text_file.h"
 
 #include <algorithm>

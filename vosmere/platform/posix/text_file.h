@@ -1,4 +1,4 @@
-// Text files that were written on Windows: UTF-16 or 8-bit.
+// Reads text files that were written on Windows: UTF-16 or 8-bit.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace vosmere {
 
-/// The text as UTF-8. A mark decides between UTF-16 of either order and UTF-8; bytes without one
-/// are UTF-8 if they are well-formed, else each is the character of the same value. Throws
+/// Converts a file's bytes to UTF-8. A byte-order mark selects UTF-16 of either byte order or
+/// UTF-8. Bytes without one are UTF-8 if they are well-formed, otherwise Latin-1. Throws
 /// std::bad_alloc.
 std::string TextOf(std::string bytes);
 
@@ -17,7 +17,7 @@ std::string TextOf(std::string bytes);
 /// std::bad_alloc.
 bool ReadWholeFile(const WChar* path, std::size_t limit, std::string* bytes);
 
-/// UTF-16 of UTF-8 and back. Throw std::bad_alloc.
+/// Convert between UTF-8 and UTF-16. Throw std::bad_alloc.
 std::u16string WideOf(const std::string& utf8);
 std::string Utf8Of(const std::u16string& text);
 

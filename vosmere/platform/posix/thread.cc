@@ -1,3 +1,4 @@
+// Thread with pthreads, which a latch and two events make suspendable.
 #include "vosmere/platform/internal/thread.h"
 
 #include <limits.h>
@@ -13,17 +14,17 @@
 
 namespace vosmere {
 
-// Shared with the thread, which may outlive its object.
+// Shared by the object and the thread, which may outlive the object.
 struct Thread::State {
   Entry entry;
   void* argument;
   unsigned id = 0;
-  std::latch born{1};
-  bool abandoned = false;  // set before `resumed`
+  std::latch born{1};      // released when `id` is known
+  bool abandoned = false;  // ends without running the entry; set before `resumed`
   Signals resumed{1};
   Signals ended{1};
 
-  // The owner's.
+  // Used by the owner only.
   pthread_t thread{};
   bool suspended = true;
   bool joined = false;
@@ -32,6 +33,8 @@ struct Thread::State {
   static void* Body(void* shared);
 };
 
+/// The thread's start routine. pthreads cannot create a suspended thread, so it waits for Resume
+/// itself.
 void* Thread::State::Body(void* shared) {
   const std::unique_ptr<std::shared_ptr<State>> state(static_cast<std::shared_ptr<State>*>(shared));
   State& self = **state;
@@ -45,6 +48,7 @@ void* Thread::State::Body(void* shared) {
 
 namespace {
 
+/// pthreads requires at least PTHREAD_STACK_MIN, and some systems a multiple of the page size.
 bool SetStackSize(pthread_attr_t* attributes, unsigned stackSize) {
   if (stackSize == 0) return true;
   constexpr std::size_t kPage = 4096;
@@ -71,6 +75,7 @@ bool Thread::Create(Entry entry, void* argument, unsigned stackSize, _SECURITY_A
   pthread_attr_destroy(&attributes);
   if (!created) return false;
   static_cast<void>(shared.release());  // the thread frees it
+  // The id is known only to the new thread.
   state->born.wait();
   state_ = std::move(state);
   return true;
@@ -79,7 +84,7 @@ bool Thread::Create(Entry entry, void* argument, unsigned stackSize, _SECURITY_A
 }
 
 ULONG Thread::Resume() {
-  const std::shared_ptr<State> state = state_;  // the thread may destroy its object at once
+  const std::shared_ptr<State> state = state_;  // the thread may destroy this object at once
   if (!state) return kNoThread;
   const bool suspended = std::exchange(state->suspended, false);
   if (suspended) state->resumed.Set(0);
@@ -89,6 +94,7 @@ ULONG Thread::Resume() {
 bool Thread::Terminate() {
   if (!state_) return true;
   if (state_->suspended) {
+    // The thread still has to run in order to end; it then skips the entry.
     state_->abandoned = true;
     Resume();
   } else if (state_->ended.Wait(Clock::now()) == Signals::kNone) {

@@ -1,3 +1,4 @@
+// The time zone of the C runtime.
 #include "vosmere/platform/internal/time_zone.h"
 
 namespace vosmere::runtime_zone {

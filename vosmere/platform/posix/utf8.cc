@@ -1,3 +1,4 @@
+// UTF-16 and UTF-8, in blocks of 16 code units with SSE2 where the processor has it.
 #include "vosmere/platform/posix/utf8.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ namespace {
 
 using Byte = unsigned char;
 
-/// Code units that are looked at together.
+/// Code units that are processed together.
 constexpr std::ptrdiff_t kBlock = 16;
 
 constexpr unsigned kReplacement = 0xFFFD;
@@ -33,15 +34,15 @@ constexpr bool IsContinuation(unsigned byte) {
   return (byte & 0xC0) == 0x80;
 }
 
-// CopyAscii copies the ASCII at the start of a block and returns a bit for each unit of the block
-// that is not ASCII. It reads and writes the whole block.
-#if defined(__x86_64__)  // and so SSE2
+// CopyAscii copies the ASCII characters at the start of a block, and returns a bit for each code
+// unit of the block that is not ASCII. It reads and writes the whole block.
+#if defined(__x86_64__)  // which always has SSE2
 
 inline unsigned CopyAscii(const WChar* from, Byte* to) {
   const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
   const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 8));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(first, second));
-  const __m128i carry = _mm_set1_epi16(0x7F80);  // takes 0x80 and above to the sign bit
+  const __m128i carry = _mm_set1_epi16(0x7F80);  // moves 0x80 and above to the sign bit
   return _mm_movemask_epi8(
       _mm_packs_epi16(_mm_adds_epu16(first, carry), _mm_adds_epu16(second, carry)));
 }
@@ -68,7 +69,7 @@ unsigned CopyAscii(const From* from, To* to) {
 
 #endif
 
-/// Steps over the ASCII at the start of a block. True when that was the whole block.
+/// Copies the ASCII characters at the start of a block. True when the whole block was ASCII.
 template <class From, class To>
 inline bool TakeAscii(const From*& in, To*& out) {
   const unsigned others = CopyAscii(in, out);
@@ -90,7 +91,7 @@ inline int BytesOf(unsigned unit) {
   return 1 + (unit >= 0x80) + (unit >= 0x800);
 }
 
-/// Steps over the character at `in`.
+/// Encodes the character at `in` and advances both pointers.
 inline void EncodeOne(const WChar*& in, const WChar* end, Byte*& out) {
   unsigned unit = *in++;
   if (unit < 0x80) {
@@ -118,10 +119,10 @@ inline void EncodeOne(const WChar*& in, const WChar* end, Byte*& out) {
   *out++ = Continuation(unit);
 }
 
-// TakeEight steps over eight units, or seven when a pair begins with the eighth. False, with
-// nothing done, when one of them is an unpaired surrogate. It may write three bytes for each unit,
-// and one byte more unless `kTight`, which takes longer.
-#if defined(__x86_64__)  // and so SSE2
+// TakeEight encodes eight code units, or seven when a pair begins with the eighth. It returns false
+// and does nothing when one of them is an unpaired surrogate. It may write three bytes for each
+// code unit, and one byte beyond them unless `kTight`, which is slower.
+#if defined(__x86_64__)  // which always has SSE2
 
 inline __m128i All(int value) {
   return _mm_set1_epi16(static_cast<short>(value));
@@ -136,12 +137,13 @@ inline __m128i Select(__m128i mask, __m128i yes, __m128i no) {
   return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
 }
 
-/// The unit before each unit; 0 before the first.
+/// The code unit before each code unit; 0 before the first.
 inline __m128i Before(__m128i units) {
   return _mm_slli_si128(units, 2);
 }
 
-// Each of these gives, in every lane, the first two bytes of what its unit becomes.
+// In every lane, the first two bytes of the UTF-8 form of its code unit. A pair has two bytes from
+// each half.
 inline __m128i StartOfTwo(__m128i units) {
   return Or(_mm_srli_epi16(units, 6), And(_mm_slli_epi16(units, 8), 0x3F00), 0x80C0);
 }
@@ -149,7 +151,7 @@ inline __m128i StartOfThree(__m128i units) {
   return Or(_mm_srli_epi16(units, 12), And(_mm_slli_epi16(units, 2), 0x3F00), 0x80E0);
 }
 inline __m128i HalfOfHigh(__m128i units) {
-  const __m128i code = _mm_add_epi16(And(units, 0x3FF), All(0x40));  // without its lowest ten bits
+  const __m128i code = _mm_add_epi16(And(units, 0x3FF), All(0x40));  // the code point >> 10
   return Or(_mm_srli_epi16(code, 8), And(_mm_slli_epi16(code, 6), 0x3F00), 0x80F0);
 }
 inline __m128i HalfOfLow(__m128i units) {
@@ -158,8 +160,8 @@ inline __m128i HalfOfLow(__m128i units) {
   return Or(third, And(_mm_slli_epi16(units, 8), 0x3F00), 0x8080);
 }
 
-/// Writes four characters to where they begin: the first at `begin`, every other where the one
-/// before ends, which the bytes of `ends` say. Of the last, `lastSize` bytes are written.
+/// Writes four characters at their positions: the first at `begin`, each of the others where the
+/// previous one ends, which the bytes of `ends` give. `lastSize` bytes of the last one are written.
 inline void StoreFour(__m128i characters, std::size_t begin, std::uint64_t ends, Byte* out,
                       int lastSize) {
   _mm_storeu_si32(out + begin, characters);
@@ -180,7 +182,7 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
 
   int left = 0;
   const __m128i isSurrogate = _mm_cmpeq_epi16(And(units, 0xF800), All(0xD800));
-  if (_mm_movemask_epi8(isSurrogate)) {  // two bytes come of either half of a pair
+  if (_mm_movemask_epi8(isSurrogate)) {  // each half of a pair gives two bytes
     const __m128i isHigh = _mm_cmpeq_epi16(And(units, 0xFC00), All(0xD800));
     const __m128i isLow = _mm_andnot_si128(isHigh, isSurrogate);
     if (_mm_movemask_epi8(_mm_cmpeq_epi16(Before(isHigh), isLow)) != 0xFFFF) return false;
@@ -190,7 +192,7 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
   }
 
   const __m128i third = _mm_or_si128(And(units, 0x3F), All(0x80));
-  const std::uint64_t ends =  // the sums of the first lengths
+  const std::uint64_t ends =  // the running sums of the lengths
       0x0101010101010101u *
       static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_packs_epi16(lengths, zero)));
   StoreFour(_mm_unpacklo_epi16(start, third), 0, ends, out, 4);
@@ -212,7 +214,8 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
 
 #endif
 
-/// What an ill-formed part covers: what could have begun a character, at least one byte.
+/// Length of the maximal ill-formed part at the start: the bytes that could have begun a character,
+/// at least one.
 inline int IllFormedLength(std::uint32_t bytes) {
   const unsigned lead = bytes & 0xFF, second = bytes >> 8 & 0xFF, third = bytes >> 16 & 0xFF;
   const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
@@ -221,8 +224,8 @@ inline int IllFormedLength(std::uint32_t bytes) {
   return lead >= 0xF0 && IsContinuation(third) ? 3 : 2;
 }
 
-// The character of two, three or four bytes that `bytes`, the first in the lowest bits, begins
-// with; 0 when there is none.
+// The character of two, three or four bytes at the start of `bytes`, whose first byte is in the
+// lowest bits; 0 when there is none.
 
 inline unsigned OfTwo(std::uint32_t bytes) {
   if ((bytes & 0xC0E0) != 0x80C0) return 0;
@@ -248,7 +251,8 @@ struct Character {
   int length;
 };
 
-/// Zeros may stand for bytes behind the end: they never go on with a character.
+/// Decodes the character at the start. Bytes beyond the end may be zero, since a zero never
+/// continues a character.
 inline Character DecodeOne(std::uint32_t bytes) {
   if ((bytes & 0x80) == 0) return {bytes & 0x7F, 1};
   if (const unsigned code = OfTwo(bytes)) return {code, 2};
@@ -278,25 +282,28 @@ inline void Put(unsigned code, WChar*& out) {
   out += 2;
 }
 
-/// Steps over characters of three bytes, then over those of two, that begin before `limit`. They
-/// are the letters of most scripts and seldom come alone.
+/// Decodes characters of three bytes, then of two bytes, that begin before `limit`. They are the
+/// letters of most scripts and usually come in runs.
 inline void TakeAlike(const Byte*& in, const Byte* limit, WChar*& out) {
   unsigned code;
   for (; in < limit && (code = OfThree(FourBytes(in))); in += 3) Put(code, out);
   for (; in < limit && (code = OfTwo(FourBytes(in))); in += 2) Put(code, out);
 }
 
-/// How much input may be stepped over without a look at either end, as no unit of it takes more
-/// than `most` of the output; a block stays readable and writable behind it.
+/// How much input can be processed without checking either end: no code unit of it gives more than
+/// `most` units of output, and after it a whole block can still be read and written.
 inline std::ptrdiff_t SafeLength(std::ptrdiff_t length, std::ptrdiff_t capacity, int most) {
   return std::min(length, capacity / most) - kBlock;
 }
 
+/// How far a conversion got.
 struct Reached {
   const Byte* in;
   WChar* out;
 };
 
+/// Decodes until the input or the output ends. The first loop works in blocks without checks, the
+/// second finishes with checks.
 Reached DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outEnd) {
   for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 1)) > 0;) {
     for (const Byte* const limit = in + safe; in < limit;) {
@@ -350,14 +357,14 @@ std::size_t Encode(const WChar* text, std::size_t length, char* bytes, std::size
 }
 
 std::size_t EncodedLength(const WChar* text, std::size_t length) {
-  constexpr std::size_t kPart = 0x4000;  // sums of it fit a unit, which lets eight be added at once
+  constexpr std::size_t kPart = 0x4000;  // sums over it fit 16 bits, so eight are added at once
   std::size_t bytes = length;
   for (std::size_t begin = 0; begin < length; begin += kPart) {
     const std::size_t end = std::min(begin + kPart, length);
     WChar more = 0, pairs = 0;
     for (std::size_t i = begin; i < end; ++i) more += (text[i] >= 0x80) + (text[i] >= 0x800);
     for (std::size_t i = begin; i < std::min(end, length - 1); ++i) pairs += IsPair(text + i);
-    bytes += more - 2 * pairs;  // a pair takes four bytes where two units alone take six
+    bytes += more - 2 * pairs;  // a pair takes four bytes, not three for each unit
   }
   return bytes;
 }

@@ -1,3 +1,4 @@
+// New UUIDs from libuuid.
 #include "vosmere/platform/internal/uuid.h"
 
 #include <uuid/uuid.h>

@@ -1,3 +1,4 @@
+// Code pages by the conversions of Windows.
 #include "vosmere/platform/internal/code_page.h"
 
 #include <limits>
@@ -10,7 +11,8 @@
 namespace vosmere {
 namespace {
 
-/// Length of the UTF-8 sequence at the start, or of as much of it as is well-formed.
+/// Length of the UTF-8 sequence at the start, or of its well-formed beginning when it is not
+/// complete.
 std::size_t SequenceLength(std::string_view bytes, bool* complete) {
   const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
   const unsigned lead = at(0);
@@ -32,7 +34,8 @@ std::size_t SequenceLength(std::string_view bytes, bool* complete) {
   return length;
 }
 
-/// With U+FFFD for each maximal ill-formed part. Systems differ in how many they put.
+/// Replaces each maximal ill-formed part by U+FFFD. It is done here because versions of Windows
+/// differ in the number of replacement characters.
 std::string Repaired(std::string_view bytes) {
   std::string repaired;
   for (std::size_t length; !bytes.empty(); bytes.remove_prefix(length)) {
@@ -47,7 +50,7 @@ std::string Repaired(std::string_view bytes) {
 
 static_assert(kCodePageSystem == CP_ACP && kCodePageUtf8 == CP_UTF8);
 
-// A negative length would make the system look for a terminator.
+// A length of 0 or less is handled here: the system takes -1 for a null-terminated text.
 int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, int capacity) {
   if (length <= 0) return 0;
   return ::WideCharToMultiByte(codePage, 0, win32::Native(text), length, bytes, capacity, nullptr,

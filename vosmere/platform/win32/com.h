@@ -1,5 +1,5 @@
-// Windows' wide characters are `wchar_t`, ours are `unsigned short`: the same bits under two types.
-// The casts between them live here; the smallest owner of a COM interface does too.
+// Casts between `wchar_t`, which Windows uses, and `unsigned short`, which the library uses for the
+// same code units; owners for COM interfaces and variants.
 #pragma once
 
 #include <windows.h>
@@ -12,12 +12,14 @@
 
 namespace vosmere::win32 {
 
+/// The text in the type of Windows.
 inline wchar_t* Native(WChar* text) {
   return reinterpret_cast<wchar_t*>(text);
 }
 inline const wchar_t* Native(const WChar* text) {
   return reinterpret_cast<const wchar_t*>(text);
 }
+/// The text in the type of the library.
 inline WChar* Ours(wchar_t* text) {
   return reinterpret_cast<WChar*>(text);
 }
@@ -25,7 +27,7 @@ inline const WChar* Ours(const wchar_t* text) {
   return reinterpret_cast<const WChar*>(text);
 }
 
-/// Holds one reference.
+/// Owns one reference to a COM interface.
 template <class Interface>
 class Counted {
  public:
@@ -39,15 +41,16 @@ class Counted {
   Interface* get() const { return interface_; }
   Interface* operator->() const { return interface_; }
   explicit operator bool() const { return interface_ != nullptr; }
-  /// For out parameters, once.
+  /// For an output parameter; use it only once.
   Interface** out() { return &interface_; }
+  /// Gives the reference to the caller.
   Interface* Detach() { return std::exchange(interface_, nullptr); }
 
  private:
   Interface* interface_ = nullptr;
 };
 
-/// Owns a variant and what it holds.
+/// A variant that frees its content.
 struct OwnedVariant : VARIANT {
   OwnedVariant() { ::VariantInit(this); }
   OwnedVariant(const OwnedVariant&) = delete;

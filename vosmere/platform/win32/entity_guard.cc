@@ -1,3 +1,4 @@
+// Expands the entities and attribute defaults of a document within limits.
 #include "vosmere/platform/win32/entity_guard.h"
 
 #include <algorithm>
@@ -19,12 +20,13 @@ constexpr int kDeepestNesting = 20;
 constexpr int kMostAttributeDeclarations = 1000;
 constexpr std::size_t kLongestSubset = 256 * 1024;
 constexpr std::size_t kLongestDeclaration = 16 * 1024;
-constexpr std::size_t kReferenceCost = 64;  // it keeps the parser busy, however short the text
-constexpr std::size_t kDefaultCost = 24;    // an attribute, however short its value
+constexpr std::size_t kReferenceCost = 64;  // even a short one keeps the parser busy
+constexpr std::size_t kDefaultCost = 24;    // of an attribute, even if its value is short
 
 constexpr std::string_view kSpace = " \t\r\n";
 constexpr std::string_view kNotInNames = " \t\r\n<>&;%'\"[](){}|,*+?=/!#";
 
+/// Reads the tokens of a document from a position.
 class Reader {
  public:
   explicit Reader(std::string_view text, std::size_t at = 0) : text_(text), at_(at) {}
@@ -35,21 +37,23 @@ class Reader {
   std::size_t position() const { return at_; }
 
   void SkipSpace() { at_ = std::min(text_.find_first_not_of(kSpace, at_), text_.size()); }
-  /// To the next of `units`; false when there is none.
+  /// Moves to the next of the characters in `units`; false when there is none.
   bool SkipTo(std::string_view units) {
     at_ = std::min(text_.find_first_of(units, at_), text_.size());
     return !AtEnd();
   }
+  /// Moves after the next `token`, or to the end.
   void SkipPast(std::string_view token) {
     const std::size_t found = text_.find(token, at_);
     at_ = found == text_.npos ? text_.size() : found + token.size();
   }
+  /// Skips `token`; false when it is not next.
   bool Take(std::string_view token) {
     if (!At(token)) return false;
     at_ += token.size();
     return true;
   }
-  /// Empty when there is none here.
+  /// The name at the position; empty when there is none.
   std::string_view TakeName() {
     const std::size_t start = at_;
     SkipTo(kNotInNames);
@@ -78,10 +82,10 @@ std::string_view WithoutQuotes(std::string_view literal) {
   return literal.substr(1, literal.size() - 2);
 }
 
-/// What one use of a declared text sets off.
+/// The effect of one use of a declared text.
 struct Weight {
-  int levels = 0;  // of declared texts within
-  std::size_t bytes = 0;
+  int levels = 0;         // of declared texts nested in it
+  std::size_t bytes = 0;  // of its whole expansion
 };
 
 /// The replacement text of an entity, or all attribute defaults of an element together.
@@ -89,13 +93,13 @@ struct Declared {
   std::string text;
   std::vector<std::pair<std::string, std::string>> attributes;  // names and quoted values
   bool external = false;
-  bool beingWeighed = false;
+  bool beingWeighed = false;  // to notice an entity that refers to itself
   bool weighed = false;
   Weight weight;
 };
 
-/// An entity's literal with its character references resolved. Those that cannot matter to markup
-/// may stay: they mean the same when they are read later.
+/// An entity's literal with its character references replaced. References to characters that are no
+/// markup may remain: they mean the same when they are read later.
 std::string ReplacementText(std::string_view literal) {
   std::string text;
   Reader in(literal);
@@ -118,11 +122,13 @@ std::string ReplacementText(std::string_view literal) {
   return text;
 }
 
+/// Expands one document: reads its declarations, measures what their uses expand to, and only then
+/// expands them.
 class EntityGuard {
  public:
   explicit EntityGuard(std::string_view document) : document_(document) {}
 
-  /// Empty when nothing is to be expanded.
+  /// See ExpandEntities. Empty when there is nothing to expand.
   std::string Expand(std::size_t doctype, std::size_t* content);
 
  private:
@@ -134,7 +140,9 @@ class EntityGuard {
   [[noreturn]] void RefuseDeclaration() const {
     RefuseHere(DocumentFault::kMalformed, "the document type declaration is not well-formed");
   }
+  /// Adds to the expansion of the whole document, and refuses it when that is too much.
   void Spend(std::size_t bytes);
+  /// Refuses declarations that are too long.
   void BoundSubset() const;
 
   void ReadSubset(Reader& in, int level);
@@ -143,21 +151,25 @@ class EntityGuard {
   void ReadInserted(Reader& in, int level);
   std::string_view TakeInDeclaration(Reader& in) const;
 
+  /// The entity that a reference uses; null for a character and a predefined entity.
   Declared* UsedByReference(Reader& in);
+  /// The defaults that a start tag uses; null for an element without any and for other markup.
   Declared* UsedByMarkup(Reader& in);
+  /// Measures the expansion of a text, without expanding it.
   Weight Weigh(Reader in, int level);
+  /// Measures a declared text when it is used for the first time.
   Weight WeighOnce(Declared& declared, int level);
 
   void ExpandText(Reader in, bool isValue, std::string* out);
   void ExpandTag(Reader* in, const Declared* defaults, std::string* out);
 
   const std::string_view document_;
-  std::size_t place_ = 0;  // in the document, of what is being looked at
+  std::size_t place_ = 0;  // position in the document, for error messages
   std::size_t spent_ = 0;
   std::size_t subset_ = 0;    // where the declarations begin
-  std::size_t inserted_ = 0;  // among them, by parameter entities
+  std::size_t inserted_ = 0;  // bytes that parameter entities add to them
   int attributeDeclarations_ = 0;
-  bool namesOutside_ = false;
+  bool namesOutside_ = false;  // whether entities may be declared outside the document
   Declarations entities_;
   Declarations parameterEntities_;
   Declarations defaults_;
@@ -172,7 +184,7 @@ std::string EntityGuard::Expand(std::size_t doctype, std::size_t* content) {
     if (token == "[") ReadSubset(in, 0);
     if (IsLiteral(token)) namesOutside_ = true;
   }
-  if (in.At("[")) RefuseDeclaration();  // some parsers take it for part of the declaration
+  if (in.At("[")) RefuseDeclaration();  // some parsers take it for a part of the declaration
   *content = in.position();
   std::string expanded;
   if (Weigh(in, 0).levels == 0) return expanded;
@@ -215,7 +227,8 @@ void EntityGuard::ReadSubset(Reader& in, int level) {
   }
 }
 
-// A parameter entity cannot stand within a declaration here, though a lenient parser takes it.
+// In the internal subset, XML does not allow a reference to a parameter entity within a
+// declaration, although lenient parsers accept it.
 std::string_view EntityGuard::TakeInDeclaration(Reader& in) const {
   const std::string_view token = in.TakeToken();
   if (token.empty() || token == "%") RefuseDeclaration();
@@ -237,6 +250,7 @@ void EntityGuard::ReadEntity(Reader& in) {
     entity.text = ReplacementText(WithoutQuotes(token));
   }
   while (token != ">") token = TakeInDeclaration(in);
+  // In XML the first declaration of an entity counts, and emplace keeps it.
   (parameter ? parameterEntities_ : entities_).emplace(name, std::move(entity));
 }
 
@@ -337,7 +351,7 @@ Weight EntityGuard::WeighOnce(Declared& declared, int level) {
   return declared.weight;
 }
 
-// --- expansion, of what has been weighed ---
+// --- expansion, after measuring ---
 
 void EntityGuard::ExpandText(Reader in, bool isValue, std::string* out) {
   while (!in.AtEnd()) {
@@ -363,6 +377,7 @@ void EntityGuard::ExpandText(Reader in, bool isValue, std::string* out) {
   }
 }
 
+// Defaults are added at the end of the tag, when all given attributes are known.
 void EntityGuard::ExpandTag(Reader* in, const Declared* defaults, std::string* out) {
   std::vector<std::string_view> given;
   for (std::string_view token = "<"; token != ">" && !token.empty();) {

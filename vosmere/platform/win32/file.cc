@@ -1,3 +1,4 @@
+// File and FileMapping with the handles of Windows.
 #include "vosmere/platform/internal/file.h"
 
 #include <algorithm>
@@ -11,8 +12,8 @@
 namespace vosmere {
 namespace {
 
-constexpr std::size_t kBlock = 256 * 1024;
-constexpr std::size_t kMostAtOnce = 1 << 30;  // a call's count has 32 bits
+constexpr std::size_t kBlock = 256 * 1024;    // the buffer of BlockWriter
+constexpr std::size_t kMostAtOnce = 1 << 30;  // the system's count has 32 bits
 
 HANDLE Native(std::intptr_t handle) {
   return reinterpret_cast<HANDLE>(handle);
@@ -86,6 +87,7 @@ bool File::OpenOrCreate(const WChar* path, Waiting waiting) {
 
 bool File::Admit(Waiting waiting) {
   if (!IsOpen()) return Fail();
+  // Pipes and devices open like files.
   if (waiting == Waiting::kAllowed || ::GetFileType(Native(handle_)) == FILE_TYPE_DISK) return true;
   Close();
   ::SetLastError(ERROR_BAD_FILE_TYPE);
@@ -125,7 +127,7 @@ bool File::Fail() {
   return false;
 }
 
-// The system makes no mapping of a file without contents.
+// CreateFileMapping refuses an empty file.
 bool FileMapping::Create(const File& file) {
   LARGE_INTEGER length;
   if (!::GetFileSizeEx(Native(file.handle_), &length)) return Fail();
@@ -142,7 +144,7 @@ bool FileMapping::View() {
   return view_ || Fail();
 }
 
-// Unlocking what is not locked takes it out of the working set.
+// VirtualUnlock removes pages that are not locked from the working set.
 void FileMapping::Forget(std::size_t position, std::size_t size) {
   ::VirtualUnlock(const_cast<char*>(data()) + position, size);
 }
@@ -158,7 +160,7 @@ bool FileMapping::Fail() {
   return false;
 }
 
-// The system lets nobody cut a mapped file short.
+// Windows does not let a mapped file be truncated.
 bool CopyUnlessGone(void* to, const void* from, std::size_t size) {
   std::memcpy(to, from, size);
   return true;

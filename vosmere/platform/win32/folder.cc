@@ -1,3 +1,4 @@
+// FolderListing with FindFirstFile.
 #include "vosmere/platform/internal/folder.h"
 
 #include <algorithm>
@@ -15,7 +16,8 @@ bool IsDots(const wchar_t* name) {
   return std::wstring_view(name) == L"." || std::wstring_view(name) == L"..";
 }
 
-/// What came of a call to the system.
+/// The result of a system call. Throws std::bad_alloc when the system ran out of memory, so that
+/// this is not taken for a missing file.
 bool Succeeded(bool succeeded) {
   const DWORD error = succeeded ? ERROR_SUCCESS : ::GetLastError();
   if (error == ERROR_NOT_ENOUGH_MEMORY || error == ERROR_OUTOFMEMORY ||

@@ -1,3 +1,4 @@
+// HTTP sessions, connections and requests through WinINet.
 #include "vosmere/platform/internal/http.h"
 
 #include <new>
@@ -22,7 +23,8 @@ void SetLimit(HINTERNET handle, DWORD option, LONG value) {
   ::InternetSetOptionW(handle, option, &limit, sizeof limit);
 }
 
-/// With its length in bytes. The client may take that for characters, so as many follow it.
+/// Sets an option that is a text. The length is given in bytes. The client may take it for a number
+/// of characters and read beyond the text, so the buffer is padded to that many.
 bool SetText(HINTERNET handle, DWORD option, const WChar* text) {
   const std::size_t length = WideLength(text), size = length * sizeof(WChar);
   std::wstring padded(win32::Native(text), length);
@@ -32,7 +34,7 @@ bool SetText(HINTERNET handle, DWORD option, const WChar* text) {
 
 }  // namespace
 
-/// The client hands some of the sockets' numbers on.
+/// WinINet passes some socket errors on, which are converted here.
 Error LastError() {
   const DWORD error = ::GetLastError();
   switch (error) {
@@ -46,11 +48,11 @@ Error LastError() {
   }
 }
 
-/// Of what has just been opened, or was not.
+/// Sets the time limits of a new handle. Returns the error if the handle could not be opened.
 static Error WithLimits(const Handle& owner, const Timeouts& timeouts) {
   HINTERNET const handle = owner.get();
   if (!handle) return LastError();
-  SetLimit(handle, INTERNET_OPTION_CONNECT_RETRIES, 1);
+  SetLimit(handle, INTERNET_OPTION_CONNECT_RETRIES, 1);  // else the limit applies to each attempt
   SetLimit(handle, INTERNET_OPTION_CONNECT_TIMEOUT, timeouts.connect);
   SetLimit(handle, INTERNET_OPTION_SEND_TIMEOUT, timeouts.transfer);
   SetLimit(handle, INTERNET_OPTION_RECEIVE_TIMEOUT, timeouts.transfer);
@@ -110,7 +112,8 @@ static bool AddLine(HINTERNET handle, const std::string& line) {
                                   HTTP_ADDREQ_FLAG_ADD | HTTP_ADDREQ_FLAG_REPLACE);
 }
 
-/// Another server than the request was opened for is not told who is there.
+/// Gets a connection for an address. On another server than the original one a new connection is
+/// opened, so that it does not receive the user's name and password.
 static Error ConnectTo(const Place& place, Request* request, HINTERNET* connection) {
   const Connection& own = request->connection;
   *connection = own.handle->get();
@@ -121,6 +124,7 @@ static Error ConnectTo(const Place& place, Request* request, HINTERNET* connecti
   return WithLimits(request->elsewhere, own.session.timeouts);
 }
 
+/// The added headers are set again for the new handle, except those for a body in a GET.
 Error OpenAt(Request* request, const Place& place, bool get) {
   const wchar_t* accepted[] = {L"*/*", nullptr};
   const DWORD flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_NO_CACHE_WRITE |
@@ -128,7 +132,7 @@ Error OpenAt(Request* request, const Place& place, bool get) {
                       (request->head.keepConnection ? INTERNET_FLAG_KEEP_CONNECTION : 0) |
                       (place.secure ? INTERNET_FLAG_SECURE : 0);
   HINTERNET connection = nullptr;
-  request->handle.Close();  // before the connection that it is on
+  request->handle.Close();  // before its connection
   if (const Error error = ConnectTo(place, request, &connection)) return error;
   request->handle.Reset(::HttpOpenRequestW(connection, get ? L"GET" : L"POST", place.target.c_str(),
                                            L"HTTP/1.0", L"", accepted, flags, 0));

@@ -1,3 +1,4 @@
+// Sending requests through WinINet, following redirects and reading replies.
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -19,7 +20,7 @@ bool IsAborted(Error error) {
 
 }  // namespace
 
-/// Back from where redirects have led.
+/// Begins an exchange, at the original address.
 static Error Begin(Request* request) {
   request->status = 0;
   if (std::exchange(request->redirects, 0) == 0) return kNone;
@@ -30,6 +31,7 @@ Error Send(Request* request, ULONG total) {
   const Timeouts& timeouts = request->connection.session.timeouts;
   if (!std::exchange(request->mustResend, false))
     if (const Error error = Begin(request)) return error;
+  // Sending includes connecting. In LONGLONG the sum of two large limits cannot overflow.
   const Watch watch(request->handle, LONGLONG{timeouts.connect} + timeouts.transfer);
   request->dropped = kNone;
   request->lengthIsKnown = false;
@@ -41,7 +43,8 @@ Error Send(Request* request, ULONG total) {
   return watch.Passed() ? kTimedOut : LastError();
 }
 
-// A connection that breaks off while more than the socket's buffer waits may be told as a timeout.
+// Pieces are at most 64 KiB, because WinINet may report a connection that breaks as a timeout when
+// more data than fits the socket's buffer is waiting.
 Error Write(Request* request, const void* bytes, std::size_t size) {
   constexpr std::size_t kMostAtOnce = 64 * 1024;
   if (request->dropped) return kNone;
@@ -61,14 +64,14 @@ Error Write(Request* request, const void* bytes, std::size_t size) {
   return kNone;
 }
 
-/// Waits for the head of the reply to what `ask` sends.
+/// Waits for the head of the reply. `ask` sends the request, or ends it.
 template <class Ask>
 static Error Await(Request* request, LONGLONG milliseconds, Ask ask) {
   const Watch watch(request->handle, milliseconds);
   const Error error = ask(request->handle.get()) ? kNone : LastError();
   if (error == kForceRetry) return error;
   DWORD status = 0, size = sizeof status;
-  // A connection that broke or timed out may pass for an empty reply.
+  // WinINet may report a connection that broke or timed out as an empty reply.
   if (!::HttpQueryInfoW(request->handle.get(), HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER,
                         &status, &size, nullptr) ||
       status == 0) {
@@ -82,7 +85,7 @@ static Error Await(Request* request, LONGLONG milliseconds, Ask ask) {
   return lengthError == kHeaderNotFound ? kNone : lengthError;
 }
 
-/// Goes where the reply leads; kForceRetry where that is to get the body.
+/// Follows a redirect. kForceRetry when the new address has to receive the body.
 static Error Follow(Request* request, const Place& place, bool byGet) {
   const Timeouts& timeouts = request->connection.session.timeouts;
   if (request->place.secure && !place.secure) return kHttpsToHttpOnRedirect;
@@ -114,7 +117,7 @@ Error Status(Request* request, int* status) {
   return *status ? kNone : kHeaderNotFound;
 }
 
-/// One of the lengths that the reply names, from 0 on.
+/// One of the Content-Length headers of the reply, numbered from 0.
 static Error LengthAt(Request* request, DWORD index, std::uint64_t* length) {
   char text[32];
   DWORD size = sizeof text;
@@ -123,6 +126,7 @@ static Error LengthAt(Request* request, DWORD index, std::uint64_t* length) {
   return ParseLength({text, size}, length) ? kNone : kInvalidReply;
 }
 
+/// Refuses a reply with lengths that differ, because it is not clear where it ends.
 Error ContentLength(Request* request, std::uint64_t* length) {
   const Error error = LengthAt(request, 0, length);
   std::uint64_t other = 0;
@@ -138,7 +142,8 @@ bool Redirected(Request* request) {
   return request->isGet;
 }
 
-// Asked for more than has arrived the client would wait for all of it, however slowly it comes.
+// Reads only what has arrived: for more, WinINet would wait until all of it is there, however
+// slowly it comes.
 static Error Fetch(Request* request) {
   HINTERNET const handle = request->handle.get();
   DWORD available = 0, got = 0;

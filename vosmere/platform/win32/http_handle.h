@@ -1,4 +1,4 @@
-// A handle of the HTTP client, and an end to the calls that wait on it.
+// A handle of WinINet, and a timer that ends the calls that wait on it.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace vosmere::win32 {
 
-/// Closed once, by its owner or by a watch.
+/// Owns a handle, which is closed once: by the owner, or by a Watch on another thread.
 class Handle {
  public:
   Handle() = default;
@@ -32,8 +32,8 @@ class Handle {
   std::atomic<HINTERNET> handle_ = nullptr;
 };
 
-/// Closes a handle after a while, which ends the call that another thread waits in. The client's
-/// own limits begin anew with every byte.
+/// Closes a handle when a time has passed, which ends the call that waits on it. WinINet's own time
+/// limits start again with every byte.
 class Watch {
  public:
   Watch(Handle& handle, LONGLONG milliseconds)
@@ -55,6 +55,7 @@ class Watch {
     ::CloseThreadpoolTimer(timer_);
   }
 
+  /// Whether the time has passed.
   bool Passed() const { return ::GetTickCount64() >= end_; }
 
  private:

@@ -1,3 +1,4 @@
+// The addresses of redirects.
 #include "vosmere/platform/win32/http_place.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ http::Error NextPlace(HINTERNET request, Place* place) {
   DWORD length = kMost;
   URL_COMPONENTSW parts = {};
   parts.dwStructSize = sizeof parts;
-  parts.dwHostNameLength = parts.dwUrlPathLength = 1;  // where they stand in the text
+  parts.dwHostNameLength = parts.dwUrlPathLength = 1;  // asks for pointers into the text
   if (!::InternetQueryOptionW(request, INTERNET_OPTION_URL, base, &size) ||
       !::InternetCombineUrlW(base, named, whole, &length, 0) ||
       !::InternetCrackUrlW(whole, length, 0, &parts) || parts.dwHostNameLength == 0)

@@ -1,4 +1,4 @@
-// What the HTTP client has open.
+// The sessions, connections and requests of HTTP through WinINet.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace vosmere::http {
 
-// Each keeps open what it stands on.
+// Each one keeps the handles open on which its own is based.
 
 struct Session {
   std::shared_ptr<win32::Handle> handle;
@@ -31,28 +31,28 @@ struct Request {
   win32::Place origin;
   RequestHead head;
 
-  // Where redirects have led.
+  // The current address, which redirects change.
   win32::Handle elsewhere{};  // a connection to another server
   win32::Handle handle{};
-  win32::Place place{};  // that the handle is for
+  win32::Place place{};  // the address that `handle` is for
   bool isGet = false;
   int redirects = 0;
   bool mustResend = false;
 
-  Error dropped = kNone;  // why the server does not take the body any more
+  Error dropped = kNone;  // the reason if the server no longer accepts the body
 
   // The reply.
   int status = 0;
   bool lengthIsKnown = false;
   std::uint64_t left = 0;
-  ULONG blockAt = 0, blockEnd = 0;  // what has come and nobody has read
+  ULONG blockAt = 0, blockEnd = 0;  // the unread part of the reply in `block`
   char block[16 * 1024] = {};
 };
 
-/// What the client says of its last failure.
+/// The error of the last call of WinINet.
 Error LastError();
 
-/// Opens the request's handle for a place. Throws std::bad_alloc.
+/// Opens the request's handle for an address. Throws std::bad_alloc.
 Error OpenAt(Request* request, const win32::Place& place, bool get);
 
 }  // namespace vosmere::http

@@ -1,3 +1,4 @@
+// The state of keys, from the system unless a program knows better.
 #include "vosmere/platform/keys.h"
 
 #include <windows.h>

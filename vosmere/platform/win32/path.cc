@@ -1,11 +1,21 @@
+// Paths from UTF-8 names.
 #include "vosmere/platform/path.h"
 
 #include <cstring>
 
 #include "vosmere/base/system_string.h"
+#include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
 
 namespace vosmere {
+
+bool NameFromPath(const WChar* path, char* name, std::size_t capacity) {
+  const auto units = static_cast<int>(WideLength(path));
+  const int length = WideToBytes(kCodePageUtf8, path, units, name, static_cast<int>(capacity) - 1);
+  if (length == 0 && units > 0) return false;
+  name[length] = 0;
+  return true;
+}
 
 BSTR PathFromName(const char* name) {
   if (!name) return nullptr;

@@ -1,3 +1,4 @@
+// The registry of the current user.
 #include "vosmere/platform/registry.h"
 
 #include "vosmere/base/owned_text.h"
@@ -6,6 +7,7 @@
 namespace vosmere {
 namespace {
 
+/// Whether a call succeeded. A failure for lack of memory is counted by LostTexts.
 bool IsFine(LSTATUS status) {
   if (status == ERROR_NOT_ENOUGH_MEMORY || status == ERROR_OUTOFMEMORY) detail::CountLostText();
   return status == ERROR_SUCCESS;

@@ -1,3 +1,4 @@
+// Security zones from the system's security manager.
 #include "vosmere/platform/security_zone.h"
 
 #include "vosmere/platform/win32/com.h"
@@ -10,7 +11,8 @@ namespace {
 static_assert(kZoneLocalMachine == URLZONE_LOCAL_MACHINE && kZoneIntranet == URLZONE_INTRANET &&
               kZoneInternet == URLZONE_INTERNET);
 
-/// Gives the thread COM while it lives. A thread that has it keeps its kind.
+/// Initialises COM for the thread while the object exists. On a thread where it is initialised
+/// already, its apartment stays as it is.
 class ComScope {
  public:
   ComScope() : entered_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
@@ -32,7 +34,7 @@ LONG SystemSecurityZone(const WChar* url) {
   if (FAILED(::CoInternetCreateSecurityManager(nullptr, manager.out(), 0))) return kZoneUnknown;
   DWORD zone = kZoneUnknown;
   const HRESULT result = manager->MapUrlToZone(win32::Native(url), &zone, 0);
-  // Wine calls an address without a host well mapped, to an invalid zone.
+  // For an address without a host, Wine reports success with an invalid zone.
   return FAILED(result) || static_cast<LONG>(zone) < 0 ? kZoneUnknown : static_cast<LONG>(zone);
 }
 

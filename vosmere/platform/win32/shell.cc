@@ -1,3 +1,4 @@
+// The shell's services: the Favorites folder, and Internet shortcuts.
 #include "vosmere/platform/internal/shell.h"
 
 #include "vosmere/base/owned_text.h"
@@ -14,12 +15,14 @@ constexpr GUID kShortcutClass = {
 constexpr GUID kLocatorInterface = {
     0xCABB0DA0, 0xDA57, 0x11CF, {0x99, 0x74, 0x00, 0x20, 0xAF, 0xD7, 0x97, 0x62}};
 
+/// A request for the address in a shortcut file, and its result.
 struct Question {
   const WChar* path;
   wchar_t* address = nullptr;
   HRESULT result = E_OUTOFMEMORY;
 };
 
+/// Reads the shortcut file, on a thread in a single-threaded apartment.
 HRESULT AskInApartment(Question& question) {
   win32::Counted<IUniformResourceLocatorW> locator;
   win32::Counted<IPersistFile> file;
@@ -31,6 +34,8 @@ HRESULT AskInApartment(Question& question) {
   return SUCCEEDED(result) ? locator->GetURL(&question.address) : result;
 }
 
+/// Initialises COM as a single-threaded apartment and reads the shortcut file. Also the entry of a
+/// thread.
 DWORD WINAPI Ask(void* argument) {
   auto& question = *static_cast<Question*>(argument);
   question.result = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
@@ -70,7 +75,8 @@ void ShellAllocator::Free(WChar* text) const {
   if (allocator_) static_cast<IMalloc*>(allocator_)->Free(text);
 }
 
-// The shortcut object lives in single-threaded apartments and cannot be called from another.
+// The shortcut object requires a single-threaded apartment. On a thread of another apartment, COM
+// answers RPC_E_CHANGED_MODE, and a new thread does the work.
 WChar* ShortcutAddress(const WChar* path) {
   Question question = {path};
   Ask(&question);

@@ -1,3 +1,4 @@
+// Signals with event objects.
 #include "vosmere/platform/internal/signals.h"
 
 #include <windows.h>
@@ -9,7 +10,8 @@
 
 namespace vosmere {
 
-// Kernel objects, because nothing else survives that a thread is terminated while it waits.
+// Kernel objects, because they are the only ones that stay usable when a waiting thread is
+// terminated.
 struct Signals::State {
   HANDLE events[2] = {};
   DWORD count = 0;
@@ -46,6 +48,6 @@ int Signals::Wait(Clock::time_point deadline) {
   return result < WAIT_OBJECT_0 + state_->count ? static_cast<int>(result - WAIT_OBJECT_0) : kNone;
 }
 
-void SharpenWaits() {}  // the one way, a faster clock tick, would be the whole process's
+void SharpenWaits() {}  // only a faster clock tick would help, but it affects the whole process
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// System strings by the functions of OLE Automation.
 #include "vosmere/base/system_string.h"
 
 #include <limits>
@@ -15,7 +16,8 @@ BSTR SysAllocStringLen(const WChar* text, std::size_t length) {
   return win32::Ours(::SysAllocStringLen(win32::Native(text), static_cast<UINT>(length)));
 }
 
-// The system's own call may move the old string before it copies a text that lies within it.
+// Not by the system's own function: it may move the old string before it copies a text that lies
+// within it.
 int SysReAllocString(BSTR* string, const WChar* text) {
   const BSTR copy = SysAllocString(text);
   if (text && !copy) return 0;

@@ -1,10 +1,11 @@
+// The version of Windows.
 #include "vosmere/platform/internal/system_version.h"
 
 #include <windows.h>
 
 namespace vosmere {
 
-// The extended form first: systems older than it know only the plain one.
+// The extended structure first; systems that are older than it accept only the plain one.
 SystemVersion PlatformSystemVersion() {
   OSVERSIONINFOEXW info = {};
   auto* const plain = reinterpret_cast<OSVERSIONINFOW*>(&info);

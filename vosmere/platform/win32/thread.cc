@@ -1,3 +1,4 @@
+// Thread with the threads of Windows.
 #include "vosmere/platform/internal/thread.h"
 
 #include <windows.h>
@@ -18,7 +19,7 @@ struct Thread::State {
 
 Thread::Thread() = default;
 
-// The handle stays open: a program may still be waiting for it.
+// The handle stays open, because the program may still be waiting for it.
 Thread::~Thread() = default;
 
 bool Thread::Create(Entry entry, void* argument, unsigned stackSize,

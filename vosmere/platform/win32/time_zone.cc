@@ -1,3 +1,4 @@
+// The time zone of the C runtime.
 #include "vosmere/platform/internal/time_zone.h"
 
 #include <time.h>
@@ -10,7 +11,7 @@ void LookUp() {
 
 bool ToLocal(LONG seconds, std::tm* local) {
   const __time64_t time = seconds;
-  const std::tm* const found = _localtime64(&time);  // the thread's own record
+  const std::tm* const found = _localtime64(&time);  // a record of this thread
   if (found) *local = *found;
   return found != nullptr;
 }

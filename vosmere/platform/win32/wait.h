@@ -1,4 +1,4 @@
-// Waiting for kernel objects until a deadline.
+// Waits for kernel objects until a deadline.
 #pragma once
 
 #include <windows.h>
@@ -8,8 +8,9 @@
 
 namespace vosmere {
 
-/// WaitForMultipleObjects for any of the handles. A wait is never cut short: the system counts in
-/// whole milliseconds and may wake a little early.
+/// WaitForMultipleObjects for any of the handles. It never returns WAIT_TIMEOUT before the
+/// deadline: the system counts in whole milliseconds and may wake up a little early, so the rest is
+/// waited for again.
 inline DWORD WaitUntil(const HANDLE* handles, DWORD count,
                        std::chrono::steady_clock::time_point deadline) {
   using namespace std::chrono;

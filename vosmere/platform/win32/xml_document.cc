@@ -1,3 +1,4 @@
+// XmlDocument, XmlNode and XmlAttributes over the system's XML DOM.
 #include "vosmere/platform/internal/xml_document.h"
 
 #include "vosmere/platform/win32/com.h"
@@ -25,7 +26,7 @@ using win32::Ours;
 using win32::OwnedVariant;
 
 struct XmlNodeHandle {
-  /// Takes over one reference.
+  /// Takes ownership of one reference.
   static XmlNode Make(IXMLDOMNode* node);
 };
 
@@ -43,6 +44,7 @@ constexpr HRESULT kDeeperThanAllowed = static_cast<HRESULT>(0xC00CEE81);
   throw failure;
 }
 
+/// Turns the failure of a DOM operation into an exception.
 void Check(HRESULT result) {
   if (result == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(result))
@@ -76,7 +78,7 @@ void Create(Document* document) {
   Check(dom.put_preserveWhiteSpace(VARIANT_TRUE));
   Check(dom.put_validateOnParse(VARIANT_FALSE));
   Check(dom.put_resolveExternals(VARIANT_FALSE));
-  // What knows the bound keeps it, and what does not has one of its own.
+  // Limits the depth. A DOM that does not know this property has a limit of its own.
   SetProperty(&dom, Ours(L"MaxElementDepth"), kMaxXmlDepth);
 }
 
@@ -104,7 +106,7 @@ void Create(Document* document) {
   throw failure;
 }
 
-/// Bytes in the shape that the DOM loads from.
+/// Bytes in the form of a safe array, from which the DOM loads.
 class ByteArray {
  public:
   explicit ByteArray(std::uint64_t size) {
@@ -130,7 +132,7 @@ class ByteArray {
   ULONG size_ = 0;
 };
 
-/// Parses `array` or throws, with the place in `readable`.
+/// Parses `array`. On failure it throws, with the place of the error in `readable`.
 void* ParseArray(const ByteArray& array, std::string_view readable) {
   Document document;
   Create(&document);
@@ -141,7 +143,8 @@ void* ParseArray(const ByteArray& array, std::string_view readable) {
   return document.Detach();
 }
 
-// The document as it is must be well-formed too; written out, it could be so by accident.
+// The original is parsed too, because it has to be well-formed itself: the expanded document could
+// be well-formed by accident.
 void* LoadArray(const ByteArray& array) {
   const std::string expanded = win32::Admit(array.bytes());
   if (expanded.empty()) return ParseArray(array, array.bytes());
@@ -149,7 +152,8 @@ void* LoadArray(const ByteArray& array) {
   return ParseArray(ByteArray(expanded), expanded);
 }
 
-/// Blanks the encoding out of an XML declaration: the text is in UTF-16, whatever it says.
+/// Overwrites the encoding in an XML declaration with blanks: the text is in UTF-16, whatever it
+/// declares.
 void BlankEncoding(WChar* text) {
   std::basic_string_view<wchar_t> declaration(Native(text));
   if (declaration.substr(0, 5) != L"<?xml") return;
@@ -162,7 +166,7 @@ void BlankEncoding(WChar* text) {
   std::fill(text + start, text + close + 1, WChar{' '});
 }
 
-/// The bytes of a text, in which the mark tells the encoding.
+/// The bytes of a text after a byte-order mark, which determines the encoding.
 std::string MarkedBytes(BSTR text) {
   const WChar mark = 0xFEFF;
   std::string bytes(reinterpret_cast<const char*>(&mark), sizeof mark);
@@ -175,7 +179,8 @@ XmlDocument::~XmlDocument() {
   if (document_) static_cast<IXMLDOMDocument2*>(document_)->Release();
 }
 
-// The file is read here, not by the DOM: what was checked is then what is loaded.
+// The file is read here rather than by the DOM, so that exactly the bytes that were checked are
+// loaded.
 void XmlDocument::LoadFile(const WChar* path) {
   File file;
   std::uint64_t size = 0;
@@ -192,10 +197,11 @@ void XmlDocument::LoadText(const WChar* text) {
   if (text && *text == 0xFEFF) ++text;
   const SystemText source(text ? text : Ours(L""));
   const WideView view(source.get());
-  if (WellFormedLength(view) != view.size)  // the parser would let it pass behind the root element
+  if (WellFormedLength(view) != view.size)  // the parser accepts it after the root element
     Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is no character");
   BlankEncoding(source.get());
   const win32::XmlUnits units{WideView(source.get())};
+  // Only a document type declaration can make a document expand.
   if (win32::HasDoctype(units)) {
     document_ = LoadArray(ByteArray(MarkedBytes(source.get())));
     return;
@@ -218,6 +224,11 @@ XmlNode XmlDocument::Root() const {
   Counted<IXMLDOMElement> root;
   Check(static_cast<IXMLDOMDocument2*>(document_)->get_documentElement(root.out()));
   return XmlNodeHandle::Make(root.Detach());
+}
+
+// The DOM does not tell.
+void XmlDocument::PlaceOf(const XmlNode&, LONG* line, LONG* column) const {
+  *line = *column = 0;
 }
 
 // --- nodes ---
@@ -299,14 +310,15 @@ bool XmlAttributes::Next() {
   Counted<IXMLDOMNode> attribute;
   const HRESULT result =
       static_cast<IXMLDOMNamedNodeMap*>(attributes_)->get_item(index_++, attribute.out());
-  // Wine counts a default namespace as an attribute, and has no memory for it when it is asked.
+  // Wine counts a default namespace declaration as an attribute, but returns E_OUTOFMEMORY when it
+  // is asked for it.
   if (result == E_OUTOFMEMORY) return Next();
   Check(result);
   name_ = NameOf(Node(attribute.get()));
   OwnedVariant value;
   Check(attribute->get_nodeValue(&value));
   hasTextValue_ = value.vt == VT_BSTR;
-  if (hasTextValue_) value.vt = VT_EMPTY;  // the text changes hands
+  if (hasTextValue_) value.vt = VT_EMPTY;  // the text now belongs to value_
   value_ = hasTextValue_ ? XmlText(Ours(value.bstrVal)) : XmlText();
   return true;
 }

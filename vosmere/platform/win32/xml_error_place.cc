@@ -1,3 +1,4 @@
+// Finds the place and the reason of an error by feeding a SAX reader piece by piece.
 #include "vosmere/platform/win32/xml_error_place.h"
 
 #include "vosmere/platform/win32/com.h"
@@ -23,7 +24,7 @@ constexpr IID kSaxErrorHandler = {
 constexpr IID kSequentialStream = {
     0x0c733a30, 0x2a1c, 0x11ce, {0xad, 0xe5, 0x00, 0xaa, 0x00, 0x44, 0x77, 0x3d}};
 
-/// Lives on the stack and outlives the reader, so that it need not be counted.
+/// A COM object on the stack, which outlives the reader and therefore needs no reference count.
 template <class Interface, const IID& kIid>
 class OnStack : public Interface {
  public:
@@ -35,6 +36,7 @@ class OnStack : public Interface {
   ::ULONG WINAPI Release() override { return 1; }
 };
 
+/// Keeps the message of the first error.
 class FirstReason : public OnStack<ISAXErrorHandler, kSaxErrorHandler> {
  public:
   explicit FirstReason(DocumentError* error) : error_(error) {}
@@ -53,7 +55,7 @@ class FirstReason : public OnStack<ISAXErrorHandler, kSaxErrorHandler> {
   bool told_ = false;
 };
 
-/// Stops the reader where elements are nested deeper than the DOM loads them.
+/// Stops the reader at elements that are nested deeper than the DOM allows.
 class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
  public:
   explicit DepthLimit(DocumentError* error) : error_(error) {}
@@ -80,17 +82,18 @@ class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
   HRESULT WINAPI skippedEntity(Text, int) override { return S_OK; }
 
  private:
-  static constexpr int kDeepest = 256;  // of a DOM that does not name the place itself
+  static constexpr int kDeepest = 256;  // the limit of a DOM that does not report places
 
   DocumentError* error_;
   int depth_ = 0;
 };
 
-/// Hands a document out piece by piece. The piece that was handed out last when the reader gives up
-/// holds the error; a reader's own idea of its place is rarely that good.
+/// Delivers a document piece by piece. When the reader gives up, the last piece contains the error;
+/// the place that a reader reports is rarely as accurate.
 class Feed : public OnStack<ISequentialStream, kSequentialStream> {
  public:
-  /// Pieces are a unit long from `careful` on, and as long as the reader likes before.
+  /// Pieces are one code unit long from `careful` on; before that they are as long as the reader
+  /// wants.
   Feed(std::string_view bytes, std::size_t careful, std::size_t width)
       : bytes_(bytes), careful_(careful), width_(width) {}
 
@@ -122,7 +125,7 @@ class Feed : public OnStack<ISequentialStream, kSequentialStream> {
   std::size_t before_ = 0;
 };
 
-/// False when there is no error, or nobody to find it.
+/// Runs the SAX reader. False when there is no error or no reader.
 bool Fails(Feed* feed, DocumentError* error) {
   CLSID clsid;
   Counted<ISAXXMLReader> reader;
@@ -155,8 +158,8 @@ void SetReason(DocumentError* error, const WChar* reason) {
   *end = 0;
 }
 
-// The first run finds the piece roughly. A reader may look at a piece only when it has the next
-// one, so the second run is careful from the piece before.
+// The first run finds the piece with the error. A reader may process a piece only after it has
+// received the next one, so the second run reads single code units from the piece before.
 void FindErrorPlace(std::string_view bytes, DocumentError* error) {
   const XmlUnits units(bytes);
   std::size_t place = bytes.size();

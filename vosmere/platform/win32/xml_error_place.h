@@ -1,4 +1,4 @@
-// Where and why a document is malformed, for a DOM that refuses it without a word.
+// Finds the place and the reason of an error in a document, for a DOM that reports neither.
 #pragma once
 
 #include <string_view>
@@ -11,9 +11,9 @@ namespace vosmere::win32 {
 /// Stores `reason` as one line of UTF-8, without a full stop.
 void SetReason(DocumentError* error, const WChar* reason);
 
-/// Stores line, column and reason of the error that the system's SAX reader finds in `bytes`; the
-/// fault becomes kTooDeep when nesting is the reason. The end of the document is the place when
-/// that reader finds nothing or does not exist.
+/// Stores the line, column and reason of the error that the system's SAX reader finds in `bytes`.
+/// The fault becomes kTooDeep if the nesting is the reason. When the reader finds no error or does
+/// not exist, the place is the end of the document.
 void FindErrorPlace(std::string_view bytes, DocumentError* error);
 
 }  // namespace vosmere::win32

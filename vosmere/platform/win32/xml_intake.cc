@@ -1,3 +1,4 @@
+// Checks a document before the system's parser sees it.
 #include "vosmere/platform/win32/xml_intake.h"
 
 #include <algorithm>
@@ -12,7 +13,8 @@ namespace {
 
 constexpr int kMostAttributes = 2000;
 
-/// The document type declaration; the end when the root element comes first.
+/// The position of the document type declaration; the end when there is none before the root
+/// element.
 std::size_t FindDoctype(const XmlUnits& units) {
   for (std::size_t at = units.MarkLength();;) {
     while (units[at] == ' ' || units[at] == '\t' || units[at] == '\r' || units[at] == '\n') ++at;
@@ -25,7 +27,8 @@ std::size_t FindDoctype(const XmlUnits& units) {
   }
 }
 
-/// How many attributes the tag at `at` has. No attribute's value contains a `<`.
+/// The number of attributes of the tag at `at`. It ends at the next `<` at the latest, which no
+/// attribute value may contain.
 int CountAttributes(const XmlUnits& units, std::size_t at) {
   int attributes = 0;
   unsigned quote = 0;
@@ -43,7 +46,8 @@ int CountAttributes(const XmlUnits& units, std::size_t at) {
   return attributes;
 }
 
-/// In these a byte of ASCII may mean something else, and so hide what is to be checked.
+/// Whether the declared encoding uses ASCII bytes for other characters, which would hide markup
+/// from these checks.
 bool DeclaresShiftingEncoding(std::string_view bytes) {
   if (bytes.substr(0, 5) != "<?xml") return false;
   std::string declaration(bytes.substr(0, std::min(bytes.find("?>"), std::size_t{512})));
@@ -53,6 +57,7 @@ bool DeclaresShiftingEncoding(std::string_view bytes) {
          names("hz-gb");
 }
 
+/// Converts a UTF-16 document to UTF-8, without its byte-order mark.
 std::string Utf8(const XmlUnits& units) {
   if (units.size() > std::numeric_limits<int>::max() / 3)
     Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be expanded");
@@ -65,6 +70,7 @@ std::string Utf8(const XmlUnits& units) {
   return utf8;
 }
 
+/// Converts UTF-8 to the bytes of UTF-16 with a byte-order mark.
 std::string MarkedUtf16(std::string_view utf8) {
   std::vector<WChar> units(1 + utf8.size(), 0xFEFF);
   const int length = BytesToWide(kCodePageUtf8, utf8.data(), static_cast<int>(utf8.size()),
@@ -103,6 +109,7 @@ std::string Admit(std::string_view bytes) {
   const XmlUnits units(bytes);
   const std::size_t start = units.MarkLength();
   const bool isWide = units.width() == 2;
+  // A null in the first two code units means UTF-32.
   if (isWide ? units[start] == 0 || units[start + 1] == 0
              : DeclaresShiftingEncoding(bytes.substr(start)))
     Refuse(DocumentFault::kMalformed, "the document's encoding is not supported");
@@ -122,7 +129,7 @@ void CheckEnd(std::string_view bytes) {
   if (end * units.width() == bytes.size()) return;
   const std::string_view before = bytes.substr(0, end * units.width());
   const std::string utf8 = units.width() == 2 ? Utf8(XmlUnits(before)) : std::string(before);
-  Refuse(DocumentFault::kMalformed, "the document goes on behind its end", utf8);
+  Refuse(DocumentFault::kMalformed, "the document goes on after its end", utf8);
 }
 
 }  // namespace vosmere::win32

@@ -1,4 +1,4 @@
-// What is looked at before the system's parser sees a document.
+// Checks a document before the system's parser sees it.
 #pragma once
 
 #include <string>
@@ -8,20 +8,22 @@
 
 namespace vosmere::win32 {
 
-/// Whether a document type declaration stands before the root element. Looks no further.
+/// Whether there is a document type declaration before the root element. Reads no further than
+/// that.
 bool HasDoctype(const XmlUnits& document);
 
-/// For a document without such a declaration. Throws DocumentFailure when an element has so many
-/// attributes that the parser, which compares each with each, would not come back.
+/// For a document without a document type declaration. Throws DocumentFailure when an element has
+/// too many attributes: the parser compares each with all others, which would take practically for
+/// ever.
 void BoundAttributes(const XmlUnits& document);
 
-/// Does the same for bytes in any encoding and, when they have a document type declaration, returns
-/// what ExpandEntities (entity_guard.h) makes of them. Empty when the bytes may be parsed as they
-/// are.
+/// Does the same for bytes in any encoding. If they have a document type declaration, it returns
+/// the result of ExpandEntities (entity_guard.h), which is to be parsed instead. Empty when the
+/// bytes may be parsed as they are.
 std::string Admit(std::string_view bytes);
 
-/// For bytes that the parser takes. Throws DocumentFailure when they hold a zero, which it may take
-/// for the end, or end in half a unit.
+/// For bytes that the parser has accepted. Throws DocumentFailure when they contain a null, which
+/// the parser may take for the end, or end in half a code unit.
 void CheckEnd(std::string_view bytes);
 
 }  // namespace vosmere::win32

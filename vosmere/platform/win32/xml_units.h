@@ -1,3 +1,4 @@
+// XmlUnits, the code units of a document before it is parsed.
 #pragma once
 
 #include <string_view>
@@ -6,8 +7,8 @@
 
 namespace vosmere::win32 {
 
-/// The code units of a document that is not parsed yet: bytes, or pairs of bytes where the first
-/// ones tell that it is UTF-16. Good for finding markup, which is ASCII in either case.
+/// The code units of a document before it is parsed: bytes, or pairs of bytes if the first ones
+/// show that it is UTF-16. They are used to find markup, which is ASCII in both cases.
 class XmlUnits {
  public:
   explicit XmlUnits(std::string_view bytes) : bytes_(bytes) {
@@ -22,7 +23,7 @@ class XmlUnits {
 
   std::size_t width() const { return width_; }
   std::size_t size() const { return bytes_.size() / width_; }
-  /// 1, which no document contains, past the end.
+  /// The code unit at `i`; beyond the end it is 1, which no document may contain.
   unsigned operator[](std::size_t i) const {
     return width_ == 1 ? At(i) : At(2 * i + low_) | At(2 * i + 1 - low_) << 8;
   }
@@ -32,16 +33,17 @@ class XmlUnits {
       if ((*this)[at + i] != static_cast<unsigned char>(token[i])) return false;
     return true;
   }
-  /// Behind the next `token`; the end when there is none.
+  /// The position after the next `token`; the end when there is none.
   std::size_t Past(std::size_t at, std::string_view token) const {
     while (at < size() && !StartsWith(at, token)) ++at;
     return at < size() ? at + token.size() : size();
   }
-  /// How many units a byte-order mark takes.
+  /// The number of code units of the byte-order mark.
   std::size_t MarkLength() const {
     if (width_ == 2) return (*this)[0] == 0xFEFF ? 1 : 0;
     return StartsWith(0, "\xEF\xBB\xBF") ? 3 : 0;
   }
+  /// Whether the code unit continues a character, so that it has no column of its own.
   bool ContinuesCharacter(std::size_t i) const {
     return width_ == 1 ? ((*this)[i] & 0xC0) == 0x80 : ((*this)[i] & 0xFC00) == 0xDC00;
   }

@@ -1,3 +1,4 @@
+// Puts the dates together digit by digit; only the zone, which is written once, uses snprintf.
 #include "vosmere/text/internal/rfc822_date.h"
 
 #include <algorithm>

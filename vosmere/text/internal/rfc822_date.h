@@ -1,4 +1,4 @@
-// The dates that feeds are published with.
+// Formats the publication dates of feeds.
 #pragma once
 
 #include <string_view>
@@ -7,24 +7,25 @@
 
 namespace vosmere {
 
-/// Formats them in the process's time zone (platform/internal/clock.h).
+/// Formats dates in the process's time zone (platform/internal/clock.h). The constructor looks the
+/// zone up, so one object can write many dates.
 class PubDateFormat {
  public:
-  /// Bytes that a date has at most.
+  /// The room that a date needs, in bytes.
   static constexpr int kDateRoom = 32;
 
   PubDateFormat();
   PubDateFormat(const PubDateFormat&) = delete;
   PubDateFormat& operator=(const PubDateFormat&) = delete;
 
-  /// Writes "Mon, 01 Jan 2024 20:00:00" in local time, without a terminator, and returns its
-  /// length; 0 for a time that the platform's calendar cannot convert.
+  /// Writes "Mon, 01 Jan 2024 20:00:00" in local time, without a terminating null, and returns its
+  /// length in bytes; 0 for a time that the platform's calendar cannot convert.
   int Date(LONG seconds, char* date) const;
 
-  /// "GMT", or hours and minutes as in "-0800".
-  /// Intended: the sign is that of the seconds to add to reach UTC, so east of Greenwich is written
-  /// with "-" and west with "+", against the usual convention. Readers of these dates apply it the
-  /// same way round. Daylight saving never counts.
+  /// "GMT", or an offset in hours and minutes such as "-0800".
+  /// Intended: the sign is inverted: it is that of the seconds to add to get UTC, so a zone east of
+  /// Greenwich is written with "-", one west of it with "+". CKQTime, which reads these dates, adds
+  /// the offset. Daylight saving time is not included.
   std::string_view zone() const { return zone_; }
 
  private:

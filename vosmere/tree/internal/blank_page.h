@@ -1,4 +1,4 @@
-// The address of a page or engine that was given none.
+// The address of pages and search engines that have not been given one.
 #pragma once
 
 #include "vosmere/base/internal/wide_literal.h"

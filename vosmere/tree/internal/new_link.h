@@ -1,4 +1,4 @@
-// Items on their way out of a document into a tree.
+// Puts items that a reader creates into a tree.
 #pragma once
 
 #include <new>
@@ -8,9 +8,9 @@
 
 namespace vosmere {
 
-/// Gives an item, fresh from its class's `New`, a link that is the last child of `parent`, or
-/// stands alone when that is null. Without memory, a null item included, throws std::bad_alloc and
-/// frees the item.
+/// Makes a link for an item that its class's `New` has just returned: the last child of `parent`,
+/// or a link without a parent if that is null. If memory ran out for the item (null) or runs out
+/// for the link, frees the item and throws std::bad_alloc.
 inline RNode* NewLink(CBaseNode* item, tagNODETYPE type, RNode* parent) {
   RNode* const link = item ? RNode::New2(item, type) : nullptr;
   if (!link) {

@@ -1,3 +1,4 @@
+// The arena, the table of names, and the linking of nodes.
 #include "vosmere/platform/posix/xml/arena.h"
 
 #include <sys/mman.h>
@@ -25,18 +26,20 @@ constexpr std::size_t Aligned(std::size_t size) {
   return (size + kAlignment - 1) & ~(kAlignment - 1);
 }
 
-// Large blocks ask for huge pages: entering small ones one by one costs more than filling them.
-// Each has such a page's size lost before it, so the largest are several pages.
+// Large blocks ask for huge pages, because the page faults of small ones cost more than filling
+// them. The alignment leaves a gap of up to one huge page before each block, so the largest blocks
+// are several pages long.
 char* NewBlock(std::size_t size) {
   const bool large = size >= kHugePage;
   void* block = large ? nullptr : std::malloc(size);
   if (large && ::posix_memalign(&block, kHugePage, size) != 0) block = nullptr;
   if (!block) throw std::bad_alloc();
-  if (large) ::madvise(block, size, MADV_HUGEPAGE);  // a wish; small pages serve as well
+  if (large) ::madvise(block, size, MADV_HUGEPAGE);  // a hint; small pages work too
   return static_cast<char*>(block);
 }
 
-/// The first eight bytes of a text; all of a shorter one.
+/// The first eight bytes of a text as a number; for a shorter text, a number that depends on all of
+/// it.
 std::uint64_t Load(std::string_view text) {
   const auto load = [](const char* from, auto value) {
     std::memcpy(&value, from, sizeof value);
@@ -57,6 +60,8 @@ std::uint64_t Load(std::string_view text) {
 void* XmlArena::Allocate(std::size_t size) {
   size = Aligned(size);
   if (static_cast<std::size_t>(end_ - at_) < size) {
+    // Blocks double in size up to a limit: a small document takes little memory, a large one takes
+    // few blocks.
     const std::size_t block = std::max(
         size, std::min(kFirstBlock << std::min<std::size_t>(blocks_.size(), 16), kLargestBlock));
     at_ = (blocks_.emplace_back() = Block(NewBlock(block))).get();
@@ -92,11 +97,13 @@ XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
   const auto units = static_cast<std::uint32_t>(end - begin);
   char* const memory = reinterpret_cast<char*>(begin) - kLengthSize;
   std::memcpy(memory, &units, kLengthSize);
+  // Memory that the value does not need is used again.
   at_ = memory + Aligned(kLengthSize + (units + std::size_t{1}) * sizeof(WChar));
   return {begin};
 }
 
-// Documents repeat themselves: most names are those that came here before.
+// Documents repeat themselves. Usually a name follows the same name as last time, which saves the
+// lookup in the table.
 XmlName* XmlNames::Intern(std::string_view name, int type) {
   const std::size_t size = name.size();
   const Key key = {Load(name), size > 8 ? Load(name.substr(size - 8)) : 0, size};
@@ -131,12 +138,13 @@ XmlNames::Entry*& XmlNames::Slot(std::uint64_t hash, const Key& key, std::string
   }
 }
 
-// It differs from process to process, so that no document can be made of names that meet.
+// Depends on an address, which differs from process to process. Otherwise a document could be made
+// of names that collide.
 std::uint64_t XmlNames::Hash(const Key& key, std::string_view name) const {
   std::uint64_t hash = reinterpret_cast<std::uintptr_t>(this) ^ key.size;
   const auto mix = [&](std::uint64_t part) {
     hash ^= part;
-    for (int round = 0; round < 2; ++round) {  // one leaves the last characters out of low bits
+    for (int round = 0; round < 2; ++round) {  // after one, low bits lack the last characters
       hash *= 0x9E3779B97F4A7C15u;
       hash ^= hash >> 32;
     }

@@ -1,5 +1,5 @@
-// One loaded document in compact form, made to be walked once: nodes in document order in an arena,
-// names interned, values as UTF-16.
+// A loaded XML document in compact form, built to be walked once: nodes in document order in an
+// arena, interned names, values as UTF-16.
 #pragma once
 
 #include <cstddef>
@@ -9,28 +9,29 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere::posix {
 
-/// Beside the XmlNodeType numbers.
+/// The DOM number of attributes, which XmlNodeType does not have.
 inline constexpr int kXmlAttribute = 2;
 
-// What nodes without a name of their own are called.
+// The names of nodes that have no name of their own.
 inline constexpr char kXmlTextName[] = "#text";
 inline constexpr char kXmlCDataName[] = "#cdata-section";
 inline constexpr char kXmlCommentName[] = "#comment";
 
-/// A name as it stands in the document, once for all nodes of one type that bear it.
+/// A qualified name, stored once for all nodes of the same type with that name.
 struct XmlName {
   WideView text;
   int type;
-  std::uint32_t lastUser = 0;  ///< for a parser's own ends
+  std::uint32_t lastUser = 0;  ///< free for the parser that builds the tree
 };
 
-/// A zero-terminated value with its length in units in the four bytes before it.
+/// A null-terminated value, with its length in code units in the four bytes before it.
 struct XmlValue {
   const WChar* text = nullptr;
 
@@ -42,12 +43,13 @@ struct XmlValue {
   }
 };
 
+/// An attribute of an element.
 struct XmlAttributeRecord {
   const XmlName* name;
   XmlValue value;
 };
 
-/// An element's attributes stand right behind its record.
+/// A node. An element's attributes follow its record directly.
 struct XmlRecord {
   XmlRecord* firstChild;
   XmlRecord* next;
@@ -62,7 +64,8 @@ struct XmlRecord {
   }
 };
 
-/// Memory that is given back all at once. Throws std::bad_alloc.
+/// Allocates the records and values of a document, which are freed all at once. All operations
+/// throw std::bad_alloc.
 class XmlArena {
  public:
   XmlArena() = default;
@@ -71,11 +74,12 @@ class XmlArena {
 
   XmlRecord* NewElement(const XmlName* name, std::uint32_t attributeCount);
   XmlRecord* NewNode(const XmlName* name, XmlValue value);
-  /// A copy of UTF-8 text that the parser has checked.
+  /// Converts UTF-8 text that the parser has checked.
   XmlValue NewValue(const char* utf8, std::size_t length);
 
-  /// Room for a value of up to `capacity` units, which EndValue makes a value of those that end
-  /// before `end`; the rest goes back to the arena. Nothing else is made in between.
+  /// BeginValue returns memory for a value of up to `capacity` code units. EndValue makes a value
+  /// of the ones before `end`, and the rest of the memory is used again. Nothing else may be
+  /// allocated in between.
   WChar* BeginValue(std::size_t capacity);
   XmlValue EndValue(WChar* begin, WChar* end);
 
@@ -94,17 +98,18 @@ class XmlArena {
   char* end_ = nullptr;
 };
 
-/// The document's names, each kept once for every type of node that bears it.
+/// The document's names. Each is stored once for every type of node that uses it.
 class XmlNames {
  public:
   explicit XmlNames(XmlArena& arena) : arena_(arena), slots_(64) {}
 
-  /// `name` is UTF-8, with its prefix. Throws std::bad_alloc.
+  /// Finds or adds a name. `name` is UTF-8, with its prefix. Throws std::bad_alloc.
   XmlName* Intern(std::string_view name, int type);
   std::size_t size() const { return names_.size(); }
 
  private:
-  /// What tells names apart fast: their ends, which are all of most names, and their length.
+  /// Distinguishes names quickly: their first and last eight bytes, which is all of most names, and
+  /// their length.
   struct Key {
     std::uint64_t begin;
     std::uint64_t end;
@@ -115,7 +120,7 @@ class XmlNames {
     std::uint64_t hash;
     std::string bytes;
     XmlName name;
-    Entry* next = nullptr;  ///< which name came behind this one the last time
+    Entry* next = nullptr;  ///< the name that followed this one last time
 
     bool Is(const Key& other, std::string_view whole, int type) const {
       return key.begin == other.begin && key.end == other.end && key.size == other.size &&
@@ -123,7 +128,9 @@ class XmlNames {
     }
   };
 
+  /// Looks a name up in the hash table, and adds it if it is missing.
   Entry& Find(const Key& key, std::string_view name, int type);
+  /// The slot of a name in the hash table, or the free one where it belongs.
   Entry*& Slot(std::uint64_t hash, const Key& key, std::string_view name, int type);
   std::uint64_t Hash(const Key& key, std::string_view name) const;
   void Grow();
@@ -134,23 +141,45 @@ class XmlNames {
   Entry* last_ = nullptr;
 };
 
-/// What an XmlDocument owns.
+/// Where an element begins: its line, and the characters up to it in that line, both from 1; a
+/// column of 0 is not known.
+struct XmlPlace {
+  int line = 1;
+  int column = 1;
+
+  /// Steps over this UTF-8 text.
+  void Pass(std::string_view text) {
+    for (const char c : text) {
+      if (c == '\n') {
+        ++line;
+        column = 1;
+      } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {
+        ++column;
+      }
+    }
+  }
+};
+
+/// A loaded document: what XmlDocument owns.
 struct XmlTree {
   XmlArena arena;
   XmlNames names{arena};
+  bool keepsPlaces = false;
+  std::unordered_map<const XmlRecord*, XmlPlace> places;  // of elements, where they are kept
 };
 
-/// Links the nodes of a tree as they come, in document order. Throws std::bad_alloc.
+/// Links nodes into a tree in document order. Throws std::bad_alloc.
 class XmlGrowth {
  public:
   explicit XmlGrowth(XmlTree& tree) : tree_(tree) {}
 
-  /// How many elements are open.
+  /// The number of open elements.
   std::size_t depth() const { return open_.size(); }
-  /// Below the innermost open element; the first node is the root.
+  /// Adds a node as the last child of the innermost open element. The first node becomes the root.
   void Add(XmlRecord* node);
-  /// What comes next stands in `element`, which was added last.
+  /// Opens `element`, the node added last: further nodes become its children.
   void Open(XmlRecord* element) { open_.push_back({element, nullptr}); }
+  /// Closes the innermost open element.
   void Close() { open_.pop_back(); }
 
  private:

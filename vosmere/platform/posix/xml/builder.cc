@@ -1,15 +1,18 @@
+// Builds a tree from the callbacks of libxml2's SAX2 interface.
 #include "vosmere/platform/posix/xml/builder.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/encoding.h>
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <deque>
 #include <exception>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "vosmere/platform/internal/xml_document.h"
@@ -25,17 +28,18 @@ const char* Chars(const xmlChar* text) {
   return reinterpret_cast<const char*>(text);
 }
 
-// The parser compares every pair of an element's attributes, and every prefix with the namespaces
-// in force, so their numbers must have a bound.
+// libxml2 compares every pair of an element's attributes, and every prefix with all namespaces in
+// scope, so their numbers are bounded.
 constexpr int kMostAttributes = 2000;
 constexpr int kMostNamespaces = 250;
-// Its table of names serves honest documents, and fills up ever more slowly. The tree's has a name
-// for each type of node, and for each prefix that the parser keeps apart from it.
+// libxml2's dictionary slows down as it grows, so it is bounded. The tree has a name for each type
+// of node, and stores names with their prefix, so it may have more.
 constexpr int kMostNames = 50000;
 constexpr std::size_t kMostTreeNames = std::size_t{3} * kMostNames;
-constexpr int kAttributeFields = 5;  // what the parser keeps, and hands out, for each attribute
+constexpr int kAttributeFields = 5;  // pointers that libxml2 keeps and passes for each attribute
 constexpr int kNamespaceFields = 2;
 
+/// The text for DocumentError::reason.
 const char* ReasonFor(DocumentFault fault) {
   switch (fault) {
     case DocumentFault::kTooDeep: return "elements are nested too deep";
@@ -46,22 +50,25 @@ const char* ReasonFor(DocumentFault fault) {
   }
 }
 
-/// Builds the tree out of what the parser reports.
+/// Builds the tree from the parser's callbacks.
 ///
-/// The parser is C: nothing may be thrown through it. A failure is recorded, the parser gets no
-/// more bytes, and whatever it still reports is ignored. (Its own call to stop frees what it is
-/// working on, which most call-backs do not survive.)
+/// libxml2 is C code: no exception may pass through it. A failure is recorded, the parser receives
+/// no more bytes, and its further callbacks are ignored. xmlStopParser is not used, because it
+/// frees what the parser is working on, which most callbacks do not survive.
 class Builder {
  public:
   Builder(XmlTree& tree, XmlSource& source) : tree_(tree), source_(source) {}
 
-  /// Throws DocumentFailure or what the source threw. `encoding` may be null: the bytes tell.
+  /// Throws DocumentFailure, std::bad_alloc, or what the source threw. A null `encoding` is
+  /// detected from the bytes.
   void Parse(const char* encoding);
 
  private:
   static Builder& Self(void* builder) { return *static_cast<Builder*>(builder); }
   static xmlSAXHandler Handlers();
 
+  /// Runs a callback, unless parsing has failed already, and keeps exceptions from passing through
+  /// libxml2.
   template <class Step>
   void Guard(Step step) noexcept {
     if (stopped_) return;
@@ -86,6 +93,7 @@ class Builder {
   void StartElement(const xmlChar* local, const xmlChar* prefix, int namespaceCount,
                     const xmlChar** namespaces, int attributeCount, int defaultedCount,
                     const xmlChar** attributes);
+  XmlPlace PlaceOfTag() const;
   const XmlName* Intern(const xmlChar* prefix, const xmlChar* local, int type);
   void EndElement();
   void AddText(const xmlChar* text, int length);
@@ -99,7 +107,7 @@ class Builder {
   xmlParserCtxt* parser_ = nullptr;
   XmlEntityBudget budget_;
   XmlSubsetBudget subset_;
-  /// A parameter entity as it is inserted once, with a text of its own.
+  /// A parameter entity with a copy of its text, for one insertion.
   struct Insertion {
     xmlEntity entity;
     std::string text;
@@ -114,7 +122,8 @@ class Builder {
   std::exception_ptr thrown_;
 };
 
-/// Keeps what the parser says without naming a document, about encodings, off the standard error.
+/// Suppresses messages about encodings, which libxml2 reports outside of any document and would
+/// print to standard error.
 class Silence {
  public:
   Silence() : handler_(xmlStructuredError), context_(xmlStructuredErrorContext) {
@@ -137,7 +146,7 @@ void Builder::Parse(const char* encoding) {
   const auto read = [](void* self, char* bytes, int capacity) {
     return Self(self).Read(bytes, capacity);
   };
-  // The parser believes what the document declares, unless it is told not to.
+  // Without XML_PARSE_IGNORE_ENC libxml2 prefers the encoding that the document declares.
   xmlDoc* const document =
       xmlCtxtReadIO(parser_, read, nullptr, this, nullptr, encoding,
                     XML_PARSE_NOENT | XML_PARSE_NONET | (encoding ? XML_PARSE_IGNORE_ENC : 0));
@@ -146,12 +155,12 @@ void Builder::Parse(const char* encoding) {
   xmlFreeDoc(document);
   xmlFreeParserCtxt(parser_);
   if (thrown_) std::rethrow_exception(thrown_);
-  if (memory_.RanOut()) throw std::bad_alloc();  // the parser may have left something out
+  if (memory_.RanOut()) throw std::bad_alloc();  // the tree may be incomplete
   if (error_.fault != DocumentFault::kNone) throw DocumentFailure{error_};
 }
 
-// Behind the root element the parser takes a zero byte, bytes that do not convert, and half a
-// character for the end.
+// Whether all input was used. After the root element libxml2 treats a null byte, bytes that cannot
+// be converted, and an incomplete character as the end of the document.
 bool Builder::IsAtEnd() const {
   const xmlParserInput* const input = parser_->input;
   if (!input || !input->buf || input->buf->error != 0 || input->cur != input->end) return false;
@@ -161,7 +170,7 @@ bool Builder::IsAtEnd() const {
 xmlSAXHandler Builder::Handlers() {
   xmlSAXHandler sax = {};
   sax.initialized = XML_SAX2_MAGIC;
-  // Declarations go where the parser keeps them by default; it cannot expand them otherwise.
+  // Declarations are passed on to libxml2's own handlers; it cannot expand entities otherwise.
   sax.startDocument = [](void* self) { xmlSAX2StartDocument(Self(self).parser_); };
   sax.internalSubset = [](void* self, const xmlChar* name, const xmlChar* publicId,
                           const xmlChar* systemId) {
@@ -184,7 +193,7 @@ xmlSAXHandler Builder::Handlers() {
   sax.attributeDecl = [](void* self, const xmlChar*, const xmlChar*, int, int, const xmlChar*,
                          xmlEnumeration* values) {
     xmlFreeEnumeration(values);
-    Self(self).parser_->instate = XML_PARSER_DTD;  // it stays in the default value's state
+    Self(self).parser_->instate = XML_PARSER_DTD;  // libxml2 stays in the default value's state
     Self(self).EndDeclaration();
     Self(self).Check(Self(self).budget_.DeclareAttribute());
   };
@@ -237,7 +246,7 @@ xmlSAXHandler Builder::Handlers() {
 void Builder::Stop(DocumentFault fault) {
   if (stopped_) return;
   stopped_ = true;
-  if (error_.fault != DocumentFault::kNone) return;  // the parser has found one before
+  if (error_.fault != DocumentFault::kNone) return;  // the parser has reported an error
   error_.fault = fault;
   if (parser_->input) {
     error_.line = parser_->input->line;
@@ -256,11 +265,11 @@ void Builder::Note(const xmlError* error) {
   error_.reason[std::strcspn(error_.reason, "\n")] = 0;
 }
 
-// A piece is as long as it can be: at the very end of a short one, the parser misreads what
-// follows.
+// Fills `bytes` completely if possible: libxml2 misreads what follows a piece that is shorter and
+// ends between two characters.
 int Builder::Read(char* bytes, int capacity) noexcept {
   if (error_.fault != DocumentFault::kNone) return -1;
-  // In the middle of a start tag this tells how many attributes the parser has seen so far.
+  // In the middle of a start tag, `maxatts` shows how many attributes libxml2 has read so far.
   if (parser_->maxatts > kMostAttributes * kAttributeFields ||
       parser_->nsNr > kMostNamespaces * kNamespaceFields ||
       xmlDictSize(parser_->dict) > kMostNames || tree_.names.size() > kMostTreeNames)
@@ -278,7 +287,8 @@ int Builder::Read(char* bytes, int capacity) noexcept {
 
 xmlEntity* Builder::Entity(const xmlChar* name) noexcept {
   xmlEntity* const entity = xmlGetDocEntity(parser_->myDoc, name);
-  // The parser has just declared it and looks it up. What it stands for may not be declared yet.
+  // While an entity is being declared, libxml2 looks it up, and the entities in its text may not be
+  // declared yet.
   if (parser_->instate == XML_PARSER_ENTITY_DECL || parser_->instate == XML_PARSER_ENTITY_VALUE)
     return entity;
   Guard([&] { Check(budget_.Admit(parser_, entity, bytesRead_)); });
@@ -288,10 +298,11 @@ xmlEntity* Builder::Entity(const xmlChar* name) noexcept {
 xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
   xmlEntity* const entity = xmlGetParameterEntity(parser_->myDoc, name);
   if (entity && entity->etype == XML_EXTERNAL_PARAMETER_ENTITY) {
-    parser_->hasPErefs = 1;  // something is left out from here on, and that is no error in itself
+    parser_->hasPErefs = 1;  // something is left out from here on, which is not an error yet
     return nullptr;
   }
-  // Where the parser meets its own bound on references here, it may never come back.
+  // If libxml2 reaches its own limit on references here, it may loop for ever. This option lifts
+  // it; XmlSubsetBudget applies instead.
   parser_->options |= XML_PARSE_HUGE;
   if (!entity || !entity->content) return nullptr;
   Guard([&] {
@@ -299,8 +310,9 @@ xmlEntity* Builder::ParameterEntity(const xmlChar* name) noexcept {
     insertions_.push_back({*entity, Chars(entity->content)});
   });
   if (stopped_) return nullptr;
-  // If two insertions in a row had one and the same text, the parser would take the second for
-  // standing still. It leaves a literal to be freed in `orig`, unless there is one.
+  // Each insertion has its own text: with the same text twice in a row, libxml2 would assume that
+  // it makes no progress. `orig` is set because libxml2 otherwise stores a literal there that has
+  // to be freed.
   Insertion& insertion = insertions_.back();
   insertion.entity.content = insertion.entity.orig =
       reinterpret_cast<xmlChar*>(insertion.text.data());
@@ -312,6 +324,8 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
                            const xmlChar** attributes) {
   FlushText();
   if (growth_.depth() >= kMaxXmlDepth) return Stop(DocumentFault::kTooDeep);
+  // Lifts libxml2's limits on the depth of elements and the size of a text, which valid documents
+  // exceed. The depth is limited above, the expansion of entities by XmlEntityBudget.
   parser_->options |= XML_PARSE_HUGE;
   XmlArena& arena = tree_.arena;
   XmlRecord* const element =
@@ -333,6 +347,24 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
   if (defaulted > 0) Check(budget_.Spend(defaulted, bytesRead_));
   growth_.Add(element);
   growth_.Open(element);
+  if (tree_.keepsPlaces) tree_.places.emplace(element, PlaceOfTag());
+}
+
+// The parser stands at the end of the start tag. Its buffer still has the tag, and mostly the line
+// before it; an entity's is its own.
+XmlPlace Builder::PlaceOfTag() const {
+  const xmlParserInput& input = *parser_->input;
+  const std::string_view read(Chars(input.base), static_cast<std::size_t>(input.cur - input.base));
+  const std::size_t tag = read.rfind('<');
+  if (tag == read.npos) return {input.line, 0};
+  const std::string_view behind = read.substr(tag);
+  const auto lines = static_cast<int>(std::count(behind.begin(), behind.end(), '\n'));
+  const std::size_t lineEnd = read.substr(0, tag).rfind('\n');
+  XmlPlace place{input.line - lines, 0};
+  if (lineEnd == read.npos && (lines > 0 || place.line > 1)) return place;
+  place.column = 1;
+  place.Pass(read.substr(lineEnd + 1, tag - lineEnd - 1));
+  return place;
 }
 
 const XmlName* Builder::Intern(const xmlChar* prefix, const xmlChar* local, int type) {
@@ -346,14 +378,14 @@ void Builder::EndElement() {
   growth_.Close();
 }
 
-// The parser reports one text in several pieces.
+// libxml2 reports a text in several pieces, which FlushText joins into one node.
 void Builder::AddText(const xmlChar* text, int length) {
   text_.append(Chars(text), length);
 }
 
 void Builder::AddLeaf(const XmlName* name, const xmlChar* text) {
   FlushText();
-  if (growth_.depth() == 0) return EndDeclaration();  // before or behind the root element
+  if (growth_.depth() == 0) return EndDeclaration();  // before or after the root element
   const char* const utf8 = text ? Chars(text) : "";
   growth_.Add(tree_.arena.NewNode(name, tree_.arena.NewValue(utf8, std::strlen(utf8))));
 }
@@ -365,7 +397,8 @@ void Builder::FlushText() {
   text_.clear();
 }
 
-// The parser would never learn of the encodings that it had no memory for.
+// If memory runs out here, libxml2 would not know some encodings for the rest of the process, so it
+// is cleaned up for another try.
 bool Initialise() {
   const XmlMemoryWatch memory;
   xmlInitParser();
@@ -379,7 +412,7 @@ bool Initialise() {
 
 void BuildXmlTree(XmlTree& tree, XmlSource& source, const char* encoding) {
   const Silence silence;
-  static const bool initialised = Initialise();  // on whatever thread comes first
+  static const bool initialised = Initialise();  // on the first thread that loads a document
   static_cast<void>(initialised);
   Builder(tree, source).Parse(encoding);
 }

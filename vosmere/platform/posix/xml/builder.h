@@ -1,4 +1,4 @@
-// From the parser's reports to a tree.
+// Builds a tree with libxml2.
 #pragma once
 
 #include "vosmere/platform/posix/xml/arena.h"
@@ -6,8 +6,8 @@
 
 namespace vosmere::posix {
 
-/// Parses a document into an empty tree. `encoding` names the one that the source hands out; null
-/// lets the bytes tell. Throws DocumentFailure, std::bad_alloc, and what the source throws.
+/// Parses a document into an empty tree. `encoding` names the encoding of the source; null detects
+/// it from the bytes. Throws DocumentFailure, std::bad_alloc, and what the source throws.
 void BuildXmlTree(XmlTree& tree, XmlSource& source, const char* encoding);
 
 }  // namespace vosmere::posix

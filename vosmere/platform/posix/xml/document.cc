@@ -1,3 +1,4 @@
+// XmlDocument, XmlNode and XmlAttributes over the tree in the arena.
 #include "vosmere/platform/internal/xml_document.h"
 
 #include <algorithm>
@@ -19,6 +20,9 @@ using posix::XmlRecord;
 using posix::XmlTree;
 
 struct XmlNodeHandle {
+  static const XmlRecord* Record(const XmlNode& node) {
+    return static_cast<const XmlRecord*>(node.handle_);
+  }
   static XmlNode Make(XmlRecord* record) {
     XmlNode node;
     node.handle_ = record;
@@ -37,10 +41,11 @@ bool IsCharacters(const XmlRecord* node) {
   return node->name->type == kXmlText || node->name->type == kXmlCData;
 }
 
-/// All text below `node` in document order; how deep it goes costs no stack.
+/// Collects all text below `node` in document order and returns its length. It keeps a list instead
+/// of recursing, so that deep nesting cannot overflow the stack.
 std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
   std::size_t length = 0;
-  std::vector<const XmlRecord*> following;  // behind the open elements
+  std::vector<const XmlRecord*> following;  // the next siblings of the open elements
   for (node = node->firstChild; node || !following.empty();) {
     if (!node) {
       node = following.back();
@@ -59,19 +64,24 @@ std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
   return length;
 }
 
-/// `whole` is the same document in UTF-8, if it is at hand.
+/// Loads a document, by the fast path if possible. `whole` is the same document in memory, if it is
+/// available there.
 std::unique_ptr<XmlTree> LoadTree(std::optional<std::string_view> whole, posix::XmlSource& source,
-                                  const char* encoding) {
+                                  const char* encoding, bool keepsPlaces) {
   auto tree = std::make_unique<XmlTree>();
+  tree->keepsPlaces = keepsPlaces;
   if (whole && BuildPlainXmlTree(*tree, *whole, encoding)) return tree;
+  // The fast path may have left part of a tree.
   tree = std::make_unique<XmlTree>();
+  tree->keepsPlaces = keepsPlaces;
   BuildXmlTree(*tree, source, encoding);
   return tree;
 }
 
-std::unique_ptr<XmlTree> LoadTree(posix::XmlSource&& source, const char* encoding) {
+std::unique_ptr<XmlTree> LoadTree(posix::XmlSource&& source, const char* encoding,
+                                  bool keepsPlaces) {
   posix::ReadAhead ahead(source);
-  return LoadTree(ahead.Whole(), ahead, encoding);
+  return LoadTree(ahead.Whole(), ahead, encoding, keepsPlaces);
 }
 
 XmlText Joined(const std::vector<WideView>& pieces, std::size_t length) {
@@ -89,26 +99,34 @@ XmlDocument::~XmlDocument() {
 }
 
 void XmlDocument::LoadFile(const WChar* path) {
-  document_ = LoadTree(posix::FileSource(path), nullptr).release();
+  document_ = LoadTree(posix::FileSource(path), nullptr, keepsPlaces_).release();
 }
 
 void XmlDocument::LoadText(const WChar* text) {
   WideView view(text);
   if (!view.empty() && view[0] == 0xFEFF) view = view.From(1);
-  document_ = LoadTree(posix::TextSource(view), "UTF-8").release();
+  document_ = LoadTree(posix::TextSource(view), "UTF-8", keepsPlaces_).release();
 }
 
 void XmlDocument::LoadBytes(const char* bytes, int length) {
   const std::string_view whole(bytes, length > 0 ? length : 0);
   posix::MemorySource source(whole);
-  document_ = LoadTree(whole, source, nullptr).release();
+  document_ = LoadTree(whole, source, nullptr, keepsPlaces_).release();
 }
 
 XmlNode XmlDocument::Root() const {
   return XmlNodeHandle::Make(document_ ? static_cast<XmlTree*>(document_)->arena.root : nullptr);
 }
 
-// The document owns its nodes; a handle is a pointer into it, and nobody counts.
+void XmlDocument::PlaceOf(const XmlNode& element, LONG* line, LONG* column) const {
+  const auto& places = static_cast<const XmlTree*>(document_)->places;
+  const auto found = places.find(XmlNodeHandle::Record(element));
+  const posix::XmlPlace place = found == places.end() ? posix::XmlPlace{0, 0} : found->second;
+  *line = place.line;
+  *column = place.column;
+}
+
+// The document owns its nodes. A handle is a plain pointer, so there are no references to count.
 void XmlNode::Retain() const noexcept {}
 
 void XmlNode::Release() const noexcept {}
@@ -121,6 +139,7 @@ XmlText XmlNode::Text() const {
   const XmlRecord* const node = Record(handle_);
   if (node->name->type != kXmlElement) return XmlText(node->value.view());
   const XmlRecord* const first = node->firstChild;
+  // The usual case, an element with a single text, is borrowed without copying.
   if (first && !first->next && IsCharacters(first)) return XmlText(first->value.view());
   std::vector<WideView> pieces;
   const std::size_t length = GatherText(node, pieces);

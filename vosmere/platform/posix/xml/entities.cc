@@ -1,3 +1,4 @@
+// Limits on what the declarations of a document may expand to.
 #include "vosmere/platform/posix/xml/entities.h"
 
 #include <algorithm>
@@ -7,7 +8,7 @@
 namespace vosmere::posix {
 namespace {
 
-constexpr std::size_t kFreeExpansion = std::size_t{4} * 1024 * 1024;
+constexpr std::size_t kFreeExpansion = std::size_t{4} * 1024 * 1024;  // for any document
 constexpr int kLongestLiteral = 64 * 1024;
 constexpr int kDeepestNesting = 20;
 constexpr std::size_t kMostReferences = 10000;
@@ -37,6 +38,8 @@ DocumentFault XmlSubsetBudget::Insert(const xmlParserCtxt* parser, const xmlEnti
 
 DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* entity,
                                      std::size_t bytesRead) {
+  // An undeclared entity is an error of the document, unless it may be declared in a part that is
+  // not loaded.
   if (!entity)
     return parser->hasExternalSubset || parser->hasPErefs ? DocumentFault::kRefersOutside
                                                           : DocumentFault::kNone;
@@ -51,6 +54,7 @@ DocumentFault XmlEntityBudget::Admit(xmlParserCtxt* parser, const xmlEntity* ent
   return Spend(entity->length + expansion.references * kReferenceCost, bytesRead);
 }
 
+// A large document may expand in proportion to its size.
 DocumentFault XmlEntityBudget::Spend(std::size_t bytes, std::size_t bytesRead) {
   spent_ += bytes;
   return spent_ > kFreeExpansion + bytesRead ? DocumentFault::kExpandsTooMuch
@@ -62,14 +66,15 @@ DocumentFault XmlEntityBudget::DeclareAttribute() {
                                                                : DocumentFault::kNone;
 }
 
-// The parser recurses for each level of nested entities, so this is known before it starts.
+// libxml2 recurses for each level of nested entities, so the depth has to be known before it
+// starts.
 XmlEntityBudget::Expansion XmlEntityBudget::Measure(xmlDoc* document, const xmlEntity* entity,
                                                     int level) {
   Expansion whole;
   if (level > kDeepestNesting || !entity->content) return whole;
   const auto [known, isNew] = measured_.try_emplace(entity);
   if (!isNew) return known->second;
-  known->second.isEndless = true;  // for what it stands for, if that refers to it
+  known->second.isEndless = true;  // as long as it is being measured: then it refers to itself
   const char* at = reinterpret_cast<const char*>(entity->content);
   while ((at = std::strchr(at, '&')) != nullptr) {
     const char* const end = std::strchr(++at, ';');

@@ -1,3 +1,4 @@
+// Wraps libxml2's allocation functions.
 #include "vosmere/platform/posix/xml/memory.h"
 
 #include <libxml/xmlmemory.h>
@@ -8,9 +9,9 @@
 namespace vosmere::posix {
 namespace {
 
-thread_local bool* innermost = nullptr;
+thread_local bool* innermost = nullptr;  // the flag of the innermost watch
 
-// What the parser had before.
+// The functions that were set before.
 xmlFreeFunc freeBlock;
 xmlMallocFunc allocate;
 xmlReallocFunc reallocate;
@@ -39,7 +40,8 @@ struct Wrapping {
     xmlMemGet(&freeBlock, &allocate, &reallocate, &duplicate);
     xmlMemSetup(freeBlock, Allocate, Reallocate, Duplicate);
   }
-  /// The parser may live longer than the library.
+  /// libxml2 may stay loaded when the library is unloaded. Functions that a program has set since
+  /// are kept.
   ~Wrapping() {
     if (xmlMalloc == Allocate) xmlMemSetup(freeBlock, allocate, reallocate, duplicate);
   }

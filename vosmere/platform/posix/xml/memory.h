@@ -1,13 +1,13 @@
-// Whether the parser has run out of memory, which it does not always say.
+// XmlMemoryWatch, which notices when libxml2 runs out of memory; libxml2 does not always report it.
 #pragma once
 
 namespace vosmere::posix {
 
-/// While it lives, notices when an allocation by the parser fails on this thread.
+/// Notices failed allocations by libxml2 on this thread, as long as the object exists.
 ///
-/// The parser has one set of allocation functions for the whole process. The first watch wraps
-/// those that it finds there, so memory from before and after mixes, and a program that uses the
-/// parser itself, or has given it functions, may go on to.
+/// libxml2 has one set of allocation functions for the whole process. The first watch wraps those
+/// that it finds. Memory allocated before and after can therefore be mixed, and a program may use
+/// libxml2 itself, even with allocation functions of its own.
 class XmlMemoryWatch {
  public:
   XmlMemoryWatch();
@@ -18,7 +18,7 @@ class XmlMemoryWatch {
   bool RanOut() const { return ranOut_; }
 
  private:
-  bool* const outer_;  // another watch's
+  bool* const outer_;  // the enclosing watch's flag
   bool ranOut_ = false;
 };
 

@@ -1,3 +1,4 @@
+// A fast parser for plain XML documents.
 #include "vosmere/platform/posix/xml/plain.h"
 
 #include <algorithm>
@@ -11,12 +12,13 @@
 namespace vosmere::posix {
 namespace {
 
+// Below the limits of the full parser, so that whatever reaches them is decided there.
 constexpr std::size_t kMostNames = 5000;
 constexpr std::size_t kLongestName = 256;
 constexpr std::size_t kMostAttributes = 100;
 constexpr std::size_t kMostNamespaces = 100;
-constexpr std::size_t kLongestAddress = 1000;  // of a namespace
-// The parser bounds what comes before the root element's content, and all of a huge document.
+constexpr std::size_t kLongestAddress = 1000;  // the URI of a namespace
+// libxml2 limits the part before the root element's content, and the size of the whole document.
 constexpr std::size_t kLongestBeginning = std::size_t{1024} * 1024;
 constexpr std::size_t kLongestDocument = std::size_t{64} * 1024 * 1024;
 
@@ -32,15 +34,15 @@ constexpr bool IsNamePart(char c) {
   return IsNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
 }
 
-/// A name, and its parts where it has a prefix.
+/// A qualified name and its parts. The prefix is empty if it has none.
 struct Name {
   std::string_view whole;
   std::string_view prefix;
   std::string_view local;
 };
 
-/// Whether a namespace is declared that the parser may have its own rules for. It keeps addresses
-/// as it keeps names.
+/// Whether libxml2 has rules of its own for a namespace declaration. It also stores the URI like a
+/// name, with the same limit on its length.
 bool IsReserved(const Name& name, std::string_view address) {
   return address.empty() || address.size() > kLongestAddress || address.find('&') != address.npos ||
          address.find("w3.org/XML/1998/namespace") != address.npos ||
@@ -48,7 +50,7 @@ bool IsReserved(const Name& name, std::string_view address) {
          (!name.prefix.empty() && name.local.substr(0, 3) == "xml");
 }
 
-/// Every operation that answers with a bool answers false for what is not plain.
+/// The parser. Every operation that returns a bool returns false for a document that is not plain.
 class Parser {
  public:
   Parser(XmlTree& tree, std::string_view document)
@@ -56,7 +58,8 @@ class Parser {
 
   bool Parse(const char* encoding) {
     if (whole_.size() > kLongestDocument) return false;
-    if (!encoding) Skip("\xEF\xBB\xBF");  // where the encoding is known, this is no mark
+    if (!encoding) Skip("\xEF\xBB\xBF");  // with a known encoding this is not a byte-order mark
+    passed_ = whole_.size() - left_.size();
     if (Skip("<?xml") && !TakeDeclaration()) return false;
     while (!left_.empty())
       if (!(left_[0] == '<' ? TakeMarkup() : TakeText())) return false;
@@ -64,7 +67,7 @@ class Parser {
   }
 
  private:
-  // The document's text, from where the parser stands.
+  // Reading at the current position.
 
   bool Skip(std::string_view text) {
     if (left_.substr(0, text.size()) != text) return false;
@@ -77,7 +80,7 @@ class Parser {
     left_.remove_prefix(i);
     return i > 0;
   }
-  /// What stands before `end`, which is skipped, too.
+  /// Takes the text before `end`, and skips `end`.
   bool TakeUpTo(std::string_view end, std::string_view* piece) {
     const std::size_t length = left_.find(end);
     if (length == left_.npos) return false;
@@ -110,7 +113,7 @@ class Parser {
     return IsNameStart(name->whole[0]) && !name->local.empty() && IsNameStart(name->local[0]);
   }
 
-  // The document's parts.
+  // The parts of a document.
 
   bool TakeDeclaration();
   bool TakeMarkup();
@@ -122,6 +125,12 @@ class Parser {
   bool TakeAttribute();
   bool TakeEndTag();
 
+  /// Brings the place to the start tag whose `<` was skipped.
+  void PassToTag() {
+    const std::size_t tag = whole_.size() - left_.size() - 1;
+    place_.Pass(whole_.substr(passed_, tag - passed_));
+    passed_ = tag;
+  }
   XmlName* Intern(std::string_view name, int type) { return tree_.names.Intern(name, type); }
   bool AddLeaf(const XmlName* name, std::string_view piece, PlainValue kind);
 
@@ -131,12 +140,14 @@ class Parser {
   const XmlName* const text_;
   XmlGrowth growth_{tree_};
   std::vector<std::string_view> open_;  // the elements' names
+  XmlPlace place_;
+  std::size_t passed_ = 0;  // bytes before that
 
-  // Of the start tag that is being read.
+  // The start tag that is being read.
   std::vector<XmlAttributeRecord> namespaces_, attributes_;
-  std::string_view prefix_;  // the one prefix that its attributes have
-  std::uint32_t element_ = 0;
-  std::size_t namespaceCount_ = 0;  // of the whole document
+  std::string_view prefix_;         // the only prefix among its attributes
+  std::uint32_t element_ = 0;       // its number; XmlName::lastUser finds a repeated attribute
+  std::size_t namespaceCount_ = 0;  // in the whole document
 };
 
 bool Parser::TakeDeclaration() {
@@ -176,6 +187,7 @@ bool Parser::TakeText() {
 
 bool Parser::TakeComment() {
   std::string_view text;
+  // XML does not allow "--" in a comment except at its end.
   return TakeUpTo("--", &text) && Skip(">") &&
          AddLeaf(Intern(kXmlCommentName, kXmlComment), text, PlainValue::kLiteral);
 }
@@ -190,7 +202,7 @@ bool Parser::TakeInstruction() {
   Name target;
   std::string_view data;
   if (!TakeName(&target) || !target.prefix.empty()) return false;
-  if (target.whole.size() == 3) return false;  // "xml" in whatever case is reserved
+  if (target.whole.size() == 3) return false;  // may be "xml" in any case, which is reserved
   if (left_.substr(0, 2) != "?>" && !SkipBlanks()) return false;
   return TakeUpTo("?>", &data) &&
          AddLeaf(Intern(target.whole, kXmlProcessingInstruction), data, PlainValue::kLiteral);
@@ -199,6 +211,7 @@ bool Parser::TakeInstruction() {
 bool Parser::TakeStartTag() {
   if (open_.empty() && tree_.arena.root) return false;
   if (open_.size() >= kMaxXmlDepth) return false;
+  if (tree_.keepsPlaces) PassToTag();
   Name name;
   if (!TakeName(&name) || name.prefix == kXmlns) return false;
   namespaces_.clear();
@@ -218,6 +231,7 @@ bool Parser::TakeStartTag() {
   std::copy(attributes_.begin(), attributes_.end(),
             std::copy(namespaces_.begin(), namespaces_.end(), records));
   growth_.Add(element);
+  if (tree_.keepsPlaces) tree_.places.emplace(element, place_);
   if (!isEmpty) {
     growth_.Open(element);
     open_.push_back(name.whole);
@@ -240,7 +254,8 @@ bool Parser::TakeAttribute() {
   }
   attributes_.push_back({interned, value});
   if (name.prefix.empty()) return attributes_.size() <= kMostAttributes;
-  // Two prefixes may stand for one namespace, and then make one name of two.
+  // With two prefixes, two attributes may have the same expanded name, if the prefixes belong to
+  // the same namespace.
   if (prefix_.empty()) prefix_ = name.prefix;
   return prefix_ == name.prefix && attributes_.size() <= kMostAttributes;
 }

@@ -1,3 +1,4 @@
+// Reads the text and attribute values of a plain document.
 #include "vosmere/platform/posix/xml/plain_value.h"
 
 #include <algorithm>
@@ -11,17 +12,18 @@
 namespace vosmere::posix {
 namespace {
 
-/// Whether a byte is one that some kind of value does not take as it stands.
+/// Whether some kind of value does not take this byte unchanged.
 constexpr bool IsSpecial(unsigned char byte) {
   return (byte < 0x20) | (byte >= 0x80) | (byte == '&') | (byte == '<') | (byte == ']');
 }
 
-/// Of a character's number. In longer ones the parser does not know all letters.
+/// The most digits in a reference to a character. libxml2 does not accept all letters in longer
+/// ones.
 constexpr std::size_t kMostDigits = 9;
 
 constexpr int kWord = sizeof(std::uint64_t);
 
-/// Whether one of a word's bytes is special.
+/// Whether one of the eight bytes is special. Testing them at once is what makes this fast.
 constexpr bool HasSpecial(std::uint64_t word) {
   constexpr std::uint64_t kOnes = 0x0101010101010101, kHighs = 0x80 * kOnes;
   const auto hasZero = [](std::uint64_t bytes) { return (bytes - kOnes) & ~bytes; };
@@ -30,12 +32,13 @@ constexpr bool HasSpecial(std::uint64_t word) {
           kHighs) != 0;
 }
 
-/// Whether XML 1.0 knows such a character.
+/// Whether XML 1.0 allows a character.
 constexpr bool IsCharacter(unsigned code) {
   if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
   return code <= 0x10FFFF && (code & ~0x7FFu) != 0xD800 && code != 0xFFFE && code != 0xFFFF;
 }
 
+/// Converts one value. The output never has more code units than the input has bytes.
 class Reader {
  public:
   Reader(std::string_view piece, PlainValue kind, WChar* out)
@@ -74,7 +77,7 @@ class Reader {
     }
   }
 
-  /// Line ends and the indentation behind them, which is most of what stands between elements.
+  /// Line ends and the indentation after them, which is most of the text between elements.
   bool TakeBlanks() {
     const bool isAttribute = kind_ == PlainValue::kAttribute;
     for (; at_ != end_; ++at_) {
@@ -109,8 +112,8 @@ class Reader {
     *out_++ = static_cast<WChar>(code);
   }
 
-  /// Ill-formed bytes, U+FFFE and U+FFFF are not allowed, and U+FFFD is what ill-formed bytes
-  /// become.
+  /// Ill-formed bytes, U+FFFE and U+FFFF are not allowed. Ill-formed bytes decode to U+FFFD, so a
+  /// real U+FFFD is left to libxml2 too.
   bool TakeBeyondAscii() {
     const char* const begin = at_;
     while (at_ != end_ && static_cast<unsigned char>(*at_) >= 0x80) ++at_;
@@ -121,7 +124,7 @@ class Reader {
                         [](WChar unit) { return unit >= 0xFFFD; });
   }
 
-  /// A reference never has more units than bytes.
+  /// A character never has more code units than its reference has bytes.
   bool TakeReference() {
     const auto* const semicolon =
         static_cast<const char*>(std::memchr(at_, ';', static_cast<std::size_t>(end_ - at_)));
@@ -133,7 +136,7 @@ class Reader {
     return true;
   }
 
-  /// 0 for what is no reference to a character.
+  /// The character of a reference; 0 for any other reference.
   static unsigned CodeOf(std::string_view reference) {
     struct Named {
       std::string_view name;

@@ -1,4 +1,4 @@
-// The characters of a plain document's values.
+// Reads the text and attribute values of a plain document.
 #pragma once
 
 #include <string_view>
@@ -7,14 +7,15 @@
 
 namespace vosmere::posix {
 
+/// What a value may contain.
 enum class PlainValue {
-  kText,       ///< with references; "]]>" is not allowed
-  kAttribute,  ///< with references; white space becomes blanks, "<" is not allowed
-  kLiteral,    ///< as it stands, but for its line ends
+  kText,       ///< with references, without "]]>"
+  kAttribute,  ///< with references, without "<"; white space becomes blanks
+  kLiteral,    ///< unchanged except for its line ends
 };
 
-/// What the piece of a document means. False when it has characters or references that only the
-/// parser may judge. Throws std::bad_alloc.
+/// Converts a piece of a document to a value. False when it contains characters or references that
+/// only libxml2 may decide about. Throws std::bad_alloc.
 bool ReadPlainValue(XmlArena& arena, std::string_view piece, PlainValue kind, XmlValue* value);
 
 }  // namespace vosmere::posix

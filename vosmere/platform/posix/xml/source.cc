@@ -1,3 +1,4 @@
+// The sources of a document's bytes: files, memory, UTF-16 text.
 #include "vosmere/platform/posix/xml/source.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ namespace {
 constexpr std::size_t kLeastRead = std::size_t{4} * 1024;
 constexpr std::size_t kMostAhead = std::size_t{64} * 1024 * 1024;
 
-/// Whether a document in UTF-8 may begin so: with markup, or the encoding's mark.
+/// Whether a document in UTF-8 may begin with this byte: with markup, or with the byte-order mark.
 bool BeginsPlainly(char byte) {
   return byte == '<' || byte == '\xEF';
 }
@@ -55,7 +56,7 @@ int MemorySource::Read(char* bytes, int capacity) {
 
 int TextSource::Read(char* bytes, int capacity) {
   if (text_.empty()) return 0;
-  const WideView piece = text_.First(capacity / 3);
+  const WideView piece = text_.First(capacity / 3);  // at most 3 bytes for each code unit
   std::size_t whole = WellFormedLength(piece);
   if (whole == 0) return -1;
   text_ = text_.From(whole);
@@ -63,6 +64,7 @@ int TextSource::Read(char* bytes, int capacity) {
 }
 
 ReadAhead::ReadAhead(XmlSource& source) : source_(source) {
+  // With room beyond the estimated size, the end is found without growing.
   Reserve(std::min(source.Size(), kMostAhead) + kLeastRead);
   while (size_ < kMostAhead && (size_ == 0 || BeginsPlainly(*bytes_))) {
     if (capacity_ - size_ < kLeastRead) Reserve(2 * capacity_);

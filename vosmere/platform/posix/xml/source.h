@@ -1,4 +1,4 @@
-// Where the parser's bytes come from.
+// The sources of a document's bytes.
 #pragma once
 
 #include <cstddef>
@@ -12,19 +12,20 @@
 
 namespace vosmere::posix {
 
-/// Hands out a document in pieces.
+/// Delivers a document in pieces.
 class XmlSource {
  public:
   virtual ~XmlSource() = default;
-  /// Up to `capacity` bytes; 0 at the end, -1 when there is no going on.
+  /// Reads up to `capacity` bytes. 0 at the end, -1 when the source cannot continue.
   virtual int Read(char* bytes, int capacity) = 0;
-  /// A guess at how many bytes there are in all.
+  /// An estimate of the total number of bytes.
   virtual std::size_t Size() = 0;
 };
 
+/// A file.
 class FileSource : public XmlSource {
  public:
-  /// Throws DocumentFailure when the file does not open.
+  /// Throws DocumentFailure when the file cannot be opened.
   explicit FileSource(const WChar* path);
   int Read(char* bytes, int capacity) override;
   std::size_t Size() override;
@@ -33,6 +34,7 @@ class FileSource : public XmlSource {
   File file_;
 };
 
+/// Bytes in memory, which the caller owns.
 class MemorySource : public XmlSource {
  public:
   explicit MemorySource(std::string_view bytes) : left_(bytes) {}
@@ -43,7 +45,8 @@ class MemorySource : public XmlSource {
   std::string_view left_;
 };
 
-/// Wide text as UTF-8. Ends with a failure at an unpaired surrogate, which is no character.
+/// UTF-16 text of the caller, converted to UTF-8. Fails at an unpaired surrogate, which is not a
+/// character.
 class TextSource : public XmlSource {
  public:
   explicit TextSource(WideView text) : text_(text) {}
@@ -54,14 +57,15 @@ class TextSource : public XmlSource {
   WideView text_;
 };
 
-/// Reads another source as far as a document of the usual size goes, and hands it out from memory.
+/// Reads another source into memory in advance, up to the size of usual documents, and delivers it
+/// from there.
 class ReadAhead : public XmlSource {
  public:
   /// Throws what the source throws, and std::bad_alloc.
   explicit ReadAhead(XmlSource& source);
 
-  /// All bytes of the source; nothing when there are too many, or no going on, or they do not begin
-  /// as a document in UTF-8 does.
+  /// All bytes of the source. Nothing when there are too many, when the source failed, and when
+  /// they do not begin like a document in UTF-8.
   std::optional<std::string_view> Whole() const;
 
   int Read(char* bytes, int capacity) override;

@@ -1,0 +1,253 @@
+#include "vosmere/cpp/documents.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "tests/support/files.h"
+#include "vosmere/cpp/tree.h"
+
+namespace vosmere {
+namespace {
+
+using test::ReadBytes;
+using test::TempFolder;
+using test::TestData;
+using test::WriteBytes;
+using testing::HasSubstr;
+
+constexpr const char* kGolden[] = {"colct_item_ids.xml", "colct_list.xml",      "colct_profile.xml",
+                                   "collection.rss",     "ftp_sites.xml",       "notification.xml",
+                                   "page_data.xml",      "search_engines.xml",  "tags.xml",
+                                   "toolbars.xml",       "collection_tree.opml"};
+
+Result<SavedBytes> Saved(const AnyDocument& document) {
+  return std::visit([](const auto& value) { return SaveToBytes(value); }, document);
+}
+
+/// The losses as they are printed, between line ends.
+std::string Lines(const Losses& losses) {
+  std::ostringstream lines;
+  for (const Loss& loss : losses) lines << loss << '\n';
+  return lines.str();
+}
+
+template <class Value>
+std::string LossesOf(const Value& value) {
+  const Result<SavedBytes> saved = SaveToBytes(value);
+  return saved ? Lines(saved->losses) : ToString(saved.error());
+}
+
+std::string PlainBytes(CWriteXML&& writer) {
+  ConvertedText bytes;
+  int length = 0;
+  EXPECT_TRUE(writer.GetXMLBytes(Out(bytes), &length));
+  return {bytes.get(), static_cast<std::size_t>(length)};
+}
+
+TEST(Documents, EveryKindComesBackWithTheBytesOfThePlainWriter) {
+  for (const char* const name : kGolden) {
+    const Result<AnyDocument> document = Load<AnyDocument>(Bytes(TestData(name)));
+    ASSERT_TRUE(document) << name << ": " << document.error();
+    std::visit(
+        [&](const auto& value) {
+          using Kind = std::remove_cvref_t<decltype(value)>;
+          typename detail::Document<Kind>::Writer plain(value, SaveOptions());
+          const TempFolder folder;
+          ASSERT_TRUE(Save(folder / "copy", value)) << name;
+          EXPECT_EQ(ReadBytes(folder / "copy"), PlainBytes(std::move(plain))) << name;
+          EXPECT_TRUE(Load<Kind>(folder / "copy")) << name;
+        },
+        *document);
+  }
+}
+
+// Letters in attributes and texts get company; numbers and words that readers know stay.
+std::string Hostile(const std::string& document) {
+  const std::regex attribute(
+      R"re(( (text|description|name|link|id|folderid|colctid|href)=")([a-z]))re");
+  const std::regex text(R"(>(?!true|false)([A-Za-z])([^<]*)</(?!pubDate|generator))");
+  const std::string company = "&lt;&amp;&quot;&apos;&gt;&#9;&#10;&#13;";
+  const std::string once = std::regex_replace(document, attribute, "$1$3" + company);
+  return std::regex_replace(once, text, ">$1" + company + "$2</");
+}
+
+TEST(Documents, NoTextIsTooMuchForASave) {
+  for (const char* const name : kGolden) {
+    const std::string hostile = Hostile(TestData(name));
+    ASSERT_NE(hostile, TestData(name));
+    const Result<AnyDocument> document = Load<AnyDocument>(Bytes(hostile));
+    ASSERT_TRUE(document) << name << ": " << document.error();
+    const Result<SavedBytes> saved = Saved(*document);
+    ASSERT_TRUE(saved) << name << ": " << saved.error();
+    const Result<AnyDocument> again = Load<AnyDocument>(Bytes(saved->bytes));
+    ASSERT_TRUE(again) << name << ": " << again.error() << '\n' << saved->bytes;
+    EXPECT_EQ(Saved(*again)->bytes, saved->bytes) << name;
+    EXPECT_THAT(saved->bytes, HasSubstr("&lt;&amp;&quot;")) << name;
+  }
+}
+
+TEST(Documents, WhatXmlDoesNotHaveIsLeftOut) {
+  for (const std::u16string name : {u"a\x01Q&A\t\"b\"\n\r", u"a\xD800Q&A\t\"b\"\n\r\xFFFF",
+                                    u"\xDC00"
+                                    u"aQ&A\t\"b\"\n\r\xD800"}) {
+    Tree tree = NewTree("root");
+    Add<CFolderNode>(tree, name);
+    const Result<SavedBytes> saved = SaveToBytes(tree);
+    ASSERT_TRUE(saved) << saved.error();
+    const Loss* const loss = saved->losses.Find("characters that XML does not have are left out");
+    EXPECT_TRUE(loss && loss->kind == LossKind::kChanged && saved->losses.size() == 1);
+    const Result<Tree> back = Load<Tree>(Bytes(saved->bytes));
+    ASSERT_TRUE(back) << back.error();
+    EXPECT_NE(Find<CFolderNode>(*back, "aQ&A\t\"b\"\n\r"), nullptr) << saved->bytes;
+  }
+}
+
+TEST(Documents, ATreeIsSavedAsDeepAsItIsRead) {
+  Tree tree = NewTree("root");
+  RNode* folder = tree.get();
+  for (int level = 3; level <= kMaxXmlDepth; ++level)
+    folder = Add<CFolderNode>(folder, "f")->GetRNode();
+  const TempFolder files;
+  ASSERT_TRUE(Save(files / "deep", tree));
+  EXPECT_TRUE(Load<Tree>(files / "deep"));
+  const std::string before = ReadBytes(files / "deep");
+  Add<CFolderNode>(folder, "one too many");
+  const Result<vosmere::Saved> saved = Save(files / "deep", tree);
+  EXPECT_EQ(saved.error().fault, DocumentFault::kTooDeep);
+  EXPECT_EQ(ReadBytes(files / "deep"), before);
+}
+
+TEST(Documents, WhatIsNoDocumentIsAnErrorThatSaysWhy) {
+  const TempFolder files;
+  const auto reason = [&](const std::string& bytes) {
+    WriteBytes(files / "f", bytes);
+    std::ifstream stream(files / "f", std::ios::binary);
+    const std::string fromFile = Load<Tree>(files / "f").error().reason;
+    EXPECT_EQ(Load<Tree>(stream).error().reason, fromFile);
+    return fromFile;
+  };
+  EXPECT_EQ(reason("<opml/>"), "the root element has no content");
+  EXPECT_EQ(reason("<rss>a</rss>"), "the root element is 'rss' instead of 'opml'");
+  EXPECT_NE(reason(""), "");
+  WriteBytes(files / "f", "<opml>\n <a></opml>");
+  const Error error = Load<Tree>(files / "f").error();
+  EXPECT_EQ(error.fault, DocumentFault::kMalformed);
+  EXPECT_EQ(error.line, 2);
+  EXPECT_THAT(error.source, testing::EndsWith("f"));
+  EXPECT_EQ(Load<AnyDocument>(Bytes("<a>b</a>")).error().reason,
+            "no known document has the root element 'a'");
+  for (const Error& missing : {Load<Tree>(files / "none").error(), Load<Tree>(files / "").error()})
+    EXPECT_EQ(missing.fault, DocumentFault::kCannotOpen);
+  EXPECT_FALSE(Load<Tree>(static_cast<const char*>(nullptr)));
+  EXPECT_TRUE(Load<ColctList>(Bytes("<collectionlist> </collectionlist>")));
+}
+
+TEST(Documents, WhatCannotBeSavedLeavesTheFile) {
+  const TempFolder files;
+  Tree tree = NewTree("root");
+  ASSERT_TRUE(Save(files / "f", tree));
+  const std::string before = ReadBytes(files / "f");
+  const Tree taken = std::move(tree);
+  EXPECT_EQ(Save(files / "f", tree).error().reason, "there is nothing to save");
+  EXPECT_EQ(Save(files / "f", PageData()).error().reason, "there is nothing to save");
+  EXPECT_EQ(ReadBytes(files / "f"), before);
+  EXPECT_EQ(Save(files / "", taken).error().reason, "is a folder");
+  EXPECT_EQ(Save("", taken).error().reason, "no file was named");
+  EXPECT_EQ(Save(files / "none" / "f", taken).error().fault, DocumentFault::kCannotOpen);
+  EXPECT_TRUE(Save(files / "empty", FtpSiteList()));
+}
+
+TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
+  const struct {
+    const char* document;
+    const char* losses;  // behind each place its line and column
+  } cases[] = {
+      {"<opml x='1'>\n<body a='b'> <outline text='a'>\n\n  <é/><outline text='b' c='d'/>"
+       "</outline></body></opml>",
+       "the attribute 'x' of 'opml' is not kept: /opml@1:1\n"
+       "the attribute 'a' of 'body' is not kept: /opml/body@2:1\n"
+       "the element 'é' is not kept: /opml/body/outline/é@4:3\n"
+       "the attribute 'c' of 'outline' is not kept: /opml/body/outline/outline@4:7\n"},
+      {"<ftpsites><site><title>a</title><title>b</title><port>0x</port></site><site><host>é<b/>"
+       "</host>c<!-- --><?p?></site></ftpsites>",
+       "'title' is repeated, and only one of them is kept: /ftpsites/site/title[2]@1:33\n"
+       "a value that is not understood, or written otherwise (port): /ftpsites/site/port@1:49\n"
+       "the element 'b' is not kept: /ftpsites/site[2]/host/b@1:84\n"
+       "text between elements is not kept: /ftpsites/site[2]@1:71\n"
+       "comments are not kept: /ftpsites/site[2]@1:71\n"
+       "processing instructions are not kept: /ftpsites/site[2]@1:71\n"},
+      {"<vsmtags><group n='1'/><tag name='outside'/></vsmtags>",
+       "the attribute 'n' of 'group' is not kept: /vsmtags/group@1:10\n"
+       "the element 'tag' is not kept: /vsmtags/tag@1:24\n"},
+  };
+  for (const auto& c : cases) {
+    Losses leftOut;
+    ASSERT_TRUE(Load<AnyDocument>(Bytes(c.document), &leftOut)) << c.document;
+    std::string lines, expected = c.losses;
+    bool hasPlaces = false;
+    for (const Loss& loss : leftOut) {
+      lines += loss.what;
+      for (const LossPlace& place : loss.places) {
+        hasPlaces = hasPlaces || place.line;
+        lines += ": " + place.path;
+        if (place.line)
+          lines += '@' + std::to_string(place.line) + ':' + std::to_string(place.column);
+      }
+      lines += '\n';
+    }
+    // Not every platform's parser tells.
+    if (!hasPlaces) expected = std::regex_replace(expected, std::regex("@[0-9:]+"), "");
+    EXPECT_EQ(lines, expected);
+  }
+}
+
+TEST(Documents, WhatTheLibraryWroteIsAllTaken) {
+  for (const char* const name : {"colct_item_ids.xml", "colct_profile.xml", "ftp_sites.xml",
+                                 "page_data.xml", "tags.xml", "toolbars.xml"}) {
+    Losses leftOut;
+    const Result<AnyDocument> document = Load<AnyDocument>(Bytes(TestData(name)), &leftOut);
+    EXPECT_EQ(Lines(leftOut) + Lines(Saved(*document)->losses), "") << name;
+  }
+}
+
+TEST(Documents, ASaveSaysWhatItLoses) {
+  Tree tree = NewTree("root");
+  SetDescription(*As<CFolderNode>(tree), "d");
+  RNode* const news = Add<CFolderNode>(tree, "News")->GetRNode();
+  Add<CUrlNode>(news, "Daily", "http://a.example/");
+  Add<CUrlNode>(tree, "Page");
+  CColctNode& colct = *Add<CColctNode>(news, std::string(200, 'n'), "a\\b");
+  colct.GetColctNetData()->SetOwner(Wide("me"));
+  colct.SetRelationUrl(Wide("r"));
+  Add<CFolderNode>(tree, "");
+  const std::string name = std::string(40, 'n') + "...";
+  EXPECT_EQ(LossesOf(tree),
+            "description does not come back: root\n"
+            "a page is left out: News > Daily; Page\n"
+            "htmlUrl does not come back: News > " +
+                name +
+                "\n"
+                "owner does not come back: News > " +
+                name +
+                "\n"
+                "name is cut to 199 characters: News > " +
+                name +
+                "\n"
+                "an empty name comes back as \"No name\": (no name)\n");
+
+  Collection items = NewCollection("c");
+  CUrlNode& page = *Add<CUrlNode>(*items, "p", "http://a.example/");
+  Add<CFolderNode>(*items, "f");
+  Add<CColctNode>(*items, "inner");
+  AddTag(page, "two words");
+  EXPECT_EQ(LossesOf(items),
+            "tags come back changed: p\n"
+            "the order of pages and folders does not come back: f\n"
+            "what is neither a folder nor a page is left out: inner\n");
+}
+
+}  // namespace
+}  // namespace vosmere

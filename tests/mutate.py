@@ -1,0 +1,255 @@
+#!/usr/bin/env python3
+"""Puts faults into the sources, one at a time, and looks whether the tests notice.
+
+    mutate.py [-s SEED] [-f FILE] COUNT     FILE: the faults to put in, in the form that is printed
+
+Each fault is built and tested in a copy of the tree under build/mutate. A fault that does not
+compile is replaced by another one. Prints the survivors and, at the end, how many were caught.
+"""
+import argparse
+import os
+import pathlib
+import queue
+import random
+import re
+import resource
+import shutil
+import subprocess
+import sys
+import threading
+
+TOP = pathlib.Path(__file__).resolve().parent.parent
+PLACE = TOP / "build" / "mutate"
+MEMORY = 4 << 30  # bytes; a fault may allocate for ever
+
+
+def masked(text):
+    """The text with everything in comments and literals blanked, so that no fault is put there."""
+    blank = lambda match: re.sub(r"[^\n]", "\0", match.group())
+    return re.sub(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'', blank, text,
+                  flags=re.S)
+
+
+def balanced(text):
+    depth = 0
+    for char in text:
+        depth += (char == "(") - (char == ")")
+        if depth < 0:
+            return False
+    return depth == 0
+
+
+OTHER = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "&&": "||",
+         "||": "&&", "+": "-", "-": "+"}
+
+
+def faults_of_line(line, before):
+    """Yields (start, end, replacement) for one masked line; `before` is the one above it."""
+    body = line.strip()
+    if not body or body.startswith(("#", "template", "using", "static_assert", "namespace", "class",
+                                    "struct", "friend", "extern")):
+        return
+    for match in re.finditer(r" (==|!=|<=|>=|<|>|&&|\|\||\+|-) ", line):
+        yield match.start(1), match.end(1), OTHER[match.group(1)]
+    for match in re.finditer(r"(?<![\w.'])\d+(?![\w.'])", line):
+        yield match.start(), match.end(), str(int(match.group()) + 1)
+    for match in re.finditer(r"\b(if|while) \((.*)\)", line):
+        if balanced(match.group(2)) and "=" not in match.group(2).replace("==", "").replace(
+                "!=", "").replace("<=", "").replace(">=", "") and ";" not in match.group(2):
+            yield match.start(2), match.end(2), "!(" + match.group(2) + ")"
+    for match in re.finditer(r"\breturn ([^;]+);", line):
+        value = match.group(1)
+        yield match.start(1), match.end(1), {"true": "false", "false": "true"}.get(value, "{}")
+    for match in re.finditer(r"\w\(([\w.>*&-]+), ([\w.>*&-]+)\)", line):
+        yield match.start(1), match.end(2), match.group(2) + ", " + match.group(1)
+    statement = re.match(r"\s*((?:\+\+|--)?\*?[\w.\[\]:>-]+ ?(?:=|\+=|-=|\|=|&=|\(|\+\+|--).*);$", line)
+    if statement and balanced(statement.group(1)) and not re.match(
+            r"\s*(return|delete|using|case|default|else)\b", line) and re.search(r"([;{}:)]|else)$",
+                                                                         before):
+        yield statement.start(1), statement.end(1), ""
+
+
+def all_faults():
+    names = subprocess.run(["git", "ls-files", "vosmere", "tools"], cwd=TOP, text=True, check=True,
+                           stdout=subprocess.PIPE).stdout.split()
+    for name in names:
+        if not name.endswith((".h", ".cc")) or "win32" in name:
+            continue
+        text = (TOP / name).read_text()
+        lines, before = text.split("\n"), ""
+        for number, line in enumerate(masked(text).split("\n")):
+            for start, end, new in faults_of_line(line, before):
+                if "\0" in new:  # it holds a literal: take the line as it was
+                    new = new.replace(line[start:end], lines[number][start:end])
+                if "\0" not in new:
+                    yield name, number, start, end, lines[number][start:end], new
+            if line.strip("\0 "):
+                before = line.rstrip("\0 ")
+
+
+def listed_faults(path):
+    """Reads `file:line<tab>column<tab>old -> new`."""
+    for row in pathlib.Path(path).read_text().splitlines():
+        place, column, change = row.split("\t")[:3]
+        name, number = place.split(":")
+        old, new = change.split(" -> ")
+        start = int(column) - 1
+        yield name, int(number) - 1, start, start + len(old), old, new
+
+
+def describe(fault):
+    name, number, start, _, old, new = fault
+    return f"{name}:{number + 1}\t{start + 1}\t{old} -> {new}"
+
+
+class Worker:
+    """A copy of the tree with a build of its own."""
+
+    left_out = []  # tests
+
+    def __init__(self, index):
+        self.source = PLACE / f"tree{index}"
+        self.build = PLACE / f"build{index}"
+        self.scratch = PLACE / f"scratch{index}"
+        files = subprocess.run(["git", "ls-files"], cwd=TOP, text=True, check=True,
+                               stdout=subprocess.PIPE).stdout.split("\n")[:-1]
+        if self.source.exists():  # what is gone from the tree goes from the copy
+            for old in self.source.rglob("*"):
+                if old.is_file() and str(old.relative_to(self.source)) not in files:
+                    old.unlink()
+        for name in files:
+            source, copy = TOP / name, self.source / name
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            if not copy.exists() or copy.read_bytes() != source.read_bytes():
+                shutil.copyfile(source, copy)
+                shutil.copymode(source, copy)
+        self.run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build,
+                  "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=mold"])
+        if not self.make():
+            sys.exit("mutate: the tree does not build")
+        self.seconds = 600
+
+    def run(self, command, seconds=None, **more):
+        return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                              stdin=subprocess.DEVNULL, timeout=seconds, errors="replace", **more)
+
+    def make(self):
+        return self.run(["ninja", "-C", self.build, "-j", "1", "vosmere_tests"]).returncode == 0
+
+    def first_failure(self, tests):
+        """The first test that fails, "" when none does, "(ended)" for a crash, "(time)" for a hang."""
+        if self.left_out:
+            tests += (":" if "-" in tests else "-") + ":".join(self.left_out)
+        shutil.rmtree(self.scratch, ignore_errors=True)
+        self.scratch.mkdir()
+        process = subprocess.Popen(
+            [self.build / "bin" / "vosmere_tests", f"--gtest_filter={tests}", "--gtest_fail_fast",
+             "--gtest_brief=1"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+            stdin=subprocess.DEVNULL, errors="replace", cwd=self.scratch, start_new_session=True,
+            env={**os.environ, "TMPDIR": str(self.scratch)},
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)))
+        try:
+            output = process.communicate(timeout=self.seconds)[0]
+        except subprocess.TimeoutExpired:
+            return "(time)"
+        finally:
+            try:
+                os.killpg(process.pid, 9)  # with servers and tools that a test has left
+            except ProcessLookupError:
+                pass
+            process.wait()
+        if process.returncode == 0:
+            return ""
+        failed = re.search(r"^\[  FAILED  \] (\S+?)(?:,| \(|$)", output, re.M)
+        return failed.group(1) if failed else "(ended)"
+
+    def killer(self, room):
+        """A room's own tests are the likeliest to notice: they go first."""
+        own = suites_of(room)
+        for tests in ([own] if own else []) + ["-" + own if own else "*"]:
+            found = self.first_failure(tests)
+            # A slow machine may fail a test once: a caught fault fails its test again.
+            if found and (found.startswith("(") or self.first_failure(found)):
+                return found
+        return ""
+
+    def try_fault(self, fault):
+        """The test that caught it, "" for none, or None when it does not compile."""
+        name, number, start, end, old, new = fault
+        path = self.source / name
+        whole = path.read_text()
+        lines = whole.split("\n")
+        if lines[number][start:end] != old:
+            return None
+        lines[number] = lines[number][:start] + new + lines[number][end:]
+        path.write_text("\n".join(lines))
+        try:
+            return self.killer(str(pathlib.Path(name).parent)) if self.make() else None
+        finally:
+            path.write_text(whole)
+
+
+def suites_of(folder):
+    room = folder.split("/", 1)[1] if folder.startswith("vosmere/") else folder
+    found = set()
+    for path in (TOP / "tests" / room).glob("**/*.cc"):
+        for macro, suite in re.findall(r"^\s*(TEST\w*|TYPED_TEST\w*)\((\w+)", path.read_text(), re.M):
+            found.update([f"{suite}.*"] if macro in ("TEST", "TEST_F") else [f"*{suite}*"])
+    return ":".join(sorted(found))
+
+
+def main():
+    options = argparse.ArgumentParser()
+    options.add_argument("-s", "--seed", type=int, default=1)
+    options.add_argument("-f", "--faults")
+    options.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
+    options.add_argument("-o", "--only", default="", help="files whose names begin so")
+    options.add_argument("count", type=int, nargs="?", default=100)
+    options = options.parse_args()
+
+    if options.faults:
+        faults = list(listed_faults(options.faults))
+        options.count = len(faults)
+    else:
+        faults = [fault for fault in all_faults() if fault[0].startswith(options.only)]
+        random.Random(options.seed).shuffle(faults)
+    PLACE.mkdir(parents=True, exist_ok=True)
+    todo = queue.SimpleQueue()
+    for fault in faults:
+        todo.put(fault)
+    lock, tried, caught = threading.Lock(), {}, {}
+
+    def work(worker):
+        while sum(tried.values()) < options.count and not todo.empty():
+            fault = todo.get()
+            killer = worker.try_fault(fault)
+            part = fault[0].split("/")[0]
+            with lock:
+                if killer is None:
+                    if options.faults:
+                        print(describe(fault) + "\tnot built", flush=True)
+                    continue
+                tried[part] = tried.get(part, 0) + 1
+                caught[part] = caught.get(part, 0) + bool(killer)
+                print(f"{describe(fault)}\t{killer or 'SURVIVED'}", flush=True)
+
+    workers = [Worker(index) for index in range(options.jobs)]
+    for worker in workers:
+        while failed := worker.first_failure("*"):
+            if failed.startswith("("):
+                sys.exit("mutate: the tests do not end without a fault")
+            print(f"left out, fails without a fault: {failed}", file=sys.stderr)
+            Worker.left_out.append(failed)
+        worker.seconds = 120
+    threads = [threading.Thread(target=work, args=[worker]) for worker in workers]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    for part in sorted(tried):
+        print(f"{part}: {caught[part]} of {tried[part]} caught,"
+              f" {100 * caught[part] / tried[part]:.1f} %")
+
+
+if __name__ == "__main__":
+    main()

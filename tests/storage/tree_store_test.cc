@@ -1,0 +1,321 @@
+#include "vosmere/cpp/store.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/disk.h"
+#include "tests/support/files.h"
+#include "tests/support/stored_tree.h"
+
+namespace vosmere::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+Result<Store> OpenAt(const fs::path& path, const StoreOptions& options = {}) {
+  return Store::Open(path.u16string(), options);
+}
+
+StoreOptions Reading() {
+  StoreOptions options;
+  options.readOnly = true;
+  return options;
+}
+
+bool Says(const Store& store, const std::string& what) {
+  return std::any_of(store.notes().begin(), store.notes().end(),
+                     [&](const std::string& note) { return note.find(what) != std::string::npos; });
+}
+
+class AStore : public testing::Test {
+ protected:
+  Result<Store> Open(const StoreOptions& options = {}) { return OpenAt(path, options); }
+  void CopyTo(const fs::path& to) {
+    fs::remove_all(to);
+    fs::copy(path, to, fs::copy_options::recursive);
+  }
+  /// A store in the folder with so many changes, and all trees on the way.
+  std::vector<std::string> MakeHistory(int changes, unsigned seed = 1) {
+    Result<Store> store = Open();
+    std::vector<std::string> history = {Dump(store->tree())};
+    RandomChanges random(seed);
+    for (int i = 0; i < changes; ++i) {
+      random.Change(store->tree());
+      history.push_back(Dump(store->tree()));
+    }
+    return history;
+  }
+
+  const TempFolder folder;
+  const fs::path path = folder / "store";
+  const FastDisk fast;
+};
+
+TEST_F(AStore, IsWhatItWasAfterAnyChangesAndUndoesThemAll) {
+  for (unsigned seed = 1; seed <= 3; ++seed) {
+    fs::remove_all(path);
+    RandomChanges random(seed);
+    std::string first, last;
+    {
+      Result<Store> store = Open();
+      ASSERT_TRUE(store) << store.error();
+      first = Dump(store->tree());
+      for (int i = 0; i < 400; ++i) {
+        random.Change(store->tree());
+        if (i % 100 == 50) {
+          ASSERT_FALSE(store->Checkpoint());
+        }
+      }
+      last = Dump(store->tree());
+      while (*store->Undo()) {
+      }
+      EXPECT_TRUE(Dump(store->tree()) == first);
+      while (*store->Redo()) {
+      }
+      EXPECT_TRUE(Dump(store->tree()) == last);
+    }
+    for (int i = 0; i < 2; ++i) {  // from the log, then from a checkpoint
+      Result<Store> store = Open();
+      ASSERT_TRUE(store) << store.error();
+      EXPECT_TRUE(Dump(store->tree()) == last) << seed;
+      ASSERT_FALSE(store->Checkpoint());
+    }
+  }
+}
+
+TEST_F(AStore, UndoesWhatTheLogHoldsAfterItWasOpenedAgain) {
+  const std::vector<std::string> history = MakeHistory(60);
+  Result<Store> store = Open();
+  EXPECT_TRUE(Dump(store->tree()) == history.back());
+  ASSERT_TRUE(*store->Undo());
+  ASSERT_TRUE(*store->Undo());
+  const std::string undone = Dump(store->tree());
+  EXPECT_NE(std::find(history.begin(), history.end(), undone), history.end());
+  store = Error();
+  store = Open();
+  EXPECT_TRUE(Dump(store->tree()) == undone);
+  ASSERT_TRUE(*store->Redo());
+  ASSERT_TRUE(*store->Redo());
+  EXPECT_TRUE(Dump(store->tree()) == history.back());
+  while (*store->Undo()) {
+  }
+  EXPECT_TRUE(Dump(store->tree()) == history.front());
+}
+
+TEST_F(AStore, WithABrokenLogHoldsWhatCameBefore) {
+  const std::vector<std::string> history = MakeHistory(25);
+  const std::string log = ReadBytes(path / "changes-1");
+  std::mt19937 random(1);
+  const fs::path copy = folder / "copy";
+  for (int i = 0; i < 120; ++i) {
+    std::string bytes = log;
+    const std::size_t at = random() % bytes.size();
+    if (i % 4 == 0) bytes[at] = static_cast<char>(bytes[at] ^ (1 << i % 8));
+    if (i % 4 == 1) bytes.resize(at);
+    if (i % 4 == 2) bytes.replace(at, std::string::npos, 4096, '\0');
+    if (i % 4 == 3) bytes.replace(at, 4, "\xFF\xFF\xFF\x7F", 4);  // a huge length, now and then
+    CopyTo(copy);
+    WriteBytes(copy / "changes-1", bytes);
+    for (const bool readOnly : {true, false}) {
+      const Result<Store> store = OpenAt(copy, readOnly ? Reading() : StoreOptions());
+      ASSERT_TRUE(store) << i << store.error();
+      const std::string now = Dump(store->tree());
+      ASSERT_NE(std::find(history.begin(), history.end(), now), history.end()) << i << " at " << at;
+      ASSERT_TRUE(now == history.back() || Says(*store, "changes-1 ")) << i;
+      ASSERT_EQ(fs::exists(copy / "checkpoint-2"), !readOnly) << i;
+    }
+    // What could not be used is still there.
+    bool isKept = false;
+    for (const auto& entry : fs::directory_iterator(copy))
+      isKept = isKept || ReadBytes(entry.path()) == bytes;
+    ASSERT_TRUE(isKept);
+  }
+}
+
+TEST_F(AStore, WithABrokenCheckpointGoesOnFromTheOneBefore) {
+  std::string last;
+  {
+    Result<Store> store = Open();
+    RandomChanges random(5);
+    for (int i = 0; i < 4; ++i) {
+      for (int k = 0; k < 30; ++k) random.Change(store->tree());
+      ASSERT_FALSE(store->Checkpoint());
+    }
+    for (int k = 0; k < 30; ++k) random.Change(store->tree());
+    last = Dump(store->tree());
+  }
+  EXPECT_FALSE(fs::exists(path / "checkpoint-2"));
+  ASSERT_TRUE(fs::exists(path / "checkpoint-3"));
+  const Result<std::vector<StoredCheckpoint>> all = Store::Checkpoints(path.u16string());
+  ASSERT_EQ(all->size(), 3u);
+  EXPECT_TRUE(all->at(0).loads && all->at(0).items > 10);
+  const std::string whole = ReadBytes(path / "checkpoint-5");
+  for (std::size_t at = 3; at < whole.size(); at += whole.size() / 20 + 1) {
+    const fs::path copy = folder / "copy";
+    CopyTo(copy);
+    std::string bytes = whole;
+    bytes[at] ^= 4;
+    WriteBytes(copy / "checkpoint-5", bytes);
+    const Result<Store> store = OpenAt(copy);
+    ASSERT_TRUE(store) << store.error();
+    EXPECT_TRUE(Dump(store->tree()) == last) << at;
+    EXPECT_TRUE(Says(*store, "checkpoint-5 does not load: ") &&
+                Says(*store, "checkpoint-4 is loaded") &&
+                Says(*store, "checkpoint-5 is set aside"));
+    EXPECT_TRUE(at < 200 || Says(*store, "it would have held"));
+  }
+  for (const char* name : {"checkpoint-3", "checkpoint-4", "checkpoint-5"})
+    WriteBytes(path / name, "");
+  const Result<Store> none = Open();
+  ASSERT_FALSE(none) << "an empty tree in place of a reason";
+  EXPECT_EQ(none.error().reason, "checkpoint-5 does not load: it is empty");
+}
+
+TEST_F(AStore, TakesNoLogOfAnotherStore) {
+  const std::vector<std::string> history = MakeHistory(10);
+  const std::string log = ReadBytes(path / "changes-1");
+  fs::remove_all(path);
+  const std::vector<std::string> other = MakeHistory(0);
+  WriteBytes(path / "changes-1", log);
+  const Result<Store> store = Open();
+  ASSERT_TRUE(store);
+  EXPECT_TRUE(Dump(store->tree()) == other.back());
+  EXPECT_TRUE(Says(*store, "it belongs to another store")) << store->notes().back();
+}
+
+TEST_F(AStore, IsHeldByOneAndReadByOthers) {
+  Result<Store> store = Open();
+  Add<CFolderNode>(store->tree(), "Trips");
+  ASSERT_FALSE(store->Flush());
+  EXPECT_EQ(Open().error().reason, "another program has the store open");
+  const Result<Store> reader = Open(Reading());
+  ASSERT_TRUE(reader) << reader.error();
+  EXPECT_TRUE(Dump(reader->tree()) == Dump(store->tree()));
+  store = Error();
+  EXPECT_TRUE(Open());
+  fs::create_directory(folder / "empty");
+  EXPECT_EQ(OpenAt(folder / "empty", Reading()).error().reason, "there is no store in the folder");
+  EXPECT_FALSE(OpenAt(folder / "no" / "store"));
+}
+
+// Whatever fails, the tree in memory has every change, and the disk has what was flushed.
+TEST_F(AStore, LosesNothingThatWasFlushedWhateverCallFails) {
+  for (const bool forEver : {false, true})
+    for (int call = 0;; ++call) {
+      fs::remove_all(path);
+      bool reached = false;
+      std::string flushed, last;
+      std::vector<std::string> history;
+      {
+        FailingDisk disk(call, forEver, call % 2 ? 28 : 5);
+        StoreOptions options;
+        options.groupMilliseconds = 1000;  // flushed when asked alone, so that calls have numbers
+        Result<Store> store = Open(options);
+        RandomChanges random(7);
+        for (int i = 0; store && i < 12; ++i) {
+          random.Change(store->tree());
+          history.push_back(last = Dump(store->tree()));
+          const bool stored = i % 3 == 2 && (i == 5 ? !store->Checkpoint() : !store->Flush());
+          if (stored) flushed = last;
+        }
+        reached = disk.reached();
+        if (!forEver && store) {
+          ASSERT_FALSE(store->Flush()) << call;
+          flushed = last;
+        }
+      }
+      const FastDisk works;
+      const Result<Store> store = Open();
+      ASSERT_TRUE(store) << call << " " << store.error();
+      const std::string now = Dump(store->tree());
+      const auto at = std::find(history.begin(), history.end(), now);
+      if (!flushed.empty()) {
+        ASSERT_NE(at, history.end()) << call;
+        ASSERT_GE(at, std::find(history.begin(), history.end(), flushed)) << call;
+      }
+      if (!reached) break;
+    }
+}
+
+TEST_F(AStore, LosesNothingThatWasFlushedWheneverThePowerFails) {
+  std::vector<std::string> history = MakeHistory(6);
+  std::vector<std::pair<std::size_t, std::size_t>> flushed = {{0, history.size() - 1}};
+  PowerLoss disk(path);
+  {
+    StoreOptions options;
+    options.groupMilliseconds = 1000;
+    options.keep = 2;
+    Result<Store> store = Open(options);
+    RandomChanges random(11);
+    for (int i = 0; i < 12; ++i) {
+      random.Change(store->tree());
+      history.push_back(Dump(store->tree()));
+      if (i % 2 == 0) continue;
+      ASSERT_FALSE(i % 4 == 3 ? store->Checkpoint() : store->Flush());
+      flushed.push_back({disk.calls(), history.size() - 1});
+    }
+  }
+  const fs::path left = folder / "left";
+  const int states = disk.ForEachState(left, [&](std::size_t call) {
+    const FastDisk works;
+    const Result<Store> store = OpenAt(left);
+    ASSERT_TRUE(store) << "after call " << call << ": " << store.error();
+    std::size_t least = 0;
+    for (const auto& [at, change] : flushed)
+      if (at <= call) least = change;
+    const auto at = std::find(history.begin() + static_cast<std::ptrdiff_t>(least), history.end(),
+                              Dump(store->tree()));
+    ASSERT_TRUE(at != history.end()) << "after call " << call << ": " << store->notes().back();
+  });
+  RecordProperty("states", states);
+  EXPECT_GT(states, 50);
+}
+
+TEST_F(AStore, TellsEveryChange) {
+  std::string told, read;
+  const auto append = [](std::string& to) {
+    return [&to](std::uint64_t sequence, CVSMNotifyMsg& message) {
+      to += std::to_string(sequence) + " " + std::to_string(message.GetNotifyType()) + " " +
+            ToUtf8(message.GetName()) + " in " + ToUtf8(message.GetParent()) + "; ";
+    };
+  };
+  Result<Store> store = Open();
+  SetName(*store->tree()->item, "Library");
+  store->Listen(append(told));
+  CFolderNode* const trips = Add<CFolderNode>(store->tree(), "Trips");
+  CUrlNode* const page = Add<CUrlNode>(trips, "Rome", "http://rome.example/");
+  Move(page, store->tree());
+  SetAddress(*page, "http://roma.example/");
+  SetAddress(*page, "http://roma.example/");  // which changes nothing
+  Remove(page);
+  ASSERT_TRUE(*store->Undo());
+  EXPECT_EQ(told,
+            "2 1000 Trips in Library; 3 3000 Rome in Trips; 4 3003 Rome in Library; "
+            "5 3001 Rome in Library; 6 3002 Rome in Library; 7 3000 Rome in Library; ");
+  ASSERT_FALSE(store->Changes(1, append(read)));
+  EXPECT_EQ(read, told);
+  const std::uint64_t number = store->NumberOf(trips->GetRNode());
+  EXPECT_EQ(store->LinkOf(number), trips->GetRNode());
+}
+
+TEST_F(AStore, OpensAnOldCheckpointAsItWas) {
+  std::string first;
+  {
+    Result<Store> store = Open();
+    ASSERT_FALSE(store->SetTree(NewTree("mine")));
+    first = Dump(store->tree());
+    Add<CUrlNode>(store->tree(), "page");
+    ASSERT_FALSE(store->Checkpoint());
+  }
+  StoreOptions options;
+  options.checkpoint = 2;
+  EXPECT_TRUE(Dump(Open(options)->tree()) == first);
+  EXPECT_TRUE(Dump(Open()->tree()) == first) << "which is the newest now";
+}
+
+}  // namespace
+}  // namespace vosmere::test

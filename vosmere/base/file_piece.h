@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+
+namespace vosmere {
+
+/// A piece of memory to be written.
+struct FilePiece {
+  const void* data;
+  std::size_t size;
+};
+
+}  // namespace vosmere

@@ -1,0 +1,16 @@
+#include "vosmere/platform/parser_thread.h"
+
+#include <windows.h>
+
+#include <objbase.h>
+
+namespace vosmere {
+
+// Each success has its end, also where COM was there already.
+ParserThread::ParserThread() : ends_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
+
+ParserThread::~ParserThread() {
+  if (ends_) ::CoUninitialize();
+}
+
+}  // namespace vosmere

@@ -1,0 +1,151 @@
+// A tree whose links have numbers, and the changes that can be made to it and unmade.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "vosmere/storage/internal/item_fields.h"
+#include "vosmere/storage/internal/number_map.h"
+#include "vosmere/tree/tree_link.h"
+
+namespace vosmere {
+
+/// The kinds of change. Their numbers stand in files.
+enum class ChangeKind : unsigned char { kAdd = 1, kRemove = 2, kMove = 3, kFields = 4, kSort = 5 };
+
+/// A change as bytes that say how to make it and how to unmake it.
+struct Change {
+  ChangeKind kind = ChangeKind::kAdd;
+  std::string bytes;
+};
+
+/// Numbers are given in rising order, never twice, and never 0. The root has one, too.
+///
+/// The files describe links one by one: number, number of the parent, what it is, fields. A link
+/// comes after its parent and as the last of it; the local tree of a collection comes right after
+/// the collection.
+class StoredTree : private LinkLookup {
+ public:
+  StoredTree() = default;
+  StoredTree(const StoredTree&) = delete;
+  StoredTree& operator=(const StoredTree&) = delete;
+  ~StoredTree();
+
+  RNode* root() const { return root_; }
+  std::size_t count() const { return links_.size(); }
+  std::uint64_t nextNumber() const { return next_; }
+  void SetNextNumber(std::uint64_t next) { next_ = next; }
+
+  /// Takes a tree that has no numbers yet.
+  void SetRoot(RNode* root);
+  /// Takes the tree of another, whose numbers must go on meaning the same.
+  void Swap(StoredTree& other) noexcept;
+  RNode* Detach();
+
+  // Checkpoints.
+
+  /// Calls `use(bytes)` with the descriptions of a few links at a time, until it is false.
+  template <class Use>
+  bool DescribeAll(Use use) {
+    std::string bytes;
+    return Walk(root_,
+                [&](RNode* link, RNode* parent, bool isLocal) {
+                  Describe(link, parent, isLocal, bytes);
+                  if (bytes.size() < kDescribedAtOnce) return true;
+                  const bool go = use(std::string_view(bytes));
+                  bytes.clear();
+                  return go;
+                }) &&
+           (bytes.empty() || use(std::string_view(bytes)));
+  }
+  /// Reads such descriptions. False for what is none; what was read before stays.
+  bool ReadDescriptions(std::string_view bytes);
+  /// Once all have been read.
+  void FinishReading();
+
+  // Changes that are about to be made to the tree. Each is false, with nothing changed here either,
+  // for what the numbers do not know.
+
+  bool DescribeAdding(RNode* parent, RNode* tree, RNode* before, Change* change);
+  bool DescribeMoving(RNode* link, RNode* parent, RNode* before, Change* change);
+  bool DescribeRemoving(RNode* link, Change* change);
+  /// Of a link whose fields have changed since `before`. False when none has.
+  bool DescribeFields(RNode* link, const FieldValues& before, FieldValues* after, Change* change);
+  void TakeFields(RNode* link, FieldValues* values);
+  bool TakeOrder(RNode* folder, std::vector<std::uint64_t>* order);
+  bool DescribeSorting(RNode* folder, const std::vector<std::uint64_t>& before, Change* change);
+
+  /// Makes a change, or unmakes it. False, with a reason, when it does not fit the tree.
+  bool Make(ChangeKind kind, std::string_view bytes, bool undone, const char** problem);
+
+  /// Gives numbers to links that were put into the tree in another way, and forgets those that are
+  /// no longer in it.
+  void Renumber();
+
+  std::uint64_t NumberOf(const RNode* link) override;
+  RNode* LinkOf(std::uint64_t number) override {
+    return reinterpret_cast<RNode*>(links_.Find(number));
+  }
+  /// The first link that a change is about, if it is in the tree.
+  RNode* SubjectOf(ChangeKind kind, std::string_view bytes);
+  /// Of an added or removed link, which the caller frees with DeleteLink; null for other changes.
+  RNode* CopyOfSubject(ChangeKind kind, std::string_view bytes);
+
+  /// Calls `visit(link, parent, isLocal)` with a link and all below it, each before what is below
+  /// it, local trees of collections included, until it is false.
+  template <class Visit>
+  static bool Walk(RNode* top, Visit visit) {
+    struct Step {
+      RNode* link;
+      RNode* parent;
+      bool isLocal;
+    };
+    std::vector<Step> steps;
+    if (top) steps.push_back({top, top->parent, false});
+    while (!steps.empty()) {
+      const Step step = steps.back();
+      steps.pop_back();
+      if (step.link->next && step.link != top && !step.isLocal)
+        steps.push_back({step.link->next, step.parent, false});
+      if (step.link->firstChild) steps.push_back({step.link->firstChild, step.link, false});
+      if (RNode* const local = LocalRoot(step.link)) steps.push_back({local, step.link, true});
+      if (!visit(step.link, step.parent, step.isLocal)) return false;
+    }
+    return true;
+  }
+  static RNode* LocalRoot(const RNode* link);
+
+ private:
+  static constexpr std::size_t kDescribedAtOnce = 32 * 1024;
+
+  void ReferLater(RNode* page, std::uint64_t number) override;
+  void Describe(RNode* link, RNode* parent, bool isLocal, std::string& bytes);
+  RNode* ReadDescription(ByteReader& reader, std::uint64_t* number, std::uint64_t* parent,
+                         bool* isLocal);
+  bool Attach(RNode* link, std::uint64_t number, RNode* parent, bool isLocal);
+  void Learn(RNode* link, std::uint64_t number);
+  void Forget(std::uint64_t number);
+  RNode* OwnerOf(RNode* link);
+  bool IsWithin(RNode* link, RNode* top);
+
+  const char* MakeAdd(std::string_view bytes);
+  const char* MakeRemove(std::string_view bytes);
+  const char* MakeMove(std::string_view bytes, bool undone);
+  const char* MakeFields(std::string_view bytes, bool undone);
+  const char* MakeSort(std::string_view bytes, bool undone);
+  const char* Place(RNode* link, std::uint64_t parent, std::uint64_t previous);
+  void EnsureNumbers();
+
+  RNode* root_ = nullptr;
+  NumberMap links_;    // number to link
+  NumberMap numbers_;  // link to number, once that is asked for
+  bool hasNumbers_ = true;
+  NumberMap owners_;  // root of a local tree to the link of its collection
+  std::uint64_t next_ = 1;
+  std::vector<std::pair<RNode*, std::uint64_t>> references_;
+};
+
+}  // namespace vosmere

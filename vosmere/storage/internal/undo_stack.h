@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "vosmere/storage/internal/stored_tree.h"
+
+namespace vosmere {
+
+/// The last changes, as many as fit into so many bytes; the newest is always kept. All stand in one
+/// piece of memory, which has room for as many again before the oldest go.
+class UndoStack {
+ public:
+  void Push(ChangeKind kind, std::string_view bytes, std::uint64_t mostBytes) {
+    if (bytes_.size() > 2 * mostBytes) DropOldest(mostBytes);
+    ends_.push_back({kind, bytes_.size() + bytes.size()});
+    bytes_ += bytes;
+  }
+  bool empty() const { return ends_.empty(); }
+  void Pop(Change* change) {
+    change->kind = ends_.back().kind;
+    ends_.pop_back();
+    const std::size_t begin = ends_.empty() ? 0 : ends_.back().end;
+    change->bytes.assign(bytes_, begin);
+    bytes_.resize(begin);
+  }
+  void Drop() {
+    if (ends_.empty()) return;
+    ends_.pop_back();
+    bytes_.resize(ends_.empty() ? 0 : ends_.back().end);
+  }
+  void Clear() {
+    ends_.clear();
+    bytes_.clear();
+  }
+
+ private:
+  struct End {
+    ChangeKind kind;
+    std::size_t end;
+  };
+
+  void DropOldest(std::uint64_t mostBytes) {
+    std::size_t first = 0;
+    while (first < ends_.size() && bytes_.size() - ends_[first].end > mostBytes) ++first;
+    if (first == 0) return;
+    const std::size_t gone = ends_[first - 1].end;
+    ends_.erase(ends_.begin(), ends_.begin() + static_cast<std::ptrdiff_t>(first));
+    for (End& end : ends_) end.end -= gone;
+    bytes_.erase(0, gone);
+  }
+
+  std::vector<End> ends_;
+  std::string bytes_;
+};
+
+}  // namespace vosmere
