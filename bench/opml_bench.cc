@@ -1,4 +1,4 @@
-// Loading and saving a collection tree of 10 MB, beside libxml2 and pugixml.
+// Benchmarks of loading and saving a collection tree of 10 MB, compared with libxml2 and pugixml.
 #include <filesystem>
 #include <string>
 
@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kDocumentBytes = 10 * 1000 * 1000;
-constexpr double kPeakLimit = 6;  // bytes of memory for each byte read, items included
+constexpr double kPeakLimit = 6;  // bytes of memory per byte of the document, including the items
 
 bool SaveWithVosmere(RNode* root, const char* path) {
   CWriteColctTreeOPML writer;
@@ -36,7 +36,7 @@ RNode* ReadWithVosmere(const std::string& document) {
   return reader.DetachTreeRoot();
 }
 
-/// The document, the tree that it gives, and a place to save to.
+/// The document, the tree made of it, and a path to save to.
 class Sample {
  public:
   static Sample& Get() {
@@ -66,7 +66,7 @@ class Sample {
     return ReadAll(path_);
   }
 
-  // A comparison is fair only between equal results.
+  // The comparison is only fair if the results are equal.
   void CheckPeers() {
     const std::string expected = Saved(tree_);
     const auto check = [&](RNode* root) {
@@ -121,7 +121,7 @@ BENCHMARK(BM_OpmlLoad<ReadWithPugixml, Heap::kCold>)->Name("OpmlLoad/pugixml")->
 BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kWarm>)->Name("OpmlLoadWarm/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlLoad<ReadWithLibxml2, Heap::kWarm>)->Name("OpmlLoadWarm/libxml2")->UseManualTime();
 BENCHMARK(BM_OpmlLoad<ReadWithPugixml, Heap::kWarm>)->Name("OpmlLoadWarm/pugixml")->UseManualTime();
-// Only the XML, without the items.
+// Only parsing the XML, without making items.
 BENCHMARK(BM_OpmlParse<ParseWithVosmere>)->Name("OpmlParse/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlParse<ParseWithLibxml2>)->Name("OpmlParse/libxml2")->UseManualTime();
 BENCHMARK(BM_OpmlParse<ParseWithPugixml>)->Name("OpmlParse/pugixml")->UseManualTime();

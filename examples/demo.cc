@@ -1,4 +1,4 @@
-// Loads a reading list, changes it, saves it, loads it back, and proves that nothing was lost.
+// Loads a reading list, changes it, saves it, loads it again and checks that nothing was lost.
 //
 //   vosmere_demo examples/reading-list.opml
 #include <filesystem>
@@ -7,10 +7,7 @@
 #include <vector>
 
 #include "tools/platform.h"
-#include "vosmere/collections/opml_reader.h"
-#include "vosmere/collections/opml_writer.h"
 #include "vosmere/cpp.h"
-#include "vosmere/text/unicode_tool.h"
 #include "vosmere/tree/tree_walk.h"
 
 using namespace vosmere;
@@ -18,58 +15,29 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Utf8(const WChar* text) {
-  char* bytes = nullptr;
-  int length = 0;
-  if (!CUnicodeTool::TCHARGetUTF8(text, &bytes, &length)) throw std::bad_alloc();
-  const std::unique_ptr<char, FreeWith<CUnicodeTool::DeleteBuffer>> owned(bytes);
-  return {bytes, static_cast<std::size_t>(length)};
-}
-
-Tree Load(const fs::path& file) {
-  CReadColctTreeOPML reader;
-  if (reader.LoadFile(Wide(file.u16string()))) {
-    Tree tree(reader.DetachTreeRoot());
-    if (!tree) std::cerr << file.string() << ": is no OPML\n";
-    return tree;
-  }
-  const DocumentError& error = reader.LastError();
-  std::cerr << file.string() << ':' << error.line << ':' << error.column << ": " << error.reason
-            << '\n';
-  return nullptr;
-}
-
-bool Save(RNode* root, const fs::path& file) {
-  CWriteColctTreeOPML writer;
-  writer.SetTreeRoot(root);
-  if (writer.SaveToFile(Wide(file.u16string()))) return true;
-  std::cerr << file.string() << ": " << writer.LastError().reason << '\n';
-  return false;
-}
-
-// One line for each folder: its name, how many collections it holds, and the first of them.
+// Prints a line for each folder: its name, the number of its collections, and the first of these.
 void Show(RNode* folder, std::size_t level) {
   std::string names;
   int count = 0;
   for (RNode* const child : Children(folder)) {
     if (child->type != NT_COLCT || ++count > 3) continue;
-    names += (names.empty() ? "" : ", ") + Utf8(child->item->GetName());
+    names += (names.empty() ? "" : ", ") + ToUtf8(child->item->GetName());
   }
-  std::cout << std::string(2 * level, ' ') << Utf8(folder->item->GetName());
+  std::cout << std::string(2 * level, ' ') << ToUtf8(folder->item->GetName());
   if (count) std::cout << " (" << count << "): " << names << (count > 3 ? ", ..." : "");
   std::cout << '\n';
   for (RNode* const child : Children(folder))
     if (child->type == NT_FOLDER) Show(child, level + 1);
 }
 
-// What the user does: a new folder with one subscription, unread and flagged.
+// Adds a new folder with one subscription, which is unread and flagged.
 void AddNewThings(RNode* root) {
   CFolderNode& folder = *Add<CFolderNode>(root, u"To read on the train");
   folder.SetDescription(Wide(u"Added by the demo"));
   folder.SetUUID(SystemString(RNTool::CreateUUID()).get());
 
   CColctNode& comic = *Add<CColctNode>(folder.GetRNode(), u"Wondermark – comics weekly");
-  comic.SetUrl(Wide(u"https:\\\\wondermark.com\\feed\\"));  // in memory as paths are
+  comic.SetUrl(Wide(u"https:\\\\wondermark.com\\feed\\"));  // with backslashes, as the reader gives
   comic.SetUUID(SystemString(RNTool::CreateUUID()).get());
   comic.SetVersion(3);
   comic.GetColctNetData()->SetColctExpandState(true);
@@ -80,11 +48,11 @@ void AddNewThings(RNode* root) {
   stat->SetFlag(2);
 }
 
-// Every stored field of one item. A folder has no statistics and no network side in the document.
+// Every stored field of an item. The document has no statistics and network settings of folders.
 std::string Fields(RNode* link) {
   CBaseNode& item = *link->item;
-  std::string all = Utf8(item.GetName()) + " | " + Utf8(item.GetDescription()) + " | " +
-                    Utf8(item.GetUUID()) + " | version " + std::to_string(item.GetVersion());
+  std::string all = ToUtf8(item.GetName()) + " | " + ToUtf8(item.GetDescription()) + " | " +
+                    ToUtf8(item.GetUUID()) + " | version " + std::to_string(item.GetVersion());
   if (link->type != NT_COLCT) return all;
   auto& colct = static_cast<CColctNode&>(item);
   const CNodeStat& stat = *colct.GetNodeStat();
@@ -93,10 +61,10 @@ std::string Fields(RNode* link) {
   for (const int number : {added, modified, lastVisited, LONG{stat.IsUnread()}, stat.GetFlag(),
                            LONG{colct.GetColctNetData()->GetColctExpandState()}})
     all += " | " + std::to_string(number);
-  return all + " | " + Utf8(colct.GetUrl()) + " | " + Utf8(colct.GetRelationUrl());
+  return all + " | " + ToUtf8(colct.GetUrl()) + " | " + ToUtf8(colct.GetRelationUrl());
 }
 
-// The whole tree as lines, indented by level, so that two trees are the same when the lines are.
+// The whole tree as lines, indented by level. Two trees are equal if their lines are equal.
 std::vector<std::string> Snapshot(RNode* root) {
   std::vector<std::string> lines = {Fields(root)};
   std::size_t level = 1;
@@ -121,28 +89,32 @@ bool Same(const std::vector<std::string>& before, const std::vector<std::string>
   return true;
 }
 
+int Complain(const Error& error) {
+  std::cerr << error << '\n';
+  return 1;
+}
+
 int Run(const fs::path& file) {
-  const Tree tree = Load(file);
-  if (!tree) return 1;
+  const Result<Tree> list = Load<Tree>(file);
+  if (!list) return Complain(list.error());
+  const Tree& tree = *list;
   Show(tree.get(), 0);
 
   const std::size_t loaded = Snapshot(tree.get()).size();
   AddNewThings(tree.get());
   const std::vector<std::string> before = Snapshot(tree.get());
   std::cout << "\nLoaded " << loaded << " items, added " << before.size() - loaded << ":\n";
-  Show(tree->firstChild->prev, 1);  // the last child: a chain's head points back at its end
+  Show(tree->firstChild->prev, 1);  // the last child: the head's `prev` is the last cell
 
-  const fs::path saved =
-      fs::temp_directory_path() /
-      ("vosmere-demo-" + Utf8(SystemString(RNTool::CreateUUID()).get()) + ".opml");
-  const bool isSaved = Save(tree.get(), saved);
-  const Tree back = isSaved ? Load(saved) : nullptr;
-  std::error_code ignored;
-  const auto bytes = fs::file_size(saved, ignored);
-  fs::remove(saved, ignored);
-  if (!back || !Same(before, Snapshot(back.get()))) return 1;
-  std::cout << "\nSaved " << bytes << " bytes, loaded them back, compared every field of "
-            << before.size() << " items: nothing was lost.\n";
+  const Result<SavedBytes> saved = SaveToBytes(tree);
+  if (!saved) return Complain(saved.error());
+  for (const Loss& loss : saved->losses) std::cout << loss << '\n';
+  const Result<Tree> back = Load<Tree>(Bytes(saved->bytes));
+  if (!back) return Complain(back.error());
+  if (!Same(before, Snapshot(back->get()))) return 1;
+  std::cout << "\nSaved " << saved->bytes.size()
+            << " bytes, loaded them back, compared every field of " << before.size()
+            << " items: nothing was lost.\n";
   return 0;
 }
 

@@ -255,6 +255,7 @@ std::string Describe(const CEngineNode& engine) {
 /// `fresh` and `filled` are what an item has beyond every item, as new and with nothing as it was.
 template <class Node>
 void ExpectCopies(const std::string& fresh, const std::string& filled) {
+  const SteppedClock clock(1000, 0, 1);  // which goes on with each reading
   Item<Node> source(Node::New());
   EXPECT_EQ(Describe(*source), "|||1 1 2 0 0 0|1000 1000 1000 0 0" + fresh);
   EXPECT_EQ(Describe(*Item<Node>(Node::New(source.get()))), Describe(*source));
@@ -268,7 +269,6 @@ void ExpectCopies(const std::string& fresh, const std::string& filled) {
 }
 
 TEST(Items, AreCopiedWholeButForTheirLink) {
-  const SteppedClock clock(1000);
   const std::string page = "|url|author|relation|3|6 xls 00 News sport", net = "owner|1111|1 2 4 6";
   ExpectCopies<CFolderNode>("", "");
   ExpectCopies<CEnginePool>("", "");

@@ -51,7 +51,7 @@ int PostFile(PostOptions options) {
   return Post(options);
 }
 
-/// Runs a verb; what stops it is told and becomes the exit code.
+/// Runs a verb. An exception is printed and gives the exit code.
 template <class Verb>
 int Run(Verb verb) {
   try {
@@ -60,7 +60,7 @@ int Run(Verb verb) {
     std::cerr << failure.message << '\n';
     return failure.exitCode;
   } catch (const std::ios::failure&) {
-    throw;  // no verb can go on without the output
+    throw;  // standard output failed, so the program ends
   } catch (const std::exception& error) {
     std::cerr << "vosmere: error: " << error.what() << '\n';
     return kTrouble;
@@ -231,13 +231,13 @@ int Main(const Arguments& arguments) {
 
   PostOptions post;
   AddPost(app, post)->callback([&] {
-    std::cout.exceptions(std::ios::goodbit);  // nothing may be thrown through the library
+    std::cout.exceptions(std::ios::goodbit);  // the library calls back; no exception may cross it
     exitCode = Run([&] { return PostFile(post); });
     if (exitCode != kTrouble) std::cout.exceptions(std::ios::badbit);
   });
 
   try {
-    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them
+    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
   } catch (const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining();
     if (app.get_subcommands().empty() && !unknown.empty())
@@ -248,13 +248,13 @@ int Main(const Arguments& arguments) {
 }
 
 int Program(const Arguments& arguments) try {
-  std::cout.exceptions(std::ios::badbit);  // the reason is known when it fails, not afterwards
+  std::cout.exceptions(std::ios::badbit);  // errno holds the reason only right after the failure
   const int exitCode = Main(arguments);
   std::cout.flush();
   return exitCode;
 } catch (const std::ios::failure&) {
   const std::string reason = std::generic_category().message(errno);
-  std::cerr.tie(nullptr);  // it would try the output again
+  std::cerr.tie(nullptr);  // writing to cerr would flush cout, which fails again
   std::cerr << "vosmere: error: the output cannot be written: " << reason << '\n';
   return kTrouble;
 }

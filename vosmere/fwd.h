@@ -11,6 +11,7 @@ struct TList;
 class CKQSynch;
 class CVSMGlobal;
 struct DocumentError;
+struct DocumentLoss;
 struct FilePiece;
 struct WideView;
 

@@ -1,6 +1,7 @@
 #include "vosmere/platform/internal/shell.h"
 
-#include "tests/support/platform.h"
+#include <utility>
+
 #include "tests/support/test.h"
 
 namespace vosmere::test::shell {
@@ -16,18 +17,19 @@ std::string AddressIn(const std::string& shortcut) {
 }
 
 TEST(Shell, ReadsTheAddressOfAShortcutOnAnyThread) {
-  const std::string shortcut =
-      "[DEFAULT]\r\nBASEURL=http://b/\r\n[internetshortcut]\r\nX=1\r\nurl=http://n/?a=1&b=2\r\n";
-  EXPECT_EQ(AddressIn(shortcut), "http://n/?a=1&b=2");
-  std::string address;
-  RunOnSmallStack(1 << 20, [&] { address = AddressIn(shortcut); });
-  EXPECT_EQ(address, "http://n/?a=1&b=2");
-}
-
-TEST(Shell, WhatHoldsNoAddressGivesNull) {
-  for (const char* const shortcut : {"", "[InternetShortcut]\r\n", "[Other]\r\nURL=http://a/\r\n",
-                                     "http://a/\r\n", "URL=http://a/\r\n"})
-    EXPECT_EQ(AddressIn(shortcut), "(null)") << shortcut;
+  const std::pair<std::string, const char*> cases[] = {
+      {"[DEFAULT]\r\nBASEURL=http://b/\r\n[internetshortcut]\r\nX=1\r\nurl=http://n/?a=1&b=2\r\n",
+       "http://n/?a=1&b=2"},
+      {"", "(null)"},
+      {"[InternetShortcut]\r\n", "(null)"},
+      {"[Other]\r\nURL=http://a/\r\n", "(null)"},
+      {"http://a/\r\n", "(null)"},
+      {"URL=http://a/\r\n", "(null)"}};
+  const auto check = [&](int) {
+    for (const auto& [shortcut, address] : cases) EXPECT_EQ(AddressIn(shortcut), address);
+  };
+  check(0);
+  AtOnce(1, check);
   EXPECT_EQ(ShortcutAddress(W("/no such/page.url")), nullptr);
 }
 

@@ -20,7 +20,7 @@ std::string List(CTimeEventQueue& queue) {
 // Everything against plain walks from the tail, at the edge of what a time can be: some rounds with
 // times that change, some with events that are in a queue already, some with little memory.
 TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
-  constexpr LONG kEarliest = std::numeric_limits<LONG>::min();
+  constexpr LONG kLatest = std::numeric_limits<LONG>::max(), kEarliest = -kLatest - 1;
   constexpr long kPlenty = std::numeric_limits<long>::max();
   enum { kRemove, kOrReplace, kAndReplace, kInsert, kChoices = 5 };
   std::minstd_rand random(1);
@@ -29,8 +29,10 @@ TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
     std::vector<CTimeEvent*> model;
     CTimeEventQueue queue;
     for (int i = 0; i < 150; ++i) {
-      const LONG time = kEarliest + static_cast<LONG>(random() % 4);
-      const int milliseconds = static_cast<int>(random() % 3) - 1;
+      const auto more = static_cast<LONG>(random() % 4);
+      const LONG time = round % 2 ? kEarliest + more : kLatest - more;
+      const int milliseconds =
+          random() % 8 ? static_cast<int>(random() % 3) - 1 : (random() % 2 ? -kLatest : kLatest);
       if (round % 2 && !model.empty() && random() % 8 == 0) {
         CTimeEvent& queued = *model[random() % model.size()];
         if (random() % 2)

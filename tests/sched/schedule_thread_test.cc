@@ -91,7 +91,8 @@ TEST(ScheduleThread, AJobMayDoAnything) {
   const Traces traces;
   auto scheduler = std::make_unique<Scheduler>();
   std::string fired;
-  Job old(1000, 0), taken(1000, 0), kept(1000, 0), replacement(1000, 0);
+  Job old(1000, 0), later(1001, 0), taken(1000, 0), kept(1000, 0), replacement(1000, 0);
+  later.SetID(1);
   old.SetID(1);
   replacement.SetID(1);
   Job throws(999, 0, [&](Job&) { throw std::runtime_error("job"); });
@@ -106,6 +107,10 @@ TEST(ScheduleThread, AJobMayDoAnything) {
   });
   Job changes(999, 0, [&](Job&) {
     CTimeEvent* replaced = nullptr;
+    EXPECT_TRUE(scheduler->InsertAndReplaceEvent(&later, &replaced));
+    EXPECT_EQ(replaced, &old);
+    EXPECT_TRUE(scheduler->InsertAndReplaceEvent(&old, &replaced));
+    EXPECT_EQ(replaced, &later);
     EXPECT_EQ(scheduler->GetHeadEvent(), &taken);
     EXPECT_TRUE(scheduler->InsertOrReplaceEvent(&replacement, false, &replaced));
     EXPECT_EQ(replaced, &old);

@@ -4,7 +4,10 @@
 #include <utility>
 
 #include "tests/support/jobs.h"
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
+#include "tests/support/traces.h"
+#include "vosmere/sched/stopwatch.h"
 
 namespace vosmere::test::time_event {
 
@@ -19,20 +22,12 @@ Time TimeOf(const CTimeEvent& event) {
   return time;
 }
 
-TEST(TimeEvent, ComparesSecondsThenMilliseconds) {
+TEST(TimeEvent, CarriesMillisecondsOnceAndStaysWithin32Bits) {
   const SteppedClock clock(98, 700);
   EXPECT_EQ(TimeOf(Job()), Time(98, 700));
-  const Job job(100, 500), later(100, 501);
-  EXPECT_EQ(job.CompareTime(99, 999), 1);
-  EXPECT_EQ(job.CompareTime(100, 500), 0);
-  EXPECT_EQ(job.CompareTime(101, 0), -1);
-  EXPECT_EQ(job.CompareTime(&later), -1);
   Time left;
-  EXPECT_EQ(job.CompareCurrentTime(&left.first, &left.second), 1);
+  EXPECT_EQ(Job(100, 500).CompareCurrentTime(&left.first, &left.second), 1);
   EXPECT_EQ(left, Time(2, -200));
-}
-
-TEST(TimeEvent, CarriesMillisecondsOnceAndStaysWithin32Bits) {
   Job job(100, 1500);
   EXPECT_EQ(TimeOf(job), Time(101, 500));
   job.SetTime(100, 2500);
@@ -55,21 +50,41 @@ TEST(TimeEvent, SetTimeTakesTheReferencesSecondsForItsMilliseconds) {
   EXPECT_EQ(TimeOf(job), Time(1'700'000'011, 1'699'999'020));
 }
 
-class ReferenceMoment : public Job {
- public:
-  static void SetMilliseconds(int milliseconds) { s_iRefMillitm = milliseconds; }
-};
-
 TEST(TimeEvent, SetRefTimeIgnoresItsMilliseconds) {
-  Job job;
+  struct ReferenceMoment : Job {
+    ~ReferenceMoment() override { s_lRefTime = s_iRefMillitm = 0; }
+    void CarryOver(int milliseconds) { s_iRefMillitm = milliseconds; }
+  } job;
+  job.SetDelayToRefTime(1, 300);
+  EXPECT_EQ(TimeOf(job), Time(1, 300));
   CTimeEvent::SetRefTime(500, 900);
   job.SetDelayToRefTime(1, 300);
   EXPECT_EQ(TimeOf(job), Time(501, 300));
-  ReferenceMoment::SetMilliseconds(1250);
+  job.CarryOver(1250);
   CTimeEvent::SetRefTime(500, 0);
   job.SetDelayToRefTime(1, 800);
   EXPECT_EQ(TimeOf(job), Time(503, 50));
-  ReferenceMoment::SetMilliseconds(0);
+}
+
+TEST(TimeTest, MeasuresAndTracesWithItsLabel) {
+  const SteppedClock clock(1000, 900);
+  const Traces traces;
+  CTimeTest watch;
+  watch.SetStart();
+  clock.Set(1012, 150);
+  EXPECT_DOUBLE_EQ(watch.OnStop(W("löad")), 11.25);
+  EXPECT_EQ(traces.lines().at(0), "löad  --- Time Spend=  11.250\n");
+}
+
+TEST(TimeTest, ShowsDatesInLocalTime) {
+  const Zone zone("CST-8");
+  constexpr LONG kTime = 1'204'351'500;  // 2008-03-01 06:05 UTC
+  EXPECT_EQ(OwnedBstr(CTimeTest::GetShowDate(kTime)).utf8(), "Sat 01/03/2008 14:05");
+  EXPECT_EQ(OwnedBstr(CTimeTest::GetShowDate2(kTime)).utf8(), "Mar 01 2008 14:05 Sat");
+  EXPECT_EQ(OwnedBstr(CTimeTest::GetShowDateShort(kTime)).utf8(), "Mar 01 2008 14:05");
+  CalendarTime calendar;
+  EXPECT_EQ(OwnedBstr(CTimeTest::GetShowDate(-900'000)).utf8(),
+            LocalCalendar(-900'000, &calendar) ? "Sun 21/12/1969 22:00" : "");
 }
 
 }  // namespace vosmere::test::time_event

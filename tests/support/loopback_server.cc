@@ -33,9 +33,9 @@ void Peer::WaitForClient() {
   }
 }
 
-LoopbackServer::LoopbackServer(std::vector<Script> scripts, int port)
+LoopbackServer::LoopbackServer(std::vector<Script> scripts)
     : scripts_(std::move(scripts)),
-      listener_(Socket::Listen(port)),
+      listener_(Socket::Listen()),
       port_(listener_.Port()),
       thread_([this] { Serve(); }) {}
 

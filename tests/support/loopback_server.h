@@ -48,7 +48,7 @@ class LoopbackServer {
   using Script = std::function<void(Peer&)>;
 
   /// Connections run through the scripts in turn, and the last script has all others.
-  explicit LoopbackServer(std::vector<Script> scripts, int port = 0);
+  explicit LoopbackServer(std::vector<Script> scripts);
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
   ~LoopbackServer() { Stop(); }

@@ -16,7 +16,7 @@ class Nginx {
   /// `locations` is the inside of the HTTPS server's configuration; PORT stands for its port.
   explicit Nginx(std::string locations) {
     for (std::size_t at; (at = locations.find("PORT")) != locations.npos;)
-      locations.replace(at, 4, std::to_string(port_));
+      locations.replace(at, 4, std::to_string(port()));
     std::string paths;
     for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
       paths += std::string(kind) + "_temp_path " + kind + ";";
@@ -26,7 +26,7 @@ class Nginx {
                    paths +
                    "\n"
                    "server { listen 127.0.0.1:" +
-                   std::to_string(port_) +
+                   std::to_string(port()) +
                    " ssl;\n"
                    "ssl_certificate cert.pem; ssl_certificate_key key.pem;\n" +
                    locations + "}}\n");
@@ -35,15 +35,16 @@ class Nginx {
                 " && openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes"
                 " -keyout key.pem -out cert.pem -days 2 -subj /CN=test"
                 " -addext subjectAltName=IP:127.0.0.1 && chmod -R a+rwX . && " +
-                Command());
+                Command() + " -t && (NGINX='" + std::to_string(listener_.handle()) + ";' " +
+                Command() + " &)");
   }
   Nginx(const Nginx&) = delete;
   Nginx& operator=(const Nginx&) = delete;
   ~Nginx() { Run(Command() + " -s stop"); }
 
   bool runs() const { return runs_; }
-  std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
-  int port() const { return port_; }
+  std::string host() const { return "127.0.0.1:" + std::to_string(port()); }
+  int port() const { return listener_.Port(); }
   std::string certificate() const { return (folder_ / "cert.pem").string(); }
 
  private:
@@ -55,7 +56,7 @@ class Nginx {
   }
 
   TempFolder folder_;
-  int port_ = Socket::Listen().Port();  // and closes again
+  Socket listener_ = Socket::Listen();  // which the server inherits, so that nobody waits for it
   bool runs_ = false;
 };
 

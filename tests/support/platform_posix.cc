@@ -2,6 +2,7 @@
 #include <malloc.h>
 #include <pthread.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -42,7 +43,7 @@ std::size_t PeakMemory(std::function<void()> work) {
   std::ofstream("/proc/self/clear_refs") << 5;
   const std::size_t before = MostResident();
   work();
-  return kSanitized ? 0 : MostResident() - before;
+  return kSanitized ? 0 : std::max(MostResident(), before) - before;
 }
 
 bool RunsOnWine() {

@@ -15,6 +15,21 @@ inline LONG Code(unsigned error) {
   return static_cast<LONG>(0x80070000u | error);
 }
 
+/// A request of tests/data to that server, with a `file` of that name. Its body follows an empty
+/// line.
+inline std::string GoldenRequest(const std::string& name, const LoopbackServer& server,
+                                 const std::string& file = "") {
+  std::string request = TestData("requests/" + name);
+  const auto put = [&](const std::string& word, const std::string& value) {
+    if (const auto at = request.find(word); at != request.npos)
+      request.replace(at, word.size(), value);
+  };
+  put("HOST", server.host());
+  put("FILE", file);
+  put("LENGTH", std::to_string(request.size() - request.find("\r\n\r\n") - 4));
+  return request;
+}
+
 class Sender {
  public:
   explicit Sender(const std::string& host, const std::string& bytes = "0123") {

@@ -52,16 +52,17 @@ std::intptr_t NewSocket() {
 
 }  // namespace
 
-Socket Socket::Listen(int port, int backlog) {
+Socket Socket::Bind() {
   Socket socket(NewSocket());
-  const int again = 1;
-  ::setsockopt(Native(socket.handle_), SOL_SOCKET, SO_REUSEADDR,
-               reinterpret_cast<const char*>(&again), sizeof again);
-  const sockaddr_in address = Loopback(port);
-  const bool listens = ::bind(Native(socket.handle_), reinterpret_cast<const sockaddr*>(&address),
-                              sizeof address) == 0 &&
-                       ::listen(Native(socket.handle_), backlog) == 0;
-  return listens ? std::move(socket) : Socket();
+  const sockaddr_in address = Loopback(0);
+  ::bind(Native(socket.handle_), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  return socket;
+}
+
+Socket Socket::Listen(int backlog) {
+  Socket socket = Bind();
+  ::listen(Native(socket.handle_), backlog);
+  return socket;
 }
 
 Socket Socket::Connect(int port) {

@@ -18,12 +18,14 @@ class Socket {
   }
   ~Socket() { Close(); }
 
-  /// Of 127.0.0.1; port 0 takes any that is free.
-  static Socket Listen(int port = 0, int backlog = 16);
+  /// Takes a port of 127.0.0.1 that is free. Nobody gets a connection there until it listens.
+  static Socket Bind();
+  static Socket Listen(int backlog = 16);
   static Socket Connect(int port);
 
   bool IsOpen() const { return handle_ != kNone; }
   int Port() const;
+  std::intptr_t handle() const { return handle_; }
   Socket Accept();
   /// 0 when the peer has ended or gone.
   std::size_t Receive(char* bytes, std::size_t capacity);

@@ -59,6 +59,16 @@ TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
             "</body></opml>\n");
 }
 
+TEST_F(FavoritesTool, WritesACollectionThatIsReadBackWithAllPages) {
+  ASSERT_EQ(Run(" --rss " + Quoted(folder_ / "rss")).exitCode, 0);
+  EXPECT_EQ(RunTool("show " + Quoted(folder_ / "rss")).out,
+            "[collection] Fav\n"
+            "  [folder] News\n"
+            "    [item] n  http://n/\n"
+            "  [item] A & B's  http://a/?<a>=\"1\"\n"
+            "1 folders, 2 items, 0 unread, 0 flagged\n");
+}
+
 TEST_F(FavoritesTool, ARegistryThatCannotBeReadIsTrouble) {
   EXPECT_EQ(Run(" --reg " + Quoted(folder_ / "none.reg")).exitCode, 2);
   EXPECT_EQ(Run(" --reg a --wine b").exitCode, 2);

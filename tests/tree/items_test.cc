@@ -1,9 +1,6 @@
-// The items of a tree: what they hold, what their setters take, and what a copy keeps.
-#include <array>
+// The items of a tree, beyond their texts and copies (tests/fields_test.cc).
 #include <sstream>
-#include <utility>
 
-#include "tests/support/jobs.h"
 #include "tests/support/test.h"
 #include "tests/support/tree.h"
 #include "vosmere/tree/name_value_pair.h"
@@ -30,110 +27,6 @@ std::string Times(const CNodeStat& stat) {
   std::ostringstream times;
   times << added << ' ' << modified << ' ' << lastVisited;
   return times.str();
-}
-
-std::array<const WChar*, 6> Texts(CUrlNode* page) {
-  return {page->GetName(), page->GetDescription(), page->GetUUID(),
-          page->GetUrl(),  page->GetAuthor(),      page->GetRelationUrl()};
-}
-
-/// All that a web page holds but its link.
-std::string Fields(CUrlNode* page) {
-  int state = 0;
-  const bool checkedIn = page->HasCheckedIn(&state);
-  const CNodeStat* const stat = page->GetNodeStat();
-  const CUrlProp* const prop = page->GetUrlProp();
-  std::ostringstream all;
-  for (const WChar* text : Texts(page)) all << Utf8(text) << '|';
-  all << page->GetVersion() << ' ' << page->GetOrder() << ' ' << state << checkedIn << ' '
-      << page->GetBaseBuild() << ' ' << page->IsDeleted() << ' ' << page->GetNodeData() << '|'
-      << Times(*stat) << ' ' << stat->IsUnread() << ' ' << stat->GetFlag() << '|'
-      << page->GetItemType() << ' ' << prop->GetFileType() << ' ' << Utf8(prop->GetFileExtension())
-      << '|' << Shown(prop->GetTagsHead()) << '|' << prop->DoNeedSaveKeyWords()
-      << (prop->GetRefColctRNode() != nullptr);
-  return all.str();
-}
-
-TEST(Items, StartWithTheClocksTimeAndACopyHasEverythingButTheLinkAndWhatIsToBeSaved) {
-  const SteppedClock clock(1000, 0, 1);  // which goes on with each reading
-  const TreePtr tree = Page(""), colct(NewLink(NT_COLCT, "c"));
-  auto* const page = static_cast<CUrlNode*>(tree->item);
-  EXPECT_EQ(Fields(page),
-            "|||about:blank|(null)|(null)|1 1 21 0 0 0|1000 1000 1000 0 0|0 0 (null)||00");
-  page->SetName(W("n"));
-  page->SetDescription(W("d"));
-  page->SetUUID(W("i"));
-  page->SetUrl(W("u"));
-  page->SetAuthor(W("a"));
-  page->SetRelationUrl(W("r"));
-  page->SetVersion(2);
-  page->SetOrder(3);
-  page->SetCheckedIn(-2);
-  page->SetBaseBuild(5);
-  page->SetAsDeleted(true);
-  page->SetNodeData(6);
-  page->GetNodeStat()->SetStatTime(7, 8, 9, ~0u);
-  page->GetNodeStat()->MarkAsUnread(true);
-  page->GetNodeStat()->SetFlag(10);
-  page->SetItemType(IT_FILE);
-  page->GetUrlProp()->SetFileType(FT_XLS);
-  page->GetUrlProp()->SetFileExtension(W("xls"));
-  page->GetUrlProp()->SetTagsList(MakeTags("News sport"));
-  page->GetUrlProp()->SetNeedSaveKeyWords(true);
-  page->GetUrlProp()->SetRefColctRNode(colct);
-  const std::string filled = Fields(page);
-  EXPECT_EQ(filled.substr(filled.size() - 2), "11");
-
-  const ItemPtr<CUrlNode> copy(CUrlNode::New(page));
-  ExpectNullAtEachFailure([=] { return CUrlNode::New(page); }, CBaseNode::Delete);
-  page->SetName(W("changed"));
-  page->GetUrlProp()->SetFileExtension(nullptr);
-  EXPECT_EQ(Fields(copy.get()), filled.substr(0, filled.size() - 2) + "00");
-  EXPECT_EQ(copy->GetRNode(), nullptr);
-}
-
-TEST(Items, TextsAreCutKeptOrClearedByTheirLengthAndMayComeFromTheItemItself) {
-  constexpr std::size_t kAny = 100'000;
-  const std::string old = "old text";
-  const struct {  // in the order of Texts()
-    void (CUrlNode::*set)(const WChar* text);
-    std::string ofNull;
-    std::size_t longest;
-    std::string ofLonger;
-    bool systems = false;  ///< whether it is a system string
-  } cases[] = {{&CUrlNode::SetName, "(null)", kAny, std::string(kAny + 1, 'x')},
-               {&CUrlNode::SetDescription, "", kAny, std::string(kAny + 1, 'x')},
-               {&CUrlNode::SetUUID, "", 36, std::string(36, 'x')},
-               {&CUrlNode::SetUrl, "(null)", 2084, old, true},
-               {&CUrlNode::SetAuthor, "(null)", 2084, "(null)"},
-               {&CUrlNode::SetRelationUrl, "(null)", 2084, "(null)"}};
-  for (std::size_t i = 0; i < std::size(cases); ++i) {
-    const auto& c = cases[i];
-    const auto item = New<CUrlNode>();
-    const auto after = [&](const WChar* text) {
-      (item.get()->*c.set)(text);
-      return Utf8(Texts(item.get())[i]);
-    };
-    for (const auto& [text, expected] : {std::pair(Wide(nullptr), c.ofNull),
-                                         {W(""), ""},
-                                         {Repeated(c.longest), std::string(c.longest, 'x')},
-                                         {Repeated(c.longest + 1), c.ofLonger}}) {
-      after(W(old));
-      EXPECT_EQ(after(text), expected) << i;
-      EXPECT_EQ(Utf8(Texts(Copy(item).get())[i]), expected) << i;
-    }
-    after(W("Straße 😀"));
-    EXPECT_EQ(after(Texts(item.get())[i] + 1), "traße 😀");
-
-    after(W(old));
-    const Wide fresh = W("fresh");
-    {
-      const FailingMemory memory(0);
-      (item.get()->*c.set)(fresh);
-    }
-    const bool fails = c.systems ? kSystemStringsFail : c.longest > 36;
-    EXPECT_EQ(Utf8(Texts(item.get())[i]), fails ? old : "fresh") << i;
-  }
 }
 
 TEST(Items, OnlyAPlainAddressIsAnUrlAndOnlyState2IsCheckedIn) {

@@ -20,8 +20,8 @@ enum class DocumentFault : LONG {
   kCannotWrite,        ///< a write error, for example a full disk
   kNothingToWrite,     ///< the document is empty, for example because there is nothing to write
   kTooLarge,           ///< the document would have 100 MiB or more
-  kChanged,            ///< the file is not what it was when it was loaded
-  kInUse,              ///< another program has it open
+  kChanged,            ///< the file is no longer what it was when it was loaded
+  kInUse,              ///< another program holds it
 };
 
 /// How many levels deep elements may nest. A document of this depth loads on a thread with a stack

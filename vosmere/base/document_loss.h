@@ -1,10 +1,9 @@
 #pragma once
 
 #include "vosmere/base/types.h"
+#include "vosmere/fwd.h"
 
 namespace vosmere {
-
-class CBaseNode;
 
 /// What becomes of something that a document has no place for, or its reader does not take.
 enum class LossKind : LONG {

@@ -1,4 +1,4 @@
-// Files by their paths, and putting a new one in the place of an old one.
+// File paths, and replacing a file by a new one.
 //
 //   Load<Tree>(argv[1])                                 // bytes of the system, UTF-8 on Windows
 //   Load<Tree>(std::filesystem::path("a") / "b.opml")
@@ -22,10 +22,10 @@
 
 namespace vosmere {
 
-/// A file's path, from whatever says it, for the library and for std::filesystem.
+/// The path of a file, made from any kind of text, for the library and for std::filesystem.
 class FilePath {
  public:
-  /// One of the library's own; null is a file that does not open.
+  /// From a text of the library. A file with a null path cannot be opened.
   FilePath(const WChar* path) : wide_(SysAllocString(path)) {
     char name[kMostBytes];
     if (path && NameFromPath(path, name, sizeof name)) SetNative(name);
@@ -35,7 +35,7 @@ class FilePath {
     const std::u8string name = path.u8string();
     SetWide(reinterpret_cast<const char*>(name.c_str()));
   }
-  /// A narrow text is the system's own bytes, which are UTF-8 on Windows.
+  /// A narrow text is in the system's encoding of file names, which is taken as UTF-8 on Windows.
   template <AnyText Text>
   FilePath(const Text& path) {
     if (detail::IsNull(path)) return;
@@ -51,7 +51,7 @@ class FilePath {
 
   const WChar* get() const { return wide_.get(); }
   const std::filesystem::path& native() const { return native_; }
-  /// In UTF-8, for people.
+  /// In UTF-8, for messages.
   std::string name() const { return ToUtf8(wide_.get()); }
 
  private:
@@ -90,7 +90,8 @@ inline Result<FileMark> MarkOf(const FilePath& path) {
 /// A file of a moment, for a document on its way; it goes away at the end.
 class ReplacingFile {
  public:
-  /// A name that nobody can guess, so that nobody can have put a link there.
+  /// Chooses a random name in `folder`, which cannot be guessed, so that no one can have placed a
+  /// link there. Creates nothing yet.
   explicit ReplacingFile(const std::filesystem::path& folder) {
     const SystemString uuid(RNTool::CreateUUID());
     if (!uuid) detail::ThrowNoMemory();
@@ -105,7 +106,7 @@ class ReplacingFile {
 
   const std::filesystem::path& path() const { return path_; }
 
-  /// Makes it, empty, to be read and written by whom the permissions name, from the beginning.
+  /// Creates the empty file and sets its permissions before anything is written to it.
   std::error_code Create(std::optional<std::filesystem::perms> permissions = {}) const {
     std::error_code code;
     if (!std::ofstream(path_)) return {errno, std::generic_category()};
@@ -117,10 +118,10 @@ class ReplacingFile {
   std::filesystem::path path_;
 };
 
-/// Lets `write` make a file under the path that it is given, then puts what that holds in the place
-/// of `path`: all of it or, when either fails, nothing (SafeCopy). Links are followed, and the
-/// rights stay. What is no plain file, as a device or a pipe, is written to as it is. `write`
-/// returns why it failed, or nothing, and so does this.
+/// Calls `write` with the path of a new temporary file, and then puts what that holds in the place
+/// of `path` (SafeCopy). If either fails, `path` is unchanged. Links are followed, and permissions
+/// are kept. A device or a pipe is written to directly. `write` returns an error or nullopt, and so
+/// does this function.
 template <class Write>
 std::optional<Error> ReplaceFile(const FilePath& path, Write write) {
   namespace fs = std::filesystem;

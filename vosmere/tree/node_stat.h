@@ -31,7 +31,8 @@ class VOSMERE_API CNodeStat {
   /// constructor.
   ULONG GetSetTimes() const { return setTimes_; }
 
-  /// Sets all three as they were, and which of them count as set.
+  /// Sets all three times, and which of them count as set, as GetStatTime and GetSetTimes gave
+  /// them.
   void RestoreTimes(LONG added, LONG modified, LONG lastVisited, ULONG setTimes);
 
   /// Whether the item has changes that the user has not seen.

@@ -16,13 +16,13 @@ const std::string kFolders =
 
 /// The value "v" of the key `Sub\Key` in a file; "(none)" without one.
 std::string ValueIn(const std::filesystem::path& file) {
+  const Hooked<SetUserRegistry> none(nullptr);  // nor at the end
   if (!SetUserRegistry(W(file))) return "(refused)";
   const HKEY key = OpenUserKey(W("sub\\kEY"));
   char bytes[4096];
   ULONG size = sizeof bytes;
   const bool read = ReadKeyValue(key, W("V"), bytes, &size);
   CloseKey(key);
-  SetUserRegistry(nullptr);
   return read ? std::string(bytes, size) : "(none)";
 }
 
@@ -75,10 +75,10 @@ TEST(RegistryFiles, MoreKeysThanAnyUserHasAreRefused) {
   std::string text = "REGEDIT4\n";
   for (int i = 0; i < 1'000'000; ++i) text += "[HKCU]\n";
   WriteBytes(file, text);
+  const Hooked<SetUserRegistry> none(nullptr);
   EXPECT_TRUE(SetUserRegistry(W(file)));
   std::ofstream(file, std::ios::app) << "[HKCU\\a]\n";
   EXPECT_FALSE(SetUserRegistry(W(file)));
-  SetUserRegistry(nullptr);
 }
 
 TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
@@ -136,13 +136,13 @@ TEST(RegistryFiles, AProfilesHiveKnowsItsFavorites) {
   const std::filesystem::path file = profile / "NTUSER.DAT";
   const HiveFile hive(file);
   EXPECT_EQ(ValueIn(file), std::string("a\0b", 3));
+  const Hooked<SetUserRegistry> none(nullptr);
   ASSERT_TRUE(SetUserRegistry(W(file)));
   EXPECT_EQ(OpenUserKey(W("Sub\\Other")), nullptr);
   hive.SetFavorites(Utf16(u"D:\\Fav"));
   EXPECT_EQ(Folder(), (profile / "Favorites").string());
   hive.SetFavorites(Utf16(u"%UserProfile%\\My Fav"));
   EXPECT_EQ(Folder(), (profile / "My Fav").string());
-  SetUserRegistry(nullptr);
 }
 
 TEST(RegistryFiles, ADamagedHiveIsReadOrRefusedWithoutHarm) {
