@@ -173,7 +173,20 @@ Json WrittenAddressOf(const CColctNode& colct) {
   return address;
 }
 
+/// A page of a store's tree; documents of trees have none.
+Record StoredPageContent(const CUrlNode& page) {
+  Record record{"page"};
+  record.Add("name", TextOf(page.GetName()));
+  record.Add("description", TextOf(page.GetDescription()));
+  record.Add("link", AddressOf(page.GetUrl()), kOnLine);
+  AddSync(record, page);
+  AddMarks(record, page);
+  AddTimes(record, page);
+  return record;
+}
+
 Record OutlineContent(RNode& link) {
+  if (const auto* page = As<CUrlNode>(&link)) return StoredPageContent(*page);
   const bool isFolder = link.type == NT_FOLDER;
   const CBaseNode& item = *link.item;
   Record record{isFolder ? "folder" : "collection"};

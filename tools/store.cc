@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <iostream>
+#include <limits>
 
 #include "tools/document.h"
 #include "tools/text.h"
@@ -70,7 +71,7 @@ int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out
   for (const StoredCheckpoint& checkpoint : *checkpoints) {
     out << "checkpoint " << checkpoint.number << ": ";
     if (checkpoint.items)
-      out << checkpoint.items << " items, " << checkpoint.changes << " changes, "
+      out << "items: " << checkpoint.items << ", changes: " << checkpoint.changes << ", "
           << DateOf(checkpoint.time);
     if (!checkpoint.loads) {
       out << (checkpoint.items ? "; " : "") << "does not load: " << checkpoint.problem;
@@ -80,8 +81,15 @@ int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out
   }
   if (restored == 0) return exitCode;
   StoreOptions options;
-  options.checkpoint = restored;
   options.create = false;
+  options.keep = std::numeric_limits<int>::max();
+  {  // what the store holds now can then be restored as well
+    Result<Store> now = Open(folder, options);
+    if (now)
+      if (const std::optional<Error> error = now->Checkpoint())
+        throw FailureOf(Printable(folder), *error);
+  }
+  options.checkpoint = restored;
   const Store store = OpenOrThrow(folder, options);
   out << "checkpoint " << restored << " is the newest now\n";
   return kFine;
