@@ -54,8 +54,9 @@ int ShowLog(const std::string& folder, std::ostream& out) {
   const Store store = OpenOrThrow(folder, ToRead());
   const auto print = [&](std::uint64_t sequence, CVSMNotifyMsg& message) {
     out << sequence << ' ' << Printable(message.GetName()) << ' ' << What(message.GetNotifyType());
-    if (message.GetOldParent()) out << " from " << Printable(message.GetOldParent());
-    if (message.GetParent()) out << " in " << Printable(message.GetParent());
+    if (!TextView(message.GetOldParent()).empty())
+      out << " from " << Printable(message.GetOldParent());
+    if (!TextView(message.GetParent()).empty()) out << " in " << Printable(message.GetParent());
     out << '\n';
   };
   if (const std::optional<Error> error = store.Changes(0, print))
