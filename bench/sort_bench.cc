@@ -42,7 +42,7 @@ bool NameBefore(const RNode* a, const RNode* b) {
   const WideView x(a->item->GetName()), y(b->item->GetName());
   return std::lexicographical_compare(
       x.begin(), x.end(), y.begin(), y.end(),
-      [](WChar left, WChar right) { return FoldAscii(left) < FoldAscii(right); });
+      [](WChar left, WChar right) { return ascii::Fold(left) < ascii::Fold(right); });
 }
 
 /// Up or down, from a random order, the same order, or the opposite one.

@@ -1,3 +1,4 @@
+// Extra data of a collection's items, and chains of it.
 #pragma once
 
 #include "vosmere/base/export.h"

@@ -1,3 +1,4 @@
+// A cell of a chain of collections.
 #pragma once
 
 #include "vosmere/base/export.h"

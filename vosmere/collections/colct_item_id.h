@@ -1,3 +1,4 @@
+// The name of an item of a collection by the identities of both, and chains of such names.
 #pragma once
 
 #include "vosmere/base/export.h"

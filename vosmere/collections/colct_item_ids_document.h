@@ -1,3 +1,4 @@
+// The document that says which items belong to which collections: its writer and reader.
 #pragma once
 
 #include <iosfwd>

@@ -1,3 +1,4 @@
+// The document of a list of collections: its writer and reader.
 #pragma once
 
 #include "vosmere/base/export.h"

@@ -1,3 +1,4 @@
+// What a collection has to do with the network: owner, sharing, polling, synchronisation.
 #pragma once
 
 #include "vosmere/base/export.h"

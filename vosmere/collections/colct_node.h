@@ -1,3 +1,4 @@
+// A collection as an item of a tree.
 #pragma once
 
 #include "vosmere/base/export.h"

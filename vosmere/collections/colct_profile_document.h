@@ -1,3 +1,4 @@
+// The document of the collections' profile: its writer and reader.
 #pragma once
 
 #include "vosmere/base/export.h"

@@ -1,3 +1,4 @@
+// Merging and thinning out lists of collections.
 #pragma once
 
 #include "vosmere/base/export.h"

@@ -1,3 +1,4 @@
+// The addresses of collections relative to the folder of the library.
 #pragma once
 
 #include <cstddef>

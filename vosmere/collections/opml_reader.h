@@ -1,3 +1,4 @@
+// The reader of OPML documents.
 #pragma once
 
 #include <vector>

@@ -1,3 +1,4 @@
+// The writer of OPML documents.
 #pragma once
 
 #include "vosmere/base/export.h"

@@ -1,3 +1,4 @@
+// The reader of collections in RSS documents.
 #pragma once
 
 #include "vosmere/base/export.h"

@@ -67,8 +67,7 @@ inline std::string ShortName(const WChar* name) {
   const WideView view(name);
   if (view.empty()) return "(no name)";
   if (view.size <= kNameUnits) return ToUtf8(view);
-  const bool cutsPair = (view[kNameUnits - 1] & 0xFC00) == 0xD800;
-  return ToUtf8(view.First(cutsPair ? kNameUnits - 1 : kNameUnits)) + "...";
+  return ToUtf8(FirstWhole(view, kNameUnits)) + "...";
 }
 
 /// The names of the folders around an item and its own.

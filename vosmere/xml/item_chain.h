@@ -1,3 +1,4 @@
+// The chain of items that a reader builds.
 #pragma once
 
 #include <type_traits>

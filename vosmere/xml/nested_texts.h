@@ -1,3 +1,4 @@
+// A bound on the texts of elements within each other.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// The base of the walkers over loaded documents.
 #pragma once
 
 #include "vosmere/base/export.h"

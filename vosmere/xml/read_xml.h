@@ -1,3 +1,4 @@
+// The base of the document readers.
 #pragma once
 
 #include "vosmere/base/document_error.h"

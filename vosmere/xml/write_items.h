@@ -1,3 +1,4 @@
+// The base of the writers of items.
 #pragma once
 
 #include <string_view>

@@ -1,3 +1,4 @@
+// The base of the document writers.
 #pragma once
 
 #include <cstddef>
@@ -201,6 +202,13 @@ class VOSMERE_API CWriteXML {
   void PutElement(LONG number) {
     Put(Name.open);
     PutNumber(number);
+    Put(Name.close);
+  }
+  /// The same around bytes as they are.
+  template <xml::ElementName Name>
+  void PutElement(std::string_view utf8) {
+    Put(Name.open);
+    PutBytes(utf8);
     Put(Name.close);
   }
   /// The same where an empty text, or null, has no element at all.
