@@ -1,5 +1,5 @@
-// Merging, thinning out and searching lists of 100,000 collections; ten times as many take ten
-// times as long.
+// Benchmarks of merging lists of 100,000 collections and of removing collections from them. The
+// time should grow linearly with the length of the lists.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -13,7 +13,7 @@
 namespace vosmere::bench {
 namespace {
 
-/// Collections with the addresses of `first` to `last`, each modulo `different`.
+/// A list of collections with the addresses `first` to `last`, each modulo `different`.
 RColctItem* NewList(int first, int last, int different) {
   RColctItem* head = nullptr;
   for (int i = first; i < last; ++i) {
@@ -26,7 +26,7 @@ RColctItem* NewList(int first, int last, int different) {
   return head;
 }
 
-/// Half of the old ones are among the new ones.
+/// Merges lists of which half of the old collections are in the new one.
 void Merge(benchmark::State& state) {
   const int count = static_cast<int>(state.range(0));
   for (auto _ : state) {
@@ -38,7 +38,7 @@ void Merge(benchmark::State& state) {
   }
 }
 
-/// Half of them are duplicates.
+/// Removes duplicates, which are half of the collections.
 void Thin(benchmark::State& state) {
   const int count = static_cast<int>(state.range(0));
   for (auto _ : state) {
@@ -48,7 +48,7 @@ void Thin(benchmark::State& state) {
   }
 }
 
-/// Every other one has the address.
+/// Removes every second collection by its address.
 void DeleteByUrl(benchmark::State& state) {
   const int count = static_cast<int>(state.range(0));
   for (auto _ : state) {

@@ -1,8 +1,8 @@
-// Runs the benchmarks and ends with one table: this library beside its peers.
+// Runs the benchmarks and prints a table that compares this library with its peers.
 //
 // "Group/vosmere" is compared with every other "Group/<peer>". The times are medians of the
-// repetitions, which all benchmarks of the program take in turns, so that a slow spell of the
-// machine meets all alike.
+// repetitions. Repetitions of all benchmarks are interleaved, so that a slow phase of the machine
+// affects all of them equally.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -33,7 +33,7 @@ class Comparison : public benchmark::ConsoleReporter {
     }
   }
 
-  /// Whether any benchmark did; it is then missing from the table.
+  /// Whether any benchmark failed. A failed one is missing from the table.
   bool failed() const { return failed_; }
 
   void Finalize() override {
@@ -50,7 +50,7 @@ class Comparison : public benchmark::ConsoleReporter {
   }
 
  private:
-  // Other programs on the machine lengthen the real time only.
+  // Processor time if possible, because other programs on the machine only increase the real time.
   static double Time(const Run& run) {
     return run.run_name.time_type.empty() ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime();
   }
@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
   std::vector<char*> arguments(argv, argv + argc);
   char repetitions[] = "--benchmark_repetitions=5";
   char interleaving[] = "--benchmark_enable_random_interleaving=true";
-  arguments.insert(arguments.begin() + 1, {repetitions, interleaving});  // what is given later wins
+  arguments.insert(arguments.begin() + 1, {repetitions, interleaving});  // later arguments win
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;

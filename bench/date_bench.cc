@@ -1,5 +1,5 @@
-// Feed dates beside libcurl's date parser and GLib's ISO parser. An iteration reads one text, each
-// another than the last.
+// Benchmarks of reading feed dates, compared with libcurl's date parser and GLib's ISO parser. Each
+// iteration reads another text.
 #include <benchmark/benchmark.h>
 #include <curl/curl.h>
 #include <glib.h>
@@ -18,9 +18,9 @@ namespace vosmere::bench {
 namespace {
 
 constexpr std::size_t kTexts = 1000;
-constexpr std::size_t kItems = 20;  // of one feed
+constexpr std::size_t kItems = 20;  // in one feed
 
-/// Prints dates of 1995 to 2035, as fifty feeds of twenty items do: one feed names one zone.
+/// Dates from 1995 to 2034, as in fifty feeds of twenty items: all dates of a feed have one zone.
 template <class Print>
 std::vector<std::string> MakeTexts(Print print) {
   std::minstd_rand random(1);

@@ -1,4 +1,4 @@
-// Measuring the loading and saving of documents.
+// Measuring how documents are loaded and saved.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -35,7 +35,7 @@ inline bool SaveDocument(CWriteXML& writer, const std::filesystem::path& path) {
   return writer.SaveToFile(units.data());
 }
 
-/// Takes processor time, so that what other programs do meanwhile does not count.
+/// Runs a step and reports its processor time, so that other programs do not affect the result.
 template <class Step>
 auto Timed(benchmark::State& state, Step step) {
   const std::clock_t start = std::clock();
@@ -44,11 +44,11 @@ auto Timed(benchmark::State& state, Step step) {
   return result;
 }
 
-/// A program that starts loads into memory that it does not have yet; one that has loaded before
-/// finds its heap warm.
+/// A program that has just started must first get memory from the system (cold); one that has
+/// loaded documents before has a heap that it can reuse (warm).
 enum class Heap { kCold, kWarm };
 
-/// What is built is freed between the measurements.
+/// Measures loading. The result is freed between the measurements.
 template <class Load, class Free>
 void MeasureLoad(benchmark::State& state, const std::string& document, Heap heapState, Load load,
                  Free free) {
@@ -66,7 +66,7 @@ void MeasureLoad(benchmark::State& state, const std::string& document, Heap heap
   state.counters["peak/byte"] = static_cast<double>(peak) / document.size();
 }
 
-/// The number of system calls that this process has made to write.
+/// The number of write system calls of this process so far.
 inline long WriteCalls() {
   std::ifstream io("/proc/self/io");
   std::string key;
@@ -76,8 +76,8 @@ inline long WriteCalls() {
   return 0;
 }
 
-/// Saves to a new file each time: replacing one would mostly measure how the file system gives up
-/// what was there.
+/// Measures saving to a new file. Overwriting one would mostly measure how fast the file system
+/// frees the old content.
 template <class Save>
 void MeasureSave(benchmark::State& state, const std::filesystem::path& path, std::size_t bytes,
                  Save save) {

@@ -1,5 +1,5 @@
-// Loading and saving the stored documents of collections, of some 10 MB each, and notifications,
-// beside libxml2.
+// Benchmarks of loading and saving the documents of collections, of about 10 MB each, and
+// notifications, compared with libxml2.
 #include "bench/stored_document.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/collections/colct_item_ids_document.h"
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kDocumentBytes = 10 * 1000 * 1000;
 
-/// Texts of items, the same on every run; one of eight has something to escape, another an accent.
+/// Texts of items, the same on every run. One in eight needs escaping, another one has an accent.
 class SampleTexts : private PeerItems {
  public:
   const WChar* Name(int i) {
@@ -241,7 +241,7 @@ struct ColctProfileDocument : PeerItems {
   }
 };
 
-/// Small documents, many of them.
+/// Notifications are small documents, so many are measured together.
 struct NotificationDocument : PeerItems {
   static constexpr const char* kName = "Notification";
   static constexpr int kRounds = 5000;

@@ -1,4 +1,4 @@
-// Listing a Favorites folder in menu order beside a bare listing of the directory.
+// Benchmarks of listing a Favorites folder in menu order, compared with only listing the directory.
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -14,7 +14,7 @@
 namespace vosmere::bench {
 namespace {
 
-/// A folder of so many files, every other one with a place in the menu, from the last to the first.
+/// A folder of `count` files. Every second one has a stored position, in reverse order.
 struct Folder {
   explicit Folder(int count) {
     std::filesystem::create_directories(path);
@@ -38,7 +38,7 @@ struct Folder {
   std::string order;
 };
 
-/// Made when it is first asked for: not every run gets here.
+/// Created on first use, because a run may leave this benchmark out.
 template <int kCount>
 const Folder& FolderOf() {
   static const Folder folder(kCount);

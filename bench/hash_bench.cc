@@ -1,5 +1,6 @@
-// Looking up keys in CHashtable, beside std::unordered_map, for tables of any size and keys of
-// three shapes: random, with one beginning and ending, and short numbers.
+// Benchmarks of looking up keys in CHashtable, compared with std::unordered_map, for tables of
+// several sizes and three kinds of keys: random ones, ones with a common beginning and ending, and
+// short numbers.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

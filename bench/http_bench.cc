@@ -1,5 +1,5 @@
-// Uploading a file of 100 MB to a server in the same process that throws it away, beside a bare
-// socket that sends the same mapped bytes, and the curl command.
+// Benchmarks of uploading a file of 100 MB to a server in the same process that discards it,
+// compared with a plain socket that sends the same mapped bytes, and with the curl command.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <malloc.h>
@@ -23,16 +23,16 @@ namespace vosmere::bench {
 namespace {
 
 constexpr std::size_t kFileBytes = 100 * 1000 * 1000;
-constexpr long kMostGrowth = 2 * 1024;  // of the program's resident memory, in KiB
+constexpr long kMostGrowth = 2 * 1024;  // growth of the resident memory, in KiB
 
 [[noreturn]] void Die(const char* what) {
   std::fprintf(stderr, "http_bench: %s\n", what);
   std::exit(1);
 }
 
-/// Reads each request to its announced end and answers.
+/// Reads each request to the end given by its length, and answers.
 void Serve(int client) {
-  static std::vector<char> bytes(256 * 1024);  // the one server's, and no upload's
+  static std::vector<char> bytes(256 * 1024);  // static, so that no upload is charged with it
   std::string head;
   std::size_t end = std::string::npos, left = 0;
   while (end == std::string::npos || left > 0) {
@@ -80,7 +80,7 @@ std::vector<WChar> Wide(const std::string& ascii) {
   return units;
 }
 
-/// The file and the server, made when first used and gone with the program.
+/// The file and the server, created on first use and kept until the program ends.
 class Setting {
  public:
   static Setting& Get() {
@@ -145,11 +145,11 @@ bool UploadWithCurl() {
   return std::system(command.c_str()) == 0;
 }
 
-/// The most resident memory since Reset, in KiB, mapped files included.
+/// The peak of the resident memory since Reset, in KiB, including mapped files.
 class PeakMemory {
  public:
   static void Reset() {
-    malloc_trim(0);  // what earlier uploads freed counts, too
+    malloc_trim(0);  // memory that earlier uploads freed must not hide new allocations
     std::ofstream("/proc/self/clear_refs") << 5;
   }
   static long Get() {
@@ -168,7 +168,7 @@ void Measure(benchmark::State& state, bool (*upload)()) {
 }
 
 void Upload100MB(benchmark::State& state) {
-  CNetUploadFile small;  // brings what does not depend on the size
+  CNetUploadFile small;  // a first upload allocates what does not depend on the size
   small.SetHost(Wide(Setting::Get().host()).data());
   small.UploadPartialFile(Wide("small").data(), Wide("small").data());
   PeakMemory::Reset();

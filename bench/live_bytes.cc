@@ -1,3 +1,4 @@
+// Counts heap memory by replacing malloc and its relatives.
 #include "bench/live_bytes.h"
 
 #include <malloc.h>
@@ -5,7 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
-// The allocator's own names, behind the ones that are replaced here.
+// The functions of the C library's allocator, which the replacements below call.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -16,7 +17,7 @@ void __libc_free(void* block);
 
 namespace {
 
-// What is measured runs on one thread.
+// Plain variables are enough, because the measured code runs on one thread.
 bool counting = false;
 std::ptrdiff_t live = 0;
 std::ptrdiff_t mostLive = 0;

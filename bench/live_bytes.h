@@ -1,11 +1,12 @@
-// What the program holds in heap memory, by its own count.
+// Counting the heap memory of the program.
 #pragma once
 
 #include <cstddef>
 
 namespace vosmere::bench {
 
-/// Counts every heap allocation of the program, libraries included, while it lives. One at a time.
+/// Counts every heap allocation of the program, including those of libraries, during its lifetime.
+/// Only one object may exist at a time.
 class HeapCount {
  public:
   HeapCount();
@@ -13,9 +14,9 @@ class HeapCount {
   HeapCount(const HeapCount&) = delete;
   HeapCount& operator=(const HeapCount&) = delete;
 
-  /// The most bytes held at once beyond those held at the start, as the allocator rounds them.
+  /// The largest number of bytes in use at once since the start, as rounded by the allocator.
   std::size_t peak() const;
-  /// How many blocks were asked for.
+  /// The number of allocations.
   std::size_t allocations() const;
 };
 

@@ -1,3 +1,4 @@
+// Reads and writes collection trees with libxml2 and pugixml.
 #include "bench/opml_peers.h"
 
 #include <algorithm>
@@ -51,7 +52,7 @@ class TreeBuilder : public PeerItems {
   }
 };
 
-/// One reader for both libraries; `Dom` says how theirs is walked.
+/// A reader for both libraries; `Dom` is the interface to their documents (peer_dom.h).
 template <class Dom>
 class TreeReader {
  public:
@@ -113,7 +114,7 @@ class TreeReader {
   TreeBuilder builder_;
 };
 
-/// Writes what CWriteColctTreeOPML writes, through one xmlTextWriter.
+/// Writes the same document as CWriteColctTreeOPML with an xmlTextWriter.
 class Libxml2Writer : private PeerWriter {
  public:
   using PeerWriter::PeerWriter;

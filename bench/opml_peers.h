@@ -1,6 +1,6 @@
-// The same trees read and written by the libraries that one would use otherwise, in the plain way
-// their manuals show. Readers build the library's own items through its setters and convert with
-// its own conversion, so that only the way through the XML differs.
+// Reading and writing the same trees with other XML libraries, in the simple way that their manuals
+// show. The readers make the items of this library with its setters and its text conversion, so
+// that only the XML part differs.
 #pragma once
 
 #include <string>
@@ -9,19 +9,19 @@
 
 namespace vosmere::bench {
 
-/// Reads into libxml2's own document, then walks that. The caller frees the tree.
+/// Parses into libxml2's document, then walks over it. The caller owns the tree.
 RNode* ReadWithLibxml2(const std::string& document);
-/// The same over pugixml.
+/// The same with pugixml.
 RNode* ReadWithPugixml(const std::string& document);
 
-/// Only the parsing; false when it fails.
+/// Only parses; false if that fails.
 bool ParseWithLibxml2(const std::string& document);
 bool ParseWithPugixml(const std::string& document);
 
 /// Writes element by element with libxml2's xmlTextWriter.
 bool SaveWithLibxml2(RNode* root, const char* path);
 
-/// A ready pugixml document, and only the writing of it.
+/// A pugixml document made in advance, so that only writing it is measured.
 class PugixmlDocument {
  public:
   explicit PugixmlDocument(const std::string& document);

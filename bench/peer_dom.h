@@ -1,5 +1,5 @@
-// Documents as the libraries that one would use otherwise hold them, walked in the plain way their
-// manuals show. `Loaded` holds a document, `Root` is null when it does not load.
+// A common interface to the documents of other XML libraries, used in the simple way that their
+// manuals show. `Loaded` holds a document; its `Root` is null if the document cannot be parsed.
 #pragma once
 
 #include <libxml/parser.h>

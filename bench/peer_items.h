@@ -1,5 +1,5 @@
-// Items made of elements and attributes, whatever library they come from, through the library's own
-// setters and conversion, so that only the way through the XML differs.
+// Making items of elements and attributes of any XML library, with this library's setters and text
+// conversion, so that only the XML part differs.
 #pragma once
 
 #include <charconv>
@@ -26,7 +26,7 @@ class PeerItems {
     return number;
   }
 
-  /// Good until the next call.
+  /// Valid until the next call.
   WChar* Wide(std::string_view utf8) {
     if (wide_.size() <= utf8.size()) wide_.resize(utf8.size() * 2 + 1);
     wide_[utf8::Decode(utf8.data(), utf8.size(), wide_.data(), utf8.size())] = 0;

@@ -1,5 +1,5 @@
-// Documents written element by element with libxml2's xmlTextWriter, in the plain way its manual
-// shows.
+// Writing documents element by element with libxml2's xmlTextWriter, in the simple way that its
+// manual shows.
 #pragma once
 
 #include <libxml/xmlwriter.h>
@@ -21,12 +21,12 @@ class PeerWriter {
 
   bool IsOpen() const { return writer_ != nullptr; }
   void StartDocument() { xmlTextWriterStartDocument(writer_, nullptr, "UTF-8", nullptr); }
-  /// False when anything was not written.
+  /// False if anything could not be written.
   bool EndDocument() { return xmlTextWriterEndDocument(writer_) >= 0; }
 
   void Start(const char* name) { xmlTextWriterStartElement(writer_, Xml(name)); }
   void End() { xmlTextWriterEndElement(writer_); }
-  /// Without a tag that closes itself.
+  /// Always writes an end tag, never "/>".
   void FullEnd() { xmlTextWriterFullEndElement(writer_); }
   void NewLine() { xmlTextWriterWriteRaw(writer_, Xml("\r\n")); }
   void Text(const WChar* text) { xmlTextWriterWriteString(writer_, Bytes(text)); }
@@ -39,7 +39,7 @@ class PeerWriter {
   }
   void Attribute(const char* name, int value) { Attribute(name, Digits(value)); }
 
-  /// A line of its own.
+  /// Writes the element and a line end.
   void Element(const char* name, const char* text) {
     xmlTextWriterWriteElement(writer_, Xml(name), Xml(text));
     NewLine();

@@ -1,5 +1,5 @@
-// Loading and saving a collection of 10 MB, beside libxml2 and pugixml; and saving it beside saving
-// a collection tree of that size.
+// Benchmarks of loading and saving a collection of 10 MB, compared with libxml2 and pugixml, and of
+// saving it, compared with saving a collection tree of that size.
 #include <filesystem>
 #include <string>
 
@@ -36,7 +36,7 @@ bool SaveTree(RNode* root, const fs::path& path) {
   return SaveDocument(writer, path);
 }
 
-/// The document, the collection that it gives, and a place to save to.
+/// The document, the collection made of it, and a path to save to.
 class Sample {
  public:
   static Sample& Get() {
@@ -54,7 +54,7 @@ class Sample {
     document_ = Saved(made);
     DeleteWithLocalTree(made);
     colct_ = ReadWithVosmere(document_);
-    // A comparison is fair only between equal results.
+    // The comparison is only fair if the results are equal.
     for (CColctNode* const peers :
          {ReadColctWithLibxml2(document_), ReadColctWithPugixml(document_)}) {
       if (Saved(peers) != Saved(colct_)) Die("the peers' collections differ");
@@ -105,7 +105,7 @@ BENCHMARK(BM_RssLoad<ReadColctWithLibxml2, Heap::kWarm>)
 BENCHMARK(BM_RssLoad<ReadColctWithPugixml, Heap::kWarm>)
     ->Name("RssLoadWarm/pugixml")
     ->UseManualTime();
-// Beside a tree document of about as many bytes.
+// For comparison: saving a tree whose document has about the same size.
 BENCHMARK(BM_RssSave)->Name("RssSave/vosmere")->UseManualTime();
 BENCHMARK(BM_TreeSave)->Name("RssSave/tree")->UseManualTime();
 

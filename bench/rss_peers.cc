@@ -1,3 +1,4 @@
+// Reads collections with libxml2 and pugixml.
 #include "bench/rss_peers.h"
 
 #include <algorithm>
@@ -18,8 +19,8 @@ int IndexOf(const std::string_view (&words)[N], std::string_view word) {
   return found == words + N ? 0 : static_cast<int>(found - words);
 }
 
-/// One reader for both libraries; `Dom` says how theirs is walked. Reads what CWriteColctRSS writes
-/// for an ordered collection, folders before the items.
+/// A reader for both libraries; `Dom` is the interface to their documents (peer_dom.h). Reads what
+/// CWriteColctRSS writes for an ordered collection, where folders come before the items.
 template <class Dom>
 class ColctReader : private PeerItems {
  public:

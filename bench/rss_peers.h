@@ -1,5 +1,4 @@
-// The same collections read by the libraries that one would use otherwise, in the plain way their
-// manuals show.
+// Reading the same collections with other XML libraries, in the simple way that their manuals show.
 #pragma once
 
 #include <string>
@@ -8,10 +7,10 @@
 
 namespace vosmere::bench {
 
-/// Reads into libxml2's own document, then walks that. The caller frees the collection with its
+/// Parses into libxml2's document, then walks over it. The caller owns the collection with its
 /// local tree.
 CColctNode* ReadColctWithLibxml2(const std::string& document);
-/// The same over pugixml.
+/// The same with pugixml.
 CColctNode* ReadColctWithPugixml(const std::string& document);
 
 }  // namespace vosmere::bench

@@ -1,3 +1,4 @@
+// Makes the tree and the collection that the benchmarks load and save.
 #include "bench/sample_tree.h"
 
 #include <cstdio>
@@ -97,7 +98,7 @@ class Generator {
     item->SetName(Wide(name));
     item->SetUUID(Wide(Uuid()));
     item->SetVersion(static_cast<int>(1 + Below(40)));
-    written_ += name.size() + 110;  // with the markup and the synchronisation element
+    written_ += name.size() + 110;  // including the markup and the synchronisation element
     if (OneIn(3)) {
       const std::string description = Words(8 + Below(12));
       item->SetDescription(Wide(description));
@@ -129,7 +130,7 @@ class Generator {
     CUrlNode* const page = CUrlNode::New();
     NewLink(folder, page, NT_URL);
     SetAddressAndStat(*page);
-    written_ += 180;  // with the reference to the folder and the date
+    written_ += 180;  // including the reference to the folder and the date
     if (OneIn(3)) page->SetAuthor(Wide(Any(kAccented)));
     if (OneIn(3)) page->SetBaseBuild(static_cast<int>(1 + Below(900)));
     if (OneIn(4)) {
@@ -153,7 +154,7 @@ class Generator {
                      CNodeStat::kAdded | CNodeStat::kModified | CNodeStat::kLastVisited);
     stat.MarkAsUnread(OneIn(4));
     if (OneIn(6)) stat.SetFlag(static_cast<int>(1 + Below(5)));
-    written_ += address.size() + 115;  // with the statistics and what stands around the address
+    written_ += address.size() + 115;  // including the statistics and the markup of the address
   }
 
   std::mt19937 random_{20240501};

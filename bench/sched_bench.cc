@@ -1,5 +1,5 @@
-// The scheduler beside Asio's timers and beside a map with a condition variable: how long it takes
-// to insert, and how late jobs run.
+// Benchmarks of the scheduler, compared with Asio's timers and with a map and a condition variable:
+// the time to insert a job, and how late jobs run.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -21,18 +21,19 @@ using std::chrono::milliseconds;
 
 constexpr int kLatencySamples = 300;
 
-/// In order, from `first` on.
+/// Due times in ascending order, beginning at `first` from now.
 std::vector<Due> DuesFrom(milliseconds first, int count) {
   std::vector<Due> dues;
   for (int i = 0; i < count; ++i) dues.push_back(DueIn(first + milliseconds(7 * i)));
   return dues;
 }
 
-/// Each round is another order, or the branch predictor learns it by heart.
+/// Inserts jobs. A random order is shuffled anew in each round; otherwise the branch predictor
+/// would learn it.
 template <class Timers>
 void Insert(benchmark::State& state, int count, bool random, bool take) {
   std::mt19937 generator(1);
-  // A service may give only what is due, so what is to be taken lies in the past.
+  // A service may only return jobs that are due, so jobs that will be taken are in the past.
   std::vector<Due> dues = DuesFrom(std::chrono::hours(take ? -1 : 1), count);
   std::size_t fired = 0;
   for (auto _ : state) {
@@ -57,7 +58,7 @@ std::vector<double> Sorted(std::vector<double> late) {
   return late;
 }
 
-/// Jobs a millisecond apart.
+/// The lateness of jobs that are one millisecond apart.
 template <class Timers>
 std::vector<double> FiringLatency() {
   std::vector<Due> dues;
@@ -74,7 +75,8 @@ std::vector<double> FiringLatency() {
   return Sorted(late);
 }
 
-/// Jobs that are due at once, inserted while the service sleeps for something later.
+/// The lateness of jobs that are due at once and are inserted while the service waits for a later
+/// one.
 template <class Timers>
 std::vector<double> WakingLatency() {
   std::vector<double> late(kLatencySamples);
@@ -97,7 +99,8 @@ std::vector<double> WakingLatency() {
   return Sorted(late);
 }
 
-/// Not time that is spent but time that passes, so the quantile stands in as the iteration's time.
+/// Reports the quantile as the time of the iteration, because latency is not the time that the
+/// benchmark takes.
 void RegisterLatency(const std::string& name, std::vector<double> (*measure)(), double quantile) {
   benchmark::RegisterBenchmark(name.c_str(),
                                [=](benchmark::State& state) {

@@ -1,4 +1,4 @@
-// Loading and saving the stored documents of what the user has set up, beside libxml2.
+// Benchmarks of loading and saving the documents of the user's settings, compared with libxml2.
 #include "bench/stored_document.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/engines/search_engines_document.h"
@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kDocumentBytes = 10 * 1000 * 1000;
 
-/// A text with a number in it, the same on every run; one of eight has something to escape.
+/// A text with a number in it, the same on every run. One in eight needs escaping.
 struct SampleTexts : private PeerItems {
   const WChar* operator()(const char* what, int i) {
     char text[128];

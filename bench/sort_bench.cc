@@ -1,5 +1,6 @@
-// The library's sort of 10,000 names, beside std::stable_sort, which may compare as it likes. From
-// Z to A the library's result is that of a bubble sort with a comparison that is not transitive.
+// Benchmarks of sorting 10,000 names, compared with std::stable_sort, which is free to choose its
+// comparisons. From Z to A the library must give the result of a bubble sort with a comparison that
+// is not transitive.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -45,7 +46,7 @@ bool NameBefore(const RNode* a, const RNode* b) {
       [](WChar left, WChar right) { return ascii::Fold(left) < ascii::Fold(right); });
 }
 
-/// Up or down, from a random order, the same order, or the opposite one.
+/// Sorts up or down. The links are in random order (0), already sorted (1) or reversed (-1).
 template <bool kUp, int kOrder>
 void Sort(benchmark::State& state) {
   Pages pages;
@@ -57,7 +58,7 @@ void Sort(benchmark::State& state) {
   }
 }
 
-/// What any sort has to do at least: look at all names once.
+/// The minimum for any sort: one comparison of each name with the next.
 void OnePass(benchmark::State& state) {
   Pages pages;
   for (auto _ : state) {

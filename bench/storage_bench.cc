@@ -1,5 +1,5 @@
-// Saving a document so that nothing is lost, beside the bare calls that this takes; and keeping
-// every change of a tree, beside SQLite with a row for each.
+// Benchmarks of saving a document safely, compared with only the system calls that this needs, and
+// of storing every change of a tree, compared with SQLite with a row per change.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sqlite3.h>
@@ -23,11 +23,11 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kDocumentBytes = 10 * 1000 * 1000;
 constexpr int kPages = 10'000;
-constexpr int kChanges = 10'000;  // of a round
+constexpr int kChanges = 10'000;  // per round
 constexpr int kReplayed = 1'000'000;
 constexpr auto kGroup = std::chrono::milliseconds(50);
 
-/// A folder on a real disk, gone at the end.
+/// A folder on a real disk (the current directory), which the destructor removes.
 class Folder {
  public:
   Folder() : path_(fs::current_path() / ("storage-bench-" + std::to_string(getpid()))) {
@@ -41,7 +41,7 @@ class Folder {
   fs::path path_;
 };
 
-// A document.
+// Saving a document.
 
 void SafeSaveOurs(benchmark::State& state) {
   const Folder folder;
@@ -70,7 +70,7 @@ void SafeSaveBare(benchmark::State& state) {
 }
 BENCHMARK(SafeSaveBare)->Name("SafeSave10MB/bare")->UseRealTime()->Unit(benchmark::kMillisecond);
 
-// Changes.
+// Storing changes.
 
 std::string NameOfChange(int change) {
   return "Weather of day " + std::to_string(change);
@@ -100,7 +100,8 @@ class OurStore {
   std::vector<CUrlNode*> pages_;
 };
 
-/// The same tree in memory, and a row for each change; what came within a group is one transaction.
+/// The same tree in memory, with a database row per change. The changes of a group are one
+/// transaction.
 class SqliteStore {
  public:
   explicit SqliteStore(const fs::path& path) : tree_(NewTree("")) {
@@ -157,7 +158,7 @@ class SqliteStore {
   sqlite3_stmt* insert_ = nullptr;
 };
 
-/// Changes alone: the flush comes where nobody waits for it.
+/// Measures only the changes, not the flush, which runs in the background in a real program.
 template <class Kept>
 void Changes(benchmark::State& state) {
   const Folder folder;

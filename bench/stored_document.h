@@ -1,16 +1,16 @@
-// Loading and saving a stored document, beside the same items read from libxml2's own document and
-// written with its xmlTextWriter. A document is described by a type:
+// Benchmarks of loading and saving a document, compared with reading the same items from libxml2's
+// document and writing them with its xmlTextWriter. A type describes the document:
 //
 //     struct ShelfDocument : PeerItems {
 //       static constexpr const char* kName = "Shelf";
-//       static constexpr int kRounds = 1;    // so many documents for each measurement
+//       static constexpr int kRounds = 1;    // documents per measurement
 //       using Data = TList<CBook*>*;
-//       static Data New();                   // what the measured document says
+//       static Data New();                   // the content of the measured document
 //       static void Free(Data data);
 //       static Data Read(const std::string& document);
 //       static bool Save(Data data, const std::filesystem::path& path);
 //       Data ReadPeer(Libxml2Dom::Node root);
-//       static void WritePeer(PeerWriter& writer, Data data);  // all between start and end
+//       static void WritePeer(PeerWriter& writer, Data data);  // everything after the declaration
 //     };
 //     const bool kShelf = RegisterDocument<ShelfDocument>();
 #pragma once
@@ -57,7 +57,7 @@ bool SaveWithPeer(typename Document::Data data, const std::filesystem::path& pat
   return writer.EndDocument();
 }
 
-/// The document, what it gives, and a place to save to.
+/// The document, the data made of it, and a path to save to.
 template <class Document>
 class StoredSample {
  public:
@@ -78,7 +78,7 @@ class StoredSample {
               ("vosmere_bench-" + std::to_string(getpid()) + ".xml")),
         data_(Document::New()) {
     document_ = Saved(data_);
-    // A comparison is fair only between equal results.
+    // The comparison is only fair if the results are equal.
     Check(ReadWithPeer<Document>(document_));
     if (!SaveWithPeer<Document>(data_, path_)) Die("libxml2 cannot save");
     Check(Document::Read(ReadAll(path_)));

@@ -1,4 +1,4 @@
-// Conversions beside ICU, MD5 beside OpenSSL.
+// Benchmarks of text conversions, compared with ICU, and of MD5, compared with OpenSSL.
 #define UCHAR_TYPE unsigned short
 #include <benchmark/benchmark.h>
 #include <openssl/evp.h>
@@ -80,7 +80,7 @@ void Measure(const std::string& name, Step step) {
   })->MinTime(0.02);
 }
 
-/// Into memory that is there.
+/// Conversions into memory that was allocated before.
 void MeasureConversions(const std::string& name, const Text& text) {
   std::vector<char> bytes(3 * text.units.size());
   const int capacity = static_cast<int>(bytes.size());
@@ -101,7 +101,8 @@ void MeasureConversions(const std::string& name, const Text& text) {
   });
 }
 
-/// Into new memory. The peer gets as much as could be needed, which spares it measuring.
+/// Conversions into new memory. The peer gets the largest size that could be needed, so that it
+/// does not have to compute the length first.
 void MeasureNewTexts(const std::string& name, const Text& text) {
   BSTR const source = SysAllocStringLen(text.units.data(), text.units.size());
   Measure("BSTRGetUTF8/" + name + "/vosmere", [=] {

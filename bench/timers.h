@@ -1,5 +1,5 @@
-// Three timer services behind one face: this library's scheduler and its peers. Each runs jobs
-// numbered from 0 at their times, in one thread of its own.
+// A common interface to three timer services: this library's scheduler and its peers. Each runs
+// numbered jobs (from 0) at their due times, on a thread of its own.
 #pragma once
 
 #include <asio.hpp>
@@ -23,14 +23,14 @@ namespace vosmere::bench {
 using Steady = std::chrono::steady_clock;
 using Fired = std::function<void(std::size_t)>;
 
-/// Whole milliseconds of the time of day, which is what events are due by, and the same moment for
-/// services that go by another clock.
+/// A due time in whole milliseconds of the system clock, which the events of this library use, and
+/// the same time for services that use the steady clock.
 struct Due {
   std::chrono::milliseconds day;
   Steady::time_point steady;
 };
 
-/// `milliseconds` from now on, to whole ones of the day.
+/// The time `milliseconds` from now, rounded down to whole milliseconds of the system clock.
 inline Due DueIn(std::chrono::milliseconds milliseconds) {
   using namespace std::chrono;
   const auto day = system_clock::now().time_since_epoch();
@@ -47,7 +47,7 @@ class VosmereTimers {
   void SetDue(std::size_t job, const Due& due) { events_[job].SetDue(due); }
   void Start() { scheduler_.CreateThread(0, 0, nullptr); }
   void Insert(std::size_t job) { scheduler_.InsertTimeEvent(&events_[job]); }
-  /// Takes out all that is left.
+  /// Removes all jobs and reports each as run.
   void TakeAll() {
     while (CTimeEvent* const event = scheduler_.GetHeadEvent())
       fired_(static_cast<Event*>(event) - &events_[0]);
@@ -71,7 +71,7 @@ class VosmereTimers {
   CScheduleThread scheduler_;
 };
 
-/// What one writes by hand: a std::multimap and a condition variable.
+/// A typical hand-written service: a std::multimap and a condition variable.
 class MapTimers {
  public:
   MapTimers(const std::vector<Due>& dues, Fired fired) : fired_(std::move(fired)), dues_(dues) {}
@@ -127,6 +127,7 @@ class MapTimers {
   std::thread thread_;
 };
 
+/// One asio::steady_timer per job.
 class AsioTimers {
  public:
   AsioTimers(const std::vector<Due>& dues, Fired fired) : fired_(std::move(fired)), dues_(dues) {
@@ -147,7 +148,7 @@ class AsioTimers {
       if (!error) fired_(job);
     });
   }
-  /// Those that are due, which is all in the past.
+  /// Runs the jobs that are due. The benchmarks call this only when all are.
   void TakeAll() { context_.poll(); }
 
  private:

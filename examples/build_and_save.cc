@@ -1,4 +1,4 @@
-// Builds a list, saves it, and says what a list of this kind does not hold.
+// Builds a tree, saves it, and prints what the document cannot store.
 //
 // Prints: a page is left out: News > Weather
 #include <filesystem>

@@ -1,4 +1,4 @@
-// Loads a reading list, changes it, saves it, loads it back, and proves that nothing was lost.
+// Loads a reading list, changes it, saves it, loads it again and checks that nothing was lost.
 //
 //   vosmere_demo examples/reading-list.opml
 #include <filesystem>
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// One line for each folder: its name, how many collections it holds, and the first of them.
+// Prints a line for each folder: its name, the number of its collections, and the first of these.
 void Show(RNode* folder, std::size_t level) {
   std::string names;
   int count = 0;
@@ -30,14 +30,14 @@ void Show(RNode* folder, std::size_t level) {
     if (child->type == NT_FOLDER) Show(child, level + 1);
 }
 
-// What the user does: a new folder with one subscription, unread and flagged.
+// Adds a new folder with one subscription, which is unread and flagged.
 void AddNewThings(RNode* root) {
   CFolderNode& folder = *Add<CFolderNode>(root, u"To read on the train");
   folder.SetDescription(Wide(u"Added by the demo"));
   folder.SetUUID(SystemString(RNTool::CreateUUID()).get());
 
   CColctNode& comic = *Add<CColctNode>(folder.GetRNode(), u"Wondermark – comics weekly");
-  comic.SetUrl(Wide(u"https:\\\\wondermark.com\\feed\\"));  // in memory as paths are
+  comic.SetUrl(Wide(u"https:\\\\wondermark.com\\feed\\"));  // with backslashes, as the reader gives
   comic.SetUUID(SystemString(RNTool::CreateUUID()).get());
   comic.SetVersion(3);
   comic.GetColctNetData()->SetColctExpandState(true);
@@ -48,7 +48,7 @@ void AddNewThings(RNode* root) {
   stat->SetFlag(2);
 }
 
-// Every stored field of one item. A folder has no statistics and no network side in the document.
+// Every stored field of an item. The document has no statistics and network settings of folders.
 std::string Fields(RNode* link) {
   CBaseNode& item = *link->item;
   std::string all = ToUtf8(item.GetName()) + " | " + ToUtf8(item.GetDescription()) + " | " +
@@ -64,7 +64,7 @@ std::string Fields(RNode* link) {
   return all + " | " + ToUtf8(colct.GetUrl()) + " | " + ToUtf8(colct.GetRelationUrl());
 }
 
-// The whole tree as lines, indented by level, so that two trees are the same when the lines are.
+// The whole tree as lines, indented by level. Two trees are equal if their lines are equal.
 std::vector<std::string> Snapshot(RNode* root) {
   std::vector<std::string> lines = {Fields(root)};
   std::size_t level = 1;
@@ -104,7 +104,7 @@ int Run(const fs::path& file) {
   AddNewThings(tree.get());
   const std::vector<std::string> before = Snapshot(tree.get());
   std::cout << "\nLoaded " << loaded << " items, added " << before.size() - loaded << ":\n";
-  Show(tree->firstChild->prev, 1);  // the last child: a chain's head points back at its end
+  Show(tree->firstChild->prev, 1);  // the last child: the head's `prev` is the last cell
 
   const Result<SavedBytes> saved = SaveToBytes(tree);
   if (!saved) return Complain(saved.error());

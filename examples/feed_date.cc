@@ -1,4 +1,4 @@
-// Reads the date of a feed's entry.
+// Reads the date of an entry of a feed.
 //
 // Prints: 1994-11-06T08:49:37Z, yesterday is no date
 #include <iostream>

@@ -1,4 +1,4 @@
-// Finds a page by its address, and stops there.
+// Finds a page by its address, with a loop that stops there and with a search.
 //
 // Prints: Weather
 #include <iostream>

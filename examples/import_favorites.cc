@@ -1,4 +1,4 @@
-// Imports a Favorites folder and saves it as a collection, which holds the pages.
+// Imports a Favorites folder, saves it as a collection and loads it again.
 //
 // Prints: News > Weather, http://weather.example/
 #include <filesystem>
@@ -16,12 +16,13 @@ int main() {
       << "[InternetShortcut]\nURL=http://weather.example/\n";
 
   Collection pages = NewCollection("Favorites");
-  Add(*pages, Tree(ImportFavorites(nullptr, FilePath(folder).get(), nullptr)));
+  Add(*pages, LoadFavorites(folder));
   const Result<SavedBytes> saved = SaveToBytes(pages);
   const Result<Collection> back = Load<Collection>(Bytes(saved->bytes));
   if (!back) std::cerr << back.error() << '\n';
   for (const CUrlNode& page : Pages(*back))
     std::cout << NameOf(page.GetRNode()->parent) << " > " << NameOf(page) << ", " << AddressOf(page)
               << '\n';
+  if (ShortcutAddress(folder / "News" / "Weather.url").empty()) std::cerr << "no address\n";
   std::filesystem::remove_all(folder);
 }

@@ -1,7 +1,6 @@
-// Loads what a feed reader exported, and says what of it is not kept.
+// Loads a list that a feed reader exported, and prints what of it is not kept.
 //
-// Prints: News & views: a feed; the attribute 'rating' of 'outline' is not kept:
-// .*/opml/body/outline/outline
+// Prints: News & views > a feed, not all of /opml/body/outline/outline
 #include <iostream>
 
 #include "vosmere/cpp.h"
@@ -21,10 +20,9 @@ int main() {
     std::cerr << list.error() << '\n';
     return 1;
   }
-  for (const CFolderNode& folder : Folders(*list)) {
-    std::cout << NameOf(folder) << ": ";
-    for (const CColctNode& feed : Collections(&folder)) std::cout << NameOf(feed) << "; ";
-  }
-  for (const Loss& loss : leftOut)
-    if (loss.kind == LossKind::kUnknown) std::cout << loss << '\n';
+  for (const CColctNode& feed : Collections(*list))
+    std::cout << NameOf(feed.GetRNode()->parent) << " > " << NameOf(feed);
+  for (const Loss& loss : leftOut)  // the attribute 'rating' of 'outline' is not kept: ...
+    if (loss.kind == LossKind::kUnknown) std::cout << ", not all of " << loss.places[0].path;
+  std::cout << '\n';
 }

@@ -1,5 +1,5 @@
-// Loads documents on threads of their own. On Windows the parser is a COM component, which a thread
-// need not have initialised.
+// Loads documents on other threads. These need not initialise COM, although the parser on Windows
+// is a COM component.
 //
 // Prints: a, b
 #include <iostream>

@@ -1,4 +1,4 @@
-// Merges two lists of feeds, and brings one up to date with what was read anew.
+// Joins two lists of feeds, and updates one from a newly read list.
 //
 // Prints: Weather, Sport, later: Sport, Music, gone: Weather
 #include <iostream>
@@ -9,7 +9,7 @@ using namespace vosmere;
 
 void MergeInto(ColctList& ours, ColctList theirs) {
   Join(ours, std::move(theirs));
-  RemoveDuplicates(ours);  // by their addresses; the first of each stays
+  RemoveDuplicates(ours);  // compares addresses; the first of equal ones stays
 }
 
 ColctList List(std::initializer_list<const char*> names) {

@@ -1,4 +1,4 @@
-// Moves a folder into another, wherever the two stand. What would lose something is refused.
+// Moves a folder into another one, anywhere in the tree. Moving a folder into itself fails.
 //
 // Prints: Archive holds News, into itself: refused
 #include <iostream>

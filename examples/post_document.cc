@@ -1,4 +1,5 @@
-// Posts a document to a web server: post_document HOST. Without a host, to one that nobody is at.
+// Posts a document to a web server: post_document HOST. Without HOST, to a port that no server
+// listens on.
 //
 // Prints: 127.0.0.1:9: the server cannot be reached
 #include <iostream>

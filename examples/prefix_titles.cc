@@ -1,4 +1,4 @@
-// Puts something before the title of every page.
+// Adds a prefix to the title of every page.
 //
 // Prints: * Weather * Sport
 #include <iostream>

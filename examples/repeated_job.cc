@@ -1,4 +1,4 @@
-// Does something every so often, as long as somebody holds the handle.
+// Runs a job periodically, as long as its handle exists.
 //
 // Prints: tick tick tick
 #include <iostream>

@@ -1,4 +1,4 @@
-// Gives pages tags and finds them by one; keeps search engines in a pool.
+// Sets the tags of pages and finds pages by a tag; adds search engines to a pool.
 //
 // Prints: news: Weather, 2 engines, Web asks http://search.example/?q=%s
 #include <iostream>

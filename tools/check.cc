@@ -1,3 +1,4 @@
+// The verb "check".
 #include "tools/check.h"
 
 #include <iostream>
@@ -11,10 +12,10 @@
 namespace vosmere::tool {
 namespace {
 
-/// What there is to say of a file.
+/// The result for a file.
 struct Verdict {
-  Losses losses;                        ///< of the load, then of the save
-  std::optional<Failure> failure = {};  ///< why it does not load
+  Losses losses;                        ///< those of loading, then those of saving
+  std::optional<Failure> failure = {};  ///< why it cannot be loaded
   std::optional<Failure> copy = {};     ///< why it cannot be saved
 };
 
@@ -30,6 +31,7 @@ Verdict VerdictOn(const std::string& file, std::size_t placesShown) {
   try {
     verdict.losses.Add(SaveDocument(*document, file, placesShown).losses);
   } catch (const Failure& failure) {
+    // Trouble, such as too little memory, does not mean that the document cannot be saved.
     (failure.exitCode == kTrouble ? verdict.failure : verdict.copy) = failure;
   }
   return verdict;

@@ -1,4 +1,4 @@
-// Whether documents load, and what a save loses.
+// The verb "check": whether documents load, and what saving them would lose.
 #pragma once
 
 #include <string>
@@ -7,19 +7,20 @@
 
 namespace vosmere::tool {
 
+/// The number of places shown for each warning.
 inline constexpr std::size_t kPlacesShown = 3;
 
 struct CheckOptions {
-  bool all = false;     ///< names every item that a warning is about
-  bool strict = false;  ///< a warning counts like a fault
+  bool all = false;     ///< names every place of a warning, not only the first ones
+  bool strict = false;  ///< a warning gives exit code 1
   bool json = false;    ///< prints a line of JSON
   bool quiet = false;   ///< prints only why a file cannot be read
 };
 
-/// Prints what is found about a file and returns the exit code.
+/// Checks a file, prints the result and returns the exit code.
 int Check(const std::string& file, const CheckOptions& options);
 
-/// A line for each.
+/// Prints a line for each loss. `name` is the name of the file in messages.
 void PrintWarnings(std::ostream& out, const std::string& name, const Losses& losses);
 
 }  // namespace vosmere::tool

@@ -1,3 +1,4 @@
+// Makes records of the contents of each kind of document.
 #include "tools/contents.h"
 
 #include <algorithm>
@@ -7,19 +8,19 @@
 namespace vosmere::tool {
 namespace {
 
-/// Null for null and for the empty text, which items have for what a document does not say.
+/// Null for a null or empty text: items have empty texts where the document has none.
 Json TextOf(const WChar* text) {
   return text && *text ? Json(ToUtf8(text)) : Json();
 }
 
-/// Null also for the address of an item that has none.
+/// Null also for "about:blank", the address of items without one.
 Json AddressOf(const WChar* url) {
   Json address = TextOf(url);
   return address == "about:blank" ? Json() : address;
 }
 
-/// Identity, version, and whether the item is deleted. Documents say the version of what has an
-/// identity; all else has the first.
+/// Adds identity, version and whether the item is deleted. Documents store the version only
+/// together with an identity; without one, the default version 1 is not shown.
 void AddSync(Record& record, const CBaseNode& item, unsigned ofDeleted = kPlain) {
   const int version = item.GetVersion();
   record.Add("id", TextOf(item.GetUUID()));
@@ -37,7 +38,7 @@ void AddMarks(Record& record, const CBaseNode& item) {
   record.Add("flag", item.GetNodeStat()->GetFlag(), kOnLine);
 }
 
-/// Null for the times that the document does not say, which the item has from the clock.
+/// Adds the times; null for those that the document does not state, which come from the clock.
 void AddTimes(Record& record, const CBaseNode& item) {
   const CNodeStat& stat = *item.GetNodeStat();
   LONG added = 0, modified = 0, lastVisited = 0;
@@ -50,7 +51,7 @@ void AddTimes(Record& record, const CBaseNode& item) {
   record.Add("lastVisited", said(lastVisited, CNodeStat::kLastVisited));
 }
 
-/// A record for every cell of a chain; `contentOf` is given what is in it.
+/// Adds a record for every cell of a chain. `contentOf` makes it from the content of the cell.
 template <auto contentOf, class Cell>
 void AddChildren(Record& record, Cell* head) {
   constexpr auto recordOf = [](Cell& cell) { return contentOf(*list::Datum(cell)); };
@@ -97,7 +98,7 @@ Record ContentOf(const ColctList& list) {
   return ListContent<ListedContent>("collections", list.get());
 }
 
-// Where the data of collections are.
+// The profile of the collections.
 
 Record ExtraContent(const CColctExData& data) {
   Record record{"collection"};
@@ -143,7 +144,7 @@ Record ContentOf(const FtpSiteList& sites) {
   return ListContent<SiteContent>("sites", sites.get());
 }
 
-// A change of a folder, collection or item.
+// A notification about a change of a folder, collection or item.
 
 Record ContentOf(const Notification& message) {
   Record record{"notification"};
@@ -163,7 +164,7 @@ Record ContentOf(const Notification& message) {
 
 // A tree of folders and collections.
 
-/// As documents write it, with slashes.
+/// The address as documents contain it, with slashes.
 Json WrittenAddressOf(const CColctNode& colct) {
   Json address = AddressOf(colct.GetUrl());
   if (address.is_null()) return address;
@@ -172,7 +173,20 @@ Json WrittenAddressOf(const CColctNode& colct) {
   return address;
 }
 
+/// A page of a store's tree; documents of trees have none.
+Record StoredPageContent(const CUrlNode& page) {
+  Record record{"page"};
+  record.Add("name", TextOf(page.GetName()));
+  record.Add("description", TextOf(page.GetDescription()));
+  record.Add("link", AddressOf(page.GetUrl()), kOnLine);
+  AddSync(record, page);
+  AddMarks(record, page);
+  AddTimes(record, page);
+  return record;
+}
+
 Record OutlineContent(RNode& link) {
+  if (const auto* page = As<CUrlNode>(&link)) return StoredPageContent(*page);
   const bool isFolder = link.type == NT_FOLDER;
   const CBaseNode& item = *link.item;
   Record record{isFolder ? "folder" : "collection"};
@@ -186,7 +200,7 @@ Record OutlineContent(RNode& link) {
   AddSync(record, item);
   AddMarks(record, item);
   if (!isFolder) {
-    AddTimes(record, item);  // a folder's are not in the document
+    AddTimes(record, item);  // documents do not store those of folders
     const auto& colct = static_cast<const CColctNode&>(item);
     record.Add("expanded", colct.GetColctNetData()->GetColctExpandState());
   }
@@ -199,9 +213,9 @@ Record ContentOf(const Tree& tree) {
   return OutlineContent(*tree);
 }
 
-// How a published page presents itself.
+// The data of a published page.
 
-/// Null for null: of a page also an empty text says something.
+/// Null only for null: in page data an empty text differs from a missing one.
 Json ExactTextOf(const WChar* text) {
   return text ? Json(ToUtf8(text)) : Json();
 }
@@ -353,7 +367,7 @@ constexpr Count kEngines[] = {{"engine", "engines"}};
 constexpr Count kTags[] = {{"group", "groups"}, {"tag", "tags"}};
 constexpr Count kBands[] = {{"toolbar", "toolbars"}, {"enabled", "enabled"}};
 
-// In the order of AnyDocument.
+// In the order of the types in AnyDocument, whose index is used.
 const Kind kKinds[] = {{"tree", kOutlines},
                        {"collection", kLinks},
                        {"collection list", kColcts},

@@ -1,4 +1,4 @@
-// What documents hold, as records to be shown.
+// The contents of documents as records to be shown.
 #pragma once
 
 #include <functional>
@@ -11,19 +11,20 @@
 
 namespace vosmere::tool {
 
+/// A kind of document.
 struct Kind {
-  std::string_view what;  ///< for people
+  std::string_view what;  ///< its name in the output
   std::span<const Count> counts;
 };
 
 const Kind& KindOf(const AnyDocument& document);
 
-/// As long as the document is there.
+/// The document as a record. Valid as long as the document.
 Record ContentOf(const AnyDocument& document);
 
-/// Is shown an item of a document, which stays the document's.
+/// Called with an item of a document, which the document owns.
 using ItemVisit = std::function<void(CBaseNode& item)>;
-/// Shows all items in document order, if there are any.
+/// Calls `visit` for all items in document order. Some kinds of documents have none.
 void ForEachItem(const AnyDocument& document, const ItemVisit& visit);
 
 }  // namespace vosmere::tool

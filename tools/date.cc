@@ -1,3 +1,4 @@
+// The verb "date".
 #include "tools/date.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// Date texts, read by both readers of the library.
+// The verb "date": shows how the two date readers of the library read a text.
 #pragma once
 
 #include <ostream>
@@ -6,8 +6,8 @@
 
 namespace vosmere::tool {
 
-/// Prints what CKQTime::GetTime and what ReadDate answer to the text. False when ReadDate finds no
-/// date in it.
+/// Prints the results of CKQTime::GetTime and ReadDate for the text. Returns false if ReadDate
+/// finds no date in it.
 bool ShowDate(const std::string& text, std::ostream& out);
 
 }  // namespace vosmere::tool

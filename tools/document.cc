@@ -1,3 +1,4 @@
+// Loads and saves documents of any kind, and turns errors into failures of the tool.
 #include "tools/document.h"
 
 #include <cerrno>
@@ -5,28 +6,32 @@
 #include <fstream>
 #include <iostream>
 
+#include "tools/store.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
 namespace {
 
-/// Whether the fault is not the file's own.
+/// Whether the system, and not the content of the file, is the cause. Decides the exit code.
 bool IsTrouble(DocumentFault fault) {
   return fault == DocumentFault::kCannotOpen || fault == DocumentFault::kCannotRead ||
          fault == DocumentFault::kCannotWrite || fault == DocumentFault::kNoMemory ||
          fault == DocumentFault::kParserUnavailable;
 }
 
-/// What may wait for its bytes, and gives them only once, is read as a stream.
+/// Loads from a path, except for standard input, pipes and devices: these can be read only once, so
+/// they are read as a stream.
 Result<AnyDocument> Load(const std::string& file, Losses* leftOut) {
   if (IsStandard(file)) {
     MakeInputBinary();
     Result<AnyDocument> document = vosmere::Load<AnyDocument>(std::cin, leftOut);
+    // A stream that fails to read looks like one that has ended.
     if (!std::ferror(stdin)) return document;
     return detail::FileError(FilePath("-"), "cannot be read", errno);
   }
   std::error_code ignored;
+  if (std::filesystem::is_directory(PathOf(file), ignored)) return LoadStore(file);
   if (!std::filesystem::is_other(PathOf(file), ignored))
     return vosmere::Load<AnyDocument>(PathOf(file), leftOut);
   std::ifstream stream(PathOf(file), std::ios::binary);

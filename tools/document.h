@@ -1,4 +1,4 @@
-// A document of any kind, from a file.
+// Loading and saving documents of any kind.
 #pragma once
 
 #include <string>
@@ -8,14 +8,15 @@
 
 namespace vosmere::tool {
 
-/// The failure that an error is, about a file of that name in messages.
+/// Turns an error into a failure of the tool. `name` is the name of the file in messages.
 Failure FailureOf(const std::string& name, const Error& error);
 
-/// Loads a document of any kind from a file, or for "-" from the standard input. Throws Failure.
+/// Loads a document of any kind from a file, or from standard input if `file` is "-". If `leftOut`
+/// is not null, it receives the losses. Throws Failure.
 AnyDocument LoadDocument(const std::string& file, Losses* leftOut = nullptr);
 
-/// Saves it to memory, with so many places of each loss. Throws Failure about the file that it came
-/// from.
+/// Saves a document to memory and records up to `places` places for each loss. Throws Failure;
+/// `file`, from which the document was loaded, is the name in the message.
 SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places);
 
 }  // namespace vosmere::tool

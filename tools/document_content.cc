@@ -1,3 +1,4 @@
+// Access to the fields of records.
 #include "tools/document_content.h"
 
 namespace vosmere::tool {

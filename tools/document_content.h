@@ -1,6 +1,6 @@
-// What a loaded document holds, in one form for every kind of document: records within records.
-// Showing is written once, over this. Records are made as one comes to
-// them, as all of a large document at once would take several times its memory.
+// The content of a loaded document as nested records, the same for every kind of document, so that
+// showing is written only once. Records are made when they are visited: those of a whole large
+// document would take several times its memory.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -13,11 +13,11 @@ namespace vosmere::tool {
 
 using Json = nlohmann::ordered_json;
 
-/// What is to be known of a field, as bits. Scripts are shown all.
+/// How a field is shown to people, as bits. JSON output contains all fields.
 enum Trait : unsigned {
   kPlain = 0,
-  kOnLine = 1,   ///< people see it behind the name: a text as it is, a number or a truth as a mark
-  kOwnLine = 2,  ///< people see it in a line of its own
+  kOnLine = 1,   ///< after the name: a text itself, a number or a boolean as a mark
+  kOwnLine = 2,  ///< on a line of its own
 };
 
 struct Field {
@@ -28,15 +28,15 @@ struct Field {
 
 struct Record;
 
-/// Records one after the other, of the cells of a chain, which outlives them.
+/// An iterator that makes a record of each cell of a chain. The chain must outlive it.
 class Records {
  public:
   Records() = default;
-  /// `recordOf` makes the record of a cell.
+  /// Begins at `head`. `recordOf` makes the record of a cell.
   template <auto recordOf, class Cell>
   static Records Of(Cell* head);
 
-  /// Whether there is one here.
+  /// False at the end.
   explicit operator bool() const { return cell_ != nullptr; }
   Record operator*() const;
   Records& operator++() {
@@ -55,12 +55,12 @@ class Records {
   const void* (*next_)(const void* cell) = nullptr;
 };
 
-/// An item of a document, or the document as a whole. Its first field names it; records of one kind
-/// have the same fields.
+/// An item of a document, or the document as a whole. The first field is its name; records of one
+/// kind have the same fields.
 struct Record {
   std::string_view kind;
   std::vector<Field> fields = {};
-  /// Whether it is of a kind that has children.
+  /// Whether records of this kind may have children.
   bool isContainer = false;
   Records children = {};
 
@@ -82,10 +82,10 @@ inline Record Records::operator*() const {
   return record_(cell_);
 }
 
-/// Empty when it has none.
+/// The name of a record; empty if it has none.
 std::string NameOf(const Record& record);
 
-/// Whether a value says nothing: null, an empty text, an empty list.
+/// Whether a value is null, an empty text or an empty list.
 bool IsNothing(const Json& value);
 
 }  // namespace vosmere::tool

@@ -1,3 +1,4 @@
+// Copies standard input to a temporary file.
 #include "tools/document_source.h"
 
 #include <fstream>

@@ -1,4 +1,4 @@
-// Files for what takes a path.
+// Input files for functions that need a path.
 #pragma once
 
 #include <optional>
@@ -8,12 +8,14 @@
 
 namespace vosmere::tool {
 
-/// The standard input becomes a file, which goes away with this.
+/// An input file by its path. For "-", standard input is copied to a temporary file, which the
+/// destructor removes.
 class InputFile {
  public:
   /// Throws Failure.
   explicit InputFile(const std::string& file);
 
+  /// The path of the file.
   const std::string& name() const { return name_; }
 
  private:

@@ -1,4 +1,4 @@
-// How the program ends, and how a verb says that it cannot go on.
+// Exit codes, and the exception that ends a verb.
 #pragma once
 
 #include <string>
@@ -9,20 +9,20 @@ namespace vosmere::tool {
 
 enum ExitCode : int {
   kFine = 0,
-  kBadFile = 1,  ///< a file is not what it should be
+  kBadFile = 1,  ///< a file has invalid content
   kTrouble = 2,  ///< wrong usage, or something cannot be read or written
 };
 
-/// Thrown when a verb cannot go on with a file.
+/// Thrown when a verb cannot continue with a file.
 struct Failure {
   int exitCode;
   std::string message;      ///< one printable line
-  std::string reason = {};  ///< the message without the file that it is about
-  LONG line = 0;            ///< of the file, from 1; 0 when there is no place to name
-  LONG column = 0;          ///< from 1; 0 when unknown
+  std::string reason = {};  ///< the message without the name of the file
+  LONG line = 0;            ///< in the file, from 1; 0 if unknown
+  LONG column = 0;          ///< from 1; 0 if unknown
 };
 
-/// About a file of that name in messages: "name:line:column: error: reason".
+/// A failure with the message "name:line:column: error: reason". Unknown parts are left out.
 inline Failure FileFailure(int exitCode, const std::string& name, const std::string& reason,
                            LONG line = 0, LONG column = 0) {
   std::string place = name + ':';

@@ -1,3 +1,4 @@
+// The verb "favorites".
 #include "tools/favorites.h"
 
 #include <iostream>
@@ -51,10 +52,10 @@ void Write(CWriteXML&& writer, const std::string& out) {
   });
 }
 
-/// As a collection of its pages, in their order.
+/// Writes the tree as a collection whose items keep their order.
 void WriteRss(Tree tree, const std::string& out) {
   Collection colct = NewCollection(NameOf(tree.get()));
-  DeleteTree(colct->GetLocRNodeRoot());
+  DeleteTree(colct->GetLocRNodeRoot());  // the empty one that NewCollection has made
   colct->SetLocRNodeRoot(tree.release());
   colct->GetColctNetData()->SetOrdered(true);
   const Result<SavedBytes> saved = SaveToBytes(colct);

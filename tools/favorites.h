@@ -1,4 +1,4 @@
-// The Favorites of a Windows user, shown in the order of their menu or written for other programs.
+// The verb "favorites": shows the Favorites of a Windows user, or writes them for other programs.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 namespace vosmere::tool {
 
 struct FavoritesOptions {
-  std::string folder;    ///< empty for the user's own
-  std::string registry;  ///< what holds the user's registry; empty for the default
-  std::string opml;      ///< written instead of showing, if not empty
+  std::string folder;    ///< the Favorites folder; empty for that of the user
+  std::string registry;  ///< what contains the user's registry; empty for the default
+  std::string opml;      ///< the file to write instead of showing; empty for none
   std::string rss;       ///< the same
   std::string html;      ///< the same
 };

@@ -1,3 +1,4 @@
+// Writes trees of folders and web pages as bookmark HTML and as OPML.
 #include "tools/link_files.h"
 
 #include <algorithm>
@@ -17,8 +18,8 @@ const WChar* UrlOf(RNode* page) {
 
 }  // namespace
 
-// An apostrophe stands for itself, as values are never quoted with it: not every browser that
-// imports bookmarks knows "&apos;", which is not of HTML's first versions.
+// An apostrophe is not escaped, since values are quoted with double quotes. "&apos;" is not part of
+// early HTML versions, and not every browser that imports bookmarks knows it.
 void LinkWriter::PutValue(const WChar* text) {
   std::u16string value = ToUtf16(text);
   const auto unspeakable = [](char16_t unit) { return unit < 0x20 || unit >= 0xFFFE; };

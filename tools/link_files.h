@@ -1,4 +1,4 @@
-// Trees of folders and web pages as files that other programs read.
+// Writers of trees of folders and web pages for other programs.
 #pragma once
 
 #include "vosmere/tree/tree_link.h"
@@ -6,8 +6,8 @@
 
 namespace vosmere::tool {
 
-/// What the writers share. The tree outlives the writer; its root gives the title. Characters that
-/// markup cannot say become U+FFFD.
+/// The base of these writers. Does not own the tree, which must outlive the writer; the name of its
+/// root is the title. Characters that markup cannot contain become U+FFFD.
 class LinkWriter : public CWriteXML {
  public:
   explicit LinkWriter(RNode* root) : root_(root) {}
@@ -19,7 +19,7 @@ class LinkWriter : public CWriteXML {
   RNode* root_;
 };
 
-/// The bookmark file that every browser imports.
+/// The HTML bookmark file that browsers import.
 class BookmarkHtml : public LinkWriter {
  public:
   using LinkWriter::LinkWriter;
@@ -28,8 +28,8 @@ class BookmarkHtml : public LinkWriter {
   bool FillData() override;
 };
 
-/// OPML 2.0 with an outline of type "link" for each page. (The library's own OPML holds collections
-/// and leaves pages out.)
+/// OPML 2.0 with an outline of type "link" for each page. (The OPML writer of the library writes
+/// collections and leaves pages out.)
 class LinkOpml : public LinkWriter {
  public:
   using LinkWriter::LinkWriter;

@@ -15,6 +15,7 @@
 #include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
+#include "tools/store.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -50,7 +51,7 @@ int PostFile(PostOptions options) {
   return Post(options);
 }
 
-/// Runs a verb; what stops it is told and becomes the exit code.
+/// Runs a verb. An exception is printed and gives the exit code.
 template <class Verb>
 int Run(Verb verb) {
   try {
@@ -59,7 +60,7 @@ int Run(Verb verb) {
     std::cerr << failure.message << '\n';
     return failure.exitCode;
   } catch (const std::ios::failure&) {
-    throw;  // no verb can go on without the output
+    throw;  // standard output failed, so the program ends
   } catch (const std::exception& error) {
     std::cerr << "vosmere: error: " << error.what() << '\n';
     return kTrouble;
@@ -214,15 +215,29 @@ int Main(const Arguments& arguments) {
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
 
+  CLI::App* const log =
+      app.add_subcommand("log", "Print the changes that a store remembers")->footer(kExitCodes);
+  log->add_option("STORE", in, "Its folder")->required();
+  log->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
+
+  std::uint64_t checkpoint = 0;
+  CLI::App* const recover =
+      app.add_subcommand("recover", "Say which checkpoints of a store load, and what each holds")
+          ->footer(kExitCodes);
+  recover->add_option("STORE", in, "Its folder")->required();
+  recover->add_option("--restore", checkpoint, "Make this checkpoint the newest, as it was")
+      ->type_name("NUMBER");
+  recover->callback([&] { exitCode = Run([&] { return Recover(in, checkpoint, std::cout); }); });
+
   PostOptions post;
   AddPost(app, post)->callback([&] {
-    std::cout.exceptions(std::ios::goodbit);  // nothing may be thrown through the library
+    std::cout.exceptions(std::ios::goodbit);  // the library calls back; no exception may cross it
     exitCode = Run([&] { return PostFile(post); });
     if (exitCode != kTrouble) std::cout.exceptions(std::ios::badbit);
   });
 
   try {
-    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // last first, as it wants them
+    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
   } catch (const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining();
     if (app.get_subcommands().empty() && !unknown.empty())
@@ -233,13 +248,13 @@ int Main(const Arguments& arguments) {
 }
 
 int Program(const Arguments& arguments) try {
-  std::cout.exceptions(std::ios::badbit);  // the reason is known when it fails, not afterwards
+  std::cout.exceptions(std::ios::badbit);  // errno holds the reason only right after the failure
   const int exitCode = Main(arguments);
   std::cout.flush();
   return exitCode;
 } catch (const std::ios::failure&) {
   const std::string reason = std::generic_category().message(errno);
-  std::cerr.tie(nullptr);  // it would try the output again
+  std::cerr.tie(nullptr);  // writing to cerr would flush cout, which fails again
   std::cerr << "vosmere: error: the output cannot be written: " << reason << '\n';
   return kTrouble;
 }

@@ -1,3 +1,4 @@
+// The verb "note".
 #include "tools/note.h"
 
 #include <algorithm>
@@ -16,7 +17,8 @@
 namespace vosmere::tool {
 namespace {
 
-/// Whether the page is there to its end, which the library does not tell: the disk may be full.
+/// Whether the whole page was written. The library does not report this, for example when the disk
+/// is full, so the end of the file is checked.
 bool IsWhole(const std::filesystem::path& path) {
   constexpr std::string_view kEnd = "</body><html>";
   std::ifstream file(path, std::ios::binary);
@@ -26,7 +28,7 @@ bool IsWhole(const std::filesystem::path& path) {
 
 constexpr std::string_view kBetweenNames = " > ";
 
-/// The names of the folders around an item and its own.
+/// The names of the folders around an item, and its own name.
 std::string PlaceOf(const CBaseNode& item) {
   std::string place = ToUtf8(item.GetName());
   const RNode* const link = item.GetRNode();
@@ -35,7 +37,8 @@ std::string PlaceOf(const CBaseNode& item) {
   return place;
 }
 
-/// The same question for every item of a document, mostly answered by the first names.
+/// Whether `place` equals PlaceOf(item), without building that text for every item of a document.
+/// Compares from the end, where most items already differ.
 bool IsPlaceOf(std::string_view place, const CBaseNode& item) {
   for (const RNode* link = item.GetRNode(); link && link->parent; link = link->parent) {
     const std::string name = ToUtf8(link->item->GetName());
@@ -58,7 +61,7 @@ std::vector<CBaseNode*> ItemsCalled(const std::string& name, const AnyDocument& 
   return items;
 }
 
-/// Says which items share a name.
+/// The message for a name that several items have.
 std::string Shared(const std::string& name, const std::vector<CBaseNode*>& items) {
   constexpr std::size_t kMostNamed = 10;
   std::string message = std::to_string(items.size()) + " items are called '" + Printable(name) +

@@ -1,4 +1,4 @@
-// Exporting an item of a document as a page.
+// The verb "note": exports an item of a document as an HTML page.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@ namespace vosmere::tool {
 
 struct NoteOptions {
   std::string in;
-  std::string item;  ///< its name, alone or with those of its folders, or its identity
+  std::string item;  ///< the item's identity or name, or the names of its folders and its own
   std::string out;
 };
 
-/// Exports the item and returns the exit code. Throws Failure, also when several are meant.
+/// Exports the item and returns the exit code. Throws Failure, also if several items match.
 int Note(const NoteOptions& options);
 
 }  // namespace vosmere::tool

@@ -1,3 +1,4 @@
+// Writes output files, or standard output.
 #include "tools/output.h"
 
 #include <cerrno>
@@ -11,6 +12,7 @@
 namespace vosmere::tool {
 namespace {
 
+// Writers need a path, and nothing may be printed if they fail; hence the temporary file.
 std::optional<Error> WriteStandardOutput(const FileWriter& write) {
   std::error_code code;
   const ReplacingFile scratch(std::filesystem::temp_directory_path(code));

@@ -1,4 +1,4 @@
-// Where what the tool writes goes.
+// Writing output files, or standard output.
 #pragma once
 
 #include <filesystem>
@@ -11,17 +11,18 @@
 
 namespace vosmere::tool {
 
+/// For temporary files: documents may be private.
 inline constexpr std::filesystem::perms kForTheUserAlone =
     std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
 
-/// Makes a file under the path, says why it could not, or throws.
+/// Writes a file at the path. Returns an error or nullopt, or throws.
 using FileWriter = std::function<std::optional<Error>(const FilePath& path)>;
 
-/// Lets `write` make a file, which then replaces the file of that name (ReplaceFile) or, for "-",
-/// goes to the standard output; when `write` fails, nothing does. Throws Failure.
+/// Lets `write` write a temporary file, which then replaces `file` (ReplaceFile) or, if `file` is
+/// "-", is copied to standard output. If `write` fails, there is no output. Throws Failure.
 void WriteOutput(const std::string& file, const FileWriter& write);
 
-/// Writes all of a file, or says why not.
+/// Creates or overwrites a file. Returns an error or nullopt.
 std::optional<Error> WriteFile(const FilePath& path, const std::string& bytes);
 
 }  // namespace vosmere::tool

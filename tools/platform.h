@@ -1,4 +1,4 @@
-// What a program has to do for itself on each system.
+// The main function's work that differs between systems.
 #pragma once
 
 #include <string>
@@ -8,9 +8,10 @@ namespace vosmere::tool {
 
 using Arguments = std::vector<std::string>;
 
-/// Runs a program's work with the arguments behind its name, in UTF-8, and returns what that
-/// returns. On Windows COM is initialised for this thread, as loading documents needs, and the
-/// console takes UTF-8; elsewhere the code page is that of the user's locale.
+/// Calls `work` with the arguments after the program's name and returns its result. On Windows the
+/// arguments are converted to UTF-8, COM is initialised for this thread, which loading documents
+/// needs, and the console is set to UTF-8. On Linux the arguments are unchanged, and the character
+/// type locale is set to that of the user.
 int RunProgram(int argc, char** argv, int (*work)(const Arguments& arguments));
 
 }  // namespace vosmere::tool

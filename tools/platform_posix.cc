@@ -1,3 +1,4 @@
+// Running a program on Linux.
 #include "tools/platform.h"
 
 #include <clocale>

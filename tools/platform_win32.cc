@@ -1,3 +1,4 @@
+// Running a program on Windows.
 #include <windows.h>
 // After windows.h, which they need.
 #include <objbase.h>
@@ -15,11 +16,11 @@ std::string Utf8(const wchar_t* text) {
   if (size < 1) return {};
   std::string utf8(static_cast<std::size_t>(size), '\0');
   WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-  utf8.pop_back();  // the terminating zero
+  utf8.pop_back();  // the terminating null
   return utf8;
 }
 
-// The narrow arguments have lost what the ANSI code page cannot say.
+// The arguments of main have lost every character that is not in the ANSI code page.
 Arguments WideArguments() {
   int count = 0;
   const std::unique_ptr<wchar_t*, decltype(&LocalFree)> wide(
@@ -29,6 +30,7 @@ Arguments WideArguments() {
   return arguments;
 }
 
+/// Initialises COM for this thread during its lifetime.
 class ComThread {
  public:
   ComThread() : initialised_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
@@ -42,6 +44,8 @@ class ComThread {
   bool initialised_;
 };
 
+/// Sets the code page of the console to UTF-8, and back at the end: the console outlives the
+/// program.
 class Utf8Console {
  public:
   Utf8Console() : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }

@@ -1,3 +1,4 @@
+// The verb "post".
 #include "tools/post.h"
 
 #include <cerrno>
@@ -29,7 +30,7 @@ constexpr LONG kSentOnly = 1;  // what Post returns for a reply that cannot be r
 
 namespace fs = std::filesystem;
 
-/// `about` is a host or a file.
+/// An error message about a host or a file.
 std::string Error(const std::string& about, const std::string& what) {
   return Printable(about) + ": error: " + what;
 }
@@ -38,7 +39,8 @@ std::string Error(const std::string& about, const std::string& what) {
   throw Failure{kTrouble, Error(about, message)};
 }
 
-// The compiler may drop a plain write to what is never read again.
+// Overwrites a secret. The writes are volatile, because the compiler may remove plain writes to
+// memory that is not read again.
 template <class Unit>
 void Wipe(Unit* text, std::size_t length) {
   for (volatile Unit* unit = text; length > 0; --length) *unit++ = 0;
@@ -46,7 +48,7 @@ void Wipe(Unit* text, std::size_t length) {
 
 std::string AskPassword(const std::string& user) {
   std::string password;
-  password.reserve(1024);  // growing would leave copies behind
+  password.reserve(1024);  // a reallocation would leave copies of the password in memory
   const bool read = IsTerminal(Stream::kInput)
                         ? ReadSecretLine("Password for " + Printable(user) + ": ", password)
                         : static_cast<bool>(std::getline(std::cin, password));
@@ -55,10 +57,10 @@ std::string AskPassword(const std::string& user) {
   return password;
 }
 
-/// Lower case, as servers compute it.
+/// The MD5 digest in lower-case hexadecimal digits, as servers compute it.
 void DigestOfPassword(const std::string& user, WChar (&digest)[kDigestLength + 1]) {
   std::string password = AskPassword(user);
-  std::vector<WChar> wide(password.size() + 1);  // one copy, which is wiped
+  std::vector<WChar> wide(password.size() + 1);  // the only copy; it is wiped below
   detail::Utf8ToWide(password.data(), password.size(), wide.data());
   CEncodingTool::GetWideCharLowerMD5(wide.data(), digest);
   Wipe(wide.data(), wide.size());
@@ -70,7 +72,7 @@ void Redact(WChar (&digest)[kDigestLength + 1]) {
   digest[kDigestLength] = 0;
 }
 
-/// Runs `add`, which adds a field, and stops when the upload dropped it.
+/// Calls `add`, which adds a field, and fails if the field was dropped because it does not fit.
 template <class Add>
 void AddOrStop(CNetUploadFile& upload, const std::string& name, Add add) {
   const std::string before = upload.GetParaString();
@@ -96,7 +98,7 @@ void AddFields(CNetUploadFile& upload, const PostOptions& options) {
   }
 }
 
-/// One line that is drawn over itself.
+/// A progress bar on standard error: one line that is overwritten. None without a terminal.
 class ProgressBar {
  public:
   explicit ProgressBar(CNetUploadFile& upload) {
@@ -123,7 +125,7 @@ class ProgressBar {
   int percent_ = -1;
 };
 
-/// Throws Failure for an upload that failed with this code.
+/// Throws a Failure with the message for this error code.
 [[noreturn]] void StopForCode(LONG code, const PostOptions& options) {
   constexpr int kFirstOfHttp = 12000;
   const int number = code & 0xFFFF;
@@ -135,8 +137,9 @@ class ProgressBar {
        options.host);
 }
 
-/// Throws Failure when there is no reply or half of one, unless that refuses the file. What comes
-/// goes to `out`, or is kept for null; whether it could be written is for the caller to see.
+/// Uploads the file. The reply is written to `out`, or kept in `upload` if `out` is null; the
+/// caller must check whether `out` failed. Throws Failure if there is no reply or an incomplete
+/// one, unless its status already says that the server rejected the file.
 void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out) {
   const auto write = [](void* to, const void* bytes, std::size_t size) {
     auto& stream = *static_cast<std::ostream*>(to);
@@ -174,7 +177,7 @@ void SendTo(CNetUploadFile& upload, const PostOptions& options) {
     MakeOutputBinary();
     Send(upload, options, &std::cout);
     CheckOutput();
-  } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe stays itself
+  } else if (fs::is_other(PathOf(options.output), ignored)) {  // a device or a pipe: not replaced
     SendToFile(upload, options, PathOf(options.output));
   } else {
     WriteOutput(options.output, [&](const FilePath& path) -> std::optional<vosmere::Error> {
@@ -184,7 +187,7 @@ void SendTo(CNetUploadFile& upload, const PostOptions& options) {
   }
 }
 
-/// Line ends and tabs stay; on a terminal nothing else may steer it.
+/// Escapes control characters so that a reply cannot control the terminal. Line ends and tabs stay.
 std::string PrintableLines(const std::string& text) {
   std::string lines, line;
   for (const char c : text) {
@@ -199,7 +202,8 @@ std::string PrintableLines(const std::string& text) {
   return lines + Printable(line);
 }
 
-/// How much of a text to print at a time: no character is cut in two, and no line if it can be.
+/// How many code units of a text to print at a time. Splits between lines if possible, and never
+/// inside a surrogate pair.
 std::size_t SliceOf(WideView text) {
   constexpr std::size_t kMost = 64 * 1024;
   if (text.size <= kMost) return text.size;
@@ -224,7 +228,7 @@ void PrintReply(CNetUploadFile& upload) {
   if (seen && !text.empty() && text.back() != '\n') std::cout << '\n';
 }
 
-/// What is to be said of a reply; empty when the file was delivered and the reply is whole.
+/// The error message for a reply; empty if the file was delivered and the reply is complete.
 std::string Objection(const CNetUploadFile& upload, const PostOptions& options) {
   const int status = upload.GetStatus();
   const std::string answer = "the server answers " + std::to_string(status);

@@ -1,4 +1,4 @@
-// Uploading a file to a web server.
+// The verb "post": uploads a file to a web server.
 #pragma once
 
 #include <string>
@@ -7,18 +7,18 @@
 namespace vosmere::tool {
 
 struct PostOptions {
-  std::string host;  ///< may carry a port
-  std::string path;  ///< on the server
+  std::string host;  ///< may contain a port: "name:8080"
+  std::string path;  ///< the path on the server
   std::string file;
   std::vector<std::string> fields;  ///< "name=value"
-  std::string user;                 ///< empty for none; the password is asked for
+  std::string user;                 ///< empty for none; otherwise the password is read
   bool secure = false;
   bool clean = false;
-  std::string output;   ///< where the reply goes, "-" for the standard output; empty prints it
+  std::string output;   ///< the file for the reply, "-" for standard output; empty prints it
   bool dryRun = false;  ///< prints the request instead of sending it
 };
 
-/// Prints or writes the server's reply and returns the exit code. Throws Failure.
+/// Uploads the file, prints or writes the reply and returns the exit code. Throws Failure.
 int Post(const PostOptions& options);
 
 }  // namespace vosmere::tool

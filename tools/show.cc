@@ -1,3 +1,4 @@
+// The verb "show".
 #include "tools/show.h"
 
 #include <map>
@@ -8,6 +9,7 @@
 namespace vosmere::tool {
 namespace {
 
+/// Prints records and counts them for the summary.
 class Shower {
  public:
   explicit Shower(std::ostream& out) : out_(out) {}

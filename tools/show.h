@@ -1,4 +1,4 @@
-// What a document holds, for people and for scripts.
+// The verb "show": prints the content of a document for people, or as JSON for scripts.
 #pragma once
 
 #include <ostream>
@@ -8,19 +8,19 @@
 
 namespace vosmere::tool {
 
-/// Something that the summary below a document counts.
+/// Something that is counted in the summary below a document.
 struct Count {
-  const char* what;    ///< a kind of record, or the field of a mark
-  const char* plural;  ///< as the summary names it
+  const char* what;    ///< a kind of record, or the name of a field that is shown as a mark
+  const char* plural;  ///< its name in the summary
 };
 
-/// A line for each record, and a summary unless there is nothing to count. `what` stands for the
-/// kind of the whole.
+/// Prints a line for each record, and a summary unless `counts` is empty. `what` is printed as the
+/// kind of the document.
 void Show(const Record& content, std::string_view what, std::span<const Count> counts,
           std::ostream& out);
 
-/// One JSON value in ASCII: every record with its kind, its fields and, where it may have any, its
-/// children.
+/// Prints one JSON value in ASCII: every record is an object with its kind, its fields and, if it
+/// is a container, its children.
 void ShowJson(const Record& content, std::ostream& out);
 
 }  // namespace vosmere::tool

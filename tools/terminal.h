@@ -1,4 +1,4 @@
-// The terminal, where there is one; a file per system keeps it.
+// Access to the terminal, implemented by one file per system.
 #pragma once
 
 #include <string>
@@ -7,12 +7,13 @@ namespace vosmere::tool {
 
 enum class Stream { kInput = 0, kOutput = 1, kErrors = 2 };
 
+/// Whether the standard stream is connected to a terminal.
 bool IsTerminal(Stream stream);
 
-/// A line typed without echo behind the prompt. False when the input ends before it.
+/// Prints the prompt and reads a line without echo. False if the input ends before the line.
 bool ReadSecretLine(const std::string& prompt, std::string& line);
 
-/// Bytes that are read and written from now on stay what they are.
+/// Switch standard input or output to binary mode, so that Windows does not convert line ends.
 void MakeInputBinary();
 void MakeOutputBinary();
 

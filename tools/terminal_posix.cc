@@ -1,3 +1,4 @@
+// The terminal on Linux.
 #include <bsd/readpassphrase.h>
 #include <string.h>
 #include <unistd.h>

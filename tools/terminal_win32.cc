@@ -1,3 +1,4 @@
+// The terminal on Windows.
 #include <windows.h>
 
 #include <fcntl.h>
@@ -25,7 +26,7 @@ bool ReadSecretLine(const std::string& prompt, std::string& line) {
   SetConsoleMode(input, mode);
   fputs("\n", stderr);
   while (units > 0 && (typed[units - 1] == L'\n' || typed[units - 1] == L'\r')) --units;
-  line.resize(3 * units);
+  line.resize(3 * units);  // a code unit takes at most three bytes in UTF-8
   line.resize(static_cast<std::size_t>(
       WideCharToMultiByte(CP_UTF8, 0, typed, static_cast<int>(units), line.data(),
                           static_cast<int>(line.size()), nullptr, nullptr)));

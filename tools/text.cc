@@ -1,3 +1,4 @@
+// Printable texts, and the names of files.
 #include "tools/text.h"
 
 #include <cstdio>
@@ -9,7 +10,7 @@ bool IsBetween(WChar unit, WChar first, WChar last) {
   return first <= unit && unit <= last;
 }
 
-// Control characters, line separators, and marks that change the direction of writing.
+// Control characters, line separators, and characters that change the writing direction.
 bool Steers(WChar unit) {
   return unit < 0x20 || IsBetween(unit, 0x7F, 0x9F) || unit == 0x61C ||
          IsBetween(unit, 0x200E, 0x200F) || IsBetween(unit, 0x2028, 0x202E) ||

@@ -1,4 +1,4 @@
-// Texts for people, and names of files.
+// Printable texts, and the names of files.
 #pragma once
 
 #include <filesystem>
@@ -9,20 +9,21 @@
 
 namespace vosmere::tool {
 
-/// A file by the name that the program was given for it, in the system's own bytes (UTF-8 on
+/// The path of a file from a command-line argument, which is in the system's encoding (UTF-8 on
 /// Windows).
 std::filesystem::path PathOf(const std::string& name);
 
-/// Whether it names the standard input or output rather than a file.
+/// Whether the name means standard input or output, not a file.
 inline bool IsStandard(const std::string& name) {
   return name == "-";
 }
-/// A file to be read, in messages.
+/// The name of an input file for messages.
 std::string InputName(const std::string& name);
-/// A file to be written, in messages.
+/// The name of an output file for messages.
 std::string OutputName(const std::string& name);
 
-/// UTF-8 that a terminal can be given: what would steer it, or reorder the line, is escaped.
+/// UTF-8 that is safe to print on a terminal: control characters and characters that reorder a line
+/// are replaced by escapes like those of JSON.
 std::string Printable(const WChar* text);
 std::string Printable(const std::string& utf8);
 

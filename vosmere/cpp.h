@@ -1,28 +1,29 @@
-// The library for C++ programs: the one header to include.
+// The library for C++ programs: the only header that they need to include.
 //
-// On top of the classes that vosmere/vosmere.h brings, it has owning handles, texts in UTF-8 and
-// UTF-16, ranges that a break ends, and one type for results. It adds no second model: what it
-// hands out are the library's own items and lists, and every plain operation goes with it.
+// In addition to the classes of vosmere/vosmere.h it has owning handles, texts in UTF-8 and UTF-16,
+// ranges for loops, and one type for results. It adds no second data model: its functions return
+// the library's own items and lists, which can also be used with all other operations.
 //
-//   text.h     texts in and out, comparing without a copy
+//   text.h     converting texts, comparing without a copy
 //   own.h      a handle for every result that the caller frees
-//   result.h   a value, or the reason why there is none
+//   result.h   a value or an error
 //   walk.h     items: their texts, loops over them, searches
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
-//   documents.h  loading and saving, and what is lost on the way
-//   store.h    a tree that is kept for years, with undo
-//   dates.h    instants of feeds and items
-//   jobs.h     functions run at a time, or every so often
-//   upload.h   a file or a document to a web server
+//   documents.h  loading and saving, with a report of losses
+//   store.h    a tree on disk with a log of changes, with undo
+//   dates.h    the dates of feeds and the times of items
+//   jobs.h     functions that run at a given time, or periodically
+//   upload.h   uploading a file or a text to a web server
 //
-// UTF-8 goes in as whatever is a string (std::string_view, a literal) and comes out as std::string.
-// Nothing is thrown but std::bad_alloc.
+// UTF-8 arguments can be any kind of string (std::string_view, a literal); results are std::string.
+// The only exception thrown is std::bad_alloc.
 #pragma once
 
 #include "vosmere/cpp/dates.h"
 #include "vosmere/cpp/document_kinds.h"
 #include "vosmere/cpp/documents.h"
+#include "vosmere/cpp/favorites.h"
 #include "vosmere/cpp/files.h"
 #include "vosmere/cpp/jobs.h"
 #include "vosmere/cpp/lists.h"

@@ -12,6 +12,7 @@ class CKQSynch;
 class CVSMGlobal;
 struct DocumentError;
 struct DocumentLoss;
+struct FilePiece;
 struct WideView;
 
 // text
@@ -38,6 +39,7 @@ class CSortRNode;
 class CUrlNode;
 class CUrlProp;
 class RNTool;
+class TreeObserver;
 struct RNode;
 enum tagNODETYPE : LONG;
 enum tagVSMITEMFILETYPE : LONG;
@@ -135,5 +137,11 @@ class CFavorites;
 struct CFavorite;
 struct COrderRecord;
 struct FavoritesReport;
+
+// storage
+class TreeStore;
+struct FileMark;
+struct StoreOptions;
+struct StoredCheckpoint;
 
 }  // namespace vosmere

@@ -142,6 +142,9 @@ TEST(Documents, WhatIsNoDocumentIsAnErrorThatSaysWhy) {
   for (const Error& missing : {Load<Tree>(files / "none").error(), Load<Tree>(files / "").error()})
     EXPECT_EQ(missing.fault, DocumentFault::kCannotOpen);
   EXPECT_FALSE(Load<Tree>(static_cast<const char*>(nullptr)));
+  WriteBytes(files / "f", "<opml> </opml>");
+  EXPECT_TRUE(Load<Tree>((files / "f").string()));
+  EXPECT_FALSE(Load<Tree>((files / "f").string() + std::string("\0", 1)));
   EXPECT_TRUE(Load<ColctList>(Bytes("<collectionlist> </collectionlist>")));
 }
 

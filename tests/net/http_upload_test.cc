@@ -315,6 +315,18 @@ TEST(NetUploadFile, NothingIsSentWithoutAFieldThatMemoryRanOutFor) {
   }
 }
 
+TEST(NetUploadFile, LendsTheBytesOfItsFile) {
+  Sender sender("a.example");
+  sender.upload.SetLocalFile(W(sender.file()));
+  const long before = LiveAllocations();
+  void *file = nullptr, *mapping = nullptr;
+  ULONG size = 0;
+  const void* const data = sender.upload.get_data(file, mapping, size);
+  EXPECT_EQ(std::string_view(static_cast<const char*>(data), size), "0123");
+  sender.upload.release_data(file, mapping);
+  EXPECT_EQ(LiveAllocations(), before);
+}
+
 TEST(NetUploadFile, MemoryThatRunsOutIsAFailureAndLosesNothing) {
   const Sender sender("a.example");
   const Wide file = W(sender.file()), host = W("a.example");

@@ -51,18 +51,16 @@ TEST(File, WhatDoesNotOpenSaysWhyAndDoesNothing) {
   char byte;
   std::size_t got;
   std::uint64_t size;
-  for (const Wide& path : {W(folder / "missing"), W(folder / "."), W(folder / "no" / "file")}) {
-    File file;
+  File file;
+  for (const Wide& path :
+       {W(folder / "missing"), W(folder / "."), W(folder / "no" / "file"), W("")}) {
+    ASSERT_TRUE(file.Open(W(folder / "file")));
     EXPECT_FALSE(file.Open(path));
     EXPECT_FALSE(file.IsOpen());
     EXPECT_NE(file.error(), 0u);
-    EXPECT_FALSE(file.Read(&byte, 1, &got));
-    EXPECT_FALSE(file.Write(&piece, 1));
-    EXPECT_FALSE(file.Size(&size));
+    EXPECT_FALSE(file.Read(&byte, 1, &got) || file.Write(&piece, 1) || file.Size(&size));
   }
-  File file;
-  EXPECT_FALSE(file.Open(nullptr));
-  EXPECT_FALSE(file.Create(W(folder / ".")));
+  EXPECT_FALSE(file.Open(nullptr) || file.Create(W(folder / ".")));
   EXPECT_FALSE(file.Create(W(folder / "no" / "file")));
   EXPECT_NE(file.error(), 0u);
 }

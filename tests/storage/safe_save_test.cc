@@ -121,6 +121,7 @@ TEST_F(SafeSaveFile, OfManyWhoSaveAtOnceNoneIsLostWithoutAWord) {
   for (int i = 0; i < 3; ++i) threads.emplace_back(addOne);
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(Document(), std::to_string(saves));
+  EXPECT_TRUE(Save("the next"));
   EXPECT_EQ(Files(folder / "docs"), 1);
 }
 

@@ -6,7 +6,9 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tests/support/wide.h"
 
@@ -29,6 +31,28 @@ inline std::filesystem::path TestPath(const std::string& name) {
 /// A file of tests/data, byte for byte.
 inline std::string TestData(const std::string& name) {
   return ReadBytes(TestPath(name));
+}
+
+/// The rows of a table in tests/data: a line each, its cells between bars, `\r`, `\n`, `\t` and
+/// `\0` in place of those bytes. Lines without a bar are comments.
+inline std::vector<std::vector<std::string>> TestTable(const std::string& name) {
+  std::vector<std::vector<std::string>> rows;
+  std::istringstream lines(TestData(name));
+  for (std::string line; std::getline(lines, line);) {
+    std::vector<std::string> row(1);
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      constexpr std::string_view kLetters = "rnt0", kBytes("\r\n\t\0", 4);
+      const std::size_t letter =
+          line[i] == '\\' && i + 1 < line.size() ? kLetters.find(line[i + 1]) : kLetters.npos;
+      if (line[i] == '|')
+        row.emplace_back();
+      else
+        row.back() += letter == kLetters.npos ? line[i] : kBytes[letter];
+      i += letter != kLetters.npos;
+    }
+    if (row.size() > 1) rows.push_back(row);
+  }
+  return rows;
 }
 
 /// A new empty folder.

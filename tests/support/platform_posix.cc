@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -13,6 +14,8 @@
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/platform.h"
+#include "tests/support/user_registry.h"
+#include "vosmere/platform/registry.h"
 
 namespace vosmere::test {
 
@@ -69,6 +72,25 @@ void RunOnSmallStack(std::size_t bytes, std::function<void()> work) {
   pthread_t thread;
   if (pthread_create(&thread, &attributes, run, &work) == 0) pthread_join(thread, nullptr);
   pthread_attr_destroy(&attributes);
+}
+
+UserRegistry::UserRegistry() : exported_("\xEF\xBB\xBFWindows Registry Editor Version 5.00\r\n") {
+  WriteBytes(folder_ / "user.reg", exported_);
+  SetUserRegistry(W(folder_ / "user.reg"));
+}
+
+UserRegistry::~UserRegistry() {
+  SetUserRegistry(nullptr);
+}
+
+void UserRegistry::Set(const std::string& key, const std::string& name, const std::string& bytes) {
+  exported_ += "\r\n[HKEY_CURRENT_USER\\" + Path(key) + "]\r\n\"" + name + "\"=hex:";
+  for (const char byte : bytes) {
+    char digits[8];
+    std::snprintf(digits, sizeof digits, "%02x,", static_cast<unsigned char>(byte));
+    exported_ += digits;
+  }
+  WriteBytes(folder_ / "user.reg", exported_ + "\r\n");
 }
 
 namespace {

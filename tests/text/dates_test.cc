@@ -40,13 +40,9 @@ std::string Read(const std::string& text) {
 }
 
 TEST(Dates, AreReadByBothReaders) {
-  std::istringstream lines(TestData("dates.txt"));
   testing::internal::CaptureStdout();
-  for (std::string line; std::getline(lines, line);) {
-    const std::string text = line.substr(0, line.find('|'));
-    if (text.size() == line.size()) continue;
-    EXPECT_EQ(text + '|' + TimeOf(text.c_str()) + '|' + Read(text), line);
-  }
+  for (const auto& row : TestTable("dates.txt"))
+    EXPECT_THAT(row, ElementsAre(row[0], TimeOf(row[0].c_str()), Read(row[0])));
   testing::internal::GetCapturedStdout();
 }
 

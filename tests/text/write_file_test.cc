@@ -44,6 +44,8 @@ TEST_F(WriteFile, WithoutAnOpenFileNothingIsWritten) {
       ASSERT_TRUE((writer.*open)(path));
       EXPECT_FALSE((writer.*open)(bad));
       EXPECT_FALSE(writer.WriteData(W("x")) || writer.WriteStreamData("", 0));
+      ASSERT_TRUE((writer.*open)(path) && writer.CloseFile());
+      EXPECT_FALSE(writer.WriteData(W("x")));
     }
   }
 }

@@ -5,7 +5,7 @@
 
 namespace vosmere {
 
-/// A piece of memory to be written.
+/// A piece of memory to write. The caller owns it.
 struct FilePiece {
   const void* data;
   std::size_t size;

@@ -1,5 +1,5 @@
-// What public headers need of std::unique_ptr. Its own header, <memory>, would be half of all that
-// a program compiles for the sake of this library.
+// A small owning pointer for public headers. The standard header of std::unique_ptr would make up
+// half of what a program compiles because of this library.
 #pragma once
 
 #include <utility>

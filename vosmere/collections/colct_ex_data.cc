@@ -1,3 +1,4 @@
+// Extra data of collections; cells are linked by base/chain.h.
 #include "vosmere/collections/colct_ex_data.h"
 
 #include "vosmere/base/list.h"

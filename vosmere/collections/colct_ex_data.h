@@ -1,4 +1,4 @@
-// Extra data of a collection's items, and chains of it.
+// Extra data attached to an item of a collection, and chains of it.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,20 +7,23 @@
 
 namespace vosmere {
 
-/// Extra data attached to an item of a collection. Texts are copied; null clears.
+/// Extra data attached to an item of a collection. Setters copy their text; null makes it null. A
+/// returned text is owned by the object and may be null. Not thread-safe.
 class VOSMERE_API CColctExData {
  public:
-  /// Null when memory runs out.
+  /// An object in which everything is null; null when memory runs out. Freed with Delete.
   static CColctExData* New();
-  /// Null is ignored.
+  /// Frees it. Null is ignored.
   static void Delete(CColctExData* data);
 
   CColctExData(const CColctExData&) = delete;
   CColctExData& operator=(const CColctExData&) = delete;
   virtual ~CColctExData();
 
+  /// Address of the collection's data.
   void SetColctUrl(const WChar* url) { colctUrl_.AssignOrNull(url); }
   WChar* GetColctUrl() const { return colctUrl_.get(); }
+  /// Identity of the item.
   void SetItemID(const WChar* id) { itemID_.AssignOrNull(id); }
   WChar* GetItemID() const { return itemID_.get(); }
 
@@ -37,15 +40,15 @@ class VOSMERE_API CColctExData {
   CColctNode* storedColctNode_ = nullptr;
 };
 
-/// One cell of a chain of extra data (base/chain.h). Destroying it frees nothing else.
+/// One cell of a chain of extra data (base/chain.h). Destroying a cell does not free its data.
 struct VOSMERE_API RColctExData {
   RColctExData* prev = this;
   RColctExData* next = nullptr;
   CColctExData* item;
 
-  /// Null when memory runs out.
+  /// A cell in no chain; null when memory runs out.
   static RColctExData* New(CColctExData* data);
-  /// Frees every cell from `head` on with its data. Null is ignored.
+  /// Frees every cell from `head` on, with its data. Null is ignored.
   static void DeleteList(RColctExData* head);
 
   RColctExData(const RColctExData&) = delete;

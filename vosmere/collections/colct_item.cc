@@ -1,3 +1,4 @@
+// Chains of collections; cells are linked by base/chain.h.
 #include "vosmere/collections/colct_item.h"
 
 #include <new>

@@ -1,3 +1,4 @@
+// References to items of collections, and how they are looked up.
 #include "vosmere/collections/colct_item_id.h"
 
 #include "vosmere/base/chain.h"

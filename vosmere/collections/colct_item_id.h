@@ -1,4 +1,4 @@
-// The name of an item of a collection by the identities of both, and chains of such names.
+// References to items of collections by identity, and chains of them.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,13 +7,14 @@
 
 namespace vosmere {
 
-/// Names one item of one collection by their identities, and keeps what the names resolve to.
-/// Texts are copied; null clears.
+/// Refers to one item of one collection by their identities, and keeps pointers to the two objects
+/// once they are found. Setters copy their text; null makes it null. A returned text is owned by
+/// the object and may be null. Not thread-safe.
 class VOSMERE_API CColctItemID {
  public:
-  /// Null when memory runs out.
+  /// An object in which everything is null; null when memory runs out. Freed with Delete.
   static CColctItemID* New();
-  /// Null is ignored.
+  /// Frees it. Null is ignored.
   static void Delete(CColctItemID* id);
 
   CColctItemID(const CColctItemID&) = delete;
@@ -29,19 +30,19 @@ class VOSMERE_API CColctItemID {
   void SetName(const WChar* name) { name_.AssignOrNull(name); }
   WChar* GetName() const { return name_.get(); }
 
-  /// What the names resolved to, or null. Not owned.
+  /// The collection and the item that the identities were resolved to, or null. Not owned.
   void SetRefColctNode(CColctNode* colct) { refColctNode_ = colct; }
   CColctNode* GetRefColctNode() const { return refColctNode_; }
   void SetRefUrlNode(CUrlNode* item) { refUrlNode_ = item; }
   CUrlNode* GetRefUrlNode() const { return refUrlNode_; }
 
-  /// Resolves the collection in `list`: the very one that `id` holds already, else the first with
-  /// its identity, which null never is. True when it is there. When it is not, both references of
-  /// `id` are cleared; an empty list changes nothing.
+  /// Looks up the collection in `list`: by pointer if `id` already holds one, otherwise the first
+  /// with its identity. A null identity matches nothing. Returns whether it was found. If not, both
+  /// pointers of `id` become null, except that an empty list changes nothing.
   static bool FindColctNode(RColctItem* list, CColctItemID* id);
-  /// Resolves the collection, then the item among the top-level web pages of its local tree: the
-  /// very one that `id` holds already, else the first with its identity. True when both are there;
-  /// what is not is cleared.
+  /// Looks up the collection as FindColctNode does, then the item among the top-level web pages of
+  /// its local tree: by pointer if `id` already holds one, otherwise the first with its identity.
+  /// Returns whether both were found. If only the item is missing, its pointer becomes null.
   static bool FindColctUrlNode(RColctItem* list, CColctItemID* id);
 
  protected:
@@ -55,15 +56,16 @@ class VOSMERE_API CColctItemID {
   SystemText name_;
 };
 
-/// One cell of a chain of item identities (base/chain.h). Destroying it frees nothing else.
+/// One cell of a chain of item references (base/chain.h). Destroying a cell does not free its
+/// reference.
 struct VOSMERE_API RColctItemID {
   RColctItemID* prev = this;
   RColctItemID* next = nullptr;
   CColctItemID* item;
 
-  /// Null when memory runs out.
+  /// A cell in no chain; null when memory runs out.
   static RColctItemID* New(CColctItemID* id);
-  /// Frees every cell from `head` on with its identity. Null is ignored.
+  /// Frees every cell from `head` on, with its reference. Null is ignored.
   static void DeleteList(RColctItemID* head);
 
   RColctItemID(const RColctItemID&) = delete;

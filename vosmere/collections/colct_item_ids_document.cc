@@ -1,3 +1,4 @@
+// Writes and reads the document that lists which items belong to which collections.
 #include "vosmere/collections/colct_item_ids_document.h"
 
 #include <string>
@@ -32,7 +33,8 @@ void CWriteColctItemID::AddTail() {
   Put("</colctitem>");
 }
 
-// False for an entry that is left out.
+// Converts one identity. False, with the loss reported, if it is missing or cannot be converted:
+// the entry is then left out, because it could not be found again.
 bool CWriteColctItemID::PutInto(std::string& utf8, const WChar* id) {
   if (EscapedUtf8(WideView(id), utf8, Stands::kInAttribute) && !utf8.empty()) return true;
   Lose(LossKind::kNotKept, "an entry without both identities is left out");
@@ -87,7 +89,7 @@ constexpr Field<CColctItemID> kItemFields[] = {
     {"id", Text<&CColctItemID::SetItemID>},
 };
 
-// All text within an item is its name, that of items within it, too.
+// All text inside the element is the name, including that of nested items.
 void ReadItem(Ids& ids, const Element& element) {
   BeginItem(ids, element);
   TextAndAttributesTo<&Ids::item, SetNameUnlessEmpty, kItemFields>(ids, element);

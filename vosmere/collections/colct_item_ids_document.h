@@ -1,4 +1,4 @@
-// The document that says which items belong to which collections: its writer and reader.
+// The document that lists which items belong to which collections.
 #pragma once
 
 #include <iosfwd>
@@ -11,16 +11,16 @@
 
 namespace vosmere {
 
-/// Writes which items belong to which collections: for each the identities of both and a name.
+/// Writes which items belong to which collections: for each entry the two identities and a name.
 class VOSMERE_API CWriteColctItemID : public CWriteXML {
  public:
   CWriteColctItemID() = default;
   ~CWriteColctItemID() override;
 
-  /// The entries to write, which must outlive the writing; null is an empty list. One without
-  /// either identity, null or empty, is left out.
+  /// Sets the entries to write; null is an empty list. Not owned; they must stay valid until the
+  /// document has been written. An entry is left out if one of its identities is null or empty.
   void SetRColctItemIDHead(RColctItemID* head) { head_ = head; }
-  /// Only collections are written: items' identities are left out, and need not be there.
+  /// Writes only the identities of collections. Those of items are left out and may be missing.
   void SetColctOnly() { colctOnly_ = 1; }
 
  protected:
@@ -28,8 +28,8 @@ class VOSMERE_API CWriteColctItemID : public CWriteXML {
 
   void AddHead();
   void AddTail();
-  // Intended: the spelling; programs know them by these names. An entry whose identities cannot be
-  // converted is left out.
+  // Intended: "Fil" for "Fill"; existing programs use these names. An entry whose identities cannot
+  // be converted to UTF-8 is left out.
   void FilRColctItemIDToBuffer(CColctItemID* id);
   void FilRColctIDOnlyToBuffer(CColctItemID* id);
 
@@ -41,17 +41,17 @@ class VOSMERE_API CWriteColctItemID : public CWriteXML {
   LONG colctOnly_ = 0;
 };
 
-/// Reads which items belong to which collections. A root element other than "colctitem" loads, and
-/// gives no entries.
+/// Reads which items belong to which collections. A document with a root element other than
+/// "colctitem" loads without error and yields no entries.
 class VOSMERE_API CReadColctItemID : public CReadXML {
  public:
   CReadColctItemID() = default;
-  /// Frees the entries unless they were detached.
+  /// Frees the entries that were not detached.
   ~CReadColctItemID() override;
 
-  /// The entries, now the caller's (RColctItemID::DeleteList frees them); null when there are none.
-  /// Until they are detached, the next document is appended to them. What was read before a load
-  /// failed stays.
+  /// Returns the entries, which the caller then owns and frees with RColctItemID::DeleteList; null
+  /// when there are none. Until they are detached, each further document is appended to them. After
+  /// a failed load, the entries read so far stay.
   RColctItemID* DetachRColctItemIDHead() { return ids_.Detach(); }
 
  protected:

@@ -1,3 +1,4 @@
+// Writes and reads the document that stores a list of collections.
 #include "vosmere/collections/colct_list_document.h"
 
 #include "vosmere/tree/tree_link.h"
@@ -21,7 +22,7 @@ bool CWriteColctListXML::FillData() {
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the blank before the element, which existing files have.
 void CWriteColctListXML::AddHead() {
   Put(" <collectionlist version=\"1.0\">\r\n");
 }
@@ -77,7 +78,8 @@ using namespace xml;
 using List = ItemChain<RColctItem>;
 enum Scope : unsigned { kList = 1, kCollection = 2 };
 
-// An item is not checked in unless it says "true", once it says anything.
+// Any value but "true" means not checked in. Without the attribute the item stays checked in, as
+// new items are.
 void CheckedInWhenTrue(CBaseNode& item, const WChar* value) {
   item.SetCheckedIn(IsNamed(WideView(value), "true") ? CBaseNode::kCheckedIn : 0);
 }
@@ -91,6 +93,8 @@ constexpr Field<CBaseNode> kColctBuildFields[] = {
     {"checkedin", CheckedInWhenTrue, FitsTruth},
 };
 
+// Versions are not read; the header says why. Only a version other than 1, which new items have, is
+// a loss.
 void Version(List&, const Element& element) {
   NoLoss(element);
   if (element.report() && !IsNamed(element.Text().view(), "1"))

@@ -1,4 +1,4 @@
-// The document of a list of collections: its writer and reader.
+// The document that stores a list of collections.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -10,14 +10,15 @@
 
 namespace vosmere {
 
-/// Writes a list of collections: for each its title, address, description, times, identity,
-/// version, build and owner. Collections of another type than CT_DEFAULT are left out.
+/// Writes a list of collections: for each one its title, address, description, times, identity,
+/// version, build and owner. Collections of a type other than CT_DEFAULT are left out.
 class VOSMERE_API CWriteColctListXML : public CWriteItems {
  public:
   CWriteColctListXML() = default;
   ~CWriteColctListXML() override;
 
-  /// The list to write, which must outlive the writing; null is an empty list.
+  /// Sets the list to write; null is an empty list. Not owned; it must stay valid until the
+  /// document has been written.
   void SetRColctItemHead(RColctItem* head) { head_ = head; }
 
  protected:
@@ -30,7 +31,8 @@ class VOSMERE_API CWriteColctListXML : public CWriteItems {
   void FillNodeStat(CNodeStat* stat);
   /// Identity, version and build.
   void FillColctNodeExtra(CColctNode* colct);
-  /// The owner. Intended: the spelling; programs know it by this name.
+  /// The owner.
+  /// Intended: "File" for "Fill"; existing programs use this name.
   void FileNetData(CColctNetData* data);
 
  private:
@@ -39,22 +41,23 @@ class VOSMERE_API CWriteColctListXML : public CWriteItems {
   RColctItem* head_ = nullptr;
 };
 
-/// Reads a list of collections. A root element other than "collectionlist" loads, and gives an
-/// empty list.
+/// Reads a list of collections. A document with a root element other than "collectionlist" loads
+/// without error and yields an empty list.
 ///
 /// Intended: versions are written but not read. They count the changes of one stored record, and
-/// who reads a list makes new records.
+/// reading a list creates new records.
 class VOSMERE_API CReadColctListXML : public CReadXML {
  public:
   CReadColctListXML() = default;
-  /// Frees the list unless it was detached.
+  /// Frees the list if it was not detached.
   ~CReadColctListXML() override;
 
-  /// The list, which stays the reader's; null when it is empty. The next document is appended to
-  /// it. What was read before a load failed stays in it.
+  /// The list, owned by the reader; null when it is empty. Each further document is appended to it.
+  /// After a failed load, what was read so far stays in it.
   RColctItem* GetRColctItemHead() const { return list_.head(); }
-  /// The same, now the caller's (RColctItem::DeleteList frees it).
+  /// The same, but the caller then owns the list and frees it with RColctItem::DeleteList.
   RColctItem* DetachRColctItemHead() { return list_.Detach(); }
+  /// Frees the list and its collections.
   void DeleteRColctItemList() { list_.Clear(); }
 
  protected:

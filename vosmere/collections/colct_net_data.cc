@@ -1,3 +1,4 @@
+// The network settings of a collection.
 #include "vosmere/collections/colct_net_data.h"
 
 namespace vosmere {

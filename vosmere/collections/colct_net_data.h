@@ -1,4 +1,4 @@
-// What a collection has to do with the network: owner, sharing, polling, synchronisation.
+// The network settings of a collection.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -6,35 +6,36 @@
 
 namespace vosmere {
 
-/// Network side of a collection: owner, sharing, polling, synchronisation.
+/// The network settings of a collection: owner, sharing, polling, synchronisation. Not thread-safe.
 class VOSMERE_API CColctNetData {
  public:
-  /// The shortest polling interval, in the unit of the program that polls; shorter ones are stored
-  /// as this.
+  /// The shortest polling interval; shorter ones are raised to it. The unit is up to the program
+  /// that polls.
   static constexpr int kMinPollingInterval = 4;
 
   CColctNetData() = default;
-  /// A copy. Throws std::bad_alloc.
+  /// A copy of every field. Throws std::bad_alloc when memory runs out.
   explicit CColctNetData(const CColctNetData* source);
   /// Copies every field.
-  /// Intended: a source without an owner leaves the owner as it was, so that a refresh from the
-  /// network never forgets whose collection it is.
+  /// Intended: if the source has no owner (null), the present owner stays, so that a refresh from
+  /// the network does not lose it.
   CColctNetData& operator=(const CColctNetData& source);
   virtual ~CColctNetData();
 
-  /// The items keep the user's order.
+  /// Whether the items keep the order that the user gave them.
   void SetOrdered(bool ordered) { ordered_ = ordered; }
   bool IsOrdered() const { return ordered_; }
 
-  /// Null clears.
+  /// The name of the owner. Copied; null makes it null.
   void SetOwner(const WChar* owner) { owner_.AssignOrNull(owner); }
-  /// May be null.
+  /// May be null. Owned by the object.
   WChar* GetOwner() const { return owner_.get(); }
 
+  /// -1 in a new object.
   void SetSharingDomain(int domain) { sharingDomain_ = domain; }
   int GetSharingDomain() const { return sharingDomain_; }
 
-  /// The collection belongs to somebody else.
+  /// Whether the collection belongs to another user.
   void SetBeForeignColct(bool foreign) { foreignColct_ = foreign; }
   bool IsForeignColct() const { return foreignColct_; }
 
@@ -42,10 +43,11 @@ class VOSMERE_API CColctNetData {
   void SetRole(int role) { role_ = role; }
   int GetRole() const { return role_; }
 
-  /// The collection agrees with its network copy.
+  /// Whether the collection is synchronised with a copy on the network.
   void SetSynced(bool synced) { synced_ = synced; }
   bool IsSynced() const { return synced_; }
 
+  /// 20 in a new object.
   void SetPollingInterval(int interval) {
     pollingInterval_ = interval < kMinPollingInterval ? kMinPollingInterval : interval;
   }

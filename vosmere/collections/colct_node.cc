@@ -1,3 +1,4 @@
+// Collections and the freeing of their local trees.
 #include "vosmere/collections/colct_node.h"
 
 #include "vosmere/base/internal/no_memory.h"

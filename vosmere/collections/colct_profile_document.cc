@@ -1,3 +1,4 @@
+// Writes and reads the document that stores the profile of the collections.
 #include "vosmere/collections/colct_profile_document.h"
 
 #include "vosmere/xml/reader_scopes.h"
@@ -28,7 +29,7 @@ bool CWriteColctExData::FillData() {
   return true;
 }
 
-// Intended: the blank before the element; the files have always had it.
+// Intended: the blank before the element, which existing files have.
 void CWriteColctExData::AddHead() {
   Put(" <colctprofile version=\"1.0\">\r\n");
   FillDefaultColct();
@@ -59,6 +60,7 @@ namespace {
 
 using namespace xml;
 
+/// What is being read: the list, and the default address, which stands outside of any entry.
 struct Profile {
   ItemChain<RColctExData>& list;
   SystemText& defaultColctUrl;

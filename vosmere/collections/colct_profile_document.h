@@ -1,4 +1,4 @@
-// The document of the collections' profile: its writer and reader.
+// The document that stores the profile of the collections.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -11,27 +11,30 @@
 
 namespace vosmere {
 
-/// Writes the profile of the collections: for each where its data is and the identity of its item,
-/// and which collection is the default.
+/// Writes the profile of the collections: for each one the address of its data and the identity of
+/// its item, and the address of the default collection.
 class VOSMERE_API CWriteColctExData : public CWriteXML {
  public:
   CWriteColctExData() = default;
   ~CWriteColctExData() override;
 
-  /// The entries to write, which must outlive the writing; null is an empty list.
+  /// Sets the entries to write; null is an empty list. Not owned; they must stay valid until the
+  /// document has been written.
   void SetRColctExDataHead(RColctExData* head) { head_ = head; }
 
-  /// Makes addresses relative: one that continues behind the base path with `library`, in any case
-  /// of the letters A to Z, and then with something more, is written from there. Both are copied;
-  /// null for either turns this off. To be called before SetDefaultColctUrl.
-  /// Intended: only the length of the base path counts, its characters are never compared, so that
+  /// Makes addresses relative: if `library` stands in an address directly after the length of the
+  /// base path, compared case-insensitively (ASCII), and more text follows, the address is written
+  /// from there on. Both arguments are copied; null for either turns this off. Must be called
+  /// before SetDefaultColctUrl.
+  /// Intended: only the length of the base path matters, its characters are never compared, so that
   /// a library that was moved keeps its relative addresses.
   void SetBasePathAndLibrary(const WChar* basePath, const WChar* library) {
     DoWhole([&] { library_.Assign(basePath, library); });
   }
 
-  /// Address of the default collection, copied. Null and empty leave none.
-  /// Intended: it is made relative here and now, not when it is written.
+  /// Sets the address of the default collection, which is copied. Null and the empty text remove
+  /// it.
+  /// Intended: it is made relative in this call, not when the document is written.
   void SetDefaultColctUrl(const WChar* url);
 
  protected:
@@ -41,7 +44,7 @@ class VOSMERE_API CWriteColctExData : public CWriteXML {
   void FillDefaultColct();
   void AddTail();
   void FillColctExDataToBuffer(CColctExData* data);
-  /// The written part of an address, a place within it.
+  /// The part of an address that is written: a pointer into `url`.
   const WChar* GetRelativeStartPos(const WChar* url);
 
  private:
@@ -50,23 +53,25 @@ class VOSMERE_API CWriteColctExData : public CWriteXML {
   SystemText defaultColctUrl_;
 };
 
-/// Reads the profile of the collections. Addresses come back as they are stored, relative or not. A
-/// root element other than "colctprofile" loads, and gives no entries.
+/// Reads the profile of the collections. Addresses are returned as stored, relative or not. A
+/// document with a root element other than "colctprofile" loads without error and yields no
+/// entries.
 class VOSMERE_API CReadColctExData : public CReadXML {
  public:
   CReadColctExData() = default;
   /// Frees what was not detached.
   ~CReadColctExData() override;
 
-  /// The entries, which stay the reader's; null when there are none. The next document is appended
-  /// to them. What was read before a load failed stays.
+  /// The entries, owned by the reader; null when there are none. Each further document is appended
+  /// to them. After a failed load, the entries read so far stay.
   RColctExData* GetRColctExDataHead() const { return list_.head(); }
-  /// The same, now the caller's (RColctExData::DeleteList frees them).
+  /// The same, but the caller then owns the entries and frees them with RColctExData::DeleteList.
   RColctExData* DetachRColctExDataHead() { return list_.Detach(); }
+  /// Frees the entries.
   void DeleteRColctExDataList() { list_.Clear(); }
 
-  /// The address of the default collection, which the caller frees with SysFreeString; null when
-  /// there is none.
+  /// Returns the address of the default collection, which the caller then owns and frees with
+  /// SysFreeString; null when there is none.
   BSTR DetachDefaultColctUrl() { return defaultColctUrl_.Detach(); }
 
  protected:

@@ -1,3 +1,4 @@
+// Merges lists of collections, in linear time with an index of addresses.
 #include "vosmere/collections/colct_tool.h"
 
 #include <unordered_map>
@@ -15,6 +16,7 @@ WideView Address(const RColctItem* cell) {
   return WideView(cell->item->GetUrl());
 }
 
+/// FNV-1a over the code units.
 struct AddressHash {
   std::size_t operator()(WideView text) const {
     std::size_t hash = kTextHashStart;
@@ -23,13 +25,13 @@ struct AddressHash {
   }
 };
 
-/// The first cell of a list for each address. Its cells are added in order. Without memory for an
-/// index it walks the list.
+/// Finds the first cell of a list with a given address. The cells must be added in list order. When
+/// memory for the index runs out, the list is searched instead, so that the result is the same.
 class AddressIndex {
  public:
   explicit AddressIndex(RColctItem* list) : list_(list) {}
 
-  /// The first cell with the address of this one.
+  /// Adds a cell. Returns the first cell with its address, which may be the cell itself.
   RColctItem* Add(RColctItem* cell) {
     RColctItem* first = nullptr;
     if (indexed_)
@@ -73,6 +75,7 @@ bool CRColctTool::UpdateRColctItemList(RColctItem* newList, RColctItem** oldList
       continue;
     }
     fresh->mark = true;
+    // Only one of the two collections may keep the tree, or it would be freed twice.
     fresh->item->SetLocRNodeRoot(old->item->GetLocRNodeRoot());
     old->item->SetLocRNodeRoot(nullptr);
     if (keepOldColctNetData_) {
@@ -91,6 +94,7 @@ bool CRColctTool::DeleteDuplcateColct(RColctItem* list) {
   AddressIndex byAddress(list);
   bool any = false;
   for (RColctItem* cell : chain::Cells(list)) {
+    // The index only refers to the addresses of first cells, so the others may be freed.
     if (byAddress.Add(cell) == cell) continue;
     chain::Unlink(list, cell);
     RColctItem::DeleteList(cell);
@@ -102,7 +106,7 @@ bool CRColctTool::DeleteDuplcateColct(RColctItem* list) {
 bool CRColctTool::DeleteColctByUrl(RColctItem** list, const WChar* url) {
   if (!url) return false;
   const WideView address(url);
-  RColctItem* found = nullptr;  // freed at the end, since the address may belong to one of them
+  RColctItem* found = nullptr;  // freed last, because `url` may belong to one of the collections
   for (RColctItem* cell : chain::Cells(*list)) {
     if (!(Address(cell) == address)) continue;
     chain::Unlink(*list, cell);

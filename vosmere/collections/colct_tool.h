@@ -1,4 +1,4 @@
-// Merging and thinning out lists of collections.
+// Operations on lists of collections.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -6,33 +6,33 @@
 
 namespace vosmere {
 
-/// Merges lists of collections and removes from them. Addresses compare exactly, letter case
-/// included; a null address compares as the empty one. Time and memory grow linearly with the
-/// lists; when there is no memory the results are the same, and time grows with the square.
+/// Merges lists of collections and removes collections from them. Addresses are compared
+/// case-sensitively; a null address equals an empty one. Time and memory grow linearly with the
+/// lists. When memory runs out, the result is the same, but the time grows quadratically.
 class VOSMERE_API CRColctTool {
  public:
   CRColctTool() = default;
   virtual ~CRColctTool();
 
-  /// Whether merging carries the old network side, identity, base build and checked-in state over
-  /// to the new collection. Off at first.
+  /// Whether merging copies the network settings, identity, base build and checked-in state of the
+  /// old collection to the new one. False by default.
   void SetKeepOldColctNetData(bool keep) { keepOldColctNetData_ = keep; }
 
-  /// Merges a freshly read list with the old one. A new collection with the address of an old one
-  /// is marked and takes over its local tree; old collections without a new one move from the old
-  /// list to the end of `*removedList` (null or a chain), which the caller owns. With an
-  /// empty old list the removed list becomes empty and the answer is false.
-  /// Intended: the answer is whether the cell unlinked last was the head of the old list at that
+  /// Merges a newly read list with the old one. A new collection with the address of an old one is
+  /// marked and takes over its local tree. Old collections whose address is not in the new list
+  /// move from the old list to the end of `*removedList` (null or a chain), which the caller owns.
+  /// If the old list is empty, `*removedList` is set to null and false is returned.
+  /// Intended: returns whether the cell that was unlinked last was the head of the old list at that
   /// moment; false when none was unlinked.
   bool UpdateRColctItemList(RColctItem* newList, RColctItem** oldList, RColctItem** removedList);
 
-  /// Frees every cell, with its collection, whose address came up earlier in the list. True when
-  /// any was freed.
-  /// Intended: the spelling; programs know it by this name.
+  /// Frees every cell whose address occurs earlier in the list, with its collection. Returns
+  /// whether any was freed. The head always stays.
+  /// Intended: "Duplcate" for "Duplicate"; existing programs use this name.
   bool DeleteDuplcateColct(RColctItem* list);
 
-  /// Frees every cell, with its collection, that has this address. True when any was freed. A null
-  /// address is ignored.
+  /// Frees every cell with this address, with its collection. Returns whether any was freed; false
+  /// for a null address. `url` may be the address of one of the collections.
   bool DeleteColctByUrl(RColctItem** list, const WChar* url);
 
  private:

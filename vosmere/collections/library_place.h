@@ -1,4 +1,4 @@
-// The addresses of collections relative to the folder of the library.
+// Making the addresses in a document relative to a library.
 #pragma once
 
 #include <cstddef>
@@ -8,21 +8,22 @@
 
 namespace vosmere {
 
-/// Where the library is that a document's addresses lead into, so that they can be written from
-/// its name on.
+/// The place of a library, the folder that a document's addresses point into. Addresses inside it
+/// are written relative, beginning with the library's name.
 ///
-/// Intended: only the length of the path before the library counts, its characters are never
+/// Intended: only the length of the path before the library matters, its characters are never
 /// compared, so that a library that was moved keeps its relative addresses.
 class LibraryPlace {
  public:
-  /// The name is copied. Null for either turns relative addresses off.
+  /// Sets the path before the library and the library's name, which is copied. Null for either
+  /// turns relative addresses off.
   void Assign(const WChar* basePath, const WChar* library) {
     library_.AssignOrNull(basePath ? library : nullptr);
     baseLength_ = WideLength(basePath);
   }
 
-  /// Where the written part of an address begins: at the library's name when that stands there and
-  /// something follows it, else 0. `same` compares two views.
+  /// The index at which the written part of an address begins: that of the library's name, if the
+  /// name is there and more text follows it, else 0. `same` compares two views.
   template <class Same>
   std::size_t StartIn(WideView address, Same same) const {
     const WideView library(library_.get());

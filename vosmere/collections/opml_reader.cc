@@ -1,3 +1,4 @@
+// Reads a tree of folders and collections from an OPML document.
 #include "vosmere/collections/opml_reader.h"
 
 #include <algorithm>
@@ -15,10 +16,10 @@ namespace {
 
 using namespace xml;
 
-// Intended: every slash, of web addresses too, becomes a backslash; see the header.
+// Intended: every slash becomes a backslash, also in web addresses; the header says why.
 void SetPath(CColctNode& colct, const WChar* value) {
   const WideView view(value);
-  if (view.size >= CUrlNode::kTextLimit) return colct.SetUrl(value);  // which refuses it
+  if (view.size >= CUrlNode::kTextLimit) return colct.SetUrl(value);  // which rejects the text
   WChar path[CUrlNode::kTextLimit];
   std::replace_copy(value, value + view.size + 1, path, WChar{'/'}, WChar{'\\'});
   colct.SetUrl(path);
@@ -47,7 +48,7 @@ constexpr Field<CColctNetData> kViewFields[] = {
     {"expand", WhenTrue<&CColctNetData::SetColctExpandState>},
 };
 
-// What of an outline does not come back, though its attributes are known.
+// Reports what is lost of an outline although all its attributes are known.
 void SayOutline(const XmlNode& outline, tagNODETYPE type, Report& report) {
   std::basic_string<WChar> text, title, url;
   ForEachAttribute(outline, [&](WideView name, const WChar* value) {
@@ -79,13 +80,14 @@ void* CParseOPML::DetachData() {
 
 void CParseOPML::ParseXMLTree(XmlNode node) {
   GoThroughChildNodes(std::move(node));
-  // The last title is the one that stays. Its text is asked for once: titles within titles would
-  // each gather the same text anew.
+  // The last title wins. Its text is collected only now, once: collecting that of every title would
+  // take quadratic time for nested titles.
   if (title_ && treeRoot_) treeRoot_->item->SetName(title_.Text().c_str());
   title_ = XmlNode();
 }
 
-// An element counts wherever it stands; what it is about is found, or not, when it is read.
+// Elements are recognised at any place in the document. Each handler decides whether there is an
+// object that the element can apply to.
 void CParseOPML::ProcessElementNode(XmlNode node) {
   constexpr void (*kTitle)(CParseOPML&, const Element&) = Call<&CParseOPML::ProcessTitle>;
   static constexpr ScopedElement<CParseOPML> kElements[] = {
@@ -125,13 +127,13 @@ void CParseOPML::LeaveElement(const XmlText& name) {
   if (outlines_.empty()) Trace("m_pOutLineStack=0\n");
 }
 
-// Elements of the document itself.
+// Elements that belong to the document as a whole.
 
 void CParseOPML::ProcessOpml() {
   if (!treeRoot_) currentFolder_ = treeRoot_ = NewLink(CFolderNode::New(), NT_FOLDER, nullptr);
 }
 
-// A title, and the version of the extensions, are the document's only outside of all outlines.
+// A title and the version of the extensions belong to the document only outside of all outlines.
 bool CParseOPML::AtRoot() const {
   return treeRoot_ && outlines_.empty();
 }
@@ -209,7 +211,7 @@ void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WCha
     Trace("Zero length Value of %s\n", name.data);
 }
 
-// Extension elements. They describe the innermost open outline.
+// Extension elements. They refer to the innermost open outline.
 
 CBaseNode* CParseOPML::Described() const {
   const RNode* const link = outlines_.empty() ? treeRoot_ : outlines_.back();

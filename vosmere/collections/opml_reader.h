@@ -1,4 +1,4 @@
-// The reader of OPML documents.
+// Reading a tree of folders and collections from an OPML document.
 #pragma once
 
 #include <vector>
@@ -10,23 +10,23 @@
 
 namespace vosmere {
 
-/// Walks an OPML document and builds a tree of folders and collections. Elements out of place and
-/// unknown names are ignored.
+/// Walks a parsed OPML document and builds a tree of folders and collections. Misplaced elements
+/// and unknown names are ignored.
 class VOSMERE_API CParseOPML : public CParseXML {
  public:
   CParseOPML() = default;
-  /// Frees the tree unless it was detached.
+  /// Frees the tree if it was not detached.
   ~CParseOPML() override;
 
-  /// The root link (an RNode) of the tree, which is then the caller's (DeleteTree frees it); null
-  /// when there is none.
+  /// Returns the root link of the tree (an RNode), which the caller then owns and frees with
+  /// DeleteTree; null when there is none.
   void* DetachData() override;
   /// `node` is the "opml" element.
   void ParseXMLTree(XmlNode node) override;
 
-  /// The version of the document's own extensions; 0 when it names none.
+  /// The version of this library's extensions that the document states; 0 when it states none.
   LONG GetOpmlVersion() const { return opmlVersion_; }
-  /// Who is told of what is left out; null for nobody. To be called before the walk.
+  /// Sets the report that receives what is left out; null for none. Must be called before the walk.
   void SetReport(xml::Report* report) { report_ = report; }
 
  protected:
@@ -52,7 +52,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
   void LeaveElement(const XmlText& name);
   bool AtRoot() const;
-  // What extension elements describe; null where they say nothing.
+  // The object that an extension element refers to; null where the element has no meaning.
   CBaseNode* Described() const;
   CNodeStat* DescribedStat() const;
   CColctNetData* DescribedView() const;
@@ -60,29 +60,30 @@ class VOSMERE_API CParseOPML : public CParseXML {
   RNode* currentFolder_ = nullptr;
   RNode* treeRoot_ = nullptr;
   std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
-  XmlNode title_;                 // the last one that names the tree
+  XmlNode title_;                 // the last title element at the root
   LONG opmlVersion_ = 0;
   xml::Report* report_ = nullptr;
 };
 
 /// Reads a tree of folders and collections from an OPML document.
 ///
-/// Intended: a collection's address comes back with every slash turned into a backslash, those of
-/// "http://" too, as CWriteColctTreeOPML turns every backslash into a slash. Addresses in the tree
-/// are paths of collection files with the separators of Windows.
+/// Intended: in the address of a collection every slash becomes a backslash, those of "http://"
+/// too, because CWriteColctTreeOPML turns every backslash into a slash. Addresses in the tree are
+/// paths of collection files with Windows separators.
 ///
-/// What does not come back from a document that CWriteColctTreeOPML wrote: owners, and the marks of
-/// deleted items. A root element other than "opml" loads, and gives no tree.
+/// Lost from a document that CWriteColctTreeOPML wrote: owners, and the marks of deleted items. A
+/// document with a root element other than "opml" loads without error and yields no tree.
 class VOSMERE_API CReadColctTreeOPML : public CReadXML {
  public:
   CReadColctTreeOPML() = default;
-  /// Frees the tree unless it was detached.
+  /// Frees the tree if it was not detached.
   ~CReadColctTreeOPML() override;
 
-  /// The root link of the tree, which is then the caller's (DeleteTree frees it); null when there
-  /// is none. A tree stays until it is detached or the next one is read.
+  /// Returns the root link of the tree, which the caller then owns and frees with DeleteTree; null
+  /// when there is none. A tree that is not detached is freed by the next successful load; a failed
+  /// load keeps it.
   RNode* DetachTreeRoot();
-  /// The version of the document's own extensions; 0 when it names none.
+  /// The version of this library's extensions that the document states; 0 when it states none.
   LONG GetOpmlVersion() const { return opmlVersion_; }
 
  protected:

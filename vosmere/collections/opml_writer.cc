@@ -1,3 +1,4 @@
+// Writes a tree of folders and collections as an OPML document.
 #include "vosmere/collections/opml_writer.h"
 
 #include <functional>
@@ -13,7 +14,7 @@
 namespace vosmere {
 namespace {
 
-constexpr int kAroundOutlines = 2;  // the root element and the body
+constexpr int kAroundOutlines = 2;  // levels of elements: the root and the body
 
 CColctNode* Colct(RNode* link) {
   return static_cast<CColctNode*>(link->item);
@@ -33,8 +34,8 @@ void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WCh
 bool CWriteColctTreeOPML::FillData() {
   if (!root_) return false;
   BeginDocument();
-  AddHead();
   LoseOf(root_);
+  AddHead();
   FillNodeUUID(root_->item);
   FillFolderStructure(root_);
   AddTail();
@@ -46,11 +47,12 @@ void CWriteColctTreeOPML::AddHead() {
   Put("<head><title>");
   const WideView name(root_->item->GetName());
   std::string title;
+  LoseIf(name.empty(), "an empty name comes back as \"No name collections\"", LossKind::kChanged);
   if (name.empty())
     Put("No name collections");
   else if (EscapedUtf8(name, title) && !title.empty())
     PutBytes(title);
-  else
+  else  // the name cannot be converted to UTF-8
     Put("My Collections");
   Put("</title>");
   if (opmlVersion_ != 0) {
@@ -79,11 +81,11 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
       });
 }
 
-// What readers do not get back of a link; its address has slashes in every document.
+// Reports what reading does not restore of a link. Slashes in its address are not reported, since
+// addresses have them in every document of this kind.
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
-  if (!ReportsLosses()) return;
+  if (!ReportsLosses() || !link->item) return;
   const CBaseNode& item = *link->item;
-  const WideView name(item.GetName());
   const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
   const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);
   if (link->type == NT_COLCT)
@@ -93,10 +95,6 @@ void CWriteColctTreeOPML::LoseOf(const RNode* link) {
   else
     return LoseWhole(item, "a page is left out");
   LoseIf(link->type == NT_COLCT && link->firstChild, "what stands below a collection is left out");
-  if (name.empty())
-    Lose(LossKind::kChanged, link->parent ? "an empty name comes back as \"No name\""
-                                          : "an empty name comes back as \"No name collections\"");
-  LoseIf(link->parent && name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
 }
 
 void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
@@ -120,7 +118,7 @@ void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {
 
 void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
   Nest(kAroundOutlines);
-  Deepen(kAroundOutlines + 1);  // its statistics
+  Deepen(kAroundOutlines + 1);  // for the elements inside, such as the statistics
   Put("<outline text=\"");
   PutNameAndDescription(colct);
   Put("\" type=\"rss\" xmlUrl=\"");
@@ -139,6 +137,8 @@ void CWriteColctTreeOPML::EndOutline() {
 
 void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
   const WideView name(node->GetName());
+  LoseIf(name.empty(), "an empty name comes back as \"No name\"", LossKind::kChanged);
+  LoseIf(name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
   if (name.empty())
     Put("No name");
   else

@@ -1,4 +1,4 @@
-// The writer of OPML documents.
+// Writing a tree of folders and collections as an OPML document.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -11,27 +11,29 @@ namespace vosmere {
 /// Writes a tree of folders and collections as an OPML 2.0 document. Children of other kinds are
 /// left out. Trees of any depth are written.
 ///
-/// Intended: an address is written with every backslash turned into a slash.
+/// Intended: in addresses every backslash is written as a slash.
 ///
-/// Intended: names, descriptions and addresses stand in the markup unescaped; one that holds a
-/// double quote, an ampersand or a less-than sign gives a document that no parser accepts. Only the
-/// title, owners and identities are escaped. Readers of these files never unescape them.
+/// Intended: names, descriptions and addresses are not escaped. One that contains a double quote,
+/// an ampersand or a less-than sign makes a document that parsers reject. Only the title, owners
+/// and identities are escaped. Readers of these files never unescape the others.
 class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
  public:
-  /// Intended: a name of this many units is cut to one less; documents and their readers have
-  /// always agreed on 199.
+  /// Intended: a name of this many or more code units is cut to 199; existing documents and their
+  /// readers use that limit.
   static constexpr int kNameLimit = 200;
 
   CWriteColctTreeOPML() = default;
   ~CWriteColctTreeOPML() override;
 
-  /// The tree to write, which must outlive the writing: the root gives the title, its children the
-  /// outlines. Without one the document is empty.
+  /// Sets the tree to write. Not owned; it must stay valid until the document has been written. The
+  /// name of the root becomes the title, its children the outlines. Without a root the document is
+  /// empty.
   void SetTreeRoot(RNode* root) { root_ = root; }
 
-  /// Makes collections' addresses relative: one that continues behind the base path with `library`
-  /// is written from there. Both are copied; null for either turns this off.
-  /// Intended: only the length of the base path counts, its characters are never compared, so that
+  /// Makes the addresses of collections relative: if `library` stands in an address directly after
+  /// the length of the base path (case-sensitive) and more text follows, the address is written
+  /// from there on. Both arguments are copied; null for either turns this off.
+  /// Intended: only the length of the base path matters, its characters are never compared, so that
   /// a library that was moved keeps its relative addresses.
   void SetBasePathAndLibrary(const WChar* basePath, const WChar* library);
 
@@ -46,9 +48,9 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   void FillNodeStat(CNodeStat* stat);
   void FillNodeUUID(CBaseNode* node);
   void FillNetData(CColctNetData* data);
-  /// Where the written part of an address, a system string, begins.
+  /// The index at which the written part of an address begins. `path` is a system string.
   int GetRelativeStartPos(const WChar* path);
-  /// The synchronisation element of an item with that identity; nothing for an empty one.
+  /// Writes the synchronisation element of an item; nothing if the identity is empty.
   void FillSync(WideView uuid, int version);
 
  private:

@@ -1,3 +1,4 @@
+// Reads a collection from an RSS document.
 #include "vosmere/collections/rss_reader.h"
 
 #include <algorithm>
@@ -22,8 +23,9 @@ namespace {
 
 using namespace xml;
 
-/// The collection that is being read. Every link stands in its tree at once, so that a load that
-/// fails loses nothing; which folder an item belongs to, and in which place, is known at the end.
+/// The collection that is being read. Every link is put into the tree as soon as it is made, so
+/// that nothing leaks when a load fails. Only at the end of the document is it known which folder
+/// an item belongs to, and at which position: Place then moves the links.
 class Bookmarks {
  public:
   Bookmarks() = default;
@@ -36,11 +38,11 @@ class Bookmarks {
   void CloseFolder() { folder_ = folder_->parent; }
   void OpenItem();
   void CloseItem();
-  /// Puts every link in its place.
+  /// Moves every link to its folder and position.
   void Place();
   CColctNode* Detach() { return std::exchange(colct_, nullptr); }
 
-  // What the elements describe.
+  // The objects that the elements refer to.
   CColctNode* Colct() { return colct_; }
   CColctNetData* NetData() { return colct_->GetColctNetData(); }
   CBaseNode* Folder() { return folder_->item; }
@@ -48,18 +50,18 @@ class Bookmarks {
   CNodeStat* ItemStat() { return item_->GetNodeStat(); }
   Bookmarks* This() { return this; }
 
-  /// Of the folder or item that was opened last.
+  /// Sets the position of the folder or item that was opened last.
   void SetOrder(LONG order);
-  /// The identity of the folder that holds the item.
+  /// Sets the identity of the folder that contains the current item.
   void SetFolderID(const WChar* id);
-  /// Where the item refers to its folder, for SayMisplaced.
+  /// Remembers where the item refers to its folder, for SayMisplaced.
   void RememberReference(Report& report) { placed_.back().reference = report.Remember(); }
-  /// Makes the open folder known by its identity; false when another one is.
+  /// Registers the open folder under its identity; false when another folder has the same one.
   bool NameFolder();
-  /// Says which items refer to folders that are not there.
+  /// Reports the items that refer to folders which are not in the document.
   void SayMisplaced(Report& report) const;
   void SetLink(const WChar* url);
-  /// An address that counts where there is no link.
+  /// Sets an address that is used if there is no link.
   void SetXmlUrl(const WChar* url);
 
  private:
@@ -68,7 +70,7 @@ class Bookmarks {
 
   struct Placed {
     RNode* link;
-    RNode* parent;         // unless a folder is named, and known
+    RNode* parent;         // used unless `named` leads to a folder
     std::size_t position;  // in the document
     std::int64_t order = std::numeric_limits<LONG>::max() + std::int64_t{1};
     RNode* const* named = nullptr;
@@ -78,12 +80,12 @@ class Bookmarks {
   static Identity IdentityOf(const WChar* text);
 
   CColctNode* colct_ = nullptr;
-  RNode* folder_ = nullptr;  // the innermost open one, else the root
+  RNode* folder_ = nullptr;  // the innermost open one, or the root
   CUrlNode* item_ = nullptr;
   bool hasLink_ = false;
   bool hasAddress_ = false;
-  std::vector<Placed> placed_;  // all but the root, in document order
-  Folders folders_;             // null where one was only referred to
+  std::vector<Placed> placed_;  // all but the root, in document order until Place sorts them
+  Folders folders_;             // null for a folder that was only referred to so far
   Folders::value_type* lastNamed_ = nullptr;
 };
 
@@ -114,8 +116,9 @@ void Bookmarks::OpenItem() {
   hasLink_ = hasAddress_ = false;
 }
 
-// Some of what an item is shows in what its element lacks: a note, web page or file has no link
-// when its address is empty, and the element of what was checked in and deleted is left out.
+// Some properties follow from what the element does not contain: the writer writes no link for a
+// note, web page or file with an empty address, and leaves out items that are checked in and
+// deleted, so a deleted item is not checked in.
 void Bookmarks::CloseItem() {
   constexpr WChar kNone[] = {0};
   if (!hasAddress_ && item_->GetItemType() != IT_URL) item_->SetUrl(kNone);
@@ -127,7 +130,8 @@ void Bookmarks::SetOrder(LONG order) {
   placed_.back().link->item->SetOrder(order);
 }
 
-// Items mostly come one folder after the other.
+// The items of a folder mostly follow each other, so the last folder is remembered to save the
+// lookup.
 void Bookmarks::SetFolderID(const WChar* id) {
   const Identity identity = IdentityOf(id);
   if (!lastNamed_ || lastNamed_->first != identity)
@@ -171,7 +175,7 @@ void Bookmarks::Place() {
   }
 }
 
-// Attributes and texts that need more than a setter.
+// Attributes and texts for which a setter is not enough.
 
 template <std::size_t N>
 int IndexOf(const std::string_view (&words)[N], const WChar* text) {
@@ -218,14 +222,15 @@ constexpr Field<CBaseNode> kIdentityFields[] = {
     {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
 };
 
-// A version that is not written is 0.
+// The writer leaves out a version of 0, so that is the default.
 template <auto Target>
 void Sync(Bookmarks& bookmarks, const Element& element) {
   (bookmarks.*Target)()->SetVersion(0);
   AttributesTo<Target, kIdentityFields>(bookmarks, element);
 }
 
-// In a collection that is not synchronised the versions of folders are not written.
+// The writer writes the versions of folders only in a synchronised collection; only there does a
+// missing one mean 0.
 void FolderSync(Bookmarks& bookmarks, const Element& element) {
   if (bookmarks.NetData()->IsSynced()) bookmarks.Folder()->SetVersion(0);
   AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
@@ -259,7 +264,7 @@ void FolderReference(Bookmarks& bookmarks, const Element& element) {
   if (element.report()) bookmarks.RememberReference(*element.report());
 }
 
-// What a copy makes up.
+// Reports what the document lacks, so that a copy gets a made-up value.
 
 template <auto Target>
 void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
@@ -287,7 +292,7 @@ void OpenFolder(Bookmarks& bookmarks, const Element& element) {
 
 enum Scope : unsigned { kRss = 1, kChannel = 2, kFolder = 4, kItem = 8 };
 
-// Items come first: of them there are most.
+// Rows are searched from the top. Those of items are first because items are the most frequent.
 using B = Bookmarks;
 constexpr ScopedElement<Bookmarks> kElements[] = {
     {kItem, "title", TextTo<&B::Item, &CBaseNode::SetName>},
@@ -305,7 +310,7 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kRss, "channel", nullptr, kChannel, nullptr, SayNoIdentity<&B::Colct>},
     {kChannel, "title", TextTo<&B::Colct, &CBaseNode::SetName>},
     {kChannel, "description", TextTo<&B::Colct, &CBaseNode::SetDescription>},
-    {kChannel, "generator", NoLoss},  // each program's own
+    {kChannel, "generator", NoLoss},  // names the writing program
     {kChannel, "dc:creator", TextTo<&B::NetData, &CColctNetData::SetOwner>},
     {kChannel, "vsm:action", AttributesTo<&B::NetData, kActionFields>},
     {kChannel, "vsm:build", AttributesTo<&B::Colct, kBuildFields>},

@@ -1,4 +1,4 @@
-// The reader of collections in RSS documents.
+// Reading a collection from an RSS document.
 #pragma once
 
 #include "vosmere/base/export.h"
@@ -7,36 +7,37 @@
 
 namespace vosmere {
 
-/// Reads a collection with its local tree from an RSS 2.0 document: what CWriteColctRSS writes, and
-/// of other programs' documents what has the same names. The root element is "rss"; any other
-/// loads, and gives no collection.
+/// Reads a collection with its local tree from an RSS 2.0 document: everything that CWriteColctRSS
+/// writes, and from documents of other programs the elements with the same names. A document with a
+/// root element other than "rss" loads without error and yields no collection.
 ///
-/// Folders nest as their elements do. An item goes into the folder whose identity its reference
-/// names, wherever in the document that folder stands; into the root of the local tree when there
-/// is none. Within a folder, what has a stored position comes first, by position, and the rest
-/// follows in the order of the document. Elements out of place are ignored, and of repeated ones,
-/// which items and folders are not, the first counts.
+/// Folders nest as their elements do. An item is put into the folder whose identity its reference
+/// names, wherever in the document that folder is; into the root of the local tree if there is no
+/// such folder. Within a folder, children with a stored position come first, sorted by position;
+/// the others follow in document order. Misplaced elements are ignored. Of repeated elements other
+/// than items and folders, the first is used.
 ///
-/// What does not come back from a document that CWriteColctRSS wrote:
-/// - what is not in it: the statistics of folders and of the collection, the collection's address,
-///   file extensions, items that were left out, children that are neither folders nor web pages,
-///   the checked-in state of folders, and of what has no base build and is not deleted;
-/// - whether an item had the collection's owner as its author or none;
-/// - that a plain address was null, which becomes "about:blank", and the backslashes of some notes'
-///   addresses;
+/// Lost from a document that CWriteColctRSS wrote:
+/// - what the document does not contain: the statistics of folders and of the collection, the
+///   collection's address, file extensions, items that were left out, children that are neither
+///   folders nor web pages, the checked-in state of folders, and that of anything else that has no
+///   base build and is not deleted;
+/// - whether an item had the collection's owner as its author or no author;
+/// - that the address of a plain link was null, which becomes "about:blank", and the backslashes in
+///   the addresses of some notes;
 /// - the versions of folders in a collection that is not synchronised, which become 1;
-/// - without stored positions, where folders stood among items;
-/// - which of several folders with one identity an item was in: it goes into the first;
-/// - tags that hold a separator, or differ from another one in letter case alone.
+/// - without stored positions, the order of folders among items;
+/// - which of several folders with the same identity an item was in: it is put into the first;
+/// - tags that contain a separator, or differ from another tag only in letter case.
 class VOSMERE_API CReadBkmarkXML : public CReadXML {
  public:
   CReadBkmarkXML() = default;
-  /// Frees the collection with its local tree unless it was detached.
+  /// Frees the collection with its local tree if it was not detached.
   ~CReadBkmarkXML() override;
 
-  /// The collection, which is then the caller's together with its local tree (DeleteWithLocalTree
-  /// frees both); null when there is none. A collection stays until it is detached or the next one
-  /// is read; a load that fails leaves it.
+  /// Returns the collection, which the caller then owns together with its local tree and frees with
+  /// DeleteWithLocalTree; null when there is none. A collection that is not detached is freed by
+  /// the next successful load; a failed load keeps it.
   CColctNode* DetachColctNode();
 
  protected:

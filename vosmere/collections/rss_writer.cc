@@ -1,3 +1,4 @@
+// Writes a collection as an RSS document.
 #include "vosmere/collections/rss_writer.h"
 
 #include <algorithm>
@@ -24,7 +25,8 @@
 namespace vosmere {
 namespace {
 
-/// Whether tags come back when they are written one after the other.
+/// Whether reading restores these tags, which are written as one text separated by blanks: no tag
+/// may be empty, contain a separator or equal another one apart from letter case.
 bool CanBeTags(const CUrlProp::TagList* head) {
   std::vector<std::basic_string<WChar>> tags;
   for (const CUrlProp::TagList* tag = head; tag; tag = tag->next) {
@@ -68,7 +70,8 @@ bool CWriteColctRSS::FillData() {
   return true;
 }
 
-// Before anything is written: items name folders, and a folder's position counts the items too.
+// This must come before writing: items refer to the identities of folders, and positions count
+// folders and items together although they are written separately.
 void CWriteColctRSS::Prepare() {
   if (colct_) GiveIdentity(colct_);
   if (!localRoot_) return;
@@ -82,7 +85,7 @@ void CWriteColctRSS::Prepare() {
       [](RNode*) {});
 }
 
-// What readers do not get back; rss_reader.h says it for people.
+// Reports what reading does not restore; rss_reader.h has the list.
 
 void CWriteColctRSS::LoseOfTree() {
   if (colct_) LoseOfColct(*colct_);
@@ -93,9 +96,9 @@ void CWriteColctRSS::LoseOfTree() {
       [&](RNode* link) {
         if (link->type == NT_URL)
           LoseOfItem(static_cast<const CUrlNode&>(*link->item));
-        else if (link->type != NT_FOLDER)
+        else if (link->type != NT_FOLDER && link->item)
           LoseWhole(*link->item, "what is neither a folder nor a page is left out");
-        else
+        else if (link->type == NT_FOLDER)
           LoseOfFolder(*link);
         if (link->type == NT_FOLDER && !identities.insert(link->item->GetUUID()).second)
           Lose(LossKind::kChanged,
@@ -163,6 +166,7 @@ void CWriteColctRSS::PutChannel() {
   if (!PutSync(uuid, colct_->GetVersion())) PutSyncUnconverted();
 }
 
+// The digits of the build number are the version: build 123 is "v1.2.3".
 void CWriteColctRSS::PutGenerator() {
   Put("<generator>Vosmere Browser v");
   PutNumber(kBuildNumber / 100);
@@ -191,7 +195,7 @@ void CWriteColctRSS::PutFolders() {
 }
 
 void CWriteColctRSS::BeginFolder(CFolderNode& folder) {
-  Nest(3);  // the document's own two, and what a folder holds
+  Nest(3);  // the elements rss and channel, and those inside a folder
   Put("<vsm:folder");
   PutOrder(folder);
   Put(">\r\n");
@@ -310,7 +314,7 @@ void CWriteColctRSS::PutPubDate(const CNodeStat& stat, const PubDateFormat& date
   Put("</pubDate>\r\n");
 }
 
-// False when it ends the item.
+// False if nothing more may be written for this item, because its identity is unusable.
 bool CWriteColctRSS::PutItemSync(const CUrlNode& item) {
   const WideView uuid(item.GetUUID());
   if (uuid.size <= CBaseNode::kMaxUuidLength)

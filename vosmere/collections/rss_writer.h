@@ -1,4 +1,4 @@
-// The writer of collections as RSS documents.
+// Writing a collection as an RSS document.
 #pragma once
 
 #include <string_view>
@@ -11,38 +11,38 @@ namespace vosmere {
 
 class PubDateFormat;
 
-/// Writes a collection with its local tree as an RSS 2.0 document: one channel, in it the folders,
-/// then all items, each with the folder that it stands in. Children of other kinds are left out.
-/// Trees of any depth are written. CReadBkmarkXML (rss_reader.h) reads it back.
+/// Writes a collection with its local tree as an RSS 2.0 document: one channel with the folders,
+/// then all items, each with a reference to its folder. Children of other kinds are left out. Trees
+/// of any depth are written. CReadBkmarkXML (rss_reader.h) reads the document back.
 ///
-/// Writing changes the tree, once and before the first byte: every child gets its position from 1
-/// on as its order, and each folder, each item and the collection get an identity if they have
+/// Writing changes the tree, before the first byte is written: the order of every child is set to
+/// its position, counted from 1, and folders, items and the collection get an identity if they have
 /// none.
 ///
 /// An item that was checked in and then deleted is left out. An item without an author is written
 /// with the collection's owner as its author.
 ///
-/// Intended: the address of a note that begins with "z" is written with slashes for backslashes: it
-/// is a path in the browser's own store, and paths in documents have slashes. It is not turned
-/// back.
+/// Intended: in the address of a note that begins with "z" backslashes are written as slashes: it
+/// is a path in the browser's own store, and paths in documents have slashes. Reading does not
+/// change them back.
 ///
-/// Intended: the zones of publication dates have the sign that is explained at
-/// CBaseTool::GetPubDate. A date that the platform's calendar cannot convert is written as its zone
-/// alone.
+/// Intended: the zones of publication dates have the sign that CBaseTool::GetPubDate explains. If
+/// the platform's calendar cannot convert a date, only the zone is written.
 class VOSMERE_API CWriteColctRSS : public CWriteItems {
  public:
   CWriteColctRSS() = default;
   ~CWriteColctRSS() override;
 
-  /// The collection to write, which must outlive the writing with its local tree; whether it is
-  /// ordered and synchronised is looked at now. Without one, and without a root, the document is
-  /// empty. Null takes both back.
+  /// Sets the collection to write, and its local tree as the root. Not owned; both must stay valid
+  /// until the document has been written. Whether the collection is ordered and synchronised is
+  /// read in this call. Null removes the collection and the root. With neither a collection nor a
+  /// root the document is empty.
   void SetColctNode(CColctNode* colct);
-  /// Writes what is below this link in the place of the collection's local tree, or a channel of
-  /// its own when no collection was set. Null: a channel without items.
+  /// Writes what is below this link instead of the collection's local tree, or a channel without
+  /// properties when no collection was set. Null: no folders and items are written.
   void SetFolderRNode(RNode* root) { localRoot_ = root; }
 
-  /// Leaves out the items that were checked in since they have a base build. False to begin with.
+  /// Whether to leave out items that are checked in and have a base build. False by default.
   void SetOnlyWriteUnchecked(bool only) { onlyUnchecked_ = only; }
 
  protected:

@@ -1,7 +1,7 @@
-// Dates as std::chrono's instants: what a feed says, what an item remembers, what a page shows.
+// Dates as std::chrono time points: reading those of feeds, the times of items, and date texts.
 //
-//   if (const auto date = ParseDate("Sun, 06 Nov 1994 08:49:37 GMT")) SetTimes(page, {.added =
-//   date});
+//   if (const auto date = ParseDate("Sun, 06 Nov 1994 08:49:37 GMT"))
+//     SetTimes(page, {.added = date});
 #pragma once
 
 #include <chrono>
@@ -21,8 +21,8 @@ namespace vosmere {
 
 using std::chrono::sys_seconds;
 
-/// The instant that a date of a feed or a mail means, in any of the forms that ReadDate reads
-/// (text/date_reader.h); nothing for a text that is no date.
+/// The time that a date text of a feed or a mail means, in any form that ReadDate reads
+/// (text/date_reader.h); nullopt for a text that is not a date.
 template <Utf8Text Text>
 std::optional<sys_seconds> ParseDate(const Text& text) {
   const std::string_view utf8 = detail::ViewUtf8(text);
@@ -41,9 +41,9 @@ std::optional<sys_seconds> ParseDate(const Text& text) {
   return ParseDate(TextView(Wide(text)));
 }
 
-// The library keeps its times as 32-bit seconds: from 1901-12-13 to 2038-01-19.
+// The library stores times as 32-bit seconds since 1970: from 1901-12-13 to 2038-01-19.
 
-/// Nothing for an instant beyond them.
+/// Nullopt for a time outside this range.
 inline std::optional<std::int32_t> ToStoredTime(sys_seconds time) {
   const auto seconds = time.time_since_epoch().count();
   if (seconds < INT32_MIN || seconds > INT32_MAX) return std::nullopt;
@@ -53,7 +53,7 @@ inline sys_seconds FromStoredTime(std::int32_t seconds) {
   return sys_seconds(std::chrono::seconds(seconds));
 }
 
-// Texts of instants; nothing for one that the library has no text for. Each throws std::bad_alloc.
+// Date texts; nullopt for a time that the library cannot format. Each may throw std::bad_alloc.
 
 /// "2008-03-01T10:20:30Z", from 1970 on.
 inline std::optional<std::string> ToIsoDate(sys_seconds time) {
@@ -71,18 +71,19 @@ inline std::optional<std::string> ToDisplayDate(sys_seconds time) {
   return *text ? std::optional(ToUtf8(text.get())) : std::nullopt;
 }
 
-/// What an item remembers.
+/// The times of an item. For SetTimes, those without a value are not set.
 struct ItemTimes {
   std::optional<sys_seconds> added = {}, modified = {}, lastVisited = {};
 };
 
-/// All three.
+/// All three times of an item.
 inline ItemTimes TimesOf(const CBaseNode& item) {
   std::int32_t added, modified, lastVisited;
   item.GetNodeStat()->GetStatTime(&added, &modified, &lastVisited);
   return {FromStoredTime(added), FromStoredTime(modified), FromStoredTime(lastVisited)};
 }
-/// Sets those that are given; false when one of them cannot be stored, and then none is.
+/// Sets the times that have a value. Returns false if one of them is out of range; none is set
+/// then.
 inline bool SetTimes(CBaseNode& item, const ItemTimes& times) {
   const struct {
     std::optional<sys_seconds> time;

@@ -1,9 +1,10 @@
-// The kinds of document that are loaded and saved, each by the value that a program has of it.
+// The kinds of documents that can be loaded and saved, each with its C++ type.
 #pragma once
 
 #include <concepts>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "vosmere/collections/colct_item_ids_document.h"
@@ -19,32 +20,40 @@
 #include "vosmere/ftp/ftp_sites_document.h"
 #include "vosmere/notify/notification_document.h"
 #include "vosmere/pages/page_data_document.h"
+#include "vosmere/storage/safe_save.h"
 #include "vosmere/tags/tags_document.h"
 #include "vosmere/toolbars/toolbars_document.h"
 
 namespace vosmere {
 
-/// Where the data of collections are: an entry for each, and which one is the default.
+/// The profile of the collections: where the data of each one is, and which is the default.
 struct ColctProfile {
   ColctExtraList entries;
   SystemString defaultAddress;  ///< null for none
 };
 
+/// Options for Save and SaveToBytes.
 struct SaveOptions {
-  /// Of a tree and a profile: addresses that continue behind the folder `base` with `library` are
-  /// written from there on. Null for either writes whole ones.
+  /// For a Tree and a ColctProfile: addresses in which `library` follows directly after the length
+  /// of `base` are written from there on. Null for either writes complete addresses. The texts must
+  /// stay valid during the call.
   const WChar* base = nullptr;
   const WChar* library = nullptr;
-  /// Of a collection: leaves out the items that were checked in since they have a base build.
+  /// For a Collection: leaves out the items that are checked in and have a base build.
   bool onlyUnchecked = false;
-  /// How many places are kept of each loss.
+  /// How many places are recorded for each loss.
   std::size_t places = 10;
+  /// Of a file: what it held when it was loaded (MarkOf); one that holds something else now is not
+  /// replaced, and the error is DocumentFault::kChanged. Without it the file is replaced in any
+  /// case.
+  std::optional<FileMark> expected = {};
 };
 
 namespace detail {
 
-/// What is said once for each kind: the root element, how a value comes out of the reader and goes
-/// into the writer, and whether the empty value is a document without entries or none at all.
+/// Specialised for each kind: the name of the root element, how the value is taken from the reader
+/// and given to the writer, and IsThere, which says whether a value is a document. An empty list is
+/// one, without entries; a null pointer to a single object is not.
 template <class Kind>
 struct Document;
 
@@ -159,6 +168,7 @@ struct Document<Notification> : SingleDocument {
   };
 };
 
+/// A base class, so that the page exists before the reader that needs it is constructed.
 struct NewPage {
   PageData page = std::make_unique<CPageData>();
 };
@@ -210,8 +220,9 @@ struct Document<ToolbarBands> : SingleDocument {
 
 }  // namespace detail
 
-/// What is loaded and saved: Tree (OPML), Collection (RSS), ColctList, ColctItemNameList,
-/// ColctProfile, FtpSiteList, Notification, PageData, EnginePool, TagGroupList, ToolbarBands.
+/// The types that can be loaded and saved: Tree (OPML), Collection (RSS), ColctList,
+/// ColctItemNameList, ColctProfile, FtpSiteList, Notification, PageData, EnginePool, TagGroupList,
+/// ToolbarBands.
 template <class Kind>
 concept DocumentKind = requires {
   detail::Document<Kind>::kRoot;

@@ -1,4 +1,4 @@
-// Loading and saving documents: all of it or an error, and a word for everything that is lost.
+// Loading and saving documents, with errors and a report of everything that is lost.
 //
 //   Result<Tree> list = Load<Tree>("reading-list.opml");
 //   if (!list) return Complain(list.error());           // reading-list.opml:4:12: mismatched tag
@@ -6,9 +6,9 @@
 //   if (!saved) return Complain(saved.error());
 //   for (const Loss& loss : saved->losses) std::cout << loss << '\n';  // a page is left out: Daily
 //
-// What Save writes loads again, whatever the names are: it is escaped where the plain writers leave
-// it as it is, and characters that XML does not have are left out. Values without such characters
-// give the bytes of the plain writers. Nothing here throws but std::bad_alloc. On Windows it does
+// What Save writes can always be loaded again: values that the plain writers do not escape are
+// escaped, and characters that XML does not allow are left out. Without such characters the bytes
+// are those of the plain writers. The only exception thrown is std::bad_alloc. On Windows it does
 // not matter whether the thread has initialised COM.
 #pragma once
 
@@ -33,8 +33,7 @@
 
 namespace vosmere {
 
-/// A document that is in memory already, in whatever encoding it declares:
-/// `Load<Tree>(Bytes(text))`.
+/// A document in memory, in the encoding that it declares: `Load<Tree>(Bytes(text))`. Not copied.
 struct Bytes {
   explicit Bytes(std::string_view document) : view(document) {}
   Bytes(const void* data, std::size_t size) : view(static_cast<const char*>(data), size) {}
@@ -59,7 +58,7 @@ inline Error NoDocument(std::string source, std::string reason) {
 template <class Kind>
 class DocumentReader : public Document<Kind>::Reader {
  public:
-  /// What was loaded, or why there is nothing.
+  /// The value that was loaded, or an error about `source`.
   Result<Kind> TakeFor(const std::string& source) {
     constexpr std::string_view kRoot = Document<Kind>::kRoot;
     if (root_.empty()) return NoDocument(source, "the root element has no content");
@@ -82,7 +81,7 @@ class DocumentReader : public Document<Kind>::Reader {
   std::string root_;
 };
 
-/// The same for a document of any kind, which its root element tells.
+/// The same for a document of any kind, which the root element determines.
 template <>
 class DocumentReader<AnyDocument> : public CReadXML {
  public:
@@ -94,7 +93,7 @@ class DocumentReader<AnyDocument> : public CReadXML {
     return error;
   }
   void SetLossReport(LossReport report, void* to) {
-    CReadXML::SetLossReport(report, to);  // for the places of elements
+    CReadXML::SetLossReport(report, to);  // makes the loader keep the places of elements
     report_ = report;
     reportTo_ = to;
   }
@@ -139,7 +138,7 @@ Result<Kind> LoadWith(const std::string& source, Losses* leftOut, Load load) {
   return reader.TakeFor(source);
 }
 
-/// Null when the stream fails, or has more bytes than a document may.
+/// All bytes of a stream; nullopt when reading fails or there are more than `most` bytes.
 inline std::optional<std::string> ReadAll(std::istream& stream, std::size_t most) {
   std::string bytes;
   char piece[64 * 1024];
@@ -168,14 +167,14 @@ class DocumentWriter : public Document<Kind>::Writer {
 template <class Kind>
 concept LoadedKind = DocumentKind<Kind> || std::same_as<Kind, AnyDocument>;
 
-/// A document from a file. `leftOut`, where it is not null, is told what the document holds and
-/// the value does not, or makes up.
+/// Loads a document from a file. If `leftOut` is not null, it receives what the value lacks of the
+/// document, and what the document lacks and the value had to make up.
 template <LoadedKind Kind>
 Result<Kind> Load(const FilePath& path, Losses* leftOut = nullptr) {
   return detail::LoadWith<Kind>(path.name(), leftOut,
                                 [&](CReadXML& reader) { return reader.LoadFile(path.get()); });
 }
-/// From memory. Bytes beyond 2 GiB are refused.
+/// Loads a document from memory. 2 GiB or more are an error.
 template <LoadedKind Kind>
 Result<Kind> Load(Bytes document, Losses* leftOut = nullptr) {
   if (document.view.size() > INT_MAX)
@@ -184,7 +183,8 @@ Result<Kind> Load(Bytes document, Losses* leftOut = nullptr) {
     return reader.LoadXML(document.view.data(), static_cast<int>(document.view.size()));
   });
 }
-/// From a stream to its end, which should be a binary one. More than 256 MiB are refused.
+/// Loads a document from a stream, which is read to its end and should be binary. More than 256 MiB
+/// are an error.
 template <LoadedKind Kind>
 Result<Kind> Load(std::istream& stream, Losses* leftOut = nullptr) {
   const std::optional<std::string> bytes = detail::ReadAll(stream, std::size_t{256} * 1024 * 1024);
@@ -195,43 +195,51 @@ Result<Kind> Load(std::istream& stream, Losses* leftOut = nullptr) {
   return error;
 }
 
-/// What came of a save.
+/// The result of a successful save.
 struct Saved {
-  Losses losses;  ///< what does not come back from the document
+  Losses losses;  ///< what loading the document will not restore
 };
+/// The result of SaveToBytes.
 struct SavedBytes : Saved {
   std::string bytes;
 };
 
-/// Saves to a file: a new one takes the place of an old one, whole or not at all (ReplaceFile). An
-/// empty list is a document without entries; another value that is null or moved-from, and a tree
-/// of more levels than documents are read with, is an error, and the file stays. A collection's
-/// children get positions, and identities where they have none.
+/// Saves to a file, which is replaced completely or not at all (SafeSave). An empty list is
+/// saved as a document without entries. Any other value that is null or moved-from is an error, and
+/// so is a tree with more levels than can be loaded; the file is not touched then. Saving a
+/// Collection changes it: its children get positions, and identities if they have none.
 template <DocumentKind Kind>
 Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& options = {}) {
   if (!detail::Document<Kind>::IsThere(value))
     return Error(path.name(), "there is nothing to save");
   Saved saved{Losses(options.places)};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  if (!writer.Generate()) return Error(path.name(), writer.LastError());
-  const std::optional<Error> error = ReplaceFile(path, [&](const FilePath& file) {
-    return writer.SaveToFile(file.get()) ? std::optional<Error>()
-                                         : Error(path.name(), writer.LastError());
-  });
-  if (error) return *error;
+  std::error_code code;
+  if (std::filesystem::is_other(path.native(), code)) {
+    if (!writer.SaveToFile(path.get())) return Error(path.name(), writer.LastError());
+    return saved;
+  }
+  ConvertedText bytes;
+  int length = 0;
+  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error(path.name(), writer.LastError());
+  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
+  DocumentError error;
+  const FileMark* const expected = options.expected ? &*options.expected : nullptr;
+  if (!SafeSave(path.get(), &piece, 1, expected, nullptr, &error)) return Error(path.name(), error);
   return saved;
 }
 
-/// Saves to memory.
+/// Saves to memory. Otherwise the same as Save.
 template <DocumentKind Kind>
 Result<SavedBytes> SaveToBytes(const Kind& value, const SaveOptions& options = {}) {
   if (!detail::Document<Kind>::IsThere(value)) return Error({}, "there is nothing to save");
   SavedBytes saved{{Losses(options.places)}, {}};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  ConvertedText bytes;
-  int length = 0;
-  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error({}, writer.LastError());
-  saved.bytes.assign(bytes.get(), static_cast<std::size_t>(length));
+  const auto take = [](void* to, const char* bytes, std::size_t length) {
+    auto& all = *static_cast<std::string*>(to);
+    bytes ? static_cast<void>(all.append(bytes, length)) : all.reserve(length);
+  };
+  if (!writer.HandOut(take, &saved.bytes)) return Error({}, writer.LastError());
   return saved;
 }
 

@@ -1,4 +1,4 @@
-// Files by their paths, and putting a new one in the place of an old one.
+// File paths, and replacing a file by a new one.
 //
 //   Load<Tree>(argv[1])                                 // bytes of the system, UTF-8 on Windows
 //   Load<Tree>(std::filesystem::path("a") / "b.opml")
@@ -17,14 +17,15 @@
 #include "vosmere/cpp/result.h"
 #include "vosmere/cpp/text.h"
 #include "vosmere/platform/path.h"
+#include "vosmere/storage/safe_save.h"
 #include "vosmere/tree/tree_tool.h"
 
 namespace vosmere {
 
-/// A file's path, from whatever says it, for the library and for std::filesystem.
+/// The path of a file, made from any kind of text, for the library and for std::filesystem.
 class FilePath {
  public:
-  /// One of the library's own; null is a file that does not open.
+  /// From a text of the library. A file with a null path cannot be opened.
   FilePath(const WChar* path) : wide_(SysAllocString(path)) {
     char name[kMostBytes];
     if (path && NameFromPath(path, name, sizeof name)) SetNative(name);
@@ -34,7 +35,7 @@ class FilePath {
     const std::u8string name = path.u8string();
     SetWide(reinterpret_cast<const char*>(name.c_str()));
   }
-  /// A narrow text is the system's own bytes, which are UTF-8 on Windows.
+  /// A narrow text is in the system's encoding of file names, which is taken as UTF-8 on Windows.
   template <AnyText Text>
   FilePath(const Text& path) {
     if (detail::IsNull(path)) return;
@@ -44,13 +45,14 @@ class FilePath {
       else
         return ToUtf8(path);
     }();
+    if (name.find('\0') != name.npos) return;  // no system has such a file
     SetNative(name);
     SetWide(name.c_str());
   }
 
   const WChar* get() const { return wide_.get(); }
   const std::filesystem::path& native() const { return native_; }
-  /// In UTF-8, for people.
+  /// In UTF-8, for messages.
   std::string name() const { return ToUtf8(wide_.get()); }
 
  private:
@@ -75,28 +77,22 @@ inline Error FileError(const FilePath& path, const std::string& why, int code = 
   return error;
 }
 
-/// Where links end, for what is to be replaced.
-inline Result<std::filesystem::path> TargetOf(const FilePath& path) {
-  namespace fs = std::filesystem;
-  std::error_code code;
-  if (path.native().empty()) return FileError(path, "no file was named");
-  if (fs::is_directory(path.native(), code)) return FileError(path, "is a folder");
-  const fs::path target = fs::weakly_canonical(path.native(), code);
-  if (code) return FileError(path, "cannot be written", code.value());
-  if (fs::is_symlink(fs::symlink_status(target, code)))
-    return FileError(path, "is a link to nothing");
-  // A new file could be put there, but this one is not to be changed.
-  if (fs::exists(target, code) && !std::ofstream(target, std::ios::app))
-    return FileError(path, "cannot be written", errno);
-  return target;
-}
-
 }  // namespace detail
 
-/// A file beside another, to be written and then put in its place; it goes away unless it was.
+/// What a file holds now, for SaveOptions::expected. Taken before loading, it makes a save refuse
+/// to replace what somebody else has saved since.
+inline Result<FileMark> MarkOf(const FilePath& path) {
+  FileMark mark;
+  DocumentError error;
+  if (!ReadFileMark(path.get(), &mark, &error)) return Error(path.name(), error);
+  return mark;
+}
+
+/// A file of a moment, for a document on its way; it goes away at the end.
 class ReplacingFile {
  public:
-  /// A name that nobody can guess, so that nobody can have put a link there.
+  /// Chooses a random name in `folder`, which cannot be guessed, so that no one can have placed a
+  /// link there. Creates nothing yet.
   explicit ReplacingFile(const std::filesystem::path& folder) {
     const SystemString uuid(RNTool::CreateUUID());
     if (!uuid) detail::ThrowNoMemory();
@@ -111,18 +107,11 @@ class ReplacingFile {
 
   const std::filesystem::path& path() const { return path_; }
 
-  /// Makes it, empty, to be read and written by whom the permissions name, from the beginning.
+  /// Creates the empty file and sets its permissions before anything is written to it.
   std::error_code Create(std::optional<std::filesystem::perms> permissions = {}) const {
     std::error_code code;
     if (!std::ofstream(path_)) return {errno, std::generic_category()};
     if (permissions) std::filesystem::permissions(path_, *permissions, code);
-    return code;
-  }
-  /// Puts it in the place of `target`.
-  std::error_code MoveTo(const std::filesystem::path& target) {
-    std::error_code code;
-    std::filesystem::rename(path_, target, code);
-    if (!code) path_.clear();
     return code;
   }
 
@@ -130,25 +119,22 @@ class ReplacingFile {
   std::filesystem::path path_;
 };
 
-/// Lets `write` make a new file under the path that it is given, then puts that in the place of
-/// `path`: all of it or, when either fails, nothing. Links are followed, and permissions stay.
-/// What is no plain file, as a device or a pipe, is written to as it is. `write` returns why it
-/// failed, or nothing, and so does this.
+/// Calls `write` with the path of a new temporary file, and then puts what that holds in the place
+/// of `path` (SafeCopy). If either fails, `path` is unchanged. Links are followed, and permissions
+/// are kept. A device or a pipe is written to directly. `write` returns an error or nullopt, and so
+/// does this function.
 template <class Write>
 std::optional<Error> ReplaceFile(const FilePath& path, Write write) {
   namespace fs = std::filesystem;
   std::error_code code;
   if (fs::is_other(path.native(), code)) return write(path.native());
-  const Result<fs::path> target = detail::TargetOf(path);
-  if (!target) return target.error();
-  ReplacingFile scratch(target->parent_path());
-  const fs::file_status before = fs::status(*target, code);
-  code = fs::exists(before) ? scratch.Create(before.permissions()) : scratch.Create();
+  const ReplacingFile scratch(fs::temp_directory_path(code));
+  code = scratch.Create(fs::perms::owner_read | fs::perms::owner_write);
   if (code) return detail::FileError(path, "cannot be written", code.value());
   if (std::optional<Error> error = write(scratch.path())) return error;
-  code = scratch.MoveTo(*target);
-  if (code) return detail::FileError(path, "cannot be written", code.value());
-  return {};
+  DocumentError error;
+  if (SafeCopy(FilePath(scratch.path()).get(), path.get(), nullptr, nullptr, &error)) return {};
+  return Error(path.name(), error);
 }
 
 }  // namespace vosmere

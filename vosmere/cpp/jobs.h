@@ -1,7 +1,7 @@
-// Timed jobs: run a function at a time, or every so often, on a thread of the scheduler's.
+// Timed jobs: run a function at a given time, or periodically, on the scheduler's thread.
 //
 //   Scheduler scheduler;
-//   const Job poll = scheduler.Every(20min, [&] { Poll(); });    // until `poll` goes
+//   const Job poll = scheduler.Every(20min, [&] { Poll(); });    // until `poll` is destroyed
 #pragma once
 
 #include <atomic>
@@ -25,8 +25,8 @@ namespace detail {
 
 using JobTime = std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds>;
 
-/// So long from now; at most as long as times of the library reach at all, so that no sum
-/// overflows.
+/// The time `delay` from now. Delays are limited to 100 years, which exceeds the library's range of
+/// times, so that the sum does not overflow.
 inline JobTime FromNow(std::chrono::milliseconds delay) {
   constexpr std::chrono::milliseconds kLongest = std::chrono::years(100);
   const auto now = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::system_clock::now());
@@ -42,29 +42,30 @@ class JobThread : public CScheduleThread {
     StopThread();
     StopAndWait();
   }
-  /// False when there is no memory for it.
+  /// Queues a job. False when memory runs out.
   inline bool Add(JobEvent& job);
+  /// Removes a job from the queue. Waits for a running job.
   inline void Take(JobEvent& job);
 };
 
-/// A job in the queue. What changes it holds the queue's lock, and so does the thread while it
-/// runs.
+/// A job in the queue. It is changed only with the queue's lock held; the thread also holds the
+/// lock while it runs a job.
 class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent> {
  public:
   using Period = std::chrono::milliseconds;
 
-  /// A period of 0 is for once.
+  /// A period of 0 means that the job runs once.
   JobEvent(std::weak_ptr<JobThread> thread, JobTime due, Period period, std::function<void()> work)
       : thread_(std::move(thread)), due_(due), period_(period), work_(std::move(work)) {}
 
   bool IsPending() const { return pending_; }
   bool IsTheSameEvent(CTimeEvent* other) override { return other == substitute_; }
   void DoEvent() override {
-    const std::shared_ptr<JobEvent> self = shared_from_this();  // the work may give up its handle
-    const Finish finish{*this};                                 // also when it throws
+    const std::shared_ptr<JobEvent> self = shared_from_this();  // the work may destroy its handle
+    const Finish finish{*this};                                 // also when the work throws
     work_();
   }
-  /// Gets ready to be queued.
+  /// Sets the time of the event and marks the job as pending, before it is queued.
   void Arm() {
     const auto second = std::chrono::floor<std::chrono::seconds>(due_);
     SetTime(second < sys_seconds() ? 0 : ToStoredTime(second).value_or(INT32_MAX),
@@ -99,7 +100,7 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
   JobTime due_;
   Period period_;
   std::function<void()> work_;
-  CTimeEvent* substitute_ = nullptr;  // the event that is to replace this one
+  CTimeEvent* substitute_ = nullptr;  // the event that replaces this one in Take
   std::atomic<bool> pending_ = false;
 };
 
@@ -109,8 +110,8 @@ inline bool JobThread::Add(JobEvent& job) {
   return InsertAndReplaceEvent(&job, &replaced) && GetQueue()->GetPeepHeadEvent();
 }
 
-/// The queue replaces an event by another that is the same job; one that is due before all others
-/// is at its head then, from where it can be taken out.
+/// The queue can only remove its head. It does replace an event by one that IsTheSameEvent accepts,
+/// so the job is replaced by an event with the earliest possible time, which is then the head.
 inline void JobThread::Take(JobEvent& job) {
   struct Substitute : CTimeEvent {
     Substitute() { SetTime(-1, 0); }
@@ -129,8 +130,9 @@ inline void JobThread::Take(JobEvent& job) {
 
 }  // namespace detail
 
-/// A job that is to run. Destroying the handle, or giving it another job, cancels the job: it does
-/// not begin any more, and one that runs is waited for, unless the handle goes within it.
+/// The handle of a job. Destroying the handle, or assigning another job to it, cancels the job: it
+/// will not start again. If it is running, the call waits for it to end, except when it is made
+/// from within the job.
 class [[nodiscard]] Job {
  public:
   Job() = default;
@@ -146,7 +148,7 @@ class [[nodiscard]] Job {
     if (const std::shared_ptr<detail::JobEvent> event = std::exchange(event_, nullptr))
       event->Cancel();
   }
-  /// Whether it runs or is still to run.
+  /// Whether the job is running or will still run.
   bool IsPending() const { return event_ && event_->IsPending(); }
 
  private:
@@ -156,10 +158,10 @@ class [[nodiscard]] Job {
   std::shared_ptr<detail::JobEvent> event_;
 };
 
-/// One thread that runs jobs one after the other, in the order in which they are due, by the time
-/// of day. While a job runs, whoever adds or cancels another waits. An exception that a job lets
-/// out is traced and dropped. Any thread may use it, jobs included. All that makes something throws
-/// std::bad_alloc.
+/// A thread that runs jobs one after the other, ordered by their due times, which follow the system
+/// clock. Thread-safe, and usable from within jobs. While a job runs, adding or cancelling another
+/// one waits for it. An exception that leaves a job is traced and dropped. The constructor, At,
+/// After and Every may throw std::bad_alloc.
 class Scheduler {
  public:
   using Time = std::chrono::system_clock::time_point;
@@ -170,21 +172,22 @@ class Scheduler {
   }
   Scheduler(const Scheduler&) = delete;
   Scheduler& operator=(const Scheduler&) = delete;
-  /// Waits for a job that runs, unless this is within it. What has not begun does not run any more.
+  /// Waits for a running job, except when called from within that job. Jobs that have not started
+  /// are dropped.
   ~Scheduler() { thread_->Stop(); }
 
-  /// False when the system had no thread to give; no job ever runs then.
+  /// False if the system could not create the thread; then no job ever runs.
   bool IsRunning() const { return runs_; }
 
-  /// Runs `work` once, now if the time has passed.
+  /// Runs `work` once, at once if the time has passed.
   Job At(Time when, Work work) {
     return Start(std::chrono::ceil<std::chrono::milliseconds>(when), {}, std::move(work));
   }
   Job After(std::chrono::milliseconds delay, Work work) {
     return Start(detail::FromNow(delay), {}, std::move(work));
   }
-  /// Runs `work` after each period, which is a millisecond at least. What is late runs at once, and
-  /// what was missed is not made up for.
+  /// Runs `work` after each period, which is at least one millisecond. A late run starts at once;
+  /// missed runs are not repeated.
   Job Every(std::chrono::milliseconds period, Work work) {
     if (period < std::chrono::milliseconds(1)) period = std::chrono::milliseconds(1);
     return Start(detail::FromNow(period), period, std::move(work));

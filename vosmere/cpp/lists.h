@@ -1,5 +1,4 @@
-// Lists as values that move: collections, items by their identities, FTP sites, search engines,
-// tags.
+// Lists as movable values: of collections, references to items, FTP sites, search engines, tags.
 //
 //   CFtpConBase& site = Append(sites);                          // a new one at the end
 //   for (CFtpConBase& site : Each(sites)) ...                   // a break ends it
@@ -8,8 +7,8 @@
 //   AddEngine(*pool, "Images", "http://images.example/?q=%s");
 //   SetTags(page, "news feeds");
 //
-// What makes something may throw std::bad_alloc, and then nothing has changed; nothing else is
-// thrown. Moved-from lists are empty lists.
+// Functions that create something may throw std::bad_alloc, with nothing changed; no other
+// exception is thrown. A moved-from list is empty.
 #pragma once
 
 #include <concepts>
@@ -35,12 +34,12 @@
 
 namespace vosmere {
 
-// Every list.
+// All lists.
 
 namespace detail {
 
-/// What a loop over a list is given: the item of a cell, a text as a view, or the cell itself where
-/// that is the item.
+/// The element that a loop over a list yields: the item of a cell, a text as a view, or the cell
+/// itself if it is the item.
 template <class Cell>
 decltype(auto) Element(Cell& cell) {
   if constexpr (requires { cell.item; })
@@ -58,7 +57,7 @@ using ElementOf = std::remove_reference_t<decltype(Element(std::declval<Cell&>()
 
 }  // namespace detail
 
-/// The items of a list in order. A loop may take out or free the one that it was given.
+/// The items of a list in order. A loop may unlink or free the current item.
 template <class Cell>
 class ListRange {
  public:
@@ -92,7 +91,7 @@ ListRange<Cell> Each(const Owned<Cell, Free>& list) {
   return ListRange<Cell>(list.get());
 }
 template <class Cell, auto Free>
-void Each(const Owned<Cell, Free>&& list) = delete;  // it would be gone before the loop begins
+void Each(const Owned<Cell, Free>&& list) = delete;  // a temporary dies before the loop begins
 
 /// The first item that satisfies the test; null for none.
 template <class Cell, auto Free, class Test>
@@ -102,7 +101,7 @@ detail::ElementOf<Cell>* FindIn(const Owned<Cell, Free>& list, Test&& test) {
   return nullptr;
 }
 
-/// Appends an item to a list that owns what it holds, and returns it; null for null.
+/// Appends an item, which the list then owns, and returns it; null for null.
 template <class Cell, auto Free, class Thing, class Delete>
 Thing* Append(Owned<Cell, Free>& list, std::unique_ptr<Thing, Delete> item) {
   if (!item) return nullptr;
@@ -113,14 +112,14 @@ Thing* Append(Owned<Cell, Free>& list, std::unique_ptr<Thing, Delete> item) {
   list.reset(head);
   return item.release();
 }
-/// Appends a new one.
+/// Appends a new item.
 template <class Cell, auto Free, class Thing = detail::ElementOf<Cell>>
 Thing& Append(Owned<Cell, Free>& list) {
   std::unique_ptr<Thing, decltype(&Thing::Delete)> item(Thing::New(), &Thing::Delete);
   if (!item) detail::ThrowNoMemory();
   return *Append(list, std::move(item));
 }
-/// Appends a whole list.
+/// Appends all items of `more`.
 template <class Cell, auto Free>
 void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
   Cell* head = list.release();
@@ -128,12 +127,12 @@ void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
   list.reset(head);
 }
 
-// Lists of collections. Addresses compare exactly.
+// Lists of collections. Addresses are compared case-sensitively.
 
 namespace detail {
 
-/// Finds the local trees that an operation on lists, which owns none, has left without a
-/// collection.
+/// Frees the local trees that an operation has left without a collection. The operations on lists
+/// do not own local trees and leave them behind.
 class LocalTrees {
  public:
   void Add(const ColctList& list) {
@@ -150,7 +149,7 @@ class LocalTrees {
   std::unordered_set<RNode*> roots_;
 };
 
-/// Does `change(&head)` and frees the local trees of the collections that it freed.
+/// Calls `change(&head)`, then frees the local trees of the collections that it freed.
 template <class Change>
 bool ChangeList(ColctList& list, Change change) {
   LocalTrees trees;
@@ -165,20 +164,20 @@ bool ChangeList(ColctList& list, Change change) {
 
 }  // namespace detail
 
-/// Frees every collection whose address came up earlier in the list; whether there was one.
+/// Frees every collection whose address occurs earlier in the list. Returns whether there was one.
 inline bool RemoveDuplicates(ColctList& list) {
   return detail::ChangeList(
       list, [](RColctItem** head) { return CRColctTool().DeleteDuplcateColct(*head); });
 }
-/// Frees every collection with this address; whether there was one.
+/// Frees every collection with this address. Returns whether there was one.
 inline bool RemoveAddress(ColctList& list, const Wide& address) {
   return detail::ChangeList(
       list, [&](RColctItem** head) { return CRColctTool().DeleteColctByUrl(head, address); });
 }
 
-/// Puts a list that was read anew in place of an old one, and returns what the new one has no more.
-/// A collection that was there before, by its address, keeps its local tree and, unless told
-/// otherwise, its network side, identity, base build and checked-in state; its cell is marked.
+/// Replaces `list` by a newly read one and returns the collections that the new one lacks. A
+/// collection with the address of an old one takes over its local tree and, if `keepNetData`, its
+/// network settings, identity, base build and checked-in state; its cell is marked.
 inline ColctList Merge(ColctList& list, ColctList fresh, bool keepNetData = true) {
   detail::LocalTrees trees;
   trees.Add(list);
@@ -194,7 +193,7 @@ inline ColctList Merge(ColctList& list, ColctList fresh, bool keepNetData = true
   RColctItem::DeleteList(old);
 
   auto freshTree = freshTrees.begin();
-  for (CColctNode& colct : Each(fresh)) {  // the old one may have had none
+  for (CColctNode& colct : Each(fresh)) {  // the old collection may have had no local tree
     if (!colct.GetLocRNodeRoot()) colct.SetLocRNodeRoot(*freshTree);
     ++freshTree;
   }
@@ -206,8 +205,9 @@ inline ColctList Merge(ColctList& list, ColctList fresh, bool keepNetData = true
   return removed;
 }
 
-/// Finds the collection and the item that `name` names, among `list` and the top level of its local
-/// trees; true when both are there. They are GetRefColctNode and GetRefUrlNode then.
+/// Looks up the collection and the item that `name` refers to, in `list` and the top level of its
+/// local trees. Returns whether both were found; name.GetRefColctNode and name.GetRefUrlNode return
+/// them.
 inline bool Resolve(CColctItemID& name, const ColctList& list) {
   return CColctItemID::FindColctUrlNode(list.get(), &name);
 }
@@ -224,12 +224,13 @@ inline EnginePool NewEnginePool() {
 inline ListRange<REngineItem> Engines(const CEnginePool& pool) {
   return Each(pool.GetREngineItemHead());
 }
-/// Appends an engine, which the pool owns then, and returns it; null for null.
+/// Appends an engine, which the pool then owns, and returns it; null for null.
 inline CEngineNode* AddEngine(CEnginePool& pool, Item<CEngineNode> engine) {
   if (engine && !pool.AppendEngine(engine.get())) detail::ThrowNoMemory();
   return engine.release();
 }
-/// Makes one; an address or type of 2085 units or more stays "about:blank" and "web".
+/// Appends a new engine. An address of 2085 code units or more becomes "about:blank", a type that
+/// long "web".
 inline CEngineNode& AddEngine(CEnginePool& pool, const Wide& name, const Wide& address,
                               const Wide& searchType = nullptr) {
   Item<CEngineNode> engine(CEngineNode::New());
@@ -241,20 +242,20 @@ inline CEngineNode& AddEngine(CEnginePool& pool, const Wide& name, const Wide& a
   });
   return *AddEngine(pool, std::move(engine));
 }
-/// Takes an engine out of the pool; empty when it is not here.
+/// Removes an engine from the pool and returns it; empty if it is not in this pool.
 inline Item<CEngineNode> RemoveEngine(CEnginePool& pool, CEngineNode& engine) {
   return Item<CEngineNode>(pool.RemoveEngine(&engine) ? &engine : nullptr);
 }
-/// With engines of its own.
+/// A copy of the pool with copies of the engines.
 inline EnginePool Copy(const CEnginePool& source) {
   EnginePool pool(CEnginePool::New(const_cast<CEnginePool*>(&source)));
   if (!pool) detail::ThrowNoMemory();
-  pool->REngineItemHeadChange(nullptr);  // the source's
+  pool->REngineItemHeadChange(nullptr);  // the copy points to the engines of the source
   for (const CEngineNode& engine : Engines(source)) AddEngine(*pool, Copy(engine));
   return pool;
 }
 
-// Tags of a page, as views. They compare without regard to ASCII case.
+// The tags of a page, as views. They are compared case-insensitively (ASCII).
 
 inline ListRange<CUrlProp::TagList> Tags(const CUrlNode& page) {
   const CUrlProp* const properties = page.GetUrlProp();
@@ -264,8 +265,8 @@ inline bool HasTag(const CUrlNode& page, const Wide& tag) {
   const CUrlProp* const properties = page.GetUrlProp();
   return properties && properties->HasTag(tag);
 }
-/// Gives the page the tags of a text, parted by blanks, commas, semicolons and line ends, in place
-/// of those it has.
+/// Replaces the tags of the page by those in a text, separated by blanks, commas, semicolons and
+/// line ends.
 inline void SetTags(CUrlNode& page, const Wide& text) {
   CUrlProp* const properties = page.GetUrlProp();
   const SystemString parts(SysAllocString(text));
@@ -275,7 +276,7 @@ inline void SetTags(CUrlNode& page, const Wide& text) {
   const PageTagList before(properties->DetachTagsHead());
   properties->SetTagsList(tags.release());
 }
-/// Adds a tag as it is, unless the page has it.
+/// Adds one tag, without splitting the text, unless the page has it. Null is ignored.
 inline void AddTag(CUrlNode& page, const Wide& tag) {
   if (!tag || HasTag(page, tag)) return;
   CUrlProp* const properties = page.GetUrlProp();
@@ -294,7 +295,7 @@ inline ListRange<CTagStore::TagGroupList> Groups(const CTagStore& store) {
 inline ListRange<CTagGroup::TagItemList> Tags(const CTagGroup& group) {
   return Each(group.GetTagItemHead());
 }
-/// Appends a group; one without a name becomes the default group.
+/// Appends a new group. A group without a name becomes the default group.
 inline CTagGroup& AddGroup(CTagStore& store, const Wide& name) {
   TagGroup group(CTagStore::CreateTagGroup());
   if (!group) detail::ThrowNoMemory();
@@ -302,6 +303,7 @@ inline CTagGroup& AddGroup(CTagStore& store, const Wide& name) {
   if (!store.AddTagGroup(group.get())) detail::ThrowNoMemory();
   return *group.release();
 }
+/// Appends a new tag to a group.
 inline CTagItem& AddTag(CTagGroup& group, const Wide& name, int count = 1) {
   Tag tag(CTagStore::CreateTagItem());
   if (!tag) detail::ThrowNoMemory();

@@ -1,4 +1,4 @@
-// What got lost between a document and its data, one way or the other.
+// Losses: what loading or saving a document did not preserve.
 #pragma once
 
 #include <cstddef>
@@ -14,24 +14,24 @@
 
 namespace vosmere {
 
-/// Where something got lost.
+/// Where something was lost.
 struct LossPlace {
-  /// Of a load the element's path, "/opml/body/outline[2]"; of a save the names of the folders and
-  /// of the item, "News > Daily"; empty for a document as a whole.
+  /// When loading, the path of the element, "/opml/body/outline[2]"; when saving, the names of the
+  /// folders and of the item, "News > Daily"; empty for the document as a whole.
   std::string path;
-  int line = 0;    ///< of the document, from 1; 0 when it is not known
-  int column = 0;  ///< in characters, from 1; 0 when it is not known
+  int line = 0;    ///< in the document, from 1; 0 if unknown
+  int column = 0;  ///< in characters, from 1; 0 if unknown
 };
 
-/// Something that got lost, once or many times.
+/// Something that was lost, at one or more places.
 struct Loss {
   LossKind kind;
-  std::string what;  ///< for people: UTF-8, one line, no full stop
-  std::size_t count = 0;
-  std::vector<LossPlace> places;  ///< the first of them
+  std::string what;               ///< a message in UTF-8: one line, without a full stop
+  std::size_t count = 0;          ///< how often it was lost
+  std::vector<LossPlace> places;  ///< the first places
 };
 
-/// "4:12 /opml/body/outline[2]", without the parts that are not known.
+/// "4:12 /opml/body/outline[2]". Unknown parts are left out.
 inline std::string ToString(const LossPlace& place) {
   if (!place.line) return place.path;
   std::string text = std::to_string(place.line);
@@ -58,19 +58,21 @@ inline std::ostream& operator<<(std::ostream& out, const Loss& loss) {
 
 namespace detail {
 
-/// At most the innermost so many names of a place, and so many units of each, so that hostile ones
-/// stay cheap.
+/// The largest number of names in a place (the innermost are kept), and of code units in each, so
+/// that reports about hostile data stay cheap.
 inline constexpr std::size_t kPlaceNames = 6;
 inline constexpr std::size_t kNameUnits = 40;
 
 inline std::string ShortName(const WChar* name) {
   const WideView view(name);
   if (view.empty()) return "(no name)";
-  if (view.size <= kNameUnits) return ToUtf8(view);
-  return ToUtf8(FirstWhole(view, kNameUnits)) + "...";
+  std::string text = ToUtf8(FirstWhole(view, kNameUnits));
+  for (char& c : text)
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';  // it stays one line
+  return view.size > kNameUnits ? text + "..." : text;
 }
 
-/// The names of the folders around an item and its own.
+/// The names of the folders around an item, and its own name.
 inline std::string PlaceOf(const CBaseNode& item) {
   std::string place = ShortName(item.GetName());
   const RNode* link = item.GetRNode();
@@ -90,11 +92,11 @@ inline std::string PlaceOf(const DocumentLoss& loss) {
 
 }  // namespace detail
 
-/// What got lost, in the order in which it came up; the same about many items is one entry. A value
-/// that moves and copies.
+/// A list of losses in the order of their first occurrence. The same loss at many places is one
+/// entry.
 class Losses {
  public:
-  /// Keeps at most so many places of each.
+  /// Records at most `places` places for each loss.
   explicit Losses(std::size_t places = 10) : places_(places) {}
 
   bool empty() const { return losses_.empty(); }
@@ -102,7 +104,7 @@ class Losses {
   auto begin() const { return losses_.begin(); }
   auto end() const { return losses_.end(); }
 
-  /// Null when nothing of the kind is there.
+  /// The loss with this message, or null. Valid until a loss is added.
   const Loss* Find(std::string_view what) const {
     const auto found = index_.find(std::string(what));
     return found == index_.end() ? nullptr : &losses_[found->second];
@@ -113,10 +115,10 @@ class Losses {
     ++loss.count;
     if (loss.places.size() < places_) AddPlace(loss, record);
   }
-  /// A LossReport, for Losses as `to`.
+  /// A function for LossReport; `to` is a Losses object.
   static void Report(void* to, const DocumentLoss& loss) { static_cast<Losses*>(to)->Add(loss); }
 
-  /// Those of another time, behind these.
+  /// Appends the losses of another list, for example of the save that follows a load.
   void Add(const Losses& more) {
     for (const Loss& other : more) {
       Loss& loss = Entry(other.kind, other.what);

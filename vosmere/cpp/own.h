@@ -1,6 +1,6 @@
-// Owning handles: one for each kind of result that the caller frees, each with the operation that
-// frees it. They are std::unique_ptr, so they move, are empty once moved from, and show in a
-// debugger as what they hold.
+// Owning handles: one for each kind of object that the caller must free, with the function that
+// frees it. They are std::unique_ptr, so they can be moved, are empty afterwards, and debuggers
+// show what they hold.
 //
 //   const Tree tree(ImportFavorites(nullptr, nullptr, nullptr));
 //   const SystemString uuid(RNTool::CreateUUID());
@@ -41,8 +41,8 @@ namespace vosmere {
 template <class Thing, auto Free>
 using Owned = std::unique_ptr<Thing, FreeWith<Free>>;
 
-/// Frees a list of collections with the collections and their local trees, of which each belongs to
-/// one collection. Null is ignored.
+/// Frees a list of collections with the collections and their local trees. No two collections may
+/// share a local tree. Null is ignored.
 inline void DeleteWithLocalTrees(RColctItem* head) {
   for (RColctItem* cell : chain::Cells(head)) {
     DeleteWithLocalTree(cell->item);
@@ -52,8 +52,8 @@ inline void DeleteWithLocalTrees(RColctItem* head) {
 
 // Items and trees.
 
-/// A tree: its root link, everything below, and all their items; not the local trees of collections
-/// in it, which belong to whoever loaded them.
+/// A tree: its root link, all links below it, and all their items. The local trees of collections
+/// in it are not freed; they belong to the code that loaded them.
 using Tree = Owned<RNode, DeleteTree>;
 /// An item in no tree: a folder, a page, a search engine, a pool with its engines.
 template <class Node>
@@ -68,18 +68,18 @@ using ColctItemName = Owned<CColctItemID, CColctItemID::Delete>;
 using FtpSite = Owned<CFtpConBase, CFtpConBase::Delete>;
 using Notification = Owned<CVSMNotifyMsg, CVSMNotifyMsg::Delete>;
 using Tag = Owned<CTagItem, CTagStore::DeleteTagItem>;
-/// With its tags.
+/// A group with its tags.
 using TagGroup = Owned<CTagGroup, CTagStore::DeleteTagGroup>;
 using PageData = std::unique_ptr<CPageData>;
-/// What CReadVosmereXML hands over.
+/// What CReadVosmereXML::DetachData returns.
 using ToolbarBands = std::unique_ptr<CTBarBandInfo>;
-/// One address of the URL map, without the pages that carry it.
+/// One address of the URL map, without the pages that have it.
 using UrlMapEntry = Owned<CUrlMapItem, CUrlMapItem::Delete>;
 
-// Lists by their first cell, with what is in them.
+// Lists, by their first cell. They own the cells and the items.
 
 using ColctList = Owned<RColctItem, DeleteWithLocalTrees>;
-/// The cells alone.
+/// Owns only the cells, not the collections.
 using ColctCells = Owned<RColctItem, RColctItem::DeleteListShell>;
 using ColctExtraList = Owned<RColctExData, RColctExData::DeleteList>;
 using ColctItemNameList = Owned<RColctItemID, RColctItemID::DeleteList>;
@@ -94,14 +94,14 @@ using TagGroupList = Owned<CTagStore::TagGroupList, CTagStore::DeleteRTagGroupLi
 // Texts, bytes, handles.
 
 using SystemString = Owned<WChar, SysFreeString>;
-/// What CUnicodeTool and CWriteXML::GetXMLUTF8 hand out.
+/// What CUnicodeTool, CWriteXML::GetXMLUTF8 and CWriteXML::GetXMLBytes store.
 using ConvertedText = Owned<char, CUnicodeTool::DeleteBuffer>;
-/// What CReadFile::ReadToBuffer hands out.
+/// What CReadFile::ReadToBuffer stores.
 using FileBytes = Owned<char, CReadFile::Delete>;
 using RegistryKey = Owned<HKEY__, CloseKey>;
 
-/// Stands for the pointer through which an operation hands out a result, until the end of the
-/// statement; see Out.
+/// The pointer argument through which a function stores a result; a temporary made by Out. Its
+/// destructor, at the end of the statement, gives the result to the handle.
 template <class Handle>
 class OutPointer {
  public:
@@ -117,7 +117,8 @@ class OutPointer {
   typename Handle::pointer result_ = nullptr;
 };
 
-/// For `Thing**`: empties the handle, which then owns what the operation stores, if it does.
+/// For a parameter `Thing**`: frees what the handle holds, then makes it own what the function
+/// stores, if anything.
 template <class Handle>
 OutPointer<Handle> Out(Handle& handle) {
   return OutPointer<Handle>(handle);

@@ -1,4 +1,4 @@
-// A value, or the reason why there is none. Nothing here throws but std::bad_alloc.
+// A value or an error. The only exception thrown here is std::bad_alloc.
 //
 //   Result<Tree> list = Load<Tree>("reading-list.opml");
 //   if (!list) {
@@ -21,15 +21,15 @@
 
 namespace vosmere {
 
-/// Why something failed, and where. A plain value.
+/// Why something failed, and where.
 struct Error {
-  std::string source;        ///< the file, server or the like; empty when there is none to name
-  std::string reason;        ///< for people: UTF-8, one line, no full stop
-  int line = 0;              ///< from 1; 0 when there is no place to name
-  int column = 0;            ///< in characters, from 1; 0 when unknown
-  std::string element;       ///< the path of the element; empty when unknown
+  std::string source;        ///< the file, server or the like; empty if there is none
+  std::string reason;        ///< a message in UTF-8: one line, without a full stop
+  int line = 0;              ///< from 1; 0 if unknown
+  int column = 0;            ///< in characters, from 1; 0 if unknown
+  std::string element;       ///< the path of the element; empty if unknown
   unsigned systemError = 0;  ///< errno on Linux, the system's code on Windows; 0 for none
-  DocumentFault fault = DocumentFault::kNone;  ///< of a document
+  DocumentFault fault = DocumentFault::kNone;  ///< set by the functions for documents
 
   Error() = default;
   Error(std::string failed, std::string why) : source(std::move(failed)), reason(std::move(why)) {}
@@ -49,7 +49,7 @@ struct Error {
   }
 };
 
-/// "file:4:12: reason", without the parts that are not known.
+/// "file:4:12: reason". Unknown parts are left out.
 inline std::string ToString(const Error& error) {
   std::string place = error.source;
   if (error.line) place += (place.empty() ? "line " : ":") + std::to_string(error.line);
@@ -61,8 +61,8 @@ inline std::ostream& operator<<(std::ostream& out, const Error& error) {
   return out << ToString(error);
 }
 
-/// Holds a T or an Error. Whoever takes the value of one that has none ends the program, with the
-/// error on the standard error stream.
+/// Holds a T or an Error. Dereferencing a result without a value prints the error to standard error
+/// and aborts the program.
 template <class T>
 class [[nodiscard]] Result {
   static_assert(std::is_object_v<T> && !std::is_same_v<T, Error>);
@@ -79,7 +79,7 @@ class [[nodiscard]] Result {
   T* operator->() { return Checked(std::get_if<0>(&state_)); }
   const T* operator->() const { return Checked(std::get_if<0>(&state_)); }
 
-  /// Of a result that has a value, an empty one.
+  /// The error; an empty one if the result has a value.
   const Error& error() const {
     static const Error none;
     const Error* const error = std::get_if<1>(&state_);

@@ -1,13 +1,13 @@
-// A tree that is kept for years: every change is on the disk a moment later, and can be undone.
+// A tree that is stored permanently: every change is soon written to disk and can be undone.
 //
 //   Result<Store> store = Store::Open("library");
 //   if (!store) return Complain(store.error());      // library: another program has the store open
 //   for (const std::string& note : store->notes()) std::cout << note << '\n';
-//   Add<CFolderNode>(store->tree(), "Trips");        // in the log with the next flush
+//   Add<CFolderNode>(store->tree(), "Trips");        // written to the log by the next flush
 //   store->Undo();
 //   if (std::optional<Error> error = store->Flush()) Complain(*error);
 //
-// Trees are changed with the operations of tree.h and walk.h, other fields within Update.
+// Change the tree with the functions of tree.h and walk.h, and other fields inside Update.
 #pragma once
 
 #include <functional>
@@ -25,11 +25,11 @@
 
 namespace vosmere {
 
-/// A store that is open (storage/tree_store.h says what it promises). Flushed when it ends, but who
-/// wants to know how that went flushes first.
+/// An open store; storage/tree_store.h says what it guarantees. The destructor flushes it, but
+/// cannot report an error; call Flush before to get it.
 class Store {
  public:
-  /// The folder is UTF-8, or a text of the library.
+  /// Opens the store in a folder. The error says why it cannot be opened.
   static Result<Store> Open(const Wide& folder, const StoreOptions& options = {}) {
     Store store(ToUtf8(folder.get()));
     DocumentError error;
@@ -38,27 +38,33 @@ class Store {
     return store;
   }
 
-  /// What opening had to say: which checkpoint was loaded, and what could not be used.
+  /// Messages from opening the store: which checkpoint was loaded, and what could not be used.
   const std::vector<std::string>& notes() const { return notes_; }
 
-  /// The store's own: valid as long as that.
+  /// The root of the tree, which the store owns. Never null.
   RNode* tree() const { return core_->root(); }
-  /// Another tree in its place, with the local trees of its collections.
+  /// Replaces the tree. The store then owns `tree` and the local trees of its collections, also on
+  /// failure.
   std::optional<Error> SetTree(Tree tree) { return ErrorUnless(core_->SetTree(tree.release())); }
 
-  /// A number that names an item for as long as the store is there; 0 for none.
+  /// The number that identifies an item for the lifetime of the store; 0 if it is not in the store.
   std::uint64_t NumberOf(Link link) const { return core_->NumberOf(link); }
+  /// The link with this number; null if it is not in the store.
   RNode* LinkOf(std::uint64_t number) const { return core_->LinkOf(number); }
 
-  /// Whether there was a change to undo.
+  /// Undo or redo one change. False if there was none.
   Result<bool> Undo() { return Done(core_->Undo()); }
   Result<bool> Redo() { return Done(core_->Redo()); }
 
+  /// Waits until every change is on disk.
   std::optional<Error> Flush() { return ErrorUnless(core_->Flush()); }
+  /// Writes the whole tree and begins a new log.
   std::optional<Error> Checkpoint() { return ErrorUnless(core_->Checkpoint()); }
 
+  /// The number of changes so far.
   std::uint64_t sequence() const { return core_->sequence(); }
-  /// Calls `use(sequence, message)` with every change after that one that the logs still have.
+  /// Calls `use(sequence, message)` for every later change than number `after` that is still in the
+  /// logs.
   template <class Use>
   std::optional<Error> Changes(std::uint64_t after, Use use) const {
     return ErrorUnless(core_->Changes(
@@ -68,7 +74,8 @@ class Store {
         },
         &use));
   }
-  /// Has every change told when it is made, also by Undo and Redo; an empty function ends that.
+  /// Sets a function that is called for every change when it is made, also by Undo and Redo. An
+  /// empty function turns this off.
   void Listen(std::function<void(std::uint64_t sequence, CVSMNotifyMsg& message)> listener) {
     using Listener = decltype(listener);
     listener_ = std::make_unique<Listener>(std::move(listener));
@@ -79,7 +86,7 @@ class Store {
     core_->Listen(*listener_ ? report : nullptr, listener_.get());
   }
 
-  /// Every checkpoint, the newest first.
+  /// Lists all checkpoints in a folder, the newest first, without opening the store.
   static Result<std::vector<StoredCheckpoint>> Checkpoints(const Wide& folder) {
     std::vector<StoredCheckpoint> found;
     DocumentError error;
@@ -110,7 +117,7 @@ class Store {
   std::string name_;
   std::vector<std::string> notes_;
   std::unique_ptr<std::function<void(std::uint64_t, CVSMNotifyMsg&)>> listener_;
-  Owned<TreeStore, TreeStore::Delete> core_;  // ends before what it tells
+  Owned<TreeStore, TreeStore::Delete> core_;  // last: its end may still call the listener
 };
 
 }  // namespace vosmere

@@ -1,3 +1,4 @@
+// UTF-8 conversions for the texts of programs.
 #include "vosmere/cpp/text.h"
 
 #include <climits>
@@ -13,8 +14,8 @@ bool IsTrailing(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-/// Bytes of a first piece that splits no character. A character has three trailing bytes at most,
-/// so what follows four of them begins anew.
+/// The number of bytes in a first piece that does not split a character. A character has at most
+/// three trailing bytes, so after four of them the text can be split without changing the result.
 std::size_t PieceLength(const char* utf8, std::size_t length) {
   if (length <= kPiece) return length;
   std::size_t end = kPiece;
@@ -45,6 +46,7 @@ void WideToUtf8(const WChar* text, std::size_t length, char* utf8, std::size_t s
   WideToBytes(kCodePageUtf8, text, Int(length), utf8, Int(size));
 }
 
+// Converts piece by piece on the stack, so that comparing does not allocate.
 bool EqualsUtf8(const WChar* text, const char* utf8, std::size_t length) {
   WChar piece[kPiece];
   while (length > 0) {

@@ -1,13 +1,11 @@
-// Texts on their way into the library and out of it: UTF-8, UTF-16, and wchar_t where that is
-// UTF-16 too.
+// Converting texts for the library and back: UTF-8, UTF-16, and wchar_t where that is UTF-16.
 //
-//   page.SetName(Wide("Åse"));                          // in, for the length of the statement
-//   std::string name = ToUtf8(page.GetName());          // out, a copy
-//   if (TextView(page.GetName()) == "Åse") ...          // looked at where it is
+//   page.SetName(Wide("Åse"));                          // in; lives until the end of the statement
+//   std::string name = ToUtf8(page.GetName());          // out; a copy
+//   if (TextView(page.GetName()) == "Åse") ...          // compared without a copy
 //
-// Ill-formed UTF-8 gives one U+FFFD for each maximal ill-formed part, an unpaired surrogate one as
-// well. The library's texts end with their first zero, so of a text that has one within, only what
-// stands before it counts.
+// Each maximal ill-formed part of UTF-8 becomes one U+FFFD, and so does each unpaired surrogate.
+// The texts of the library are null-terminated, so a text with a null inside ends there.
 #pragma once
 
 #include <concepts>
@@ -28,18 +26,19 @@ namespace vosmere {
 
 namespace detail {
 
-/// Converts into `units`, which has room for `length` of them, and returns how many it took.
-/// Throws std::bad_alloc.
+/// Converts into `units`, which must have room for `length` code units, and returns their number.
+/// Not null-terminated. Throws std::bad_alloc.
 VOSMERE_API std::size_t Utf8ToWide(const char* utf8, std::size_t length, WChar* units);
-/// Bytes of the text in UTF-8. Throws std::bad_alloc where an int cannot count them.
+/// The number of bytes of the text in UTF-8. Throws std::bad_alloc if it exceeds INT_MAX.
 VOSMERE_API std::size_t Utf8Length(const WChar* text, std::size_t length);
-/// Converts into `utf8`, which has room for `size` bytes, no less than Utf8Length.
+/// Converts into `utf8`, which must have room for `size` bytes, at least Utf8Length.
 VOSMERE_API void WideToUtf8(const WChar* text, std::size_t length, char* utf8, std::size_t size);
-/// Whether a zero-terminated text is what Utf8ToWide makes of these bytes. Allocates nothing.
+/// Whether a null-terminated text equals the result of Utf8ToWide for these bytes. Does not
+/// allocate.
 VOSMERE_API bool EqualsUtf8(const WChar* text, const char* utf8, std::size_t length);
 
-/// Does what setters do, and throws std::bad_alloc where one of them kept its old text for want of
-/// memory, which they do without a word.
+/// Calls `set`, which calls setters, and throws std::bad_alloc if one of them kept its old text
+/// because memory ran out. Setters do not report that themselves.
 template <class Set>
 void SetOrThrow(Set set) {
   const unsigned long before = LostTexts();
@@ -49,7 +48,7 @@ void SetOrThrow(Set set) {
 
 }  // namespace detail
 
-/// A text in units of this type: a literal, a pointer, a standard string or a view of one.
+/// A text with code units of this type: a literal, a pointer, a standard string or a view of one.
 template <class Text, class Unit>
 concept TextOf = std::convertible_to<const Text&, std::basic_string_view<Unit>> &&
     !std::same_as<Text, std::nullptr_t>;
@@ -60,7 +59,7 @@ concept Utf8Text = TextOf<Text, char> || TextOf<Text, char8_t>;
 template <class Text>
 concept Utf16Text = TextOf<Text, char16_t> ||
     (sizeof(wchar_t) == sizeof(WChar) && TextOf<Text, wchar_t>);
-/// What a program may have for a text.
+/// Every type of text that is accepted from a program.
 template <class Text>
 concept AnyText = Utf8Text<Text> || Utf16Text<Text>;
 
@@ -74,7 +73,7 @@ bool IsNull(const Text& text) {
     return false;
 }
 
-/// The text as a view; a null pointer gives an empty one.
+/// The text as a view, which is empty for a null pointer.
 template <class Unit, class Text>
 std::basic_string_view<Unit> View(const Text& text) {
   if (IsNull(text)) return {};
@@ -128,8 +127,9 @@ std::basic_string<Unit> ToWString(const WChar* text) {
   return {view.begin(), view.end()};
 }
 
-/// One of the library's texts, looked at where it is: valid as long as the text, which for an item
-/// is until that is set again. Null counts as empty, but IsNull tells. Comparing allocates nothing.
+/// A view of a text of the library. Valid as long as the text; that of an item is valid until it is
+/// set again. Null is treated as empty; IsNull tells them apart. Comparisons do not allocate and
+/// are case-sensitive.
 class TextView {
  public:
   TextView(const WChar* text) : text_(text) {}
@@ -150,7 +150,7 @@ class TextView {
       return a.Equals(detail::ViewUtf16(b));
   }
 
-  // Each throws std::bad_alloc.
+  // Each of these may throw std::bad_alloc.
   friend std::string operator+(std::string_view a, TextView b) {
     return std::string(a) + ToUtf8(b.text_);
   }
@@ -181,18 +181,18 @@ class TextView {
   const WChar* text_;
 };
 
-/// A text for the library: zero-terminated UTF-16 made of what a program has. Made where it is
-/// used, and kept no longer than the call; setters copy. Short texts need no memory.
+/// A text argument for the library: converts any text to null-terminated UTF-16. Meant as a
+/// temporary in a call; setters copy the text. Short texts are converted without allocating.
 ///
 ///   Wide("UTF-8")   Wide(u"UTF-16")   Wide(std::string(...))   Wide(page.GetName())
 class Wide {
  public:
-  /// Null, which a setter takes for what its header says.
+  /// Null. The setter's header says what it means.
   Wide(std::nullptr_t) : text_(nullptr) {}
-  /// A text of the library, which is not copied.
+  /// A text of the library, which is not copied and must outlive this object.
   Wide(const WChar* text) : text_(text) {}
   Wide(TextView text) : text_(text.get()) {}
-  /// A copy; a null pointer gives null. Throws std::bad_alloc.
+  /// A converted copy; null for a null pointer. Throws std::bad_alloc.
   template <AnyText Text>
   Wide(const Text& text) : text_(nullptr) {
     if (detail::IsNull(text)) return;
@@ -216,7 +216,7 @@ class Wide {
  private:
   static constexpr std::size_t kShort = 128;
 
-  /// Room for a text of at most `length` units and its zero.
+  /// Memory for a text of at most `length` code units and the terminating null.
   WChar* Begin(std::size_t length) {
     if (length >= kShort) long_ = std::make_unique_for_overwrite<WChar[]>(length + 1);
     WChar* const units = long_ ? long_.get() : short_;
@@ -229,7 +229,7 @@ class Wide {
   std::unique_ptr<WChar[]> long_;
 };
 
-/// The same of a text that is not the library's: UTF-16 to UTF-8. Throws std::bad_alloc.
+/// ToUtf8 for a UTF-16 text of a program. Throws std::bad_alloc.
 template <Utf16Text Text>
 std::string ToUtf8(const Text& text) {
   const auto utf16 = detail::ViewUtf16(text);

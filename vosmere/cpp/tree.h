@@ -1,14 +1,15 @@
-// Trees: build, move, remove, copy, sort.
+// Building, changing, copying and sorting trees.
 //
 //   const Tree tree = NewTree("Bookmarks");
 //   CFolderNode* news = Add<CFolderNode>(tree, "News");
 //   CUrlNode* page = Add<CUrlNode>(news, "Weather", "http://weather.example/");
-//   if (!Move(page, tree)) ...                                  // refused: see Move
-//   Tree removed = Remove(page);                                // whoever removes it owns it
+//   if (!Move(page, tree)) ...                                  // not possible: see Move
+//   Tree removed = Remove(page);                                // the caller owns what it removes
 //   Add(news, std::move(removed));
 //
-// Null, an empty tree and what stands in no tree are allowed: nothing happens there. What makes
-// something may throw std::bad_alloc, and then nothing has changed; nothing else is thrown.
+// Null, an empty tree and items that are in no tree are allowed as arguments; nothing happens then.
+// Functions that create something may throw std::bad_alloc, with nothing changed; no other
+// exception is thrown.
 #pragma once
 
 #include <concepts>
@@ -34,7 +35,7 @@ namespace vosmere {
 
 // Building.
 
-/// A tree of this item alone.
+/// A tree that consists of this item.
 template <TreeItem Node>
 Tree NewTree(Item<Node> item) {
   Tree tree(RNode::New2(item.get(), NodeTypeOf<Node>()));
@@ -42,7 +43,7 @@ Tree NewTree(Item<Node> item) {
   item.release();
   return tree;
 }
-/// A tree of a new item alone.
+/// A tree that consists of a new item.
 template <TreeItem Node = CFolderNode>
 Tree NewTree(const Wide& name) {
   Item<Node> item(Node::New());
@@ -50,14 +51,14 @@ Tree NewTree(const Wide& name) {
   SetName(*item, name);
   return NewTree(std::move(item));
 }
-/// The same with an address; it stays "about:blank" when this one has 2085 units or more.
+/// The same with an address. An address of 2085 code units or more is ignored; "about:blank" stays.
 template <AddressItem Node>
 Tree NewTree(const Wide& name, const Wide& address) {
   Tree tree = NewTree<Node>(name);
   SetAddress(*As<Node>(tree), address);
   return tree;
 }
-/// A collection without items, with a local tree to put them in.
+/// A new collection with an empty local tree.
 inline Collection NewCollection(const Wide& name) {
   Collection colct(CColctNode::New());
   if (!colct) detail::ThrowNoMemory();
@@ -66,7 +67,7 @@ inline Collection NewCollection(const Wide& name) {
   return colct;
 }
 
-/// Whether `link` is `top` or stands below it.
+/// Whether `link` is `top` or below it.
 inline bool IsWithin(Link link, Link top) {
   if (!link || !top) return false;
   const RNode* at = link;
@@ -74,9 +75,9 @@ inline bool IsWithin(Link link, Link top) {
   return at == top;
 }
 
-/// Puts a tree into a folder, right before `before` or as the last. True when it took it; else
-/// nothing has changed: when the tree is empty, holds the folder or stands in another already, the
-/// place is no folder, or `before` is not directly in it.
+/// Moves a tree into a folder, directly before `before` or as the last child. Returns false, with
+/// nothing changed, if the tree is empty, contains the folder or is already part of another tree,
+/// if the place is not a folder, or if `before` is not a child of it.
 inline bool Add(Place folder, Tree&& tree, Link before = nullptr) {
   if (!tree || tree->parent || !folder || folder->type != NT_FOLDER ||
       IsWithin(Link(folder), tree) || (before && before->parent != folder))
@@ -89,14 +90,15 @@ inline bool Add(Place folder, Tree&& tree, Link before = nullptr) {
     RNTool::InsertAsChild(folder, tree.release());
   return true;
 }
-/// Makes an item as the last of a folder; the tree owns it. Null when the place is no folder.
+/// Adds a new item as the last child of a folder. The tree owns it. Null if the place is not a
+/// folder.
 template <TreeItem Node>
 Node* Add(Place folder, const Wide& name) {
   Tree tree = NewTree<Node>(name);
   auto* const item = As<Node>(tree);
   return Add(folder, std::move(tree)) ? item : nullptr;
 }
-/// The same with the address of a page or collection.
+/// The same with the address of the page or collection.
 template <AddressItem Node>
 Node* Add(Place folder, const Wide& name, const Wide& address) {
   Tree tree = NewTree<Node>(name, address);
@@ -106,9 +108,9 @@ Node* Add(Place folder, const Wide& name, const Wide& address) {
 
 // Changing.
 
-/// Moves something with all below it into a folder, of this tree or another, right before `before`
-/// or as the last. False, with nothing changed, when it is a root, it would come to stand in
-/// itself, the place is no folder, or `before` is not directly in it.
+/// Moves an item, with everything below it, into a folder of this or another tree, directly before
+/// `before` or as the last child. Returns false, with nothing changed, if the item is a root, if
+/// the folder is inside it, if the place is not a folder, or if `before` is not a child of it.
 inline bool Move(Link what, Place folder, Link before = nullptr) {
   if (!what || !what->parent || !folder || folder->type != NT_FOLDER ||
       IsWithin(Link(folder), what) || (before && before->parent != folder))
@@ -125,7 +127,8 @@ inline bool Move(Link what, Place folder, Link before = nullptr) {
   return true;
 }
 
-/// Takes something with all below it out of its tree. Empty for a root, which has an owner already.
+/// Removes an item, with everything below it, from its tree and returns it. Empty for a root, which
+/// already has an owner.
 inline Tree Remove(Link what) {
   if (!what || !what->parent) return nullptr;
   RNode* const link = what;
@@ -135,8 +138,8 @@ inline Tree Remove(Link what) {
   return Tree(link);
 }
 
-/// Frees every item of the kind below `top` that satisfies the test, with all below it, and says
-/// how many satisfied it. What is in a folder is asked before the folder.
+/// Frees every item of the kind below `top` that satisfies the test, with everything below it, and
+/// returns how many satisfied it. The contents of a folder are tested before the folder.
 template <AnyItem Node = CBaseNode, TestOf<Node> Test>
 int RemoveIf(Place top, Test&& test) {
   int count = 0;
@@ -154,9 +157,8 @@ int RemoveIf(Place top, Test&& test) {
 
 enum class SortBy { kName, kAdded, kModified, kLastVisited };
 
-/// Sorts the children of a folder: from A to Z without regard to ASCII case, or the earliest first.
-/// A name that another begins with counts as equal to it (sort_node.h), and equals stay as they
-/// are.
+/// Sorts the children of a folder by name, case-insensitive (ASCII), or by time, the earliest
+/// first. Stable. A name that is the beginning of another one is equal to it (sort_node.h).
 inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = false) {
   if (!folder) return;
   TreeObserver* const observer = TreeObserver::Of(folder);
@@ -174,12 +176,12 @@ inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = fals
 
 // Copying.
 
-/// What is copied with all that it owns.
+/// The items whose New copies everything that they own.
 template <class Node>
 concept CopiedItem = std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlNode> ||
     std::same_as<Node, CEngineNode>;
 
-/// A copy in no tree, without what is below it.
+/// A copy of the item alone, in no tree.
 template <CopiedItem Node>
 Item<Node> Copy(const Node& item) {
   Item<Node> copy(Node::New(const_cast<Node*>(&item)));
@@ -200,8 +202,8 @@ inline Tree CopyLink(RNode* link) {
 
 }  // namespace detail
 
-/// A copy of a link with all below it; links without an item are left out. Its collections have no
-/// local trees, which have an owner.
+/// A copy of a link with everything below it. Links without an item are left out. Collections are
+/// copied without their local trees, since a Tree does not own these.
 inline Tree Copy(RNode* top) {
   if (!top || !top->item) return nullptr;
   Tree copy = detail::CopyLink(top);
@@ -223,11 +225,11 @@ inline Tree Copy(RNode* top) {
 inline Tree Copy(const Tree& tree) {
   return Copy(tree.get());
 }
-/// With a local tree of its own.
+/// A copy with a copy of the local tree.
 inline Collection Copy(const CColctNode& source) {
   Collection colct(CColctNode::New(const_cast<CColctNode*>(&source)));
   if (!colct) detail::ThrowNoMemory();
-  colct->SetLocRNodeRoot(nullptr);  // the source's
+  colct->SetLocRNodeRoot(nullptr);  // that of the source, which must not be freed if Copy throws
   colct->SetLocRNodeRoot(Copy(source.GetLocRNodeRoot()).release());
   return colct;
 }

@@ -1,3 +1,4 @@
+// Messages for the error codes of uploads.
 #include "vosmere/cpp/upload.h"
 
 namespace vosmere {

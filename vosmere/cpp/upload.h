@@ -1,8 +1,8 @@
-// Posting a file or a document to a web server, as a form.
+// Uploading a file or a text to a web server as a form.
 //
 //   Result<Reply> reply = Upload("www.example:8080", "/receive").SendFile(path);
 //   if (!reply) return Complain(reply.error());  // www.example:8080: the host is not known
-//   if (!reply->IsOk()) ...                      // the server says no: reply->status
+//   if (!reply->IsOk()) ...                      // not delivered: reply->status
 #pragma once
 
 #include <cstdint>
@@ -19,29 +19,30 @@
 
 namespace vosmere {
 
-/// For people: what the code of a failed upload (CNetUploadFile::GetErrorCode) means; null when it
-/// is none of those that are known.
+/// A message for the error code of a failed upload (CNetUploadFile::GetErrorCode): a static text in
+/// English, or null for an unknown code.
 VOSMERE_API const char* ReasonOfUploadError(std::int32_t code);
 
-/// What the server answered.
+/// The reply of the server.
 struct Reply {
-  int status = 0;              ///< 200, 404, ...
-  std::string text;            ///< in UTF-8
-  bool wasRedirected = false;  ///< the server leads elsewhere: what was sent did not arrive there
-  bool isCut = false;          ///< the reply is too long to be kept, and this is its beginning
+  int status = 0;              ///< the HTTP status: 200, 404, ...
+  std::string text;            ///< the body, in UTF-8
+  bool wasRedirected = false;  ///< the server redirected the request; the form was not delivered
+  bool isCut = false;          ///< the body is too long to be kept; `text` is its beginning
 
-  /// Whether it was delivered.
+  /// Whether the form was delivered: the status is 2xx, without a redirection.
   bool IsOk() const { return status >= 200 && status < 300 && !wasRedirected; }
 };
 
 /// One upload, in the form that browsers send (CNetUploadFile::SetClean). Setters return the
-/// upload, so that they can stand in a row. Nothing is thrown but std::bad_alloc.
+/// object, so that calls can be chained. The only exception thrown is std::bad_alloc.
 class Upload {
  public:
-  /// Whether to go on, after so many bytes of all. It must not throw.
+  /// Called with the number of bytes sent and of all bytes; returns false to cancel. Must not
+  /// throw.
   using Progress = std::function<bool(std::uint32_t sent, std::uint32_t total)>;
 
-  /// The server's name, which may carry a port, and the path on it.
+  /// `host` may contain a port; `path` is the path on the server.
   Upload(const Wide& host, const Wide& path) : server_(ToUtf8(host)) {
     upload_.SetClean(true);
     Set([&] {
@@ -52,7 +53,8 @@ class Upload {
   Upload(const Upload&) = delete;
   Upload& operator=(const Upload&) = delete;
 
-  /// A field of the form. One that does not fit (all together have 1024 bytes) fails the upload.
+  /// Adds a field to the form. All fields together may have 1024 bytes; if this one does not fit,
+  /// sending fails.
   Upload& Field(const Wide& name, const Wide& value) {
     const std::size_t before = std::strlen(upload_.GetParaString());
     upload_.AddParameter(name, value);
@@ -60,12 +62,12 @@ class Upload {
       error_ = Error(server_, "the field '" + ToUtf8(name) + "' does not fit into the form");
     return *this;
   }
-  /// HTTPS.
+  /// Uses HTTPS.
   Upload& Secure() {
     upload_.SetSecure(true);
     return *this;
   }
-  /// For a server that asks who is there.
+  /// HTTP authentication: used when the server answers 401.
   Upload& Login(const Wide& user, const Wide& password) {
     return Set([&] {
       upload_.SetUserName(user);
@@ -77,10 +79,10 @@ class Upload {
     return *this;
   }
 
-  // Each sends, once for each upload, and waits for the reply. A failure is about the server or the
-  // file, as its `source` says; its `systemError` is that of Windows on every system.
+  // Each of these sends the form and waits for the reply; only one call per object. The `source` of
+  // an error is the server or the file; its `systemError` is a Windows error code on every system.
 
-  /// A file, as the field `field`.
+  /// Sends a file as the form field `field`.
   Result<Reply> SendFile(const Wide& path, const Wide& field = "WholeFile") {
     Set([&] {
       upload_.SetLocalFile(path);
@@ -88,7 +90,7 @@ class Upload {
     });
     return Send(ToUtf8(path), [&] { upload_.Post(); });
   }
-  /// A document under a name, as the field "PartialUpload".
+  /// Sends a text, with `name` as its file name, as the form field "PartialUpload".
   Result<Reply> SendText(const Wide& name, const Wide& text) {
     return Send(ToUtf8(name), [&] { upload_.UploadPartialFile(name, text); });
   }
@@ -129,7 +131,7 @@ class Upload {
   std::string server_;
   CNetUploadFile upload_;
   Progress progress_;
-  Error error_;  // why it cannot be sent
+  Error error_;  // the reason why this object cannot send (any more)
 };
 
 }  // namespace vosmere

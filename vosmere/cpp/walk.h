@@ -1,14 +1,15 @@
-// Items of trees: their texts, walks over them, searches.
+// The items of trees: their texts, loops over them, searches.
 //
-//   for (CUrlNode& page : Pages(tree))                          // a break ends it
+//   for (CUrlNode& page : Pages(tree))                          // may be left with break
 //     if (AddressOf(page) == "http://a.example/") break;
 //
 //   CFolderNode* news = Find<CFolderNode>(tree, "News");        // null when there is none
 //   CUrlNode* page = Find<CUrlNode>(tree, AtAddress{"http://a.example/"});
 //   SetAddress(*page, "http://b.example/");
 //
-// Nothing recurses, and no walk or search allocates. Null, an empty tree and what stands in no tree
-// are allowed: nothing is found there. Nothing is thrown but std::bad_alloc, where a text is set.
+// Nothing here is recursive, and loops and searches do not allocate. Null, an empty tree and items
+// that are in no tree are allowed as arguments; nothing is found there. The only exception is
+// std::bad_alloc, thrown by functions that set a text.
 #pragma once
 
 #include <concepts>
@@ -27,17 +28,17 @@
 
 namespace vosmere {
 
-/// The kinds of item that a tree holds.
+/// The classes of items in a tree.
 template <class Node>
 concept TreeItem = std::same_as<Node, CFolderNode> || std::same_as<Node, CUrlNode> ||
     std::same_as<Node, CColctNode>;
-/// One of them, or CBaseNode for all.
+/// One of these, or CBaseNode for all items.
 template <class Node>
 concept AnyItem = TreeItem<Node> || std::same_as<Node, CBaseNode>;
 /// Those that have an address.
 template <class Node>
 concept AddressItem = TreeItem<Node> && std::derived_from<Node, CUrlNode>;
-/// A function or object that says yes or no to an item.
+/// A predicate on items.
 template <class Test, class Node>
 concept TestOf = std::predicate<Test&, Node&>;
 
@@ -48,9 +49,9 @@ constexpr tagNODETYPE NodeTypeOf() {
   return NT_COLCT;
 }
 
-// What the operations take.
+// Parameter types.
 
-/// Something that stands in a tree, by its link or as the item itself.
+/// Something in a tree, given by its link or as the item.
 class Link {
  public:
   Link(std::nullptr_t = nullptr) {}
@@ -66,14 +67,14 @@ class Link {
   RNode* link_ = nullptr;
 };
 
-/// Where to look, or to put something: a whole tree, a link, a folder, or a collection, which
-/// stands for its local tree.
+/// A place to search or to put something: a tree, a link, a folder, or a collection, which means
+/// its local tree.
 class Place {
  public:
   Place(std::nullptr_t) {}
   Place(RNode* link) : link_(link) {}
   Place(const Tree& tree) : link_(tree.get()) {}
-  Place(const Tree&&) = delete;  // it would be gone before the walk begins
+  Place(const Tree&&) = delete;  // a temporary dies before a loop over it begins
   Place(const CFolderNode& folder) : link_(folder.GetRNode()) {}
   Place(const CFolderNode* folder) : link_(folder ? folder->GetRNode() : nullptr) {}
   Place(const CColctNode& colct) : link_(colct.GetLocRNodeRoot()) {}
@@ -88,7 +89,7 @@ class Place {
   RNode* link_ = nullptr;
 };
 
-// Texts of items, where they are.
+// Texts of items, as views.
 
 inline TextView NameOf(const CBaseNode& item) {
   return item.GetName();
@@ -111,7 +112,7 @@ inline TextView AddressOf(const CEngineNode& engine) {
 
 namespace detail {
 
-/// Tells the observer of an item's tree, if it has one, before the item is changed and after.
+/// Notifies the observer of the item's tree, if there is one, before and after the item is changed.
 class FieldChange {
  public:
   explicit FieldChange(const CBaseNode& item)
@@ -131,15 +132,17 @@ class FieldChange {
 
 }  // namespace detail
 
-/// Calls `change(item)`, which may set what it likes of the item. In the tree of a store, what is
-/// set in this way is in the store's log; what is set without it is not until the next checkpoint.
+/// Calls `change(item)`, which may set any fields of the item. If the item is in the tree of a
+/// store, the change is written to the store's log. A field that is set without Update is only
+/// stored by the next checkpoint.
 template <std::derived_from<CBaseNode> Node, std::invocable<Node&> Change>
 void Update(Node& item, Change&& change) {
   const detail::FieldChange seen(item);
   change(item);
 }
 
-// They do what the setters do, and throw std::bad_alloc where those would keep the old text.
+// Like the setters of the items, but they throw std::bad_alloc when memory runs out, where those
+// silently keep the old text.
 
 inline void SetName(CBaseNode& item, const Wide& name) {
   Update(item, [&](CBaseNode& to) { detail::SetOrThrow([&] { to.SetName(name); }); });
@@ -151,9 +154,10 @@ inline void SetAddress(CUrlNode& page, const Wide& address) {
   Update(page, [&](CUrlNode& to) { detail::SetOrThrow([&] { to.SetUrl(address); }); });
 }
 
-// Walks.
+// Loops.
 
-/// The item of a link when it is of this kind, else null. A collection is no page.
+/// The item of a link if it is of this class, else null. A collection is not a page here, although
+/// its class derives from that of pages.
 template <AnyItem Node>
 Node* As(Link link) {
   if (!link) return nullptr;
@@ -162,11 +166,12 @@ Node* As(Link link) {
   return static_cast<Node*>(link->item);
 }
 
-/// The items of a kind below a link, in the order of documents: each before what is below it, or
-/// the children alone. A forward range.
+/// The items of a class below a link, in document order (each before those below it), or only the
+/// children. A forward range.
 ///
-/// A loop may change its item, add what it likes (which may or may not come up), and remove a page
-/// or a collection that it was given, but nothing else; RemoveIf removes folders too.
+/// A loop may change the current item, add items (which may or may not be visited), and remove the
+/// current item if it is a page or a collection. It must not remove anything else; RemoveIf also
+/// removes folders.
 template <AnyItem Node, bool kChildrenOnly = false>
 class Range {
  public:
@@ -209,7 +214,7 @@ class Range {
     }
 
     RNode* top_ = nullptr;
-    RNode* next_ = nullptr;  // found before the item is handed out, since that may be removed
+    RNode* next_ = nullptr;  // determined in advance, because the loop may remove the current item
     Node* item_ = nullptr;
   };
 
@@ -237,13 +242,14 @@ template <AnyItem Node>
 Range<Node, true> Children(Place parent) {
   return Range<Node, true>(parent);
 }
-/// The links of the children; a loop may unlink or free the one that it was given.
+/// The links of the children. A loop may unlink or free the current one.
 inline chain::Cells<RNode> Children(Place parent) {
   return chain::Cells<RNode>(parent ? parent->firstChild : nullptr);
 }
 
-// Searches. Texts compare exactly.
+// Searches. Texts are compared case-sensitively.
 
+/// Tests for Find and RemoveIf: by name, by address, by identity.
 struct Named {
   Wide name;
   bool operator()(const CBaseNode& item) const { return NameOf(item) == name.get(); }
@@ -260,14 +266,14 @@ struct WithIdentity {
   bool operator()(const CBaseNode& item) const { return IdentityOf(item) == identity.get(); }
 };
 
-/// The first item of the kind below `top` that satisfies the test; null for none.
+/// The first item of the class below `top` that satisfies the test, or null.
 template <AnyItem Node = CBaseNode, TestOf<Node> Test>
 Node* Find(Place top, Test&& test) {
   for (Node& item : Range<Node>(top))
     if (test(item)) return &item;
   return nullptr;
 }
-/// The first one of that name.
+/// The first item of the class with this name, or null.
 template <AnyItem Node = CBaseNode>
 Node* Find(Place top, const Wide& name) {
   for (Node& item : Range<Node>(top))

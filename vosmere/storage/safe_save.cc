@@ -70,6 +70,10 @@ FileMark MarkOf(const FilePiece* pieces, std::size_t count) {
   return mark;
 }
 
+bool ReadsBackOtherwise(SafeFile& file) {
+  return file.Fail(DocumentFault::kCannotWrite, "what was written does not read back");
+}
+
 /// Without memory false, with the reason.
 template <class Act>
 bool UnlessNoMemory(DocumentError* error, Act act) {
@@ -116,12 +120,34 @@ bool SafeSave(const WChar* path, const FilePiece* pieces, std::size_t count,
         file.Begin(path) &&
         std::all_of(pieces, pieces + count,
                     [&](const FilePiece& piece) { return file.Write(piece.data, piece.size); }) &&
-        file.Stored() &&
-        (Holds(file.file(), pieces, count) ||
-         file.Fail(DocumentFault::kCannotWrite, "what was written does not read back")) &&
+        file.Stored() && (Holds(file.file(), pieces, count) || ReadsBackOtherwise(file)) &&
         file.Replace(expected);
     if (!done && error) *error = file.error();
     if (done && saved) *saved = MarkOf(pieces, count);
+    return done;
+  });
+}
+
+bool SafeCopy(const WChar* from, const WChar* path, const FileMark* expected, FileMark* saved,
+              DocumentError* error) {
+  return UnlessNoMemory(error, [=] {
+    DiskFile source;
+    FileMark held, written;
+    if (!from || !source.OpenToRead(from) || !MarkOf(source, &held))
+      return FailWith(error, DocumentFault::kCannotRead, "what is to be saved cannot be read",
+                      source.error());
+    SafeFile file;
+    const bool done =
+        file.Begin(path) &&
+        ReadBlocks(source,
+                   [&](const void* bytes, std::size_t size) { return file.Write(bytes, size); }) &&
+        file.Stored() && MarkOf(file.file(), &written) &&
+        (written == held || ReadsBackOtherwise(file)) && file.Replace(expected);
+    if (!done && error) *error = file.error();
+    if (!done && error && error->fault == DocumentFault::kNone)
+      FailWith(error, DocumentFault::kCannotRead, "what is to be saved cannot be read",
+               source.error());
+    if (done && saved) *saved = held;
     return done;
   });
 }

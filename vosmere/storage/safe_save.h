@@ -38,4 +38,8 @@ VOSMERE_API bool ReadFileMark(const WChar* path, FileMark* mark, DocumentError* 
 VOSMERE_API bool SafeSave(const WChar* path, const FilePiece* pieces, std::size_t count,
                           const FileMark* expected, FileMark* saved, DocumentError* error);
 
+/// The same with the bytes of another file, which stays.
+VOSMERE_API bool SafeCopy(const WChar* from, const WChar* path, const FileMark* expected,
+                          FileMark* saved, DocumentError* error);
+
 }  // namespace vosmere

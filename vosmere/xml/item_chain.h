@@ -13,8 +13,8 @@
 
 namespace vosmere::xml {
 
-/// The chain that a reader builds, which frees every cell and its item unless it was detached. It
-/// is a builder for the tables of xml/reader_scopes.h:
+/// The chain of items that a reader builds. The destructor frees every cell with its item, unless
+/// the chain was detached. It serves as the builder for the tables of xml/reader_scopes.h:
 ///
 ///     using Shelf = ItemChain<RBook>;
 ///
@@ -34,10 +34,10 @@ class ItemChain {
   ~ItemChain() { Clear(); }
 
   Cell* head() const { return head_; }
-  /// The item whose element is being read; null outside of one.
+  /// The item whose element is being read; null outside such an element.
   Item* item() const { return item_; }
 
-  /// Appends a new item, which is then being read. Throws std::bad_alloc.
+  /// Appends a new item and makes it the current one. Throws std::bad_alloc.
   void Begin() {
     OwnedPointer<Item, FreeWith<Item::Delete>> item(Item::New());
     Cell* const cell = item ? Cell::New(item.get()) : nullptr;
@@ -47,7 +47,7 @@ class ItemChain {
   }
   void End() { item_ = nullptr; }
 
-  /// Gives the chain to the caller.
+  /// Returns the chain, which the caller then owns.
   Cell* Detach() {
     End();
     return std::exchange(head_, nullptr);
@@ -59,7 +59,7 @@ class ItemChain {
   Item* item_ = nullptr;
 };
 
-// The row of an item.
+// For the row of an item's element.
 
 template <class Chain>
 void BeginItem(Chain& chain, const Element& element) {
@@ -72,7 +72,7 @@ void EndItem(Chain& chain) {
   chain.End();
 }
 
-/// The row of another element named as the root: behind it no item is being read any more.
+/// For the row of a nested element with the name of the root: after it there is no current item.
 template <class Chain>
 void EndItem(Chain& chain, const Element&) {
   chain.End();

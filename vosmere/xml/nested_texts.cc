@@ -1,3 +1,4 @@
+// The bound on the text that readers collect from nested elements.
 #include "vosmere/xml/nested_texts.h"
 
 #include <cstdio>
@@ -10,13 +11,13 @@ namespace {
 
 constexpr int kFreeLevels = 4;
 constexpr std::size_t kMostHeld = std::size_t{16} * 1024 * 1024;
-constexpr std::size_t kNodeCost = 8;  // of a node that is passed on the way, however short its text
+constexpr std::size_t kNodeCost = 8;  // visiting a node costs time, even if it has no text
 
 }  // namespace
 
 void NestedTexts::Enter(const XmlNode& element) {
   if (++open_ <= kFreeLevels) return;
-  std::vector<XmlNode> following;  // behind the open elements
+  std::vector<XmlNode> following;  // the next sibling of each open element; no recursion
   for (XmlNode node = element.FirstChild(); node || !following.empty();) {
     if (!node) {
       node = following.back();

@@ -1,4 +1,4 @@
-// A bound on the texts of elements within each other.
+// A bound on the text that readers collect from nested elements.
 #pragma once
 
 #include <cstddef>
@@ -8,12 +8,13 @@
 
 namespace vosmere::xml {
 
-/// Keeps elements that are read for all the text in them, and stand within each other, in
-/// proportion to their document: what is in the innermost is in all of them. A few levels are free;
-/// what deeper ones hold is counted.
+/// Bounds the work for nested elements that are each read for all the text inside them. The text of
+/// the innermost is collected once for every level, so that a small document could cost quadratic
+/// time and memory. A few levels are free; what deeper ones contain is counted against a limit.
 class VOSMERE_API NestedTexts {
  public:
-  /// Before the text of `element` is asked for. Throws DocumentFailure with kExpandsTooMuch.
+  /// To be called before the text of `element` is collected. Throws DocumentFailure with
+  /// kExpandsTooMuch when the limit is exceeded.
   void Enter(const XmlNode& element);
   void Leave() { --open_; }
 

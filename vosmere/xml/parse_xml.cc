@@ -1,9 +1,10 @@
+// The walk over a parsed XML document.
 #include "vosmere/xml/parse_xml.h"
 
 namespace vosmere {
 namespace {
 
-/// Counts a level also when a hook throws.
+/// Raises the level for its lifetime, so that it is lowered again when a hook throws.
 class Level {
  public:
   explicit Level(LONG& depth) : depth_(depth) { ++depth_; }

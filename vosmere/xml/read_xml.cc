@@ -1,3 +1,4 @@
+// Loads XML documents and turns every failure into a DocumentError.
 #include "vosmere/xml/read_xml.h"
 
 #include <cstdio>
@@ -55,9 +56,10 @@ bool CReadXML::ReadWith(Read read) {
   } catch (const std::exception& exception) {
     error_ = MakeError(DocumentFault::kHandlerFailed, exception.what());
   } catch (...) {
+    // A reader may belong to a program and throw anything.
     error_ = MakeError(DocumentFault::kHandlerFailed, "the reader gave up");
   }
-  report_ = nullptr;
+  report_ = nullptr;  // both are valid only during the load
   document_ = nullptr;
   return error_.fault == DocumentFault::kNone;
 }
@@ -78,7 +80,7 @@ template <class Load>
 bool CReadXML::LoadWith(Load load) {
   return ReadWith([&] {
     XmlDocument document;
-    if (lossReport_) document.KeepPlaces();
+    if (lossReport_) document.KeepPlaces();  // takes memory, so only for a report
     load(document);
     ReadRoot(document.Root(), &document);
   });

@@ -1,4 +1,4 @@
-// The base of the document readers.
+// The base class of all document readers.
 #pragma once
 
 #include "vosmere/base/document_error.h"
@@ -11,71 +11,76 @@ namespace vosmere {
 
 class XmlDocument;
 
-/// Base of every document reader: loads an XML document and hands its root element to the reader's
-/// InvokeParser. Normally used for one load, on one thread; on Windows that thread has initialised
-/// COM.
+/// Base of every document reader: loads an XML document and passes its root element to the reader's
+/// InvokeParser. Normally used for one load. Not thread-safe; on Windows the thread must have
+/// initialised COM.
 ///
-/// A loader returns false when the document cannot be read or is not well-formed, when it goes
-/// beyond the bounds below, when memory ran out, or when the reader gives up; LastError says why. A
-/// root element without any content is not parsed, and the load is true. (Intended: such a document
-/// is whole, it just says nothing.)
+/// The Load functions return false when the document cannot be read or is not well-formed, when it
+/// exceeds a limit below, when memory runs out, or when the reader fails; LastError says why.
 ///
-/// What loads, on every platform:
-/// - UTF-8 and UTF-16 with and without mark, ISO-8859-1, windows-1252, and what else the platform
-///   has code pages for. White space between elements is kept as text nodes.
+/// Intended: if the root element has no content, InvokeParser is not called and the load succeeds.
+/// Such a document is complete, it only contains nothing.
+///
+/// What can be loaded, on every platform:
+/// - UTF-8 and UTF-16 with and without byte-order mark, ISO-8859-1, windows-1252, and every other
+///   encoding for which the platform has a code page. White space between elements is kept as text
+///   nodes.
 /// - Nothing outside the document is ever opened: no external entity, no external DTD, no network.
-///   A document that merely names such a thing loads; one whose text needs it does not.
+///   A document that declares such a thing loads; a document whose text uses it does not.
 /// - Internal entities and attribute defaults are expanded. A document that expands out of
-///   proportion to its size fails quickly and in little memory; so does one whose items stand so
-///   deep in each other's texts that these would.
-/// - A document type declaration has at most some 256 KiB with its parameter entities written out,
-///   and the list of values that one attribute may have 16 KiB.
-/// - Elements nest at most kMaxXmlDepth levels; on Windows as deep as the system's DOM loads. An
-///   element has at most some 2,000 attributes; on Linux some 250 namespaces are in force at once,
-///   and a document has 50,000 different names.
+///   proportion to its size fails quickly and in little memory. So does a document with nested
+///   items whose collected texts would grow out of proportion.
+/// - A document type declaration may have about 256 KiB with its parameter entities expanded, and
+///   the list of the values that an attribute may have 16 KiB.
+/// - Elements may nest kMaxXmlDepth levels; on Windows as deep as the system's DOM loads. An
+///   element may have about 2,000 attributes. On Linux about 250 namespaces may be in scope at
+///   once, and a document may have 50,000 different names.
 class VOSMERE_API CReadXML {
  public:
   CReadXML() = default;
   CReadXML(const CReadXML&) = delete;
   CReadXML& operator=(const CReadXML&) = delete;
-  /// Frees the data if it is still held.
+  /// Frees the data if it was not detached.
   virtual ~CReadXML();
 
-  /// A file's path, not a URL. Null is a file that does not open.
+  /// Loads the file with this path (not a URL). Null fails.
   bool LoadFile(const WChar* path);
-  /// Zero-terminated XML text; the encoding it declares for itself does not count. Null fails.
+  /// Loads null-terminated XML text; the encoding that it declares is ignored. Null fails.
   bool LoadBSTRXML(const WChar* text);
-  /// Raw bytes, whose mark or declaration tells the encoding. Null fails.
+  /// Loads `length` bytes; the byte-order mark or the declaration gives the encoding. Null fails.
   bool LoadXML(const char* bytes, int length);
 
-  /// A document that another reader, which is in its InvokeParser, has parsed.
+  /// Reads a document that another reader has parsed. To be called from InvokeParser of `parsed`.
   bool ReadParsed(const XmlNode& root, const CReadXML& parsed);
 
-  /// Hands over what was built, of a type that the reader fixes; null when there is nothing.
+  /// Returns what was built, which the caller then owns; the reader class determines the type. Null
+  /// when there is nothing.
   void* DetachData();
 
-  /// Has everything reported that the documents to come hold and this reader does not take, or
-  /// takes otherwise. Null ends that, as it begins; a load is as fast then as it is without.
+  /// Sets the function that is called, with `to`, for everything in the documents loaded from now
+  /// on that this reader does not keep or changes. Null, the default, turns this off; then it costs
+  /// no time.
   void SetLossReport(LossReport report, void* to) {
     lossReport_ = report;
     lossReportTo_ = to;
   }
 
-  /// Why the last load failed; no fault after one that did not.
+  /// Why the last load failed; kNone after a successful one.
   const DocumentError& LastError() const { return error_; }
 
  protected:
+  /// Reads the document from its root element. May throw, which makes the load fail.
   virtual void InvokeParser(XmlNode root) = 0;
 
-  /// An element of the document on its way through the tables of a reader: with the report of this
-  /// load, if there is one.
+  /// An element together with the report of this load, if there is one, for the tables of a reader.
   xml::Element Reported(const XmlNode& element) const { return {element, report_}; }
 
-  /// Throws std::bad_alloc when this load has lost a text for want of memory (setters fail
-  /// silently). The loader asks at the end; a reader asks before it gives up an earlier result.
+  /// Throws std::bad_alloc if a text was lost during this load because memory ran out (setters fail
+  /// silently). Checked at the end of every load; a reader must check before it replaces an earlier
+  /// result.
   void ThrowIfTextsWereLost() const;
 
-  /// Keeps `data` until it is detached; frees what was kept before.
+  /// Takes ownership of `data` until it is detached; deletes the data held before.
   template <class Data>
   void SetData(Data* data) {
     FreeData();
@@ -96,8 +101,8 @@ class VOSMERE_API CReadXML {
   unsigned long lostTextsBefore_ = 0;
   LossReport lossReport_ = nullptr;
   void* lossReportTo_ = nullptr;
-  xml::Report* report_ = nullptr;          // while a document is read
-  const XmlDocument* document_ = nullptr;  // the same, where it is known
+  xml::Report* report_ = nullptr;          // null outside a load, and without a loss report
+  const XmlDocument* document_ = nullptr;  // null outside a load, and if not known
   DocumentError error_;
 };
 

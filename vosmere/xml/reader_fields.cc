@@ -1,3 +1,4 @@
+// Numbers in attributes and texts.
 #include "vosmere/xml/reader_fields.h"
 
 #include <cstdio>

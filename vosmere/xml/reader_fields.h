@@ -1,7 +1,7 @@
-// What readers are made of: tables of names, and one visitor over attributes.
+// Building blocks of readers: tables of attributes, and a visitor over attributes.
 //
-// Nearly every reader says "this exact name, first match, apply the text". A row names a setter;
-// an irregular row names a small function:
+// Nearly every reader looks up an attribute by its exact name and passes the value to a setter. A
+// row of a table therefore names a setter, or a small function for an irregular case:
 //
 //     constexpr Field<CFolderNode> kFolderFields[] = {
 //         {"text", Text<&CFolderNode::SetName>},
@@ -28,7 +28,7 @@
 
 namespace vosmere::xml {
 
-/// Exact comparison with an ASCII name, code unit by code unit.
+/// Whether a text equals an ASCII name (case-sensitive).
 inline bool IsNamed(WideView text, std::string_view name) {
   if (text.size != name.size()) return false;
   for (std::size_t i = 0; i < name.size(); ++i)
@@ -36,11 +36,11 @@ inline bool IsNamed(WideView text, std::string_view name) {
   return true;
 }
 
-/// The number at the start of a text: white space, a sign, decimal digits; what follows is ignored.
-/// 0 without digits, the nearest 32-bit number beyond the range.
+/// The number at the start of a null-terminated text: optional white space and sign, then decimal
+/// digits; the rest is ignored. 0 without digits; a number out of range is clamped to 32 bits.
 VOSMERE_API LONG NumberFromText(const WChar* text);
 
-/// Whether a text begins with an ASCII one, in any letter case.
+/// Whether a text begins with an ASCII text, case-insensitive (ASCII).
 inline bool BeginsWithNoCase(WideView text, std::string_view beginning) {
   if (text.size < beginning.size()) return false;
   for (std::size_t i = 0; i < beginning.size(); ++i)
@@ -48,13 +48,13 @@ inline bool BeginsWithNoCase(WideView text, std::string_view beginning) {
   return true;
 }
 
-/// Comparison with an ASCII name in any letter case.
+/// Whether a text equals an ASCII name, case-insensitive (ASCII).
 inline bool IsNamedNoCase(WideView text, std::string_view name) {
   return text.size == name.size() && BeginsWithNoCase(text, name);
 }
 
-/// A name in a table: a literal is that name exactly, BeginningWith("...") every name that begins
-/// so in any letter case.
+/// A name in a table: a literal matches that name exactly, BeginningWith("...") every name with
+/// this beginning, case-insensitive (ASCII).
 struct RowName {
   std::string_view text;
   bool isBeginning = false;
@@ -72,7 +72,7 @@ constexpr RowName BeginningWith(const char* beginning) {
   return name;
 }
 
-/// The first row that is so named, or null. Rows have a `RowName name`.
+/// The first row whose `RowName name` matches, or null.
 template <class Row, std::size_t N>
 const Row* FindRow(const Row (&rows)[N], WideView name) {
   for (const Row& row : rows)
@@ -80,26 +80,26 @@ const Row* FindRow(const Row (&rows)[N], WideView name) {
   return nullptr;
 }
 
-/// What to do with a text for a `Target`.
+/// Applies a text to a `Target`.
 template <class Target>
 using Apply = void (*)(Target& target, const WChar* text);
 
-/// What to do with the text of one field of a `Target`, and what it should be.
+/// A row: an attribute, how its value is applied to a `Target`, and which values are valid.
 template <class Target>
 struct Field {
   RowName name;
   Apply<Target> apply;
-  FitsTest fits = nullptr;  ///< null for any text
+  FitsTest fits = nullptr;  ///< null if every text is valid
 
   constexpr Field(RowName row, Apply<Target> action, FitsTest test = nullptr)
       : name(row), apply(action), fits(test) {}
-  /// For rows that know it themselves.
+  /// For an action that brings its own test.
   template <class Regular>
   requires requires { Regular::kFits; }
   constexpr Field(RowName row, Regular regular) : Field(row, regular, Regular::kFits) {}
 };
 
-/// Applies the first row with that name; false when there is none.
+/// Applies the first row with that name; false if there is none.
 template <class Target, std::size_t N>
 bool ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
                 WideView name, const WChar* text) {
@@ -108,15 +108,16 @@ bool ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& 
   return field != nullptr;
 }
 
-// Whether a text is the number that NumberFromText makes of it, and whether it is a truth.
+// Tests of values. FitsNumber: the text is a number in the form in which one is written, so that
+// nothing is lost by NumberFromText. FitsTruth: the text is "true" or "false".
 
 VOSMERE_API bool FitsNumber(const WChar* text);
 inline bool FitsTruth(const WChar* text) {
   return IsNamed(WideView(text), "true") || IsNamed(WideView(text), "false");
 }
 
-// The regular rows: the text itself, its number, and true for exactly "true" (anything else changes
-// nothing).
+// The regular actions. Each calls a setter: Text with the text, Number with NumberFromText of it,
+// WhenTrue with true if the text is exactly "true", and otherwise not at all.
 
 template <auto Setter, class Target>
 void Text(Target& target, const WChar* text) {
@@ -147,14 +148,15 @@ struct WhenTrueRow {
 template <auto Setter>
 inline constexpr WhenTrueRow<Setter> WhenTrue;
 
-/// Nothing, for what is known and not kept.
+/// Does nothing, for an attribute that is known but not kept. It is reported as lost.
 template <class Target>
 void Ignored(Target&, const WChar*) {}
-/// Nothing, for what the item is known by already.
+/// Does nothing, for an attribute whose meaning the kind of item implies. It is no loss.
 template <class Target>
 void Implied(Target&, const WChar*) {}
 
-/// Applies `apply` to a value of an element, an attribute or its own text, and says how it went.
+/// Calls `apply`, which applies a value of an element (an attribute or its text), and reports what
+/// was lost, for example because the text was cut.
 template <class Apply>
 void ApplyReported(Report& report, WideView attribute, const WChar* value, FitsTest fits,
                    Apply apply) {
@@ -163,7 +165,8 @@ void ApplyReported(Report& report, WideView attribute, const WChar* value, FitsT
   report.Takes(attribute, value, fits, CutTexts() != before);
 }
 
-/// The same as above for an attribute of the element that is being read.
+/// The same for an attribute of the element that is being read. With a report, losses and unknown
+/// attributes are reported.
 template <class Target, std::size_t N>
 void ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
                 Report* report, WideView name, const WChar* value) {
@@ -177,7 +180,7 @@ void ApplyField(const Field<Target> (&fields)[N], std::type_identity_t<Target>& 
   }
 }
 
-/// Whether a document is of the kind that its reader reads; another root element is traced.
+/// Whether the root element has the name that the reader expects. Another name is traced.
 inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
   const XmlText found = root.Name();
   if (IsNamed(found.view(), name)) return true;
@@ -185,8 +188,8 @@ inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
   return false;
 }
 
-/// Calls `visit(WideView name, const WChar* value)` for every attribute in order. One whose value
-/// is not a text is traced and skipped.
+/// Calls `visit(WideView name, const WChar* value)` for every attribute, in document order. An
+/// attribute whose value is not a text is traced and skipped.
 template <class Visit>
 void ForEachAttribute(const XmlNode& element, Visit visit) {
   for (XmlAttributes attributes(element); attributes.Next();) {
@@ -198,14 +201,14 @@ void ForEachAttribute(const XmlNode& element, Visit visit) {
   }
 }
 
-/// The same where the visitor takes what it knows, or says that it does not.
+/// The same for a visitor that reports the attributes that it does not know.
 template <class Visit>
 void ForEachAttribute(const Element& element, Visit visit) {
   if (element.report()) element.report()->TakesAttributes();
   ForEachAttribute(static_cast<const XmlNode&>(element), visit);
 }
 
-/// Applies all attributes of an element.
+/// Applies all attributes of an element to `target`.
 template <class Target, std::size_t N>
 void ApplyFields(const Field<Target> (&fields)[N], std::type_identity_t<Target>& target,
                  const Element& element) {

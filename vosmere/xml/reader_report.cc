@@ -1,3 +1,4 @@
+// Records what a reader uses of its document, and reports the rest.
 #include "vosmere/xml/reader_report.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@
 namespace vosmere::xml {
 namespace {
 
-// Names are cut, and so is a path, so that hostile ones stay cheap.
+// Names and paths are cut, so that reports about hostile documents stay cheap.
 constexpr std::size_t kNameUnits = 100;
 constexpr std::size_t kPathNames = 40;
 
@@ -36,7 +37,7 @@ bool IsBlank(WideView text) {
 struct Open {
   XmlNode node;
   std::string name;
-  std::size_t position;  // among those of its name beside each other
+  std::size_t position;  // among its siblings of the same name, counted from 1
   bool isKept;
   bool takesText = false;
   bool takesAttributes = false;
@@ -100,6 +101,7 @@ void Report::Enter(const XmlNode& element, As as) {
   }
   open.push_back({element, std::move(name), position, as == As::kKnown});
   const std::string& known = open.back().name;
+  // What is inside a dropped element is lost with it and not reported again.
   if (as == As::kUnknown && !isInsideDropped)
     state_->Lose(LossKind::kUnknown, "the element '" + known + "' is not kept");
   if (as == As::kRepeated)
@@ -149,7 +151,7 @@ void Report::EndOfReading() {
   if (!element.takesAttributes)
     ForEachAttribute(element.node,
                      [this](WideView name, const WChar* value) { Unknown(name, value); });
-  // Of several texts that one thing has, the last or the first stays.
+  // An object has only one text of a kind: of several, the last or the first stays.
   if (open.size() < 2 || !element.takesText || element.makesItem) return;
   if (!open[open.size() - 2].texts.insert(element.name).second)
     state_->Lose(LossKind::kRepeated,

@@ -1,5 +1,5 @@
-// What a reader says of its document while it reads it: what it leaves out, and what it takes
-// otherwise than it is written. Without a report none of this costs anything.
+// Reports what a reader loses of its document: what it leaves out or changes. Without a report,
+// reading does no extra work.
 #pragma once
 
 #include <cstddef>
@@ -17,57 +17,65 @@ class XmlDocument;
 
 namespace xml {
 
-/// Whether a text is what a field takes; see the tables of xml/reader_fields.h.
+/// Whether a text is a valid value of a field; see the tables of xml/reader_fields.h.
 using FitsTest = bool (*)(const WChar* text);
 
-/// Follows the reader through the document: knows where it is, and what of an element was looked
-/// at. Made for one load.
+/// Follows a reader through the document: records which element is being read and what of it was
+/// used, and reports the rest. Used for one load.
 class VOSMERE_API Report {
  public:
-  /// The document, which may be null, knows where its elements stand.
+  /// `report` is called with `to` for every loss. `document` gives the lines and columns of
+  /// elements; null if these are not known.
   Report(LossReport report, void* to, const XmlDocument* document);
   Report(const Report&) = delete;
   Report& operator=(const Report&) = delete;
   ~Report();
 
-  // Elements. Each that is entered is left, too.
+  // Elements. Every Enter must be followed by a Leave.
 
   enum class As {
     kKnown,
-    kUnknown,   ///< the reader has no use for it here
-    kRepeated,  ///< another one like it was taken, and this one is not
+    kUnknown,   ///< not read at this place
+    kRepeated,  ///< not read, because another one of its name was
   };
   void Enter(const XmlNode& element, As as);
-  /// The root element, of which "version" alone is known.
+  /// Enters the root element. Its attributes other than "version" are reported as unknown.
   void EnterRoot(const XmlNode& element);
   void Leave();
-  /// Any other node inside the innermost element.
+  /// A node inside the innermost element that is not an element. Comments, processing instructions
+  /// and text that is not used are reported.
   void Meet(const XmlNode& node);
 
-  // What the reader takes of the innermost element.
+  // What the reader uses of the innermost element.
 
-  /// All its text, or part of it.
+  /// It uses the text, or part of it.
   void TakesText();
-  /// Goes through the attributes, each to be taken or not.
+  /// It visits the attributes, calling Takes or Unknown for each.
   void TakesAttributes();
-  /// It makes something, so that there may be several beside each other.
+  /// It makes an item of the element, so that several in a row are no repetition.
   void MakesItem();
-  /// One that was not looked at: its attributes and a text of which nothing is kept.
+  /// It has read the element itself. Reports attributes that were not visited, and an element whose
+  /// text replaces, or is replaced by, that of another with the same name.
   void EndOfReading();
 
-  // Values, by the attribute's name; an empty one is the element's text.
+  // Values, by the name of the attribute; an empty name is the text of the element.
 
+  /// The attribute is not known. An empty value and a namespace declaration are not reported.
   void Unknown(WideView attribute, const WChar* value);
+  /// The value is used. Reports one that was cut, or that is not valid according to `fits` (null
+  /// for no test).
   void Takes(WideView attribute, const WChar* value, FitsTest fits, bool isCut);
 
   // Anything else.
 
-  /// Whether the innermost element has a child that is read, and that one a value.
+  /// Whether the innermost element has a known child with this name, in the second form one with
+  /// this attribute and a value that is not empty.
   bool Says(const char* child) const;
   bool Says(const char* child, const char* attribute) const;
-  /// About the innermost element.
+  /// Reports a loss at the innermost element.
   void Lose(LossKind kind, const char* what);
-  /// The innermost element by a number, for what turns out later.
+  /// Remembers the place of the innermost element, for a loss that is only known later. Returns the
+  /// number to pass to LoseAt.
   std::size_t Remember();
   void LoseAt(std::size_t remembered, LossKind kind, const char* what);
 
@@ -76,14 +84,14 @@ class VOSMERE_API Report {
   OwnedPointer<State> state_;
 };
 
-/// An element on its way through a reader: a node, and who is told of what is left out.
+/// An element that is being read: its node, and the report of losses.
 class Element : public XmlNode {
  public:
   Element(XmlNode node, Report* report) : XmlNode(std::move(node)), report_(report) {}
 
-  /// Null when nobody is told.
+  /// Null when losses are not reported.
   Report* report() const { return report_; }
-  /// All text inside, which is thereby taken.
+  /// All text inside the element. The report counts it as used.
   XmlText Text() const {
     if (report_) report_->TakesText();
     return XmlNode::Text();

@@ -1,9 +1,10 @@
-// Readers of documents whose elements mean something only where they stand.
+// Reading documents in which the meaning of an element depends on its parent.
 //
-// The children of an element are read in one scope, a bit of its own. A row says in which scopes an
-// element counts, what is done with it, and in which scope its own children are read; what no row
-// names is ignored with all that is in it. Elements that count anywhere are met all the same, in
-// what no row names and in what is read for its text. A builder holds what is being built:
+// The children of an element are read in one scope, which is one bit. A row of the table says in
+// which scopes an element is recognised, what is done with it, and in which scope its own children
+// are read. An element without a row is ignored with everything inside it, except for elements that
+// are recognised anywhere (kAnywhere): these are also found inside elements without a row and
+// inside elements that are read for their text. A builder holds what is being built:
 //
 //     struct Shelf {
 //       TList<CBook*>* head;
@@ -39,28 +40,29 @@
 
 namespace vosmere::xml {
 
-/// A bit for each scope; the highest one is taken.
+/// A set of scopes, one bit each. The highest bit is reserved.
 using Scopes = std::uint64_t;
 
-/// For an element that counts wherever it stands.
+/// For an element that is recognised in every scope.
 inline constexpr Scopes kAnywhere = ~Scopes{0};
 
+/// A row: an element, where it is recognised and how it is read.
 template <class Builder>
 struct ScopedElement {
-  Scopes scopes;  ///< where it counts
+  Scopes scopes;  ///< where it is recognised
   RowName name;
-  /// Null when the element says nothing itself.
+  /// Reads the element itself, before its children; null if only its children are read.
   void (*read)(Builder& builder, const Element& element);
-  /// The scope of its children; 0 when none but those that count anywhere are looked at.
+  /// The scope of its children; 0 if only those with kAnywhere are read.
   Scopes within = 0;
-  /// Behind its children, when these have a scope; may be null.
+  /// Called after the children if `within` is not 0; may be null.
   void (*leave)(Builder& builder) = nullptr;
-  /// Says just before that what the element, which is the innermost, should have said and what was
-  /// made up instead. Called for a report alone; may be null.
+  /// Called just before `leave`, but only with a report: reports what the element, which is the
+  /// innermost, lacks and a copy would make up. May be null.
   void (*sayUnsaid)(Builder& builder, Report& report) = nullptr;
 };
 
-/// std::invoke without its header: a member of `object`, or what a function makes of it.
+/// Like std::invoke, without the cost of including its heavy header in every reader.
 template <class Callee, class Object, class... Arguments>
 decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... arguments) {
   if constexpr (std::is_member_object_pointer_v<Callee>)
@@ -71,10 +73,11 @@ decltype(auto) Invoke(Callee callee, Object& object, const Arguments&... argumen
     return callee(object, arguments...);
 }
 
-// The regular rows. `Target` is a member of the builder that is, or returns, a pointer to what is
-// being read; while that is null they do nothing.
+// The regular actions of rows. `Target` is a member of the builder that is, or returns, a pointer
+// to the object that is being read; if it is null, nothing happens.
 
-/// Its text goes to a setter, or to a function (Target&, const WChar* text), and should fit.
+/// Passes the text of the element to a setter or to a function (Target&, const WChar* text). With a
+/// report, a text that fails the test `Fits` is reported.
 template <auto Target, auto Apply, FitsTest Fits = nullptr, class Builder>
 void TextTo(Builder& builder, const Element& element) {
   auto* const target = Invoke(Target, builder);
@@ -85,13 +88,13 @@ void TextTo(Builder& builder, const Element& element) {
                 [&] { Invoke(Apply, *target, text.c_str()); });
 }
 
-/// Its attributes go to a table of fields.
+/// Applies a table of fields to the attributes of the element.
 template <auto Target, auto& Fields, class Builder>
 void AttributesTo(Builder& builder, const Element& element) {
   if (auto* const target = Invoke(Target, builder)) ApplyFields(Fields, *target, element);
 }
 
-/// Nothing, for an element that is not read, which is no loss.
+/// Does nothing, for an element that is not read without that being a loss.
 inline void NoLoss(const Element& element) {
   if (element.report()) element.report()->TakesText();
 }
@@ -100,14 +103,14 @@ void NoLoss(Builder&, const Element& element) {
   NoLoss(element);
 }
 
-/// Both, for an element that has attributes beside its text.
+/// TextTo and AttributesTo, for an element that has both.
 template <auto Target, auto Apply, auto& Fields, class Builder>
 void TextAndAttributesTo(Builder& builder, const Element& element) {
   TextTo<Target, Apply>(builder, element);
   AttributesTo<Target, Fields>(builder, element);
 }
 
-/// A member function of the builder is called, with the element or without.
+/// Calls a member function of the builder, with the element or without an argument.
 template <auto Method, class Builder>
 void Call(Builder& builder, const Element& element) {
   if constexpr (std::is_invocable_v<decltype(Method), Builder&, const Element&>)
@@ -120,15 +123,16 @@ void Call(Builder& builder) {
   Invoke(Method, builder);
 }
 
-/// Which of several equal elements beside each other count.
+/// Which of several elements with the same name and parent are read.
 enum class Repeats {
-  kAll,  ///< each is applied, and so the last one stays
-  /// Rows that make something new, which is to say read it and then its children, count each time;
-  /// of all others the first.
+  kAll,  ///< All of them, so that the last value stays.
+  /// All of those whose row has both `read` and `within`, which make a new object each; of the
+  /// others only the first.
   kFirst,
 };
 
-/// Goes over elements in document order. At most 64 rows. What is nested takes no stack.
+/// Visits elements in document order, without recursion, so that deep documents do not exhaust the
+/// stack. At most 64 rows, because each has a bit in `seen`.
 template <class Builder>
 class ScopeReader {
  public:
@@ -161,16 +165,17 @@ class ScopeReader {
  private:
   using Row = ScopedElement<Builder>;
 
-  // The scope within unknown elements, and within those that are read for their text.
+  // The scope inside unknown elements, and inside elements that are read for their text. Only rows
+  // with kAnywhere contain this bit.
   static constexpr Scopes kUnknown = Scopes{1} << 63;
 
   struct Open {
-    XmlNode next;  // child
+    XmlNode next;  // the next child to visit
     Scopes scope;
     const Row* row = nullptr;
     bool isInText = false;
     bool isReported = false;
-    std::uint64_t seen = 0;  // which rows had their first element here, a bit for each
+    std::uint64_t seen = 0;  // a bit for each row that has had an element here
   };
 
   void ReadOn() {
@@ -251,19 +256,19 @@ class ScopeReader {
   Builder& builder_;
   Report* report_;
   bool firstOnly_;
-  bool everywhere_ = false;  // whether unknown elements may hold known ones
-  NestedTexts texts_;        // those that are open
+  bool everywhere_ = false;  // whether unknown elements may contain known ones
+  NestedTexts texts_;        // the open elements that are read for their text
   std::vector<Open> open_;   // innermost last
 };
 
-/// Applies the rows to everything below `parent`, whose own children are read in `scope`.
+/// Applies the rows to everything below `parent`, whose children are read in `scope`.
 template <class Builder, std::size_t N>
 void ReadChildren(const ScopedElement<Builder> (&rows)[N], Builder& builder, const Element& parent,
                   Scopes scope, Repeats repeats = Repeats::kAll) {
   ScopeReader<Builder>(rows, builder, repeats, parent.report()).ReadChildren(parent, scope);
 }
 
-/// Applies the rows to `element`, as one that stands in `scope`, and to everything below.
+/// Applies the rows to `element`, which is read in `scope`, and to everything below.
 template <class Builder, std::size_t N>
 void ReadElement(const ScopedElement<Builder> (&rows)[N], Builder& builder, const Element& element,
                  Scopes scope, Repeats repeats = Repeats::kAll) {

@@ -1,3 +1,4 @@
+// Writes the elements that several documents of items share.
 #include "vosmere/xml/write_items.h"
 
 #include "vosmere/tree/base_node.h"
@@ -13,6 +14,16 @@ void CWriteItems::LoseAllBut(unsigned held, const CBaseNode& item) {
   LosesOf(&item, item.GetName());
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
   const CNodeStat& stat = *item.GetNodeStat();
+  // A quick test first, because most items lose nothing.
+  const bool isPlain = ((held & kDescription) || !*item.GetDescription()) &
+                       ((held & kIdentity) || !*item.GetUUID()) &
+                       ((held & kVersion) || item.GetVersion() == 1) & !item.IsDeleted() &
+                       (item.GetBaseBuild() == 0) & item.HasCheckedIn(nullptr) &
+                       ((held & kTimes) || !stat.GetSetTimes()) &
+                       ((held & kMarks) || (!stat.IsUnread() && stat.GetFlag() == 0));
+  if (isPlain) return;
+  // Documents write the checked-in state only together with a base build. Without one it is lost,
+  // unless readers can conclude it because the item is deleted.
   const bool isChanged = item.GetBaseBuild() == 0 && !item.HasCheckedIn(nullptr);
   LoseIf(loses(kDescription, *item.GetDescription()), "description does not come back");
   LoseIf(loses(kIdentity, *item.GetUUID()), "id does not come back");

@@ -1,4 +1,4 @@
-// The base of the writers of items.
+// The base class of writers whose documents contain items.
 #pragma once
 
 #include <string_view>
@@ -11,18 +11,17 @@
 
 namespace vosmere {
 
-/// Base of the writers of items: the elements that several documents have, each in the one form
-/// that their readers know.
+/// Base of the writers of items: writes the elements that several documents share.
 ///
-/// Intended: the blanks within these elements are what the files have always had: two in the mark
-/// of an identity that was not converted, none before the end of the shortest statistics, and
-/// before a flag alone as many as the document likes.
+/// Intended: the irregular blanks inside these elements are those of existing files: two in the
+/// element for an identity that was not converted, none before the "/>" of statistics without flag
+/// and unread mark, and before a flag without unread mark a number that depends on the document.
 class VOSMERE_API CWriteItems : public CWriteXML {
  public:
   ~CWriteItems() override;
 
  protected:
-  /// What an item may have beside its name, and a document a place for.
+  /// The properties of an item besides its name, which a document may or may not store.
   enum Part : unsigned {
     kDescription = 1,
     kIdentity = 2,
@@ -36,31 +35,33 @@ class VOSMERE_API CWriteItems : public CWriteXML {
     kType = 512,
     kTags = 1024,
   };
-  /// Reports what the item has beyond these parts; what is reported next is lost of it, too.
+  /// Reports the properties that the item has but that are not in `held`. Later reports by Lose
+  /// refer to the same item.
   void LoseAllBut(unsigned held, const CBaseNode& item);
   void LoseAllBut(unsigned held, const CUrlNode& page);
-  /// Reports an item that is left out.
+  /// Reports that an item is left out.
   void LoseWhole(const CBaseNode& item, const char* what);
 
-  /// Units that an identity has at most, in this document or any other.
+  /// The largest number of code units in an identity, in any document.
   static constexpr std::size_t kLongestSyncId = 40;
 
-  /// The synchronisation element of an item with that identity, which has at most kLongestSyncId
-  /// units; its version is left out when it is 0. False, with nothing appended, when the identity
-  /// cannot be converted.
+  /// Writes the synchronisation element of an item. The identity must have at most kLongestSyncId
+  /// code units; a version of 0 is left out. Returns false, with nothing written, if the identity
+  /// cannot be converted to UTF-8.
   bool PutSync(WideView uuid, LONG version, bool deleted = false);
-  /// What stands in the place of an identity that is too long, or cannot be converted.
+  /// Write what replaces an identity that is too long, or that cannot be converted.
   void PutSyncTooLong(WideView uuid);
   void PutSyncUnconverted();
 
-  /// The statistics element with its line end.
+  /// Writes the statistics element and a line end.
   void PutStat(const CNodeStat& stat, std::string_view blanksBeforeLoneFlag);
 
-  /// The statistics element of documents without prefixes, with its line end: the times alone.
+  /// Writes the statistics element of documents without namespace prefixes, which has only the
+  /// times, and a line end.
   void PutStatDates(const CNodeStat& stat);
 
-  /// The element of the base build with its line end, its name behind `prefix`; nothing for an item
-  /// without one.
+  /// Writes the element of the base build, its name preceded by `prefix`, and a line end; nothing
+  /// for an item without a base build.
   void PutBuild(std::string_view prefix, const CBaseNode& item);
 };
 

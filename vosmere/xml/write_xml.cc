@@ -1,3 +1,4 @@
+// Generates documents in a chunk buffer, converts and saves them.
 #include "vosmere/xml/write_xml.h"
 
 #include <algorithm>
@@ -26,6 +27,7 @@ WideView SystemView(const WChar* text) {
 
 }  // namespace
 
+// Constructing a writer does not throw. Without a buffer every operation fails with kNoMemory.
 CWriteXML::CWriteXML() : buffer_(new (std::nothrow) CChunkBuffer), file_(new (std::nothrow) File) {}
 
 CWriteXML::~CWriteXML() = default;
@@ -89,7 +91,7 @@ void CWriteXML::FillBoolean(bool value, const char* open, const char* close, int
 }
 
 void CWriteXML::PutNumber(LONG number) {
-  constexpr int kMostDigits = 11;
+  constexpr int kMostDigits = 11;  // "-2147483648"
   char aside[kMostDigits];
   char* const room = buffer_ ? buffer_->Room(kMostDigits) : nullptr;
   char* const digits = room ? room : aside;
@@ -107,25 +109,25 @@ CWriteXML::Convert CWriteXML::Escaping(Stands stands) const {
                                       : PieceToEscapedUtf8<Escape::kAttribute>;
 }
 
-/// What of a text is written; `aside` is for one that has to be copied.
+/// The part of a text that may be written. If characters must be left out, the view is of `aside`,
+/// which holds the copy.
 WideView CWriteXML::Writable(WideView text, std::basic_string<WChar>& aside) {
   if (!loadable_ || IsXmlText(text)) return text;
   const std::size_t before = aside.size();
   for (WideView rest = text; !rest.empty();) {
     const std::size_t whole = WellFormedLength(rest);
     std::copy_if(rest.begin(), rest.begin() + whole, std::back_inserter(aside), IsXmlUnit);
-    rest = rest.From(whole + 1);  // an unpaired surrogate
+    rest = rest.From(whole + 1);  // skips the unpaired surrogate
   }
   Lose(LossKind::kChanged, "characters that XML does not have are left out");
   leftOutCharacters_ += static_cast<ULONG>(text.size - (aside.size() - before));
   return {aside.data(), aside.size()};
 }
 
-// Straight into the buffer where its last chunk has the room. `convert` writes at most `unitBytes`
-// bytes for each unit of a piece and returns their number; 0 is a failure.
+// Converts directly into the last chunk of the buffer if that has the room, which saves a copy.
+// `convert` writes at most `unitBytes` bytes for each code unit of a piece and returns their
+// number; 0 means failure.
 bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert) {
-  std::basic_string<WChar> kept;
-  text = Writable(text, kept);
   char aside[kTextPiece * kEscapedUnitBytes];
   while (!text.empty()) {
     const WideView piece = NextPiece(text);
@@ -141,24 +143,49 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert)
   return true;
 }
 
+/// Appends the leading pieces of a text that are plain ASCII without anything to escape, which is
+/// fast, and removes them from `text`. Returns whether that was the whole text.
+bool CWriteXML::PutTamePieces(WideView* text) {
+  while (!text->empty()) {
+    const WideView piece = text->First(kTextPiece);
+    const auto length = static_cast<int>(piece.size);
+    char* const room = buffer_ ? buffer_->Room(length) : nullptr;
+    if (!room || !TamePieceToUtf8(piece, room)) return false;
+    buffer_->Use(length);
+    *text = text->From(piece.size);
+  }
+  return true;
+}
+
+bool CWriteXML::PutLoadable(WideView text, Convert convert) {
+  if (PutTamePieces(&text)) return true;
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes, convert);
+}
+
 bool CWriteXML::PutRawAttribute(WideView text) {
-  if (!loadable_) return PutPieces(text, kUnitBytes, PieceToUtf8);
-  return PutPieces(text, kEscapedUnitBytes, PieceToEscapedUtf8<Escape::kAsLittle>);
+  return loadable_ ? PutLoadable(text, PieceToEscapedUtf8<Escape::kAsLittle>)
+                   : PutPieces(text, kUnitBytes, PieceToUtf8);
 }
 
 bool CWriteXML::PutEscaped(WideView text, Stands stands) {
-  return PutPieces(text, kEscapedUnitBytes, Escaping(stands));
+  return loadable_ ? PutLoadable(text, Escaping(stands))
+                   : PutPieces(text, kEscapedUnitBytes, Escaping(stands));
 }
 
 bool CWriteXML::PutRawPath(WideView text) {
   if (!loadable_) return PutPieces(text, kUnitBytes, WithSlashes<PieceToUtf8>);
-  return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
+                   WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
 }
 
 bool CWriteXML::PutEscapedPath(WideView text) {
-  return PutPieces(text, kEscapedUnitBytes,
-                   loadable_ ? WithSlashes<PieceToEscapedUtf8<Escape::kText>>
-                             : WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
+  if (!loadable_)
+    return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
+  std::basic_string<WChar> kept;
+  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
+                   WithSlashes<PieceToEscapedUtf8<Escape::kText>>);
 }
 
 // Converting.
@@ -172,6 +199,7 @@ static bool AppendPieces(WideView text, std::string& utf8, int (*convert)(WideVi
     utf8.append(bytes, length);
     text = text.From(piece.size);
   }
+  // Lengths are passed as int.
   if (utf8.size() > std::size_t{std::numeric_limits<int>::max()}) throw std::bad_alloc();
   return true;
 }
@@ -242,11 +270,20 @@ bool CWriteXML::GetXMLBytes(char** bytes, int* length) {
   return true;
 }
 
+bool CWriteXML::HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to) {
+  if (!Generate()) return false;
+  Chunk* chunk = nullptr;
+  take(to, nullptr, static_cast<std::size_t>(buffer_->Get(&chunk)));
+  for (; chunk; chunk = chunk->next)
+    take(to, static_cast<const char*>(chunk->data), static_cast<std::size_t>(chunk->used));
+  return true;
+}
+
 // Saving.
 
 bool CWriteXML::SaveToFile(const WChar* path) {
   error_ = {};
-  if (loadable_ && !Generate()) return false;
+  if (loadable_ && !Generate()) return false;  // before the file is opened and thereby emptied
   if (!OpenFile(path)) return false;
   FillOnce();
   const bool written = RealWrite();
@@ -271,7 +308,7 @@ bool CWriteXML::RealWrite() {
   Chunk* chunk = nullptr;
   if (!IsComplete(&chunk)) return false;
   while (chunk) {
-    FilePiece pieces[256];
+    FilePiece pieces[256];  // chunks are written together, which saves system calls
     std::size_t count = 0;
     for (; chunk && count < std::size(pieces); chunk = chunk->next)
       pieces[count++] = {chunk->data, static_cast<std::size_t>(chunk->used)};

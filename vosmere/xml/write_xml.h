@@ -1,4 +1,4 @@
-// The base of the document writers.
+// The base class of all document writers.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ class File;
 
 namespace xml {
 
-/// An element's name as a template argument, which makes its tags constants.
+/// The name of an element as a template argument, so that its tags are constants.
 template <std::size_t N>
 struct ElementName {
   char open[N + 2] = {};   ///< "<name>"
@@ -53,102 +53,118 @@ struct AttributeName {
 }  // namespace xml
 
 /// Base of every document writer: appends UTF-8 markup to a chunk buffer in document order, then
-/// saves it to a file or hands it out as a wide string.
+/// saves it to a file or returns it as text.
 ///
-/// A writer generates its document once, on the first SaveToFile or GetXMLBSTR; later calls give
-/// the same text even if the data changed since. It does not own the data that it writes. Documents
-/// are UTF-8 without a byte-order mark. One thread at a time.
+/// A writer generates its document once, in the first call that needs it; later calls return the
+/// same text even if the data has changed since. It does not own the data that it writes. Documents
+/// are UTF-8 without a byte-order mark. Not thread-safe.
 ///
-/// When memory runs out while the document is generated, std::bad_alloc passes through SaveToFile
-/// and GetXMLBSTR; nothing else does, and the torn document is never saved. Nor is one that went
-/// without a text for want of memory, be it in a setter of the writer: the save is false then.
+/// When memory runs out while the document is generated, SaveToFile, GetXMLBSTR, GetXMLBytes and
+/// Generate may throw std::bad_alloc, and no other exception. The incomplete document is never
+/// saved: later calls fail with kNoMemory. The same holds for a document that lacks a text because
+/// memory ran out, also in a setter of the writer.
 class VOSMERE_API CWriteXML {
  public:
   CWriteXML();
   CWriteXML(const CWriteXML&) = delete;
   CWriteXML& operator=(const CWriteXML&) = delete;
 
-  /// The document as a new system string, which the caller frees with SysFreeString; cut at the
-  /// first U+0000. Null when it is empty or too large (see SaveToFile: what is left of such a
-  /// document is handed out as little as it is saved), and without memory.
+  /// Returns the document as a new system string, which the caller owns and frees with
+  /// SysFreeString. It ends before the first U+0000. Null when the document is empty or too large
+  /// (see SaveToFile) and when memory runs out; LastError says which.
   virtual BSTR GetXMLBSTR();
 
-  /// Writes the document over what is in the file, without a byte-order mark. False when the file
-  /// cannot be created, writing stopped half-way (the file is then cut short), the system could not
-  /// store what was written (which some disks say only when the file is closed), or the document is
-  /// empty or 100 MiB or larger (the file is then empty). LastError says why.
+  /// Creates or overwrites the file. Returns false, and LastError says why, if the file cannot be
+  /// created, if writing stopped half-way (the file is then incomplete), if the system could not
+  /// store what was written (some file systems report this only on closing), or if the document is
+  /// empty or has 100 MiB or more (the file is then empty; after SetLoadable it is not touched).
+  /// Null for the path fails.
   virtual bool SaveToFile(const WChar* path);
 
   virtual ~CWriteXML();
 
-  /// The encoding named in the XML declaration, 1 to 18 characters; null and any other length
-  /// change nothing. Intended: this changes the name alone. The text is UTF-8 whatever is named
-  /// here; programs that convert a document afterwards announce what it will be.
+  /// Sets the encoding name in the XML declaration, 1 to 18 bytes; null and other lengths are
+  /// ignored. Copied.
+  /// Intended: this changes only the name. The text stays UTF-8; the function is for programs that
+  /// convert the document afterwards.
   void SetEncoding(const char* name);
 
-  /// Makes the document one that always loads, with the values that it was given: what the format
-  /// writes as it is (the outlines of a tree, the web addresses of an FTP site) is escaped, line
-  /// ends and tabs become references where parsers would change them, and characters that XML does
-  /// not have are left out. Values without any of these give the same bytes. A tree that is too
-  /// deep for the readers is not saved at all (kTooDeep), and the file stays. Off by default: the
-  /// documents are what they have always been. Without effect once the document is generated.
+  /// Whether to write a document that can always be loaded and then yields the same values. Values
+  /// that the format does not escape (the outlines of a tree, the web addresses of an FTP site) are
+  /// escaped, line ends and tabs become character references where parsers would change them, and
+  /// characters that XML does not allow are left out. If no value contains any of these, the bytes
+  /// are the same. A tree that is too deep for the readers fails with kTooDeep, and the file is not
+  /// touched. Off by default, for documents like those of earlier versions. No effect once the
+  /// document has been generated.
   void SetLoadable(bool loadable) { loadable_ = loadable; }
-  /// How many characters were left out for that.
+  /// The number of code units that were left out because XML does not allow them.
   ULONG LeftOutCharacters() const { return leftOutCharacters_; }
 
-  /// Has everything reported that is in the data and does not come back from the document. Null
-  /// ends that, as it begins. Without effect once the document is generated.
+  /// Sets the function that is called, with `to`, for everything in the data that reading the
+  /// document will not restore. Null, the default, turns this off. No effect once the document has
+  /// been generated.
   void SetLossReport(LossReport report, void* to) {
     lossReport_ = report;
     lossReportTo_ = to;
   }
 
-  /// Generates the document now, unless it was: false, with LastError, for one that is not saved,
-  /// so that who goes on to SaveToFile loses no file to it. Throws std::bad_alloc.
+  /// Generates the document if that has not been done. Returns false, and LastError says why, if it
+  /// cannot be saved; a caller can thus find out before SaveToFile overwrites the file. Throws
+  /// std::bad_alloc.
   bool Generate();
 
-  /// Escapes a system string and converts it to UTF-8: a new zero-terminated block that the caller
-  /// frees with CUnicodeTool::DeleteBuffer, and its length. False, with nothing stored, without
-  /// memory. The five characters & < > " ' become entities; nothing else is replaced.
+  /// Passes the document to `take` piece by piece, without joining it in memory. The first call has
+  /// a null pointer and the length of the whole document. Returns false, without calling `take`, in
+  /// the same cases as GetXMLBytes.
+  bool HandOut(void (*take)(void* to, const char* bytes, std::size_t length), void* to);
+
+  /// Escapes a system string and converts it to UTF-8. Stores a new null-terminated block, which
+  /// the caller owns and frees with CUnicodeTool::DeleteBuffer, and its length in bytes. Returns
+  /// false, with nothing stored, if the text cannot be converted or memory runs out. The five
+  /// characters & < > " ' become entities; nothing else is replaced.
   bool GetXMLUTF8(const WChar* value, char** text, int* length);
 
-  /// Why the last SaveToFile, GetXMLBSTR or GetXMLBytes failed; no fault after one that did not.
+  /// Why the last SaveToFile, GetXMLBSTR, GetXMLBytes or Generate failed; kNone after a successful
+  /// one.
   const DocumentError& LastError() const { return error_; }
 
-  /// What SaveToFile writes, as a new zero-terminated block that the caller frees with
-  /// CUnicodeTool::DeleteBuffer, and its length; this takes a fraction of the memory of GetXMLBSTR.
-  /// False, with nothing stored, when the document is empty or too large, and without memory.
+  /// Stores what SaveToFile would write as a new null-terminated block, which the caller owns and
+  /// frees with CUnicodeTool::DeleteBuffer, and its length in bytes. Needs a fraction of the memory
+  /// of GetXMLBSTR. Returns false, with nothing stored, when the document is empty or too large and
+  /// when memory runs out; LastError says which.
   bool GetXMLBytes(char** bytes, int* length);
 
  protected:
-  /// Appends an element around a system string, escaped. `open` is the start tag, `openLength`
-  /// bytes long. False, with nothing appended, when the value cannot be converted.
-  /// Intended: `close` is never measured. It is the end tag with CR LF, hence always three bytes
-  /// longer than the start tag, and what stands behind those bytes is not written.
+  /// Appends an element with an escaped system string as its text. `open` is the start tag,
+  /// `openLength` bytes long; `close` is the end tag with CR LF. Returns false, with nothing
+  /// appended, if the value cannot be converted.
+  /// Intended: the length of `close` is never measured. The end tag with CR LF is always three
+  /// bytes longer than the start tag; further bytes are not written.
   virtual bool FillNode(const WChar* value, const char* open, const char* close, int openLength);
-  /// The same around zero-terminated bytes, as they are. Always true.
+  /// The same with null-terminated bytes, which are not escaped. Null is empty. Always true.
   virtual bool FillNodeChar(const char* value, const char* open, const char* close, int openLength);
-  /// `open`, "true" or "false", then `close`, which is three bytes longer.
+  /// The same with the text "true" or "false".
   void FillBoolean(bool value, const char* open, const char* close, int openLength);
-  /// Generates the document; its result is ignored.
+  /// Generates the document. The result is ignored.
   virtual bool FillData() = 0;
 
-  /// Clears the buffer and appends the declaration.
-  /// Intended: the declaration ends in a lone LF, unlike every line behind it; the files have
-  /// always begun that way.
+  /// Clears the buffer and appends the XML declaration.
+  /// Intended: the declaration ends with LF, unlike all later lines, which end with CR LF; existing
+  /// files have it so.
   void BeginDocument();
   void AddXMLVersion();
-  /// Bytes as they are. Always true.
+  /// Appends bytes without escaping. Always true.
   bool FillString(const char* text, int length);
-  /// A system string, escaped. False when it cannot be converted.
+  /// Appends a system string, escaped. False if it cannot be converted.
   bool FillXMLBSTR(const WChar* value);
-  /// A system string as it is. False when it cannot be converted.
+  /// Appends a system string without escaping. False if it cannot be converted.
   bool FillBSTRString(const WChar* value);
-  /// GetXMLUTF8 without escaping.
+  /// Like GetXMLUTF8, without escaping.
   bool BSTRGetUTF8(const WChar* value, char** text, int* length);
 
-  /// An element with children begins and ends, `above` further ones being around all of them. For
-  /// documents that nest as deep as their data.
+  /// Nest and Unnest are called where an element with children begins and ends, to measure the
+  /// depth of documents that nest as deep as their data. `above` is the number of elements around
+  /// all of these. Deepen counts a level without children.
   void Nest(int above) {
     ++nested_;
     Deepen(above);
@@ -158,10 +174,10 @@ class VOSMERE_API CWriteXML {
   }
   void Unnest() { --nested_; }
 
-  // What is lost, for SetLossReport; nothing happens without one.
+  // Reporting losses. Without a report (SetLossReport) these do nothing.
 
   bool ReportsLosses() const { return lossReport_ != nullptr; }
-  /// What follows is lost of this item, or of one that is so called.
+  /// Says which item the following losses belong to: `item`, or null and a name. Neither is copied.
   void LosesOf(const CBaseNode* item, const WChar* name) {
     lossOf_ = item;
     lossOfName_ = name;
@@ -171,11 +187,12 @@ class VOSMERE_API CWriteXML {
     if (isLost) Lose(kind, what);
   }
 
-  /// Where a value stands: parsers change line ends in both, tabs in an attribute alone.
+  /// Where a value is written. Parsers change carriage returns in both places, line feeds and tabs
+  /// only in attributes.
   enum class Stands { kInElement, kInAttribute };
 
-  // What writers are made of: one statement per fragment, in document order. Lengths come from the
-  // literals, and values are converted straight into the buffer.
+  // Building blocks of writers: one statement per fragment, in document order. The lengths of
+  // literals are known at compile time, and values are converted directly into the buffer.
 
   template <std::size_t N>
   void Put(const char (&markup)[N]) {
@@ -183,15 +200,15 @@ class VOSMERE_API CWriteXML {
   }
   void PutBytes(std::string_view utf8) { FillString(utf8.data(), static_cast<int>(utf8.size())); }
   void PutNumber(LONG number);
-  /// The value of an attribute that the format writes as it is. False when it cannot be converted;
-  /// what went before stays appended.
+  /// Appends an attribute value that the format does not escape (but see SetLoadable). False if it
+  /// cannot be converted; the part before the failure stays appended.
   bool PutRawAttribute(WideView text);
-  /// Escaped, as the text of an element or the value of an attribute.
+  /// Appends an escaped text. Fails like PutRawAttribute.
   bool PutEscaped(WideView text, Stands stands = Stands::kInElement);
-  /// The same with every backslash turned into a slash.
+  /// The same two with every backslash replaced by a slash.
   bool PutRawPath(WideView text);
   bool PutEscapedPath(WideView text);
-  /// "<name>", the text escaped, "</name>" and CR LF: `PutElement<"title">(text)`.
+  /// Appends "<name>", the escaped text, "</name>" and CR LF: `PutElement<"title">(text)`.
   template <xml::ElementName Name>
   void PutElement(WideView text) {
     Put(Name.open);
@@ -204,25 +221,25 @@ class VOSMERE_API CWriteXML {
     PutNumber(number);
     Put(Name.close);
   }
-  /// The same around bytes as they are.
+  /// The same with bytes as they are.
   template <xml::ElementName Name>
   void PutElement(std::string_view utf8) {
     Put(Name.open);
     PutBytes(utf8);
     Put(Name.close);
   }
-  /// The same where an empty text, or null, has no element at all.
+  /// The same, but nothing for an empty text or null.
   template <xml::ElementName Name>
   void PutElementUnlessEmpty(const WChar* text) {
     const WideView view(text);
     if (!view.empty()) PutElement<Name>(view);
   }
-  /// The same where only null has no element.
+  /// The same, but nothing for null.
   template <xml::ElementName Name>
   void PutElementUnlessNull(const WChar* text) {
     if (text) PutElement<Name>(WideView(text));
   }
-  /// A blank, the name, and the text escaped between "=\"" and "\""; nothing for null.
+  /// Appends a blank, the name, and the escaped text between "=\"" and "\""; nothing for null.
   template <xml::AttributeName Name>
   void PutAttributeUnlessNull(const WChar* text) {
     if (!text) return;
@@ -230,14 +247,14 @@ class VOSMERE_API CWriteXML {
     PutEscaped(WideView(text), Stands::kInAttribute);
     Put("\"");
   }
-  /// The whole escaped text at once, for a writer that must know beforehand whether it converts.
-  /// Throws std::bad_alloc.
+  /// Appends the escaped text to `utf8`, for a writer that must know whether a text can be
+  /// converted before it writes anything; false if it cannot. Throws std::bad_alloc.
   bool EscapedUtf8(WideView text, std::string& utf8, Stands stands = Stands::kInElement);
-  /// The same of the value of an attribute, into room for 6 bytes for each of its few units.
+  /// The same for a short attribute value. `utf8` must have room for 6 bytes per code unit.
   bool EscapeShort(WideView value, char* utf8, int* length);
 
-  /// Does a part of the writing. Where that throws, or loses a text for want of memory (LostTexts),
-  /// the document is torn.
+  /// Runs a part of the writing. If it throws, or loses a text because memory runs out (LostTexts),
+  /// the document is marked as incomplete and is never saved.
   template <class Work>
   void DoWhole(Work work) {
     const unsigned long lostBefore = LostTexts();
@@ -257,6 +274,8 @@ class VOSMERE_API CWriteXML {
   Convert Escaping(Stands stands) const;
   WideView Writable(WideView text, std::basic_string<WChar>& aside);
   bool PutPieces(WideView text, std::size_t unitBytes, Convert convert);
+  bool PutTamePieces(WideView* text);
+  bool PutLoadable(WideView text, Convert convert);
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 
@@ -264,10 +283,10 @@ class VOSMERE_API CWriteXML {
   OwnedPointer<File> file_;
   char encoding_[20] = "UTF-8";
   LONG filled_ = 0;
-  bool torn_ = false;  // something is missing in it for want of memory
+  bool torn_ = false;  // something is missing because memory ran out
   bool loadable_ = false;
   int nested_ = 0;
-  int deepest_ = 0;  // level of an element
+  int deepest_ = 0;  // the level of the deepest element so far
   ULONG leftOutCharacters_ = 0;
   LossReport lossReport_ = nullptr;
   void* lossReportTo_ = nullptr;

@@ -6,6 +6,7 @@
 #include "tests/support/loopback_server.h"
 #include "tests/support/sender.h"
 #include "tests/support/test.h"
+#include "tests/support/tool.h"
 #include "vosmere/text/unicode_tool.h"
 
 // Locales that are found by LOCPATH are a leak of the C library.
@@ -55,16 +56,6 @@ std::string InSystemsCodePage(const Wide& text) {
   return result;
 }
 
-/// What the tool would send.
-std::string DryRun(const std::string& locale, const std::filesystem::path& file) {
-  const TempFolder folder;
-  const std::string command = "ASAN_OPTIONS=detect_leaks=0 LC_ALL=" + locale + ' ' + VOSMERE_TOOL +
-                              " post a.example / '" + file.string() + "' --dry-run >" +
-                              (folder / "out").string();
-  EXPECT_EQ(std::system(command.c_str()), 0);
-  return ReadBytes(folder / "out");
-}
-
 TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
   const TempFolder folder;
   MakeLatin1Locale(folder);
@@ -82,7 +73,10 @@ TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
     EXPECT_TRUE(sender.upload.UploadFile(W(folder / "é☃.xml")));
     const std::string end = "/" + c.name + "\"\r\n";
     EXPECT_THAT(server.requests().at(0), HasSubstr(end));
-    EXPECT_THAT(DryRun(c.locale, folder / "é☃.xml"), HasSubstr(end));
+    const Outcome dryRun =
+        RunTool("post a.example / " + Quoted(folder / "é☃.xml") + " --dry-run",
+                "ASAN_OPTIONS=detect_leaks=0 LC_ALL=" + std::string(c.locale) + ' ');
+    EXPECT_THAT(dryRun.bytes, HasSubstr(end));
   }
   unsetenv("LOCPATH");
 }

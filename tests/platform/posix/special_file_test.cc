@@ -122,18 +122,20 @@ TEST(SpecialFile, AWriteThatTheSystemTakesInPartsIsWhole) {
   sigaction(SIGUSR1, &old, nullptr);
 }
 
-TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
+TEST(SpecialFile, ADeviceGivesWhatItHasAndASizeThatIsNotTrueDoesNoHarm) {
   const struct {
     const char* path;
     int bytesRead;
     bool textFails;
-  } cases[] = {{"/dev/null", 0, false}, {"/dev/zero", 3, true}, {"/proc/self/mem", 0, true}};
+  } cases[] = {{"/dev/null", 0, false},
+               {"/dev/zero", 3, true},  // without end
+               {"/proc/self/mem", 0, true}};
+  CReadFile reader;
+  char bytes[3], *whole = nullptr;
+  BSTR text = nullptr;
+  int count;
   for (const auto& c : cases) {
-    CReadFile reader;
     ASSERT_TRUE(reader.OpenFile(W(std::string(c.path))));
-    char bytes[3], *whole;
-    BSTR text = nullptr;
-    int count;
     EXPECT_EQ(reader.GetFileSize(), 0u);
     EXPECT_EQ(reader.ReadToBuffer(bytes, 3), c.bytesRead);
     EXPECT_FALSE(reader.ReadToBuffer(&whole, &count));
@@ -141,15 +143,16 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndAnEndlessOneNoText) {
     EXPECT_EQ(text, nullptr);
     EXPECT_EQ(reader.ReadFailed(), c.textFails) << c.path;
   }
-}
-
-TEST(SpecialFile, AWriteHas200MillionBytesAtMost) {
-  constexpr int kMost = 200'000'000;
-  const std::unique_ptr<char[]> bytes(new char[kMost + 1]);  // never touched
-  CWriteFile writer;
-  ASSERT_TRUE(writer.OpenFile(W("/dev/null")));
-  EXPECT_TRUE(writer.WriteStreamData(bytes.get(), kMost));
-  EXPECT_FALSE(writer.WriteStreamData(bytes.get(), kMost + 1));
+  ASSERT_TRUE(reader.OpenFile(W("/proc/self/status")));
+  EXPECT_EQ(reader.GetFileSize(), 0u);
+  EXPECT_GT(reader.ReadAllToBuffer(&text), 100);
+  EXPECT_EQ(OwnedBstr(text).utf8().substr(0, 5), "Name:");
+  // It says that it has a whole page.
+  if (!reader.OpenFile(W("/sys/devices/system/cpu/online"))) GTEST_SKIP();
+  ASSERT_TRUE(reader.ReadToBuffer(&whole, &count));
+  EXPECT_LT(count, static_cast<int>(reader.GetFileSize()));
+  EXPECT_EQ(whole[count - 1], '\n');
+  CReadFile::Delete(whole);
 }
 
 /// What a save says to which the disk says that it is full.
@@ -162,8 +165,13 @@ void ExpectNoSpace(const Wide& path) {
   EXPECT_EQ(writer.LastError().systemError, ULONG{ENOSPC});
 }
 
-TEST(SpecialFile, ADeviceThatIsFullIsAFailedWrite) {
+TEST(SpecialFile, AWriteHas200MillionBytesAtMostAndAFullDeviceTakesNone) {
+  constexpr int kMost = 200'000'000;
+  const std::unique_ptr<char[]> bytes(new char[kMost + 1]);  // never touched
   CWriteFile writer;
+  ASSERT_TRUE(writer.OpenFile(W("/dev/null")));
+  EXPECT_TRUE(writer.WriteStreamData(bytes.get(), kMost));
+  EXPECT_FALSE(writer.WriteStreamData(bytes.get(), kMost + 1));
   ASSERT_TRUE(writer.OpenFile(W("/dev/full")));
   EXPECT_FALSE(writer.WriteData(W("x")));
   EXPECT_FALSE(writer.WriteStreamData("x", 1));
@@ -200,25 +208,6 @@ TEST(SpecialFile, ADiskThatIsFullOnlyWhenTheFileIsClosedIsAFailedWrite) {
     ExpectNoSpace(path);
   }).join();
   if (!possible) GTEST_SKIP() << "the system bars it";
-}
-
-TEST(SpecialFile, ASizeThatIsNotTrueDoesNoHarm) {
-  CReadFile reader;
-  char* bytes = nullptr;
-  int count = 0;
-  ASSERT_TRUE(reader.OpenFile(W("/proc/self/status")));
-  EXPECT_EQ(reader.GetFileSize(), 0u);
-  EXPECT_FALSE(reader.ReadToBuffer(&bytes, &count));
-  BSTR text = nullptr;
-  EXPECT_GT(reader.ReadAllToBuffer(&text), 100);
-  EXPECT_EQ(OwnedBstr(text).utf8().substr(0, 5), "Name:");
-
-  // It says that it has a whole page.
-  if (!reader.OpenFile(W("/sys/devices/system/cpu/online"))) GTEST_SKIP();
-  ASSERT_TRUE(reader.ReadToBuffer(&bytes, &count));
-  EXPECT_LT(count, static_cast<int>(reader.GetFileSize()));
-  EXPECT_EQ(bytes[count - 1], '\n');
-  CReadFile::Delete(bytes);
 }
 
 }  // namespace vosmere::test::special_file

@@ -1,14 +1,14 @@
-// The words by which the RSS document of a collection names the kinds of an item.
+// The words for the types of items in the RSS document of a collection.
 #pragma once
 
 #include <string_view>
 
 namespace vosmere {
 
-/// By tagVSMITEMTYPE; a plain address has none.
+/// Indexed by tagVSMITEMTYPE. A plain link has no word.
 inline constexpr std::string_view kItemTypeWords[] = {"", "note", "webpage", "file"};
 
-/// By tagVSMITEMFILETYPE.
+/// Indexed by tagVSMITEMFILETYPE.
 inline constexpr std::string_view kFileTypeWords[] = {"unknown", "pdf", "doc", "ppt",
                                                       "txt",     "xml", "xls"};
 

@@ -119,9 +119,9 @@ ULONG MakeFolder(const WChar* path);
 /// Until the disk has what was made, renamed and removed in the folder.
 ULONG FlushFolder(const WChar* path);
 
-enum class PathKind { kNothing, kFile, kFolder, kOther };
-/// What a path leads to, and where to once links are followed; `*target` need not exist. A link to
-/// nothing, or in a circle, is an error.
+enum class PathKind { kNothing, kFile, kFolder, kOther, kLinkToNothing };
+/// What a path leads to, and where to once links are followed; `*target` need not exist. Links in a
+/// circle are an error.
 ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind);
 
 // Error numbers of this system.

@@ -201,9 +201,10 @@ void SetPath(std::string_view name, PathText* path) {
 }
 
 /// Where a path that leads to nothing would lead: its folder is there.
-ULONG TargetOfNothing(const char* name, PathText* target) {
+ULONG TargetOfNothing(const char* name, PathText* target, PathKind* kind) {
   struct stat status;
-  if (lstat(name, &status) == 0) return ENOENT;  // a link to nothing
+  *kind = lstat(name, &status) == 0 ? PathKind::kLinkToNothing : PathKind::kNothing;
+  if (*kind == PathKind::kLinkToNothing) return 0;
   const std::string_view whole(name);
   const std::size_t slash = whole.rfind('/');
   const std::string folder(slash == whole.npos ? "." : whole.substr(0, slash + 1));
@@ -222,8 +223,7 @@ ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind) {
   char name[PATH_MAX], resolved[PATH_MAX];
   if (!NativePath(path, name)) return ErrorOf(-1);
   if (!realpath(name, resolved)) {
-    *kind = PathKind::kNothing;
-    return errno == ENOENT ? TargetOfNothing(name, target) : ErrorOf(-1);
+    return errno == ENOENT ? TargetOfNothing(name, target, kind) : ErrorOf(-1);
   }
   struct stat status;
   if (stat(resolved, &status) != 0) return ErrorOf(-1);

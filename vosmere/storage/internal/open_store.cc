@@ -86,7 +86,9 @@ bool StoreCore::Load() {
 bool StoreCore::LoadNewest() {
   if (options_.checkpoint) {
     isClean_ = false;
-    return LoadCheckpoint(options_.checkpoint);
+    if (!LoadCheckpoint(options_.checkpoint)) return false;
+    if (!options_.readOnly) PassAllLogs();
+    return true;
   }
   for (auto number = files_.checkpoints.rbegin(); number != files_.checkpoints.rend(); ++number) {
     if (!LoadCheckpoint(*number)) continue;
@@ -94,6 +96,22 @@ bool StoreCore::LoadNewest() {
     return true;
   }
   return false;
+}
+
+// What is made of an old checkpoint goes on from no log: its changes are counted from after all of
+// theirs.
+void StoreCore::PassAllLogs() {
+  for (const std::uint64_t log : files_.logs) {
+    DiskFile file;
+    if (!file.OpenToRead(files_.Path(FileKind::kChanges, log).c_str())) continue;
+    RecordReader reader(file);
+    if (!reader.ReadHeader(FileKind::kChanges)) continue;
+    sequence_ = std::max(sequence_, reader.header().sequence);
+    Record record;
+    while (reader.Next(&record) == RecordReader::State::kRecord)
+      sequence_ = std::max(sequence_, record.sequence);
+  }
+  ++sequence_;
 }
 
 bool StoreCore::LoadCheckpoint(std::uint64_t number) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/folder.h"
 #include "vosmere/platform/internal/uuid.h"
 #include "vosmere/storage/internal/failure.h"
@@ -20,7 +21,7 @@ constexpr std::size_t kEndingLength = sizeof kEnding - 1;
 
 PathText LeftOverStart(const PathText& name) {
   std::size_t length = std::min(name.size(), kMostNameUnits);
-  if (length < name.size() && (name[length - 1] & 0xFC00) == 0xD800) --length;
+  if (length < name.size() && IsHighSurrogate(name[length - 1])) --length;
   return PathOf(".") + name.substr(0, length) + PathOf(".");
 }
 
@@ -33,6 +34,7 @@ bool IsLeftOver(const PathText& name, const PathText& start) {
 
 SafeFile::~SafeFile() {
   writer_.Close();
+  holder_.Close();
   if (temporary_.empty()) return;
   RemoveDiskFile(temporary_.c_str());
 }
@@ -47,6 +49,8 @@ bool SafeFile::Begin(const WChar* path) {
   if (const ULONG error = FindTarget(path, &target_, &kind))
     return Fail(DocumentFault::kCannotOpen, "cannot be written", error);
   if (kind == PathKind::kFolder) return Fail(DocumentFault::kCannotOpen, "is a folder");
+  if (kind == PathKind::kLinkToNothing)
+    return Fail(DocumentFault::kCannotOpen, "is a link to nothing");
   if (kind == PathKind::kOther) return Fail(DocumentFault::kCannotOpen, "is not a plain file");
   const std::size_t start = NameStart(target_);
   folder_ = start ? target_.substr(0, start) : PathOf("./");

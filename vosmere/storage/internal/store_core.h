@@ -61,6 +61,7 @@ class StoreCore : public TreeObserver {
   bool Make();
   bool Load();
   bool LoadNewest();
+  void PassAllLogs();
   bool LoadCheckpoint(std::uint64_t number);
   void ReplayFrom(std::uint64_t number);
   bool Replay(std::uint64_t number);

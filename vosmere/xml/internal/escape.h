@@ -1,4 +1,4 @@
-// Wide text on its way into markup.
+// Converting UTF-16 text to UTF-8 markup, piece by piece.
 #pragma once
 
 #include <algorithm>
@@ -8,45 +8,51 @@
 
 namespace vosmere {
 
-/// Units that one piece of text has at most, so that its conversion fits a buffer on the stack.
+/// The largest number of code units in a piece, small enough to convert it in a buffer on the
+/// stack.
 inline constexpr std::size_t kTextPiece = 512;
-/// Bytes that a unit of plain text, and of escaped text, becomes at most.
+/// The largest number of bytes for a code unit of plain and of escaped text.
 inline constexpr std::size_t kUnitBytes = 3;
 inline constexpr std::size_t kEscapedUnitBytes = 6;
 
-/// The next piece of a text, never parting a surrogate pair.
+/// The first piece of a text. Does not split a surrogate pair.
 WideView NextPiece(WideView text);
 
-/// Converts one piece to UTF-8, into room for kUnitBytes for each unit. Returns the number of
-/// bytes; 0 is a failure unless the piece is empty.
+/// Converts one piece to UTF-8. `bytes` must have room for kUnitBytes per code unit. Returns the
+/// number of bytes; 0 means failure unless the piece is empty.
 int PieceToUtf8(WideView piece, char* bytes);
 
 /// Which characters are replaced by references.
 enum class Escape {
   kFive,       ///< & < > " '
-  kText,       ///< these, and the carriage return, which parsers make a line feed of
-  kAttribute,  ///< these, line feed and tab, which they make blanks of in an attribute
-  kAsLittle,   ///< & < " and those three: what an attribute cannot do without
+  kText,       ///< these and CR, which parsers turn into LF
+  kAttribute,  ///< these, LF and tab, which parsers turn into blanks in attributes
+  kAsLittle,   ///< & < " CR LF tab: the minimum for an attribute
 };
 
-/// The same with such characters replaced, into room for kEscapedUnitBytes for each unit. No other
-/// character is replaced.
+/// The same with these characters replaced by references. `bytes` must have room for
+/// kEscapedUnitBytes per code unit.
 template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes);
 
-/// Whether XML has this unit, alone or as half of a pair.
+/// Converts a piece if it is only printable ASCII without any character that an Escape replaces.
+/// `bytes` must have room for one byte per code unit. False, with the bytes undefined, for every
+/// other piece.
+bool TamePieceToUtf8(WideView piece, char* bytes);
+
+/// Whether XML allows this code unit, alone or as half of a surrogate pair.
 constexpr bool IsXmlUnit(WChar unit) {
   return (unit >= 0x20 && unit < 0xFFFE) || unit == '\t' || unit == '\n' || unit == '\r';
 }
 
-/// Whether XML has every character of a text.
+/// Whether XML allows every character of a text. False for unpaired surrogates.
 bool IsXmlText(WideView text);
 
-/// One of the above with every backslash turned into a slash.
+/// One of the conversions above, with every backslash replaced by a slash.
 template <int (*Convert)(WideView piece, char* bytes)>
 int WithSlashes(WideView piece, char* bytes) {
   const int length = Convert(piece, bytes);
-  // Storing every byte, which std::replace does not, lets several be done at once.
+  // std::transform stores every byte, unlike std::replace, which lets the compiler vectorise it.
   std::transform(bytes, bytes + length, bytes, [](char c) { return c == '\\' ? '/' : c; });
   return length;
 }

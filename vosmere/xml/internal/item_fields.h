@@ -1,4 +1,4 @@
-// The attributes that describe an item in every document that has them.
+// The attributes of items that several documents share.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace vosmere::xml {
 
-/// One of the three times alone, in seconds: `StatTime<CNodeStat::kAdded>`.
+/// Sets one of the three times, in seconds: `StatTime<CNodeStat::kAdded>`.
 template <ULONG Which>
 void StatTime(CNodeStat& stat, const WChar* value) {
   const LONG time = NumberFromText(value);
@@ -20,14 +20,14 @@ void StatTime(CBaseNode& item, const WChar* value) {
   StatTime<Which>(*item.GetNodeStat(), value);
 }
 
-/// Of "sx:sync".
+/// The attributes of "sx:sync".
 inline constexpr Field<CBaseNode> kSyncFields[] = {
     {"id", Text<&CBaseNode::SetUUID>},
     {"version", Number<&CBaseNode::SetVersion>},
     {"deleted", WhenTrue<&CBaseNode::SetAsDeleted>},
 };
 
-/// Of "vsm:stat".
+/// The attributes of "vsm:stat".
 inline constexpr Field<CNodeStat> kStatFields[] = {
     {"added", StatTime<CNodeStat::kAdded>, FitsNumber},
     {"modified", StatTime<CNodeStat::kModified>, FitsNumber},
@@ -36,27 +36,27 @@ inline constexpr Field<CNodeStat> kStatFields[] = {
     {"unread", WhenTrue<&CNodeStat::MarkAsUnread>},
 };
 
-/// Of "stat".
+/// The attributes of "stat".
 inline constexpr Field<CBaseNode> kStatDateFields[] = {
     {"addDate", StatTime<CNodeStat::kAdded>, FitsNumber},
     {"lastModified", StatTime<CNodeStat::kModified>, FitsNumber},
     {"lastVisit", StatTime<CNodeStat::kLastVisited>, FitsNumber},
 };
 
-/// An item is checked in unless it says "false".
+/// Every value but "false" means checked in.
 inline void CheckedInUnlessFalse(CBaseNode& item, const WChar* value) {
   item.SetCheckedIn(IsNamed(WideView(value), "false") ? 0 : CBaseNode::kCheckedIn);
 }
 
-/// Of "vsm:build".
+/// The attributes of "vsm:build".
 inline constexpr Field<CBaseNode> kBuildFields[] = {
     {"basebuild", Number<&CBaseNode::SetBaseBuild>},
     {"checkedin", CheckedInUnlessFalse, FitsTruth},
 };
 
-/// Says which of its times an item has from the clock.
+/// Reports the times that the document does not state, which are therefore those of the clock.
 inline void SayTimes(Report& report, const CNodeStat& stat) {
-  constexpr const char* kTimes[] = {"added", "modified", "lastVisited"};  // by their bits
+  constexpr const char* kTimes[] = {"added", "modified", "lastVisited"};  // in the order of bits
   std::string unsaid;
   for (int i = 0; i < 3; ++i)
     if (!(stat.GetSetTimes() >> i & 1))

@@ -7,7 +7,7 @@
 #define VOSMERE_NAMESPACE_DC "http://purl.org/dc/elements/1.1/"
 #define VOSMERE_NAMESPACE_SX "http://www.microsoft.com/schemas/rss/sse"
 
-// The attributes that declare the prefixes of the documents of items, a blank before each.
+// The attributes that declare the prefixes in documents of items, each preceded by a blank.
 #define VOSMERE_ITEM_PREFIXES                                                 \
   " xmlns:vsm=\"" VOSMERE_NAMESPACE_VSM "\" xmlns:dc=\"" VOSMERE_NAMESPACE_DC \
   "\" xmlns:sx=\"" VOSMERE_NAMESPACE_SX "\""

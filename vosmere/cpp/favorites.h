@@ -1,0 +1,30 @@
+// The Favorites folder of a Windows user, and single shortcut files.
+#pragma once
+
+#include <string>
+
+#include "vosmere/cpp/files.h"
+#include "vosmere/cpp/own.h"
+#include "vosmere/cpp/text.h"
+#include "vosmere/favorites/favorites.h"
+#include "vosmere/favorites/import_favorites.h"
+
+namespace vosmere {
+
+/// A Favorites folder as a tree of folders and pages, in the order of its menu; empty when it
+/// cannot be read. `report` may be null.
+inline Tree LoadFavorites(const FilePath& folder, FavoritesReport* report = nullptr) {
+  return Tree(ImportFavorites(nullptr, folder.get(), report));
+}
+
+/// Where a shortcut file leads; empty when it is none.
+inline std::string ShortcutAddress(const FilePath& path) {
+  CFavorites favorites;
+  WChar* url = nullptr;
+  favorites.ResolveInternetShortcut(path.get(), &url);
+  std::string address = ToUtf8(url);
+  favorites.FreeUrl(url);
+  return address;
+}
+
+}  // namespace vosmere
