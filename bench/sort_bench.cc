@@ -43,7 +43,7 @@ bool NameBefore(const RNode* a, const RNode* b) {
   const WideView x(a->item->GetName()), y(b->item->GetName());
   return std::lexicographical_compare(
       x.begin(), x.end(), y.begin(), y.end(),
-      [](WChar left, WChar right) { return FoldAscii(left) < FoldAscii(right); });
+      [](WChar left, WChar right) { return ascii::Fold(left) < ascii::Fold(right); });
 }
 
 /// Sorts up or down. The links are in random order (0), already sorted (1) or reversed (-1).

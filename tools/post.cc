@@ -209,8 +209,7 @@ std::size_t SliceOf(WideView text) {
   if (text.size <= kMost) return text.size;
   for (std::size_t end = kMost; end > 0; --end)
     if (text[end - 1] == '\n') return end;
-  const bool cutsPair = (text[kMost - 1] & 0xFC00) == 0xD800;
-  return cutsPair ? kMost - 1 : kMost;
+  return FirstWhole(text, kMost).size;
 }
 
 void PrintReply(CNetUploadFile& upload) {

@@ -1,6 +1,7 @@
 // All public headers but cpp.h, the layer on top.
 #pragma once
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/build_number.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/base/chain_sort.h"

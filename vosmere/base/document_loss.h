@@ -1,3 +1,4 @@
+// What a saved or loaded document leaves out, as it is reported.
 #pragma once
 
 #include "vosmere/base/types.h"

@@ -1,3 +1,4 @@
+// A piece of memory on its way into a file.
 #pragma once
 
 #include <cstddef>

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
@@ -56,16 +57,28 @@ inline bool SameText(const WChar* a, const WChar* b) {
   return WideView(a) == WideView(b);
 }
 
+/// The two halves of a character beyond U+FFFF.
+constexpr bool IsHighSurrogate(WChar unit) {
+  return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool IsLowSurrogate(WChar unit) {
+  return (unit & 0xFC00) == 0xDC00;
+}
+
+/// The beginning of a text, at most `length` code units, without half a character at its end.
+constexpr WideView FirstWhole(WideView text, std::size_t length) {
+  const bool cutsPair = length > 0 && length < text.size && IsHighSurrogate(text[length - 1]);
+  return text.First(cutsPair ? length - 1 : length);
+}
+
 /// The length, in code units, of the longest well-formed beginning: the position of the first
 /// unpaired surrogate, or the whole size.
 inline std::size_t WellFormedLength(WideView text) {
-  const auto isHigh = [](WChar unit) { return (unit & 0xFC00) == 0xD800; };
-  const auto isLow = [](WChar unit) { return (unit & 0xFC00) == 0xDC00; };
   std::size_t i = 0;
   while (i < text.size) {
-    if (!isHigh(text[i]) && !isLow(text[i]))
+    if (!IsHighSurrogate(text[i]) && !IsLowSurrogate(text[i]))
       ++i;
-    else if (isHigh(text[i]) && i + 1 < text.size && isLow(text[i + 1]))
+    else if (IsHighSurrogate(text[i]) && i + 1 < text.size && IsLowSurrogate(text[i + 1]))
       i += 2;
     else
       break;
@@ -73,16 +86,11 @@ inline std::size_t WellFormedLength(WideView text) {
   return i;
 }
 
-/// Lower case for A to Z; every other code unit is returned unchanged.
-constexpr WChar FoldAscii(WChar unit) {
-  return unit >= 'A' && unit <= 'Z' ? static_cast<WChar>(unit + ('a' - 'A')) : unit;
-}
-
 /// Case-insensitive comparison (ASCII): A to Z equal a to z, nothing else is folded.
 inline bool SameNoCase(WideView a, WideView b) {
   if (a.size != b.size) return false;
   for (std::size_t i = 0; i < a.size; ++i)
-    if (FoldAscii(a[i]) != FoldAscii(b[i])) return false;
+    if (ascii::Fold(a[i]) != ascii::Fold(b[i])) return false;
   return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include "vosmere/base/chain.h"
 #include "vosmere/base/internal/no_memory.h"
+#include "vosmere/base/internal/text_hash.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/collections/colct_node.h"
 
@@ -18,8 +19,8 @@ WideView Address(const RColctItem* cell) {
 /// FNV-1a over the code units.
 struct AddressHash {
   std::size_t operator()(WideView text) const {
-    std::size_t hash = 14695981039346656037u;
-    for (const WChar unit : text) hash = (hash ^ unit) * 1099511628211u;
+    std::size_t hash = kTextHashStart;
+    for (const WChar unit : text) hash = TextHashWith(hash, unit);
     return hash;
   }
 };

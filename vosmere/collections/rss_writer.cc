@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/build_number.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/collections/colct_node.h"
@@ -27,16 +28,13 @@ namespace {
 /// Whether reading restores these tags, which are written as one text separated by blanks: no tag
 /// may be empty, contain a separator or equal another one apart from letter case.
 bool CanBeTags(const CUrlProp::TagList* head) {
-  const auto isSeparator = [](WChar unit) {
-    return unit == ' ' || unit == ',' || unit == ';' || unit == '\t' || unit == '\r' ||
-           unit == '\n';
-  };
   std::vector<std::basic_string<WChar>> tags;
   for (const CUrlProp::TagList* tag = head; tag; tag = tag->next) {
     const WideView text(tag->data);
-    if (text.empty() || std::any_of(text.begin(), text.end(), isSeparator)) return false;
+    if (text.empty() || std::any_of(text.begin(), text.end(), CUrlProp::IsSeparator)) return false;
     if (head->next)
-      std::transform(text.begin(), text.end(), std::back_inserter(tags.emplace_back()), FoldAscii);
+      std::transform(text.begin(), text.end(), std::back_inserter(tags.emplace_back()),
+                     ascii::Fold<WChar>);
   }
   std::sort(tags.begin(), tags.end());
   return std::adjacent_find(tags.begin(), tags.end()) == tags.end();
@@ -157,9 +155,9 @@ void CWriteColctRSS::PutChannel() {
   PutElementUnlessEmpty<"dc:creator">(net.GetOwner());
   if (synced_ || ordered_) {
     Put("<vsm:action sync=\"");
-    PutWord(synced_ ? "true" : "false");
+    PutBytes(synced_ ? "true" : "false");
     Put("\" ordered=\"");
-    PutWord(ordered_ ? "true" : "false");
+    PutBytes(ordered_ ? "true" : "false");
     Put("\" />\r\n");
   }
   PutBuild("vsm:", *colct_);
@@ -286,13 +284,13 @@ void CWriteColctRSS::PutRelation(const CUrlNode& item) {
   const tagVSMITEMTYPE type = item.GetItemType();
   if (type <= IT_URL || type > IT_FILE) return;
   Put("<vsm:rel type=\"");
-  PutWord(kItemTypeWords[type]);
+  PutBytes(kItemTypeWords[type]);
   Put("\" ");
   if (type == IT_FILE) {
     const CUrlProp* const prop = item.GetUrlProp();
     const tagVSMITEMFILETYPE fileType = prop ? prop->GetFileType() : FT_OTHER;
     Put("subtype=\"");
-    PutWord(kFileTypeWords[fileType > FT_OTHER && fileType <= FT_XLS ? fileType : FT_OTHER]);
+    PutBytes(kFileTypeWords[fileType > FT_OTHER && fileType <= FT_XLS ? fileType : FT_OTHER]);
     Put("\" ");
   }
   const WideView related(item.GetRelationUrl());
@@ -312,7 +310,7 @@ void CWriteColctRSS::PutPubDate(const CNodeStat& stat, const PubDateFormat& date
   Put("<pubDate>");
   FillString(date, length);
   Put(" ");
-  PutWord(dates.zone());
+  PutBytes(dates.zone());
   Put("</pubDate>\r\n");
 }
 
@@ -335,10 +333,6 @@ void CWriteColctRSS::PutTags(const CUrlNode& item) {
     PutEscaped(WideView(tag->data));
   }
   Put("</vsm:tags>\r\n");
-}
-
-void CWriteColctRSS::PutWord(std::string_view word) {
-  FillString(word.data(), static_cast<int>(word.size()));
 }
 
 }  // namespace vosmere

@@ -69,7 +69,6 @@ class VOSMERE_API CWriteColctRSS : public CWriteItems {
   void PutPubDate(const CNodeStat& stat, const PubDateFormat& dates);
   bool PutItemSync(const CUrlNode& item);
   void PutTags(const CUrlNode& item);
-  void PutWord(std::string_view word);
 
   RNode* localRoot_ = nullptr;
   bool ordered_ = false;

@@ -66,12 +66,10 @@ inline constexpr std::size_t kNameUnits = 40;
 inline std::string ShortName(const WChar* name) {
   const WideView view(name);
   if (view.empty()) return "(no name)";
-  const bool isCut = view.size > kNameUnits;
-  const bool cutsPair = isCut && (view[kNameUnits - 1] & 0xFC00) == 0xD800;
-  std::string text = ToUtf8(view.First(cutsPair ? kNameUnits - 1 : kNameUnits));
+  std::string text = ToUtf8(FirstWhole(view, kNameUnits));
   for (char& c : text)
     if (static_cast<unsigned char>(c) < ' ') c = ' ';  // it stays one line
-  return isCut ? text + "..." : text;
+  return view.size > kNameUnits ? text + "..." : text;
 }
 
 /// The names of the folders around an item, and its own name.

@@ -37,7 +37,7 @@ void CWriteFtpSiteXML::FillFtpConToBuffer(CFtpConBase* site) {
   PutElementUnlessEmpty<"path">(site->GetInitPath());
   if (site->IsPASVMode()) Put("<pasvmode>true</pasvmode>\r\n");
   if (site->GetPort() != CFtpConBase::kDefaultPort) PutElement<"port">(site->GetPort());
-  FillBoolean(site->IsSavePSW(), "<savepsw>", "</savepsw>\r\n", 9);
+  PutElement<"savepsw">(site->IsSavePSW() ? "true" : "false");
   if (site->IsCurrent()) Put("<current>true</current>\r\n");
   PutElementUnlessEmpty<"uuid">(site->GetUUID());
   PutElementUnlessEmpty<"stampid">(site->GetStampID());

@@ -1,3 +1,4 @@
+// What a thread needs before it reads documents.
 #pragma once
 
 #include "vosmere/base/export.h"

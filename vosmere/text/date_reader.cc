@@ -6,16 +6,12 @@
 #include <string_view>
 #include <type_traits>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/internal/number.h"
 #include "vosmere/text/internal/date_names.h"
 
 namespace vosmere {
 namespace {
-
-template <class Unit>
-constexpr bool IsLetter(Unit unit) {
-  return Folded(unit) - 'a' < 26;
-}
 
 /// Reads a text from its start to its end. Never looks beyond the end.
 template <class Unit>
@@ -29,7 +25,7 @@ class Scanner {
   /// The number of digits that come next, at most `most`.
   std::size_t DigitsAhead(std::size_t most) const {
     std::size_t count = 0;
-    while (count < most && at_ + count != end_ && IsDigit(at_[count])) ++count;
+    while (count < most && at_ + count != end_ && ascii::IsDigit(at_[count])) ++count;
     return count;
   }
 
@@ -42,7 +38,7 @@ class Scanner {
 
   /// The same for a letter, case-insensitive.
   bool TakeLetter(char lower) {
-    if (Folded(Peek()) != static_cast<unsigned char>(lower)) return false;
+    if (ascii::FoldLetter(Peek()) != static_cast<unsigned char>(lower)) return false;
     ++at_;
     return true;
   }
@@ -50,13 +46,13 @@ class Scanner {
   /// Reads at most `most` digits and returns their number.
   int Number(int most, int* value) {
     int number = 0, digits = 0;
-    for (; digits < most && IsDigit(Peek()); ++digits) number = number * 10 + (*at_++ - '0');
+    for (; digits < most && ascii::IsDigit(Peek()); ++digits) number = number * 10 + (*at_++ - '0');
     *value = number;
     return digits;
   }
   std::size_t SkipDigits() {
     const Unit* const start = at_;
-    while (IsDigit(Peek())) ++at_;
+    while (ascii::IsDigit(Peek())) ++at_;
     return at_ - start;
   }
 
@@ -65,7 +61,7 @@ class Scanner {
     const Unit* const start = at_;
     // Everything that may be skipped is at most '(', so most code units need one comparison.
     while (!AtEnd() && static_cast<std::make_unsigned_t<Unit>>(*at_) <= '(') {
-      if (IsSpace(*at_))
+      if (ascii::IsSpace(*at_))
         ++at_;
       else if (*at_ != '(' || !SkipComment())
         break;
@@ -85,9 +81,9 @@ class Scanner {
   template <std::size_t N>
   std::string_view Word(char (&room)[N]) {
     std::size_t length = 0;
-    for (; !AtEnd() && IsLetter(*at_); ++at_, ++length) {
+    for (; !AtEnd() && ascii::IsLetter(*at_); ++at_, ++length) {
       if (length == N) return {};
-      room[length] = static_cast<char>(Folded(*at_) - ('a' - 'A'));
+      room[length] = static_cast<char>(ascii::FoldLetter(*at_) - ('a' - 'A'));
     }
     return {room, length};
   }
@@ -113,8 +109,8 @@ class Scanner {
   // The first three letters have been compared by the table.
   bool SkipName(std::string_view name) {
     const Unit* at = at_ + 3;
-    for (std::size_t i = 3; at != end_ && IsLetter(*at); ++i, ++at)
-      if (i == name.size() || Folded(*at) != Folded(name[i])) return false;
+    for (std::size_t i = 3; at != end_ && ascii::IsLetter(*at); ++i, ++at)
+      if (i == name.size() || ascii::FoldLetter(*at) != ascii::FoldLetter(name[i])) return false;
     at_ = at;
     Take('.');
     return true;
@@ -143,9 +139,9 @@ class DateParser {
 
  private:
   bool ReadMailDate() {
-    if (IsLetter(in_.Peek())) {
+    if (ascii::IsLetter(in_.Peek())) {
       if (in_.Name(kDayNames) >= 0) SkipSeparator(',');
-      monthFirst_ = IsLetter(in_.Peek());
+      monthFirst_ = ascii::IsLetter(in_.Peek());
       if (monthFirst_) [[unlikely]]
         return ReadMonthFirst();
     }
@@ -219,10 +215,10 @@ class DateParser {
     if (!ReadPart(&hour_)) return false;
     const bool colon = TakeColon();
     // ISO 8601 allows hours alone; RFC 822 requires the minutes.
-    if (!colon && (mail_ || !IsDigit(in_.Peek()))) return !mail_;
+    if (!colon && (mail_ || !ascii::IsDigit(in_.Peek()))) return !mail_;
     compact_ = compact_ || !colon;
     if (!ReadPart(&minute_)) return false;
-    if (colon ? !TakeColon() : !IsDigit(in_.Peek())) return true;
+    if (colon ? !TakeColon() : !ascii::IsDigit(in_.Peek())) return true;
     return ReadPart(&second_) && SkipFraction();
   }
 

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/internal/number.h"
 #include "vosmere/platform/internal/clock.h"
 #include "vosmere/text/internal/date_names.h"
@@ -36,7 +37,7 @@ class PatternInput {
 
   /// "%2d": a sign counts towards the width, white space before it does not.
   bool Number(int width, int* value) {
-    while (at_ != end_ && IsSpace(*at_)) ++at_;
+    while (at_ != end_ && ascii::IsSpace(*at_)) ++at_;
     const char* const behind =
         ReadNumber(at_, at_ + std::min<std::ptrdiff_t>(width, end_ - at_), value);
     if (behind) at_ = behind;
@@ -84,7 +85,7 @@ class Tokens {
   /// The number at the start of the next token; 0 when it has no digits.
   bool Number(int* value) {
     SkipSeparators();
-    if (IsDigit(*at_)) {
+    if (ascii::IsDigit(*at_)) {
       at_ = ReadNumber<char>(at_, nullptr, value);
       SkipToken();
       return true;
@@ -168,7 +169,7 @@ std::string_view ZoneOfDCDate(const char* text, int length) {
   int start = kDCDateWithoutZone;
   if (text[start] == '.' && length > start + 1) {
     ++start;
-    while (start < length && IsDigit(text[start])) ++start;
+    while (start < length && ascii::IsDigit(text[start])) ++start;
   }
   return text + start;
 }
@@ -197,7 +198,7 @@ CKQTime::~CKQTime() = default;
 
 bool CKQTime::GetTime(const char* text, LONG* seconds) const {
   const int length = text ? static_cast<int>(std::min<std::size_t>(std::strlen(text), INT_MAX)) : 0;
-  const bool digit = length > 0 && IsDigit(*text);
+  const bool digit = length > 0 && ascii::IsDigit(*text);
   bool found = false;
   if (length >= kDCDateWithoutZone)
     found = digit ? ParseDCDate(text, seconds, length) : ParsePubDate(text, seconds, length);
@@ -314,7 +315,7 @@ bool CKQTime::ParseInvalidDCDate(const char* text, LONG* seconds, int length) co
 bool CKQTime::GetStringValue(const char* text, int length, char separator, int* value,
                              int minDigits, int maxDigits, char** rest) const {
   const char* const end = text + length;
-  const char* const stop = separator == '*' ? std::find_if_not(text, end, IsDigit<char>)
+  const char* const stop = separator == '*' ? std::find_if_not(text, end, ascii::IsDigit<char>)
                                             : std::find(text, end, separator);
   if (stop == end && separator != '*') return false;
   *rest = end - stop > 1 ? const_cast<char*>(stop + 1) : nullptr;

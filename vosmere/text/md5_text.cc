@@ -14,10 +14,7 @@ void Digest(WideView text, unsigned char (&digest)[16]) {
   CMD5Digest md5;
   while (!text.empty()) {
     char bytes[3 * 512];
-    WideView piece = text.First(512);
-    // A surrogate pair must not be split, or each half would become U+FFFD.
-    const bool cutsPair = piece.size < text.size && (piece[piece.size - 1] & 0xFC00) == 0xD800;
-    if (cutsPair) --piece.size;
+    const WideView piece = FirstWhole(text, 512);  // each half of a character would become U+FFFD
     const int length =
         WideToBytes(kCodePageUtf8, piece.data, static_cast<int>(piece.size), bytes, sizeof bytes);
     md5.Update(reinterpret_cast<const unsigned char*>(bytes), length);

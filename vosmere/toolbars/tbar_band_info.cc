@@ -11,12 +11,10 @@
 namespace vosmere {
 namespace {
 
-// Cuts between characters: a high surrogate at the end has lost its second half, or never had one.
 template <std::size_t N>
 void CutToFit(WChar (&field)[N], const WChar* text) {
   const WideView whole(text);
-  WideView part = whole.First(N - 1);
-  if (part.size < whole.size && (part[part.size - 1] & 0xFC00) == 0xD800) --part.size;
+  const WideView part = FirstWhole(whole, N - 1);
   if (part.size < whole.size) detail::CountCutText();
   // memmove, because the text may be the field itself.
   if (!part.empty()) std::memmove(field, part.data, part.size * sizeof(WChar));

@@ -1,6 +1,7 @@
 // The comparisons of names and numbers that all sorters share.
 #pragma once
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere {
@@ -14,7 +15,7 @@ inline int CompareTextNoCase(const WChar* a, const WChar* b) {
   if (!a) return 0;
   if (!b) b = empty;
   for (; *a; ++a, ++b) {
-    const int difference = FoldAscii(*a) - FoldAscii(*b);
+    const int difference = ascii::Fold(*a) - ascii::Fold(*b);
     if (difference != 0) return difference;
   }
   return 0;

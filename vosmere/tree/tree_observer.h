@@ -1,3 +1,4 @@
+// A hook that sees the changes to a tree.
 #pragma once
 
 #include "vosmere/base/export.h"

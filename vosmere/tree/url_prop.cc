@@ -3,21 +3,19 @@
 
 #include <unordered_set>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/base/internal/no_memory.h"
+#include "vosmere/base/internal/text_hash.h"
 
 namespace vosmere {
 namespace {
 
-bool IsTagSeparator(WChar unit) {
-  return unit == ' ' || unit == ',' || unit == ';' || unit == '\t' || unit == '\r' || unit == '\n';
-}
-
-/// Case-insensitive (ASCII) hash and equality of texts. The hash is FNV-1a, over code units.
+/// Case-insensitive (ASCII) hash and equality of texts.
 struct NoCase {
   std::size_t operator()(const WChar* text) const {
-    std::size_t hash = 14695981039346656037u;
-    for (; *text; ++text) hash = (hash ^ FoldAscii(*text)) * 1099511628211u;
+    std::size_t hash = kTextHashStart;
+    for (; *text; ++text) hash = TextHashWith(hash, ascii::Fold(*text));
     return hash;
   }
   bool operator()(const WChar* a, const WChar* b) const { return SameTextNoCase(a, b); }
@@ -77,10 +75,10 @@ CUrlProp::TagList* CUrlProp::GenerateRBstrItemList(WChar* text) {
     // A set, because comparing each tag with all earlier ones would take quadratic time.
     std::unordered_set<const WChar*, NoCase, NoCase> seen;
     for (WChar* at = text; at && *at;) {
-      while (IsTagSeparator(*at)) ++at;
+      while (IsSeparator(*at)) ++at;
       if (!*at) break;
       WChar* const token = at;
-      while (*at && !IsTagSeparator(*at)) ++at;
+      while (*at && !IsSeparator(*at)) ++at;
       if (*at) *at++ = 0;
       if (!seen.insert(token).second) continue;
       TagList* const tag = CreateRBstrItem(token);

@@ -1,6 +1,7 @@
 // The properties that only some web pages have.
 #pragma once
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/export.h"
 #include "vosmere/base/list.h"
 #include "vosmere/base/owned_text.h"
@@ -65,6 +66,10 @@ class VOSMERE_API CUrlProp {
   static void DeleteOneRBstrItem(TagList* cell);
   /// Frees every cell from `head` on, with its string. Null is ignored.
   static void DeleteTagsList(TagList* head);
+  /// Whether a code unit of such a text is between tags.
+  static constexpr bool IsSeparator(WChar unit) {
+    return ascii::IsBlank(unit) || unit == ',' || unit == ';';
+  }
   /// Splits a text at spaces, commas, semicolons, tabs and line ends into a chain that the caller
   /// owns. A tag that equals an earlier one, case-insensitive (ASCII), is left out. Null gives
   /// null. When memory runs out, the chain has the tags up to there, and LostTexts counts it. The

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
@@ -43,7 +44,7 @@ VOSMERE_API LONG NumberFromText(const WChar* text);
 inline bool BeginsWithNoCase(WideView text, std::string_view beginning) {
   if (text.size < beginning.size()) return false;
   for (std::size_t i = 0; i < beginning.size(); ++i)
-    if (FoldAscii(text[i]) != FoldAscii(static_cast<unsigned char>(beginning[i]))) return false;
+    if (ascii::Fold(text[i]) != ascii::Fold(static_cast<unsigned char>(beginning[i]))) return false;
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/platform/internal/xml_document.h"
 #include "vosmere/xml/internal/escape.h"
 #include "vosmere/xml/reader_fields.h"
@@ -30,9 +31,7 @@ bool IsNamespace(std::string_view name) {
 }
 
 bool IsBlank(WideView text) {
-  return std::all_of(text.begin(), text.end(), [](WChar unit) {
-    return unit == ' ' || unit == '\t' || unit == '\r' || unit == '\n';
-  });
+  return std::all_of(text.begin(), text.end(), ascii::IsBlank<WChar>);
 }
 
 struct Open {

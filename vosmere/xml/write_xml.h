@@ -221,6 +221,13 @@ class VOSMERE_API CWriteXML {
     PutNumber(number);
     Put(Name.close);
   }
+  /// The same with bytes as they are.
+  template <xml::ElementName Name>
+  void PutElement(std::string_view utf8) {
+    Put(Name.open);
+    PutBytes(utf8);
+    Put(Name.close);
+  }
   /// The same, but nothing for an empty text or null.
   template <xml::ElementName Name>
   void PutElementUnlessEmpty(const WChar* text) {

@@ -5,21 +5,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/types.h"
 
 namespace vosmere {
-
-/// ASCII digits only.
-template <class Unit>
-constexpr bool IsDigit(Unit unit) {
-  return unit >= '0' && unit <= '9';
-}
-
-/// White space as isspace has it in the "C" locale, independent of the current locale.
-template <class Unit>
-constexpr bool IsSpace(Unit unit) {
-  return unit == ' ' || (unit >= '\t' && unit <= '\r');
-}
 
 /// Reads optional white space, an optional sign and digits, up to `end`, or up to the terminating
 /// null when `end` is null. Stores the value, saturated to 32 bits; 0 if there are no digits.
@@ -27,14 +16,14 @@ constexpr bool IsSpace(Unit unit) {
 template <class Unit>
 constexpr const Unit* ReadNumber(const Unit* text, const Unit* end, LONG* value) {
   bool negative = false;
-  if (text != end && !IsDigit(*text)) {  // usually there is neither space nor sign
-    while (text != end && IsSpace(*text)) ++text;
+  if (text != end && !ascii::IsDigit(*text)) {  // usually there is neither space nor sign
+    while (text != end && ascii::IsSpace(*text)) ++text;
     negative = text != end && *text == '-';
     if (text != end && (*text == '-' || *text == '+')) ++text;
   }
   const Unit* const digits = text;
   std::uint64_t magnitude = 0;
-  for (; text != end && IsDigit(*text); ++text) magnitude = magnitude * 10 + (*text - '0');
+  for (; text != end && ascii::IsDigit(*text); ++text) magnitude = magnitude * 10 + (*text - '0');
   constexpr std::uint64_t kLimit = std::numeric_limits<LONG>::max();
   if (text - digits > 9) {  // may not fit into 32 bits, or even have wrapped
     magnitude = 0;

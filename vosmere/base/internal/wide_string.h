@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere {
@@ -23,7 +24,7 @@ inline const WChar* Units(const char16_t* text) {
 
 /// A copy in which A to Z are lower case: equal for texts that differ only in ASCII case.
 inline std::u16string Folded(std::u16string text) {
-  for (char16_t& unit : text) unit = static_cast<char16_t>(FoldAscii(unit));
+  for (char16_t& unit : text) unit = static_cast<char16_t>(ascii::Fold(unit));
   return text;
 }
 

@@ -70,7 +70,7 @@ std::size_t FirstCharacter(const char*, std::size_t) {
   return 1;
 }
 std::size_t FirstCharacter(const WChar* text, std::size_t length) {
-  const bool pair = length > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
+  const bool pair = length > 1 && IsHighSurrogate(text[0]) && IsLowSurrogate(text[1]);
   return pair ? 2 : 1;
 }
 

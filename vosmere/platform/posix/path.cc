@@ -18,8 +18,7 @@ constexpr unsigned kByte = 0xDC00;  // this unpaired surrogate plus a byte is th
 /// Whether `unit` is a byte of a name. A low surrogate after a high one is not: the two are a
 /// character. `before` is the code unit before it.
 bool IsByte(WChar before, WChar unit) {
-  const bool isPair = (before & 0xFC00) == 0xD800;
-  return !isPair && (unit == (kByte | '\\') || (unit >= 0xDC80 && unit <= 0xDCFF));
+  return !IsHighSurrogate(before) && (unit == (kByte | '\\') || (unit >= 0xDC80 && unit <= 0xDCFF));
 }
 
 /// The length in bytes of the UTF-8 character at the start of a name; 0 when the first byte has to

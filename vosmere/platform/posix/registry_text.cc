@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/internal/wide_string.h"
 #include "vosmere/platform/posix/registry_file.h"
 #include "vosmere/platform/posix/text_file.h"
@@ -19,10 +20,9 @@ constexpr char kLineEnds[] = "\r\n";
 constexpr int kNoDigit = 16;
 
 int DigitValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return kNoDigit;
+  if (ascii::IsDigit(c)) return c - '0';
+  const char letter = ascii::Fold(c);
+  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : kNoDigit;
 }
 
 /// Removes up to `most` digits from the front of `text` and returns their value.

@@ -1,5 +1,6 @@
 // Security zones where the system has no settings for them: the text of the address decides.
 #include "vosmere/platform/security_zone.h"
+#include "vosmere/base/ascii.h"
 
 #include <algorithm>
 #include <string_view>
@@ -12,17 +13,11 @@ namespace {
 constexpr bool IsSlash(WChar unit) {
   return unit == '/' || unit == '\\';
 }
-constexpr bool IsDigit(WChar unit) {
-  return unit >= '0' && unit <= '9';
-}
-constexpr bool IsLetter(WChar unit) {
-  return FoldAscii(unit) >= 'a' && FoldAscii(unit) <= 'z';
-}
 
 /// Case-insensitive comparison (ASCII) with a word in lower case.
 bool Is(WideView text, std::string_view word) {
   return std::equal(text.begin(), text.end(), word.begin(), word.end(),
-                    [](WChar a, char b) { return FoldAscii(a) == b; });
+                    [](WChar a, char b) { return ascii::Fold(a) == b; });
 }
 
 /// The part of `text` before the first code unit that `isEnd` accepts.
@@ -43,23 +38,25 @@ WideView AfterLast(WideView text, WChar unit) {
 WideView HostOf(WideView authority) {
   const WideView host = AfterLast(authority, '@');
   const WideView port = AfterLast(host, ':');
-  const bool hasPort = port.size < host.size && std::all_of(port.begin(), port.end(), IsDigit);
+  const bool hasPort =
+      port.size < host.size && std::all_of(port.begin(), port.end(), ascii::IsDigit<WChar>);
   return hasPort ? host.First(host.size - port.size - 1) : host;
 }
 
 bool IsLoopback(WideView host) {
-  return Is(host, "[::1]") ||
-         (host.size > 4 && Is(host.First(4), "127.") &&
-          std::all_of(host.begin(), host.end(), [](WChar c) { return c == '.' || IsDigit(c); }));
+  return Is(host, "[::1]") || (host.size > 4 && Is(host.First(4), "127.") &&
+                               std::all_of(host.begin(), host.end(),
+                                           [](WChar c) { return c == '.' || ascii::IsDigit(c); }));
 }
 
 /// Whether a host is a name that only the local network resolves. A name that begins with a digit
 /// may be a number that means any address. Characters other than these may be turned into a dot, or
 /// end the name, in programs that use the address.
 bool IsPlainName(WideView host) {
-  return !host.empty() && IsLetter(host[0]) && std::all_of(host.begin(), host.end(), [](WChar c) {
-    return IsLetter(c) || IsDigit(c) || c == '-' || c == '_';
-  });
+  return !host.empty() && ascii::IsLetter(host[0]) &&
+         std::all_of(host.begin(), host.end(), [](WChar c) {
+           return ascii::IsLetter(c) || ascii::IsDigit(c) || c == '-' || c == '_';
+         });
 }
 
 LONG ZoneOfHost(WideView authority) {
@@ -80,7 +77,8 @@ LONG SystemSecurityZone(const WChar* url) {
   const WideView address(url);
   const WideView scheme = Before(address, [](WChar c) { return c == ':'; });
   const WideView rest = address.From(scheme.size + 1);
-  const bool isDrive = scheme.size == 1 && IsLetter(scheme[0]) && !rest.empty() && IsSlash(rest[0]);
+  const bool isDrive =
+      scheme.size == 1 && ascii::IsLetter(scheme[0]) && !rest.empty() && IsSlash(rest[0]);
   if (isDrive || (!address.empty() && IsSlash(address[0]))) return ZoneOfPath(address);
   if (Is(scheme, "file") && !rest.empty()) return ZoneOfPath(rest);
   const bool hasHost = Is(scheme, "http") || Is(scheme, "https") || Is(scheme, "ftp");

@@ -1,5 +1,6 @@
 // The shell's services: the Favorites folder of a registry file, and shortcut files read directly.
 #include "vosmere/platform/internal/shell.h"
+#include "vosmere/base/ascii.h"
 
 #include <algorithm>
 
@@ -21,7 +22,7 @@ constexpr std::u16string_view kProfile = u"%userprofile%\\";
 /// drive; empty for a path without a drive.
 std::u16string InPrefix(const UserRegistry& prefix, std::u16string path) {
   if (path.size() < 2 || path[1] != u':') return {};
-  path[0] = static_cast<char16_t>(FoldAscii(path[0]));
+  path[0] = static_cast<char16_t>(ascii::Fold(path[0]));
   return prefix.folder + u"dosdevices/" + path;
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/posix/text_file.h"
 
@@ -16,8 +17,9 @@ namespace vosmere {
 namespace {
 
 bool SameNoCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](unsigned char x, unsigned char y) { return FoldAscii(x) == FoldAscii(y); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+    return ascii::Fold(x) == ascii::Fold(y);
+  });
 }
 
 std::string_view Trimmed(std::string_view text) {

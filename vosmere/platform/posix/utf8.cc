@@ -11,6 +11,8 @@
 #include <emmintrin.h>
 #endif
 
+#include "vosmere/base/wide_view.h"
+
 namespace vosmere::utf8 {
 namespace {
 
@@ -21,12 +23,6 @@ constexpr std::ptrdiff_t kBlock = 16;
 
 constexpr unsigned kReplacement = 0xFFFD;
 
-constexpr bool IsHighSurrogate(unsigned unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-constexpr bool IsLowSurrogate(unsigned unit) {
-  return (unit & 0xFC00) == 0xDC00;
-}
 constexpr bool IsSurrogate(unsigned unit) {
   return (unit & 0xF800) == 0xD800;
 }

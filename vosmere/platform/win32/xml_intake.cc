@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/win32/entity_guard.h"
 
@@ -17,7 +18,7 @@ constexpr int kMostAttributes = 2000;
 /// element.
 std::size_t FindDoctype(const XmlUnits& units) {
   for (std::size_t at = units.MarkLength();;) {
-    while (units[at] == ' ' || units[at] == '\t' || units[at] == '\r' || units[at] == '\n') ++at;
+    while (ascii::IsBlank(units[at])) ++at;
     if (units.StartsWith(at, "<?"))
       at = units.Past(at, "?>");
     else if (units.StartsWith(at, "<!--"))
@@ -51,7 +52,7 @@ int CountAttributes(const XmlUnits& units, std::size_t at) {
 bool DeclaresShiftingEncoding(std::string_view bytes) {
   if (bytes.substr(0, 5) != "<?xml") return false;
   std::string declaration(bytes.substr(0, std::min(bytes.find("?>"), std::size_t{512})));
-  for (char& c : declaration) c = static_cast<char>(FoldAscii(static_cast<unsigned char>(c)));
+  for (char& c : declaration) c = static_cast<char>(ascii::Fold(static_cast<unsigned char>(c)));
   const auto names = [&](const char* part) { return declaration.find(part) != std::string::npos; };
   return names("utf-7") || names("iso-2022") || names("iso2022") || names("cp5022") ||
          names("hz-gb");

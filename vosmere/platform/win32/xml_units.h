@@ -45,7 +45,8 @@ class XmlUnits {
   }
   /// Whether the code unit continues a character, so that it has no column of its own.
   bool ContinuesCharacter(std::size_t i) const {
-    return width_ == 1 ? ((*this)[i] & 0xC0) == 0x80 : ((*this)[i] & 0xFC00) == 0xDC00;
+    return width_ == 1 ? ((*this)[i] & 0xC0) == 0x80
+                       : IsLowSurrogate(static_cast<WChar>((*this)[i]));
   }
 
  private:

@@ -1,3 +1,4 @@
+// Logged changes as notifications.
 #pragma once
 
 #include <memory>

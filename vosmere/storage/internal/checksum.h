@@ -1,3 +1,4 @@
+// CRC-32C checksums.
 #pragma once
 
 #include <cstddef>

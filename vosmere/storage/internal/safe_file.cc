@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/folder.h"
 #include "vosmere/platform/internal/uuid.h"
 #include "vosmere/storage/internal/failure.h"
@@ -20,7 +21,7 @@ constexpr std::size_t kEndingLength = sizeof kEnding - 1;
 
 PathText LeftOverStart(const PathText& name) {
   std::size_t length = std::min(name.size(), kMostNameUnits);
-  if (length < name.size() && (name[length - 1] & 0xFC00) == 0xD800) --length;
+  if (length < name.size() && IsHighSurrogate(name[length - 1])) --length;
   return PathOf(".") + name.substr(0, length) + PathOf(".");
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/platform/internal/clock.h"
 #include "vosmere/platform/internal/folder.h"
 #include "vosmere/storage/internal/failure.h"
@@ -23,7 +24,7 @@ std::uint64_t NumberIn(const PathText& name, FileKind kind, PathText* rest) {
   if (!name.starts_with(start)) return 0;
   std::uint64_t number = 0;
   std::size_t at = start.size();
-  for (; at < name.size() && name[at] >= '0' && name[at] <= '9'; ++at) {
+  for (; at < name.size() && ascii::IsDigit(name[at]); ++at) {
     if (at == start.size() + kMostDigits) return 0;
     number = number * 10 + (name[at] - '0');
   }

@@ -1,3 +1,4 @@
+// The changes that can be undone.
 #pragma once
 
 #include <cstdint>

@@ -6,15 +6,10 @@
 #include <cstdint>
 #include <iterator>
 #include <string_view>
-#include <type_traits>
+
+#include "vosmere/base/ascii.h"
 
 namespace vosmere {
-
-/// Lower case for a letter. No other code unit becomes a letter.
-template <class Unit>
-constexpr std::uint32_t Folded(Unit unit) {
-  return static_cast<std::make_unsigned_t<Unit>>(unit) | 0x20u;
-}
 
 /// Finds names by their first three letters, which are also their short form, in a perfect hash
 /// table that is computed at compile time: the letters times a factor give the only slot where the
@@ -35,7 +30,8 @@ class NameTable {
   /// none.
   template <class Unit>
   constexpr int Find(const Unit* letters) const {
-    const std::uint32_t a = Folded(letters[0]), b = Folded(letters[1]), c = Folded(letters[2]);
+    const std::uint32_t a = ascii::FoldLetter(letters[0]), b = ascii::FoldLetter(letters[1]),
+                        c = ascii::FoldLetter(letters[2]);
     const std::uint32_t key = (a | b | c) < 0x80 ? a << 16 | b << 8 | c : 0;
     const Slot& slot = slots_[SlotOf(key)];
     return slot.key == key ? slot.index : -1;

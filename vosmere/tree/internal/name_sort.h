@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/base/internal/merge_sort.h"
 #include "vosmere/base/types.h"
@@ -28,7 +29,7 @@ struct NameDifference {
     static const WChar empty[1] = {0};
     if (!a) a = empty;
     if (!b) b = empty;
-    for (; (first = FoldAscii(*a)) == (second = FoldAscii(*b)) && first != 0; ++a, ++b) {
+    for (; (first = ascii::Fold(*a)) == (second = ascii::Fold(*b)) && first != 0; ++a, ++b) {
     }
   }
   bool FirstIsBeginning() const { return first == 0; }  // or equal to the second

@@ -43,16 +43,10 @@ std::size_t PlainLength(WideView text) {
   return length;
 }
 
-bool IsHighSurrogate(WChar unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-
 }  // namespace
 
 WideView NextPiece(WideView text) {
-  WideView piece = text.First(kTextPiece);
-  if (piece.size < text.size && IsHighSurrogate(piece[piece.size - 1])) --piece.size;
-  return piece;
+  return FirstWhole(text, kTextPiece);
 }
 
 int PieceToUtf8(WideView piece, char* bytes) {

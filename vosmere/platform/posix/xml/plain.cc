@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/document_error.h"
 #include "vosmere/platform/posix/xml/plain_value.h"
 #include "vosmere/platform/xml_node.h"
@@ -24,14 +25,11 @@ constexpr std::size_t kLongestDocument = std::size_t{64} * 1024 * 1024;
 
 constexpr std::string_view kXmlns = "xmlns";
 
-constexpr bool IsBlank(char c) {
-  return c == ' ' || c == '\n' || c == '\r' || c == '\t';
-}
 constexpr bool IsNameStart(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+  return ascii::IsLetter(c) || c == '_';
 }
 constexpr bool IsNamePart(char c) {
-  return IsNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
+  return IsNameStart(c) || ascii::IsDigit(c) || c == '-' || c == '.' || c == ':';
 }
 
 /// A qualified name and its parts. The prefix is empty if it has none.
@@ -76,7 +74,7 @@ class Parser {
   }
   bool SkipBlanks() {
     std::size_t i = 0;
-    while (i < left_.size() && IsBlank(left_[i])) ++i;
+    while (i < left_.size() && ascii::IsBlank(left_[i])) ++i;
     left_.remove_prefix(i);
     return i > 0;
   }
@@ -181,7 +179,7 @@ bool Parser::TakeMarkup() {
 bool Parser::TakeText() {
   const std::string_view text = left_.substr(0, left_.find('<'));
   left_.remove_prefix(text.size());
-  if (open_.empty()) return std::all_of(text.begin(), text.end(), IsBlank);
+  if (open_.empty()) return std::all_of(text.begin(), text.end(), ascii::IsBlank<char>);
   return AddLeaf(text_, text, PlainValue::kText);
 }
 
