@@ -128,16 +128,13 @@ std::optional<Error> ReplaceFile(const FilePath& path, Write write) {
   namespace fs = std::filesystem;
   std::error_code code;
   if (fs::is_other(path.native(), code)) return write(path.native());
-  {  // `write` may do what cannot be undone, as a post does: not in vain
-    const ReplacingFile probe(fs::weakly_canonical(path.native(), code).parent_path());
-    code = probe.Create();
-    if (code) return detail::FileError(path, "cannot be written", code.value());
-  }
+  // `write` may do what cannot be undone, such as a post: so the place is looked at first.
+  DocumentError error;
+  if (!CanSaveTo(path.get(), &error)) return Error(path.name(), error);
   const ReplacingFile scratch(fs::temp_directory_path(code));
   code = scratch.Create(fs::perms::owner_read | fs::perms::owner_write);
   if (code) return detail::FileError(path, "cannot be written", code.value());
-  if (std::optional<Error> error = write(scratch.path())) return error;
-  DocumentError error;
+  if (std::optional<Error> failure = write(scratch.path())) return failure;
   if (SafeCopy(FilePath(scratch.path()).get(), path.get(), nullptr, nullptr, &error)) return {};
   return Error(path.name(), error);
 }

@@ -128,6 +128,15 @@ bool SafeSave(const WChar* path, const FilePiece* pieces, std::size_t count,
   });
 }
 
+bool CanSaveTo(const WChar* path, DocumentError* error) {
+  return UnlessNoMemory(error, [=] {
+    SafeFile file;
+    const bool found = file.Find(path);
+    if (!found && error) *error = file.error();
+    return found;
+  });
+}
+
 bool SafeCopy(const WChar* from, const WChar* path, const FileMark* expected, FileMark* saved,
               DocumentError* error) {
   return UnlessNoMemory(error, [=] {

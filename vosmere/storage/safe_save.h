@@ -38,7 +38,11 @@ VOSMERE_API bool ReadFileMark(const WChar* path, FileMark* mark, DocumentError* 
 VOSMERE_API bool SafeSave(const WChar* path, const FilePiece* pieces, std::size_t count,
                           const FileMark* expected, FileMark* saved, DocumentError* error);
 
-/// The same with the bytes of another file, which stays.
+/// Whether such a save would find its place: for who makes the bytes only then. It may fail all the
+/// same.
+VOSMERE_API bool CanSaveTo(const WChar* path, DocumentError* error);
+
+/// SafeSave with the bytes of another file, which stays.
 VOSMERE_API bool SafeCopy(const WChar* from, const WChar* path, const FileMark* expected,
                           FileMark* saved, DocumentError* error);
 

@@ -43,7 +43,7 @@ bool SafeFile::Fail(DocumentFault fault, const char* reason, ULONG systemError) 
   return FailWith(&error_, fault, reason, systemError);
 }
 
-bool SafeFile::Begin(const WChar* path) {
+bool SafeFile::Find(const WChar* path) {
   if (!path || !*path) return Fail(DocumentFault::kCannotOpen, "no file was named");
   PathKind kind = PathKind::kNothing;
   if (const ULONG error = FindTarget(path, &target_, &kind))
@@ -55,7 +55,13 @@ bool SafeFile::Begin(const WChar* path) {
   const std::size_t start = NameStart(target_);
   folder_ = start ? target_.substr(0, start) : PathOf("./");
   name_ = target_.substr(start);
-  if (kind == PathKind::kFile && !HoldOld()) return false;
+  isThere_ = kind == PathKind::kFile;
+  if (!isThere_ || old_.OpenToHold(target_.c_str())) return true;
+  return Fail(DocumentFault::kCannotOpen, "cannot be written", old_.error());
+}
+
+bool SafeFile::Begin(const WChar* path) {
+  if (!Find(path) || (isThere_ && !HoldOld())) return false;
   RemoveLeftOvers();
   return MakeNew();
 }
@@ -67,9 +73,12 @@ bool SafeFile::HoldOld() {
     if (!old_.OpenToHold(target_.c_str()))
       return IsNotThere(old_.error()) ||
              Fail(DocumentFault::kCannotOpen, "cannot be written", old_.error());
-    for (int milliseconds = 0; !old_.TryLock() && Clock::now() < deadline; ++milliseconds)
-      std::this_thread::sleep_for(std::chrono::milliseconds(std::min(milliseconds, 20)));
-    if (old_.IsAt(target_.c_str())) return true;
+    bool locked = old_.TryLock();
+    for (int pause = 0; !locked && Clock::now() < deadline; locked = old_.TryLock()) {
+      if (old_.error()) return Fail(DocumentFault::kCannotOpen, "cannot be locked", old_.error());
+      std::this_thread::sleep_for(std::chrono::milliseconds(std::min(++pause, 20)));
+    }
+    if (locked && old_.IsAt(target_.c_str())) return true;
   }
   return Fail(DocumentFault::kInUse, "another program is saving it");
 }

@@ -17,6 +17,9 @@ class SafeFile {
   SafeFile& operator=(const SafeFile&) = delete;
   ~SafeFile();
 
+  /// Where the file is, and whether there can be one.
+  bool Find(const WChar* path);
+  /// Finds it, too.
   bool Begin(const WChar* path);
   bool Write(const void* bytes, std::size_t size);
   /// Until the disk has all of it.
@@ -35,6 +38,7 @@ class SafeFile {
   bool IsExpected(const FileMark& expected);
 
   PathText target_, folder_, name_, temporary_;
+  bool isThere_ = false;
   DiskFile old_;     // locked; not open where there is none
   DiskFile holder_;  // keeps the new one locked until it is in its place
   DiskFile writer_;
