@@ -313,6 +313,14 @@ TEST(NetUploadFile, NothingIsSentWithoutAFieldThatMemoryRanOutFor) {
     }
     EXPECT_EQ(sender.Send(), failed ? Code(8) : 0) << successes;
   }
+  if (!kSystemStringsFail) return;
+  Sender sender("a.example");
+  const Wide file = W(sender.file());
+  {
+    const FailingMemory memory(0);
+    EXPECT_FALSE(sender.upload.UploadFile(file)) << "nor the file before this one";
+  }
+  EXPECT_EQ(sender.upload.GetErrorCode(), Code(8));
 }
 
 TEST(NetUploadFile, LendsTheBytesOfItsFile) {

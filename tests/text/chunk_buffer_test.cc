@@ -77,7 +77,11 @@ TEST(ChunkBuffer, TakesAllUpToTheLimitAndARefusedAppendCountsForEver) {
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(AppendTooMuch(buffer, kMost));
   EXPECT_EQ(Total(buffer), kMost) << "instead of coming round";
   EXPECT_FALSE(Append(buffer, ""));
-  EXPECT_EQ(Content(buffer).size(), CChunkBuffer::kLimit - std::size_t{1});
+
+  CChunkBuffer small;
+  EXPECT_TRUE(Append(small, "kept"));
+  EXPECT_FALSE(AppendTooMuch(small, kMost) || Append(small, "x"));
+  EXPECT_EQ(Content(small), "kept");
 }
 
 TEST(ChunkBuffer, WithoutMemoryItThrowsAndKeepsWhatItHas) {
