@@ -15,8 +15,7 @@ TEST(Trace, TakesWideTextsOfEitherKindBesideOthersAndCutsLongOnes) {
   Trace("%s\n", text.get());
   Trace("%s%s%s%s\n", text.get(), text.get(), text.get(), text.get());
   EXPECT_THAT(traces.lines(), ElementsAre("7 narrow größer größer\n", "[]\n",
-                                          std::string(1024, 'x') + '\n',
-                                          testing::SizeIs(4095)));
+                                          std::string(1024, 'x') + '\n', testing::SizeIs(4095)));
 }
 
 }  // namespace vosmere::test::trace
