@@ -7,12 +7,14 @@
 #include <sstream>
 
 #include "tests/support/files.h"
+#include "tests/support/platform.h"
 #include "vosmere/cpp/tree.h"
 
 namespace vosmere {
 namespace {
 
 using test::ReadBytes;
+using test::RunsOnWine;
 using test::TempFolder;
 using test::TestData;
 using test::WriteBytes;
@@ -112,7 +114,9 @@ TEST(Documents, ATreeIsSavedAsDeepAsItIsRead) {
     folder = Add<CFolderNode>(folder, "f")->GetRNode();
   const TempFolder files;
   ASSERT_TRUE(Save(files / "deep", tree));
-  EXPECT_TRUE(Load<Tree>(files / "deep"));
+  if (!RunsOnWine()) {  // whose DOM loads fewer levels than it is asked to
+    EXPECT_TRUE(Load<Tree>(files / "deep"));
+  }
   const std::string before = ReadBytes(files / "deep");
   Add<CFolderNode>(folder, "one too many");
   const Result<vosmere::Saved> saved = Save(files / "deep", tree);

@@ -105,11 +105,11 @@ std::string WithDoctype(const std::string& declarations, const std::string& cont
 
 TEST(XmlDocument, KeepsEveryNodeInOrderAndEveryPrefix) {
   const std::string document =
-      "<?xml version='1.0'?>\n<!--before--><p:a xmlns:p='u' z='1' b=' 2&#9;&amp;' p:a=''> "
+      "<?xml version='1.0'?>\n<!--before--><r xmlns:p='u'><p:a z='1' b=' 2&#9;&amp;' p:a=''> "
       "t\r\n<p:b/>"
-      "<![CDATA[<&]]><!-- c --><?p  i ?>\n<c xml:lang='d'/></p:a><!--behind-->";
+      "<![CDATA[<&]]><!-- c --><?p  i ?>\n<c xml:lang='d'/></p:a></r><!--after-->";
   const std::string shown =
-      "<p:a xmlns:p=u z=1 b= 2\t& p:a=> t\n<p:b></>[<&]{ c }?p=i ?\n<c xml:lang=d></></>";
+      "<r xmlns:p=u><p:a z=1 b= 2\t& p:a=> t\n<p:b></>[<&]{ c }?p=i ?\n<c xml:lang=d></></></>";
   for (const auto from : {FromBytes, FromText, FromFile, FromUtf16})
     EXPECT_EQ(from(document).shown, shown);
   XmlDocument loaded;
