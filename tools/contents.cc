@@ -186,7 +186,7 @@ Record StoredPageContent(const CUrlNode& page) {
 }
 
 Record OutlineContent(RNode& link) {
-  if (const auto* page = As<CUrlNode>(&link)) return StoredPageContent(*page);
+  if (link.type == NT_URL) return StoredPageContent(static_cast<const CUrlNode&>(*link.item));
   const bool isFolder = link.type == NT_FOLDER;
   const CBaseNode& item = *link.item;
   Record record{isFolder ? "folder" : "collection"};

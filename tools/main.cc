@@ -165,6 +165,43 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   return post;
 }
 
+CLI::App* AddShow(CLI::App& app, std::string& in, bool& asJson) {
+  CLI::App* const show =
+      app.add_subcommand("show", "Print what a document holds")->footer(kExitCodes);
+  show->add_option("FILE", in)->required();
+  show->add_flag("--json", asJson,
+                 "Print JSON for scripts: items with kind and fields such as name, folders with "
+                 "children. What the document does not say is null, marks false or 0");
+  return show;
+}
+
+CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
+  CLI::App* const copy =
+      app.add_subcommand(
+             "copy", "Load a document and save it, so that the copy loads again whatever is in it")
+          ->footer(kExitCodes);
+  copy->add_option("IN", in)->required();
+  copy->add_option("OUT", out, "Replaced by a whole copy, or not at all; may be IN")->required();
+  return copy;
+}
+
+CLI::App* AddLog(CLI::App& app, std::string& in) {
+  CLI::App* const log =
+      app.add_subcommand("log", "Print the changes that a store remembers")->footer(kExitCodes);
+  log->add_option("STORE", in, "Its folder")->required();
+  return log;
+}
+
+CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) {
+  CLI::App* const recover =
+      app.add_subcommand("recover", "Say which checkpoints of a store load, and what each holds")
+          ->footer(kExitCodes);
+  recover->add_option("STORE", in, "Its folder")->required();
+  recover->add_option("--restore", checkpoint, "Make this checkpoint the newest, as it was")
+      ->type_name("NUMBER");
+  return recover;
+}
+
 int Main(const Arguments& arguments) {
   CLI::App app("Shows, checks and copies the documents of saved items.", "vosmere");
   app.set_version_flag("--version", VOSMERE_VERSION);
@@ -178,13 +215,7 @@ int Main(const Arguments& arguments) {
   bool asJson = false;
   int exitCode = kFine;
 
-  CLI::App* const show =
-      app.add_subcommand("show", "Print what a document holds")->footer(kExitCodes);
-  show->add_option("FILE", in)->required();
-  show->add_flag("--json", asJson,
-                 "Print JSON for scripts: items with kind and fields such as name, folders with "
-                 "children. What the document does not say is null, marks false or 0");
-  show->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
+  AddShow(app, in, asJson)->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
 
   CheckOptions checkOptions;
   AddCheck(app, files, checkOptions)->callback([&] {
@@ -192,13 +223,7 @@ int Main(const Arguments& arguments) {
       exitCode = std::max(exitCode, Run([&] { return Check(file, checkOptions); }));
   });
 
-  CLI::App* const copy =
-      app.add_subcommand(
-             "copy", "Load a document and save it, so that the copy loads again whatever is in it")
-          ->footer(kExitCodes);
-  copy->add_option("IN", in)->required();
-  copy->add_option("OUT", out, "Replaced by a whole copy, or not at all; may be IN")->required();
-  copy->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
+  AddCopy(app, in, out)->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
 
   std::vector<std::string> dates;
   AddDate(app, dates)->callback([&] {
@@ -215,19 +240,12 @@ int Main(const Arguments& arguments) {
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
 
-  CLI::App* const log =
-      app.add_subcommand("log", "Print the changes that a store remembers")->footer(kExitCodes);
-  log->add_option("STORE", in, "Its folder")->required();
-  log->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
+  AddLog(app, in)->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
 
   std::uint64_t checkpoint = 0;
-  CLI::App* const recover =
-      app.add_subcommand("recover", "Say which checkpoints of a store load, and what each holds")
-          ->footer(kExitCodes);
-  recover->add_option("STORE", in, "Its folder")->required();
-  recover->add_option("--restore", checkpoint, "Make this checkpoint the newest, as it was")
-      ->type_name("NUMBER");
-  recover->callback([&] { exitCode = Run([&] { return Recover(in, checkpoint, std::cout); }); });
+  AddRecover(app, in, checkpoint)->callback([&] {
+    exitCode = Run([&] { return Recover(in, checkpoint, std::cout); });
+  });
 
   PostOptions post;
   AddPost(app, post)->callback([&] {

@@ -205,7 +205,7 @@ std::string PrintableLines(const std::string& text) {
 /// How many code units of a text to print at a time. Splits between lines if possible, and never
 /// inside a surrogate pair.
 std::size_t SliceOf(WideView text) {
-  constexpr std::size_t kMost = 64 * 1024;
+  constexpr std::size_t kMost = std::size_t{64} * 1024;
   if (text.size <= kMost) return text.size;
   for (std::size_t end = kMost; end > 0; --end)
     if (text[end - 1] == '\n') return end;

@@ -9,7 +9,6 @@ namespace vosmere {
 struct WithDelete {
   template <class Thing>
   void operator()(Thing* owned) const {
-    static_assert(sizeof(Thing) > 0);
     delete owned;
   }
 };

@@ -79,7 +79,7 @@ inline std::string PlaceOf(const CBaseNode& item) {
   std::size_t names = 1;
   for (link = link ? link->parent : nullptr; link && link->parent; link = link->parent) {
     if (names++ == kPlaceNames) return "... > " + place;
-    place = ShortName(link->item ? link->item->GetName() : nullptr) + " > " + place;
+    place.insert(0, ShortName(link->item ? link->item->GetName() : nullptr) + " > ");
   }
   return place;
 }

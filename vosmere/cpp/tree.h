@@ -40,7 +40,7 @@ template <TreeItem Node>
 Tree NewTree(Item<Node> item) {
   Tree tree(RNode::New2(item.get(), NodeTypeOf<Node>()));
   if (!tree) detail::ThrowNoMemory();
-  item.release();
+  static_cast<void>(item.release());  // it is the tree's now
   return tree;
 }
 /// A tree that consists of a new item.

@@ -108,17 +108,17 @@ class Upload {
     error_ = Error(server_, "this upload was sent already");
     if (progress_) upload_.SetProgress(&Upload::CallProgress, this);
     post();
-    if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, std::move(file));
+    if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, file);
     const SystemString text(upload_.DetachResponse());
     return Reply{upload_.GetStatus(), ToUtf8(WideView(text.get(), SysStringLen(text.get()))),
                  upload_.WasRedirected(), upload_.IsResponseCut()};
   }
 
-  Error ErrorOf(std::int32_t code, std::string file) const {
+  Error ErrorOf(std::int32_t code, const std::string& file) const {
     constexpr unsigned kFirstOfHttp = 12000;
     const unsigned number = static_cast<unsigned>(code) & 0xFFFF;
     const char* const reason = ReasonOfUploadError(code);
-    Error error(code < 0 && number < kFirstOfHttp ? std::move(file) : server_,
+    Error error(code < 0 && number < kFirstOfHttp ? file : server_,
                 reason ? reason : "error " + std::to_string(number));
     error.systemError = number;
     return error;

@@ -12,7 +12,7 @@ class VOSMERE_API ParserThread {
   ParserThread();
   ParserThread(const ParserThread&) = delete;
   ParserThread& operator=(const ParserThread&) = delete;
-  ~ParserThread();
+  ~ParserThread();  // NOLINT(performance-trivially-destructible): on Windows it has work to do
 
  private:
   [[maybe_unused]] bool ends_ = false;

@@ -64,12 +64,12 @@ Cell* MergeByNext(Cell* head, Before isBefore) {
 /// Sets every `prev` by the `next` links.
 template <class Cell>
 void RestorePrev(Cell* head) {
-  Cell* last = head;
-  for (Cell* cell = head->next; cell; cell = cell->next) {
+  Cell* last = nullptr;
+  for (Cell* cell = head; cell; cell = cell->next) {
     cell->prev = last;
     last = cell;
   }
-  head->prev = last;
+  if (head) head->prev = last;
 }
 
 /// Sorts a chain in place; the head may be null. Equal cells stay as they are.

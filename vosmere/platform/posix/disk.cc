@@ -112,7 +112,7 @@ ULONG TryLock(Handle file, bool* locked) {
 }
 
 ULONG IsAt(Handle file, const WChar* path, bool* isAt) {
-  struct stat here, there;
+  struct stat here, there = {};
   if (fstat(Descriptor(file), &here) != 0) return ErrorOf(-1);
   const ULONG error = WithName(path, [&](const char* name) { return stat(name, &there); });
   *isAt = error == 0 && here.st_dev == there.st_dev && here.st_ino == there.st_ino;

@@ -31,7 +31,7 @@ class ByteWriter {
   }
   void Signed(LONG number) {
     const auto bits = static_cast<ULONG>(number);
-    Number((bits << 1) ^ (number < 0 ? 0xFFFFFFFFu : 0u));
+    Number((bits * 2) ^ (number < 0 ? 0xFFFFFFFFu : 0u));
   }
   void Text(const WChar* text) {
     if (!text) return Number(0);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kMagic = "Vosmere store\n";
 constexpr std::size_t kFront = 8;  // length and checksum
-constexpr std::size_t kBlock = 256 * 1024;
+constexpr std::size_t kBlock = std::size_t{256} * 1024;
 constexpr unsigned kKindMask = 0x1F, kDirectionShift = 5, kFirst = 0x80;
 
 void PutWord(char* at, std::uint32_t word) {

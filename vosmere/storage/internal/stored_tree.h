@@ -103,8 +103,8 @@ class StoredTree : private LinkLookup {
       RNode* parent;
       bool isLocal;
     };
-    std::vector<Step> steps;
-    if (top) steps.push_back({top, top->parent, false});
+    if (!top) return true;
+    std::vector<Step> steps = {{top, top->parent, false}};
     while (!steps.empty()) {
       const Step step = steps.back();
       steps.pop_back();
@@ -119,7 +119,7 @@ class StoredTree : private LinkLookup {
   static RNode* LocalRoot(const RNode* link);
 
  private:
-  static constexpr std::size_t kDescribedAtOnce = 32 * 1024;
+  static constexpr std::size_t kDescribedAtOnce = std::size_t{32} * 1024;
 
   void ReferLater(RNode* page, std::uint64_t number) override;
   void Describe(RNode* link, RNode* parent, bool isLocal, std::string& bytes);

@@ -26,7 +26,7 @@ struct NameDifference {
   int first, second;
 
   NameDifference(const WChar* a, const WChar* b) {
-    static const WChar empty[1] = {0};
+    static constexpr WChar empty[1] = {0};
     if (!a) a = empty;
     if (!b) b = empty;
     for (; (first = ascii::Fold(*a)) == (second = ascii::Fold(*b)) && first != 0; ++a, ++b) {

@@ -66,6 +66,8 @@ class Builder {
  private:
   static Builder& Self(void* builder) { return *static_cast<Builder*>(builder); }
   static xmlSAXHandler Handlers();
+  static void HandleDeclarations(xmlSAXHandler& sax);
+  static void HandleContent(xmlSAXHandler& sax);
 
   /// Runs a callback, unless parsing has failed already, and keeps exceptions from passing through
   /// libxml2.
@@ -167,10 +169,8 @@ bool Builder::IsAtEnd() const {
   return !input->buf->raw || xmlBufUse(input->buf->raw) == 0;
 }
 
-xmlSAXHandler Builder::Handlers() {
-  xmlSAXHandler sax = {};
-  sax.initialized = XML_SAX2_MAGIC;
-  // Declarations are passed on to libxml2's own handlers; it cannot expand entities otherwise.
+// Declarations are passed on to libxml2's own handlers; it cannot expand entities otherwise.
+void Builder::HandleDeclarations(xmlSAXHandler& sax) {
   sax.startDocument = [](void* self) { xmlSAX2StartDocument(Self(self).parser_); };
   sax.internalSubset = [](void* self, const xmlChar* name, const xmlChar* publicId,
                           const xmlChar* systemId) {
@@ -197,6 +197,9 @@ xmlSAXHandler Builder::Handlers() {
     Self(self).EndDeclaration();
     Self(self).Check(Self(self).budget_.DeclareAttribute());
   };
+}
+
+void Builder::HandleContent(xmlSAXHandler& sax) {
   sax.getEntity = [](void* self, const xmlChar* name) { return Self(self).Entity(name); };
   sax.getParameterEntity = [](void* self, const xmlChar* name) {
     return Self(self).ParameterEntity(name);
@@ -239,6 +242,13 @@ xmlSAXHandler Builder::Handlers() {
                          text);
     });
   };
+}
+
+xmlSAXHandler Builder::Handlers() {
+  xmlSAXHandler sax = {};
+  sax.initialized = XML_SAX2_MAGIC;
+  HandleDeclarations(sax);
+  HandleContent(sax);
   sax.serror = [](void* self, xmlError* error) { Self(self).Note(error); };
   return sax;
 }
