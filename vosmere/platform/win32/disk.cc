@@ -197,8 +197,19 @@ PathText Plain(const std::wstring& path) {
   return PathText(plain.begin(), plain.end());
 }
 
+constexpr std::size_t kLongestPath = 32768;
+
+ULONG WholePath(const WChar* path, PathText* target) {
+  std::wstring room(kLongestPath, L'\0');
+  const DWORD length = ::GetFullPathNameW(win32::Native(path), static_cast<DWORD>(room.size()),
+                                          room.data(), nullptr);
+  if (length == 0 || length >= room.size()) return ErrorOf(FALSE);
+  target->assign(room.begin(), room.begin() + static_cast<std::ptrdiff_t>(length));
+  return 0;
+}
+
 ULONG ResolvedPath(HANDLE file, PathText* target) {
-  std::wstring room(32768, L'\0');
+  std::wstring room(kLongestPath, L'\0');
   const DWORD length =
       ::GetFinalPathNameByHandleW(file, room.data(), static_cast<DWORD>(room.size()), 0);
   if (length == 0 || length >= room.size()) return ErrorOf(FALSE);
@@ -209,17 +220,16 @@ ULONG ResolvedPath(HANDLE file, PathText* target) {
 
 }  // namespace
 
+// The path is made whole, since Wine replaces no file whose path is relative.
 ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind) {
   const DWORD attributes = ::GetFileAttributesW(win32::Native(path));
   if (attributes == INVALID_FILE_ATTRIBUTES) {
     const ULONG error = ErrorOf(FALSE);
     *kind = PathKind::kNothing;
-    *target = path;
-    return error == ERROR_FILE_NOT_FOUND ? 0 : error;
+    return error == ERROR_FILE_NOT_FOUND ? WholePath(path, target) : error;
   }
   *kind = IsFolder(attributes) ? PathKind::kFolder : PathKind::kFile;
-  *target = path;
-  if (!(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) return 0;
+  if (!(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) return WholePath(path, target);
   const HANDLE file = ::CreateFileW(win32::Native(path), 0, kShareAll, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (file == INVALID_HANDLE_VALUE) return ErrorOf(FALSE);
