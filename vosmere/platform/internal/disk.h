@@ -16,7 +16,7 @@ namespace vosmere {
 
 using PathText = std::basic_string<WChar>;
 
-/// A call that changes the disk, as tests see it.
+/// A call that changes the disk, or takes a lock, as tests see it.
 struct DiskCall {
   enum Kind {
     kCreate,  ///< an empty file that was not there
@@ -29,6 +29,7 @@ struct DiskCall {
     kRemove,
     kMakeFolder,
     kFlushFolder,
+    kLock,
   };
   Kind kind;
   const WChar* path;
@@ -64,8 +65,8 @@ class DiskFile {
   bool OpenToRead(const WChar* path);
   /// The same, for writing at its end.
   bool OpenToUpdate(const WChar* path);
-  /// The same, for being locked while it is replaced. Fails where the file may not be written; on
-  /// Windows the replacing does.
+  /// The same, for being locked while it is replaced; it may not be readable then. Fails where the
+  /// file may not be written; on Windows the replacing does.
   bool OpenToHold(const WChar* path);
   /// A file that was not there, to read and write. Nobody else may read it where it is private, as
   /// far as the system knows such a thing.
@@ -127,6 +128,8 @@ ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind);
 // Error numbers of this system.
 bool IsNotThere(ULONG error);
 bool IsAlreadyThere(ULONG error);
+/// Whether TryLock failed because the file system has no locks.
+bool HasNoLocks(ULONG error);
 /// In UTF-8, without a full stop.
 std::string SystemMessage(ULONG error);
 
