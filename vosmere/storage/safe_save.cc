@@ -12,7 +12,7 @@
 namespace vosmere {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{256} * 1024;
+constexpr std::size_t kBlock = 1 << 20;
 constexpr unsigned kMostAtOnce = 1u << 30;
 
 void AddTo(CMD5Digest& digest, const void* bytes, std::size_t size) {

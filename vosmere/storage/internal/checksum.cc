@@ -42,6 +42,13 @@ std::uint32_t Checksum(std::uint32_t before, const void* bytes, std::size_t size
            kTable[4][low >> 24] ^ kTable[3][high & 0xFF] ^ kTable[2][high >> 8 & 0xFF] ^
            kTable[1][high >> 16 & 0xFF] ^ kTable[0][high >> 24];
   }
+  if (size >= 4) {
+    rest ^= Word(at);
+    rest = kTable[3][rest & 0xFF] ^ kTable[2][rest >> 8 & 0xFF] ^ kTable[1][rest >> 16 & 0xFF] ^
+           kTable[0][rest >> 24];
+    at += 4;
+    size -= 4;
+  }
   for (; size > 0; ++at, --size) rest = (rest >> 8) ^ kTable[0][(rest ^ *at) & 0xFF];
   return ~rest;
 }

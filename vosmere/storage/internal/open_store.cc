@@ -173,6 +173,7 @@ bool StoreCore::Replay(std::uint64_t number) {
                std::to_string(sequence_));
     return false;
   }
+  undo_.Reserve(reader.size(), options_.undoBytes);
   return ReplayRecords(reader, number);
 }
 

@@ -1,6 +1,7 @@
 // The changes that can be undone.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -18,6 +19,13 @@ class UndoStack {
     if (bytes_.size() > 2 * mostBytes) DropOldest(mostBytes);
     ends_.push_back({kind, bytes_.size() + bytes.size()});
     bytes_ += bytes;
+  }
+  /// Room for changes with so many bytes in all, which is not used before they come.
+  void Reserve(std::uint64_t bytes, std::uint64_t mostBytes) {
+    constexpr std::uint64_t kShortest = 16;  // of a change in a log; fewer are few
+    const std::uint64_t room = std::min(bytes, 2 * mostBytes + (std::uint64_t{64} << 10));
+    bytes_.reserve(static_cast<std::size_t>(room));
+    ends_.reserve(static_cast<std::size_t>(room / kShortest));
   }
   bool empty() const { return ends_.empty(); }
   void Pop(Change* change) {
