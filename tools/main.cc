@@ -74,7 +74,7 @@ CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions&
       std::string(kExitCodes) +
       "\n1 also if a document cannot be saved, or has warnings with --strict. With several "
       "files, the highest code counts.");
-  check->add_option("FILE", files)->required();
+  check->add_option("FILE", files, "Documents or folders of stores")->required();
   check->add_flag("--all", options.all, "List every place of a warning, not only the first few");
   check->add_flag("--strict", options.strict, "Exit with 1 if there are warnings");
   CLI::Option* const json = check->add_flag(
@@ -89,7 +89,7 @@ CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
   CLI::App* const date =
       app.add_subcommand("date", "Print the times that GetTime and ReadDate read from date texts");
   date->footer("Exit codes: 0 ReadDate reads every text; 1 it does not read one; 2 wrong usage.");
-  date->add_option("TEXT", dates)->required();
+  date->add_option("TEXT", dates, "Texts to read")->required();
   return date;
 }
 
@@ -129,7 +129,7 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
 CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
   CLI::App* const note = app.add_subcommand("note", "Export an item of a document as an HTML page");
   note->footer(kExitCodes);
-  note->add_option("IN", options.in)->required();
+  note->add_option("IN", options.in, "Document or folder of a store")->required();
   note->add_option("ITEM", options.item,
                    "Name or identity of the item, or its folders and name as in 'News > Daily'")
       ->required();
@@ -147,7 +147,7 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   };
   post->add_option("HOST", options.host, "Server, as NAME or NAME:PORT")->required();
   post->add_option("PATH", options.path, "Path on the server")->required();
-  post->add_option("FILE", options.file)->required();
+  post->add_option("FILE", options.file, "File to upload")->required();
   post->add_option("--field", options.fields, "Add a field to the form; can be repeated")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false)
@@ -172,7 +172,7 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
 CLI::App* AddShow(CLI::App& app, std::string& in, bool& asJson) {
   CLI::App* const show =
       app.add_subcommand("show", "Print the contents of a document")->footer(kExitCodes);
-  show->add_option("FILE", in)->required();
+  show->add_option("FILE", in, "Document or folder of a store")->required();
   show->add_flag("--json", asJson,
                  "Print JSON: each item with its kind and fields, folders with children. Values "
                  "that the document does not have are null; marks are false or 0");
@@ -183,7 +183,7 @@ CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
   CLI::App* const copy =
       app.add_subcommand("copy", "Load a document and save it as a new file that is sure to load")
           ->footer(kExitCodes);
-  copy->add_option("IN", in)->required();
+  copy->add_option("IN", in, "Document or folder of a store")->required();
   copy->add_option("OUT", out, "File to write: replaced as a whole or left unchanged; can be IN")
       ->required();
   return copy;
