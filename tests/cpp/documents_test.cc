@@ -66,7 +66,7 @@ TEST(Documents, EveryKindComesBackWithTheBytesOfThePlainWriter) {
   }
 }
 
-// Letters in attributes and texts get company; numbers and words that readers know stay.
+// Adds characters that need escaping, except to numbers and words that readers know.
 std::string Hostile(const std::string& document) {
   const std::regex attribute(
       R"re(( (text|description|name|link|id|folderid|colctid|href)=")([a-z]))re");
@@ -170,7 +170,7 @@ TEST(Documents, WhatCannotBeSavedLeavesTheFile) {
 TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
   const struct {
     const char* document;
-    const char* losses;  // behind each place its line and column
+    const char* losses;  // each with its places, and their lines and columns
   } cases[] = {
       {"<opml x='1'>\n<body a='b'> <outline text='a'>\n\n  <é/><outline text='b' c='d'/>"
        "</outline></body></opml>",
@@ -206,7 +206,7 @@ TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
       }
       lines += '\n';
     }
-    // Not every platform's parser tells.
+    // Not every platform's parser gives the places.
     if (!hasPlaces) expected = std::regex_replace(expected, std::regex("@[0-9:]+"), "");
     EXPECT_EQ(lines, expected);
   }

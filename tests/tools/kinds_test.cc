@@ -86,7 +86,7 @@ TEST(ToolNote, ExportsTheItemThatIsMeant) {
   const struct {
     const char* file;
     const char* item;
-    const char* heading;  // null when there is no such item
+    const char* heading;  // null if there is no such item
     const char* error;
   } cases[] = {
       {"collection_tree.opml", "Morning", "Morning", ""},

@@ -38,7 +38,7 @@ Outcome Post(const std::string& host, const std::string& options = "") {
           ReadBytes(folder / "errors")};
 }
 
-/// With what differs from run to run in its place.
+/// The request without the parts that differ from run to run.
 std::string Normal(std::string request, const std::string& digest) {
   const std::string boundary = request.substr(request.find("boundary=") + 9, 36);
   for (const std::string& secret : {boundary, digest})

@@ -35,7 +35,7 @@ class Bench {
   TempFolder folder_;
 };
 
-/// How many things the tool says a copy would lose, beside what it would make up.
+/// How many warnings are about losses, not about values that a copy gets.
 std::ptrdiff_t Losses(const Outcome& check) {
   std::istringstream lines(check.out);
   std::ptrdiff_t losses = 0;
@@ -300,7 +300,7 @@ TEST(Tool, WarnsOfWhatASaveOfACollectionLoses) {
 }
 
 TEST(Tool, CopiesWhatTheLibraryWroteByteForByte) {
-  const std::string document = OwnDocument();  // once: it names the time
+  const std::string document = OwnDocument();  // saved once, because it contains the current time
   const Bench bench(document);
   const Outcome copy = bench.Copy("out.opml");
   EXPECT_EQ(copy.exitCode, 0) << copy.errors;
