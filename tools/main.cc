@@ -1,4 +1,4 @@
-// vosmere: shows, checks, copies and exports the library's documents, and reads dates.
+// The command line of vosmere: its options, its help, and the verbs that they run.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>

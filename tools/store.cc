@@ -84,7 +84,7 @@ int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out
   StoreOptions options;
   options.create = false;
   options.keep = std::numeric_limits<int>::max();
-  {  // what the store holds now can then be restored as well
+  {  // so that the current state can be restored as well
     Result<Store> now = Open(folder, options);
     if (now)
       if (const std::optional<Error> error = now->Checkpoint())
