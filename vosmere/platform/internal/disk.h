@@ -1,4 +1,5 @@
-// Files that must survive a crash: creating, locking, writing, flushing, renaming and removing them.
+// Files that must survive a crash: creating, locking, writing, flushing, renaming and removing
+// them.
 //
 // Every call that changes the disk goes through one place, where tests can watch it, make it fail
 // or end the process. Paths follow the rules of File (file.h).
@@ -117,8 +118,8 @@ ULONG MoveToNewPlace(const WChar* from, const WChar* to);
 ULONG RemoveDiskFile(const WChar* path);
 /// Succeeds if the folder exists.
 ULONG MakeFolder(const WChar* path);
-/// Waits until the disk has stored which files were created, renamed and removed in the folder. Does
-/// not wait on Windows, which has no call for it.
+/// Waits until the disk has stored which files were created, renamed and removed in the folder.
+/// Does not wait on Windows, which has no call for it.
 ULONG FlushFolder(const WChar* path);
 
 enum class PathKind { kNothing, kFile, kFolder, kOther, kLinkToNothing };
