@@ -38,11 +38,12 @@ void PrintWarnings(const std::string& name, const FavoritesReport& report) {
     if (count > 0) std::cerr << name << ": warning: " << count << ' ' << what << '\n';
   };
   if (report.foldersInOrder == 0)
-    std::cerr << name << ": warning: no stored menu order was found; this is by name\n";
-  warn(report.recordsNotUnderstood, "damaged places in the stored order");
-  warn(report.foldersNotRead, "folders left empty that cannot be read or lead elsewhere");
-  warn(report.shortcutsWithoutAddress, "shortcuts without an address, or with one too long");
-  warn(report.otherFiles, "files left out that are no Internet shortcuts");
+    std::cerr << name << ": warning: no stored menu order was found; sorted by name\n";
+  warn(report.recordsNotUnderstood, "damaged records in the stored order");
+  warn(report.foldersNotRead, "folders left empty: unreadable, or links to other folders");
+  warn(report.shortcutsWithoutAddress,
+       "shortcuts without an address, or with one that is too long");
+  warn(report.otherFiles, "files left out: not Internet shortcuts");
 }
 
 void Write(CWriteXML&& writer, const std::string& out) {

@@ -11,7 +11,7 @@ std::string Response(CNetBase& net) {
   return OwnedBstr(net.DetachResponse()).utf8();
 }
 
-/// A form sent to the server; the result of reading the reply.
+/// Sends a form to the server; the result of reading the reply.
 int Exchange(CNetBase& net, const LoopbackServer& server) {
   net.SetHost(W(server.host()));
   net.SetPostAcceptor(W("post.php"));
@@ -46,7 +46,7 @@ TEST(NetBase, LosesNothing) {
     net.SetHost(W("a.example"));
     EXPECT_EQ(net.OpenSessionConnection(), 0);
   };
-  open();  // what the system allocates once
+  open();  // the system allocates some memory once
   const long before = LiveAllocations();
   open();
   EXPECT_EQ(LiveAllocations(), before);
@@ -92,7 +92,7 @@ TEST(NetBase, UserAndDigestGoTogetherAndLongOnesAreIgnored) {
 }
 
 TEST(NetBase, ACharacterThatARead2048BytesLongSplitsIsNotJoined) {
-  // Two bytes of the character are one ill-formed part before, and each one by itself behind.
+  // Two bytes of the character are one ill-formed part before the split; after it each byte is one.
   const char* const shown[] = {"€", "\uFFFD\uFFFD", "\uFFFD\uFFFD\uFFFD", "€"};
   for (int bytesBefore = 3; bytesBefore >= 0; --bytesBefore) {
     const std::string before(2048 - bytesBefore, 'x');

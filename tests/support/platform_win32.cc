@@ -59,7 +59,7 @@ void UserRegistry::Set(const std::string& key, const std::string& name, const st
 
 namespace {
 
-// Documents load only on a thread that has COM, and giving it that is the program's task.
+// Documents load only on a thread that has initialised COM, which is the task of the program.
 class Com : public testing::Environment {
  public:
   void SetUp() override { ASSERT_TRUE(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))); }

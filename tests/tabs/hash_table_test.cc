@@ -18,7 +18,7 @@ struct Table : CHashtable {
     return found ? owned.utf8() : "(missing)";
   }
 
-  /// The rest of the walk.
+  /// The rest of the iteration.
   std::string Walk() {
     std::string walk;
     while (HasNext()) {
@@ -57,8 +57,8 @@ TEST(HashTable, WalksByBucketAndTheNewestFirst) {
 
   table.ResetPosition();
   EXPECT_TRUE(table.GetNextKeyValue(nullptr, nullptr));
-  table.Remove(W("d"));  // behind the walk
-  table.Remove(W("b"));  // where it stands
+  table.Remove(W("d"));  // already visited
+  table.Remove(W("b"));  // the next to be visited
   EXPECT_EQ(table.Walk(), "c=1 a=1 ");
 
   table.ResetPosition();
@@ -104,7 +104,7 @@ TEST(HashTable, WithoutMemoryNothingChangesAndNothingIsLost) {
     EXPECT_EQ(added == nullptr, failed);
     EXPECT_EQ(lost, failed ? 1u : 0u);
     EXPECT_EQ(table->Remove(key), !failed);
-    table = std::make_unique<Table>();  // as it was, without room for an entry
+    table = std::make_unique<Table>();  // a new table, which has no room for an entry yet
   });
   if (!kSystemStringsFail) return;
   table->Put(key, value, false);

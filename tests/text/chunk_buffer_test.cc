@@ -12,7 +12,7 @@ bool Append(CChunkBuffer& buffer, const std::string& bytes) {
   return buffer.Append(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-/// An append that the limit must refuse, so that no byte is looked at.
+/// An append that the limit must refuse without reading a byte.
 bool AppendTooMuch(CChunkBuffer& buffer, int length) {
   volatile int unknown = length;
   return buffer.Append("", unknown);

@@ -31,7 +31,7 @@ struct Md5InPieces : CMD5Digest {
     Final(reinterpret_cast<unsigned char*>(digest));
     return {digest, 16};
   }
-  /// As if so many bits had come already, which are not in the digest.
+  /// Counts bits as if they had come already; they are not in the digest.
   void CountBits(ULONG bits) { count_[0] += bits; }
 };
 

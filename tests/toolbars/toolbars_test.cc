@@ -13,7 +13,7 @@ TEST(TBarBandInfo, ATextIsCutToFitBetweenCharacters) {
   } cases[] = {{x + "yz", x + "yz"},
                {x + "yz!", x + "yz"},
                {x + "😀", x + "😀"},
-               {x + "y😀", x + "y"},  // its first half alone would fit
+               {x + "y😀", x + "y"},  // its first half would fit alone
                {"", ""}};
   for (const auto& c : cases) {
     band.SetTitle(W(c.text));

@@ -25,14 +25,14 @@ TEST(ToolKinds, EveryStoredDocumentIsKnown) {
   } cases[] = {
       {"colct_item_ids.xml", "  [item] (no name)  c2  i2\n2 items\n", kFine, true},
       {"colct_list.xml", "  [collection] Checked in\n3 collections\n",
-       "the version is not read and comes back as 1: ", false},
+       "the version is not read and becomes 1: ", false},
       {"colct_profile.xml", "  [collection] X:\\Other\\b.xml\n", kFine, true},
       {"ftp_sites.xml", "    [address] Home  http://a.example/~ann/\n", kFine, true},
       {"notification.xml", "  parent: News\n  oldParent: Old 'news'\n",
-       "the type is not read and comes back as UNKNOWN", false},
+       "the type is not read and becomes UNKNOWN", false},
       {"page_data.xml", "  rootNodeTitle: Root\n", kFine, true},
       {"search_engines.xml", "  [engine] (no name)  web\n2 engines\n",
-       "an engine without queryUrl comes back", false},
+       "an engine without queryUrl gets the address", false},
       {"tags.xml", "    [tag] t2  (count 2)\n", kFine, true},
       {"toolbars.xml", "  [toolbar] (no name)  (enabled)\n3 toolbars, 2 enabled\n", kFine, true},
   };
@@ -56,23 +56,23 @@ TEST(ToolKinds, WhatDoesNotComeBackIsTold) {
     const char* warning;
   } cases[] = {
       {"<colctitem><item colctid='c' id='i'/><item id='i'>a</item></colctitem>",
-       "an entry without both identities is left out: a"},
+       "an entry that lacks an identity is left out: a"},
       {"<colctitem><item colctid='c'>a</item></colctitem>", ": fine"},
       {"<collectionlist><collection><title>a</title><link>b</link><collection/></collection>"
        "</collectionlist>",
-       "what stands inside another of its kind moves out of it: "},
+       "an element inside another of its kind is moved out of it: "},
       {"<searchEnginePool><searchEngine type=''><stat addDate='1'/></searchEngine>"
        "</searchEnginePool>",
-       "added, modified, lastVisited do not come back"},
+       "added, modified and lastVisited are lost"},
       {"<vsmtags><group name='g'><tag name='t' count='-1'/></group></vsmtags>",
-       "count is held to 0 to 10,000,000: t"},
+       "count is limited to 0 to 10,000,000: t"},
       {"<ftpsites><site><title>s</title><webaddress name='n'/></site></ftpsites>",
        "a web address without a name or a link is not kept: "},
       {"<ftpsites><site><webaddress name='a&amp;b' link='l'/></site></ftpsites>", ": fine"},
       {"<vsmnotify><item><title>a</title></item><item><title>b</title></item></vsmnotify>",
        "'item' is repeated, and only the last of them is kept"},
       {"<toolbars><toolbar status='disabled' visible='false'><title>b</title></toolbar></toolbars>",
-       "visible does not come back: b"},
+       "visible is lost: b"},
   };
   const TempFolder folder;
   for (const auto& c : cases) {
@@ -86,7 +86,7 @@ TEST(ToolNote, ExportsTheItemThatIsMeant) {
   const struct {
     const char* file;
     const char* item;
-    const char* heading;  // null when there is no such item
+    const char* heading;  // null if there is no such item
     const char* error;
   } cases[] = {
       {"collection_tree.opml", "Morning", "Morning", ""},

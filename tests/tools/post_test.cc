@@ -38,7 +38,7 @@ Outcome Post(const std::string& host, const std::string& options = "") {
           ReadBytes(folder / "errors")};
 }
 
-/// With what differs from run to run in its place.
+/// The request without the parts that differ from run to run.
 std::string Normal(std::string request, const std::string& digest) {
   const std::string boundary = request.substr(request.find("boundary=") + 9, 36);
   for (const std::string& secret : {boundary, digest})
@@ -70,7 +70,7 @@ TEST(ToolPost, SaysWhatWentWrong) {
     const char* error;
   } cases[] = {
       {"127.0.0.1:1", "", "127.0.0.1:1: error: the server cannot be reached"},
-      {"127.0.0.1:x", "", "127.0.0.1:x: error: that is no name of a host"},
+      {"127.0.0.1:x", "", "127.0.0.1:x: error: the host name is invalid"},
       {"a.example", "--field ab", "is not NAME=VALUE"},
       {"a.example", "--field a=" + std::string(1024, 'x'), "the field 'a' is too long"},
       {"a.example", "--user " + std::string(81, 'x'), "the field 'username' is too long"},
@@ -91,16 +91,16 @@ TEST(ToolPost, SaysWhenTheServerHasNotTakenTheFile) {
     const char* out;
     const char* error;
   } cases[] = {
-      {"HTTP/1.0 404 No\r\n\r\nwhat", 1, "what", ": error: the server answers 404"},
+      {"HTTP/1.0 404 No\r\n\r\nwhat", 1, "what", ": error: the server answered 404"},
       {"HTTP/1.0 413 No\r\nContent-Length: 9\r\n\r\nbig", 1, "big",
        "notes.txt: error: the file is too large for the server (413)"},
       {"HTTP/1.0 303 Elsewhere\r\nLocation: /x\r\n\r\n", 1, "next",
-       ": error: the server leads elsewhere, and the file was not delivered"},
+       ": error: the server redirected the request, and the file was not delivered"},
       {"HTTP/1.0 302 Elsewhere\r\n\r\nhere", 1, "here",
-       ": error: the server answers 302, and the file was not delivered"},
+       ": error: the server answered 302, and the file was not delivered"},
       {"HTTP/1.0 200 Fine\r\nContent-Length: 9\r\n\r\nhalf", 1, "",
-       ": error: the file was sent, but the reply did not come to its end"},
-      {"", 2, "", ": error: the connection was broken off, and there was no reply"},
+       ": error: the file was sent, but the reply is incomplete"},
+      {"", 2, "", ": error: the connection was closed before the reply"},
   };
   for (const auto& c : cases) {
     LoopbackServer server({Reply(c.reply), ReplyOk("next")});

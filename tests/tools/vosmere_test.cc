@@ -35,7 +35,7 @@ class Bench {
   TempFolder folder_;
 };
 
-/// How many things the tool says a copy would lose, beside what it would make up.
+/// How many warnings are about losses, not about values that a copy gets.
 std::ptrdiff_t Losses(const Outcome& check) {
   std::istringstream lines(check.out);
   std::ptrdiff_t losses = 0;
@@ -100,8 +100,8 @@ TEST(Tool, SaysWhyADocumentIsNotWhatItShouldBe) {
     const char* error;
   } cases[] = {
       {"<opml>\n<body>\n  <outline text=\"a\"</body></opml>", "in.opml:3:"},
-      {"<feed>text</feed>", "no known document has the root element 'feed'"},
-      {"<opml/>", "the root element has no content"},
+      {"<feed>text</feed>", "unknown kind of document: the root element is 'feed'"},
+      {"<opml/>", "the root element is empty"},
       {"", "in.opml:"},
   };
   for (const auto& c : cases) {
@@ -157,7 +157,7 @@ TEST(Tool, ChecksForScripts) {
        R"j("loads":true,"copyLoads":true,"error":null,"line":null,"column":null,"warnings":[]})j"},
       {"<opml><head><title>t</title></head><body><outline/></body></opml>", 0, 1,
        R"j("loads":true,"copyLoads":true,"error":null,"line":null,"column":null,"warnings":[)j"
-       R"j({"what":"an empty name comes back as \"No name\"","count":1,"places":["(no name)"]}]})j"},
+       R"j({"what":"an empty name becomes \"No name\"","count":1,"places":["(no name)"]}]})j"},
       {"<opml><head><title>t</title></head><body><outline text='Q&amp;A'/></body></opml>", 0, 0,
        R"j("loads":true,"copyLoads":true,"error":null)j"},
       {"<opml>\n<body></opml>", 1, 1, R"j("loads":false,"copyLoads":null,"error":")j"},
@@ -185,31 +185,32 @@ TEST(Tool, WarnsOfWhatASaveLoses) {
     const char* warning;
   } cases[] = {
       {"<outline text=\"" + longName + "\"/>", "name is cut to 199 characters: nnn"},
-      {"<outline/>", "an empty name comes back as \"No name\""},
+      {"<outline/>", "an empty name becomes \"No name\""},
       {"<outline text=\"a\" title=\"b\"/>", "'text' and 'title' differ"},
       {"<outline text=\"a\" type=\"link\"/>", "the attribute 'type' of 'outline' is not kept"},
       {"<outline text=\"a\"><vsm:stat added=\"1\"/></outline>",
-       "added, modified, lastVisited do not come back: a"},
-      {"<outline text=\"a\"><sx:sync id=\"x\" deleted=\"true\"/></outline>",
-       "deleted does not come back"},
+       "added, modified and lastVisited are lost: a"},
+      {"<outline text=\"a\"><sx:sync id=\"x\" deleted=\"true\"/></outline>", "deleted is lost"},
       {"<outline text=\"a\"><sx:sync id=\"" + longId + "\"/></outline>",
-       "id is too long to be read whole: "},
-      {"<outline text=\"a\"><sx:sync id=\"x\" version=\"0\"/></outline>",
-       "version does not come back"},
-      {feed + " htmlUrl=\"h\"/>", "htmlUrl does not come back"},
+       "id is too long and was cut: "},
+      {"<outline text=\"a\"><sx:sync id=\"x\" version=\"0\"/></outline>", "version is lost"},
+      {feed + " htmlUrl=\"h\"/>", "htmlUrl is lost"},
       {feed + " language=\"en\"/>", "the attribute 'language' of 'outline' is not kept: "},
       {feed + "><vsm:owner>me</vsm:owner></outline>", "the element 'vsm:owner' is not kept: "},
       {feed + "><vsm:stat added=\"12x\"/></outline>", "(vsm:stat added)"},
-      {feed + "><outline text=\"g\"/></outline>", "outlines inside a collection move out of it"},
-      {"<outline text=\"f\" type=\"rss\"/>", "comes back with the address about:blank"},
-      {"<outline text=\"f\" xmlUrl=\"a\\b\"/>", "a backslash in xmlUrl comes back as a slash"},
+      {feed + "><outline text=\"g\"/></outline>",
+       "outlines inside a collection are moved out of it"},
+      {"<outline text=\"f\" type=\"rss\"/>", "gets the address about:blank"},
+      {"<outline text=\"f\" xmlUrl=\"a\\b\"/>", "a backslash in xmlUrl becomes a slash"},
       {"<outline text=\"f\" xmlUrl=\"" + std::string(2085, 'u') + "\"/>",
-       "xmlUrl is too long to be read whole: "},
+       "xmlUrl is too long and was cut: "},
       {"<category>c</category>", "the element 'category' is not kept"},
       {"<!-- remark -->", "comments are not kept"},
       {"stray", "text between elements is not kept"},
-      {feed + "/>", "no time in the document (added, modified, lastVisited): a copy says now: "},
-      {feed + "><vsm:stat added=\"1\"/></outline>", "(modified, lastVisited): a copy says now: "},
+      {feed + "/>",
+       "no time in the document (added, modified, lastVisited): a copy gets the current time: "},
+      {feed + "><vsm:stat added=\"1\"/></outline>",
+       "(modified, lastVisited): a copy gets the current time: "},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.outline);
@@ -255,7 +256,7 @@ TEST(Tool, ACopyOfACollectionIsFineAndComesBackByteForByte) {
   const Bench bench(Rss(kOrdered));
   const Outcome check = bench.On("check");
   EXPECT_EQ(Losses(check), 0) << check.out;
-  EXPECT_THAT(check.out, HasSubstr("no identity in the document: a copy makes one up: "));
+  EXPECT_THAT(check.out, HasSubstr("no identity in the document: a copy gets a new one: "));
   EXPECT_EQ(bench.Copy("out.rss").exitCode, 0);
   const std::string first = ReadBytes(bench / "out.rss");
   WriteBytes(bench.file(), first);
@@ -278,16 +279,16 @@ TEST(Tool, WarnsOfWhatASaveOfACollectionLoses) {
       {"<item><title>i</title><vsm:folderref folderid=\"f\"/></item>",
        "an item's folder is not in the document: "},
       {"<item><title>i</title><vsm:rel type=\"film\"/></item>",
-       "or written otherwise (vsm:rel type): "},
+       "or would be written differently (vsm:rel type): "},
       {"<item><title>i</title><vsm:rel type=\"note\" href=\"h\"/></item>",
-       "relationUrl does not come back: i"},
+       "relationUrl is lost: i"},
       {"<item><title>i</title><sx:sync deleted=\"true\"/><vsm:build basebuild=\"4\"/></item>",
        "an item that was checked in and then deleted is left out: i"},
       {"<dc:creator>me</dc:creator><item><title>i</title></item>",
-       "an empty author comes back as the collection's owner: i"},
+       "an empty author becomes the collection's owner: i"},
       {"<vsm:folder><title>o</title><vsm:folder order=\"2\"/>"
        "<sx:sync id=\"o\"/></vsm:folder><item><vsm:folderref folderid=\"o\" order=\"1\"/></item>",
-       "the order of pages and folders does not come back: o > "},
+       "the order of pages and folders is lost: o > "},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.channel);
@@ -299,7 +300,7 @@ TEST(Tool, WarnsOfWhatASaveOfACollectionLoses) {
 }
 
 TEST(Tool, CopiesWhatTheLibraryWroteByteForByte) {
-  const std::string document = OwnDocument();  // once: it names the time
+  const std::string document = OwnDocument();  // saved once, because it contains the current time
   const Bench bench(document);
   const Outcome copy = bench.Copy("out.opml");
   EXPECT_EQ(copy.exitCode, 0) << copy.errors;

@@ -57,13 +57,12 @@ void SayOutline(const XmlNode& outline, tagNODETYPE type, Report& report) {
     if (IsNamed(name, "xmlUrl")) url = value;
   });
   if (!text.empty() && !title.empty() && text != title)
-    report.Lose(LossKind::kRepeated, "'text' and 'title' differ, and only the later is kept");
+    report.Lose(LossKind::kRepeated, "'text' and 'title' differ, and only the later one is kept");
   if (type != NT_COLCT) return;
   if (url.find(WChar{'\\'}) != url.npos)
-    report.Lose(LossKind::kChanged, "a backslash in xmlUrl comes back as a slash");
+    report.Lose(LossKind::kChanged, "a backslash in xmlUrl becomes a slash");
   if (url.empty())
-    report.Lose(LossKind::kUnsaid,
-                "a collection without xmlUrl comes back with the address about:blank");
+    report.Lose(LossKind::kUnsaid, "a collection without xmlUrl gets the address about:blank");
 }
 
 }  // namespace
@@ -153,7 +152,7 @@ void CParseOPML::ProcessVSMOpml(XmlNode node) {
     if (isVersion && version >= 0) opmlVersion_ = version;
     if (report_ && !isVersion) report_->Unknown(name, value);
     if (report_ && isVersion && !IsNamed(WideView(value), "1"))
-      report_->Lose(LossKind::kChanged, "the version of the extensions comes back as 1");
+      report_->Lose(LossKind::kChanged, "the version of the extensions becomes 1");
   });
 }
 
@@ -162,7 +161,7 @@ void CParseOPML::ProcessVSMOpml(XmlNode node) {
 void CParseOPML::ProcessOutline(XmlNode node) {
   if (!treeRoot_) return;
   if (report_ && !outlines_.empty() && outlines_.back()->type == NT_COLCT)
-    report_->Lose(LossKind::kChanged, "outlines inside a collection move out of it");
+    report_->Lose(LossKind::kChanged, "outlines inside a collection are moved out of it");
   if (IsRssFeed(node))
     ProcessRssFeed(node);
   else

@@ -236,7 +236,7 @@ void FolderSync(Bookmarks& bookmarks, const Element& element) {
   AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
   if (!bookmarks.NameFolder() && element.report())
     element.report()->Lose(LossKind::kChanged,
-                           "several folders have one identity: items may move between them");
+                           "several folders have the same identity: items may move between them");
 }
 
 constexpr Field<CColctNetData> kActionFields[] = {
@@ -269,7 +269,7 @@ void FolderReference(Bookmarks& bookmarks, const Element& element) {
 template <auto Target>
 void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
   if (!*Invoke(Target, bookmarks)->GetUUID())
-    report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
+    report.Lose(LossKind::kUnsaid, "no identity in the document: a copy gets a new one");
 }
 
 void SayUnsaid(Bookmarks& bookmarks, Report& report) {
@@ -278,9 +278,9 @@ void SayUnsaid(Bookmarks& bookmarks, Report& report) {
   if (report.Says("pubDate") && !report.Says("vsm:stat", "modified"))
     report.Lose(LossKind::kNotKept, "the publication date (pubDate) is not read");
   if (report.Says("link") && report.Says("xmlUrl"))
-    report.Lose(LossKind::kRepeated, "'xmlUrl' is not kept beside 'link'");
+    report.Lose(LossKind::kRepeated, "'xmlUrl' is not kept, because there is a 'link'");
   if (!report.Says("link") && !report.Says("xmlUrl") && !report.Says("vsm:rel", "type"))
-    report.Lose(LossKind::kUnsaid, "no link in the document: a copy says about:blank");
+    report.Lose(LossKind::kUnsaid, "no link in the document: a copy gets about:blank");
 }
 
 // The document.

@@ -61,13 +61,12 @@ class DocumentReader : public Document<Kind>::Reader {
   /// The value that was loaded, or an error about `source`.
   Result<Kind> TakeFor(const std::string& source) {
     constexpr std::string_view kRoot = Document<Kind>::kRoot;
-    if (root_.empty()) return NoDocument(source, "the root element has no content");
+    if (root_.empty()) return NoDocument(source, "the root element is empty");
     if (root_ != kRoot)
       return NoDocument(
           source, "the root element is '" + root_ + "' instead of '" + std::string(kRoot) + "'");
     Kind value = this->Take();
-    if (!Document<Kind>::IsThere(value))
-      return NoDocument(source, "there is nothing in the document");
+    if (!Document<Kind>::IsThere(value)) return NoDocument(source, "the document contains no data");
     return value;
   }
 
@@ -86,7 +85,7 @@ template <>
 class DocumentReader<AnyDocument> : public CReadXML {
  public:
   Result<AnyDocument> TakeFor(const std::string& source) {
-    if (!read_) return NoDocument(source, "the root element has no content");
+    if (!read_) return NoDocument(source, "the root element is empty");
     if (*read_) return std::move(*read_);
     Error error = read_->error();
     error.source = source;
@@ -107,7 +106,7 @@ class DocumentReader<AnyDocument> : public CReadXML {
     const XmlText name = root.Name();
     if (!(Read<Kinds>(root, name) || ...))
       read_.emplace(NoDocument(
-          {}, "no known document has the root element '" + ShortName(name.c_str()) + "'"));
+          {}, "unknown kind of document: the root element is '" + ShortName(name.c_str()) + "'"));
   }
 
   template <class Kind>
@@ -178,7 +177,7 @@ Result<Kind> Load(const FilePath& path, Losses* leftOut = nullptr) {
 template <LoadedKind Kind>
 Result<Kind> Load(Bytes document, Losses* leftOut = nullptr) {
   if (document.view.size() > INT_MAX)
-    return detail::NoDocument({}, "a document has less than 2 GiB");
+    return detail::NoDocument({}, "the document has 2 GiB or more");
   return detail::LoadWith<Kind>({}, leftOut, [&](CReadXML& reader) {
     return reader.LoadXML(document.view.data(), static_cast<int>(document.view.size()));
   });

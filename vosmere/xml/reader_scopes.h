@@ -224,7 +224,7 @@ class ScopeReader {
     report_->Enter(element, row ? As::kKnown : isRepeated ? As::kRepeated : As::kUnknown);
     if (!row) return;
     if (row->within && row->scopes == kAnywhere && IsOpen(*row))
-      report_->Lose(LossKind::kChanged, "what stands inside another of its kind moves out of it");
+      report_->Lose(LossKind::kChanged, "an element inside another of its kind is moved out of it");
     if (row->read) row->read(builder_, Element(element, report_));
     report_->EndOfReading();
   }

@@ -38,7 +38,7 @@ class Https : public testing::Test {
   }
   void TearDown() override { unsetenv("SSL_CERT_FILE"); }
 
-  /// What an upload to that path returns; it may lead to the server behind.
+  /// The result of an upload to that path, which may redirect to the other server.
   LONG Send(Sender& sender, const std::string& path) {
     sender.upload.SetSecure(true);
     sender.upload.SetPostAcceptor(W(path + "?port=" + std::to_string(behind.port())));

@@ -9,19 +9,19 @@
 #include "tests/support/tool.h"
 #include "vosmere/text/unicode_tool.h"
 
-// Locales that are found by LOCPATH are a leak of the C library.
+// The C library leaks locales that it finds by LOCPATH.
 extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions() {
   return "leak:argz_add_sep";
 }
 
 namespace vosmere::test::locale {
 
-/// Systems rarely have a locale that is not UTF-8: one of Latin-1, for who looks for locales here.
+/// Makes a locale with Latin-1 in the folder, because few systems have one that is not UTF-8.
 void MakeLatin1Locale(const TempFolder& folder) {
   WriteBytes(folder / "map", "<code_set_name> ISO-8859-1\nCHARMAP\nEND CHARMAP\n");
   WriteBytes(folder / "source", "LC_CTYPE\nEND LC_CTYPE\n");
   const std::string path = folder / "";
-  // It complains of all that is not there, and makes the locale all the same.
+  // localedef complains about everything that is missing, but makes the locale.
   EXPECT_NE(std::system(("localedef -c -f " + path + "map -i " + path + "source " + path +
                          "latin1 >/dev/null 2>&1")
                             .c_str()),
@@ -29,7 +29,7 @@ void MakeLatin1Locale(const TempFolder& folder) {
   setenv("LOCPATH", path.c_str(), 1);
 }
 
-/// This thread's, while it lives.
+/// Sets the locale of this thread while it lives.
 class Locale {
  public:
   explicit Locale(const char* name)

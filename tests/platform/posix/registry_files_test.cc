@@ -1,4 +1,4 @@
-// The files that stand for a user's registry where the system has none.
+// The files that are read as a user's registry on systems without one.
 #include <hivex.h>
 
 #include <algorithm>
@@ -14,9 +14,9 @@ namespace vosmere::test::registry_files {
 const std::string kFolders =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
 
-/// The value "v" of the key `Sub\Key` in a file; "(none)" without one.
+/// The value "v" of the key `Sub\Key` in a file; "(none)" if it does not exist.
 std::string ValueIn(const std::filesystem::path& file) {
-  const Hooked<SetUserRegistry> none(nullptr);  // nor at the end
+  const Hooked<SetUserRegistry> none(nullptr);  // resets it at the end
   if (!SetUserRegistry(W(file))) return "(refused)";
   const HKEY key = OpenUserKey(W("sub\\kEY"));
   char bytes[4096];

@@ -1,5 +1,5 @@
-// `vosmere` with what only this system has: names that are bytes, pipes, a disk that is always
-// full, and a count of what is opened.
+// `vosmere` with things that only Linux has: file names that are arbitrary bytes, pipes, a device
+// that is always full, and a count of how often a file is opened.
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -15,16 +15,16 @@ namespace vosmere::test::tool {
 constexpr char kDocument[] =
     "<opml><head><title>t</title></head><body><outline text='Q&amp;A'/></body></opml>";
 
-/// How often a file is opened while this lives.
+/// Counts how often a file is opened while this lives.
 class OpenCount {
  public:
   explicit OpenCount(const std::filesystem::path& file) : events_(inotify_init1(IN_NONBLOCK)) {
-    // With the closing, as equal events behind each other become one.
+    // Closing is watched as well, because equal events in a row are merged into one.
     EXPECT_GE(inotify_add_watch(events_, file.c_str(), IN_OPEN | IN_CLOSE), 0);
   }
   ~OpenCount() { close(events_); }
 
-  /// Since the last time.
+  /// The number since the last call.
   std::ptrdiff_t Take() {
     inotify_event events[64];
     const ssize_t count =

@@ -64,7 +64,7 @@ class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
   HRESULT WINAPI startElement(Text, int, Text, int, Text, int, ISAXAttributes*) override {
     if (++depth_ <= kDeepest) return S_OK;
     error_->fault = DocumentFault::kTooDeep;
-    SetReason(error_, Ours(L"elements are nested too deep"));
+    SetReason(error_, Ours(L"elements are nested too deeply"));
     return E_FAIL;
   }
   HRESULT WINAPI endElement(Text, int, Text, int, Text, int) override {
