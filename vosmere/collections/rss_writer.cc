@@ -13,7 +13,7 @@
 #include "vosmere/base/chain.h"
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/collections/internal/rss_words.h"
-#include "vosmere/text/internal/rfc822_date.h"
+#include "vosmere/text/internal/pub_date_format.h"
 #include "vosmere/text/toolbox.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/internal/blank_page.h"

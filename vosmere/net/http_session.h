@@ -26,6 +26,9 @@ class VOSMERE_API CNetBase {
   static constexpr LONG kTransferTimeout = 60000;
   /// The longest text of all parameters together, in bytes.
   static constexpr std::size_t kMostParameterBytes = 1024;
+  /// A reply is read in pieces of so many bytes, and is cut after so many pieces.
+  static constexpr ULONG kReplyPiece = 2048;
+  static constexpr int kMostReplyPieces = 50000;
 
   CNetBase();
   CNetBase(const CNetBase&) = delete;
