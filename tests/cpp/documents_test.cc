@@ -140,9 +140,17 @@ TEST(Documents, WhatIsNoDocumentIsAnErrorThatSaysWhy) {
   const Error error = Load<Tree>(files / "f").error();
   EXPECT_EQ(error.fault, DocumentFault::kMalformed);
   EXPECT_EQ(error.line, 2);
+  EXPECT_EQ(error.element, "/opml/a");
   EXPECT_THAT(error.source, testing::EndsWith("f"));
   EXPECT_EQ(Load<AnyDocument>(Bytes("<a>b</a>")).error().reason,
             "no known document has the root element 'a'");
+  const struct {
+    const char *document, *element;
+  } places[] = {{"<rss><channel/></rss>", "/rss"},
+                {"<opml><body/><body><é/>\n<é>&no;</é></body></opml>", "/opml/body[2]/é[2]"}};
+  for (const auto& c : places) EXPECT_EQ(Load<Tree>(Bytes(c.document)).error().element, c.element);
+  const std::string deep = std::regex_replace(std::string(100, 'x'), std::regex("x"), "<element>");
+  EXPECT_THAT(Load<Tree>(Bytes(deep)).error().element, testing::StartsWith(".../element/"));
   for (const Error& missing : {Load<Tree>(files / "none").error(), Load<Tree>(files / "").error()})
     EXPECT_EQ(missing.fault, DocumentFault::kCannotOpen);
   EXPECT_FALSE(Load<Tree>(static_cast<const char*>(nullptr)));
