@@ -296,6 +296,16 @@ XmlNode XmlNode::NextSibling() const {
 
 // --- attributes ---
 
+namespace {
+
+bool IsWine() {
+  static const bool isWine =
+      ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+  return isWine;
+}
+
+}  // namespace
+
 XmlAttributes::XmlAttributes(const XmlNode& element) {
   Counted<IXMLDOMNamedNodeMap> map;
   Check(Node(element.handle_)->get_attributes(map.out()));
@@ -316,8 +326,8 @@ bool XmlAttributes::Next() {
   const HRESULT result =
       static_cast<IXMLDOMNamedNodeMap*>(attributes_)->get_item(index_++, attribute.out());
   // Wine counts a default namespace declaration as an attribute, but returns E_OUTOFMEMORY when it
-  // is asked for it.
-  if (result == E_OUTOFMEMORY) return Next();
+  // is asked for it. On Windows memory has run out, and an attribute would be missing.
+  if (result == E_OUTOFMEMORY && IsWine()) return Next();
   Check(result);
   name_ = NameOf(Node(attribute.get()));
   OwnedVariant value;
