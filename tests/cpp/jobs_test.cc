@@ -98,8 +98,8 @@ TEST(Job, MovesAndOutlivesItsScheduler) {
     left.Cancel();
     left = std::move(moved);
   }
-  left.Cancel();
   EXPECT_FALSE(left.IsPending());
+  left.Cancel();
   EXPECT_EQ(runs, 0);
 }
 

@@ -10,14 +10,13 @@
 
 #include <algorithm>
 #include <functional>
-#include <memory>
 #include <string>
-#include <utility>
 
 #include "tests/support/row.h"
 #include "tests/support/wide.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/collections/colct_node.h"
+#include "vosmere/cpp/own.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/tree_link.h"
 #include "vosmere/tree/tree_tool.h"
@@ -25,22 +24,9 @@
 
 namespace vosmere::test {
 
-struct ItemDelete {
-  void operator()(CBaseNode* item) const { CBaseNode::Delete(item); }
-};
-/// Owns an item that is not in a tree.
-template <class Item>
-using ItemPtr = std::unique_ptr<Item, ItemDelete>;
-
-template <class Item>
-ItemPtr<Item> New() {
-  return ItemPtr<Item>(Item::New());
-}
-
-/// A copy by the item's own class.
-template <class Item>
-ItemPtr<Item> Copy(const ItemPtr<Item>& source) {
-  return ItemPtr<Item>(Item::New(source.get()));
+template <class Node>
+Item<Node> New() {
+  return Item<Node>(Node::New());
 }
 
 inline std::string NameOf(const RNode* link) {
@@ -59,16 +45,14 @@ inline RNode* FindLink(RNode* top, const std::string& name) {
 class TreePtr {
  public:
   explicit TreePtr(RNode* root) : root_(root) {}
-  TreePtr(TreePtr&& other) noexcept : root_(other.release()) {}
-  ~TreePtr() { DeleteTree(root_); }
 
-  operator RNode*() const { return root_; }
-  RNode* operator->() const { return root_; }
-  RNode* operator[](const char* name) const { return FindLink(root_, name); }
-  RNode* release() { return std::exchange(root_, nullptr); }
+  operator RNode*() const { return root_.get(); }
+  RNode* operator->() const { return root_.get(); }
+  RNode* operator[](const char* name) const { return FindLink(root_.get(), name); }
+  RNode* release() { return root_.release(); }
 
  private:
-  RNode* root_;
+  vosmere::Tree root_;
 };
 
 inline RNode* NewLink(tagNODETYPE type, const std::string& name) {

@@ -110,11 +110,13 @@ TEST_F(TabUrlTest, DerivedClassesHaveItsSteps) {
 TEST_F(TabUrlTest, WithoutMemoryNothingIsAddedAndNothingLost) {
   Add("^a1/p b2/q");
   const Wide url = W("c3");
+  unsigned long lost = LostTexts();
   {
     const FailingMemory memory(1);
     AddUrl(url, true, dispatches + 'q');
   }
   EXPECT_EQ(Urls(), "a1 b2");
+  EXPECT_EQ(LostTexts(), ++lost);
   int count = 0;
   const auto list = [&] {
     CTabUrlItem* copies = nullptr;
@@ -124,6 +126,7 @@ TEST_F(TabUrlTest, WithoutMemoryNothingIsAddedAndNothingLost) {
   AtEachFailure(list, [&](CTabUrlItem* copies, bool failed) {
     EXPECT_EQ(copies == nullptr, failed);
     EXPECT_EQ(count, failed ? 0 : 2);
+    EXPECT_EQ(LostTexts(), lost += failed);
     CTabUrlItem::DeleteList(copies);
   });
 }

@@ -75,7 +75,7 @@ std::string Expected(Entries entries, int (*compare)(const Entry&, const Entry&)
   return places;
 }
 
-ItemPtr<CUrlNode> NewItem(const Entry& entry) {
+Item<CUrlNode> NewItem(const Entry& entry) {
   auto item = New<CUrlNode>();
   item->SetName(W(entry.name));
   item->SetDescription(W(entry.place));
@@ -97,7 +97,7 @@ using ItemList = TList<CBaseNode*>;
 
 std::string List(const Entries& entries, ItemList* (CSortRList::*sort)(ItemList*, bool),
                  bool flag) {
-  std::vector<ItemPtr<CUrlNode>> items;
+  std::vector<Item<CUrlNode>> items;
   std::deque<ItemList> cells;
   ItemList* head = nullptr;
   for (const Entry& entry : entries)

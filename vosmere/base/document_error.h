@@ -36,6 +36,9 @@ struct DocumentError {
   LONG column = 0;        ///< in characters, from 1; 0 when unknown
   ULONG systemError = 0;  ///< errno on Linux, GetLastError or an HRESULT on Windows; 0 for none
   char reason[192] = {};  ///< for the user: UTF-8, null-terminated, one line, without a full stop
+  /// The path of the innermost element that was open at this place, "/rss/channel/item[2]": UTF-8,
+  /// null-terminated; begins with "..." if it is longer; empty when unknown.
+  char element[192] = {};
 };
 
 /// The exception that a parser or a document's reader throws to make the current load fail with

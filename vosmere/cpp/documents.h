@@ -48,9 +48,11 @@ using AnyDocument =
 
 namespace detail {
 
-inline Error NoDocument(std::string source, std::string reason) {
+/// `root` is the name of the root element, if it is known.
+inline Error NoDocument(std::string source, std::string reason, const std::string& root = {}) {
   Error error(std::move(source), std::move(reason));
   error.fault = DocumentFault::kMalformed;
+  if (!root.empty()) error.element = "/" + root;
   return error;
 }
 
@@ -64,15 +66,17 @@ class DocumentReader : public Document<Kind>::Reader {
     if (root_.empty()) return NoDocument(source, "the root element is empty");
     if (root_ != kRoot)
       return NoDocument(
-          source, "the root element is '" + root_ + "' instead of '" + std::string(kRoot) + "'");
+          source, "the root element is '" + root_ + "' instead of '" + std::string(kRoot) + "'",
+          root_);
     Kind value = this->Take();
-    if (!Document<Kind>::IsThere(value)) return NoDocument(source, "the document contains no data");
+    if (!Document<Kind>::IsThere(value))
+      return NoDocument(source, "the document contains no data", root_);
     return value;
   }
 
  protected:
   void InvokeParser(XmlNode root) override {
-    root_ = ToUtf8(root.Name().view());
+    root_ = ShortName(root.Name().c_str());
     Document<Kind>::Reader::InvokeParser(std::move(root));
   }
 
@@ -102,11 +106,12 @@ class DocumentReader<AnyDocument> : public CReadXML {
 
  private:
   template <class... Kinds>
-  void ReadAny(const XmlNode& root, std::variant<Kinds...>*) {
-    const XmlText name = root.Name();
-    if (!(Read<Kinds>(root, name) || ...))
-      read_.emplace(NoDocument(
-          {}, "unknown kind of document: the root element is '" + ShortName(name.c_str()) + "'"));
+  void ReadAny(const XmlNode& node, std::variant<Kinds...>*) {
+    const XmlText name = node.Name();
+    if ((Read<Kinds>(node, name) || ...)) return;
+    const std::string root = ShortName(name.c_str());
+    read_.emplace(
+        NoDocument({}, "unknown kind of document: the root element is '" + root + "'", root));
   }
 
   template <class Kind>
@@ -166,8 +171,9 @@ class DocumentWriter : public Document<Kind>::Writer {
 template <class Kind>
 concept LoadedKind = DocumentKind<Kind> || std::same_as<Kind, AnyDocument>;
 
-/// Loads a document from a file. If `leftOut` is not null, it receives what the value lacks of the
-/// document, and what the document lacks and the value had to make up.
+/// Loads a document from a file, or says why not: the file, its line and column, the element, the
+/// reason. If `leftOut` is not null, it receives what the value lacks of the document, and what the
+/// document lacks and the value had to make up. Different threads may load at the same time.
 template <LoadedKind Kind>
 Result<Kind> Load(const FilePath& path, Losses* leftOut = nullptr) {
   return detail::LoadWith<Kind>(path.name(), leftOut,

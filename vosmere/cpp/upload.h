@@ -42,7 +42,8 @@ class Upload {
   /// throw.
   using Progress = std::function<bool(std::uint32_t sent, std::uint32_t total)>;
 
-  /// `host` may contain a port; `path` is the path on the server.
+  /// `host` may contain a port; `path` is the path on the server. A host that cannot be one is an
+  /// error when the form is sent.
   Upload(const Wide& host, const Wide& path) : server_(ToUtf8(host)) {
     upload_.SetClean(true);
     Set([&] {
@@ -53,8 +54,8 @@ class Upload {
   Upload(const Upload&) = delete;
   Upload& operator=(const Upload&) = delete;
 
-  /// Adds a field to the form. All fields together may have 1024 bytes; if this one does not fit,
-  /// sending fails.
+  /// Adds a field to the form; null as its value is empty. All fields together may have 1024 bytes;
+  /// if this one does not fit, or has no name, sending fails.
   Upload& Field(const Wide& name, const Wide& value) {
     const std::size_t before = std::strlen(upload_.GetParaString());
     upload_.AddParameter(name, value);
