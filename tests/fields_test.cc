@@ -282,7 +282,8 @@ TEST(Items, AreCopiedWholeButForTheirLink) {
   assigned = data;
   EXPECT_EQ(Describe(assigned), net);
   assigned = CColctNetData();
-  EXPECT_EQ(Describe(assigned), "owner|0000|-1 0 20 0") << "no owner is no reason to forget one";
+  EXPECT_EQ(Describe(assigned), "owner|0000|-1 0 20 0")
+      << "a null owner does not remove the old one";
 }
 
 }  // namespace vosmere::test::fields

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Puts faults into the sources, one at a time, and looks whether the tests notice.
+"""Puts faults into the sources, one at a time, and checks whether the tests notice.
 
-    mutate.py [-s SEED] [-f FILE] COUNT     FILE: the faults to put in, in the form that is printed
+    mutate.py [-s SEED] [-j JOBS] [-o ONLY] COUNT     random faults in files whose names begin with ONLY
+    mutate.py -f FILE                                 the faults listed in FILE, as they are printed
 
 Each fault is built and tested in a copy of the tree under build/mutate. A fault that does not
 compile is replaced by another one. Prints the survivors and, at the end, how many were caught.
@@ -106,7 +107,7 @@ def describe(fault):
 
 
 class Worker:
-    """A copy of the tree with a build of its own."""
+    """A copy of the tree with its own build."""
 
     left_out = []  # tests
 
@@ -116,7 +117,7 @@ class Worker:
         self.scratch = PLACE / f"scratch{index}"
         files = subprocess.run(["git", "ls-files"], cwd=TOP, text=True, check=True,
                                stdout=subprocess.PIPE).stdout.split("\n")[:-1]
-        if self.source.exists():  # what is gone from the tree goes from the copy
+        if self.source.exists():  # removes from the copy what was removed from the tree
             for old in self.source.rglob("*"):
                 if old.is_file() and str(old.relative_to(self.source)) not in files:
                     old.unlink()
@@ -214,7 +215,7 @@ class Worker:
             return "(time)"
         finally:
             try:
-                os.killpg(process.pid, 9)  # with servers and tools that a test has left
+                os.killpg(process.pid, 9)  # also servers and tools that a test has left running
             except ProcessLookupError:
                 pass
             process.wait()
@@ -224,8 +225,9 @@ class Worker:
         return failed.group(1) if failed else "(ended)"
 
     def killer(self, tests, program=None):
+        """The test that notices, or ""."""
         found = self.first_failure(tests, program)
-        # A slow machine may fail a test once: a caught fault fails its test again.
+        # On a slow machine a test may fail once by chance; a real fault makes it fail again.
         if found and (found.startswith("(") or self.first_failure(found, program)):
             return found
         return ""
@@ -260,7 +262,7 @@ class Worker:
                 kept.rename(self.build)
 
     def try_fault(self, fault):
-        """The test that caught it, "" for none, or None when it does not compile."""
+        """The test that caught the fault, "" if none did, or None if the fault does not compile."""
         name, number, start, end, old, new = fault
         path = self.source / name
         whole, times = path.read_text(), path.stat()
@@ -297,7 +299,7 @@ def main():
     options.add_argument("-s", "--seed", type=int, default=1)
     options.add_argument("-f", "--faults")
     options.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
-    options.add_argument("-o", "--only", default="", help="files whose names begin so")
+    options.add_argument("-o", "--only", default="", help="the beginning of the names of files to change")
     options.add_argument("count", type=int, nargs="?", default=100)
     options = options.parse_args()
 

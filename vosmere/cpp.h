@@ -11,6 +11,8 @@
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
 //   documents.h  loading and saving, with a report of losses
+//   files.h    file paths, replacing files
+//   favorites.h  the Favorites folder of a Windows user
 //   store.h    a tree on disk with a log of changes, with undo
 //   dates.h    the dates of feeds and the times of items
 //   jobs.h     functions that run at a given time, or periodically

@@ -84,7 +84,7 @@ TEST(ColctNode, TakesFromItsFileWhatTheFileSays) {
   file->SetUrl(W("u"));
   colct->SetPropertiesFromColctFileNode(file.get());
   EXPECT_EQ(Utf8(colct->GetDescription()), "text");
-  EXPECT_EQ(Utf8(colct->GetUUID()), "identity") << "one unit is no identity";
+  EXPECT_EQ(Utf8(colct->GetUUID()), "identity") << "one code unit is not an identity";
   int state = 0;
   colct->HasCheckedIn(&state);
   EXPECT_EQ(state, 5);

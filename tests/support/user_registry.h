@@ -1,5 +1,5 @@
-// Values under the current user that go away with the test: in the system's registry on Windows, in
-// an exported file that stands for it elsewhere.
+// Registry values of the current user that are removed with the test: in the system's registry on
+// Windows, in an exported file elsewhere.
 //
 //   UserRegistry registry;
 //   registry.Set("Sub", "Order", bytes);           // a binary value

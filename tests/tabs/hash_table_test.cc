@@ -80,7 +80,7 @@ TEST(HashTable, HoldsWhatAMapHolds) {
       EXPECT_EQ(table.Remove(W(key)), map.erase(key) == 1);
     } else {
       const bool overwrite = random() % 2, isNew = !map.contains(key);
-      EXPECT_EQ(table.Put(W(key), stored, overwrite), isNew) << "a value replaced is no addition";
+      EXPECT_EQ(table.Put(W(key), stored, overwrite), isNew) << "replacing a value adds no entry";
       if (isNew || overwrite) map[key] = Utf8(stored);
     }
     ASSERT_EQ(table.GetTotalItems(), static_cast<int>(map.size()));

@@ -75,7 +75,7 @@ TEST(ChunkBuffer, TakesAllUpToTheLimitAndARefusedAppendCountsForEver) {
   EXPECT_EQ(Total(buffer), CChunkBuffer::kLimit + 1);
   constexpr LONG kMost = std::numeric_limits<LONG>::max();
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(AppendTooMuch(buffer, kMost));
-  EXPECT_EQ(Total(buffer), kMost) << "instead of coming round";
+  EXPECT_EQ(Total(buffer), kMost) << "instead of wrapping around";
   EXPECT_FALSE(Append(buffer, ""));
 
   CChunkBuffer small;

@@ -55,7 +55,7 @@ TEST(TBarBandInfo, ThreadsAddCopiesUnderTheLockWhileOthersWrite) {
     EXPECT_THROW(writer.GetXMLBSTR(), std::bad_alloc);
   }
   AtOnce(1, [&](int) {
-    ASSERT_TRUE(bands.TryLock()) << "after a document that memory tore";
+    ASSERT_TRUE(bands.TryLock()) << "after a document that ran out of memory";
     bands.UnLock();
   });
 }

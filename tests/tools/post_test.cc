@@ -120,7 +120,7 @@ TEST(ToolPost, WritesTheReplyAsItIs) {
     Post(server.host());
   }
   EXPECT_EQ(Post(server.host(), "--output " + file.string()).exitCode, 1);
-  EXPECT_EQ(ReadBytes(file), bytes) << "half a reply takes nothing's place";
+  EXPECT_EQ(ReadBytes(file), bytes) << "half a reply does not replace the file";
 }
 
 }  // namespace vosmere::test::post

@@ -30,7 +30,7 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   /// empty.
   void SetTreeRoot(RNode* root) { root_ = root; }
 
-  /// Makes the addresses of collections relative: if `library` stands in an address directly after
+  /// Makes the addresses of collections relative: if `library` occurs in an address directly after
   /// the length of the base path (case-sensitive) and more text follows, the address is written
   /// from there on. Both arguments are copied; null for either turns this off.
   /// Intended: only the length of the base path matters, its characters are never compared, so that

@@ -43,9 +43,8 @@ struct SaveOptions {
   bool onlyUnchecked = false;
   /// How many places are recorded for each loss.
   std::size_t places = 10;
-  /// Of a file: what it held when it was loaded (MarkOf); one that holds something else now is not
-  /// replaced, and the error is DocumentFault::kChanged. Without it the file is replaced in any
-  /// case.
+  /// For a file: its content when it was loaded (MarkOf). If it has another content now, it is not
+  /// replaced, and the error is DocumentFault::kChanged. Without it the file is always replaced.
   std::optional<FileMark> expected = {};
 };
 

@@ -103,7 +103,7 @@ void NoLoss(Builder&, const Element& element) {
   NoLoss(element);
 }
 
-/// TextTo and AttributesTo, for an element that has both.
+/// TextTo and AttributesTo together, for an element that has both.
 template <auto Target, auto Apply, auto& Fields, class Builder>
 void TextAndAttributesTo(Builder& builder, const Element& element) {
   TextTo<Target, Apply>(builder, element);

@@ -207,7 +207,7 @@ TEST(SpecialFile, ADiskThatIsFullOnlyWhenTheFileIsClosedIsAFailedWrite) {
     EXPECT_EQ(writer.SystemError(), ULONG{ENOSPC});
     ExpectNoSpace(path);
   }).join();
-  if (!possible) GTEST_SKIP() << "the system bars it";
+  if (!possible) GTEST_SKIP() << "the system does not allow it";
 }
 
 }  // namespace vosmere::test::special_file

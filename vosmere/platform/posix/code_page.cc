@@ -42,7 +42,7 @@ class Conversion {
   std::size_t written() const { return written_; }
 
   /// Converts as much as possible and advances `in` past it. False, with the reason in errno, when
-  /// something is left.
+  /// a part remains.
   bool Run(const char*& in, std::size_t& size) {
     for (;;) {
       const std::size_t room = room_;

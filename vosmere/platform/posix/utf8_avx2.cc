@@ -139,7 +139,7 @@ VOSMERE_STEP inline void StoreUpToThree(__m256i units, __m256i start, unsigned o
   StoreFour(High(odd), one >> 12, two >> 12, out);
 }
 
-/// By one block or two. It branches, so that the next load does not have to wait for the answer.
+/// Advances by one block or two. A branch, so that the next load need not wait for the result.
 template <class From, class To>
 VOSMERE_STEP inline void Advance(const From*& in, To*& out, bool byTwo) {
   if (byTwo) [[likely]] {
@@ -249,7 +249,7 @@ struct Layout {
   unsigned fours;     // first bytes of four
   unsigned ends;      // last bytes
   int size;           // bytes of whole characters
-  bool isWellFormed;  // but for the values of the characters
+  bool isWellFormed;  // the values of the characters are not checked yet
 };
 
 VOSMERE_STEP inline Layout LayoutOf(__m128i bytes, unsigned others) {
@@ -310,8 +310,8 @@ VOSMERE_STEP inline bool DecodeBlock(const Byte*& in, WChar*& out) {
 
 }  // namespace
 
-// The steps move local pointers: a byte that is stored might change others, as far as the compiler
-// knows.
+// The steps move local pointers, because the compiler must assume that a stored byte changes a
+// pointer in memory.
 
 VOSMERE_AVX2 Encoding EncodeBlocks(Encoding at, const WChar* end, const Byte* outEnd) {
   while (end - at.in > 2 * kBlock && outEnd - at.out >= 4 * kBlock) {
@@ -326,7 +326,7 @@ VOSMERE_AVX2 Decoding DecodeBlocks(Decoding at, const Byte* end, const WChar* ou
     if (at.in[0] < 0x80 && DecodeAscii(at.in, at.out)) continue;
     if (MayBeThrees(at.in) && DecodeThrees(at.in, at.out)) continue;
     if (DecodeBlock(at.in, at.out)) continue;
-    // Faults come in company: the next few blocks are not even tried.
+    // Ill-formed text often comes in runs, so the next bytes are decoded one by one.
     const std::ptrdiff_t most = std::min({end - at.in - 4, outEnd - at.out - 1, kSlow});
     for (const Byte* const next = at.in + most; at.in < next;) {
       const Character character = DecodeOne(FourBytes(at.in));

@@ -226,7 +226,7 @@ XmlNode XmlDocument::Root() const {
   return XmlNodeHandle::Make(root.Detach());
 }
 
-// The DOM does not tell.
+// The DOM does not know the places of its nodes.
 void XmlDocument::PlaceOf(const XmlNode&, LONG* line, LONG* column) const {
   *line = *column = 0;
 }

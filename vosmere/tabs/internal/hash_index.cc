@@ -54,7 +54,8 @@ std::uint64_t LastUnits(const WChar* units, std::size_t count) {
   return word;
 }
 
-/// The length with units from the start, the middle and the end: enough to tell apart a few keys.
+/// The length with code units from the start, the middle and the end: enough to distinguish a few
+/// keys.
 std::uint64_t Sample(WideView key) {
   constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
   if (key.size < 4) return LastUnits(key.data, key.size) * kOdd + key.size;
@@ -113,7 +114,7 @@ CHashData* HashIndex::Find(WideView key) const {
   return nullptr;
 }
 
-// The entries after the hole move up, unless their homes are after it, so that no search ends
+// The entries after the gap move up, unless their home slots come after it, so that no search ends
 // early.
 void HashIndex::Remove(const CHashData* entry) {
   std::size_t hole = IsSmall() ? 0 : Home(Hash(entry->Key()));
