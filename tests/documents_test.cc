@@ -79,16 +79,27 @@ class StoredDocuments : public testing::TestWithParam<StoredDocument> {
   const std::string root = GetParam().root;
 };
 
-// Files with the document when it was read and written, if it changes, and with its JSON.
-const std::string kAgain = ".again", kJson = ".json";
+// Files with the document when it was read and written, if it changes, with its JSON, and with what
+// the tool shows of it and warns of.
+const std::string kAgain = ".again", kJson = ".json", kShown = ".shown";
 
 TEST_P(StoredDocuments, AreReadBack) {
   const bool changes = std::filesystem::exists(TestPath(GetParam().golden + kAgain));
   const std::string again = changes ? Golden(GetParam().golden + kAgain) : golden;
   EXPECT_EQ(Again(golden), again);
   EXPECT_EQ(Again(again), again);
-  EXPECT_EQ(RunTool("show --json " + Quoted(TestPath(GetParam().golden))).out,
-            TestData(GetParam().golden + kJson));
+  const std::string file = Quoted(TestPath(GetParam().golden));
+  EXPECT_EQ(RunTool("show --json " + file).out, TestData(GetParam().golden + kJson));
+  const std::string shown = RunTool("show " + file).out + RunTool("check - <" + file).out;
+  // Not every parser tells the line and the column.
+  EXPECT_EQ(std::regex_replace(shown, std::regex("[0-9]+:[0-9]+ /"), "/"),
+            TestData(GetParam().golden + kShown));
+
+  const TempFolder folder;
+  const std::string copy = Quoted(folder / "copy");
+  EXPECT_EQ(RunTool("copy " + file + ' ' + copy).exitCode, 0);
+  EXPECT_EQ(RunTool("copy - - <" + copy).bytes, ReadBytes(folder / "copy"));
+  EXPECT_EQ(ReadBytes(folder / "copy") == golden, !changes);
 }
 
 TEST_P(StoredDocuments, AreWrittenByteForByte) {

@@ -163,6 +163,9 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
       post->add_option("--output", options.output,
                        "Write the whole reply to this file as it arrives; - means standard output")
           ->type_name("FILE");
+  post->add_option("--reply-limit", options.replyLimit, "Print at most so much of the reply")
+      ->type_name("KIB")
+      ->capture_default_str();
   post->add_flag("--dry-run", options.dryRun,
                  "Print the request, with the digest masked, and send nothing")
       ->excludes(output);

@@ -266,6 +266,7 @@ int Post(const PostOptions& options) {
   upload.SetPostAcceptor(Wide(options.path));
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
+  upload.SetMostPieces(options.replyLimit / 2 + options.replyLimit % 2);  // of 2 KiB
   AddFields(upload, options);
   if (std::error_code ignored; fs::is_other(PathOf(options.file), ignored))
     Stop("it is not a regular file", options.file);

@@ -190,17 +190,9 @@ TEST(Favorites, ReadsTheOrderUnderTheCurrentUser) {
             "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Favorites");
 }
 
-/// Sets the system's version while it lives.
-struct Running {
-  explicit Running(SystemVersion on) {
-    version = on;
-    SetSystemVersionForTesting([] { return version; });
-  }
-  ~Running() { SetSystemVersionForTesting(nullptr); }
-  static inline SystemVersion version;
-};
-
 TEST(Favorites, OnlyXPAndServer2003AreXP) {
+  static SystemVersion version;
+  const Hooked<SetSystemVersionForTesting> hook([] { return version; });
   const struct {
     SystemVersion version;
     bool isXP;
@@ -208,7 +200,7 @@ TEST(Favorites, OnlyXPAndServer2003AreXP) {
                {{true, 6, 1}, false}, {{true, 10, 0}, false}, {{false, 5, 1}, false},
                {{true, 4, 1}, false}};
   for (const auto& c : cases) {
-    const Running on(c.version);
+    version = c.version;
     EXPECT_EQ(CFavorites().AmIRunningOnXP(), c.isXP);
   }
 }

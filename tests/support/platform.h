@@ -9,12 +9,21 @@
 
 namespace vosmere::test {
 
-/// Sets the TZ environment variable ("CST-8", "EST5"; null removes it).
-void SetZoneVariable(const char* zone);
-/// The same for the process and its runtime, which reads the variable now.
+/// Sets an environment variable; null removes it.
+void SetVariable(const char* name, const char* value);
+/// Sets TZ ("CST-8", "EST5"; null removes it), and makes the runtime read it now.
 void SetTimeZone(const char* zone);
 
-/// The same while it lives.
+/// An environment variable, which is removed at the end of the scope.
+struct Variable {
+  Variable(const char* name, const char* value) : name(name) { SetVariable(name, value); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  ~Variable() { SetVariable(name, nullptr); }
+  const char* name;
+};
+
+/// The time zone of the process until the end of the scope.
 struct Zone {
   explicit Zone(const char* zone) { SetTimeZone(zone); }
   Zone(const Zone&) = delete;

@@ -23,8 +23,8 @@ const bool kSystemStringsFail = true;
 const int kLevelsThatLoad = 1000;
 const LONG kZoneOfPlainNames = 1;
 
-void SetZoneVariable(const char* zone) {
-  zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+void SetVariable(const char* name, const char* value) {
+  value ? setenv(name, value, 1) : unsetenv(name);
 }
 
 static std::size_t MostResident() {
@@ -54,7 +54,7 @@ bool RunsOnWine() {
 }
 
 void SetTimeZone(const char* zone) {
-  SetZoneVariable(zone);
+  SetVariable("TZ", zone);
   tzset();
 }
 

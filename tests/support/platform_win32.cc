@@ -16,8 +16,8 @@ const bool kSystemStringsFail = false;
 const int kLevelsThatLoad = 200;
 const LONG kZoneOfPlainNames = 3;
 
-void SetZoneVariable(const char* zone) {
-  _putenv_s("TZ", zone ? zone : "");
+void SetVariable(const char* name, const char* value) {
+  _putenv_s(name, value ? value : "");
 }
 
 bool RunsOnWine() {
@@ -25,7 +25,7 @@ bool RunsOnWine() {
 }
 
 void SetTimeZone(const char* zone) {
-  SetZoneVariable(zone);
+  SetVariable("TZ", zone);
   _tzset();
 }
 

@@ -198,7 +198,7 @@ TEST(KQTime, MakingOneLooksUpTheZone) {
   const Zone utc("UTC0");  // until the end of the scope
   WChar text[40];
   CBaseTool::GetPubDate(0, text, 40);
-  SetZoneVariable("CST-8");
+  SetVariable("TZ", "CST-8");
   const CKQTime reader;
   CBaseTool::GetPubDate(0, text, 40);
   EXPECT_EQ(Utf8(text), "Thu, 01 Jan 1970 08:00:00 -0800");

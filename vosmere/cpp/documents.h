@@ -142,7 +142,8 @@ Result<Kind> LoadWith(const std::string& source, Losses* leftOut, Load load) {
   return reader.TakeFor(source);
 }
 
-/// All bytes of a stream; nullopt when reading fails or there are more than `most` bytes.
+/// All bytes of a stream, or the first ones if they show that it has no document; nullopt when
+/// reading fails or there are more than `most` bytes.
 inline std::optional<std::string> ReadAll(std::istream& stream, std::size_t most) {
   std::string bytes;
   char piece[64 * 1024];
@@ -150,6 +151,8 @@ inline std::optional<std::string> ReadAll(std::istream& stream, std::size_t most
     stream.read(piece, sizeof piece);
     if (stream.gcount() <= 0) break;
     bytes.append(piece, static_cast<std::size_t>(stream.gcount()));
+    // No document begins so in any encoding. The parser refuses it, even if the stream has no end.
+    if (bytes.starts_with(std::string_view("\0\0\0\0", 4))) return bytes;
   }
   if (stream.bad() || !stream.eof()) return {};
   return bytes;

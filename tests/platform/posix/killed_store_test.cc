@@ -12,9 +12,9 @@
 
 #include "tests/support/disk.h"
 #include "tests/support/files.h"
+#include "tests/support/jobs.h"
 #include "tests/support/stored_tree.h"
 #include "vosmere/cpp/store.h"
-#include "vosmere/platform/internal/clock.h"
 #include "vosmere/storage/safe_save.h"
 
 namespace vosmere::test {
@@ -94,7 +94,6 @@ TEST(Killed, WhileItSavesAFileLeavesTheOldOrTheNewOne) {
         << "after call " << call;
   }
   EXPECT_GE(kills, 14);
-  std::printf("%d kills of a safe save\n", kills);
 }
 
 TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
@@ -114,7 +113,7 @@ TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
       if (i % 8 == 5 ? !store->Checkpoint() : !store->Flush()) *flushed = i + 1;
     }
   };
-  SetClockForTesting([] { return LONG{1'700'000'000}; });
+  const SteppedClock clock(1'700'000'000);
   std::vector<std::string> history;
   {
     const FastDisk fast;
@@ -142,9 +141,7 @@ TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
               history.end())
         << call;
   }
-  SetClockForTesting(nullptr);
   EXPECT_GE(kills, 30);
-  std::printf("%d kills of a store\n", kills);
 }
 
 // Each process adds one to the number in a file, and counts how often that was saved.
@@ -176,7 +173,6 @@ TEST(Killed, OrNotTwoProcessesThatSaveOneFileLoseNothingWithoutAWord) {
   waitpid(child, nullptr, 0);
   EXPECT_EQ(ReadBytes(path), std::to_string(*saves));
   EXPECT_GT(*saves, 5);
-  std::printf("%d saves by two processes\n", (*saves).load());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "tests/support/loopback_server.h"
+#include "tests/support/platform.h"
 #include "tests/support/sender.h"
 #include "tests/support/test.h"
 #include "tests/support/tool.h"
@@ -17,7 +18,7 @@ extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppression
 namespace vosmere::test::locale {
 
 /// Makes a locale with Latin-1 in the folder, because few systems have one that is not UTF-8.
-void MakeLatin1Locale(const TempFolder& folder) {
+std::string MakeLatin1Locale(const TempFolder& folder) {
   WriteBytes(folder / "map", "<code_set_name> ISO-8859-1\nCHARMAP\nEND CHARMAP\n");
   WriteBytes(folder / "source", "LC_CTYPE\nEND LC_CTYPE\n");
   const std::string path = folder / "";
@@ -26,7 +27,7 @@ void MakeLatin1Locale(const TempFolder& folder) {
                          "latin1 >/dev/null 2>&1")
                             .c_str()),
             -1);
-  setenv("LOCPATH", path.c_str(), 1);
+  return path;
 }
 
 /// Sets the locale of this thread while it lives.
@@ -58,7 +59,7 @@ std::string InSystemsCodePage(const Wide& text) {
 
 TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
   const TempFolder folder;
-  MakeLatin1Locale(folder);
+  const Variable path("LOCPATH", MakeLatin1Locale(folder).c_str());
   WriteBytes(folder / "é☃.xml", "x");
   const struct {
     const char* locale;
@@ -78,7 +79,6 @@ TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
                 "ASAN_OPTIONS=detect_leaks=0 LC_ALL=" + std::string(c.locale) + ' ');
     EXPECT_THAT(dryRun.bytes, HasSubstr(end));
   }
-  unsetenv("LOCPATH");
 }
 
 }  // namespace vosmere::test::locale

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "tests/support/order.h"
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "vosmere/platform/internal/shell.h"
 #include "vosmere/platform/registry.h"
@@ -94,7 +95,7 @@ TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
                {"\"Z:\\\\fav\"", "dosdevices/z:\\fav"},
                {"\"\\\\\\\\server\\\\fav\"", ""},
                {"-", ""}};
-  setenv("WINEPREFIX", prefix.c_str(), 1);
+  const Variable variable("WINEPREFIX", prefix.c_str());
   for (const auto& c : cases) {
     WriteBytes(prefix / "user.reg",
                "WINE REGISTRY Version 2\n[Volatile Environment] 1\n"
@@ -103,7 +104,6 @@ TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
     EXPECT_EQ(std::filesystem::path(Folder()).lexically_normal(),
               *c.folder ? folder / "caf\\uDCE9" / c.folder : "(none)");
   }
-  unsetenv("WINEPREFIX");
 }
 
 /// A profile's file with the bytes "a", 0, "b" in its `Sub\Key`.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "tests/support/document.h"
+#include "tests/support/loopback_server.h"
 #include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "tests/support/tool.h"
@@ -74,13 +75,23 @@ TEST(ToolPosix, AFullDiskIsTold) {
   }
 }
 
+TEST(ToolPosix, AReplyDoesNotSteerTheTerminal) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", "1234");
+  LoopbackServer server({ReplyOk("a\x1B[31m\r\nb\tc\u009B")});
+  const Outcome seen = RunTool("post " + server.host() + " / " + (folder / "in").string(),
+                               "sh -c 'script -qec \"$*\" /dev/null' sh ");
+  EXPECT_THAT(seen.out, testing::AllOf(HasSubstr("[" + std::string(40, '#') + "] 100% of 0.0 MB"),
+                                       HasSubstr("\na\\u001B[31m\nb\tc\\u009B\n")));
+}
+
 TEST(ToolPosix, ADocumentThatComesOnlyOnceIsReadButNotWithoutEnd) {
   const TempFolder folder;
   WriteBytes(folder / "in", kDocument);
   const std::string piped = "cat " + Quoted(folder / "in") + " | ";
   for (const char* const file : {"-", "/dev/stdin"})
     EXPECT_THAT(RunTool(std::string("check ") + file, piped).out, HasSubstr(": fine"));
-  EXPECT_EQ(RunTool("check /dev/zero").exitCode, 2);
+  EXPECT_EQ(RunTool("check /dev/zero", "ulimit -d 16000; ").exitCode, 1);
   EXPECT_EQ(RunTool("check - </").exitCode, 2);
 }
 
