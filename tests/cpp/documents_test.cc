@@ -276,6 +276,13 @@ TEST(Documents, WhatCannotBeSavedLeavesTheFile) {
   EXPECT_EQ(Save("", taken).error().reason, "no file was named");
   EXPECT_EQ(Save(files / "none" / "f", taken).error().fault, DocumentFault::kCannotOpen);
   EXPECT_TRUE(Save(files / "empty", FtpSiteList()));
+  SaveOptions options;
+  options.expected = *MarkOf(files / "f");
+  Tree theirs = NewTree("root");
+  Add<CFolderNode>(theirs, "new");
+  ASSERT_TRUE(Save(files / "f", theirs));
+  EXPECT_EQ(Save(files / "f", taken, options).error().reason,
+            "was changed since it was loaded (items now: 1, items to be saved: 0)");
 }
 
 TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {

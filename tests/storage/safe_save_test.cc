@@ -13,7 +13,7 @@
 namespace vosmere::test {
 namespace {
 
-const std::string kOld = "the old document", kNew(3'000, 'n');
+const std::string kOld = "the old document", kNew(300, 'n');
 
 class SafeSaveFile : public testing::Test {
  protected:
@@ -123,6 +123,34 @@ TEST_F(SafeSaveFile, OfManyWhoSaveAtOnceNoneIsLostWithoutAWord) {
   EXPECT_EQ(Document(), std::to_string(saves));
   EXPECT_TRUE(Save("the next"));
   EXPECT_EQ(Files(folder / "docs"), 1);
+}
+
+/// A file system without locks, which says so with this error.
+class NoLocks : public FastDisk {
+ public:
+  explicit NoLocks(ULONG error) : error_(error) {}
+  ULONG Before(const DiskCall& call, std::size_t* most) override {
+    return call.kind == DiskCall::kLock ? error_ : FastDisk::Before(call, most);
+  }
+
+ private:
+  const ULONG error_;
+};
+
+TEST_F(SafeSaveFile, GoesOnWithoutALockOnlyWhereTheFileSystemHasNone) {
+  int without = 0;
+  for (ULONG code = 1; code < 150; ++code) {
+    if (code == 4) continue;  // interrupted: asked again for ever
+    WriteBytes(folder / "docs" / "list.opml", kOld);
+    const NoLocks disk(code);
+    without += HasNoLocks(code);
+    ASSERT_EQ(Save(kNew), HasNoLocks(code)) << code << error.reason;
+    ASSERT_EQ(Document(), HasNoLocks(code) ? kNew : kOld) << code;
+    std::filesystem::remove(folder / "docs" / "list.opml");
+    ASSERT_EQ(Save(kNew), HasNoLocks(code)) << code << error.reason;
+    ASSERT_EQ(Files(folder / "docs"), HasNoLocks(code)) << code;
+  }
+  EXPECT_GE(without, 2);
 }
 
 TEST_F(SafeSaveFile, RefusesWhatIsNoFileToWrite) {

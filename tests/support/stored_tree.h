@@ -1,6 +1,7 @@
 // Trees with a value in every field that change at random, and a whole tree as text.
 #pragma once
 
+#include <algorithm>
 #include <random>
 #include <sstream>
 #include <string>
@@ -21,8 +22,8 @@ inline std::string Quoted(const WChar* text) {
 inline void DumpPage(const CUrlNode& page, std::ostream& out) {
   out << " url " << Quoted(page.GetUrl()) << Quoted(page.GetAuthor())
       << Quoted(page.GetRelationUrl()) << page.GetItemType();
-  const CUrlProp* const prop = page.GetUrlProp();
-  if (!prop) return;
+  static const CUrlProp kNothing;
+  const CUrlProp* const prop = page.GetUrlProp() ? page.GetUrlProp() : &kNothing;
   const RNode* const ref = prop->GetRefColctRNode();
   out << " prop " << prop->GetFileType() << Quoted(prop->GetFileExtension())
       << prop->DoNeedSaveKeyWords() << (ref ? Quoted(ref->item->GetUUID()) : "");
@@ -177,7 +178,7 @@ class RandomChanges {
     if (link->type != NT_FOLDER) SetFields(static_cast<CUrlNode&>(item), links);
     if (link->type == NT_COLCT) SetFields(static_cast<CColctNode&>(item));
   }
-  void SetFields(CUrlNode& page, const std::vector<RNode*>&) {
+  void SetFields(CUrlNode& page, const std::vector<RNode*>& links) {
     page.SetUrl(TextOrNull());
     page.SetAuthor(TextOrNull());
     page.SetRelationUrl(TextOrNull());
@@ -187,6 +188,9 @@ class RandomChanges {
     prop.SetFileType(static_cast<tagVSMITEMFILETYPE>(Number(7)));
     prop.SetFileExtension(TextOrNull());
     prop.SetNeedSaveKeyWords(Flip());
+    const auto target = std::find_if(links.begin() + Number(links.size()), links.end(),
+                                     [](RNode* link) { return link->type == NT_COLCT; });
+    prop.SetRefColctRNode(target == links.end() ? nullptr : *target);
     CUrlProp::DeleteTagsList(prop.DetachTagsHead());
     std::vector<WChar> tags = {'a', ' ', 'b', 0};
     if (Flip()) prop.SetTagsList(CUrlProp::GenerateRBstrItemList(tags.data()));

@@ -203,6 +203,39 @@ Result<Kind> Load(std::istream& stream, Losses* leftOut = nullptr) {
   return error;
 }
 
+namespace detail {
+
+/// How many items a tree or a list has; nullopt for other documents.
+template <class Kind>
+std::optional<std::size_t> CountItems(const Kind& value) {
+  const auto count = [](const auto& items) {
+    std::size_t number = 0;
+    for ([[maybe_unused]] auto& item : items) ++number;
+    return number;
+  };
+  if constexpr (std::same_as<Kind, Tree> || std::same_as<Kind, Collection>)
+    return count(Items(value));
+  else if constexpr (std::derived_from<Document<Kind>, ListDocument>)
+    return count(Each(value));
+  else
+    return {};
+}
+
+/// The error for a file that was changed since it was loaded, with the number of items that would
+/// be replaced, and the number that would replace them.
+template <class Kind>
+Error ChangedError(const FilePath& path, const DocumentError& record, const Kind& value) {
+  Error error(path.name(), record);
+  const Result<Kind> now = Load<Kind>(path);
+  if (!now || !CountItems(value)) return error;
+  error.reason =
+      "was changed since it was loaded (items now: " + std::to_string(*CountItems(*now)) +
+      ", items to be saved: " + std::to_string(*CountItems(value)) + ")";
+  return error;
+}
+
+}  // namespace detail
+
 /// The result of a successful save.
 struct Saved {
   Losses losses;  ///< what loading the document will not restore
@@ -233,8 +266,9 @@ Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& o
   const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
   DocumentError error;
   const FileMark* const expected = options.expected ? &*options.expected : nullptr;
-  if (!SafeSave(path.get(), &piece, 1, expected, nullptr, &error)) return Error(path.name(), error);
-  return saved;
+  if (SafeSave(path.get(), &piece, 1, expected, nullptr, &error)) return saved;
+  return error.fault == DocumentFault::kChanged ? detail::ChangedError(path, error, value)
+                                                : Error(path.name(), error);
 }
 
 /// Saves to memory. Otherwise the same as Save.

@@ -87,7 +87,9 @@ bool DiskFile::CreateNew(const WChar* path, bool isPrivate) {
 
 bool DiskFile::TryLock() {
   bool locked = false;
-  return Keep(disk_calls::TryLock(handle_, &locked)) && locked;
+  return Keep(Change({DiskCall::kLock, path_.c_str()},
+                     [&] { return disk_calls::TryLock(handle_, &locked); })) &&
+         locked;
 }
 
 bool DiskFile::IsAt(const WChar* path) {

@@ -36,6 +36,25 @@ TEST(SafeSaveOnLinux, KeepsLinksAndRights) {
   EXPECT_FALSE(Save(folder / "dangling", "new"));
 }
 
+TEST(SafeSaveOnLinux, ReplacesAFileThatMayBeWrittenAndNotRead) {
+  const TempFolder folder;
+  const std::filesystem::path path = folder / "file";
+  WriteBytes(path, "old");
+  chmod(path.c_str(), 0200);
+  const bool isRoot = geteuid() == 0;  // who may read everything
+  constexpr uid_t kNobody = 65534;
+  ASSERT_TRUE(!isRoot || (chown(path.c_str(), kNobody, getegid()) == 0 &&
+                          chmod(path.parent_path().c_str(), 0777) == 0 && seteuid(kNobody) == 0));
+  DocumentError error;
+  const bool saved = Save(path, "new", &error);
+  ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+  EXPECT_TRUE(saved) << error.reason;
+  struct stat status;
+  ASSERT_TRUE(stat(path.c_str(), &status) == 0 && (status.st_mode & 07777) == 0200);
+  chmod(path.c_str(), 0600);
+  EXPECT_EQ(ReadBytes(path), "new");
+}
+
 TEST(SafeSaveOnLinux, ADiskThatTakesNoMoreKeepsTheOldFile) {
   const TempFolder folder;
   WriteBytes(folder / "file", "old");

@@ -17,7 +17,7 @@ namespace vosmere {
 
 using PathText = std::basic_string<WChar>;
 
-/// A call that changes the disk, as tests see it.
+/// A call that changes the disk, or takes a lock, as tests see it.
 struct DiskCall {
   enum Kind {
     kCreate,  ///< a new, empty file
@@ -30,6 +30,7 @@ struct DiskCall {
     kRemove,
     kMakeFolder,
     kFlushFolder,
+    kLock,
   };
   Kind kind;
   const WChar* path;
@@ -64,8 +65,8 @@ class DiskFile {
   bool OpenToRead(const WChar* path);
   /// The same, also for writing at its end.
   bool OpenToUpdate(const WChar* path);
-  /// The same, for locking a file while it is replaced. Fails if the file cannot be written; on
-  /// Windows, replacing it fails instead.
+  /// The same, for locking a file while it is replaced; the file need not be readable. Fails if it
+  /// cannot be written; on Windows, replacing it fails instead.
   bool OpenToHold(const WChar* path);
   /// Creates a file for reading and writing; fails if it exists. If it is private, only this user
   /// can read it; on Windows this makes no difference.
@@ -130,6 +131,8 @@ ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind);
 // For the error numbers of this system.
 bool IsNotThere(ULONG error);
 bool IsAlreadyThere(ULONG error);
+/// Whether TryLock failed because the file system has no locks.
+bool HasNoLocks(ULONG error);
 /// The message in UTF-8, without a full stop.
 std::string SystemMessage(ULONG error);
 

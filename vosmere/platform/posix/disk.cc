@@ -55,7 +55,9 @@ ULONG TakeOverAccessList(int from, int to) {
 namespace disk_calls {
 
 ULONG Open(const WChar* path, Opening opening, Handle* handle) {
-  int flags = opening == Opening::kToRead ? O_RDONLY : O_RDWR;
+  int flags = opening == Opening::kToRead   ? O_RDONLY
+              : opening == Opening::kToHold ? O_WRONLY
+                                            : O_RDWR;
   if (opening == Opening::kNew || opening == Opening::kNewPrivate) flags |= O_CREAT | O_EXCL;
   const mode_t mode = opening == Opening::kNewPrivate ? 0600 : 0666;
   int file = -1;
@@ -241,6 +243,10 @@ bool IsNotThere(ULONG error) {
 
 bool IsAlreadyThere(ULONG error) {
   return error == EEXIST;
+}
+
+bool HasNoLocks(ULONG error) {
+  return error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS;
 }
 
 std::string SystemMessage(ULONG error) {

@@ -247,6 +247,10 @@ bool IsAlreadyThere(ULONG error) {
   return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
 }
 
+bool HasNoLocks(ULONG error) {
+  return error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_FUNCTION;
+}
+
 std::string SystemMessage(ULONG error) {
   std::string text = std::system_category().message(static_cast<int>(error));
   while (!text.empty() && (text.back() == '.' || text.back() == '\r' || text.back() == '\n'))

@@ -9,6 +9,7 @@
 
 #include "vosmere/storage/internal/item_fields.h"
 #include "vosmere/storage/internal/number_map.h"
+#include "vosmere/storage/internal/references.h"
 #include "vosmere/tree/tree_link.h"
 
 namespace vosmere {
@@ -27,6 +28,10 @@ struct Change {
 /// The files describe links one by one: number, number of the parent, what it is, fields. A link
 /// comes after its parent and as the last of it; the local tree of a collection comes right after
 /// the collection.
+///
+/// A page that refers to a link loses the reference when that is removed, and has it again when the
+/// link comes back. So the description of what is removed ends with the references to it, if there
+/// are any: a 0, then the numbers of each page and of what it refers to.
 class StoredTree : private LinkLookup {
  public:
   StoredTree() = default;
@@ -128,6 +133,10 @@ class StoredTree : private LinkLookup {
   bool Attach(RNode* link, std::uint64_t number, RNode* parent, bool isLocal);
   void Learn(RNode* link, std::uint64_t number);
   void Forget(std::uint64_t number);
+  void LearnReference(RNode* link);
+  std::vector<RNode*> PagesThatReferInto(RNode* top);
+  void LoseReferences(const std::vector<RNode*>& pages);
+  bool ReadReferences(ByteReader& reader);
   RNode* OwnerOf(RNode* link);
   bool IsWithin(RNode* link, RNode* top);
 
@@ -145,7 +154,8 @@ class StoredTree : private LinkLookup {
   bool hasNumbers_ = true;
   NumberMap owners_;  // root of a local tree to the link of its collection
   std::uint64_t next_ = 1;
-  std::vector<std::pair<RNode*, std::uint64_t>> references_;
+  References references_;
+  std::vector<std::pair<RNode*, std::uint64_t>> unresolved_;  // pages that were read, and targets
 };
 
 }  // namespace vosmere
