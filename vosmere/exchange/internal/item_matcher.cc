@@ -4,7 +4,7 @@
 
 namespace vosmere {
 
-std::size_t TextNumbers::Hash::operator()(std::string_view text) const {
+static std::uint64_t HashOf(std::string_view text) {
   const std::uint64_t* const secret = HashSecret();
   std::uint64_t hash = secret[0] ^ text.size();
   for (; !text.empty(); text.remove_prefix(text.size() < 8 ? text.size() : 8)) {
@@ -12,13 +12,34 @@ std::size_t TextNumbers::Hash::operator()(std::string_view text) const {
     std::memcpy(&word, text.data(), text.size() < 8 ? text.size() : 8);
     hash = MultiplyAndFold(hash ^ word, secret[1]);
   }
-  return static_cast<std::size_t>(hash);
+  return hash;
+}
+
+std::uint32_t& TextNumbers::SlotFor(std::string_view text, std::uint64_t hash) {
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+    if (slots_[at] == 0) return slots_[at];
+    const Entry& entry = entries_[slots_[at] - 1];
+    if (entry.hash == hash && entry.text == text) return slots_[at];
+  }
+}
+
+void TextNumbers::Grow() {
+  std::vector<std::uint32_t>(slots_.empty() ? 16 : slots_.size() * 2).swap(slots_);
+  for (std::uint32_t i = 0; i < entries_.size(); ++i)
+    SlotFor(entries_[i].text, entries_[i].hash) = i + 1;
 }
 
 std::uint32_t TextNumbers::NumberOf(std::string_view text) {
   if (text.empty()) return 0;
-  const auto next = static_cast<std::uint32_t>(numbers_.size() + 1);
-  return numbers_.try_emplace(text, next).first->second;
+  if (entries_.size() * 2 >= slots_.size()) Grow();
+  const std::uint64_t hash = HashOf(text);
+  std::uint32_t& number = SlotFor(text, hash);
+  if (number == 0) {
+    entries_.push_back({text, hash});
+    number = static_cast<std::uint32_t>(entries_.size());
+  }
+  return number;
 }
 
 std::size_t ItemMatcher::KeyHash::operator()(const Key& key) const {

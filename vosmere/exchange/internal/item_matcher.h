@@ -12,16 +12,21 @@
 
 namespace vosmere {
 
-/// The same number for the same text, 0 for the empty one.
+/// The same number for the same text, counted from 1; 0 for the empty one. Texts must stay valid.
 class TextNumbers {
  public:
   std::uint32_t NumberOf(std::string_view text);
 
  private:
-  struct Hash {
-    std::size_t operator()(std::string_view text) const;
+  struct Entry {
+    std::string_view text;
+    std::uint64_t hash;
   };
-  std::unordered_map<std::string_view, std::uint32_t, Hash> numbers_;
+  std::uint32_t& SlotFor(std::string_view text, std::uint64_t hash);
+  void Grow();
+
+  std::vector<Entry> entries_;
+  std::vector<std::uint32_t> slots_;  // numbers by their hashes, a power of two of them; 0 is free
 };
 
 class ItemMatcher {
