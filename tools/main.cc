@@ -8,9 +8,11 @@
 #include "tools/check.h"
 #include "tools/contents.h"
 #include "tools/date.h"
+#include "tools/diff.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/favorites.h"
+#include "tools/merge.h"
 #include "tools/note.h"
 #include "tools/output.h"
 #include "tools/platform.h"
@@ -93,6 +95,19 @@ CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
   return date;
 }
 
+CLI::App* AddDiff(CLI::App& app, std::string& a, std::string& b, bool& asJson) {
+  CLI::App* const diff = app.add_subcommand("diff", "Print what differs between two documents");
+  diff->footer(
+      "Exit codes: 0 they are equal; 1 they differ; 2 wrong usage, or a file cannot be loaded.\n"
+      "Items are the same by identity, by address, or by name in the same folder. Lines are "
+      "colored "
+      "on a terminal, unless NO_COLOR is set.");
+  diff->add_option("A", a)->required();
+  diff->add_option("B", b)->required();
+  diff->add_flag("--json", asJson, "Print a JSON array with an object for each item that differs");
+  return diff;
+}
+
 CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
   CLI::App* const favorites = app.add_subcommand(
       "favorites", "Print or export a Favorites folder in the order of its menu");
@@ -124,6 +139,29 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
       ->type_name("FILE")
       ->excludes(opml, rss);
   return favorites;
+}
+
+CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
+  CLI::App* const merge = app.add_subcommand(
+      "merge", "Make one tree or collection of two that have been changed independently");
+  merge->footer(std::string(kExitCodes) +
+                "\nConflicts are settled for the newer item, else for OURS, and listed on the "
+                "standard error; they do not count.");
+  merge->add_option("OURS", options.ours)->required();
+  merge->add_option("THEIRS", options.theirs)->required();
+  merge
+      ->add_option("--base", options.base,
+                   "What both have started from; without it nothing counts as removed")
+      ->type_name("FILE");
+  CLI::Option* const out =
+      merge->add_option("-o,--output", options.out, "Where the result goes; may be OURS")
+          ->type_name("FILE");
+  merge->add_flag("--dry-run", options.dryRun, "Print what would change in OURS, write nothing")
+      ->excludes(out);
+  merge->parse_complete_callback([&options] {
+    if (!options.dryRun && options.out.empty()) throw CLI::RequiredError("--output");
+  });
+  return merge;
 }
 
 CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
@@ -239,6 +277,13 @@ int Main(const Arguments& arguments) {
       exitCode =
           std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
   });
+
+  AddDiff(app, in, out, asJson)->callback([&] {
+    exitCode = Run([&] { return Diff(in, out, asJson); });
+  });
+
+  MergeOptions merge;
+  AddMerge(app, merge)->callback([&] { exitCode = Run([&] { return Merge(merge); }); });
 
   FavoritesOptions favorites;
   AddFavorites(app, favorites)->callback([&] {
