@@ -5,12 +5,14 @@
 #include <iostream>
 #include <system_error>
 
+#include "tools/bookmarks.h"
 #include "tools/check.h"
 #include "tools/contents.h"
 #include "tools/date.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/favorites.h"
+#include "tools/import.h"
 #include "tools/note.h"
 #include "tools/output.h"
 #include "tools/platform.h"
@@ -38,7 +40,8 @@ int Show(const std::string& file, bool asJson) {
 int Copy(const std::string& in, const std::string& out) {
   Losses losses(kPlacesShown);
   const AnyDocument document = LoadDocument(in, &losses);
-  const SavedBytes saved = SaveDocument(document, in, kPlacesShown);
+  const SavedBytes saved =
+      IsBookmarkName(out) ? BookmarksOf(document, in) : SaveDocument(document, in, kPlacesShown);
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
   losses.Add(saved.losses);
   PrintWarnings(std::cerr, InputName(in), losses);
@@ -121,6 +124,20 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
   return favorites;
 }
 
+CLI::App* AddImport(CLI::App& app, ImportOptions& options) {
+  CLI::App* const import = app.add_subcommand(
+      "import", "Read a list, feed or bookmark file of another program, and say what was repaired");
+  import->footer(std::string("OPML and bookmark files become a tree, RSS a collection. The name of "
+                             "OUT says what is written:\n.html a bookmark file, .rss or .xml a "
+                             "collection, .opml a tree with its pages.\n") +
+                 kExitCodes);
+  import->add_option("FILE", options.file)->required();
+  import->add_option("-o,--output", options.output, "Replaced as a whole, or not at all")
+      ->type_name("OUT")
+      ->required();
+  return import;
+}
+
 CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
   CLI::App* const note = app.add_subcommand("note", "Export an item of a document as a page");
   note->footer(kExitCodes);
@@ -181,7 +198,10 @@ CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
              "copy", "Load a document and save it, so that the copy loads again whatever is in it")
           ->footer(kExitCodes);
   copy->add_option("IN", in)->required();
-  copy->add_option("OUT", out, "Replaced by a whole copy, or not at all; may be IN")->required();
+  copy->add_option("OUT", out,
+                   "Replaced by a whole copy, or not at all; may be IN. With the ending .html, "
+                   "bookmarks that browsers import")
+      ->required();
   return copy;
 }
 
@@ -236,6 +256,9 @@ int Main(const Arguments& arguments) {
   AddFavorites(app, favorites)->callback([&] {
     exitCode = Run([&] { return Favorites(favorites); });
   });
+
+  ImportOptions import;
+  AddImport(app, import)->callback([&] { exitCode = Run([&] { return ImportFile(import); }); });
 
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });

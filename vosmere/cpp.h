@@ -11,6 +11,7 @@
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
 //   documents.h  loading and saving, with a report of losses
+//   import.h   lists, feeds and bookmark files of other programs, repaired
 //   store.h    a tree on disk with a log of changes, with undo
 //   dates.h    the dates of feeds and the times of items
 //   jobs.h     functions that run at a given time, or periodically
@@ -25,6 +26,7 @@
 #include "vosmere/cpp/documents.h"
 #include "vosmere/cpp/favorites.h"
 #include "vosmere/cpp/files.h"
+#include "vosmere/cpp/import.h"
 #include "vosmere/cpp/jobs.h"
 #include "vosmere/cpp/lists.h"
 #include "vosmere/cpp/losses.h"
