@@ -55,10 +55,7 @@ void Write(CWriteXML&& writer, const std::string& out) {
 
 /// Writes the tree as a collection whose items keep their order.
 void WriteRss(Tree tree, const std::string& out) {
-  Collection colct = NewCollection(NameOf(tree.get()));
-  DeleteTree(colct->GetLocRNodeRoot());  // the empty one that NewCollection has made
-  colct->SetLocRNodeRoot(tree.release());
-  colct->GetColctNetData()->SetOrdered(true);
+  const Collection colct = CollectionOf(std::move(tree));
   const Result<SavedBytes> saved = SaveToBytes(colct);
   if (!saved) throw FailureOf(OutputName(out), saved.error());
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved->bytes); });
@@ -79,7 +76,7 @@ int Favorites(const FavoritesOptions& options) {
   if (!tree) throw FileFailure(kTrouble, name, "the folder cannot be read");
 
   if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
-  if (!options.html.empty()) Write(BookmarkHtml(tree.get()), options.html);
+  if (!options.html.empty()) Write(CWriteBookmarks(tree.get()), options.html);
   if (options.opml.empty() && options.html.empty() && options.rss.empty()) Show(tree.get(), report);
   if (!options.rss.empty()) WriteRss(std::move(tree), options.rss);
   PrintWarnings(name, report);

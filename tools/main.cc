@@ -5,6 +5,7 @@
 #include <iostream>
 #include <system_error>
 
+#include "tools/bookmarks.h"
 #include "tools/check.h"
 #include "tools/contents.h"
 #include "tools/date.h"
@@ -12,6 +13,7 @@
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/favorites.h"
+#include "tools/import.h"
 #include "tools/merge.h"
 #include "tools/note.h"
 #include "tools/output.h"
@@ -40,7 +42,8 @@ int Show(const std::string& file, bool asJson) {
 int Copy(const std::string& in, const std::string& out) {
   Losses losses(kPlacesShown);
   const AnyDocument document = LoadDocument(in, &losses);
-  const SavedBytes saved = SaveDocument(document, in, kPlacesShown);
+  const SavedBytes saved =
+      IsBookmarkName(out) ? BookmarksOf(document, in) : SaveDocument(document, in, kPlacesShown);
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
   losses.Add(saved.losses);
   PrintWarnings(std::cerr, InputName(in), losses);
@@ -164,6 +167,20 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
   return merge;
 }
 
+CLI::App* AddImport(CLI::App& app, ImportOptions& options) {
+  CLI::App* const import = app.add_subcommand(
+      "import", "Read a list, feed or bookmark file of another program, and say what was repaired");
+  import->footer(std::string("OPML and bookmark files become a tree, RSS a collection. The name of "
+                             "OUT says what is written:\n.html a bookmark file, .rss or .xml a "
+                             "collection, .opml a tree with its pages.\n") +
+                 kExitCodes);
+  import->add_option("FILE", options.file)->required();
+  import->add_option("-o,--output", options.output, "Replaced as a whole, or not at all")
+      ->type_name("OUT")
+      ->required();
+  return import;
+}
+
 CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
   CLI::App* const note = app.add_subcommand("note", "Export an item of a document as an HTML page");
   note->footer(kExitCodes);
@@ -225,7 +242,9 @@ CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
       app.add_subcommand("copy", "Load a document and save it as a new file that is sure to load")
           ->footer(kExitCodes);
   copy->add_option("IN", in, "Document or folder of a store")->required();
-  copy->add_option("OUT", out, "File to write: replaced as a whole or left unchanged; can be IN")
+  copy->add_option("OUT", out,
+                   "File to write: replaced as a whole or left unchanged; can be IN. With the "
+                   "ending .html, bookmarks that browsers import")
       ->required();
   return copy;
 }
@@ -289,6 +308,9 @@ int Main(const Arguments& arguments) {
   AddFavorites(app, favorites)->callback([&] {
     exitCode = Run([&] { return Favorites(favorites); });
   });
+
+  ImportOptions import;
+  AddImport(app, import)->callback([&] { exitCode = Run([&] { return ImportFile(import); }); });
 
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });

@@ -13,6 +13,7 @@
 //   documents.h  loading and saving, with a report of losses
 //   files.h    file paths, replacing files
 //   favorites.h  the Favorites folder of a Windows user
+//   import.h   lists, feeds and bookmark files of other programs, repaired
 //   diff.h     what differs between two trees
 //   merge.h    one tree of two that have been changed independently
 //   store.h    a tree on disk with a log of changes, with undo
@@ -30,6 +31,7 @@
 #include "vosmere/cpp/documents.h"
 #include "vosmere/cpp/favorites.h"
 #include "vosmere/cpp/files.h"
+#include "vosmere/cpp/import.h"
 #include "vosmere/cpp/jobs.h"
 #include "vosmere/cpp/lists.h"
 #include "vosmere/cpp/losses.h"

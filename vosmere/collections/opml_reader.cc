@@ -44,6 +44,15 @@ constexpr Field<CColctNode> kColctFields[] = {
     {"pubDate", Ignored},
 };
 
+constexpr Field<CUrlNode> kPageFields[] = {
+    {"type", Implied},
+    {"text", Text<&CUrlNode::SetName>},
+    {"title", Text<&CUrlNode::SetName>},
+    {"description", Text<&CUrlNode::SetDescription>},
+    {"url", Text<&CUrlNode::SetUrl>},
+    {"htmlUrl", Text<&CUrlNode::SetRelationUrl>},
+};
+
 constexpr Field<CColctNetData> kViewFields[] = {
     {"expand", WhenTrue<&CColctNetData::SetColctExpandState>},
 };
@@ -164,6 +173,8 @@ void CParseOPML::ProcessOutline(XmlNode node) {
     report_->Lose(LossKind::kChanged, "outlines inside a collection are moved out of it");
   if (IsRssFeed(node))
     ProcessRssFeed(node);
+  else if (readsPages_ && IsPage(node))
+    ProcessPage(node);
   else
     ProcessFolder(node);
   if (report_) SayOutline(node, outlines_.back()->type, *report_);
@@ -208,6 +219,24 @@ void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WCha
     ApplyField(kColctFields, *colct, report_, name, value);
   else
     Trace("Zero length Value of %s\n", name.data);
+}
+
+bool CParseOPML::IsPage(const XmlNode& node) const {
+  bool isLink = false, hasUrl = false;
+  ForEachAttribute(node, [&](WideView name, const WChar* value) {
+    if (IsNamed(name, "type")) isLink = IsNamed(WideView(value), "link");
+    if (IsNamed(name, "url")) hasUrl = *value;
+  });
+  return isLink && hasUrl;
+}
+
+void CParseOPML::ProcessPage(const XmlNode& node) {
+  CUrlNode* const page = CUrlNode::New();
+  RNode* const link = NewLink(page, NT_URL, currentFolder_);
+  ForEachAttribute(Element(node, report_), [=, this](WideView name, const WChar* value) {
+    if (*value) ApplyField(kPageFields, *page, report_, name, value);
+  });
+  outlines_.push_back(link);
 }
 
 // Extension elements. They refer to the innermost open outline.

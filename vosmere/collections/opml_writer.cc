@@ -74,6 +74,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
         LoseOf(link);
         if (link->type == NT_FOLDER) BeginFolder(Folder(link));
         if (link->type == NT_COLCT) FillColctNodeToBuffer(Colct(link));
+        if (link->type == NT_URL && writesPages_) FillPage(static_cast<CUrlNode*>(link->item));
         return link->type == NT_FOLDER;
       },
       [this](RNode* link) {
@@ -92,6 +93,8 @@ void CWriteColctTreeOPML::LoseOf(const RNode* link) {
     LoseOfColct(held, *static_cast<const CColctNode*>(link->item));
   else if (link->type == NT_FOLDER)
     LoseAllBut(link->parent ? held | kDescription : held, item);
+  else if (link->type == NT_URL && writesPages_)
+    LoseAllBut(held | kDescription | kTimes | kMarks, static_cast<const CUrlNode&>(item));
   else
     return LoseWhole(item, "a page is left out");
   LoseIf(link->type == NT_COLCT && link->firstChild, "links below a collection are left out");
@@ -127,6 +130,19 @@ void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
   FillNodeStat(colct->GetNodeStat());
   FillNodeUUID(colct);
   FillNetData(colct->GetColctNetData());
+  EndOutline();
+}
+
+void CWriteColctTreeOPML::FillPage(CUrlNode* page) {
+  Nest(kAroundOutlines);
+  Deepen(kAroundOutlines + 1);
+  Put("<outline text=\"");
+  PutNameAndDescription(page);
+  Put("\" type=\"link\" url=\"");
+  PutRawAttribute(WideView(page->GetUrl()));
+  Put("\">");
+  FillNodeStat(page->GetNodeStat());
+  FillNodeUUID(page);
   EndOutline();
 }
 

@@ -39,6 +39,8 @@ struct SaveOptions {
   /// stay valid during the call.
   const WChar* base = nullptr;
   const WChar* library = nullptr;
+  /// For a Tree: writes pages, too, as outlines that Import reads and Load takes for folders.
+  bool pages = false;
   /// For a Collection: leaves out the items that are checked in and have a base build.
   bool onlyUnchecked = false;
   /// How many places are recorded for each loss.
@@ -78,6 +80,7 @@ struct Document<Tree> : SingleDocument {
   struct Writer : CWriteColctTreeOPML {
     Writer(const Tree& tree, const SaveOptions& options) {
       SetTreeRoot(tree.get());
+      SetWritePages(options.pages);
       SetBasePathAndLibrary(options.base, options.library);
     }
   };

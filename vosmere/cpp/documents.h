@@ -168,6 +168,34 @@ class DocumentWriter : public Document<Kind>::Writer {
   }
 };
 
+/// Saves what a writer makes to a file. Returns an error or nullopt.
+inline std::optional<Error> SaveWritten(const FilePath& path, CWriteXML& writer,
+                                        const std::optional<FileMark>& expected = {}) {
+  std::error_code code;
+  if (std::filesystem::is_other(path.native(), code)) {
+    if (writer.SaveToFile(path.get())) return {};
+    return Error(path.name(), writer.LastError());
+  }
+  ConvertedText bytes;
+  int length = 0;
+  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error(path.name(), writer.LastError());
+  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
+  DocumentError error;
+  const FileMark* const mark = expected ? &*expected : nullptr;
+  if (SafeSave(path.get(), &piece, 1, mark, nullptr, &error)) return {};
+  return Error(path.name(), error);
+}
+
+/// Appends what a writer makes to `bytes`. Returns an error or nullopt.
+inline std::optional<Error> AppendWritten(CWriteXML& writer, std::string& bytes) {
+  const auto take = [](void* to, const char* piece, std::size_t length) {
+    auto& all = *static_cast<std::string*>(to);
+    piece ? static_cast<void>(all.append(piece, length)) : all.reserve(length);
+  };
+  if (writer.HandOut(take, &bytes)) return {};
+  return Error({}, writer.LastError());
+}
+
 }  // namespace detail
 
 /// Any of the kinds, or AnyDocument.
@@ -221,11 +249,10 @@ std::optional<std::size_t> CountItems(const Kind& value) {
     return {};
 }
 
-/// The error for a file that was changed since it was loaded, with the number of items that would
-/// be replaced, and the number that would replace them.
+/// The error about a file that was changed since it was loaded, with the number of items in it and
+/// the number that would replace them.
 template <class Kind>
-Error ChangedError(const FilePath& path, const DocumentError& record, const Kind& value) {
-  Error error(path.name(), record);
+Error WithCounts(Error error, const FilePath& path, const Kind& value) {
   const Result<Kind> now = Load<Kind>(path);
   if (!now || !CountItems(value)) return error;
   error.reason =
@@ -255,20 +282,11 @@ Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& o
     return Error(path.name(), "there is nothing to save");
   Saved saved{Losses(options.places)};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  std::error_code code;
-  if (std::filesystem::is_other(path.native(), code)) {
-    if (!writer.SaveToFile(path.get())) return Error(path.name(), writer.LastError());
-    return saved;
-  }
-  ConvertedText bytes;
-  int length = 0;
-  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error(path.name(), writer.LastError());
-  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
-  DocumentError error;
-  const FileMark* const expected = options.expected ? &*options.expected : nullptr;
-  if (SafeSave(path.get(), &piece, 1, expected, nullptr, &error)) return saved;
-  return error.fault == DocumentFault::kChanged ? detail::ChangedError(path, error, value)
-                                                : Error(path.name(), error);
+  if (std::optional<Error> error = detail::SaveWritten(path, writer, options.expected))
+    return error->fault == DocumentFault::kChanged
+               ? detail::WithCounts(*std::move(error), path, value)
+               : *std::move(error);
+  return saved;
 }
 
 /// Saves to memory. Otherwise the same as Save.
@@ -277,11 +295,8 @@ Result<SavedBytes> SaveToBytes(const Kind& value, const SaveOptions& options = {
   if (!detail::Document<Kind>::IsThere(value)) return Error({}, "there is nothing to save");
   SavedBytes saved{{Losses(options.places)}, {}};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  const auto take = [](void* to, const char* bytes, std::size_t length) {
-    auto& all = *static_cast<std::string*>(to);
-    bytes ? static_cast<void>(all.append(bytes, length)) : all.reserve(length);
-  };
-  if (!writer.HandOut(take, &saved.bytes)) return Error({}, writer.LastError());
+  if (std::optional<Error> error = detail::AppendWritten(writer, saved.bytes))
+    return *std::move(error);
   return saved;
 }
 
