@@ -59,7 +59,7 @@ class VOSMERE_API CBaseThread {
   /// The thread's entry function: runs the hooks of `object`, a CBaseThread, and returns 0. It may
   /// also be called on a thread that was created by other means, but KillThread, WaitForEnd and
   /// IsActive then do not apply to that thread.
-  static unsigned int Start(void* object);
+  static unsigned int VOSMERE_THREAD_CALL Start(void* object);
 
   /// Resumes a thread that was created suspended. Returns the previous suspend count: 1 when this
   /// call lets the thread run, 0 when it ran already, 0xFFFFFFFF when there is no thread.
