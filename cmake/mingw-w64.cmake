@@ -1,4 +1,4 @@
-# Builds for 64-bit Windows with MinGW-w64 and runs what it built under Wine.
+# Builds for 64-bit Windows with MinGW-w64, and runs the results under Wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -12,7 +12,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# One file to carry: the compiler's runtime goes into each program and library.
+# Each program and library contains the compiler's runtime, so that no other file is needed.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 

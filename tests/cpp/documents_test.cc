@@ -69,7 +69,7 @@ TEST(Documents, EveryKindComesBackWithTheBytesOfThePlainWriter) {
   }
 }
 
-// Letters in attributes and texts get company; numbers and words that readers know stay.
+// Adds characters that need escaping, except to numbers and words that readers know.
 std::string Hostile(const std::string& document) {
   const std::regex attribute(
       R"re(( (text|description|name|link|id|folderid|colctid|href)=")([a-z]))re");
@@ -202,7 +202,7 @@ TEST(Documents, WhatXmlDoesNotHaveIsLeftOut) {
     Add<CFolderNode>(tree, name);
     const Result<SavedBytes> saved = SaveToBytes(tree);
     ASSERT_TRUE(saved) << saved.error();
-    const Loss* const loss = saved->losses.Find("characters that XML does not have are left out");
+    const Loss* const loss = saved->losses.Find("characters that XML does not allow are left out");
     EXPECT_TRUE(loss && loss->kind == LossKind::kChanged && saved->losses.size() == 1);
     const Result<Tree> back = Load<Tree>(Bytes(saved->bytes));
     ASSERT_TRUE(back) << back.error();
@@ -236,7 +236,7 @@ TEST(Documents, WhatIsNoDocumentIsAnErrorThatSaysWhy) {
     EXPECT_EQ(Load<Tree>(stream).error().reason, fromFile);
     return fromFile;
   };
-  EXPECT_EQ(reason("<opml/>"), "the root element has no content");
+  EXPECT_EQ(reason("<opml/>"), "the root element is empty");
   EXPECT_EQ(reason("<rss>a</rss>"), "the root element is 'rss' instead of 'opml'");
   EXPECT_NE(reason(""), "");
   WriteBytes(files / "f", "<opml>\n <a></opml>");
@@ -246,7 +246,7 @@ TEST(Documents, WhatIsNoDocumentIsAnErrorThatSaysWhy) {
   EXPECT_EQ(error.element, "/opml/a");
   EXPECT_THAT(error.source, testing::EndsWith("f"));
   EXPECT_EQ(Load<AnyDocument>(Bytes("<a>b</a>")).error().reason,
-            "no known document has the root element 'a'");
+            "unknown kind of document: the root element is 'a'");
   const struct {
     const char *document, *element;
   } places[] = {{"<rss><channel/></rss>", "/rss"},
@@ -276,12 +276,19 @@ TEST(Documents, WhatCannotBeSavedLeavesTheFile) {
   EXPECT_EQ(Save("", taken).error().reason, "no file was named");
   EXPECT_EQ(Save(files / "none" / "f", taken).error().fault, DocumentFault::kCannotOpen);
   EXPECT_TRUE(Save(files / "empty", FtpSiteList()));
+  SaveOptions options;
+  options.expected = *MarkOf(files / "f");
+  Tree theirs = NewTree("root");
+  Add<CFolderNode>(theirs, "new");
+  ASSERT_TRUE(Save(files / "f", theirs));
+  EXPECT_EQ(Save(files / "f", taken, options).error().reason,
+            "was changed since it was loaded (items now: 1, items to be saved: 0)");
 }
 
 TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
   const struct {
     const char* document;
-    const char* losses;  // behind each place its line and column
+    const char* losses;  // each with its places, and their lines and columns
   } cases[] = {
       {"<opml x='1'>\n<body a='b'> <outline text='a'>\n\n  <é/><outline text='b' c='d'/>"
        "</outline></body></opml>",
@@ -292,7 +299,8 @@ TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
       {"<ftpsites><site><title>a</title><title>b</title><port>0x</port></site><site><host>é<b/>"
        "</host>c<!-- --><?p?></site></ftpsites>",
        "'title' is repeated, and only one of them is kept: /ftpsites/site/title[2]@1:33\n"
-       "a value that is not understood, or written otherwise (port): /ftpsites/site/port@1:49\n"
+       "a value that is not understood or would be written differently (port): "
+       "/ftpsites/site/port@1:49\n"
        "the element 'b' is not kept: /ftpsites/site[2]/host/b@1:84\n"
        "text between elements is not kept: /ftpsites/site[2]@1:71\n"
        "comments are not kept: /ftpsites/site[2]@1:71\n"
@@ -316,7 +324,7 @@ TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
       }
       lines += '\n';
     }
-    // Not every platform's parser tells.
+    // Not every platform's parser gives the places.
     if (!hasPlaces) expected = std::regex_replace(expected, std::regex("@[0-9:]+"), "");
     EXPECT_EQ(lines, expected);
   }
@@ -343,18 +351,18 @@ TEST(Documents, ASaveSaysWhatItLoses) {
   Add<CFolderNode>(tree, "");
   const std::string name = std::string(40, 'n') + "...";
   EXPECT_EQ(LossesOf(tree),
-            "description does not come back: root\n"
+            "description is lost: root\n"
             "a page is left out: News > Daily; Page\n"
-            "htmlUrl does not come back: News > " +
+            "htmlUrl is lost: News > " +
                 name +
                 "\n"
-                "owner does not come back: News > " +
+                "owner is lost: News > " +
                 name +
                 "\n"
                 "name is cut to 199 characters: News > " +
                 name +
                 "\n"
-                "an empty name comes back as \"No name\": (no name)\n");
+                "an empty name becomes \"No name\": (no name)\n");
 
   Collection items = NewCollection("c");
   CUrlNode& page = *Add<CUrlNode>(*items, "p", "http://a.example/");
@@ -362,9 +370,9 @@ TEST(Documents, ASaveSaysWhatItLoses) {
   Add<CColctNode>(*items, "inner");
   AddTag(page, "two words");
   EXPECT_EQ(LossesOf(items),
-            "tags come back changed: p\n"
-            "the order of pages and folders does not come back: f\n"
-            "what is neither a folder nor a page is left out: inner\n");
+            "tags are changed: p\n"
+            "the order of pages and folders is lost: f\n"
+            "an item that is neither a folder nor a page is left out: inner\n");
 }
 
 }  // namespace

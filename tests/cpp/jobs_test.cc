@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Runs after what is due now.
+/// Waits until the jobs that are due now have run.
 void WaitFor(Scheduler& scheduler) {
   std::promise<void> done;
   const Job job = scheduler.After(2ms, [&] { done.set_value(); });

@@ -97,7 +97,7 @@ TEST(Find, ComparesExactlyAndByKind) {
   EXPECT_EQ(Find<CUrlNode>(tree, u"Näws"), page);
   EXPECT_EQ(Find(tree, "news"), nullptr);
   EXPECT_EQ(Find<CUrlNode>(tree, AtAddress{"http://a.example/"}), page)
-      << "a collection is no page";
+      << "a collection is not a page";
   EXPECT_EQ(Find<CColctNode>(tree, AtAddress{"http://a.example/"}), feed);
   EXPECT_EQ(Find(tree, WithIdentity{"id"}), page);
   EXPECT_EQ(Find(tree, [](CBaseNode& item) { return item.GetRNode()->type == NT_URL; }), page);

@@ -13,7 +13,7 @@
 namespace vosmere::test {
 namespace {
 
-const std::string kOld = "the old document", kNew(3'000, 'n');
+const std::string kOld = "the old document", kNew(300, 'n');
 
 class SafeSaveFile : public testing::Test {
  protected:
@@ -46,7 +46,7 @@ TEST_F(SafeSaveFile, WhateverCallFailsTheOldOrTheNewOneIsThere) {
   for (const bool forEver : {false, true})
     for (const ULONG code : {28u, 5u, 4u, FailingDisk::kShort})  // no space, bad disk, interrupted
       for (int call = 0;; ++call) {
-        if (code == 4u && forEver) break;  // asked again for ever
+        if (code == 4u && forEver) break;  // is retried for ever
         WriteBytes(folder / "docs" / "list.opml", kOld);
         bool saved = false, reached = false;
         {
@@ -111,7 +111,7 @@ TEST_F(SafeSaveFile, OfManyWhoSaveAtOnceNoneIsLostWithoutAWord) {
       if (!ReadFileMark(path, &mark, nullptr)) continue;
       const int number = std::atoi(Document().c_str());
       FileMark after;
-      if (!ReadFileMark(path, &after, nullptr) || after != mark) continue;  // torn between the two
+      if (!ReadFileMark(path, &after, nullptr) || after != mark) continue;  // it has changed since
       const std::string next = std::to_string(number + 1);
       const FilePiece piece{next.data(), next.size()};
       if (SafeSave(path, &piece, 1, &mark, nullptr, &ignored)) ++saves;
@@ -123,6 +123,34 @@ TEST_F(SafeSaveFile, OfManyWhoSaveAtOnceNoneIsLostWithoutAWord) {
   EXPECT_EQ(Document(), std::to_string(saves));
   EXPECT_TRUE(Save("the next"));
   EXPECT_EQ(Files(folder / "docs"), 1);
+}
+
+/// A file system without locks, which says so with this error.
+class NoLocks : public FastDisk {
+ public:
+  explicit NoLocks(ULONG error) : error_(error) {}
+  ULONG Before(const DiskCall& call, std::size_t* most) override {
+    return call.kind == DiskCall::kLock ? error_ : FastDisk::Before(call, most);
+  }
+
+ private:
+  const ULONG error_;
+};
+
+TEST_F(SafeSaveFile, GoesOnWithoutALockOnlyWhereTheFileSystemHasNone) {
+  int without = 0;
+  for (ULONG code = 1; code < 150; ++code) {
+    if (code == 4) continue;  // interrupted: asked again for ever
+    WriteBytes(folder / "docs" / "list.opml", kOld);
+    const NoLocks disk(code);
+    without += HasNoLocks(code);
+    ASSERT_EQ(Save(kNew), HasNoLocks(code)) << code << error.reason;
+    ASSERT_EQ(Document(), HasNoLocks(code) ? kNew : kOld) << code;
+    std::filesystem::remove(folder / "docs" / "list.opml");
+    ASSERT_EQ(Save(kNew), HasNoLocks(code)) << code << error.reason;
+    ASSERT_EQ(Files(folder / "docs"), HasNoLocks(code)) << code;
+  }
+  EXPECT_GE(without, 2);
 }
 
 TEST_F(SafeSaveFile, RefusesWhatIsNoFileToWrite) {

@@ -1,6 +1,7 @@
-// Trees with something in every field, changed at random; and all of a tree as text.
+// Trees with a value in every field that change at random, and a whole tree as text.
 #pragma once
 
+#include <algorithm>
 #include <random>
 #include <sstream>
 #include <string>
@@ -21,8 +22,8 @@ inline std::string Quoted(const WChar* text) {
 inline void DumpPage(const CUrlNode& page, std::ostream& out) {
   out << " url " << Quoted(page.GetUrl()) << Quoted(page.GetAuthor())
       << Quoted(page.GetRelationUrl()) << page.GetItemType();
-  const CUrlProp* const prop = page.GetUrlProp();
-  if (!prop) return;
+  static const CUrlProp kNothing;
+  const CUrlProp* const prop = page.GetUrlProp() ? page.GetUrlProp() : &kNothing;
   const RNode* const ref = prop->GetRefColctRNode();
   out << " prop " << prop->GetFileType() << Quoted(prop->GetFileExtension())
       << prop->DoNeedSaveKeyWords() << (ref ? Quoted(ref->item->GetUUID()) : "");
@@ -37,7 +38,7 @@ inline void DumpColct(const CColctNode& colct, std::ostream& out) {
       << ' ' << net.GetIssuedTimeEventID() << ' ' << net.GetColctExpandState();
 }
 
-/// Every field of every item; two trees are the same where this is.
+/// Every field of every item; two trees are equal if these texts are.
 inline void Dump(const RNode* link, std::ostream& out) {
   if (!link) return void(out << "(none)");
   const CBaseNode& item = *link->item;
@@ -76,12 +77,12 @@ inline std::string Dump(const RNode* link) {
   return out.str();
 }
 
-/// Changes a tree at random, with the operations of the layer alone.
+/// Changes a tree at random, using only the operations of the layer.
 class RandomChanges {
  public:
   explicit RandomChanges(unsigned seed) : random_(seed) {}
 
-  /// One change, or none where what was drawn does not fit.
+  /// Makes one change, or none if the random choice does not fit.
   void Change(RNode* root) {
     std::vector<RNode*> links, folders;
     Gather(root, links, folders);
@@ -90,7 +91,7 @@ class RandomChanges {
     switch (Number(10)) {
       case 0:
       case 1: AddSomething(folder); break;
-      case 2:  // but not into a local tree, which may be that of something in the folder
+      case 2:  // but not into a local tree, which may belong to something in the folder
         if (RNTool::GetRootNode(folder) == root)
           Move(link, folder, folder->firstChild && Flip() ? folder->firstChild : nullptr);
         break;
@@ -102,7 +103,7 @@ class RandomChanges {
       default: Update(*link->item, [&](CBaseNode& item) { SetFields(link, item, links); }); break;
     }
   }
-  /// With its local trees, which are whoever's removes it.
+  /// Frees the tree and its local trees, which the tree does not free.
   static void Free(Tree tree) {
     std::vector<RNode*> links, folders;
     if (tree) Gather(tree.get(), links, folders);
@@ -177,7 +178,7 @@ class RandomChanges {
     if (link->type != NT_FOLDER) SetFields(static_cast<CUrlNode&>(item), links);
     if (link->type == NT_COLCT) SetFields(static_cast<CColctNode&>(item));
   }
-  void SetFields(CUrlNode& page, const std::vector<RNode*>&) {
+  void SetFields(CUrlNode& page, const std::vector<RNode*>& links) {
     page.SetUrl(TextOrNull());
     page.SetAuthor(TextOrNull());
     page.SetRelationUrl(TextOrNull());
@@ -187,6 +188,9 @@ class RandomChanges {
     prop.SetFileType(static_cast<tagVSMITEMFILETYPE>(Number(7)));
     prop.SetFileExtension(TextOrNull());
     prop.SetNeedSaveKeyWords(Flip());
+    const auto target = std::find_if(links.begin() + Number(links.size()), links.end(),
+                                     [](RNode* link) { return link->type == NT_COLCT; });
+    prop.SetRefColctRNode(target == links.end() ? nullptr : *target);
     CUrlProp::DeleteTagsList(prop.DetachTagsHead());
     std::vector<WChar> tags = {'a', ' ', 'b', 0};
     if (Flip()) prop.SetTagsList(CUrlProp::GenerateRBstrItemList(tags.data()));

@@ -33,7 +33,7 @@ inline std::string NameOf(const RNode* link) {
   return Utf8(link->item->GetName());
 }
 
-/// The first link of that name in the tree of `top`, itself included; null for none.
+/// The first link with that name in the tree of `top`, including `top`; null if there is none.
 inline RNode* FindLink(RNode* top, const std::string& name) {
   if (test::NameOf(top) == name) return top;
   for (RNode* child = top->firstChild; child; child = child->next)
@@ -41,7 +41,7 @@ inline RNode* FindLink(RNode* top, const std::string& name) {
   return nullptr;
 }
 
-/// Owns a link with everything below it; stands wherever an `RNode*` does.
+/// Owns a link with everything below it; can be used like an `RNode*`.
 class TreePtr {
  public:
   explicit TreePtr(RNode* root) : root_(root) {}
@@ -95,7 +95,7 @@ inline TreePtr Tree(const std::string& text) {
   return TreePtr(root);
 }
 
-/// So many folders, each in the one before, and two pages at the bottom.
+/// That many folders, each in the one before, and two pages in the last.
 inline TreePtr Deep(int levels) {
   std::string text = "root(";
   for (int i = 0; i < levels; ++i) text += "f(";
@@ -118,14 +118,14 @@ inline std::string Shape(const RNode* link, const Label& label = NameOf) {
   return shape;
 }
 
-/// The siblings from `head` on, for chains that may stand without a parent.
+/// The siblings from `head` on, for chains that need not have a parent.
 inline std::string ChainShape(const RNode* head, const Label& label) {
   return Row(head, [&](const RNode* link) {
     return Shape(link, label) + (link->parent == head->parent ? "" : " BROKEN: parents differ");
   });
 }
 
-/// Whether the link stands alone, as one that was taken out of its tree does.
+/// Whether the link is alone, like one that was taken out of its tree.
 inline bool IsDetached(const RNode* link) {
   return !link->parent && !link->next && link->prev == link;
 }

@@ -110,7 +110,7 @@ inline std::string Utf16(const Wide& text, bool bigEndian = false) {
   return Utf16(std::u16string(text.get(), text.get() + text.size()), bigEndian);
 }
 
-/// So many "x", for the length limits.
+/// That many "x", for the length limits.
 inline Wide Repeated(std::size_t count) {
   return W(std::string(count, 'x'));
 }

@@ -19,7 +19,7 @@ inline Tree LoadFavorites(const FilePath& folder, FavoritesReport* report = null
   return Tree(ImportFavorites(nullptr, folder.get(), report));
 }
 
-/// Where a shortcut file leads; empty when it is none.
+/// The address in a shortcut file; empty if the file is not a shortcut.
 inline std::string ShortcutAddress(const FilePath& path) {
   CFavorites favorites;
   WChar* url = nullptr;

@@ -133,7 +133,7 @@ void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
 namespace detail {
 
 /// Frees the local trees that an operation has left without a collection. The operations on lists
-/// do not own local trees and leave them behind.
+/// do not own local trees and do not free them.
 class LocalTrees {
  public:
   void Add(const ColctList& list) {

@@ -1,7 +1,7 @@
 // Uploading a file or a text to a web server as a form.
 //
 //   Result<Reply> reply = Upload("www.example:8080", "/receive").SendFile(path);
-//   if (!reply) return Complain(reply.error());  // www.example:8080: the host is not known
+//   if (!reply) return Complain(reply.error());  // www.example:8080: the server cannot be reached
 //   if (!reply->IsOk()) ...                      // not delivered: reply->status
 #pragma once
 
@@ -106,7 +106,7 @@ class Upload {
   template <class Post>
   Result<Reply> Send(std::string file, Post post) {
     if (!error_.reason.empty()) return error_;
-    error_ = Error(server_, "this upload was sent already");
+    error_ = Error(server_, "this upload has already been sent");
     if (progress_) upload_.SetProgress(&Upload::CallProgress, this);
     post();
     if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, file);
@@ -120,7 +120,7 @@ class Upload {
     const unsigned number = static_cast<unsigned>(code) & 0xFFFF;
     const char* const reason = ReasonOfUploadError(code);
     Error error(code < 0 && number < kFirstOfHttp ? file : server_,
-                reason ? reason : "error " + std::to_string(number));
+                reason ? reason : "the upload failed with error " + std::to_string(number));
     error.systemError = number;
     return error;
   }

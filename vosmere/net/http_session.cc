@@ -25,8 +25,6 @@ constexpr const char* kFormType = "Content-Type: application/x-www-form-urlencod
 constexpr WideLiteral kUserName(u"username");
 constexpr WideLiteral kPswMD5(u"pswmd5");
 
-constexpr ULONG kPiece = 2048;  // bytes
-constexpr int kMostPieces = 50000;
 constexpr std::size_t kBlock = std::size_t{512} * 1024;  // code units of the response
 
 std::string Utf8(const WChar* text) {
@@ -155,10 +153,10 @@ int CNetBase::ReadServerResponse(void* handle) {
   std::uint64_t total = 0;
   const auto result = [&] { return static_cast<int>(std::min<std::uint64_t>(total, INT_MAX)); };
   // Only replies that are kept in memory are limited; a sink may take any number of pieces.
-  for (std::uint64_t piece = 0; sink_ || piece < kMostPieces; ++piece) {
-    char bytes[kPiece];
+  for (std::uint64_t piece = 0; sink_ || piece < mostPieces_; ++piece) {
+    char bytes[kReplyPiece];
     ULONG got = 0;
-    if (http::Read(request, bytes, kPiece, &got)) return -7;
+    if (http::Read(request, bytes, kReplyPiece, &got)) return -7;
     if (got == 0) return result();
     if (!TakeResponse(bytes, got)) return -7;
     total += got;

@@ -30,7 +30,8 @@ VOSMERE_API bool ReadFileMark(const WChar* path, FileMark* mark, DocumentError* 
 /// They go into a new file in the same folder, with a name that nobody can guess and with the old
 /// file's rights. Only when the disk has them, and they read back as they are, does the new file
 /// take the place of the old one. Links are followed. A new file that a killed save has left behind
-/// goes away with the next save. Saves of one file wait for each other, at most ten seconds.
+/// goes away with the next save. Saves of one file wait for each other, at most ten seconds. Where
+/// the file system has no locks they do not wait, and a file that was left behind stays.
 ///
 /// `expected`, where it is not null, is the mark of what was loaded: a file that holds something
 /// else is not replaced (DocumentFault::kChanged). `saved` and `error` may be null; `saved` takes

@@ -45,6 +45,9 @@ struct StoredCheckpoint {
 /// reported by Flush and every operation after it; each of them tries to write a checkpoint
 /// instead, and once that succeeds nothing is missing.
 ///
+/// When a collection is removed, the pages in the tree that refer to it
+/// (CUrlProp::SetRefColctRNode) refer to nothing any more. Undo restores that, too.
+///
 /// Nothing throws but std::bad_alloc. Operations are false on failure, with the reason in
 /// LastError().
 class VOSMERE_API TreeStore {

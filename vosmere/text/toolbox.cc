@@ -7,7 +7,7 @@
 
 #include "vosmere/platform/internal/uuid.h"
 #include "vosmere/platform/keys.h"
-#include "vosmere/text/internal/rfc822_date.h"
+#include "vosmere/text/internal/pub_date_format.h"
 
 namespace vosmere {
 namespace {

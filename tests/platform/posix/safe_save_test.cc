@@ -1,4 +1,4 @@
-// What a safe save keeps of a file where links and rights are Linux's.
+// What a safe save preserves on Linux: links, owner and permissions.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -22,7 +22,7 @@ TEST(SafeSaveOnLinux, KeepsLinksAndRights) {
   const TempFolder folder;
   WriteBytes(folder / "file", "old");
   chmod((folder / "file").c_str(), 0640);
-  const bool isRoot = geteuid() == 0;  // who alone may give files away
+  const bool isRoot = geteuid() == 0;  // only root can change the owner
   ASSERT_TRUE(!isRoot || chown((folder / "file").c_str(), 1234, 2345) == 0);
   std::filesystem::create_symlink("file", folder / "link");
   ASSERT_TRUE(Save(folder / "link", "new"));
@@ -34,6 +34,25 @@ TEST(SafeSaveOnLinux, KeepsLinksAndRights) {
   EXPECT_EQ(ReadBytes(folder / "file"), "new");
   std::filesystem::create_symlink("nothing", folder / "dangling");
   EXPECT_FALSE(Save(folder / "dangling", "new"));
+}
+
+TEST(SafeSaveOnLinux, ReplacesAFileThatMayBeWrittenAndNotRead) {
+  const TempFolder folder;
+  const std::filesystem::path path = folder / "file";
+  WriteBytes(path, "old");
+  chmod(path.c_str(), 0200);
+  const bool isRoot = geteuid() == 0;  // who may read everything
+  constexpr uid_t kNobody = 65534;
+  ASSERT_TRUE(!isRoot || (chown(path.c_str(), kNobody, getegid()) == 0 &&
+                          chmod(path.parent_path().c_str(), 0777) == 0 && seteuid(kNobody) == 0));
+  DocumentError error;
+  const bool saved = Save(path, "new", &error);
+  ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+  EXPECT_TRUE(saved) << error.reason;
+  struct stat status;
+  ASSERT_TRUE(stat(path.c_str(), &status) == 0 && (status.st_mode & 07777) == 0200);
+  chmod(path.c_str(), 0600);
+  EXPECT_EQ(ReadBytes(path), "new");
 }
 
 TEST(SafeSaveOnLinux, ADiskThatTakesNoMoreKeepsTheOldFile) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "vosmere/favorites/favorite.h"
+#include "vosmere/favorites/order_record.h"
 
 namespace vosmere {
 namespace {
@@ -103,5 +104,9 @@ std::optional<OrderEntry> OrderValue::Next() {
   at_ = size < OrderEntry::kNameAt || size > record.size() ? bytes_.size() : at_ + size;
   return OrderEntry{record, index_++};
 }
+
+COrderHead::~COrderHead() = default;
+
+COrderRecord::~COrderRecord() = default;
 
 }  // namespace vosmere

@@ -58,7 +58,7 @@ std::string RequestTarget(const WChar* path) {
   if (text.empty() || text[0] != '/') target = "/";
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
-    // What is percent-encoded already stays as it is; a "#" would end the path.
+    // What is already percent-encoded stays as it is; a "#" would end the path.
     if (byte > ' ' && byte < 0x7F && byte != '#')
       target += c;
     else

@@ -190,7 +190,7 @@ void XmlDocument::LoadFile(const WChar* path) {
   File file;
   std::uint64_t size = 0;
   if (!file.Open(path) || !file.Size(&size))
-    Throw(DocumentFault::kCannotOpen, file.error(), "the file does not open");
+    Throw(DocumentFault::kCannotOpen, file.error(), "the file cannot be opened");
   ByteArray array(size);
   std::size_t got = 0;
   if (!file.ReadFully(array.data(), size, &got) || got < size)
@@ -203,7 +203,7 @@ void XmlDocument::LoadText(const WChar* text) {
   const SystemText source(text ? text : Ours(L""));
   const WideView view(source.get());
   if (WellFormedLength(view) != view.size)  // the parser accepts it after the root element
-    Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is no character");
+    Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is not a character");
   BlankEncoding(source.get());
   const win32::XmlUnits units{WideView(source.get())};
   // Only a document type declaration can make a document expand.
@@ -231,7 +231,7 @@ XmlNode XmlDocument::Root() const {
   return XmlNodeHandle::Make(root.Detach());
 }
 
-// The DOM does not tell.
+// The DOM does not know the places of its nodes.
 void XmlDocument::PlaceOf(const XmlNode&, LONG* line, LONG* column) const {
   *line = *column = 0;
 }

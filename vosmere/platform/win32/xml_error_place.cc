@@ -88,7 +88,7 @@ class OpenElements : public OnStack<ISAXContentHandler, kSaxContentHandler> {
     }
     if (++depth_ <= deepest_) return S_OK;
     error_->fault = DocumentFault::kTooDeep;
-    SetReason(error_, Ours(L"elements are nested too deep"));
+    SetReason(error_, Ours(L"elements are nested too deeply"));
     return E_FAIL;
   }
   HRESULT WINAPI endElement(Text, int, Text, int, Text, int) override {

@@ -25,6 +25,11 @@ PathText LeftOverStart(const PathText& name) {
   return PathOf(".") + name.substr(0, length) + PathOf(".");
 }
 
+/// Locks it, or goes on without a lock where the file system has none.
+bool LockIfPossible(DiskFile& file) {
+  return file.TryLock() || HasNoLocks(file.error());
+}
+
 bool IsLeftOver(const PathText& name, const PathText& start) {
   return name.size() == start.size() + kUuidTextLength + kEndingLength && name.starts_with(start) &&
          name.ends_with(PathOf(kEnding));
@@ -73,8 +78,8 @@ bool SafeFile::HoldOld() {
     if (!old_.OpenToHold(target_.c_str()))
       return IsNotThere(old_.error()) ||
              Fail(DocumentFault::kCannotOpen, "cannot be written", old_.error());
-    bool locked = old_.TryLock();
-    for (int pause = 0; !locked && Clock::now() < deadline; locked = old_.TryLock()) {
+    bool locked = LockIfPossible(old_);
+    for (int pause = 0; !locked && Clock::now() < deadline; locked = LockIfPossible(old_)) {
       if (old_.error()) return Fail(DocumentFault::kCannotOpen, "cannot be locked", old_.error());
       std::this_thread::sleep_for(std::chrono::milliseconds(std::min(++pause, 20)));
     }
@@ -93,12 +98,16 @@ bool SafeFile::MakeNew() {
       temporary_.clear();
       return Fail(DocumentFault::kCannotOpen, "no file can be made in its folder", holder_.error());
     }
+    const bool locked = LockIfPossible(holder_);
+    if (!locked && holder_.error())
+      return Fail(DocumentFault::kCannotOpen, "cannot be locked", holder_.error());
     // Until it is locked, another save may take it for a left-over.
-    if (!holder_.TryLock() || !holder_.IsAt(temporary_.c_str())) continue;
-    if (old_.IsOpen() && !holder_.TakeOverRights(old_))
-      return Fail(DocumentFault::kCannotWrite, "its rights cannot be kept", holder_.error());
-    return writer_.OpenToUpdate(temporary_.c_str()) ||
-           Fail(DocumentFault::kCannotOpen, "cannot be written", writer_.error());
+    if (!locked || !holder_.IsAt(temporary_.c_str())) continue;
+    // Before it has the rights of the old one, which may not let it be opened.
+    if (!writer_.OpenToUpdate(temporary_.c_str()))
+      return Fail(DocumentFault::kCannotOpen, "cannot be written", writer_.error());
+    return !old_.IsOpen() || holder_.TakeOverRights(old_) ||
+           Fail(DocumentFault::kCannotWrite, "its rights cannot be kept", holder_.error());
   }
   temporary_.clear();
   return Fail(DocumentFault::kInUse, "other programs take the new files away");
@@ -113,7 +122,8 @@ void SafeFile::RemoveLeftOvers() const {
     if (!IsLeftOver(name, start)) continue;
     const PathText path = folder_ + name;
     DiskFile left;
-    if (left.OpenToRead(path.c_str()) && left.TryLock()) RemoveDiskFile(path.c_str());
+    const bool opened = left.OpenToRead(path.c_str()) || left.OpenToHold(path.c_str());
+    if (opened && left.TryLock()) RemoveDiskFile(path.c_str());
   }
 }
 
@@ -133,8 +143,9 @@ bool SafeFile::Stored() {
 
 bool SafeFile::IsExpected(const FileMark& expected) {
   FileMark now;
-  if (old_.IsOpen() && !MarkOf(old_, &now))
-    return Fail(DocumentFault::kCannotRead, "cannot be read", old_.error());
+  DiskFile old;
+  if (old_.IsOpen() && !(old.OpenToRead(target_.c_str()) && MarkOf(old, &now)))
+    return Fail(DocumentFault::kCannotRead, "cannot be read", old.error());
   if (now == expected) return true;
   const auto held = [](const FileMark& mark) {
     return mark.isThere ? std::to_string(mark.size) + " bytes" : std::string("not there");

@@ -26,6 +26,19 @@ void Unlink(RNode* link) {
   link->parent = nullptr;
 }
 
+/// What a page refers to; null for other links.
+RNode* TargetOf(const RNode* link) {
+  if (link->type == NT_FOLDER || !link->item) return nullptr;
+  const CUrlProp* const prop = static_cast<const CUrlNode*>(link->item)->GetUrlProp();
+  return prop ? prop->GetRefColctRNode() : nullptr;
+}
+
+void Refer(RNode* page, RNode* target) {
+  CUrlProp* const prop = static_cast<CUrlNode*>(page->item)->GetUrlProp();
+  if (!prop) throw std::bad_alloc();
+  prop->SetRefColctRNode(target);
+}
+
 CColctNode* ColctOf(const RNode* link) {
   return link->type == NT_COLCT ? static_cast<CColctNode*>(link->item) : nullptr;
 }
@@ -41,11 +54,6 @@ void DeleteAll(RNode* top) {
 
 }  // namespace
 
-RNode* StoredTree::LocalRoot(const RNode* link) {
-  const CColctNode* const colct = ColctOf(link);
-  return colct ? colct->GetLocRNodeRoot() : nullptr;
-}
-
 StoredTree::~StoredTree() {
   if (root_) DeleteAll(root_);
 }
@@ -57,7 +65,8 @@ void StoredTree::Swap(StoredTree& other) noexcept {
   std::swap(hasNumbers_, other.hasNumbers_);
   std::swap(owners_, other.owners_);
   std::swap(next_, other.next_);
-  references_.swap(other.references_);
+  std::swap(references_, other.references_);
+  unresolved_.swap(other.unresolved_);
 }
 
 RNode* StoredTree::Detach() {
@@ -72,6 +81,7 @@ void StoredTree::SetRoot(RNode* root) {
 void StoredTree::Renumber() {
   EnsureNumbers();
   NumberMap links, numbers, owners;
+  References references;
   std::uint64_t next = next_;
   Walk(root_, [&](RNode* link, RNode* parent, bool isLocal) {
     const std::uint64_t known = numbers_.Find(Key(link));
@@ -79,11 +89,13 @@ void StoredTree::Renumber() {
     links.Set(number, Key(link));
     numbers.Set(Key(link), number);
     if (isLocal) owners.Set(Key(link), Key(parent));
+    references.Set(Key(link), Key(TargetOf(link)));
     return true;
   });
   std::swap(links_, links);
   std::swap(numbers_, numbers);
   std::swap(owners_, owners);
+  std::swap(references_, references);
   next_ = next;
 }
 
@@ -111,7 +123,26 @@ void StoredTree::Forget(std::uint64_t number) {
   RNode* const link = LinkOf(number);
   if (hasNumbers_) numbers_.Erase(Key(link));
   owners_.Erase(Key(link));
+  references_.Set(Key(link), 0);
   links_.Erase(number);
+}
+
+void StoredTree::LearnReference(RNode* link) {
+  const RNode* const target = TargetOf(link);
+  if (target || !references_.empty()) references_.Set(Key(link), Key(target));
+}
+
+std::vector<RNode*> StoredTree::PagesThatReferInto(RNode* top) {
+  std::vector<RNode*> pages;
+  if (references_.empty()) return pages;
+  std::vector<std::uint64_t> found;
+  Walk(top, [&](RNode* link, RNode*, bool) {
+    references_.PagesOf(Key(link), found);
+    return true;
+  });
+  for (const std::uint64_t page : found)
+    if (!IsWithin(ToLink(page), top)) pages.push_back(ToLink(page));
+  return pages;
 }
 
 // Describing.
@@ -128,20 +159,21 @@ void StoredTree::Describe(RNode* link, RNode* parent, bool isLocal, std::string&
 RNode* StoredTree::ReadDescription(ByteReader& reader, std::uint64_t* number, std::uint64_t* parent,
                                    bool* isLocal) {
   *number = reader.Number();
+  if (*number == 0) return nullptr;
   *parent = reader.Number();
   const std::uint64_t what = reader.Number();
   *isLocal = what & kIsLocal;
   if (reader.failed() || what > (NT_COLCT | kNoItem | kIsLocal)) return nullptr;
   RNode* const link = NewLink(what & 3, !(what & kNoItem));
   if (!link) return nullptr;
-  const std::size_t references = references_.size();
+  const std::size_t references = unresolved_.size();
   try {
     if (ReadFields(*link, *this, reader)) return link;
   } catch (...) {
     DeleteLink(link);
     throw;
   }
-  references_.resize(references);
+  unresolved_.resize(references);
   DeleteLink(link);
   return nullptr;
 }
@@ -175,21 +207,40 @@ bool StoredTree::ReadDescriptions(std::string_view bytes) {
     RNode* const above = parent ? LinkOf(parent) : nullptr;
     if ((above || (!parent && !root_)) && Attach(link, number, above, isLocal)) continue;
     DeleteLink(link);
-    references_.clear();
+    unresolved_.clear();
     return false;
   }
   return true;
 }
 
 void StoredTree::ReferLater(RNode* page, std::uint64_t number) {
-  references_.push_back({page, number});
+  unresolved_.push_back({page, number});
 }
 
 void StoredTree::FinishReading() {
-  for (const auto& [page, number] : references_)
-    if (RNode* const link = LinkOf(number))
-      static_cast<CUrlNode*>(page->item)->GetUrlProp()->SetRefColctRNode(link);
-  references_.clear();
+  for (const auto& [page, number] : unresolved_)
+    if (RNode* const link = LinkOf(number)) {
+      Refer(page, link);
+      LearnReference(page);
+    }
+  unresolved_.clear();
+}
+
+bool StoredTree::ReadReferences(ByteReader& reader) {
+  while (!reader.AtEnd()) {
+    RNode* const page = LinkOf(reader.Number());
+    const std::uint64_t target = reader.Number();
+    if (reader.failed() || !page || !page->item || page->type == NT_FOLDER) return false;
+    ReferLater(page, target);
+  }
+  return !reader.failed();
+}
+
+void StoredTree::LoseReferences(const std::vector<RNode*>& pages) {
+  for (RNode* const page : pages) {
+    Refer(page, nullptr);
+    LearnReference(page);
+  }
 }
 
 bool StoredTree::DescribeAdding(RNode* parent, RNode* tree, RNode* before, Change* change) {
@@ -206,6 +257,7 @@ bool StoredTree::DescribeAdding(RNode* parent, RNode* tree, RNode* before, Chang
   });
   Walk(tree, [&](RNode* link, RNode* above, bool isLocal) {
     Describe(link, link == tree ? parent : above, isLocal, change->bytes);
+    LearnReference(link);
     return true;
   });
   return true;
@@ -223,6 +275,13 @@ bool StoredTree::DescribeRemoving(RNode* top, Change* change) {
     Describe(link, parent, isLocal, change->bytes);
     return true;
   });
+  const std::vector<RNode*> pages = PagesThatReferInto(top);
+  if (!pages.empty()) writer.Number(0);
+  for (RNode* const page : pages) {
+    writer.Number(NumberOf(page));
+    writer.Number(NumberOf(TargetOf(page)));
+  }
+  LoseReferences(pages);
   Walk(top, [&](RNode* link, RNode*, bool) {
     Forget(NumberOf(link));
     return true;
@@ -255,6 +314,7 @@ bool StoredTree::DescribeFields(RNode* link, const FieldValues& before, FieldVal
   change->kind = ChangeKind::kFields;
   ByteWriter writer(change->bytes);
   writer.Number(NumberOf(link));
+  LearnReference(link);
   return WriteChangedFields(before, *after, change->bytes);
 }
 
@@ -305,6 +365,7 @@ const char* StoredTree::Place(RNode* link, std::uint64_t parent, std::uint64_t p
 }
 
 const char* StoredTree::MakeAdd(std::string_view bytes) {
+  unresolved_.clear();
   ByteReader reader(bytes);
   const std::uint64_t previous = reader.Number();
   RNode* top = nullptr;
@@ -312,11 +373,11 @@ const char* StoredTree::MakeAdd(std::string_view bytes) {
     std::uint64_t number, parent;
     bool isLocal;
     RNode* const link = ReadDescription(reader, &number, &parent, &isLocal);
+    if (!link && number == 0 && top && ReadReferences(reader)) break;
     if (!link) return "an item cannot be read";
     RNode* const above = LinkOf(parent);
     if (!above || !Attach(link, number, above, isLocal)) {
       DeleteLink(link);
-      references_.clear();
       return "an item has no place, or is there already";
     }
     if (top) continue;
@@ -325,7 +386,6 @@ const char* StoredTree::MakeAdd(std::string_view bytes) {
     Unlink(top);
     if (const char* const problem = Place(top, parent, previous)) {
       RNTool::InsertAsChild(above, top);  // where it can be found and freed
-      references_.clear();
       return problem;
     }
   }
@@ -343,7 +403,8 @@ const char* StoredTree::MakeRemove(std::string_view bytes) {
     std::uint64_t number, parent;
     bool isLocal;
     RNode* const described = ReadDescription(reader, &number, &parent, &isLocal);
-    references_.clear();
+    unresolved_.clear();
+    if (!described && number == 0 && !reader.failed()) break;
     if (!described) return "an item cannot be read";
     DeleteLink(described);
     numbers.push_back(number);
@@ -356,6 +417,7 @@ const char* StoredTree::MakeRemove(std::string_view bytes) {
     return at < numbers.size() && LinkOf(numbers[at++]) == link;
   });
   if (!same || at != numbers.size()) return "something else is there to be removed";
+  LoseReferences(PagesThatReferInto(top));
   if (owner)
     ColctOf(owner)->SetLocRNodeRoot(nullptr);
   else
@@ -395,9 +457,9 @@ const char* StoredTree::MakeFields(std::string_view bytes, bool undone) {
   ByteReader reader(bytes);
   RNode* const link = LinkOf(reader.Number());
   if (!link) return "what is to be changed is not there";
-  return ReadChangedFields(*link, *this, reader, undone) && reader.AtEnd()
-             ? nullptr
-             : "a field cannot be read";
+  const bool read = ReadChangedFields(*link, *this, reader, undone) && reader.AtEnd();
+  LearnReference(link);
+  return read ? nullptr : "a field cannot be read";
 }
 
 const char* StoredTree::MakeSort(std::string_view bytes, bool undone) {
@@ -436,7 +498,7 @@ RNode* StoredTree::CopyOfSubject(ChangeKind kind, std::string_view bytes) {
   std::uint64_t number, parent;
   bool isLocal;
   RNode* const copy = ReadDescription(reader, &number, &parent, &isLocal);
-  references_.clear();
+  unresolved_.clear();
   return copy;
 }
 

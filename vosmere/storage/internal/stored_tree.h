@@ -7,8 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "vosmere/storage/internal/item_fields.h"
+#include "vosmere/collections/internal/stored_fields.h"
+#include "vosmere/collections/internal/whole_tree.h"
 #include "vosmere/storage/internal/number_map.h"
+#include "vosmere/storage/internal/references.h"
 #include "vosmere/tree/tree_link.h"
 
 namespace vosmere {
@@ -27,6 +29,10 @@ struct Change {
 /// The files describe links one by one: number, number of the parent, what it is, fields. A link
 /// comes after its parent and as the last of it; the local tree of a collection comes right after
 /// the collection.
+///
+/// A page that refers to a link loses the reference when that is removed, and has it again when the
+/// link comes back. So the description of what is removed ends with the references to it, if there
+/// are any: a 0, then the numbers of each page and of what it refers to.
 class StoredTree : private LinkLookup {
  public:
   StoredTree() = default;
@@ -98,25 +104,8 @@ class StoredTree : private LinkLookup {
   /// it, local trees of collections included, until it is false.
   template <class Visit>
   static bool Walk(RNode* top, Visit visit) {
-    struct Step {
-      RNode* link;
-      RNode* parent;
-      bool isLocal;
-    };
-    if (!top) return true;
-    std::vector<Step> steps = {{top, top->parent, false}};
-    while (!steps.empty()) {
-      const Step step = steps.back();
-      steps.pop_back();
-      if (step.link->next && step.link != top && !step.isLocal)
-        steps.push_back({step.link->next, step.parent, false});
-      if (step.link->firstChild) steps.push_back({step.link->firstChild, step.link, false});
-      if (RNode* const local = LocalRoot(step.link)) steps.push_back({local, step.link, true});
-      if (!visit(step.link, step.parent, step.isLocal)) return false;
-    }
-    return true;
+    return WalkWhole(top, true, visit);
   }
-  static RNode* LocalRoot(const RNode* link);
 
  private:
   static constexpr std::size_t kDescribedAtOnce = std::size_t{32} * 1024;
@@ -128,6 +117,10 @@ class StoredTree : private LinkLookup {
   bool Attach(RNode* link, std::uint64_t number, RNode* parent, bool isLocal);
   void Learn(RNode* link, std::uint64_t number);
   void Forget(std::uint64_t number);
+  void LearnReference(RNode* link);
+  std::vector<RNode*> PagesThatReferInto(RNode* top);
+  void LoseReferences(const std::vector<RNode*>& pages);
+  bool ReadReferences(ByteReader& reader);
   RNode* OwnerOf(RNode* link);
   bool IsWithin(RNode* link, RNode* top);
 
@@ -145,7 +138,8 @@ class StoredTree : private LinkLookup {
   bool hasNumbers_ = true;
   NumberMap owners_;  // root of a local tree to the link of its collection
   std::uint64_t next_ = 1;
-  std::vector<std::pair<RNode*, std::uint64_t>> references_;
+  References references_;
+  std::vector<std::pair<RNode*, std::uint64_t>> unresolved_;  // pages that were read, and targets
 };
 
 }  // namespace vosmere

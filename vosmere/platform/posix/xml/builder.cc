@@ -42,8 +42,8 @@ constexpr int kNamespaceFields = 2;
 /// The text for DocumentError::reason.
 const char* ReasonFor(DocumentFault fault) {
   switch (fault) {
-    case DocumentFault::kTooDeep: return "elements are nested too deep";
-    case DocumentFault::kExpandsTooMuch: return "the document expands to too much";
+    case DocumentFault::kTooDeep: return "elements are nested too deeply";
+    case DocumentFault::kExpandsTooMuch: return "the document expands to too much text";
     case DocumentFault::kRefersOutside: return "the text refers to an entity outside the document";
     case DocumentFault::kNoMemory: return "memory ran out";
     default: return "the document is not well-formed";

@@ -1,5 +1,5 @@
 // Puts the dates together digit by digit; only the zone, which is written once, uses snprintf.
-#include "vosmere/text/internal/rfc822_date.h"
+#include "vosmere/text/internal/pub_date_format.h"
 
 #include <algorithm>
 #include <cstdio>
