@@ -152,16 +152,16 @@ void CountChanges(const RNode* link, const RNode* back,
   EXPECT_EQ(ToUtf8(b.GetName()), name.empty() ? none : ToUtf8(kept));
   EXPECT_EQ(ToUtf8(b.GetUUID()), ToUtf8(id.First(idLength)));
   EXPECT_EQ(ToUtf8(b.GetDescription()), ToUtf8(a.GetDescription()));
-  lost("an empty name comes back as \"" + none + "\"", name.empty());
+  lost("an empty name becomes \"" + none + "\"", name.empty());
   lost("name is cut to 199 characters", link->parent && name.size > 199);
   for (const bool isHalf : {link->parent && name.size > 199 && kept.size < 199, idLength < id.size})
-    lost("characters that XML does not have are left out", isHalf);
-  lost("version does not come back", a.GetVersion() != b.GetVersion());
-  lost("deleted does not come back", a.IsDeleted() != b.IsDeleted());
-  lost("unread does not come back", stat.IsUnread() != other.IsUnread());
-  lost("flag does not come back", stat.GetFlag() != other.GetFlag());
+    lost("characters that XML does not allow are left out", isHalf);
+  lost("version is lost", a.GetVersion() != b.GetVersion());
+  lost("deleted is lost", a.IsDeleted() != b.IsDeleted());
+  lost("unread is lost", stat.IsUnread() != other.IsUnread());
+  lost("flag is lost", stat.GetFlag() != other.GetFlag());
   if (link->type != NT_COLCT)
-    return lost("added, modified, lastVisited do not come back", stat.GetSetTimes() != 0);
+    return lost("added, modified and lastVisited are lost", stat.GetSetTimes() != 0);
   LONG times[6];
   stat.GetStatTime(&times[0], &times[1], &times[2]);
   other.GetStatTime(&times[3], &times[4], &times[5]);
@@ -170,7 +170,7 @@ void CountChanges(const RNode* link, const RNode* back,
   EXPECT_EQ(ToUtf8(again.GetUrl()), ToUtf8(colct.GetUrl()));
   EXPECT_EQ(again.GetColctNetData()->GetColctExpandState(),
             colct.GetColctNetData()->GetColctExpandState());
-  lost("htmlUrl does not come back", !(TextView(colct.GetRelationUrl()) == again.GetRelationUrl()));
+  lost("htmlUrl is lost", !(TextView(colct.GetRelationUrl()) == again.GetRelationUrl()));
 }
 
 TEST(Documents, AnyTreeComesBackButForTheListedLosses) {
