@@ -1,6 +1,7 @@
 // Disks that fail, and disks that lose their power.
 #pragma once
 
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -15,6 +16,11 @@
 #include "vosmere/platform/internal/disk.h"
 
 namespace vosmere::test {
+
+/// Whether `./dev faults` asks for more of everything.
+inline bool IsLongForm() {
+  return std::getenv("VOSMERE_FAULTS");
+}
 
 /// Real flushes take most of the time, and no test can see them.
 inline void SkipFlush(const DiskCall& call, std::size_t* most) {

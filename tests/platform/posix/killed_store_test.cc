@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <thread>
 
 #include "tests/support/disk.h"
@@ -21,10 +20,6 @@ namespace vosmere::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool IsLongForm() {
-  return std::getenv("VOSMERE_FAULTS");
-}
 
 /// Kills the process before or after a call.
 class KillingDisk : public DiskWatch {
@@ -101,7 +96,7 @@ TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
   const fs::path path = folder / "store";
   SharedCount flushed;
   int kills = 0;
-  const int rounds = IsLongForm() ? 40 : 6;
+  const int rounds = IsLongForm() ? 40 : 3;
   const auto change = [&](std::vector<std::string>* history) {
     StoreOptions options;
     options.groupMilliseconds = 1000;
@@ -110,7 +105,7 @@ TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
     for (int i = 0; store && i < rounds; ++i) {
       random.Change(store->tree());
       if (history) history->push_back(Dump(store->tree()));
-      if (i % 8 == 5 ? !store->Checkpoint() : !store->Flush()) *flushed = i + 1;
+      if (i % 8 == 1 ? !store->Checkpoint() : !store->Flush()) *flushed = i + 1;
     }
   };
   const SteppedClock clock(1'700'000'000);
@@ -152,7 +147,7 @@ TEST(Killed, OrNotTwoProcessesThatSaveOneFileLoseNothingWithoutAWord) {
   SharedCount saves;
   const auto end =
       std::chrono::steady_clock::now() +
-      (IsLongForm() ? std::chrono::milliseconds(10'000) : std::chrono::milliseconds(150));
+      (IsLongForm() ? std::chrono::milliseconds(10'000) : std::chrono::milliseconds(50));
   const auto addOnes = [&] {
     const FastDisk fast;
     while (std::chrono::steady_clock::now() < end) {
