@@ -22,8 +22,8 @@ class Machine {
  public:
   Machine(std::string name, std::string_view script) : name_(std::move(name)), script_(script) {}
 
-  Tree Edited(const Tree& from) {
-    Tree tree = Copy(from);
+  vosmere::Tree Edited(const vosmere::Tree& from) {
+    vosmere::Tree tree = Copy(from);
     while (!script_.empty()) Edit(tree);
     return tree;
   }
@@ -37,7 +37,7 @@ class Machine {
   }
   std::string New(const char* what) { return what + name_ + std::to_string(++made_); }
 
-  void Edit(const Tree& tree) {
+  void Edit(const vosmere::Tree& tree) {
     std::vector<RNode*> links = {tree.get()}, folders = links;
     for (CBaseNode& item : Items(tree)) {
       links.push_back(item.GetRNode());
@@ -68,7 +68,7 @@ class Machine {
     link->item->SetVersion(link->item->GetVersion() + static_cast<int>(what >> 7) + 1);
     link->item->GetNodeStat()->SetStatTime(0, static_cast<LONG>(what), 0, CNodeStat::kModified);
   }
-  Tree Identified(Tree tree) {
+  vosmere::Tree Identified(vosmere::Tree tree) {
     tree->item->SetUUID(Wide(New("id ")));
     return tree;
   }
@@ -81,7 +81,7 @@ class Machine {
 /// What the user sees of each item, by identity; the root has none.
 using Contents = std::map<std::string, std::map<std::string, std::string>>;
 
-inline Contents ContentsOf(const Tree& tree) {
+inline Contents ContentsOf(const vosmere::Tree& tree) {
   Contents contents;
   const auto add = [&](RNode* link) {
     const CBaseNode& item = *link->item;
@@ -106,11 +106,13 @@ inline Contents ContentsOf(const Tree& tree) {
 /// Merges, and remembers what was in conflict.
 class Merger {
  public:
-  Tree operator()(const Tree& base, const Tree& ours, const Tree& theirs) {
-    return Tree(MergeTrees(base.get(), ours.get(), theirs.get(), TreeParts::kLinks, Add, this));
+  vosmere::Tree operator()(const vosmere::Tree& base, const vosmere::Tree& ours,
+                           const vosmere::Tree& theirs) {
+    return vosmere::Tree(
+        MergeTrees(base.get(), ours.get(), theirs.get(), TreeParts::kLinks, Add, this));
   }
   /// What two results of the same changes differ in, but for what was in conflict.
-  std::string Differs(const Tree& a, const Tree& b) const {
+  std::string Differs(const vosmere::Tree& a, const vosmere::Tree& b) const {
     const Contents first = ContentsOf(a), second = ContentsOf(b);
     std::string all = Missing(first, second) + Missing(second, first);
     for (const auto& [id, fields] : first)
@@ -137,11 +139,12 @@ class Merger {
 };
 
 /// What is wrong with the merge of two sides; empty if nothing is.
-inline std::string MergeProblem(const Tree& base, const Tree& a, const Tree& b) {
+inline std::string MergeProblem(const vosmere::Tree& base, const vosmere::Tree& a,
+                                const vosmere::Tree& b) {
   Merger merge;
-  const Tree merged = merge(base, a, b), swapped = merge(base, b, a);
+  const vosmere::Tree merged = merge(base, a, b), swapped = merge(base, b, a);
   std::string all;
-  const auto same = [&](const char* what, const Tree& is, const Tree& expected) {
+  const auto same = [&](const char* what, const vosmere::Tree& is, const vosmere::Tree& expected) {
     if (Dump(is.get()) == Dump(expected.get())) return;
     all += std::string(what) + " differ:\n";
     for (const ItemChange& change : Diff(is, expected)) all += ToString(change) + '\n';
@@ -151,15 +154,18 @@ inline std::string MergeProblem(const Tree& base, const Tree& a, const Tree& b) 
   same("merge(x, y, x) and y", merge(base, a, base), a);
   all += merge.Differs(merged, swapped);
   const Contents contents = ContentsOf(merged), old = ContentsOf(base);
-  for (const Tree* side : {&a, &b})
+  for (const vosmere::Tree* side : {&a, &b})
     for (const auto& [id, fields] : ContentsOf(*side))
       if (!old.contains(id) && !contents.contains(id)) all += id + " was added and is lost\n";
   for (const auto& [id, fields] : contents)
     if (fields.contains("identity")) all += id + " is there twice\n";
+  for (const auto* side : {&a, &b})
+    if (Diff(base, *side).empty() != (Dump(base.get()) == Dump(side->get())))
+      all += "the differences are not those that there are\n";
   Merger both;
-  const Tree joined = both(nullptr, a, b);
+  const vosmere::Tree joined = both(nullptr, a, b);
   same("merge(join, b) and join(a, b)", both(nullptr, joined, b), joined);
-  const Tree other = both(nullptr, b, a);
+  const vosmere::Tree other = both(nullptr, b, a);
   return all + both.Differs(joined, other);
 }
 

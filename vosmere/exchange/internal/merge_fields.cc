@@ -137,8 +137,8 @@ std::string FieldMerge::MergedMark(std::size_t field) {
   if (ours == theirs) return BytesOf(ours);
   const Side unmarked = ours ? kTheirs : kOurs, marked = ours ? kOurs : kTheirs;
   if (hasBase_ && NumberIn(Value(kBase, field))) return BytesOf(false);  // one took the mark off
-  const bool isKept = hasBase_ ? item.isTouched[unmarked]
-                               : IsNewer(*item.links[unmarked], *item.links[marked]);
+  const bool isKept =
+      hasBase_ ? item.isTouched[unmarked] : IsNewer(*item.links[unmarked], *item.links[marked]);
   if (isKept) AddConflict(RuleOf(kDeletedField), field, unmarked == kTheirs);
   return BytesOf(!isKept);
 }

@@ -141,7 +141,8 @@ class Places {
 
 using Numbers = std::vector<std::uint32_t>;
 
-/// Puts what is only in `more` right after what it follows there, or before all else.
+/// Puts what is only in `more` right after what it follows there; what follows nothing that both
+/// have, right before the first that both have, or at the end.
 void Insert(const Numbers& more, Numbers& into) {
   if (more.empty()) return;
   if (into.empty()) return void(into = more);
@@ -151,12 +152,15 @@ void Insert(const Numbers& more, Numbers& into) {
     return std::binary_search(sorted.begin(), sorted.end(), number);
   };
   std::vector<std::pair<std::uint32_t, std::uint32_t>> after;  // what comes after what
-  std::uint32_t last = kNobody;
-  for (const std::uint32_t number : more)
-    if (isThere(number))
-      last = number;
-    else
+  std::uint32_t first = kNobody, last = kNobody;               // of those that both have
+  for (const std::uint32_t number : more) {
+    if (!isThere(number)) {
       after.emplace_back(last, number);
+      continue;
+    }
+    last = number;
+    if (first == kNobody) first = number;
+  }
   if (after.empty()) return;
   std::stable_sort(after.begin(), after.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -165,11 +169,12 @@ void Insert(const Numbers& more, Numbers& into) {
     auto at = std::lower_bound(after.begin(), after.end(), std::pair{number, std::uint32_t{0}});
     for (; at != after.end() && at->first == number; ++at) merged.push_back(at->second);
   };
-  addAfter(kNobody);
   for (const std::uint32_t number : into) {
+    if (number == first) addAfter(kNobody);
     merged.push_back(number);
     addAfter(number);
   }
+  if (first == kNobody) addAfter(kNobody);
   into.swap(merged);
 }
 
