@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "vosmere/base/owned_text.h"
 #include "vosmere/exchange/internal/bookmarks_reader.h"
 #include "vosmere/exchange/internal/decode.h"
 #include "vosmere/exchange/internal/field_reader.h"
@@ -142,9 +143,11 @@ template <class Work>
 bool Guarded(ImportedItems* items, DocumentError* error, Work work) {
   *items = {};
   *error = {};
+  const unsigned long lostBefore = LostTexts();
   try {
     const ParserThread parser;
     work();
+    if (LostTexts() != lostBefore) throw std::bad_alloc();
     return true;
   } catch (const DocumentFailure& failure) {
     *error = failure.error;
