@@ -327,9 +327,12 @@ std::size_t Pass::PutReference(std::string_view rest) {
 }  // namespace
 
 std::string MakeWellFormed(std::string_view text, RepairList& repairs) {
-  Pass survey(text, nullptr, nullptr);
-  survey.Run();
-  Pass pass(text, &survey.facts(), &repairs);
+  const Facts facts = [&] {
+    Pass survey(text, nullptr, nullptr);
+    survey.Run();
+    return survey.facts();
+  }();
+  Pass pass(text, &facts, &repairs);
   pass.Run();
   return pass.TakeDocument();
 }
