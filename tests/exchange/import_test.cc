@@ -111,5 +111,147 @@ TEST(Import, RepairsWhatTheDocumentShows) {
   }
 }
 
+TEST(Import, SaysWhyItFails) {
+  const struct {
+    std::string document;
+    const char* reason;
+  } cases[] = {
+      {"<feed><title>a & b</title></feed>", "this is 'feed'"},
+      {"<opml/>", "there is nothing in the document"},
+      {"", ""},
+      {"no & markup", ""},
+  };
+  for (const auto& c : cases) {
+    const Result<Imported> imported = Import(Bytes(c.document));
+    EXPECT_FALSE(imported) << c.document;
+    EXPECT_THAT(imported.error().reason, HasSubstr(c.reason));
+    EXPECT_NE(imported.error().reason, "");
+  }
+  std::string deep = "<opml><body>&";
+  for (int i = 0; i < 3000; ++i) deep += "<outline text='a'>";
+  EXPECT_EQ(Import(Bytes(deep)).error().fault, DocumentFault::kTooDeep);
+  EXPECT_EQ(Import("no/such/file").error().fault, DocumentFault::kCannotOpen);
+}
+
+TEST(Import, TakesWhatTheExactReadersTakeAsTheyDo) {
+  const std::string tree = TestData("collection_tree.opml"), colct = TestData("collection.rss");
+  const Result<Imported> list = Import(Bytes(tree));
+  EXPECT_EQ(SaveToBytes(list->tree)->bytes, SaveToBytes(*Load<vosmere::Tree>(Bytes(tree)))->bytes);
+  const Result<Imported> feed = Import(Bytes(colct));
+  EXPECT_EQ(SaveToBytes(feed->collection)->bytes,
+            SaveToBytes(*Load<Collection>(Bytes(colct)))->bytes);
+  EXPECT_EQ(RepairsOf(list) + RepairsOf(feed), "");
+}
+
+/// A tree with everything that a bookmark file holds.
+vosmere::Tree Bookmarks(const char* name) {
+  vosmere::Tree tree = NewTree(name);
+  RNode* const news = Add<CFolderNode>(tree, name)->GetRNode();
+  SetDescription(*news->item, name);
+  CUrlNode& page = *Add<CUrlNode>(news, name, std::string("http://a.example/?") + name);
+  page.GetNodeStat()->SetStatTime(1, -2, 2147483647, 7);
+  AddTag(page, "two words");
+  AddTag(page, "b&c");
+  Add<CFolderNode>(news, "");
+  Add<CColctNode>(tree, name, "http:\\\\b.example\\feed")
+      ->SetRelationUrl(test::W("http://b.example/"));
+  return tree;
+}
+
+// What the plain writer writes without escaping comes back, and so do pages and bookmark files.
+TEST(Import, BringsBackWhatWasSaved) {
+  for (const char* const name : {"a", "Tom & Jerry", "a < b > c", "the \"best\" of", "\"quoted\"",
+                                 "AT&T", "1<2", "it's 'so'", "日本語 😀"}) {
+    SCOPED_TRACE(name);
+    const vosmere::Tree tree = Bookmarks(name);
+    const std::string whole = TextOf(tree.get());
+    const Result<SavedBytes> html = BookmarksToBytes(tree);
+    EXPECT_TRUE(html->losses.empty());
+    EXPECT_EQ(After(Import(Bytes(html->bytes))), whole);
+    SaveOptions options;
+    options.pages = true;
+    As<CUrlNode>(tree->firstChild->firstChild)->GetUrlProp()->SetTagsList(nullptr);
+    const Result<SavedBytes> opml = SaveToBytes(tree, options);
+    EXPECT_THAT(After(Import(Bytes(opml->bytes))), HasSubstr(name));
+    const TreePtr plain = test::Tree("root(f())");
+    plain["f"]->item->SetName(W(name));
+    const Result<Imported> imported = Import(Bytes(SavedOpml(plain)));
+    EXPECT_EQ(ToUtf8(imported->tree->firstChild->item->GetName()), name);
+  }
+}
+
+// Every pattern would take minutes if it took quadratic time.
+TEST(Import, HostileDocumentsTakeLinearTime) {
+  constexpr std::size_t kBytes = 150 * 1000;
+  for (const char* const pattern : {"<a \"",
+                                    "<a b=\"",
+                                    "<a b='\"",
+                                    "<!--",
+                                    "<?",
+                                    "<![CDATA[",
+                                    "<!DOCTYPE [",
+                                    "&",
+                                    "&#",
+                                    "<a>",
+                                    "<a></b>",
+                                    "<dc:date>",
+                                    "<item><a>",
+                                    "<outline text=\"> ",
+                                    "<outline text=\" \" a\">",
+                                    "</",
+                                    "<outline a",
+                                    "< ",
+                                    "x:",
+                                    "<x:y z:w=''>",
+                                    "\xE9\xC3\xA9",
+                                    "<DL>",
+                                    "<H3>",
+                                    "<A HREF=x>",
+                                    "<HR>"})
+    for (const char* const begin : {"<opml><body>", "<!DOCTYPE NETSCAPE-Bookmark-file-1>"}) {
+      std::string document = begin;
+      while (document.size() < kBytes) document += pattern;
+      const Result<Imported> imported = Import(Bytes(document));
+      EXPECT_LE(imported ? imported->repairs.size() : 0, 10000u) << pattern;
+    }
+}
+
+TEST(Import, BoundsWhatItKeeps) {
+  std::string many = "<opml><body><outline text='";
+  for (int i = 0; i < 10003; ++i) many += '&';
+  const Result<Imported> ampersands = Import(Bytes(many + "'/></body></opml>"));
+  EXPECT_EQ(ampersands->repairs.size(), 10000u);
+  EXPECT_EQ(ampersands->moreRepairs, 3u);
+
+  std::string wide = "<opml><body><outline text='a' type='link' url='http://" +
+                     std::string(CUrlNode::kTextLimit, 'a') + "'";
+  for (int i = 0; i < 200; ++i) wide += " a" + std::to_string(i) + "=''";
+  const std::string repairs = RepairsOf(Import(Bytes(wide + "/>")));
+  EXPECT_THAT(repairs, HasSubstr("an address that is too long: 'http://aaa"));
+  EXPECT_THAT(repairs, HasSubstr("too many attributes: 'a199' left out"));
+
+  std::string deep = "<DL>";
+  for (int i = 0; i < 3000; ++i) deep += "<H3>a</H3><DL>";
+  const Result<Imported> folders = Import(Bytes(deep));
+  EXPECT_THAT(RepairsOf(folders), HasSubstr("a folder that is nested too deeply: '<H3>' kept"));
+  EXPECT_TRUE(SaveToBytes(folders->tree));
+}
+
+TEST(Import, SurvivesWantOfMemory) {
+  for (const char* const document :
+       {"<opml><body><outline text=a&b xmlurl='x'/><outline text='c' url='y'/>",
+        "<DL><DT><A HREF='x' TAGS='a,b'>a</A><DD>b<DT><H3>c</H3><DL>"}) {
+    const auto make = [&] {
+      ImportedItems items;
+      DocumentError error;
+      const std::string_view bytes = document;
+      ImportDocument(bytes.data(), bytes.size(), &items, nullptr, nullptr, &error);
+      return items.tree;
+    };
+    DeleteTree(make());  // what the system allocates once
+    ExpectNullAtEachFailure(make, DeleteTree);
+  }
+}
+
 }  // namespace
 }  // namespace vosmere::test::import

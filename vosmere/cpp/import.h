@@ -12,7 +12,6 @@
 #pragma once
 
 #include <cstddef>
-#include <new>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -64,33 +63,20 @@ struct Imported {
 
 namespace detail {
 
-/// A function for RepairReport. Nothing may be thrown through the library, so that memory which has
-/// run out is only noted.
-struct RepairTaker {
-  std::vector<Repair> repairs;
-  bool isShort = false;
-
-  static void Take(void* to, const DocumentRepair& repair) noexcept {
-    auto& taker = *static_cast<RepairTaker*>(to);
-    try {
-      taker.repairs.push_back(
-          {repair.kind, repair.line, repair.column, repair.what, repair.found, repair.made});
-    } catch (...) {
-      taker.isShort = true;
-    }
-  }
-};
-
 /// Runs one of the import functions.
 template <class Run>
 Result<Imported> ImportWith(const std::string& source, Run run) {
-  RepairTaker taker;
+  Imported imported;
   ImportedItems items;
   DocumentError error;
-  if (!run(&items, RepairTaker::Take, &taker, &error)) return Error(source, error);
-  Imported imported{Tree(items.tree), Collection(items.colct), std::move(taker.repairs),
-                    items.moreRepairs};
-  if (taker.isShort) ThrowNoMemory();
+  const auto take = [](void* to, const DocumentRepair& repair) {
+    static_cast<std::vector<Repair>*>(to)->push_back(
+        {repair.kind, repair.line, repair.column, repair.what, repair.found, repair.made});
+  };
+  if (!run(&items, take, &imported.repairs, &error)) return Error(source, error);
+  imported.tree.reset(items.tree);
+  imported.collection.reset(items.colct);
+  imported.moreRepairs = items.moreRepairs;
   return imported;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "vosmere/base/owned_text.h"
 #include "vosmere/exchange/internal/bookmarks_reader.h"
 #include "vosmere/exchange/internal/decode.h"
 #include "vosmere/exchange/internal/field_reader.h"
@@ -40,9 +41,15 @@ class Import {
       : bytes_(bytes), report_(report), to_(to) {}
 
   void Run(ImportedItems* items) {
-    if (IsBookmarkFile(bytes_)) return ReadBookmarks(items);
-    if (!LooksOdd() && ReadExactly(items)) return;
-    Repair(items);
+    if (!IsBookmarkFile(bytes_) && !LooksOdd() && ReadExactly(items)) return;
+    if (bytes_.size() > kMostRepaired)
+      Fail(DocumentFault::kTooLarge, "a document to repair has at most 256 MiB");
+    const std::string text = Decode(bytes_, repairs_);
+    if (IsBookmarkFile(text))
+      items->tree = ReadBookmarkFile(text, repairs_);
+    else
+      Repair(text, items);
+    Report(text, items);
   }
 
  private:
@@ -52,7 +59,7 @@ class Import {
     bool hasLetters = false;
     const bool isMisdeclared = !declared.empty() && !SameNoCase(declared, "utf-8") &&
                                IsUtf8(bytes_, &hasLetters) && hasLetters;
-    return isMisdeclared || bytes_.ends_with('\0') || MayLackPrefix(bytes_);
+    return isMisdeclared || IsUtf16(bytes_) || bytes_.ends_with('\0') || MayLackPrefix(bytes_);
   }
 
   /// False when a repair is needed.
@@ -69,29 +76,17 @@ class Import {
     return !reader.IsOdd() && Take(reader, items);
   }
 
-  void Repair(ImportedItems* items) {
-    const std::string text = Decoded();
+  void Repair(std::string_view text, ImportedItems* items) {
     const std::string document = MakeWellFormed(text, repairs_);
     FieldReader reader;
-    if (document.size() > INT_MAX) Fail(DocumentFault::kTooLarge, kTooLarge);
+    if (document.size() > INT_MAX)
+      Fail(DocumentFault::kTooLarge, "a repaired document has less than 2 GiB");
     if (!reader.LoadXML(document.data(), static_cast<int>(document.size()))) {
       DocumentError error = reader.LastError();
       error.line = error.column = 0;  // those of the repaired document
       throw DocumentFailure{error};
     }
     if (!Take(reader, items)) Fail(DocumentFault::kMalformed, "there is nothing in the document");
-    Report(text, items);
-  }
-
-  void ReadBookmarks(ImportedItems* items) {
-    const std::string text = Decoded();
-    items->tree = ReadBookmarkFile(text, repairs_);
-    Report(text, items);
-  }
-
-  std::string Decoded() {
-    if (bytes_.size() > kMostRepaired) Fail(DocumentFault::kTooLarge, kTooLarge);
-    return Decode(bytes_, repairs_);
   }
 
   void Report(std::string_view text, ImportedItems* items) {
@@ -107,8 +102,6 @@ class Import {
     items->colct = reader.DetachColct();
     return items->tree || items->colct;
   }
-
-  static constexpr char kTooLarge[] = "a document to repair has at most 256 MiB";
 
   std::string_view bytes_;
   RepairReport report_;
@@ -142,9 +135,11 @@ template <class Work>
 bool Guarded(ImportedItems* items, DocumentError* error, Work work) {
   *items = {};
   *error = {};
+  const unsigned long lostBefore = LostTexts();
   try {
     const ParserThread parser;
     work();
+    if (LostTexts() != lostBefore) throw std::bad_alloc();
     return true;
   } catch (const DocumentFailure& failure) {
     *error = failure.error;

@@ -53,7 +53,8 @@ struct DocumentRepair {
   const char* made = "";
 };
 
-/// Called for each repair, with the `to` that was given; throws nothing.
+/// Called for each repair, with the `to` that was given. May throw std::bad_alloc, which makes the
+/// import fail.
 using RepairReport = void (*)(void* to, const DocumentRepair& repair);
 
 }  // namespace vosmere

@@ -19,6 +19,13 @@ constexpr std::string_view kPrograms[] = {".exe", ".com", ".bat", ".cmd",    ".s
                                           ".vbs", ".js",  ".wsf", ".hta",    ".msi", ".lnk",
                                           ".ps1", ".jar", ".sh",  ".desktop"};
 
+/// The number of UTF-16 code units.
+std::size_t UnitsOf(std::string_view utf8) {
+  std::size_t units = 0;
+  for (const char c : utf8) units += !IsContinuation(c) + (static_cast<unsigned char>(c) >= 0xF0);
+  return units;
+}
+
 /// The beginning up to the first colon, without what browsers skip; empty if there is no colon.
 std::string SchemeOf(std::string_view address) {
   std::string scheme;
@@ -43,13 +50,12 @@ bool RunsSomething(std::string_view address) {
 std::string_view FixAddress(std::string_view raw, std::size_t at, RepairList* repairs) {
   const std::string_view address = Trimmed(raw);
   if (!repairs) return address;
-  const bool hasReferences = address.find('&') != address.npos;
-  const std::string plain = hasReferences ? WithoutReferences(address) : std::string(address);
+  std::string plain;
+  if (address.find('&') != address.npos) plain = WithoutReferences(address);
+  const std::string_view opened = plain.empty() ? address : plain;
   if (address.size() != raw.size()) repairs->Add(RepairKind::kBlanks, at, raw, address);
-  if (RunsSomething(plain)) repairs->Add(RepairKind::kRuns, at, address, address);
-  const auto isContinuation = [](char c) { return IsContinuation(c); };
-  const auto units = plain.size() - std::count_if(plain.begin(), plain.end(), isContinuation);
-  if (units >= CUrlNode::kTextLimit) repairs->Add(RepairKind::kTooLong, at, address, {});
+  if (RunsSomething(opened)) repairs->Add(RepairKind::kRuns, at, address, address);
+  if (UnitsOf(opened) >= CUrlNode::kTextLimit) repairs->Add(RepairKind::kTooLong, at, address, {});
   return address;
 }
 

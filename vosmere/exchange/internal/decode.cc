@@ -47,6 +47,13 @@ constexpr struct {
   unsigned base;
 } kNumbered[] = {{"windows-", 0}, {"cp", 0}, {"x-cp", 0}, {"iso-8859-", kLatin1 - 1}};
 
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF", kLittleMark = "\xFF\xFE",
+                           kBigMark = "\xFE\xFF", kLittleStart("<\0", 2), kBigStart("\0<", 2);
+
+bool Begins(std::string_view bytes, std::string_view mark) {
+  return bytes.substr(0, mark.size()) == mark;
+}
+
 /// The number of an encoding as Windows counts them; 0 if it is not known.
 unsigned CodePageOf(std::string_view name) {
   if (const auto* const row = FindNoCase(kNames, name)) return row->codePage;
@@ -154,7 +161,7 @@ std::string FromBytes(std::string_view bytes, RepairList& repairs) {
   };
   bool hasLetters = false;
   if (IsUtf8(bytes, &hasLetters)) {
-    if (hasLetters && codePage != kCodePageUtf8) isNot("UTF-8");
+    if (codePage == 0 || (hasLetters && codePage != kCodePageUtf8)) isNot("UTF-8");
     return std::string(bytes);
   }
   if (codePage == kWestern) return FromWestern(bytes);
@@ -173,12 +180,15 @@ std::string FromBytes(std::string_view bytes, RepairList& repairs) {
 }
 
 std::string FromAny(std::string_view bytes, RepairList& repairs) {
-  const auto begins = [&](std::string_view mark) { return bytes.substr(0, mark.size()) == mark; };
-  constexpr std::string_view kLittle("<\0", 2), kBig("\0<", 2);
-  if (begins("\xFF\xFE")) return FromUtf16(bytes.substr(2), false);
-  if (begins("\xFE\xFF")) return FromUtf16(bytes.substr(2), true);
-  if (begins(kLittle) || begins(kBig)) return FromUtf16(bytes, begins(kBig));
-  return FromBytes(begins("\xEF\xBB\xBF") ? bytes.substr(3) : bytes, repairs);
+  if (!IsUtf16(bytes))
+    return FromBytes(Begins(bytes, kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes, repairs);
+  const bool hasMark = Begins(bytes, kLittleMark) || Begins(bytes, kBigMark);
+  const bool isBig = Begins(bytes, kBigMark) || Begins(bytes, kBigStart);
+  std::string text = FromUtf16(bytes.substr(hasMark ? kBigMark.size() : 0), isBig);
+  const std::string declared(DeclaredEncoding(text));
+  if (!declared.empty() && !SameNoCase(declared.substr(0, 6), "utf-16"))
+    repairs.Add(RepairKind::kEncoding, 0, declared, "UTF-16");
+  return text;
 }
 
 void CutPadding(std::string& text, RepairList& repairs) {
@@ -216,6 +226,11 @@ std::string_view DeclaredEncoding(std::string_view bytes) {
   at = head.find_first_not_of(" \t\r\n='\"", at + key.size());
   return at == head.npos ? std::string_view()
                          : head.substr(at, head.find_first_of(" \t\r\n'\">?;/", at) - at);
+}
+
+bool IsUtf16(std::string_view bytes) {
+  return Begins(bytes, kLittleMark) || Begins(bytes, kBigMark) || Begins(bytes, kLittleStart) ||
+         Begins(bytes, kBigStart);
 }
 
 bool IsUtf8(std::string_view bytes, bool* hasLetters) {

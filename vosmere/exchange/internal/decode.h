@@ -12,6 +12,9 @@ namespace vosmere::exchange {
 /// it declares none.
 std::string_view DeclaredEncoding(std::string_view bytes);
 
+/// Whether the beginning of a document is that of UTF-16, with a byte-order mark or without.
+bool IsUtf16(std::string_view bytes);
+
 /// Whether the bytes are well-formed UTF-8. `*hasLetters` receives whether any is beyond ASCII.
 bool IsUtf8(std::string_view bytes, bool* hasLetters);
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <set>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -68,6 +69,8 @@ class Pass {
   void Close(std::string_view name, const Token& by);
   void CloseInnermost(std::size_t contentEnd);
   void FixAttributes(Token& tag);
+  bool IsDeclaration(const Attribute& attribute);
+  bool IsNewAttribute(Attribute& attribute, std::span<const Attribute> before);
   std::string_view Declare(std::string_view name, std::size_t at);
   void CheckText(const Open& element, std::size_t end);
 
@@ -248,23 +251,32 @@ std::string_view Pass::Declare(std::string_view name, std::size_t at) {
 }
 
 void Pass::FixAttributes(Token& tag) {
-  std::set<std::string_view> seen;
-  const auto isDropped = [&](Attribute& attribute) {
-    if (attribute.name == "xmlns") return true;
-    if (PrefixOf(attribute.name) == "xmlns") {
-      facts_.declared.emplace(attribute.name.substr(6));
-      return true;
-    }
-    const std::string_view name = names_.Attribute(attribute.name);
-    if (IsFaulty(attribute.name, name))
-      Repair(RepairKind::kName, attribute.at, attribute.name, name);
-    attribute.name = Declare(name, attribute.at);
-    const bool isFull = seen.size() == kMostAttributes;
-    if (!isFull && seen.insert(attribute.name).second) return false;
-    Repair(isFull ? RepairKind::kTooMany : RepairKind::kTwice, attribute.at, attribute.name, {});
-    return true;
-  };
-  std::erase_if(tag.attributes, isDropped);
+  std::vector<Attribute>& all = tag.attributes;
+  std::size_t kept = 0;
+  for (Attribute& attribute : all)
+    if (!IsDeclaration(attribute) && IsNewAttribute(attribute, {all.data(), kept}))
+      all[kept++] = attribute;
+  all.resize(kept);
+}
+
+/// Namespaces are declared anew, in the root element.
+bool Pass::IsDeclaration(const Attribute& attribute) {
+  if (attribute.name == "xmlns") return true;
+  if (PrefixOf(attribute.name) != "xmlns") return false;
+  facts_.declared.emplace(attribute.name.substr(6));
+  return true;
+}
+
+bool Pass::IsNewAttribute(Attribute& attribute, std::span<const Attribute> before) {
+  const std::string_view name = names_.Attribute(attribute.name);
+  if (IsFaulty(attribute.name, name)) Repair(RepairKind::kName, attribute.at, attribute.name, name);
+  attribute.name = Declare(name, attribute.at);
+  const bool isFull = before.size() == kMostAttributes;
+  const bool isNew = std::none_of(before.begin(), before.end(),
+                                  [&](const Attribute& a) { return a.name == attribute.name; });
+  if (isNew && !isFull) return true;
+  Repair(isFull ? RepairKind::kTooMany : RepairKind::kTwice, attribute.at, attribute.name, {});
+  return false;
 }
 
 // Writing.
@@ -315,9 +327,12 @@ std::size_t Pass::PutReference(std::string_view rest) {
 }  // namespace
 
 std::string MakeWellFormed(std::string_view text, RepairList& repairs) {
-  Pass survey(text, nullptr, nullptr);
-  survey.Run();
-  Pass pass(text, &survey.facts(), &repairs);
+  const Facts facts = [&] {
+    Pass survey(text, nullptr, nullptr);
+    survey.Run();
+    return survey.facts();
+  }();
+  Pass pass(text, &facts, &repairs);
   pass.Run();
   return pass.TakeDocument();
 }
