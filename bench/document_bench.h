@@ -11,9 +11,9 @@
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <vector>
 
 #include "bench/live_bytes.h"
+#include "vosmere/cpp/files.h"
 #include "vosmere/xml/write_xml.h"
 
 namespace vosmere::bench {
@@ -29,10 +29,7 @@ inline std::string ReadAll(const std::filesystem::path& path) {
 }
 
 inline bool SaveDocument(CWriteXML& writer, const std::filesystem::path& path) {
-  const std::u16string wide = path.u16string();
-  std::vector<WChar> units(wide.begin(), wide.end());
-  units.push_back(0);
-  return writer.SaveToFile(units.data());
+  return writer.SaveToFile(FilePath(path).get());
 }
 
 /// Runs a step and reports its processor time, so that other programs do not affect the result.

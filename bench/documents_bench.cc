@@ -13,23 +13,23 @@ namespace {
 constexpr std::size_t kDocumentBytes = 10 * 1000 * 1000;
 
 /// Texts of items, the same on every run. One in eight needs escaping, another one has an accent.
-class SampleTexts : private PeerItems {
+class SampleTexts {
  public:
-  const WChar* Name(int i) {
+  Wide Name(int i) {
     return Numbered(i % 8 == 0   ? "Science & more %d"
                     : i % 8 == 1 ? "Déjà vu %d"
                                  : "Feed no. %d",
                     i);
   }
-  const WChar* Url(int i) { return Numbered("http://feeds.example/%d/news/feed.xml", i); }
-  const WChar* Path(int i) { return Numbered("C:\\Data\\Library\\feeds\\%d\\feed.xml", i); }
-  const WChar* Uuid(int i) { return Numbered("%08d-0000-4000-8000-000000000001", i); }
-  const WChar* Description(int i) {
+  Wide Url(int i) { return Numbered("http://feeds.example/%d/news/feed.xml", i); }
+  Wide Path(int i) { return Numbered("C:\\Data\\Library\\feeds\\%d\\feed.xml", i); }
+  Wide Uuid(int i) { return Numbered("%08d-0000-4000-8000-000000000001", i); }
+  Wide Description(int i) {
     return Numbered("What happened on day %d, told for those who were not there.", i);
   }
 
  private:
-  const WChar* Numbered(const char* format, int i) {
+  Wide Numbered(const char* format, int i) {
     char text[128];
     std::snprintf(text, sizeof text, format, i);
     return Wide(text);
@@ -279,7 +279,7 @@ struct NotificationDocument : PeerItems {
     return message;
   }
   void ReadPart(CVSMNotifyMsg& message, Libxml2Dom::Node node) {
-    const WChar* const text = Wide(Libxml2Dom::Text(node));
+    const Wide text(Libxml2Dom::Text(node));
     if (Libxml2Dom::Named(node, "title"))
       message.SetName(text);
     else if (Libxml2Dom::Named(node, "description"))

@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "vosmere/cpp/text.h"
 #include "vosmere/net/http_upload.h"
 
 namespace vosmere::bench {
@@ -74,12 +75,6 @@ int StartServer() {
   return ntohs(address.sin_port);
 }
 
-std::vector<WChar> Wide(const std::string& ascii) {
-  std::vector<WChar> units(ascii.begin(), ascii.end());
-  units.push_back(0);
-  return units;
-}
-
 /// The file and the server, created on first use and kept until the program ends.
 class Setting {
  public:
@@ -108,8 +103,8 @@ class Setting {
 bool UploadWithVosmere() {
   const Setting& setting = Setting::Get();
   CNetUploadFile upload;
-  upload.SetHost(Wide(setting.host()).data());
-  upload.UploadFile(Wide(setting.path()).data());
+  upload.SetHost(Wide(setting.host()));
+  upload.UploadFile(Wide(setting.path()));
   return upload.GetErrorCode() == 0;
 }
 
@@ -169,8 +164,8 @@ void Measure(benchmark::State& state, bool (*upload)()) {
 
 void Upload100MB(benchmark::State& state) {
   CNetUploadFile small;  // a first upload allocates what does not depend on the size
-  small.SetHost(Wide(Setting::Get().host()).data());
-  small.UploadPartialFile(Wide("small").data(), Wide("small").data());
+  small.SetHost(Wide(Setting::Get().host()));
+  small.UploadPartialFile(Wide("small"), Wide("small"));
   PeakMemory::Reset();
   const long before = PeakMemory::Get();
   if (!UploadWithVosmere()) state.SkipWithError("the upload failed");

@@ -130,10 +130,37 @@ bool SaveByLayer(RNode* root, const char* path) {
   return isSaved;
 }
 
+template <bool (*Save)(RNode*)>
+void BM_OpmlSaveBytes(benchmark::State& state) {
+  RNode* const tree = Sample::Get().tree();
+  for (auto _ : state) {
+    const bool saved = Timed(state, [&] { return Save(tree); });
+    if (!saved) state.SkipWithError("the tree cannot be saved");
+  }
+}
+
+bool SaveBytesByLayer(RNode* root) {
+  Tree tree(root);
+  const bool isSaved = static_cast<bool>(SaveToBytes(tree));
+  static_cast<void>(tree.release());
+  return isSaved;
+}
+
+bool SaveBytesWithVosmere(RNode* root) {
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(root);
+  ConvertedText bytes;
+  int length = 0;
+  return writer.GetXMLBytes(Out(bytes), &length);
+}
+
 BENCHMARK(BM_OpmlLoad<LoadByLayer, Heap::kWarm>)->Name("LayerLoad/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kWarm>)->Name("LayerLoad/plain")->UseManualTime();
 BENCHMARK(BM_OpmlSave<SaveByLayer>)->Name("LayerSave/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlSave<SaveWithVosmere>)->Name("LayerSave/plain")->UseManualTime();
+
+BENCHMARK(BM_OpmlSaveBytes<SaveBytesByLayer>)->Name("LayerSaveBytes/vosmere")->UseManualTime();
+BENCHMARK(BM_OpmlSaveBytes<SaveBytesWithVosmere>)->Name("LayerSaveBytes/plain")->UseManualTime();
 
 BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kCold>)->Name("OpmlLoad/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlLoad<ReadWithLibxml2, Heap::kCold>)->Name("OpmlLoad/libxml2")->UseManualTime();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <pugixml.hpp>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,9 +32,9 @@ class TreeBuilder : public PeerItems {
     } else if (name == "description") {
       link->item->SetDescription(Wide(value));
     } else if (link->type == NT_COLCT && name == "xmlUrl") {
-      WChar* const path = Wide(value);
-      std::replace(path, path + WideLength(path), WChar{'/'}, WChar{'\\'});
-      static_cast<CColctNode*>(link->item)->SetUrl(path);
+      path_.assign(value);
+      std::replace(path_.begin(), path_.end(), '/', '\\');
+      static_cast<CColctNode*>(link->item)->SetUrl(Wide(path_));
     } else if (link->type == NT_COLCT && name == "htmlUrl") {
       static_cast<CColctNode*>(link->item)->SetRelationUrl(Wide(value));
     }
@@ -50,6 +51,9 @@ class TreeBuilder : public PeerItems {
     if (link->type == NT_COLCT && name == "expand" && value == "true")
       static_cast<CColctNode*>(link->item)->GetColctNetData()->SetColctExpandState(true);
   }
+
+ private:
+  std::string path_;  // kept, so that its memory is used again
 };
 
 /// A reader for both libraries; `Dom` is the interface to their documents (peer_dom.h).

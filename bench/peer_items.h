@@ -4,9 +4,8 @@
 
 #include <charconv>
 #include <string_view>
-#include <vector>
 
-#include "vosmere/platform/posix/utf8.h"
+#include "vosmere/cpp/text.h"
 #include "vosmere/tree/base_node.h"
 #include "vosmere/tree/tree_tool.h"
 
@@ -26,14 +25,7 @@ class PeerItems {
     return number;
   }
 
-  /// Valid until the next call.
-  WChar* Wide(std::string_view utf8) {
-    if (wide_.size() <= utf8.size()) wide_.resize(utf8.size() * 2 + 1);
-    wide_[utf8::Decode(utf8.data(), utf8.size(), wide_.data(), utf8.size())] = 0;
-    return wide_.data();
-  }
-
-  void SyncAttribute(CBaseNode& item, std::string_view name, std::string_view value) {
+  static void SyncAttribute(CBaseNode& item, std::string_view name, std::string_view value) {
     if (name == "id")
       item.SetUUID(Wide(value));
     else if (name == "version")
@@ -42,7 +34,7 @@ class PeerItems {
       item.SetAsDeleted(true);
   }
 
-  void StatAttribute(CBaseNode& item, std::string_view name, std::string_view value) {
+  static void StatAttribute(CBaseNode& item, std::string_view name, std::string_view value) {
     CNodeStat& stat = *item.GetNodeStat();
     if (name == "added")
       SetTime(stat, value, CNodeStat::kAdded);
@@ -61,8 +53,6 @@ class PeerItems {
     const LONG time = Number(value);
     stat.SetStatTime(time, time, time, which);
   }
-
-  std::vector<WChar> wide_;
 };
 
 }  // namespace vosmere::bench

@@ -8,6 +8,7 @@
 #include "bench/peer_dom.h"
 #include "bench/peer_items.h"
 #include "vosmere/collections/internal/rss_words.h"
+#include "vosmere/cpp/lists.h"
 #include "vosmere/tree/folder_node.h"
 
 namespace vosmere::bench {
@@ -118,7 +119,7 @@ class ColctReader : private PeerItems {
       else if (Dom::Named(node, "vsm:build"))
         ReadBuild(node, *item);
       else if (Dom::Named(node, "vsm:tags"))
-        item->GetUrlProp()->SetTagsList(CUrlProp::GenerateRBstrItemList(Wide(Dom::Text(node))));
+        SetTags(*item, Dom::Text(node));
     });
   }
 

@@ -5,10 +5,10 @@
 #include <random>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "vosmere/collections/colct_node.h"
-#include "vosmere/platform/posix/utf8.h"
+#include "vosmere/cpp/lists.h"
+#include "vosmere/cpp/text.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/tree_tool.h"
 
@@ -23,17 +23,6 @@ constexpr std::string_view kWords[] = {
 constexpr std::string_view kAccented[] = {"Café",         "Zürich",     "naïve", "Málaga",
                                           "crème brûlée", "Ærøskøbing", "Łódź",  "São Paulo"};
 constexpr std::string_view kChinese[] = {"新闻", "旅行", "天气预报", "音乐", "图书馆", "每日阅读"};
-
-class Wide {
- public:
-  explicit Wide(std::string_view utf8) : units_(utf8.size() + 1) {
-    utf8::Decode(utf8.data(), utf8.size(), units_.data(), units_.size());
-  }
-  operator WChar*() { return units_.data(); }
-
- private:
-  std::vector<WChar> units_;
-};
 
 class Generator {
  public:
@@ -134,8 +123,7 @@ class Generator {
     if (OneIn(3)) page->SetAuthor(Wide(Any(kAccented)));
     if (OneIn(3)) page->SetBaseBuild(static_cast<int>(1 + Below(900)));
     if (OneIn(4)) {
-      std::string tags = Words(1 + Below(4));
-      page->GetUrlProp()->SetTagsList(CUrlProp::GenerateRBstrItemList(Wide(tags)));
+      SetTags(*page, Words(1 + Below(4)));
     }
     if (!OneIn(4)) return;
     page->SetItemType(static_cast<tagVSMITEMTYPE>(1 + Below(3)));

@@ -12,8 +12,8 @@ namespace {
 constexpr int kDocumentBytes = 10 * 1000 * 1000;
 
 /// A text with a number in it, the same on every run. One in eight needs escaping.
-struct SampleTexts : private PeerItems {
-  const WChar* operator()(const char* what, int i) {
+struct SampleTexts {
+  Wide operator()(const char* what, int i) const {
     char text[128];
     std::snprintf(text, sizeof text, i % 8 == 0 ? "%s & more no. %d" : "%s für %d", what, i);
     return Wide(text);
@@ -56,7 +56,7 @@ struct SearchEnginesDocument : PeerItems {
         if (name == "type") engine->SetSearchType(Wide(value));
       });
       Libxml2Dom::ForEachChild(element, [&](Libxml2Dom::Node node) {
-        const WChar* const text = Wide(Libxml2Dom::Text(node));
+        const Wide text(Libxml2Dom::Text(node));
         if (Libxml2Dom::Named(node, "title")) engine->SetName(text);
         if (Libxml2Dom::Named(node, "description")) engine->SetDescription(text);
         if (Libxml2Dom::Named(node, "queryUrl")) engine->SetUrl(text);

@@ -1,4 +1,4 @@
-# Header-only packages of the host, for the native and the cross build alike. They are reached through
+# Header-only packages of the host, for the native and for the cross build. They are found through
 # links in the build tree: /usr/include itself would drag the host's C library into a cross build.
 function(add_header_only target)
   set(root ${PROJECT_BINARY_DIR}/header_only)

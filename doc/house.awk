@@ -1,8 +1,8 @@
-# Reads "file:#include "vosmere/..."" lines, as grep prints them, and draws the rooms of the library.
+# Reads lines of the form `file:#include "vosmere/..."`, as grep prints them, and draws the rooms of the library.
 #
 # Prints each room with the rooms that it uses, and writes the same as a graph to the file `graph`.
-# Ends with 1 when an include points up or sideways to another room. As every arrow points to a lower
-# floor, there cannot be a circle.
+# Exits with 1 if an include points up, or to another room on the same floor. If every arrow points to a
+# lower floor, there cannot be a circle.
 BEGIN {
   floors = split("base|platform|text|tree sched|xml net|" \
                  "collections engines tags tabs toolbars pages ftp notify favorites|" \

@@ -1,6 +1,6 @@
-# Prepares a file for the web page that ./dev doc makes; see INPUT in doc/Doxyfile.
+# Prepares a file for the web pages that ./dev doc makes; see FILTER_PATTERNS in doc/Doxyfile.
 #
-# Header: what it declares goes into the group of its room (doc/rooms.dox), and the comment at its top
+# Header: its declarations go into the group of its room (doc/rooms.dox), and the comment at its top
 # describes the file.
 # Markdown: a heading gets the anchor that links within the page expect, with the page's name in
 # front, as anchors are common to all pages; the names of classes become links.
@@ -29,7 +29,7 @@ is_header {
   next
 }
 
-# As the links of a document expect it: with a number from the second of its kind on.
+# The anchor that links expect, with a number for the second and later headings of the same text.
 function anchor(heading,    name) {
   name = tolower(heading)
   gsub(/[^a-z0-9 -]/, "", name)

@@ -1,6 +1,6 @@
 // Reads the date of an entry of a feed.
 //
-// Prints: 1994-11-06T08:49:37Z, yesterday is no date
+// Prints: 1994-11-06T08:49:37Z, yesterday is not a date
 #include <iostream>
 
 #include "vosmere/cpp.h"
@@ -17,5 +17,5 @@ int main() {
   CUrlNode& page = *Add<CUrlNode>(tree, "Entry");
   if (SetPublished(page, "Sun, 06 Nov 1994 00:49:37 -0800"))
     std::cout << ToIsoDate(*TimesOf(page).added).value_or("?");
-  if (!SetPublished(page, "yesterday")) std::cout << ", yesterday is no date\n";
+  if (!SetPublished(page, "yesterday")) std::cout << ", yesterday is not a date\n";
 }

@@ -1,4 +1,4 @@
-// Loads a list that a feed reader exported, and prints what of it is not kept.
+// Loads a list that a feed reader exported, and prints what is not kept.
 //
 // Prints: News & views > a feed, not all of /opml/body/outline/outline
 #include <iostream>

@@ -23,7 +23,7 @@ void Require(bool condition) {
 
 }  // namespace
 
-// What the reader tells of unknown names is not wanted here.
+// The readers print unknown names to standard output, which is not wanted here.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
   return std::freopen("/dev/null", "w", stdout) ? 0 : 1;
 }
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   LONG seconds;
   Require(!reader.GetTime(text.c_str(), &seconds) || seconds >= 0);
 
-  // A system string of the same units, and one of whatever the bytes make in pairs.
+  // A system string of the bytes as units, and one of pairs of bytes.
   const std::vector<WChar> units(data, data + size);
   std::vector<WChar> pairs;
   for (std::size_t i = 0; i + 1 < size; i += 2)

@@ -1,6 +1,6 @@
 // For every stored document: any bytes load or fail; what loads can be saved; what was saved loads
-// again, and from then on stays as it is. The first byte says which document: '0' is the first row
-// of the table.
+// again, and after that does not change any more. The first byte chooses the document: '0' is the
+// first row of the table.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
-// Whatever changes a log asks for are made whole or refused with a reason, and leave a tree that
-// can be written and read again. Checksums would keep the fuzzer from the changes, so it makes them
-// itself; an input that begins with 'f' is a file as it is.
+// Every change that a log asks for is made completely or refused with a reason, and leaves a tree
+// that can be written and read again. Checksums would keep the fuzzer from reaching the changes, so
+// it makes the changes itself; an input that begins with 'f' is a whole file.
 #include <unistd.h>
 
 #include <cstddef>
@@ -22,7 +22,8 @@ void Require(bool condition) {
   if (!condition) std::abort();
 }
 
-// Each change is its kind, two bytes of length, and its contents; the high bit unmakes it.
+// Each change is its kind, two bytes of length, and its contents; the high bit of the kind undoes
+// it.
 void MakeChanges(std::string_view input) {
   StoredTree tree;
   tree.SetRoot(NewLink(NT_FOLDER, true));

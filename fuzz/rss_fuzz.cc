@@ -1,5 +1,5 @@
 // Any bytes load or fail; what loads can be saved; what was saved loads again with all its items,
-// and from then on stays as it is.
+// and after that does not change any more.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Any bytes: what the fast path takes is what the parser makes of them.
+// Any bytes: what the fast parser accepts, it reads exactly as libxml2 does.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

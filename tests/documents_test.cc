@@ -64,9 +64,9 @@ class StoredDocuments : public testing::TestWithParam<StoredDocument> {
     const std::size_t begin = golden.find("<" + root);
     return golden.substr(begin, golden.find('>', begin) + 1 - begin) + content + "</" + root + ">";
   }
-  /// What is written when there is nothing, which may be a document that says so.
+  /// What is written when there is no data: nothing, or a document without content.
   testing::Matcher<std::string> IsNothing() { return AnyOf("(null)", Again(InRoot(" "))); }
-  /// The golden document with attributes and texts of so many characters.
+  /// The golden document with all attributes and texts of that length.
   std::string Filled(std::size_t length) {
     const auto fill = [=](const std::string&) { return std::string(length, 'x'); };
     const std::string body = golden.substr(golden.find('<', 1));
@@ -79,16 +79,27 @@ class StoredDocuments : public testing::TestWithParam<StoredDocument> {
   const std::string root = GetParam().root;
 };
 
-// What comes back of a golden document, when that is another, and what scripts are shown of it.
-const std::string kAgain = ".again", kJson = ".json";
+// Files with the document when it was read and written, if it changes, with its JSON, and with what
+// the tool shows of it and warns of.
+const std::string kAgain = ".again", kJson = ".json", kShown = ".shown";
 
 TEST_P(StoredDocuments, AreReadBack) {
   const bool changes = std::filesystem::exists(TestPath(GetParam().golden + kAgain));
   const std::string again = changes ? Golden(GetParam().golden + kAgain) : golden;
   EXPECT_EQ(Again(golden), again);
   EXPECT_EQ(Again(again), again);
-  EXPECT_EQ(RunTool("show --json " + Quoted(TestPath(GetParam().golden))).out,
-            TestData(GetParam().golden + kJson));
+  const std::string file = Quoted(TestPath(GetParam().golden));
+  EXPECT_EQ(RunTool("show --json " + file).out, TestData(GetParam().golden + kJson));
+  const std::string shown = RunTool("show " + file).out + RunTool("check - <" + file).out;
+  // Not every parser tells the line and the column.
+  EXPECT_EQ(std::regex_replace(shown, std::regex("[0-9]+:[0-9]+ /"), "/"),
+            TestData(GetParam().golden + kShown));
+
+  const TempFolder folder;
+  const std::string copy = Quoted(folder / "copy");
+  EXPECT_EQ(RunTool("copy " + file + ' ' + copy).exitCode, 0);
+  EXPECT_EQ(RunTool("copy - - <" + copy).bytes, ReadBytes(folder / "copy"));
+  EXPECT_EQ(ReadBytes(folder / "copy") == golden, !changes);
 }
 
 TEST_P(StoredDocuments, AreWrittenByteForByte) {
@@ -158,7 +169,7 @@ TEST_P(StoredDocuments, OutOfMemoryIsAFailedLoadThatLosesNothing) {
 }
 
 TEST_P(StoredDocuments, OutOfMemoryIsAFailedSave) {
-  const std::string document = Filled(100);  // which no object holds in itself
+  const std::string document = Filled(100);  // texts too long to be stored without an allocation
   WriteAtEachFailure([&] {
     const auto reader = GetParam().newReader();
     return Load(*reader, document) ? GetParam().write(*reader) : nullptr;
@@ -167,7 +178,7 @@ TEST_P(StoredDocuments, OutOfMemoryIsAFailedSave) {
 
 /// An element of a document below its root, as bytes.
 struct Element {
-  std::string path;  ///< its name behind those of the elements around it
+  std::string path;  ///< its name after those of the elements around it
   std::size_t begin, end;
   std::size_t outside;  ///< where the element around it ends
 
@@ -200,7 +211,7 @@ std::vector<Element> ElementsOf(const std::string& document) {
   return elements;
 }
 
-/// In the other letter case, but for its prefix.
+/// With upper and lower case swapped, except in the prefix.
 std::string Cased(std::string name) {
   for (std::size_t i = name.find(':') + 1; i < name.size(); ++i)
     name[i] =
@@ -208,7 +219,7 @@ std::string Cased(std::string name) {
   return name;
 }
 
-/// Names for what comes of a document that was changed.
+/// Words for the effect of a change to a document.
 struct Fates {
   std::string counts, lost;
 
@@ -220,11 +231,11 @@ struct Fates {
   }
 };
 
-/// Where the elements of each golden document count, and what several documents for one reader come
-/// to, stands in a file for each kind.
+/// For each kind of document, a file says where its elements count, and what one reader makes of
+/// several documents.
 class Readers : public StoredDocuments {
  protected:
-  /// What comes of an element of the golden document that stands elsewhere.
+  /// What happens to an element of the golden document when it is somewhere else.
   std::string FateOf(const Element& element) {
     const auto with = [&](const std::string& instead) {
       return std::string(golden).replace(element.begin, element.end - element.begin, instead);
@@ -246,9 +257,9 @@ class Readers : public StoredDocuments {
            " of two";
   }
 
-  /// What a reader holds in the end that was given documents one after the other.
+  /// What a reader holds after it was given several documents.
   std::string After(std::initializer_list<std::string> documents) {
-    std::string written(10'000, ' ');  // with all the memory that it needs
+    std::string written(10'000, ' ');  // allocates its memory before the count
     const long before = LiveAllocations();
     {
       const auto reader = GetParam().newReader();

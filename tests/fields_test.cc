@@ -1,4 +1,4 @@
-// What the classes of things keep: their texts, and what a copy of an item has.
+// The texts that classes keep, and what the copy of an item has.
 #include <memory>
 #include <ostream>
 #include <sstream>
@@ -11,10 +11,10 @@
 
 namespace vosmere::test::fields {
 
-/// What a setter makes of null, or of a text that is too long.
+/// What a setter does with null, or with a text that is too long.
 enum Rule { kNull, kEmpty, kIgnored, kCut };
 
-/// A text of a class, however things of that class are made.
+/// A text of a class, with a function that makes an object of the class.
 struct Text {
   const char* what;
   std::shared_ptr<void> (*make)();
@@ -22,7 +22,7 @@ struct Text {
   const WChar* (*get)(const void* thing);
   const char* initial = "(null)";
   Rule null = kNull;
-  std::size_t longest = 0;  ///< units; 0 is without a limit
+  std::size_t longest = 0;  ///< in code units; 0 for no limit
   Rule longer = kIgnored;
 
   friend void PrintTo(const Text& text, std::ostream* out) { *out << text.what; }
@@ -186,7 +186,7 @@ void Fill(CUrlNode& page) {
   page.GetUrlProp()->SetFileType(FT_XLS);
   page.GetUrlProp()->SetFileExtension(W("xls"));
   page.GetUrlProp()->SetTagsList(Tags("News sport"));
-  page.GetUrlProp()->SetNeedSaveKeyWords(true);     // which a copy has not,
+  page.GetUrlProp()->SetNeedSaveKeyWords(true);     // a copy does not have this,
   page.GetUrlProp()->SetRefColctRNode(SomeLink());  // nor this
 }
 std::string Describe(const CUrlNode& page) {
@@ -226,7 +226,7 @@ void Fill(CColctNode& colct) {
   colct.SetColctType(static_cast<tagCOLCTTYPE>(7));
   colct.SetHasNewData(true);
   colct.SetLocRNodeRoot(SomeLink());
-  for (const int state : {2, 3, -2}) colct.SetLoadingState(state);  // the last two are none
+  for (const int state : {2, 3, -2}) colct.SetLoadingState(state);  // the last two are not states
 }
 std::string Describe(const CColctNode& colct) {
   std::ostringstream all;
@@ -252,10 +252,10 @@ std::string Describe(const CEngineNode& engine) {
   return all;
 }
 
-/// `fresh` and `filled` are what an item has beyond every item, as new and with nothing as it was.
+/// `fresh` and `filled` are the fields that the class adds, in a new item and in a copy.
 template <class Node>
 void ExpectCopies(const std::string& fresh, const std::string& filled) {
-  const SteppedClock clock(1000, 0, 1);  // which goes on with each reading
+  const SteppedClock clock(1000, 0, 1);  // advances at each reading
   Item<Node> source(Node::New());
   EXPECT_EQ(Describe(*source), "|||1 1 2 0 0 0|1000 1000 1000 0 0" + fresh);
   EXPECT_EQ(Describe(*Item<Node>(Node::New(source.get()))), Describe(*source));
@@ -282,7 +282,8 @@ TEST(Items, AreCopiedWholeButForTheirLink) {
   assigned = data;
   EXPECT_EQ(Describe(assigned), net);
   assigned = CColctNetData();
-  EXPECT_EQ(Describe(assigned), "owner|0000|-1 0 20 0") << "no owner is no reason to forget one";
+  EXPECT_EQ(Describe(assigned), "owner|0000|-1 0 20 0")
+      << "a null owner does not remove the old one";
 }
 
 }  // namespace vosmere::test::fields

@@ -1,18 +1,21 @@
 #!/usr/bin/env python3
-"""Puts faults into the sources, one at a time, and looks whether the tests notice.
+"""Puts faults into the sources, one at a time, and checks whether the tests notice.
 
-    mutate.py [-s SEED] [-f FILE] COUNT     FILE: the faults to put in, in the form that is printed
+    mutate.py [-s SEED] [-j JOBS] [-o ONLY] COUNT     random faults in files whose names begin with ONLY
+    mutate.py -f FILE                                 the faults listed in FILE, as they are printed
 
 Each fault is built and tested in a copy of the tree under build/mutate. A fault that does not
 compile is replaced by another one. Prints the survivors and, at the end, how many were caught.
 """
 import argparse
+import json
 import os
 import pathlib
 import queue
 import random
 import re
 import resource
+import shlex
 import shutil
 import subprocess
 import sys
@@ -20,7 +23,8 @@ import threading
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 PLACE = TOP / "build" / "mutate"
-MEMORY = 4 << 30  # bytes; a fault may allocate for ever
+MEMORY = 6 << 30  # bytes; a fault may allocate for ever, and a test maps a file of 4 GiB
+NEAREST = 6  # objects of each kind that are built first for a fault in a header
 
 
 def masked(text):
@@ -103,7 +107,7 @@ def describe(fault):
 
 
 class Worker:
-    """A copy of the tree with a build of its own."""
+    """A copy of the tree with its own build."""
 
     left_out = []  # tests
 
@@ -113,7 +117,7 @@ class Worker:
         self.scratch = PLACE / f"scratch{index}"
         files = subprocess.run(["git", "ls-files"], cwd=TOP, text=True, check=True,
                                stdout=subprocess.PIPE).stdout.split("\n")[:-1]
-        if self.source.exists():  # what is gone from the tree goes from the copy
+        if self.source.exists():  # removes from the copy what was removed from the tree
             for old in self.source.rglob("*"):
                 if old.is_file() and str(old.relative_to(self.source)) not in files:
                     old.unlink()
@@ -123,27 +127,84 @@ class Worker:
             if not copy.exists() or copy.read_bytes() != source.read_bytes():
                 shutil.copyfile(source, copy)
                 shutil.copymode(source, copy)
+        self.quick = PLACE / f"quick{index}"
+        self.quick.mkdir(exist_ok=True)
         self.run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build,
                   "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=mold"])
-        if not self.make():
+        self.read_commands()
+        if not self.make(os.cpu_count()):
             sys.exit("mutate: the tree does not build")
+        self.clean = True
+        self.read_includes()
         self.seconds = 600
+
+    def ninja(self, *arguments):
+        return subprocess.run(["ninja", "-C", self.build, *arguments], text=True, check=True,
+                              stdout=subprocess.PIPE).stdout
+
+    def read_commands(self):
+        """How each object is compiled, and how the tests are linked."""
+        wanted = ("vosmere_tests.dir/", "vosmere_objects.dir/")
+        self.compile = {entry["output"]: shlex.split(entry["command"])
+                        for entry in json.loads(self.ninja("-t", "compdb"))
+                        if any(target in entry["output"] for target in wanted)
+                        and entry["output"].endswith(".o")}
+        link = self.ninja("-t", "commands", "vosmere_tests").splitlines()[-1]
+        self.link = shlex.split(link)[2:-2]
+
+    def read_includes(self):
+        """Which files of the tree each object is made of."""
+        self.made_of, files = {}, set()
+        for line in self.ninja("-t", "deps").splitlines():
+            if line and not line[0].isspace():
+                self.made_of[line.split(":")[0]] = files = set()
+            elif str(self.source) in line:
+                files.add(str(pathlib.Path(line.strip()).relative_to(self.source)))
+
+    def nearest(self, name):
+        """The objects that are likeliest to show a fault: of the same name, its room's, the smallest."""
+        room, stem = os.path.dirname(name).split("/", 1)[1], pathlib.Path(name).stem
+        users = [o for o in self.compile if name in self.made_of.get(o, ())]
+        users.sort(key=lambda o: (stem not in o, f".dir/{room}/" not in o, len(self.made_of[o])))
+        return [o for target in ("vosmere_tests.dir/", "vosmere_objects.dir/")
+                for o in [o for o in users if target in o][:NEAREST]]
+
+    def make_quickly(self, name):
+        """Builds the tests with only the nearest objects new, which go before all others: unoptimised,
+        a function of a header is taken from the first object that has it. Returns the program and
+        the suites that are worth running, or None when the fault does not compile."""
+        fresh = {}
+        for number, built in enumerate(self.nearest(name)):
+            command = [word for word in self.compile[built] if word != "ccache"]  # which never helps
+            fresh[built] = self.quick / f"{number}.o"
+            command[command.index("-o") + 1] = fresh[built]
+            del command[command.index("-MD"):command.index("-o")]
+            if self.run(command, cwd=self.build).returncode:
+                return None
+        program = self.quick / "vosmere_tests"
+        words = [word for word in self.link if word not in fresh]
+        words[words.index("-o") + 1] = program
+        words[1:1] = fresh.values()
+        if self.run(words, cwd=self.build).returncode:
+            return None
+        sources = [self.compile[built][-1] for built in fresh if "vosmere_tests.dir/" in built]
+        return program, suites_in(map(pathlib.Path, sources))
 
     def run(self, command, seconds=None, **more):
         return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                               stdin=subprocess.DEVNULL, timeout=seconds, errors="replace", **more)
 
-    def make(self):
-        return self.run(["ninja", "-C", self.build, "-j", "1", "vosmere_tests"]).returncode == 0
+    def make(self, jobs=1):
+        return self.run(["ninja", "-C", self.build, "-j", str(jobs), "vosmere_tests"]).returncode == 0
 
-    def first_failure(self, tests):
+    def first_failure(self, tests, program=None):
         """The first test that fails, "" when none does, "(ended)" for a crash, "(time)" for a hang."""
         if self.left_out:
             tests += (":" if "-" in tests else "-") + ":".join(self.left_out)
         shutil.rmtree(self.scratch, ignore_errors=True)
         self.scratch.mkdir()
         process = subprocess.Popen(
-            [self.build / "bin" / "vosmere_tests", f"--gtest_filter={tests}", "--gtest_fail_fast",
+            [program or self.build / "bin" / "vosmere_tests", f"--gtest_filter={tests}", "--gtest_fail_fast",
              "--gtest_brief=1"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
             stdin=subprocess.DEVNULL, errors="replace", cwd=self.scratch, start_new_session=True,
             env={**os.environ, "TMPDIR": str(self.scratch)},
@@ -154,7 +215,7 @@ class Worker:
             return "(time)"
         finally:
             try:
-                os.killpg(process.pid, 9)  # with servers and tools that a test has left
+                os.killpg(process.pid, 9)  # also servers and tools that a test has left running
             except ProcessLookupError:
                 pass
             process.wait()
@@ -163,39 +224,74 @@ class Worker:
         failed = re.search(r"^\[  FAILED  \] (\S+?)(?:,| \(|$)", output, re.M)
         return failed.group(1) if failed else "(ended)"
 
-    def killer(self, room):
-        """A room's own tests are the likeliest to notice: they go first."""
-        own = suites_of(room)
-        for tests in ([own] if own else []) + ["-" + own if own else "*"]:
-            found = self.first_failure(tests)
-            # A slow machine may fail a test once: a caught fault fails its test again.
-            if found and (found.startswith("(") or self.first_failure(found)):
-                return found
+    def killer(self, tests, program=None):
+        """The test that notices, or ""."""
+        found = self.first_failure(tests, program)
+        # On a slow machine a test may fail once by chance; a real fault makes it fail again.
+        if found and (found.startswith("(") or self.first_failure(found, program)):
+            return found
         return ""
 
+    def try_library(self, name):
+        """The likeliest tests first, in a program that is built quickly, then all."""
+        if not self.clean and not self.make():
+            sys.exit("mutate: the tree does not build any more")
+        self.clean = True
+        quick = self.make_quickly(name)
+        if quick is None:
+            return None
+        program, suites = quick
+        own = ":".join(filter(None, [suites_of(name), suites]))
+        return (own and self.killer(own, program)) or self.try_whole(name, own)
+
+    def try_whole(self, name, done=""):
+        # All that includes a header would have to be built again to be without the fault.
+        kept = self.build.with_suffix(".kept")
+        if name.endswith(".h"):
+            shutil.rmtree(kept, ignore_errors=True)
+            subprocess.run(["cp", "-a", self.build, kept], check=True)
+        self.clean = name.endswith(".h")
+        try:
+            if not self.make():
+                return None
+            own = done or suites_of(name)
+            return (not done and self.killer(own)) or self.killer("-" + own if own else "*")
+        finally:
+            if name.endswith(".h"):
+                shutil.rmtree(self.build)
+                kept.rename(self.build)
+
     def try_fault(self, fault):
-        """The test that caught it, "" for none, or None when it does not compile."""
+        """The test that caught the fault, "" if none did, or None if the fault does not compile."""
         name, number, start, end, old, new = fault
         path = self.source / name
-        whole = path.read_text()
+        whole, times = path.read_text(), path.stat()
         lines = whole.split("\n")
         if lines[number][start:end] != old:
             return None
         lines[number] = lines[number][:start] + new + lines[number][end:]
         path.write_text("\n".join(lines))
         try:
-            return self.killer(str(pathlib.Path(name).parent)) if self.make() else None
+            return self.try_library(name) if name.startswith("vosmere/") else self.try_whole(name)
         finally:
             path.write_text(whole)
+            if name.endswith(".h") or self.clean:
+                os.utime(path, ns=(times.st_atime_ns, times.st_mtime_ns))
 
 
-def suites_of(folder):
-    room = folder.split("/", 1)[1] if folder.startswith("vosmere/") else folder
+def suites_in(paths):
     found = set()
-    for path in (TOP / "tests" / room).glob("**/*.cc"):
+    for path in paths:
         for macro, suite in re.findall(r"^\s*(TEST\w*|TYPED_TEST\w*)\((\w+)", path.read_text(), re.M):
             found.update([f"{suite}.*"] if macro in ("TEST", "TEST_F") else [f"*{suite}*"])
     return ":".join(sorted(found))
+
+
+def suites_of(name):
+    """Those of a room's own tests."""
+    room = os.path.dirname(name)
+    room = room.split("/", 1)[1] if room.startswith("vosmere/") else room
+    return suites_in((TOP / "tests" / room).glob("**/*.cc"))
 
 
 def main():
@@ -203,7 +299,7 @@ def main():
     options.add_argument("-s", "--seed", type=int, default=1)
     options.add_argument("-f", "--faults")
     options.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
-    options.add_argument("-o", "--only", default="", help="files whose names begin so")
+    options.add_argument("-o", "--only", default="", help="the beginning of the names of files to change")
     options.add_argument("count", type=int, nargs="?", default=100)
     options = options.parse_args()
 

@@ -1,5 +1,5 @@
-// A program that is at home in the library's namespace still has these names for itself: the
-// machinery of the readers has a namespace of its own. This compiles, or it does not.
+// A program with `using namespace vosmere` can use these names itself, because the building blocks
+// of the readers have a namespace of their own. The test is that this compiles.
 #include "vosmere/cpp.h"
 
 using namespace vosmere;

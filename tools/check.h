@@ -11,10 +11,10 @@ namespace vosmere::tool {
 inline constexpr std::size_t kPlacesShown = 3;
 
 struct CheckOptions {
-  bool all = false;     ///< names every place of a warning, not only the first ones
-  bool strict = false;  ///< a warning gives exit code 1
-  bool json = false;    ///< prints a line of JSON
-  bool quiet = false;   ///< prints only why a file cannot be read
+  bool all = false;     ///< list every place of a warning, not only the first ones
+  bool strict = false;  ///< exit with 1 if there are warnings
+  bool json = false;    ///< print a line of JSON
+  bool quiet = false;   ///< print nothing, except why a file cannot be read
 };
 
 /// Checks a file, prints the result and returns the exit code.

@@ -52,12 +52,22 @@ AnyDocument LoadDocument(const std::string& file, Losses* leftOut) {
   return std::move(*document);
 }
 
-SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places) {
+SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places,
+                        bool pages) {
   SaveOptions options;
+  options.pages = pages;
   options.places = places;
   auto saved = std::visit([&](const auto& value) { return SaveToBytes(value, options); }, document);
   if (!saved) throw FailureOf(InputName(file), saved.error());
   return std::move(*saved);
+}
+
+Collection CollectionOf(Tree tree) {
+  Collection colct = NewCollection(NameOf(tree.get()));
+  DeleteTree(colct->GetLocRNodeRoot());  // the empty one that NewCollection has made
+  colct->SetLocRNodeRoot(tree.release());
+  colct->GetColctNetData()->SetOrdered(true);
+  return colct;
 }
 
 }  // namespace vosmere::tool

@@ -16,7 +16,12 @@ Failure FailureOf(const std::string& name, const Error& error);
 AnyDocument LoadDocument(const std::string& file, Losses* leftOut = nullptr);
 
 /// Saves a document to memory and records up to `places` places for each loss. Throws Failure;
-/// `file`, from which the document was loaded, is the name in the message.
-SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places);
+/// `file`, from which the document was loaded, is the name in the message. `pages` is
+/// SaveOptions::pages.
+SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places,
+                        bool pages = false);
+
+/// A collection with the content of a tree, in its order.
+Collection CollectionOf(Tree tree);
 
 }  // namespace vosmere::tool

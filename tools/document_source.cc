@@ -22,7 +22,7 @@ InputFile::InputFile(const std::string& file) : name_(file) {
   if (code) refuse(Printable(code.message()));
   if (std::ofstream copy(copy_->path(), std::ios::binary);
       std::cin.peek() != EOF && !(copy << std::cin.rdbuf()).flush())
-    refuse("cannot be kept in a file for the time being");
+    refuse("cannot be copied to a temporary file");
   const std::u8string name = copy_->path().u8string();
   name_.assign(name.begin(), name.end());
 }

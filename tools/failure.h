@@ -9,7 +9,7 @@ namespace vosmere::tool {
 
 enum ExitCode : int {
   kFine = 0,
-  kBadFile = 1,  ///< a file has invalid content
+  kBadFile = 1,  ///< a document is invalid, or does not have what was asked for
   kTrouble = 2,  ///< wrong usage, or something cannot be read or written
 };
 

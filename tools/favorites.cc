@@ -38,11 +38,12 @@ void PrintWarnings(const std::string& name, const FavoritesReport& report) {
     if (count > 0) std::cerr << name << ": warning: " << count << ' ' << what << '\n';
   };
   if (report.foldersInOrder == 0)
-    std::cerr << name << ": warning: no stored menu order was found; this is by name\n";
-  warn(report.recordsNotUnderstood, "damaged places in the stored order");
-  warn(report.foldersNotRead, "folders left empty that cannot be read or lead elsewhere");
-  warn(report.shortcutsWithoutAddress, "shortcuts without an address, or with one too long");
-  warn(report.otherFiles, "files left out that are no Internet shortcuts");
+    std::cerr << name << ": warning: no stored menu order was found; sorted by name\n";
+  warn(report.recordsNotUnderstood, "damaged records in the stored order");
+  warn(report.foldersNotRead, "folders left empty: unreadable, or links to other folders");
+  warn(report.shortcutsWithoutAddress,
+       "shortcuts without an address, or with one that is too long");
+  warn(report.otherFiles, "files left out: not Internet shortcuts");
 }
 
 void Write(CWriteXML&& writer, const std::string& out) {
@@ -54,10 +55,7 @@ void Write(CWriteXML&& writer, const std::string& out) {
 
 /// Writes the tree as a collection whose items keep their order.
 void WriteRss(Tree tree, const std::string& out) {
-  Collection colct = NewCollection(NameOf(tree.get()));
-  DeleteTree(colct->GetLocRNodeRoot());  // the empty one that NewCollection has made
-  colct->SetLocRNodeRoot(tree.release());
-  colct->GetColctNetData()->SetOrdered(true);
+  const Collection colct = CollectionOf(std::move(tree));
   const Result<SavedBytes> saved = SaveToBytes(colct);
   if (!saved) throw FailureOf(OutputName(out), saved.error());
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved->bytes); });
@@ -78,7 +76,7 @@ int Favorites(const FavoritesOptions& options) {
   if (!tree) throw FileFailure(kTrouble, name, "the folder cannot be read");
 
   if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
-  if (!options.html.empty()) Write(BookmarkHtml(tree.get()), options.html);
+  if (!options.html.empty()) Write(CWriteBookmarks(tree.get()), options.html);
   if (options.opml.empty() && options.html.empty() && options.rss.empty()) Show(tree.get(), report);
   if (!options.rss.empty()) WriteRss(std::move(tree), options.rss);
   PrintWarnings(name, report);

@@ -6,8 +6,8 @@
 namespace vosmere::tool {
 
 struct FavoritesOptions {
-  std::string folder;    ///< the Favorites folder; empty for that of the user
-  std::string registry;  ///< what contains the user's registry; empty for the default
+  std::string folder;    ///< the Favorites folder; empty for the user's own
+  std::string registry;  ///< the file with the user's registry; empty for the default
   std::string opml;      ///< the file to write instead of showing; empty for none
   std::string rss;       ///< the same
   std::string html;      ///< the same

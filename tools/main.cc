@@ -1,16 +1,20 @@
-// vosmere: shows, checks, copies and exports the library's documents, and reads dates.
+// The command line of vosmere: its options, its help, and the verbs that they run.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <iostream>
 #include <system_error>
 
+#include "tools/bookmarks.h"
 #include "tools/check.h"
 #include "tools/contents.h"
 #include "tools/date.h"
+#include "tools/diff.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/favorites.h"
+#include "tools/import.h"
+#include "tools/merge.h"
 #include "tools/note.h"
 #include "tools/output.h"
 #include "tools/platform.h"
@@ -22,9 +26,9 @@ namespace vosmere::tool {
 namespace {
 
 constexpr char kExitCodes[] =
-    "Exit codes: 0 fine; 1 a file is not what it should be; 2 wrong usage, or a file cannot be "
-    "read or written.\n"
-    "A file called - is the standard input or output; ./- is a file of that name.";
+    "Exit codes: 0 success; 1 a document is invalid, or does not have what was asked for; 2 wrong "
+    "usage, or a file cannot be read or written.\n"
+    "The file name - means standard input or output; ./- is a file of that name.";
 
 int Show(const std::string& file, bool asJson) {
   const AnyDocument document = LoadDocument(file);
@@ -38,7 +42,8 @@ int Show(const std::string& file, bool asJson) {
 int Copy(const std::string& in, const std::string& out) {
   Losses losses(kPlacesShown);
   const AnyDocument document = LoadDocument(in, &losses);
-  const SavedBytes saved = SaveDocument(document, in, kPlacesShown);
+  const SavedBytes saved =
+      IsBookmarkName(out) ? BookmarksOf(document, in) : SaveDocument(document, in, kPlacesShown);
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
   losses.Add(saved.losses);
   PrintWarnings(std::cerr, InputName(in), losses);
@@ -69,141 +74,201 @@ int Run(Verb verb) {
 
 CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions& options) {
   CLI::App* const check = app.add_subcommand(
-      "check", "Say whether documents load, and what they hold that a save would lose or invent");
-  check->footer(std::string(kExitCodes) +
-                "\nWarnings do not count, unless --strict; of several files the worst does.");
-  check->add_option("FILE", files)->required();
-  check->add_flag("--all", options.all, "Name every item that a warning is about");
-  check->add_flag("--strict", options.strict, "Warnings count: exit with 1");
+      "check", "Check that documents load, and list what a saved copy would lose or add");
+  check->footer(
+      std::string(kExitCodes) +
+      "\n1 also if a document cannot be saved, or has warnings with --strict. With several "
+      "files, the highest code counts.");
+  check->add_option("FILE", files, "Documents or folders of stores")->required();
+  check->add_flag("--all", options.all, "List every place of a warning, not only the first few");
+  check->add_flag("--strict", options.strict, "Exit with 1 if there are warnings");
   CLI::Option* const json = check->add_flag(
       "--json", options.json,
-      "Print a line of JSON for each file: file, loads, copyLoads, error, line, column, warnings");
-  check->add_flag("--quiet", options.quiet, "Print nothing but why a file cannot be read")
+      "Print one line of JSON per file: file, loads, copyLoads, error, line, column, warnings");
+  check->add_flag("--quiet", options.quiet, "Print nothing, except why a file cannot be read")
       ->excludes(json);
   return check;
 }
 
 CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
   CLI::App* const date =
-      app.add_subcommand("date", "Say what date texts mean, as GetTime and as ReadDate read them");
-  date->footer("Exit codes: 0 every text is a date for ReadDate; 1 one is not; 2 wrong usage.");
-  date->add_option("TEXT", dates)->required();
+      app.add_subcommand("date", "Print the times that GetTime and ReadDate read from date texts");
+  date->footer("Exit codes: 0 ReadDate reads every text; 1 it does not read one; 2 wrong usage.");
+  date->add_option("TEXT", dates, "Texts to read")->required();
   return date;
 }
 
+CLI::App* AddDiff(CLI::App& app, std::string& a, std::string& b, bool& asJson) {
+  CLI::App* const diff = app.add_subcommand("diff", "Print what differs between two documents");
+  diff->footer(
+      "Exit codes: 0 they are equal; 1 they differ; 2 wrong usage, or a file cannot be loaded.\n"
+      "Items are the same by identity, by address, or by name in the same folder. Lines are "
+      "colored "
+      "on a terminal, unless NO_COLOR is set.");
+  diff->add_option("A", a)->required();
+  diff->add_option("B", b)->required();
+  diff->add_flag("--json", asJson, "Print a JSON array with an object for each item that differs");
+  return diff;
+}
+
 CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
-  CLI::App* const favorites =
-      app.add_subcommand("favorites", "Print a Favorites folder in the order of its menu");
+  CLI::App* const favorites = app.add_subcommand(
+      "favorites", "Print or export a Favorites folder in the order of its menu");
   favorites->footer(kExitCodes);
-  favorites->add_option("DIR", options.folder, "The folder; the user's own if not given");
-  CLI::Option* const profile = favorites
-                                   ->add_option("--profile", options.registry,
-                                                "NTUSER.DAT of the profile that keeps the order")
-                                   ->type_name("FILE");
+  favorites->add_option("DIR", options.folder, "The folder (default: the user's own)");
+  CLI::Option* const profile =
+      favorites
+          ->add_option("--profile", options.registry,
+                       "Take the order from the NTUSER.DAT of a Windows profile")
+          ->type_name("FILE");
   CLI::Option* const wine =
-      favorites->add_option("--wine", options.registry, "The Wine prefix that keeps it")
+      favorites->add_option("--wine", options.registry, "Take the order from a Wine prefix")
           ->type_name("DIR");
-  favorites->add_option("--reg", options.registry, "An exported registry file that holds it")
+  favorites->add_option("--reg", options.registry, "Take the order from an exported registry file")
       ->type_name("FILE")
       ->excludes(profile, wine);
   profile->excludes(wine);
   CLI::Option* const opml =
-      favorites->add_option("--opml", options.opml, "Write an OPML file of links instead")
+      favorites
+          ->add_option("--opml", options.opml,
+                       "Write an OPML file with the links instead of printing")
           ->type_name("FILE");
   CLI::Option* const rss =
       favorites
-          ->add_option("--rss", options.rss, "Write a collection that `show` and the library read")
+          ->add_option("--rss", options.rss, "Write a collection (RSS), which `vosmere show` reads")
           ->type_name("FILE")
           ->excludes(opml);
-  favorites->add_option("--html", options.html, "Write a bookmark file that browsers import")
+  favorites->add_option("--html", options.html, "Write a bookmark file, which browsers import")
       ->type_name("FILE")
       ->excludes(opml, rss);
   return favorites;
 }
 
-CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
-  CLI::App* const note = app.add_subcommand("note", "Export an item of a document as a page");
-  note->footer(kExitCodes);
-  note->add_option("IN", options.in)->required();
-  note->add_option("ITEM", options.item,
-                   "Its name, its identity, or its folders and name as in 'News > Daily'")
+CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
+  CLI::App* const merge = app.add_subcommand(
+      "merge", "Make one tree or collection of two that have been changed independently");
+  merge->footer(std::string(kExitCodes) +
+                "\nConflicts are settled for the newer item, else for OURS, and listed on the "
+                "standard error; they do not count.");
+  merge->add_option("OURS", options.ours)->required();
+  merge->add_option("THEIRS", options.theirs)->required();
+  merge
+      ->add_option("--base", options.base,
+                   "What both have started from; without it nothing counts as removed")
+      ->type_name("FILE");
+  CLI::Option* const out =
+      merge->add_option("-o,--output", options.out, "Where the result goes; may be OURS")
+          ->type_name("FILE");
+  merge->add_flag("--dry-run", options.dryRun, "Print what would change in OURS, write nothing")
+      ->excludes(out);
+  merge->parse_complete_callback([&options] {
+    if (!options.dryRun && options.out.empty()) throw CLI::RequiredError("--output");
+  });
+  return merge;
+}
+
+CLI::App* AddImport(CLI::App& app, ImportOptions& options) {
+  CLI::App* const import = app.add_subcommand(
+      "import", "Read a list, feed or bookmark file of another program, and say what was repaired");
+  import->footer(std::string("OPML and bookmark files become a tree, RSS a collection. The name of "
+                             "OUT says what is written:\n.html a bookmark file, .rss or .xml a "
+                             "collection, .opml a tree with its pages.\n") +
+                 kExitCodes);
+  import->add_option("FILE", options.file)->required();
+  import->add_option("-o,--output", options.output, "Replaced as a whole, or not at all")
+      ->type_name("OUT")
       ->required();
-  note->add_option("OUT", options.out, "The HTML file")->required();
+  return import;
+}
+
+CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
+  CLI::App* const note = app.add_subcommand("note", "Export an item of a document as an HTML page");
+  note->footer(kExitCodes);
+  note->add_option("IN", options.in, "Document or folder of a store")->required();
+  note->add_option("ITEM", options.item,
+                   "Name or identity of the item, or its folders and name as in 'News > Daily'")
+      ->required();
+  note->add_option("OUT", options.out, "HTML file to write")->required();
   return note;
 }
 
 CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   CLI::App* const post = app.add_subcommand("post", "Upload a file to a web server as a form");
   post->footer(
-      "Exit codes: 0 delivered, as far as the server says; 1 the server did not take it, or the "
-      "reply is not whole; 2 wrong usage, or it cannot be sent.");
+      "Exit codes: 0 the server accepted the file; 1 the server rejected it, or the reply is "
+      "incomplete; 2 wrong usage, or the file cannot be sent.");
   const auto isPair = [](const std::string& field) {
     return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
   };
-  post->add_option("HOST", options.host, "Name of the server, also name:port")->required();
+  post->add_option("HOST", options.host, "Server, as NAME or NAME:PORT")->required();
   post->add_option("PATH", options.path, "Path on the server")->required();
-  post->add_option("FILE", options.file)->required();
-  post->add_option("--field", options.fields, "A further field of the form; may be repeated")
+  post->add_option("FILE", options.file, "File to upload")->required();
+  post->add_option("--field", options.fields, "Add a field to the form; can be repeated")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false)
       ->check(isPair);
   post->add_option("--user", options.user,
-                   "Send this name and the MD5 digest of a password, which is read from the "
-                   "terminal or the standard input")
+                   "Send this user name and the MD5 digest of a password, which is read from the "
+                   "terminal or from standard input")
       ->type_name("NAME");
   post->add_flag("--secure", options.secure, "Use HTTPS");
   post->add_flag("--clean", options.clean,
-                 "Write the form as browsers do: the file's name without its folders");
+                 "Send the file name without its folders, as browsers do");
   CLI::Option* const output =
       post->add_option("--output", options.output,
-                       "Write the reply to this file as it comes, however long it is; - is the "
-                       "standard output")
+                       "Write the whole reply to this file as it arrives; - means standard output")
           ->type_name("FILE");
+  post->add_option("--reply-limit", options.replyLimit, "Print at most so much of the reply")
+      ->type_name("KIB")
+      ->capture_default_str();
   post->add_flag("--dry-run", options.dryRun,
-                 "Print the bytes of the request, without the digest, and send nothing")
+                 "Print the request, with the digest masked, and send nothing")
       ->excludes(output);
   return post;
 }
 
 CLI::App* AddShow(CLI::App& app, std::string& in, bool& asJson) {
   CLI::App* const show =
-      app.add_subcommand("show", "Print what a document holds")->footer(kExitCodes);
-  show->add_option("FILE", in)->required();
+      app.add_subcommand("show", "Print the contents of a document")->footer(kExitCodes);
+  show->add_option("FILE", in, "Document or folder of a store")->required();
   show->add_flag("--json", asJson,
-                 "Print JSON for scripts: items with kind and fields such as name, folders with "
-                 "children. What the document does not say is null, marks false or 0");
+                 "Print JSON: each item with its kind and fields, folders with children. Values "
+                 "that the document does not have are null; marks are false or 0");
   return show;
 }
 
 CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
   CLI::App* const copy =
-      app.add_subcommand(
-             "copy", "Load a document and save it, so that the copy loads again whatever is in it")
+      app.add_subcommand("copy", "Load a document and save it as a new file that is sure to load")
           ->footer(kExitCodes);
-  copy->add_option("IN", in)->required();
-  copy->add_option("OUT", out, "Replaced by a whole copy, or not at all; may be IN")->required();
+  copy->add_option("IN", in, "Document or folder of a store")->required();
+  copy->add_option("OUT", out,
+                   "File to write: replaced as a whole or left unchanged; can be IN. With the "
+                   "ending .html, bookmarks that browsers import")
+      ->required();
   return copy;
 }
 
 CLI::App* AddLog(CLI::App& app, std::string& in) {
   CLI::App* const log =
-      app.add_subcommand("log", "Print the changes that a store remembers")->footer(kExitCodes);
-  log->add_option("STORE", in, "Its folder")->required();
+      app.add_subcommand("log", "Print the changes in the log of a store")->footer(kExitCodes);
+  log->add_option("STORE", in, "Folder of the store")->required();
   return log;
 }
 
 CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) {
   CLI::App* const recover =
-      app.add_subcommand("recover", "Say which checkpoints of a store load, and what each holds")
+      app.add_subcommand("recover",
+                         "List the checkpoints of a store, what they hold and whether they load")
           ->footer(kExitCodes);
-  recover->add_option("STORE", in, "Its folder")->required();
-  recover->add_option("--restore", checkpoint, "Make this checkpoint the newest, as it was")
+  recover->add_option("STORE", in, "Folder of the store")->required();
+  recover->add_option("--restore", checkpoint, "Make a copy of this checkpoint the newest")
       ->type_name("NUMBER");
   return recover;
 }
 
 int Main(const Arguments& arguments) {
-  CLI::App app("Shows, checks and copies the documents of saved items.", "vosmere");
+  CLI::App app("Show, check, copy and export VosmereBase documents.", "vosmere");
   app.set_version_flag("--version", VOSMERE_VERSION);
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a path may begin with a slash
@@ -232,10 +297,20 @@ int Main(const Arguments& arguments) {
           std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
   });
 
+  AddDiff(app, in, out, asJson)->callback([&] {
+    exitCode = Run([&] { return Diff(in, out, asJson); });
+  });
+
+  MergeOptions merge;
+  AddMerge(app, merge)->callback([&] { exitCode = Run([&] { return Merge(merge); }); });
+
   FavoritesOptions favorites;
   AddFavorites(app, favorites)->callback([&] {
     exitCode = Run([&] { return Favorites(favorites); });
   });
+
+  ImportOptions import;
+  AddImport(app, import)->callback([&] { exitCode = Run([&] { return ImportFile(import); }); });
 
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
@@ -259,7 +334,7 @@ int Main(const Arguments& arguments) {
   } catch (const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining();
     if (app.get_subcommands().empty() && !unknown.empty())
-      std::cerr << '\'' << Printable(unknown[0]) << "' is no subcommand\n";
+      std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand\n";
     exitCode = app.exit(error) == 0 ? kFine : kTrouble;
   }
   return exitCode;

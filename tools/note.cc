@@ -84,7 +84,7 @@ int Note(const NoteOptions& options) {
   std::error_code ignored;
   if (!IsStandard(options.in) && !IsStandard(options.out) &&
       std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
-    throw FileFailure(kTrouble, Printable(options.out), "is the document itself");
+    throw FileFailure(kTrouble, Printable(options.out), "the note would overwrite the document");
   const AnyDocument document = LoadDocument(options.in);
   const std::vector<CBaseNode*> items = ItemsCalled(options.item, document);
   if (items.size() > 1)

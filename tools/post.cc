@@ -52,7 +52,7 @@ std::string AskPassword(const std::string& user) {
   const bool read = IsTerminal(Stream::kInput)
                         ? ReadSecretLine("Password for " + Printable(user) + ": ", password)
                         : static_cast<bool>(std::getline(std::cin, password));
-  if (!read) Stop("no password");
+  if (!read) Stop("no password was given");
   if (!password.empty() && password.back() == '\r') password.pop_back();
   return password;
 }
@@ -80,7 +80,7 @@ void AddOrStop(CNetUploadFile& upload, const std::string& name, Add add) {
   add();
   if (LostTexts() != lostBefore) throw std::bad_alloc();
   if (before == upload.GetParaString())
-    Stop("the field '" + Printable(name) + "' is too long: all fields together have " +
+    Stop("the field '" + Printable(name) + "' is too long: all fields together can have " +
          std::to_string(CNetBase::kMostParameterBytes) + " bytes");
 }
 
@@ -133,7 +133,7 @@ class ProgressBar {
   const bool isOfFile = number < kFirstOfHttp;
   if (reason) Stop(reason, isOfFile ? options.file : options.host);
   if (isOfFile) Stop("cannot be read", options.file);
-  Stop("the upload failed, with error " + std::to_string(number) + " of the HTTP client",
+  Stop("the upload failed with error " + std::to_string(number) + " of the HTTP client",
        options.host);
 }
 
@@ -156,8 +156,7 @@ void Send(CNetUploadFile& upload, const PostOptions& options, std::ostream* out)
   const LONG code = upload.GetErrorCode();
   if (code == 0 || upload.GetStatus() >= kFirstErrorStatus || (out && !*out)) return;
   if (code != kSentOnly) StopForCode(code, options);
-  throw Failure{kBadFile,
-                Error(options.host, "the file was sent, but the reply did not come to its end")};
+  throw Failure{kBadFile, Error(options.host, "the file was sent, but the reply is incomplete")};
 }
 
 void SendToFile(CNetUploadFile& upload, const PostOptions& options, const fs::path& path) {
@@ -231,16 +230,16 @@ void PrintReply(CNetUploadFile& upload) {
 /// The error message for a reply; empty if the file was delivered and the reply is complete.
 std::string Objection(const CNetUploadFile& upload, const PostOptions& options) {
   const int status = upload.GetStatus();
-  const std::string answer = "the server answers " + std::to_string(status);
+  const std::string answer = "the server answered " + std::to_string(status);
   if (upload.WasRedirected())
-    return Error(options.host, "the server leads elsewhere, and the file was not delivered");
+    return Error(options.host, "the server redirected the request, and the file was not delivered");
   if (status == kTooLargeStatus)
     return Error(options.file, "the file is too large for the server (413)");
   if (status >= kFirstErrorStatus) return Error(options.host, answer);
   if (status >= kFirstRedirectStatus)
     return Error(options.host, answer + ", and the file was not delivered");
   if (upload.IsResponseCut())
-    return Error(options.host, "the reply is too long and was cut (--output takes all of it)");
+    return Error(options.host, "the reply is too long and was cut (--output saves all of it)");
   return {};
 }
 
@@ -267,9 +266,10 @@ int Post(const PostOptions& options) {
   upload.SetPostAcceptor(Wide(options.path));
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
+  upload.SetMostPieces(options.replyLimit / 2 + options.replyLimit % 2);  // of 2 KiB
   AddFields(upload, options);
   if (std::error_code ignored; fs::is_other(PathOf(options.file), ignored))
-    Stop("that is not a plain file", options.file);
+    Stop("it is not a regular file", options.file);
   if (options.dryRun) return ShowRequest(upload, options);
 
   if (options.output.empty()) {

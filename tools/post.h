@@ -15,6 +15,7 @@ struct PostOptions {
   bool secure = false;
   bool clean = false;
   std::string output;   ///< the file for the reply, "-" for standard output; empty prints it
+  unsigned replyLimit = 100000;  ///< in KiB, for a reply that is printed
   bool dryRun = false;  ///< prints the request instead of sending it
 };
 

@@ -39,7 +39,7 @@ const char* What(LONG type) {
 
 std::string DateOf(std::uint64_t time) {
   const std::chrono::seconds seconds(static_cast<std::int64_t>(time));
-  return ToIsoDate(sys_seconds(seconds)).value_or("at an unknown time");
+  return ToIsoDate(sys_seconds(seconds)).value_or("unknown time");
 }
 
 }  // namespace
@@ -84,7 +84,7 @@ int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out
   StoreOptions options;
   options.create = false;
   options.keep = std::numeric_limits<int>::max();
-  {  // what the store holds now can then be restored as well
+  {  // so that the current state can be restored as well
     Result<Store> now = Open(folder, options);
     if (now)
       if (const std::optional<Error> error = now->Checkpoint())
@@ -92,7 +92,7 @@ int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out
   }
   options.checkpoint = restored;
   const Store store = OpenOrThrow(folder, options);
-  out << "checkpoint " << restored << " is the newest now\n";
+  out << "checkpoint " << restored << " is now the newest\n";
   return kFine;
 }
 

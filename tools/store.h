@@ -1,4 +1,4 @@
-// Stores: the trees that they hold, their changes and their checkpoints.
+// Stores: their trees, their changes and their checkpoints.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,15 @@
 
 namespace vosmere::tool {
 
-/// The tree of a store, which stays as it is. What opening it had to say goes to the standard
-/// error.
+/// Loads the tree of a store, which is not changed. Messages from opening it are printed to
+/// standard error.
 Result<AnyDocument> LoadStore(const std::string& folder);
 
-/// A line for each change, the oldest first. Throws Failure.
+/// Prints a line for each change, the oldest first, and returns the exit code. Throws Failure.
 int ShowLog(const std::string& folder, std::ostream& out);
 
-/// A line for each checkpoint, the newest first; where `restored` is not 0, makes a new one of
-/// that. Throws Failure.
+/// Prints a line for each checkpoint, the newest first, and returns the exit code. If `restored` is
+/// not 0, makes a copy of that checkpoint the newest one. Throws Failure.
 int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out);
 
 }  // namespace vosmere::tool

@@ -1,5 +1,6 @@
 // The terminal on Linux.
 #include <bsd/readpassphrase.h>
+#include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -9,6 +10,12 @@ namespace vosmere::tool {
 
 bool IsTerminal(Stream stream) {
   return isatty(static_cast<int>(stream)) == 1;
+}
+
+bool TakesColors() {
+  const char* const no = getenv("NO_COLOR");
+  const char* const kind = getenv("TERM");
+  return (!no || !*no) && IsTerminal(Stream::kOutput) && kind && strcmp(kind, "dumb") != 0;
 }
 
 bool ReadSecretLine(const std::string& prompt, std::string& line) {

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <stdio.h>
+#include <stdlib.h>
 
 #include "tools/terminal.h"
 
@@ -13,6 +14,14 @@ bool IsTerminal(Stream stream) {
   constexpr DWORD kHandles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
   DWORD mode;
   return GetConsoleMode(GetStdHandle(kHandles[static_cast<int>(stream)]), &mode) != 0;
+}
+
+bool TakesColors() {
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  const char* const no = getenv("NO_COLOR");
+  DWORD mode;
+  return (!no || !*no) && GetConsoleMode(output, &mode) &&
+         SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
 bool ReadSecretLine(const std::string& prompt, std::string& line) {

@@ -11,6 +11,11 @@
 //   tree.h     build, move, remove, copy, sort
 //   lists.h    collections, search engines, tags, FTP sites
 //   documents.h  loading and saving, with a report of losses
+//   files.h    file paths, replacing files
+//   favorites.h  the Favorites folder of a Windows user
+//   import.h   lists, feeds and bookmark files of other programs, repaired
+//   diff.h     what differs between two trees
+//   merge.h    one tree of two that have been changed independently
 //   store.h    a tree on disk with a log of changes, with undo
 //   dates.h    the dates of feeds and the times of items
 //   jobs.h     functions that run at a given time, or periodically
@@ -21,13 +26,16 @@
 #pragma once
 
 #include "vosmere/cpp/dates.h"
+#include "vosmere/cpp/diff.h"
 #include "vosmere/cpp/document_kinds.h"
 #include "vosmere/cpp/documents.h"
 #include "vosmere/cpp/favorites.h"
 #include "vosmere/cpp/files.h"
+#include "vosmere/cpp/import.h"
 #include "vosmere/cpp/jobs.h"
 #include "vosmere/cpp/lists.h"
 #include "vosmere/cpp/losses.h"
+#include "vosmere/cpp/merge.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/result.h"
 #include "vosmere/cpp/store.h"

@@ -138,6 +138,12 @@ struct CFavorite;
 struct COrderRecord;
 struct FavoritesReport;
 
+// exchange
+class CWriteBookmarks;
+class CWriteLinks;
+struct DocumentRepair;
+struct ImportedItems;
+
 // storage
 class TreeStore;
 struct FileMark;

@@ -73,7 +73,7 @@ TEST(ColctProfile, AddressesStartAtTheLibraryWhateverStandsBefore) {
       {"C:\\Data\\Lib\\a.xml", W("C:\\Data\\"), W("Lib"), "Lib\\a.xml"},
       {"X:\\OtherLib\\a.xml", W("12345678"), W("Lib"), "Lib\\a.xml"},
       {"12345678LIBx", W("C:\\Data\\"), W("Lib"), "LIBx"},
-      {"C:\\Data\\Lib", W("C:\\Data\\"), W("Lib"), "C:\\Data\\Lib"},  // nothing behind it
+      {"C:\\Data\\Lib", W("C:\\Data\\"), W("Lib"), "C:\\Data\\Lib"},  // nothing after it
       {"C:\\Data\\Lab\\a", W("C:\\Data\\"), W("Lib"), "C:\\Data\\Lab\\a"},
       {"Lib\\a", W(""), W("Lib"), "Lib\\a"},
       {"C:\\Data\\Lib\\a", W("C:\\Data\\"), nullptr, "C:\\Data\\Lib\\a"},

@@ -1,4 +1,4 @@
-// Collections, their lists, and what names one of their items.
+// Collections, their lists, and references to their items.
 #include "tests/support/colct_list.h"
 #include "tests/support/test.h"
 #include "tests/support/tree.h"
@@ -33,7 +33,7 @@ TEST_F(ColctItemIdTest, ResolvesByIdentityAndClearsWhatDoesNotResolve) {
     Wide colct, item;
     const char *foundColct, *foundItem;
   } const cases[] = {
-      {W("id-b"), W("r"), "b", "r"},         {W("id-b"), W("q"), "b", nullptr},  // no web page
+      {W("id-b"), W("r"), "b", "r"},         {W("id-b"), W("q"), "b", nullptr},  // not a web page
       {W("id-b"), W("R"), "b", nullptr},  // letter case counts
       {W("id-b"), nullptr, "b", nullptr},    {W("id-a"), W("r"), "a", nullptr},  // no local tree
       {W("ID-B"), W("r"), nullptr, nullptr}, {nullptr, W("r"), nullptr, nullptr}};
@@ -84,7 +84,7 @@ TEST(ColctNode, TakesFromItsFileWhatTheFileSays) {
   file->SetUrl(W("u"));
   colct->SetPropertiesFromColctFileNode(file.get());
   EXPECT_EQ(Utf8(colct->GetDescription()), "text");
-  EXPECT_EQ(Utf8(colct->GetUUID()), "identity") << "one unit is no identity";
+  EXPECT_EQ(Utf8(colct->GetUUID()), "identity") << "one code unit is not an identity";
   int state = 0;
   colct->HasCheckedIn(&state);
   EXPECT_EQ(state, 5);

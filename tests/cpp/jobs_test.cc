@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Runs after what is due now.
+/// Waits until the jobs that are due now have run.
 void WaitFor(Scheduler& scheduler) {
   std::promise<void> done;
   const Job job = scheduler.After(2ms, [&] { done.set_value(); });
@@ -98,8 +98,8 @@ TEST(Job, MovesAndOutlivesItsScheduler) {
     left.Cancel();
     left = std::move(moved);
   }
-  left.Cancel();
   EXPECT_FALSE(left.IsPending());
+  left.Cancel();
   EXPECT_EQ(runs, 0);
 }
 

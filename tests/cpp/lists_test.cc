@@ -43,9 +43,9 @@ TEST(ColctList, LosesNoLocalTree) {
       const char *list, *fresh, *merged, *gone;
     } cases[] = {
         {"a@x b@y c", "b d@z", "b@y d@z", "a@x c"},  // b keeps its items
-        {"a b", "a@x b@y c", "a@x b@y c", ""},       // there were none to keep
-        {"a@x", "a@y", "a@x", ""},                   // the old ones go on
-        {"a@x a@y", "a", "a@y", ""},                 // of two the last
+        {"a b", "a@x b@y c", "a@x b@y c", ""},       // there were no items to keep
+        {"a@x", "a@y", "a@x", ""},                   // the old items are kept
+        {"a@x a@y", "a", "a@y", ""},                 // of two equal addresses the last
         {"a@x b", "", "", "a@x b"},
         {"", "a@x", "a@x", ""},
         {"a@x", "b@y b@z", "b@y b@z", "a@x"},

@@ -44,7 +44,7 @@ TEST(Result, HoldsAValueOrAnError) {
   EXPECT_EQ(four->get(), (*four).get());
   EXPECT_EQ(ToString(four.error()), "") << "there is none";
   const std::unique_ptr<int> taken = *std::move(four);
-  EXPECT_TRUE(four) << "moved from, it still holds a value, which is empty";
+  EXPECT_TRUE(four) << "after a move it still holds a value, an empty one";
   EXPECT_FALSE(*four);
 
   const Result<std::unique_ptr<int>> none = Half(7);

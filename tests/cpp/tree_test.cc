@@ -97,7 +97,7 @@ TEST(Find, ComparesExactlyAndByKind) {
   EXPECT_EQ(Find<CUrlNode>(tree, u"Näws"), page);
   EXPECT_EQ(Find(tree, "news"), nullptr);
   EXPECT_EQ(Find<CUrlNode>(tree, AtAddress{"http://a.example/"}), page)
-      << "a collection is no page";
+      << "a collection is not a page";
   EXPECT_EQ(Find<CColctNode>(tree, AtAddress{"http://a.example/"}), feed);
   EXPECT_EQ(Find(tree, WithIdentity{"id"}), page);
   EXPECT_EQ(Find(tree, [](CBaseNode& item) { return item.GetRNode()->type == NT_URL; }), page);
@@ -106,25 +106,27 @@ TEST(Find, ComparesExactlyAndByKind) {
 }
 
 TEST(Move, RefusesWhatWouldLoseSomething) {
-  Tree tree = Make("r(a b(c d(e)) @f)"), other = Make("s(t)");
+  Tree tree = Make("r(a b(c d(e) @g) @f)"), other = Make("s(t)");
   const auto at = [&](const char* name) { return At(tree, name); };
   RNode* const nowhere = nullptr;
+  Find<CColctNode>(tree, "g")->SetLocRNodeRoot(other.get());
   const struct {
     RNode *what, *to, *before;
   } refused[] = {{nowhere, at("b"), nowhere},        {at("a"), nowhere, nowhere},
                  {tree.get(), other.get(), nowhere}, {at("b"), at("b"), nowhere},
                  {at("b"), at("d"), nowhere},        {at("b"), at("a"), nowhere},
                  {at("a"), at("f"), nowhere},        {at("a"), at("b"), at("e")},
-                 {at("a"), at("b"), At(other, "t")}, {at("a"), at("b"), at("b")}};
+                 {at("a"), at("b"), At(other, "t")}, {at("a"), at("b"), at("b")},
+                 {at("b"), other.get(), nowhere},    {at("g"), other.get(), nowhere}};
   for (const auto& c : refused) EXPECT_FALSE(Move(c.what, c.to, c.before));
   EXPECT_FALSE(Add(at("a"), std::move(other)) || Add(at("d"), std::move(tree)) ||
-               Add(nullptr, std::move(other)) || Add(tree, Tree()) ||
+               Add(nullptr, std::move(other)) || Add(tree, Tree()) || Add(other, std::move(tree)) ||
                Add(at("b"), std::move(other), at("e")));
   EXPECT_EQ(Add<CUrlNode>(nullptr, "x"), nullptr);
   EXPECT_EQ(Add<CUrlNode>(at("a"), "x"), nullptr);
   EXPECT_EQ(Remove(tree), nullptr);
   EXPECT_EQ(Remove(nullptr), nullptr);
-  EXPECT_EQ(Shape(tree.get()), "r(a b(c d(e)) @f)");
+  EXPECT_EQ(Shape(tree.get()), "r(a b(c d(e) @g) @f)");
   EXPECT_EQ(Shape(other.get()), "s(t)");
 }
 
@@ -153,6 +155,7 @@ TEST(Copy, IsWholeOrNothing) {
   EXPECT_EQ(Names(Pages(twin)), "i");
   EXPECT_NE(Find<CUrlNode>(twin, "i"), Find<CUrlNode>(local, "i"));
   EXPECT_EQ(Copy(Tree()), nullptr);
+  EXPECT_EQ(NewTree(Item<CUrlNode>()), nullptr);
 
   const long before = test::LiveAllocations();
   bool failed = true;

@@ -47,7 +47,7 @@ TEST_F(UploadTest, SendsATextOnce) {
   const Result<Reply> reply = upload.SendText("list.opml", u"<opml>€</opml>");
   ASSERT_TRUE(reply && reply->IsOk()) << reply.error();
   EXPECT_EQ(reply->text, "thanks");
-  EXPECT_EQ(upload.SendText("list.opml", "x").error().reason, "this upload was sent already");
+  EXPECT_EQ(upload.SendText("list.opml", "x").error().reason, "this upload has already been sent");
   ASSERT_EQ(server.requests().size(), 1u);
   EXPECT_THAT(server.requests()[0], HasSubstr("<opml>€</opml>"));
 }
@@ -55,7 +55,7 @@ TEST_F(UploadTest, SendsATextOnce) {
 TEST_F(UploadTest, SaysWhatFailedAndOfWhat) {
   LoopbackServer server({test::ReplyOk()});
   EXPECT_EQ(ToString(Upload(server.host(), "/").SendFile("no such file").error()),
-            "no such file: there is no such file");
+            "no such file: the file does not exist");
   EXPECT_EQ(ToString(Upload(server.host(), "/")
                          .Field("a", std::string(1024, 'x'))
                          .Field("b", "c")

@@ -1,6 +1,6 @@
-// The layer beside the system's header, with the macros that this brings, and wchar_t in and out.
+// The layer in a program that also includes the system's header, with its macros and wchar_t.
 #include <windows.h>
-// First, as a program may have it.
+// The system's header comes first, as it may in a program.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -7,7 +7,7 @@
 
 namespace vosmere::test::favorites {
 
-/// A folder with those files, and folders where the name ends in a slash, and its list.
+/// A folder with the given files (a name that ends in a slash is a folder), and its list.
 class Level {
  public:
   explicit Level(const std::vector<std::string>& entries = {}) {
@@ -29,7 +29,7 @@ class Level {
         reinterpret_cast<const unsigned char*>(order.data()), static_cast<ULONG>(order.size()));
   }
 
-  /// Names in order, folders with a slash; what has an order record is marked with its position.
+  /// Names in order, folders with a slash; an entry with an order record shows its position.
   std::string Shown() const {
     std::string shown;
     for (const CFavorite* favorite = list; favorite; favorite = favorite->next) {
@@ -143,7 +143,7 @@ TEST(Favorites, OnXPTheLongNameIsTheItemsAndTheRecordIsKept) {
 }
 
 TEST(Favorites, OnXPAWideShortNameIsSkippedByItsCharactersAsBytes) {
-  // Four characters and two bytes from the name's start, the header begins: in the name's midst.
+  // The header begins four characters and two bytes after the start of the name, so inside it.
   const std::string behind = std::string(20 - 4, '.') + Utf16(u"long") + std::string(2, '\0');
   std::string record = Record({Utf16(u"abcd"), 0, kFile | kWide});
   record = LittleEndian(record.size() + behind.size(), 4) + record.substr(4) + behind;
@@ -190,17 +190,9 @@ TEST(Favorites, ReadsTheOrderUnderTheCurrentUser) {
             "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder\\Favorites");
 }
 
-/// The system's version while it lives.
-struct Running {
-  explicit Running(SystemVersion on) {
-    version = on;
-    SetSystemVersionForTesting([] { return version; });
-  }
-  ~Running() { SetSystemVersionForTesting(nullptr); }
-  static inline SystemVersion version;
-};
-
 TEST(Favorites, OnlyXPAndServer2003AreXP) {
+  static SystemVersion version;
+  const Hooked<SetSystemVersionForTesting> hook([] { return version; });
   const struct {
     SystemVersion version;
     bool isXP;
@@ -208,7 +200,7 @@ TEST(Favorites, OnlyXPAndServer2003AreXP) {
                {{true, 6, 1}, false}, {{true, 10, 0}, false}, {{false, 5, 1}, false},
                {{true, 4, 1}, false}};
   for (const auto& c : cases) {
-    const Running on(c.version);
+    version = c.version;
     EXPECT_EQ(CFavorites().AmIRunningOnXP(), c.isXP);
   }
 }

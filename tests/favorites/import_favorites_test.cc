@@ -17,7 +17,7 @@ class Favorites {
   void AddFolder(const std::string& name) { std::filesystem::create_directory(folder_ / name); }
   std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
 
-  /// The tree without its root's name, which is the folder's; "(null)" for none.
+  /// The tree without the name of its root, which is that of the folder; "(null)" for none.
   std::string Import() {
     RNode* const root = ImportFavorites(registry.Key(""), W((folder_ / "").parent_path()), &report);
     if (!root) return "(null)";

@@ -1,4 +1,4 @@
-// Servers that refuse, stall, break off and lie: every upload ends, soon, and says how.
+// Servers that refuse, stall, break off and lie: every upload ends soon, with the reason.
 
 #include <chrono>
 #include <future>
@@ -15,16 +15,16 @@ constexpr LONG kShortly = 300, kLong = 20000;  // milliseconds
 
 const auto kTimedOut = Code(12002);
 const auto kInvalidReply = Code(12152);
-/// Which of these depends on who notices what first.
+/// Any of these, depending on which side notices first.
 const auto kBroken = AnyOf(Code(12029), Code(12030), Code(12031), kInvalidReply);
 
-/// A byte from time to time until the client has enough of it.
+/// Sends a byte from time to time until the client gives up.
 void Trickle(Peer& peer, const char* before) {
   peer.Send(before);
   while (peer.Send("x")) std::this_thread::sleep_for(std::chrono::milliseconds(50));
 }
 
-/// What sending comes to, which takes no long time.
+/// The result of sending, which must not take long.
 LONG SendSoon(Sender& sender, LONG connectLimit = kShortly, LONG limit = kShortly) {
   sender.upload.SetTimeouts(connectLimit, limit);
   const auto start = std::chrono::steady_clock::now();
@@ -34,7 +34,7 @@ LONG SendSoon(Sender& sender, LONG connectLimit = kShortly, LONG limit = kShortl
 }
 
 TEST(HostileServer, CannotBeReached) {
-  const Socket silent = Socket::Bind();  // which nobody listens on
+  const Socket silent = Socket::Bind();  // nobody listens on it
   Sender refused("127.0.0.1:" + std::to_string(silent.Port()));
   EXPECT_EQ(refused.Send(), Code(12029));
   EXPECT_EQ(refused.Message(), "HttpSendRequestEx Failed");
@@ -133,7 +133,7 @@ TEST(HostileServer, BreaksOffTheReply) {
       const LONG code = sender.Send();
       if (bytes >= kHead) {
         EXPECT_THAT(code, AnyOf(1, kBroken));
-      } else if (bytes == 0 || !RunsOnWine()) {  // which takes what came for a whole head
+      } else if (bytes == 0 || !RunsOnWine()) {  // Wine takes what has arrived for a complete head
         EXPECT_THAT(code, kBroken);
       }
     }
@@ -153,7 +153,7 @@ TEST(HostileServer, AnswersBeforeTheBodyIsRead) {
 
 TEST(HostileServer, AnswersAndGoesBeforeTheBodyIsRead) {
   LoopbackServer server({[&](Peer& peer) {
-    peer.ReadBytes(640 * 1024);  // the client has sent a piece then, and goes for the next
+    peer.ReadBytes(640 * 1024);  // the client has then sent one piece and begins the next
     peer.Send("HTTP/1.0 413 Too Large\r\nContent-Length: 3\r\n\r\nbig");
   }});
   Sender sender(server.host(), std::size_t{2 << 20});
@@ -185,7 +185,7 @@ TEST(HostileServer, AnswersOddly) {
       {"220 mail.example ESMTP\r\n\r\n", kInvalidReply, 0, "(null)"},
   };
   for (const auto& c : cases) {
-    if (RunsOnWine() && c.reply[0] == '2') continue;  // takes it for the oldest HTTP
+    if (RunsOnWine() && c.reply[0] == '2') continue;  // Wine takes it for HTTP/0.9
     SCOPED_TRACE(c.reply);
     LoopbackServer server({Reply(c.reply), ReplyOk()});
     Sender sender(server.host());

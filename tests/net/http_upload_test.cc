@@ -99,7 +99,7 @@ TEST(NetUploadFile, WhatCannotBeSentSaysWhyAndReachesNobody) {
       {[](Sender& s) { std::filesystem::resize_file(s.file(), k4GiB); }, Code(223),
        "File Too Large"},
       {[](Sender& s) { std::filesystem::resize_file(s.file(), k4GiB - 1); }, Code(223),
-       "File Too Large"},  // with its frame
+       "File Too Large"},  // with the text around the file
   };
   LoopbackServer server({ReplyOk()});
   for (const auto& c : cases) {
@@ -215,7 +215,7 @@ TEST(NetUploadFile, AServerThatAsksForEverIsGivenUp) {
       {"401 Who\r\nWWW-Authenticate: Digest realm=x, nonce=y, stale=true", 12014},
   };
   for (const auto& c : cases) {
-    if (RunsOnWine() && c.error == 12014) continue;  // does not answer
+    if (RunsOnWine() && c.error == 12014) continue;  // Wine does not answer
     LoopbackServer server(
         {Reply(std::string("HTTP/1.0 ") + c.reply + "\r\nContent-Length: 0\r\n\r\n")});
     Sender sender(server.host());

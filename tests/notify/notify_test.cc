@@ -4,7 +4,7 @@
 
 namespace vosmere::test::notify {
 
-/// What stands between the start of the item and its end.
+/// The content of the item, between its start tag and its end tag.
 std::string Body(const Notification& message) {
   CWriteVSMNotifyMsg writer;
   writer.SetVSMNotifyMsg(message.get());

@@ -17,7 +17,7 @@ class NoteHtml : public testing::Test {
 
   const Zone zone{"PST8"};
   const TempFolder folder;
-  const ItemPtr<CUrlNode> note{CUrlNode::New()};
+  const Item<CUrlNode> note{CUrlNode::New()};
 };
 
 TEST_F(NoteHtml, IsWrittenByteForByteWithoutEscapingOrAnEnd) {

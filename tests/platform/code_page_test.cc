@@ -9,14 +9,14 @@ namespace vosmere::test::code_page {
 
 using namespace std::string_literals;
 
-/// Converts with too little room, just enough and plenty; writes nothing past the room.
+/// Converts with too little room, just enough and plenty, and checks that it stays in the room.
 template <class To, class Text, class Convert, class From>
 Text Converted(Convert convert, unsigned codePage, const From* from, std::size_t units) {
   const int length = static_cast<int>(units);
   const int size = convert(codePage, from, length, nullptr, 0);
   Text result;
   for (const int capacity : {size, 3 * length + 1, size - 1}) {
-    // Wine cuts a pair at the end that just does not fit, where it ought to fail.
+    // Wine cuts a surrogate pair at the end for which there is no room; it should fail.
     const bool cutsPair = capacity < size && !result.empty() && (result.back() & 0xFC00) == 0xDC00;
     if (capacity <= 0 || cutsPair) continue;
     std::vector<To> to(capacity + 1, '#');
@@ -32,9 +32,9 @@ std::string ToBytes(const std::u16string& text, unsigned codePage = kCodePageUtf
   return Converted<char, std::string>(WideToBytes, codePage, W(text).get(), text.size());
 }
 
-/// The units, so that what is ill-formed shows.
+/// The code units, so that ill-formed ones can be seen.
 std::u16string ToWide(const std::string& bytes, unsigned codePage = kCodePageUtf8) {
-  const std::vector<char> exact(bytes.begin(), bytes.end());  // so that reading on is noticed
+  const std::vector<char> exact(bytes.begin(), bytes.end());  // so that overruns are noticed
   return Converted<WChar, std::u16string>(BytesToWide, codePage, exact.data(), exact.size());
 }
 
@@ -58,7 +58,7 @@ TEST(CodePage, TheSystemsOwnKeepsWhatItsUsersWrite) {
   EXPECT_EQ(ToWide(ToBytes(u"plain \xE9", kCodePageSystem), kCodePageSystem), u"plain \xE9");
 }
 
-// The references below take one step for one unit or byte and know nothing of blocks.
+// The reference conversions below go unit by unit or byte by byte, without blocks.
 
 std::string ReferenceUtf8(const std::u16string& units) {
   const auto isHigh = [&](std::size_t i) { return i < units.size() && units[i] >> 10 == 0x36; };
@@ -97,7 +97,7 @@ std::u16string ReferenceUnits(const std::string& bytes) {
   return units;
 }
 
-/// Texts of runs, so that every way through a block is met, and every change between them.
+/// Texts made of runs, so that every path for a block is taken, and every change between paths.
 template <class Text, std::size_t N>
 Text RandomText(std::mt19937& random, const Text (&pieces)[N]) {
   Text text;

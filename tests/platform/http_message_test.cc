@@ -22,4 +22,11 @@ TEST(HttpMessage, APathCannotLeaveItsLine) {
   EXPECT_EQ(http::RequestTarget(W("/a b\r\n#x%20?q=\"é\"")), "/a%20b%0D%0A%23x%20?q=\"%C3%A9\"");
 }
 
+TEST(HttpMessage, AHeaderReplacesTheOneOfItsNameInAnyLetterCase) {
+  http::RequestHead head;
+  for (const char* line : {"Content-Type: a", "X: 1", "content-TYPE: b", "Content: c"})
+    head.Set(line);
+  EXPECT_EQ(head.added, (std::vector<std::string>{"X: 1", "content-TYPE: b", "Content: c"}));
+}
+
 }  // namespace vosmere::test::http_message

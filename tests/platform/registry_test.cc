@@ -8,7 +8,10 @@ namespace vosmere::test::registry {
 /// "(none)" when there is no such value, or no room for it.
 std::string Read(HKEY key, const std::string& name, ULONG room) {
   std::string bytes(room, '?');
-  return ReadKeyValue(key, W(name), bytes.data(), &room) ? bytes.substr(0, room) : "(none)";
+  ULONG size = room;
+  if (ReadKeyValue(key, W(name), bytes.data(), &size)) return bytes.substr(0, size);
+  EXPECT_EQ(size, room);
+  return "(none)";
 }
 
 TEST(Registry, ReadsValuesOfKeysAndSubkeysWithoutRegardToCase) {

@@ -11,7 +11,7 @@ TEST(Zone, IsToldByTheHostOnAnyThreadAndWhatMayBeAnotherHostIsNotTrusted) {
   constexpr LONG kInternet = 3;
   const std::map<std::string, LONG> zones = {
       {"machine", 0}, {"network", kZoneOfPlainNames}, {"internet", kInternet}};
-  AtOnce(1, [&](int) {  // a thread needs nothing of its own to ask
+  AtOnce(1, [&](int) {  // a thread needs no preparation to ask
     for (const auto& row : TestTable("security_zones.txt")) {
       const LONG zone = SecurityZone(W(row[1]));
       if (row[0] == "untrusted") {

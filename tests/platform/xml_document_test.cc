@@ -22,7 +22,7 @@ std::string ShownChildren(const XmlNode& node) {
   return all;
 }
 
-/// A node as markup of its own kind, so that every kind of node shows.
+/// A node as markup, so that its kind can be seen.
 std::string Shown(const XmlNode& node) {
   const std::string name = Shown(node.Name());
   switch (node.Type()) {
@@ -41,7 +41,7 @@ std::string Shown(const XmlNode& node) {
   return all + ">" + ShownChildren(node) + "</>";
 }
 
-/// What loading comes to: the document as it shows, or why there is none.
+/// The result of loading: the document as text, or the error.
 struct Outcome {
   std::string shown;
   DocumentError error;
@@ -73,7 +73,7 @@ Outcome FromFile(const std::string& bytes) {
   return After([&](XmlDocument& document) { document.LoadFile(W(folder / "file")); });
 }
 
-/// As big-endian UTF-16 with a mark.
+/// As big-endian UTF-16 with a byte-order mark.
 Outcome FromUtf16(const std::string& text) {
   const Wide wide = W("\xEF\xBB\xBF" + text);
   std::string bytes;
@@ -84,7 +84,7 @@ Outcome FromUtf16(const std::string& text) {
   return FromBytes(bytes);
 }
 
-/// The fault of a document however it comes.
+/// The fault of a document, which must be the same from bytes, text and UTF-16.
 DocumentFault FaultOf(const std::string& document) {
   const DocumentFault fault = FromBytes(document).error.fault;
   EXPECT_EQ(FromText(document).error.fault, fault);
@@ -158,7 +158,7 @@ TEST(XmlDocument, RefusesTextThatNeedsWhatIsOutside) {
   EXPECT_EQ(FromFile(documents[0]).error.fault, DocumentFault::kRefersOutside);
 }
 
-/// Entities that stand for `width` uses of each other, down to a blank.
+/// Entities, each of which uses the one below it `width` times; the lowest is a blank.
 std::string Bomb(int levels, int width, const std::string& name = "e",
                  const std::string& use = "&e", bool insideOut = false) {
   std::string declarations = "<!ENTITY " + name + "0 ' '>";

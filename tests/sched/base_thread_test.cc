@@ -11,9 +11,9 @@
 
 namespace vosmere::test::base_thread {
 
-constexpr int kHang = 20'000;  // milliseconds that nothing here takes
+constexpr int kHang = 20'000;  // milliseconds; nothing here takes so long
 
-/// Notes its hooks.
+/// Records which hooks were called.
 class Worker : public CBaseThread {
  public:
   explicit Worker(std::function<void(Worker&)> work = {}) : work_(std::move(work)) {}

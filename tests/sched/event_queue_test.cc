@@ -17,8 +17,8 @@ std::string List(CTimeEventQueue& queue) {
              [](const CEventItem* item) { return std::to_string(item->event->GetTimeGap(0)); });
 }
 
-// Everything against plain walks from the tail, at the edge of what a time can be: some rounds with
-// times that change, some with events that are in a queue already, some with little memory.
+// Compares all operations with simple walks from the tail, at the limits of the range of times: in
+// some rounds times change, in some events are already in a queue, in some memory is short.
 TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
   constexpr LONG kLatest = std::numeric_limits<LONG>::max(), kEarliest = -kLatest - 1;
   constexpr long kPlenty = std::numeric_limits<long>::max();
@@ -90,7 +90,7 @@ TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
 
 TEST(TimeEventQueue, WithoutMemoryAnEventIsQueuedOnlyOnceAndThatIsCounted) {
   CTimeEventQueue queue, other;
-  Job job(1, 0);  // and is gone when they end
+  Job job(1, 0);  // is freed when they end
   job.SetID(1);
   CTimeEvent* replaced = &job;
   bool isHead = true;

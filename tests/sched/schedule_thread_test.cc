@@ -17,7 +17,7 @@
 
 namespace vosmere::test::schedule_thread {
 
-constexpr int kHang = 20'000;  // milliseconds that nothing here takes
+constexpr int kHang = 20'000;  // milliseconds; nothing here takes so long
 
 class Scheduler : public CScheduleThread {
  public:

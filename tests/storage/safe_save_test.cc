@@ -46,7 +46,7 @@ TEST_F(SafeSaveFile, WhateverCallFailsTheOldOrTheNewOneIsThere) {
   for (const bool forEver : {false, true})
     for (const ULONG code : {28u, 5u, 4u, FailingDisk::kShort})  // no space, bad disk, interrupted
       for (int call = 0;; ++call) {
-        if (code == 4u && forEver) break;  // asked again for ever
+        if (code == 4u && forEver) break;  // is retried for ever
         WriteBytes(folder / "docs" / "list.opml", kOld);
         bool saved = false, reached = false;
         {
@@ -112,7 +112,7 @@ TEST_F(SafeSaveFile, OfManyWhoSaveAtOnceNoneIsLostWithoutAWord) {
       if (!ReadFileMark(path, &mark, nullptr)) continue;
       const int number = std::atoi(Document().c_str());
       FileMark after;
-      if (!ReadFileMark(path, &after, nullptr) || after != mark) continue;  // torn between the two
+      if (!ReadFileMark(path, &after, nullptr) || after != mark) continue;  // it has changed since
       const std::string next = std::to_string(number + 1);
       const FilePiece piece{next.data(), next.size()};
       if (SafeSave(path, &piece, 1, &mark, nullptr, &ignored)) ++saves;

@@ -10,7 +10,7 @@
 namespace vosmere::test {
 namespace {
 
-/// Keeps the changes of a tree.
+/// Records the changes of a tree.
 class Recorder : public TreeObserver {
  public:
   explicit Recorder(StoredTree& tree) : tree_(tree) { Observe(tree.root(), this); }
@@ -45,7 +45,7 @@ class Recorder : public TreeObserver {
   std::vector<std::uint64_t> order_;
 };
 
-// What no accident writes, but somebody may: contents that lie under checksums that are right.
+// What an attacker might write: wrong contents with correct checksums.
 TEST(StoredTree, MakesNoChangeThatDoesNotFit) {
   std::mt19937 random(3);
   int refused = 0;

@@ -40,7 +40,7 @@ class AStore : public testing::Test {
     fs::remove_all(to);
     fs::copy(path, to, fs::copy_options::recursive);
   }
-  /// A store in the folder with so many changes, and all trees on the way.
+  /// Makes a store in the folder with that many changes, and records the tree after each.
   std::vector<std::string> MakeHistory(int changes, unsigned seed = 1) {
     Result<Store> store = Open();
     std::vector<std::string> history = {Dump(store->tree())};
@@ -223,7 +223,7 @@ TEST_F(AStore, LosesNothingThatWasFlushedWhateverCallFails) {
       {
         FailingDisk disk(call, forEver, call % 2 ? 28 : 5);
         StoreOptions options;
-        options.groupMilliseconds = 1000;  // flushed when asked alone, so that calls have numbers
+        options.groupMilliseconds = 1000;  // flushed only on request, so that calls can be numbered
         Result<Store> store = Open(options);
         RandomChanges random(7);
         for (int i = 0; store && i < (IsLongForm() ? 40 : 9); ++i) {
@@ -300,7 +300,7 @@ TEST_F(AStore, TellsEveryChange) {
   CUrlNode* const page = Add<CUrlNode>(trips, "Rome", "http://rome.example/");
   Move(page, store->tree());
   SetAddress(*page, "http://roma.example/");
-  SetAddress(*page, "http://roma.example/");  // which changes nothing
+  SetAddress(*page, "http://roma.example/");  // is no change
   Remove(page);
   ASSERT_TRUE(*store->Undo());
   EXPECT_EQ(told,

@@ -27,7 +27,7 @@ inline void SkipFlush(const DiskCall& call, std::size_t* most) {
   if (call.kind == DiskCall::kFlush || call.kind == DiskCall::kFlushFolder) *most = 0;
 }
 
-/// A disk that does not wait.
+/// A disk that does not wait for flushes.
 class FastDisk : public DiskWatch {
  public:
   FastDisk() { WatchDiskForTesting(this); }
@@ -39,7 +39,7 @@ class FastDisk : public DiskWatch {
   void After(const DiskCall&, ULONG) override {}
 };
 
-/// Makes a call fail, or all from it on; counts them.
+/// Makes one call fail, or that one and all later ones; counts the calls.
 class FailingDisk : public DiskWatch {
  public:
   FailingDisk(int at, bool forEver, ULONG error) : at_(at), forEver_(forEver), error_(error) {
@@ -58,7 +58,7 @@ class FailingDisk : public DiskWatch {
   void After(const DiskCall&, ULONG) override {}
   bool reached() const { return calls_ > at_; }
 
-  static constexpr ULONG kShort = 0xFFFFFFFF;  // of writes alone: one byte is written
+  static constexpr ULONG kShort = 0xFFFFFFFF;  // only for writes: one byte is written
 
  private:
   std::mutex mutex_;
@@ -68,8 +68,9 @@ class FailingDisk : public DiskWatch {
   const ULONG error_;
 };
 
-/// Keeps what was done to the files of one folder, and makes every folder of it that a loss of
-/// power may leave: what was not flushed is there, or not, or torn, or zeros, or in another order.
+/// Records what was done to the files of one folder, and makes every state of the folder that a
+/// loss of power can leave: what was not flushed is there, or missing, or torn, or zeros, or in
+/// another order.
 class PowerLoss : public DiskWatch {
  public:
   explicit PowerLoss(const std::filesystem::path& folder)
@@ -96,8 +97,8 @@ class PowerLoss : public DiskWatch {
                        call.position});
   }
 
-  /// Calls `check` with each folder, made anew under `path`, and returns how many there were.
-  /// `call` of `check` is how many calls had been made.
+  /// Calls `check` for each state of the folder, made anew under `path`, and returns how many there
+  /// were. The parameter of `check` is the number of calls made before the loss.
   int ForEachState(const std::filesystem::path& path,
                    const std::function<void(std::size_t call)>& check) {
     Stop();
@@ -108,7 +109,7 @@ class PowerLoss : public DiskWatch {
     pending_.clear();
     std::size_t count = 0;
     for (std::size_t i = 0; i <= events_.size(); ++i) {
-      if (i == events_.size()) count += std::exchange(states_, {}).size();  // more is asked of them
+      if (i == events_.size()) count += std::exchange(states_, {}).size();  // more is checked then
       AllStates(path, [&] { check(i); });
       if (i < events_.size()) Do(events_[i]);
     }
@@ -127,7 +128,7 @@ class PowerLoss : public DiskWatch {
     std::vector<Event> writes;
   };
   struct Rename {
-    std::string from, to;  // empty for a name that comes or goes
+    std::string from, to;  // empty for a name that appears or disappears
     int file;
   };
   using Names = std::map<std::string, int>;
@@ -181,7 +182,7 @@ class PowerLoss : public DiskWatch {
       std::string part = write.bytes;
       if (loss == kTorn && isLast) part.resize(part.size() / 2);
       if (loss == kZeros || (loss == kFirst && i == 0)) part.assign(part.size(), '\0');
-      // The second half of a write alone.
+      // Only the second half of a write.
       if (loss == kFirst && isLast) std::memset(part.data(), 0, part.size() / 2);
       bytes.resize(std::max<std::size_t>(bytes.size(), write.position + part.size()));
       bytes.replace(write.position, part.size(), part);

@@ -19,14 +19,14 @@
 
 namespace vosmere::test {
 
-/// The bytes that a writer saves; "(not saved)" when it does not.
+/// The bytes that a writer saves; "(not saved)" if it fails.
 inline std::string Saved(CWriteXML& writer) {
   const TempFolder folder;
   return writer.SaveToFile(W(folder / "document.xml")) ? ReadBytes(folder / "document.xml")
                                                        : "(not saved)";
 }
 
-/// A file of tests/data as this version of the library, which documents name, writes it.
+/// A file of tests/data with this version of the library in place of the version in it.
 inline std::string Golden(const std::string& name) {
   std::string golden = TestData(name);
   const std::string build = std::to_string(1000 + kBuildNumber).substr(1);
@@ -46,7 +46,7 @@ inline bool Load(CReadXML& reader, const std::string& bytes) {
   return reader.LoadXML(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-/// The tree of a document that loads; null when it does not or has none.
+/// The tree of a document that loads; null if it does not load or has none.
 inline TreePtr ReadOpml(const std::string& bytes) {
   CReadColctTreeOPML reader;
   return TreePtr(Load(reader, bytes) ? reader.DetachTreeRoot() : nullptr);
@@ -69,7 +69,7 @@ inline std::string SavedRss(CColctNode* colct) {
   return Saved(writer);
 }
 
-/// The collection of a document that loads; null when it does not or has none.
+/// The collection of a document that loads; null if it does not load or has none.
 inline ColctPtr ReadRss(const std::string& bytes) {
   CReadBkmarkXML reader;
   return ColctPtr(Load(reader, bytes) ? reader.DetachColctNode() : nullptr);
@@ -81,8 +81,8 @@ inline std::string Rss(const std::string& channel) {
          "</channel></rss>";
 }
 
-/// Loads with the first, second, ... allocation failing until none does. Every load but the last
-/// one must fail for want of memory, and nothing may be lost.
+/// Loads with the first, second, ... allocation failing, until none fails. Every load but the last
+/// must fail for lack of memory, and nothing may be leaked.
 template <class NewReader>
 void LoadAtEachFailure(NewReader newReader, const std::string& document) {
   Load(*newReader(), document);  // what the system allocates once
@@ -100,8 +100,8 @@ void LoadAtEachFailure(NewReader newReader, const std::string& document) {
   EXPECT_EQ(LiveAllocations(), before);
 }
 
-/// Writes with the first, second, ... allocation failing alone until none does. What `write` gives
-/// is whole, or null; it may also throw std::bad_alloc.
+/// Writes with only the first, second, ... allocation failing, until none fails. The result of
+/// `write` must be complete or null; it may also throw std::bad_alloc.
 template <class Write>
 void WriteAtEachFailure(Write write) {
   const std::string whole = OwnedBstr(write()).utf8();

@@ -15,7 +15,7 @@
 
 namespace vosmere::test {
 
-/// How many blocks this thread holds: those it allocated less those it freed.
+/// How many blocks this thread holds: the number that it allocated minus the number that it freed.
 long LiveAllocations();
 
 /// Counts one allocation of this thread; false when it has to fail.
@@ -37,8 +37,8 @@ class FailingMemory {
   bool Failed() const;
 };
 
-/// Calls `make` with its first, second, ... allocation failing until none does; `check` is told
-/// what came of each and whether memory failed, and frees it. Nothing may be lost.
+/// Calls `make` with its first, second, ... allocation failing, until none fails. `check` receives
+/// each result and whether memory failed, and frees the result. Nothing may be leaked.
 template <class Make, class Check>
 void AtEachFailure(Make make, Check check, Failures failures = Failures::kAll) {
   bool failed = true;
@@ -56,7 +56,7 @@ void AtEachFailure(Make make, Check check, Failures failures = Failures::kAll) {
   }
 }
 
-/// For a `make` that is whole or null; `free` takes either.
+/// For a `make` whose result is complete or null; `free` accepts both.
 template <class Make, class Free>
 void ExpectNullAtEachFailure(Make make, Free free, Failures failures = Failures::kAll) {
   const auto check = [free](auto* made, bool failed) {

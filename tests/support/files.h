@@ -24,7 +24,7 @@ inline void WriteBytes(const std::filesystem::path& path, const std::string& byt
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-/// Where a file of tests/data is.
+/// The path of a file in tests/data.
 inline std::filesystem::path TestPath(const std::string& name) {
   return std::filesystem::path(VOSMERE_TEST_DATA) / name;
 }

@@ -36,7 +36,7 @@ class SteppedClock {
   static inline std::atomic<int> milliseconds_;
 };
 
-/// Does what it is told. Jobs with an id are the same when their ids are equal.
+/// A job that calls a function. Jobs with an id are the same if their ids are equal.
 class Job : public CTimeEvent {
  public:
   using Work = std::function<void(Job&)>;
@@ -51,7 +51,7 @@ class Job : public CTimeEvent {
     return GetID() ? GetID() == other->GetID() : CTimeEvent::IsTheSameEvent(other);
   }
   void DoEvent() override {
-    if (const Work work = work_) work(*this);  // a copy: the job may free itself
+    if (const Work work = work_) work(*this);  // a copy, because the job may free itself
   }
 
  private:

@@ -62,7 +62,7 @@ void LoopbackServer::Stop() {
     stopping_ = true;
     current_.Shutdown();
   }
-  Socket::Connect(port_);  // ends the waiting for a next client
+  Socket::Connect(port_);  // ends the wait for the next client
   thread_.join();
 }
 

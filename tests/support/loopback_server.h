@@ -22,15 +22,15 @@ class Peer {
  public:
   explicit Peer(Socket& socket) : socket_(socket) {}
 
-  /// Reads until so many bytes have come since the beginning; false when the client goes before.
+  /// Reads until that many bytes have arrived in all; false if the client closes before.
   bool ReadBytes(std::size_t count);
   /// Reads a head, and the body that it announces.
   bool ReadRequest();
   bool Send(const std::string& bytes) { return socket_.Send(bytes); }
-  /// Lets the connection break instead of end, once the script is through.
+  /// Breaks the connection instead of closing it when the script has ended.
   void Reset() { resets_ = true; }
   bool resets() const { return resets_; }
-  /// Reads until the client goes.
+  /// Reads until the client closes the connection.
   void WaitForClient();
 
   const std::string& received() const { return received_; }
@@ -66,7 +66,7 @@ class LoopbackServer {
   std::vector<Script> scripts_;
   Socket listener_;
   int port_;
-  std::mutex mutex_;  // over the two below
+  std::mutex mutex_;  // protects the two below
   Socket current_;
   bool stopping_ = false;
   std::vector<std::string> requests_;
@@ -78,7 +78,7 @@ LoopbackServer::Script Reply(const std::string& bytes);
 /// Reads a request and sends a whole reply with this body.
 LoopbackServer::Script ReplyOk(const std::string& body = "ok");
 
-/// The same with so many bytes, four to a character, and without telling how many.
+/// The same with that many bytes, four to a character, and without a length.
 LoopbackServer::Script LongReply(std::size_t size);
 
 }  // namespace vosmere::test

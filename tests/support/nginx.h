@@ -13,7 +13,7 @@ class Nginx {
  public:
   static bool IsInstalled() { return Run("command -v nginx") && Run("command -v openssl"); }
 
-  /// `locations` is the inside of the HTTPS server's configuration; PORT stands for its port.
+  /// `locations` is the content of the HTTPS server's configuration; PORT is replaced by its port.
   explicit Nginx(std::string locations) {
     for (std::size_t at; (at = locations.find("PORT")) != locations.npos;)
       locations.replace(at, 4, std::to_string(port()));
@@ -56,7 +56,7 @@ class Nginx {
   }
 
   TempFolder folder_;
-  Socket listener_ = Socket::Listen();  // which the server inherits, so that nobody waits for it
+  Socket listener_ = Socket::Listen();  // inherited by the server, so nobody has to wait for it
   bool runs_ = false;
 };
 

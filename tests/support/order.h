@@ -14,11 +14,11 @@ namespace vosmere::test {
 inline constexpr int kFolder = 0, kFile = 2, kWide = 4;
 
 struct OrderItem {
-  std::string name;  ///< as it stands in the record, without its terminating zero
+  std::string name;  ///< as it is in the record, without its terminating zero
   int position = -5;
   int flags = kFile;
-  std::u16string longName = {};  ///< in a block behind the name; none when empty
-  int version = 3;               ///< of that block
+  std::u16string longName = {};  ///< in a block after the name; none if empty
+  int version = 3;               ///< the version of that block
 };
 
 inline std::string LittleEndian(std::uint32_t number, int bytes) {
@@ -27,7 +27,7 @@ inline std::string LittleEndian(std::uint32_t number, int bytes) {
   return text;
 }
 
-/// The block with an item's long name, at a distance of `at` bytes from the item's start.
+/// The block with the long name of an item, `at` bytes after the start of the item.
 inline std::string LongNameBlock(const OrderItem& item, std::size_t at) {
   const std::size_t nameAt = item.version == 3   ? 20
                              : item.version == 7 ? 38

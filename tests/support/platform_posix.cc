@@ -23,8 +23,8 @@ const bool kSystemStringsFail = true;
 const int kLevelsThatLoad = 1000;
 const LONG kZoneOfPlainNames = 1;
 
-void SetZoneVariable(const char* zone) {
-  zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+void SetVariable(const char* name, const char* value) {
+  value ? setenv(name, value, 1) : unsetenv(name);
 }
 
 static std::size_t MostResident() {
@@ -39,7 +39,7 @@ static std::size_t MostResident() {
 
 std::size_t PeakMemory(std::function<void()> work) {
   malloc_trim(0);
-  // Large blocks are to come from the system and go back to it: what is free in the heap is taken.
+  // Large blocks must come from the system and go back to it, so the heap is filled first.
   mallopt(M_MMAP_THRESHOLD, 128 * 1024);
   std::vector<std::unique_ptr<char[]>> heap(mallinfo2().fordblks >> 20);
   for (auto& block : heap) block.reset(new char[1 << 20]);
@@ -54,7 +54,7 @@ bool RunsOnWine() {
 }
 
 void SetTimeZone(const char* zone) {
-  SetZoneVariable(zone);
+  SetVariable("TZ", zone);
   tzset();
 }
 
@@ -95,8 +95,8 @@ void UserRegistry::Set(const std::string& key, const std::string& name, const st
 
 namespace {
 
-// As a program might set them up that uses the parser, too. The blocks are not counted: the parser
-// keeps some for as long as the thread lives.
+// A program that also uses the parser might replace its allocator like this. The blocks are not
+// counted, because the parser keeps some as long as the thread lives.
 [[maybe_unused]] const int parserMemoryFails = xmlMemSetup(
     std::free, [](std::size_t size) { return MayAllocate() ? std::malloc(size) : nullptr; },
     [](void* block, std::size_t size) {

@@ -16,8 +16,8 @@ const bool kSystemStringsFail = false;
 const int kLevelsThatLoad = 200;
 const LONG kZoneOfPlainNames = 3;
 
-void SetZoneVariable(const char* zone) {
-  _putenv_s("TZ", zone ? zone : "");
+void SetVariable(const char* name, const char* value) {
+  _putenv_s(name, value ? value : "");
 }
 
 bool RunsOnWine() {
@@ -25,7 +25,7 @@ bool RunsOnWine() {
 }
 
 void SetTimeZone(const char* zone) {
-  SetZoneVariable(zone);
+  SetVariable("TZ", zone);
   _tzset();
 }
 
@@ -59,7 +59,7 @@ void UserRegistry::Set(const std::string& key, const std::string& name, const st
 
 namespace {
 
-// Documents load only on a thread that has COM, and giving it that is the program's task.
+// Documents load only on a thread that has initialised COM, which is the task of the program.
 class Com : public testing::Environment {
  public:
   void SetUp() override { ASSERT_TRUE(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))); }

@@ -10,7 +10,7 @@
 
 namespace vosmere::test {
 
-/// What Post returns for an error of that number.
+/// What Post returns for the error with that number.
 inline LONG Code(unsigned error) {
   return static_cast<LONG>(0x80070000u | error);
 }
@@ -39,7 +39,7 @@ class Sender {
     upload.SetBoundary(W("BOUNDARY"));
     upload.SetTimeouts(2000, 2000);
   }
-  /// A file of so many zero bytes, which takes no room on the disk.
+  /// A file of that many zero bytes, which takes no room on the disk.
   Sender(const std::string& host, std::size_t size) : Sender(host, "") {
     std::filesystem::resize_file(file(), size);
   }

@@ -18,7 +18,7 @@ class Socket {
   }
   ~Socket() { Close(); }
 
-  /// Takes a port of 127.0.0.1 that is free. Nobody gets a connection there until it listens.
+  /// Binds a free port of 127.0.0.1. Connections to it are refused until the socket listens.
   static Socket Bind();
   static Socket Listen(int backlog = 16);
   static Socket Connect(int port);
@@ -27,9 +27,9 @@ class Socket {
   int Port() const;
   std::intptr_t handle() const { return handle_; }
   Socket Accept();
-  /// 0 when the peer has ended or gone.
+  /// 0 when the peer has closed the connection.
   std::size_t Receive(char* bytes, std::size_t capacity);
-  /// False when the peer has gone.
+  /// False when the peer has closed the connection.
   bool Send(const std::string& bytes);
   /// Ends both directions; a call that waits in another thread returns.
   void Shutdown();

@@ -1,4 +1,4 @@
-// Every document, for the tests and fuzz targets that hold for all of them: one row each.
+// All documents, one row each, for the tests and fuzz targets that check all of them.
 #pragma once
 
 #include <functional>
@@ -26,10 +26,10 @@
 namespace vosmere::test {
 
 struct StoredDocument {
-  const char* golden;  ///< the file of tests/data that holds the fullest one
+  const char* golden;  ///< the file of tests/data with everything that the document can have
   const char* root;    ///< its root element
   std::unique_ptr<CReadXML> (*newReader)();
-  /// What the reader has read is written and freed. Null when there is nothing to write.
+  /// Writes what the reader has read, and frees it. Null if there is nothing to write.
   BSTR (*write)(CReadXML& reader);
   bool anyRoot = false;  ///< whether its elements count within any root element
 
@@ -60,7 +60,7 @@ inline BSTR WriteProfileAgain(CReadXML& reader) {
   return text;
 }
 
-/// Null also for sites that are not to be written: their web addresses would make the document
+/// Null also for sites that cannot be written, because their web addresses would make the document
 /// unreadable.
 inline BSTR WriteSitesAgain(CReadXML& reader) {
   const FtpSiteList sites(static_cast<CReadFtpSiteXML&>(reader).DetachFtpSiteList());
@@ -120,8 +120,7 @@ inline constexpr StoredDocument kStoredDocuments[] = {
                 &CWriteColctRSS::SetColctNode>},
 };
 
-/// What comes of a document when it is read and written again; "(not loaded)" when it does not
-/// load.
+/// A document after it was read and written again; "(not loaded)" if it does not load.
 inline std::string Rewritten(const StoredDocument& document, const std::string& bytes) {
   const auto reader = document.newReader();
   if (!reader->LoadXML(bytes.data(), static_cast<int>(bytes.size()))) return "(not loaded)";

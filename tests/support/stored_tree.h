@@ -1,4 +1,4 @@
-// Trees with something in every field, changed at random; and all of a tree as text.
+// Trees with a value in every field that change at random, and a whole tree as text.
 #pragma once
 
 #include <algorithm>
@@ -38,7 +38,7 @@ inline void DumpColct(const CColctNode& colct, std::ostream& out) {
       << ' ' << net.GetIssuedTimeEventID() << ' ' << net.GetColctExpandState();
 }
 
-/// Every field of every item; two trees are the same where this is.
+/// Every field of every item; two trees are equal if these texts are.
 inline void Dump(const RNode* link, std::ostream& out) {
   if (!link) return void(out << "(none)");
   const CBaseNode& item = *link->item;
@@ -77,12 +77,12 @@ inline std::string Dump(const RNode* link) {
   return out.str();
 }
 
-/// Changes a tree at random, with the operations of the layer alone.
+/// Changes a tree at random, using only the operations of the layer.
 class RandomChanges {
  public:
   explicit RandomChanges(unsigned seed) : random_(seed) {}
 
-  /// One change, or none where what was drawn does not fit.
+  /// Makes one change, or none if the random choice does not fit.
   void Change(RNode* root) {
     std::vector<RNode*> links, folders;
     Gather(root, links, folders);
@@ -91,7 +91,7 @@ class RandomChanges {
     switch (Number(10)) {
       case 0:
       case 1: AddSomething(folder); break;
-      case 2:  // but not into a local tree, which may be that of something in the folder
+      case 2:  // but not into a local tree, which may belong to something in the folder
         if (RNTool::GetRootNode(folder) == root)
           Move(link, folder, folder->firstChild && Flip() ? folder->firstChild : nullptr);
         break;
@@ -103,7 +103,7 @@ class RandomChanges {
       default: Update(*link->item, [&](CBaseNode& item) { SetFields(link, item, links); }); break;
     }
   }
-  /// With its local trees, which are whoever's removes it.
+  /// Frees the tree and its local trees, which the tree does not free.
   static void Free(Tree tree) {
     std::vector<RNode*> links, folders;
     if (tree) Gather(tree.get(), links, folders);

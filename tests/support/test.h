@@ -41,7 +41,7 @@ struct Hooked {
   ~Hooked() { Set(nullptr); }
 };
 
-/// Does the work on so many threads at the same time.
+/// Does the work on that many threads at the same time.
 inline void AtOnce(int threads, const std::function<void(int thread)>& work) {
   std::vector<std::thread> running;
   for (int i = 0; i < threads; ++i) running.emplace_back(work, i);

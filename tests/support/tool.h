@@ -10,7 +10,7 @@ namespace vosmere::test {
 
 struct Outcome {
   int exitCode;
-  std::string bytes;  ///< of the standard output
+  std::string bytes;  ///< the standard output
   std::string out;    ///< the same as text
   std::string errors;
 };
@@ -20,11 +20,10 @@ inline std::string Quoted(std::filesystem::path path) {
   return '"' + path.make_preferred().string() + '"';
 }
 
-/// Runs the tool with arguments as a shell takes them. `before` stands in front of it in the
-/// command.
+/// Runs the tool with arguments as in a shell. `before` is put before it in the command.
 inline Outcome RunTool(const std::string& arguments, const std::string& before = "cd . && ") {
   const TempFolder folder;
-  // Without a command before it, a shell would take quotes off that stand first and last.
+  // Without a command before it, the shell on Windows would remove the first and the last quote.
   const int status = std::system((before + Quoted(VOSMERE_TOOL) + ' ' + arguments + " >" +
                                   Quoted(folder / "out") + " 2>" + Quoted(folder / "errors"))
                                      .c_str());

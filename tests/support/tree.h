@@ -10,14 +10,13 @@
 
 #include <algorithm>
 #include <functional>
-#include <memory>
 #include <string>
-#include <utility>
 
 #include "tests/support/row.h"
 #include "tests/support/wide.h"
 #include "vosmere/base/chain.h"
 #include "vosmere/collections/colct_node.h"
+#include "vosmere/cpp/own.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/tree_link.h"
 #include "vosmere/tree/tree_tool.h"
@@ -25,29 +24,16 @@
 
 namespace vosmere::test {
 
-struct ItemDelete {
-  void operator()(CBaseNode* item) const { CBaseNode::Delete(item); }
-};
-/// Owns an item that stands in no tree.
-template <class Item>
-using ItemPtr = std::unique_ptr<Item, ItemDelete>;
-
-template <class Item>
-ItemPtr<Item> New() {
-  return ItemPtr<Item>(Item::New());
-}
-
-/// A copy by the item's own class.
-template <class Item>
-ItemPtr<Item> Copy(const ItemPtr<Item>& source) {
-  return ItemPtr<Item>(Item::New(source.get()));
+template <class Node>
+Item<Node> New() {
+  return Item<Node>(Node::New());
 }
 
 inline std::string NameOf(const RNode* link) {
   return Utf8(link->item->GetName());
 }
 
-/// The first link of that name in the tree of `top`, itself included; null for none.
+/// The first link with that name in the tree of `top`, including `top`; null if there is none.
 inline RNode* FindLink(RNode* top, const std::string& name) {
   if (test::NameOf(top) == name) return top;
   for (RNode* child = top->firstChild; child; child = child->next)
@@ -55,20 +41,18 @@ inline RNode* FindLink(RNode* top, const std::string& name) {
   return nullptr;
 }
 
-/// Owns a link with everything below it; stands wherever an `RNode*` does.
+/// Owns a link with everything below it; can be used like an `RNode*`.
 class TreePtr {
  public:
   explicit TreePtr(RNode* root) : root_(root) {}
-  TreePtr(TreePtr&& other) noexcept : root_(other.release()) {}
-  ~TreePtr() { DeleteTree(root_); }
 
-  operator RNode*() const { return root_; }
-  RNode* operator->() const { return root_; }
-  RNode* operator[](const char* name) const { return FindLink(root_, name); }
-  RNode* release() { return std::exchange(root_, nullptr); }
+  operator RNode*() const { return root_.get(); }
+  RNode* operator->() const { return root_.get(); }
+  RNode* operator[](const char* name) const { return FindLink(root_.get(), name); }
+  RNode* release() { return root_.release(); }
 
  private:
-  RNode* root_;
+  vosmere::Tree root_;
 };
 
 inline RNode* NewLink(tagNODETYPE type, const std::string& name) {
@@ -111,7 +95,7 @@ inline TreePtr Tree(const std::string& text) {
   return TreePtr(root);
 }
 
-/// So many folders, each in the one before, and two pages at the bottom.
+/// That many folders, each in the one before, and two pages in the last.
 inline TreePtr Deep(int levels) {
   std::string text = "root(";
   for (int i = 0; i < levels; ++i) text += "f(";
@@ -134,14 +118,14 @@ inline std::string Shape(const RNode* link, const Label& label = NameOf) {
   return shape;
 }
 
-/// The siblings from `head` on, for chains that may stand without a parent.
+/// The siblings from `head` on, for chains that need not have a parent.
 inline std::string ChainShape(const RNode* head, const Label& label) {
   return Row(head, [&](const RNode* link) {
     return Shape(link, label) + (link->parent == head->parent ? "" : " BROKEN: parents differ");
   });
 }
 
-/// Whether the link stands alone, as one that was taken out of its tree does.
+/// Whether the link is alone, like one that was taken out of its tree.
 inline bool IsDetached(const RNode* link) {
   return !link->parent && !link->next && link->prev == link;
 }

@@ -1,5 +1,5 @@
-// Values under the current user that go away with the test: in the system's registry on Windows, in
-// an exported file that stands for it elsewhere.
+// Registry values of the current user that are removed with the test: in the system's registry on
+// Windows, in an exported file elsewhere.
 //
 //   UserRegistry registry;
 //   registry.Set("Sub", "Order", bytes);           // a binary value
@@ -21,7 +21,7 @@ class UserRegistry {
   UserRegistry& operator=(const UserRegistry&) = delete;
   ~UserRegistry();
 
-  /// Keys are named from the test's own key on, in UTF-8; "" is that key itself.
+  /// Keys are relative to the test's own key, in UTF-8; "" is that key itself.
   void Set(const std::string& key, const std::string& name, const std::string& bytes);
   Wide Key(const std::string& key) const { return W(Path(key)); }
 

@@ -16,6 +16,7 @@
 
 #include "vosmere/base/system_string.h"
 #include "vosmere/base/types.h"
+#include "vosmere/cpp/own.h"
 
 namespace vosmere::test {
 
@@ -109,27 +110,20 @@ inline std::string Utf16(const Wide& text, bool bigEndian = false) {
   return Utf16(std::u16string(text.get(), text.get() + text.size()), bigEndian);
 }
 
-/// So many "x", for the length limits.
+/// That many "x", for the length limits.
 inline Wide Repeated(std::size_t count) {
   return W(std::string(count, 'x'));
 }
 
-/// Holds a system string and frees it.
-class OwnedBstr {
+/// A system string that a test compares.
+class OwnedBstr : public SystemString {
  public:
-  explicit OwnedBstr(BSTR text) : text_(text) {}
-  explicit OwnedBstr(const Wide& text) : text_(SysAllocStringLen(text.get(), text.size())) {}
-  OwnedBstr(const OwnedBstr&) = delete;
-  OwnedBstr& operator=(const OwnedBstr&) = delete;
-  ~OwnedBstr() { SysFreeString(text_); }
+  explicit OwnedBstr(BSTR text) : SystemString(text) {}
+  explicit OwnedBstr(const Wide& text) : SystemString(SysAllocStringLen(text.get(), text.size())) {}
 
-  BSTR get() const { return text_; }
-  std::size_t size() const { return SysStringLen(text_); }
+  std::size_t size() const { return SysStringLen(get()); }
   /// By the string's own length, so that zero units show.
-  std::string utf8() const { return text_ ? Utf8(text_, size()) : "(null)"; }
-
- private:
-  BSTR text_;
+  std::string utf8() const { return get() ? Utf8(get(), size()) : "(null)"; }
 };
 
 }  // namespace vosmere::test

@@ -1,4 +1,4 @@
-// The two ways to a document's tree, made comparable.
+// The trees of a document from both parsers, made comparable.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@
 
 namespace vosmere::test {
 
-/// A tree with all that readers see of it; its depth costs no stack.
+/// A tree with everything that readers see of it; comparing does not recurse.
 inline std::string Shown(const posix::XmlTree& tree) {
   std::string all;
   std::vector<const posix::XmlRecord*> following;

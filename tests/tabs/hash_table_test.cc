@@ -18,7 +18,7 @@ struct Table : CHashtable {
     return found ? owned.utf8() : "(missing)";
   }
 
-  /// The rest of the walk.
+  /// The rest of the iteration.
   std::string Walk() {
     std::string walk;
     while (HasNext()) {
@@ -57,8 +57,8 @@ TEST(HashTable, WalksByBucketAndTheNewestFirst) {
 
   table.ResetPosition();
   EXPECT_TRUE(table.GetNextKeyValue(nullptr, nullptr));
-  table.Remove(W("d"));  // behind the walk
-  table.Remove(W("b"));  // where it stands
+  table.Remove(W("d"));  // already visited
+  table.Remove(W("b"));  // the next to be visited
   EXPECT_EQ(table.Walk(), "c=1 a=1 ");
 
   table.ResetPosition();
@@ -80,7 +80,7 @@ TEST(HashTable, HoldsWhatAMapHolds) {
       EXPECT_EQ(table.Remove(W(key)), map.erase(key) == 1);
     } else {
       const bool overwrite = random() % 2, isNew = !map.contains(key);
-      EXPECT_EQ(table.Put(W(key), stored, overwrite), isNew) << "a value replaced is no addition";
+      EXPECT_EQ(table.Put(W(key), stored, overwrite), isNew) << "replacing a value adds no entry";
       if (isNew || overwrite) map[key] = Utf8(stored);
     }
     ASSERT_EQ(table.GetTotalItems(), static_cast<int>(map.size()));
@@ -104,7 +104,7 @@ TEST(HashTable, WithoutMemoryNothingChangesAndNothingIsLost) {
     EXPECT_EQ(added == nullptr, failed);
     EXPECT_EQ(lost, failed ? 1u : 0u);
     EXPECT_EQ(table->Remove(key), !failed);
-    table = std::make_unique<Table>();  // as it was, without room for an entry
+    table = std::make_unique<Table>();  // a new table, which has no room for an entry yet
   });
   if (!kSystemStringsFail) return;
   table->Put(key, value, false);

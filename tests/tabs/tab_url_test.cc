@@ -7,18 +7,15 @@
 
 namespace vosmere::test::tab_url {
 
-/// Any byte of it is a dispatch.
+/// The address of any byte serves as a dispatch.
 char dispatches[256];
 
-/// Addresses, each of the zone that its last digit names.
+/// Addresses, each in the zone that its last digit names.
 class TabUrlTest : public testing::Test, public CTabUrlData {
  protected:
-  TabUrlTest() {
-    SetSecurityZoneCheck([](const WChar* url) {
-      return static_cast<LONG>(WideView(url)[WideLength(url) - 1] - '0');
-    });
-  }
-  ~TabUrlTest() override { SetSecurityZoneCheck(nullptr); }
+  const Hooked<SetSecurityZoneCheck> zones{[](const WChar* url) {
+    return static_cast<LONG>(WideView(url)[WideLength(url) - 1] - '0');
+  }};
 
   /// Adds addresses written as `a1/p`, by dispatch p (`-` is null); `^` before makes it the page.
   void Add(const std::string& addresses) {
@@ -61,14 +58,14 @@ TEST_F(TabUrlTest, KeepsOnePageAndOneAddressForEachDispatch) {
       {"^a3/p", "a3", "3 of 1"},
       {"a1/p b4/q c2/r", "a1 b4 c2", "4 of 3"},       // no page: the highest zone
       {"^a1/p b3/q", "a1 b3", "1! of 2"},             // a frame is less trusted
-      {"^a3/p b3/q c1/r", "a3 b3 c1", "3 of 3"},      // none is
+      {"^a3/p b3/q c1/r", "a3 b3 c1", "3 of 3"},      // no frame is less trusted
       {"^a1/p b3/q ^c2/r", "b3 c2", "2! of 2"},       // a new page frees the old one
       {"a1/p b2/q c3/p", "b2 c3", "3 of 2"},          // the first with its dispatch goes
       {"^a1/p b2/q ^c3/q", "c3", "3 of 1"},           // both
       {"a1/- b2/-", "b2", "2 of 1"},                  // null is a dispatch too
       {"a1/p A1/q", "a1 A1", "1 of 2"},               // letter case counts
       {"^a1/p b2/q ^b2/r c3/q", "b2 c3", "2! of 2"},  // a frame becomes the page
-      {"^a1/p a1/q b3/p", "a1 b3", "1! of 2"},        // a page stays it, by a new dispatch
+      {"^a1/p a1/q b3/p", "a1 b3", "1! of 2"},        // a page stays the page under a new dispatch
       {"a1/p b2/q b2/p c3/q", "a1 b2 c3", "3 of 3"},  // a known address frees no other
       {"^a1/p ^a1/q b3/q", "b3", "3 of 1"},
   };
@@ -90,7 +87,7 @@ TEST_F(TabUrlTest, IgnoresWhatIsNoAddressAndTheOneHundredAndFiftySecond) {
   ClearData();
   for (int i = 0; i < 152; ++i) AddUrl(W(std::to_string(i)), i == 0, dispatches + i);
   EXPECT_EQ(GetNumberItem(), 151);
-  Add("^7/x");  // known, but not looked at any more
+  Add("^7/x");  // known, but no longer looked up
   EXPECT_EQ(Urls().substr(0, 4), "0 1 ");
 }
 
@@ -110,11 +107,13 @@ TEST_F(TabUrlTest, DerivedClassesHaveItsSteps) {
 TEST_F(TabUrlTest, WithoutMemoryNothingIsAddedAndNothingLost) {
   Add("^a1/p b2/q");
   const Wide url = W("c3");
+  unsigned long lost = LostTexts();
   {
     const FailingMemory memory(1);
     AddUrl(url, true, dispatches + 'q');
   }
   EXPECT_EQ(Urls(), "a1 b2");
+  EXPECT_EQ(LostTexts(), ++lost);
   int count = 0;
   const auto list = [&] {
     CTabUrlItem* copies = nullptr;
@@ -124,6 +123,7 @@ TEST_F(TabUrlTest, WithoutMemoryNothingIsAddedAndNothingLost) {
   AtEachFailure(list, [&](CTabUrlItem* copies, bool failed) {
     EXPECT_EQ(copies == nullptr, failed);
     EXPECT_EQ(count, failed ? 0 : 2);
+    EXPECT_EQ(LostTexts(), lost += failed);
     CTabUrlItem::DeleteList(copies);
   });
 }

@@ -12,7 +12,7 @@ bool Append(CChunkBuffer& buffer, const std::string& bytes) {
   return buffer.Append(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-/// An append that the limit must refuse, so that no byte is looked at.
+/// An append that the limit must refuse without reading a byte.
 bool AppendTooMuch(CChunkBuffer& buffer, int length) {
   volatile int unknown = length;
   return buffer.Append("", unknown);
@@ -75,7 +75,7 @@ TEST(ChunkBuffer, TakesAllUpToTheLimitAndARefusedAppendCountsForEver) {
   EXPECT_EQ(Total(buffer), CChunkBuffer::kLimit + 1);
   constexpr LONG kMost = std::numeric_limits<LONG>::max();
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(AppendTooMuch(buffer, kMost));
-  EXPECT_EQ(Total(buffer), kMost) << "instead of coming round";
+  EXPECT_EQ(Total(buffer), kMost) << "instead of wrapping around";
   EXPECT_FALSE(Append(buffer, ""));
 
   CChunkBuffer small;

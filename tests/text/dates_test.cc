@@ -30,7 +30,7 @@ std::string Told(bool found, const DateReading& date) {
          kForms[static_cast<int>(date.form)];
 }
 
-/// Read as bytes and as wide text, which must agree.
+/// Reads the date as bytes and as wide text, which must agree.
 std::string Read(const std::string& text) {
   DateReading date = {5, 0, false, DateForm::kLoose}, same = date;
   const std::u16string wide(text.begin(), text.end());
@@ -61,7 +61,7 @@ TEST(Dates, AreAsciiButInCommentsAndWhole) {
   EXPECT_EQ(TimeOf(nullptr), "-");
 }
 
-/// What CKQTime makes of a time of its own.
+/// Checks what CKQTime makes of a time of this day.
 void ExpectDay(int year, int month, int day, LONG seconds) {
   EXPECT_EQ(CKQTime().Makegmtime(year, month - 1, day, 1, 1, 1), seconds + 3661);
   EXPECT_EQ(CKQTime().Makegmtime(year + 1, month - 13, day, 2, -59, 1), seconds + 3661);
@@ -89,7 +89,7 @@ TEST(Dates, FollowTheCalendarThroughEveryMonth) {
   }
 }
 
-/// The steps, which programs do not call, told as text.
+/// The protected steps, as text.
 struct Steps : CKQTime {
   std::string Zone(const char* zone) const {
     int hours = 77, minutes = 7;
@@ -198,7 +198,7 @@ TEST(KQTime, MakingOneLooksUpTheZone) {
   const Zone utc("UTC0");  // until the end of the scope
   WChar text[40];
   CBaseTool::GetPubDate(0, text, 40);
-  SetZoneVariable("CST-8");
+  SetVariable("TZ", "CST-8");
   const CKQTime reader;
   CBaseTool::GetPubDate(0, text, 40);
   EXPECT_EQ(Utf8(text), "Thu, 01 Jan 1970 08:00:00 -0800");

@@ -31,7 +31,7 @@ struct Md5InPieces : CMD5Digest {
     Final(reinterpret_cast<unsigned char*>(digest));
     return {digest, 16};
   }
-  /// As if so many bits had come already, which are not in the digest.
+  /// Counts bits as if they had come already; they are not in the digest.
   void CountBits(ULONG bits) { count_[0] += bits; }
 };
 
@@ -58,7 +58,7 @@ TEST(Md5Digest, PiecesGiveTheDigestOfTheWholeOnceForEachInit) {
     EXPECT_EQ(md5.Finish(), whole) << size;
     EXPECT_EQ(copy.Finish(), whole) << "a copy carries on from where it was made";
   }
-  EXPECT_NE(md5.Finish(), Md5("", 0)) << "Final clears, it does not begin anew";
+  EXPECT_NE(md5.Finish(), Md5("", 0)) << "Final clears the state, but does not start anew";
 }
 
 TEST(Md5Digest, CountsPastFourBillionBits) {

@@ -37,7 +37,7 @@ TEST_F(ReadFile, TextCountsTheZeroUnitThatEndsIt) {
   const struct {
     std::string bytes, text;
   } cases[] = {{"abc", "abc"},
-               {"\xEF\xBB\xBFß\r\n", "\uFEFFß\r\n"},  // the mark stays
+               {"\xEF\xBB\xBFß\r\n", "\uFEFFß\r\n"},  // the byte-order mark stays
                {std::string("a\0b", 3), std::string("a\0b", 3)},
                {"a\xFFz\xF0\x9F\x98", "a\uFFFDz\uFFFD"},
                {std::string(100000, 'x') + "ß", std::string(100000, 'x') + "ß"}};

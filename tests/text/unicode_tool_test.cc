@@ -11,7 +11,7 @@ using namespace std::string_literals;
 
 using ToBytes = bool (*)(const WChar*, char**, int*);
 
-/// What a conversion hands out, its terminator checked; "(false)" when it fails.
+/// The result of a conversion, with its terminator checked; "(false)" if it fails.
 std::string Bytes(ToBytes convert, const WChar* source) {
   char* text = nullptr;
   int length = -1;
@@ -22,7 +22,7 @@ std::string Bytes(ToBytes convert, const WChar* source) {
   return bytes;
 }
 
-/// The units, so that what is ill-formed shows; "(false)" when the conversion fails.
+/// The code units, so that ill-formed ones can be seen; "(false)" if the conversion fails.
 std::u16string Units(const char* bytes, int length) {
   BSTR text = nullptr;
   if (!CUnicodeTool::UTF8GetBSTR(&text, bytes, length)) return u"(false)";

@@ -13,7 +13,7 @@ TEST(TBarBandInfo, ATextIsCutToFitBetweenCharacters) {
   } cases[] = {{x + "yz", x + "yz"},
                {x + "yz!", x + "yz"},
                {x + "😀", x + "😀"},
-               {x + "y😀", x + "y"},  // its first half alone would fit
+               {x + "y😀", x + "y"},  // its first half would fit alone
                {"", ""}};
   for (const auto& c : cases) {
     band.SetTitle(W(c.text));
@@ -55,7 +55,7 @@ TEST(TBarBandInfo, ThreadsAddCopiesUnderTheLockWhileOthersWrite) {
     EXPECT_THROW(writer.GetXMLBSTR(), std::bad_alloc);
   }
   AtOnce(1, [&](int) {
-    ASSERT_TRUE(bands.TryLock()) << "after a document that memory tore";
+    ASSERT_TRUE(bands.TryLock()) << "after a document that ran out of memory";
     bands.UnLock();
   });
 }

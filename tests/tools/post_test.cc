@@ -1,44 +1,23 @@
 // `vosmere post`, run as users and scripts run it.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
-
-#include "tests/support/files.h"
 #include "tests/support/loopback_server.h"
+#include "tests/support/test.h"
+#include "tests/support/tool.h"
 
-namespace vosmere::test {
-namespace {
+namespace vosmere::test::post {
 
 using testing::AllOf;
-using testing::HasSubstr;
 using testing::Not;
-
-struct Outcome {
-  int exitCode;
-  std::string out;
-  std::string errors;
-};
 
 /// Posts a small file, with a password on the standard input.
 Outcome Post(const std::string& host, const std::string& options = "") {
   const TempFolder folder;
-  const auto quoted = [](std::filesystem::path path) {
-    return '"' + path.make_preferred().string() + '"';
-  };
   WriteBytes(folder / "in", "secret\n");
   WriteBytes(folder / "notes.txt", "one\ntwo\r\n");
-  const int status = std::system(("cd . && " + quoted(VOSMERE_TOOL) + " post " + host +
-                                  " /up.php " + quoted(folder / "notes.txt") + " --clean " +
-                                  options + " <" + quoted(folder / "in") + " >" +
-                                  quoted(folder / "out") + " 2>" + quoted(folder / "errors"))
-                                     .c_str());
-  return {status > 255 ? status / 256 : status, ReadBytes(folder / "out"),
-          ReadBytes(folder / "errors")};
+  return RunTool("post " + host + " /up.php " + Quoted(folder / "notes.txt") + " --clean " +
+                 options + " <" + Quoted(folder / "in"));
 }
 
-/// With what differs from run to run in its place.
+/// The request without the parts that differ from run to run.
 std::string Normal(std::string request, const std::string& digest) {
   const std::string boundary = request.substr(request.find("boundary=") + 9, 36);
   for (const std::string& secret : {boundary, digest})
@@ -60,7 +39,7 @@ TEST(ToolPost, ADryRunPrintsTheVeryBytesButForTheDigest) {
   const std::string request = server.requests().at(0);
   EXPECT_THAT(request, AllOf(HasSubstr(kDigest), HasSubstr("filename=\"notes.txt\""),
                              HasSubstr("name=\"a\"\r\n\r\nb=c\r\n"), Not(HasSubstr("secret"))));
-  EXPECT_EQ(Normal(shown.out, std::string(32, '*')), Normal(request, kDigest));
+  EXPECT_EQ(Normal(shown.bytes, std::string(32, '*')), Normal(request, kDigest));
 }
 
 TEST(ToolPost, SaysWhatWentWrong) {
@@ -70,7 +49,7 @@ TEST(ToolPost, SaysWhatWentWrong) {
     const char* error;
   } cases[] = {
       {"127.0.0.1:1", "", "127.0.0.1:1: error: the server cannot be reached"},
-      {"127.0.0.1:x", "", "127.0.0.1:x: error: that is no name of a host"},
+      {"127.0.0.1:x", "", "127.0.0.1:x: error: the host name is invalid"},
       {"a.example", "--field ab", "is not NAME=VALUE"},
       {"a.example", "--field a=" + std::string(1024, 'x'), "the field 'a' is too long"},
       {"a.example", "--user " + std::string(81, 'x'), "the field 'username' is too long"},
@@ -91,16 +70,16 @@ TEST(ToolPost, SaysWhenTheServerHasNotTakenTheFile) {
     const char* out;
     const char* error;
   } cases[] = {
-      {"HTTP/1.0 404 No\r\n\r\nwhat", 1, "what", ": error: the server answers 404"},
+      {"HTTP/1.0 404 No\r\n\r\nwhat", 1, "what", ": error: the server answered 404"},
       {"HTTP/1.0 413 No\r\nContent-Length: 9\r\n\r\nbig", 1, "big",
        "notes.txt: error: the file is too large for the server (413)"},
       {"HTTP/1.0 303 Elsewhere\r\nLocation: /x\r\n\r\n", 1, "next",
-       ": error: the server leads elsewhere, and the file was not delivered"},
+       ": error: the server redirected the request, and the file was not delivered"},
       {"HTTP/1.0 302 Elsewhere\r\n\r\nhere", 1, "here",
-       ": error: the server answers 302, and the file was not delivered"},
+       ": error: the server answered 302, and the file was not delivered"},
       {"HTTP/1.0 200 Fine\r\nContent-Length: 9\r\n\r\nhalf", 1, "",
-       ": error: the file was sent, but the reply did not come to its end"},
-      {"", 2, "", ": error: the connection was broken off, and there was no reply"},
+       ": error: the file was sent, but the reply is incomplete"},
+      {"", 2, "", ": error: the connection was closed before the reply"},
   };
   for (const auto& c : cases) {
     LoopbackServer server({Reply(c.reply), ReplyOk("next")});
@@ -112,12 +91,12 @@ TEST(ToolPost, SaysWhenTheServerHasNotTakenTheFile) {
 }
 
 TEST(ToolPost, AReplyThatIsTooLongIsCutUnlessItGoesToAFile) {
-  constexpr std::size_t kMost = 50000 * 2048;
+  constexpr std::size_t kMost = 3 * 2048;
   const TempFolder folder;
   LoopbackServer server({LongReply(kMost + 1)});
-  const Outcome printed = Post(server.host());
+  const Outcome printed = Post(server.host(), "--reply-limit 5");
   EXPECT_EQ(printed.exitCode, 1);
-  EXPECT_EQ(printed.out.size(), kMost);
+  EXPECT_EQ(printed.bytes.size(), kMost);
   EXPECT_THAT(printed.errors, HasSubstr(": error: the reply is too long and was cut"));
   const Outcome written = Post(server.host(), "--output " + (folder / "reply").string());
   EXPECT_EQ(written.exitCode, 0) << written.errors;
@@ -131,7 +110,7 @@ TEST(ToolPost, WritesTheReplyAsItIs) {
   const std::filesystem::path file = folder / "reply";
   LoopbackServer server({ReplyOk(bytes), ReplyOk(bytes), ReplyOk(),
                          Reply("HTTP/1.0 200 OK\r\nContent-Length: 9\r\n\r\nshort")});
-  EXPECT_EQ(Post(server.host(), "--output -").out, bytes);
+  EXPECT_EQ(Post(server.host(), "--output -").bytes, bytes);
   EXPECT_EQ(Post(server.host(), "--output " + file.string()).exitCode, 0);
   EXPECT_EQ(ReadBytes(file), bytes);
   if (std::filesystem::exists("/dev/full")) {
@@ -141,8 +120,7 @@ TEST(ToolPost, WritesTheReplyAsItIs) {
     Post(server.host());
   }
   EXPECT_EQ(Post(server.host(), "--output " + file.string()).exitCode, 1);
-  EXPECT_EQ(ReadBytes(file), bytes) << "half a reply takes nothing's place";
+  EXPECT_EQ(ReadBytes(file), bytes) << "half a reply does not replace the file";
 }
 
-}  // namespace
-}  // namespace vosmere::test
+}  // namespace vosmere::test::post

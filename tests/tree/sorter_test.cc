@@ -1,4 +1,4 @@
-// Every sorter beside a bubble sort of an array, on names of which many begin with one another.
+// Compares every sorter with a bubble sort of an array, on names with common beginnings.
 #include "vosmere/tree/sorter.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@
 namespace vosmere::test::sorter {
 
 /// A bubble sort of a row; `compare` below zero means that its second argument belongs before its
-/// first. Whether any were exchanged, and how many pairs were compared.
+/// first. Returns whether any were exchanged, and how many pairs were compared.
 template <class Item, class Compare>
 std::pair<bool, int> NaiveSort(std::vector<Item>& items, Compare compare) {
   std::pair<bool, int> done(false, 0);
@@ -38,7 +38,7 @@ std::pair<bool, int> NaiveSort(std::vector<Item>& items, Compare compare) {
 struct Entry {
   std::string name;
   LONG added, modified, visited;
-  std::string place;  // where it stood, so that equal ones can be told apart
+  std::string place;  // its original place, so that equal names can be distinguished
 };
 using Entries = std::vector<Entry>;
 
@@ -65,7 +65,7 @@ int ByTime(const Entry& a, const Entry& b) {
   return (a.*Time > b.*Time) - (a.*Time < b.*Time);
 }
 
-/// The places in the order that the array sort gives.
+/// The places in the order of the array sort.
 std::string Expected(Entries entries, int (*compare)(const Entry&, const Entry&), bool ascending) {
   NaiveSort(entries, [=](const Entry& a, const Entry& b) {
     return ascending ? -compare(a, b) : compare(a, b);
@@ -75,7 +75,7 @@ std::string Expected(Entries entries, int (*compare)(const Entry&, const Entry&)
   return places;
 }
 
-ItemPtr<CUrlNode> NewItem(const Entry& entry) {
+Item<CUrlNode> NewItem(const Entry& entry) {
   auto item = New<CUrlNode>();
   item->SetName(W(entry.name));
   item->SetDescription(W(entry.place));
@@ -97,7 +97,7 @@ using ItemList = TList<CBaseNode*>;
 
 std::string List(const Entries& entries, ItemList* (CSortRList::*sort)(ItemList*, bool),
                  bool flag) {
-  std::vector<ItemPtr<CUrlNode>> items;
+  std::vector<Item<CUrlNode>> items;
   std::deque<ItemList> cells;
   ItemList* head = nullptr;
   for (const Entry& entry : entries)

@@ -10,7 +10,7 @@
 
 namespace vosmere::test::read_xml {
 
-/// Writes down the calls of the walk.
+/// Records the calls of the walk.
 class Recorder : public CParseXML {
  public:
   void ParseXMLTree(XmlNode node) override { GoThroughChildNodes(node); }

@@ -133,10 +133,10 @@ TEST(WriteXml, DeclarationEndsInALoneLineFeedAndNamesWithoutConverting) {
   }
 }
 
-/// Of this process; none where they cannot be told.
+/// The number of files that this process has open; 0 if it is unknown.
 std::ptrdiff_t OpenFiles() {
   std::error_code none;
-  if (RunsOnWine()) return 0;  // its server holds them
+  if (RunsOnWine()) return 0;  // they are open in Wine's server
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd", none), {});
 }
 

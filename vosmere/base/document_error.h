@@ -16,12 +16,12 @@ enum class DocumentFault : LONG {
   kRefersOutside,      ///< its text needs an entity that is not defined in the document
   kNoMemory,           ///< memory ran out
   kParserUnavailable,  ///< the system's XML parser is not available
-  kHandlerFailed,      ///< the document's reader gave up
+  kHandlerFailed,      ///< the document's reader failed
   kCannotWrite,        ///< a write error, for example a full disk
   kNothingToWrite,     ///< the document is empty, for example because there is nothing to write
   kTooLarge,           ///< the document would have 100 MiB or more
   kChanged,            ///< the file is no longer what it was when it was loaded
-  kInUse,              ///< another program holds it
+  kInUse,              ///< another program is saving the file, or has the store open
 };
 
 /// How many levels deep elements may nest. A document of this depth loads on a thread with a stack
@@ -36,6 +36,9 @@ struct DocumentError {
   LONG column = 0;        ///< in characters, from 1; 0 when unknown
   ULONG systemError = 0;  ///< errno on Linux, GetLastError or an HRESULT on Windows; 0 for none
   char reason[192] = {};  ///< for the user: UTF-8, null-terminated, one line, without a full stop
+  /// The path of the innermost element that was open at this place, "/rss/channel/item[2]": UTF-8,
+  /// null-terminated; begins with "..." if it is longer; empty when unknown.
+  char element[192] = {};
 };
 
 /// The exception that a parser or a document's reader throws to make the current load fail with

@@ -2,6 +2,13 @@
 // visibility.
 #pragma once
 
+// The calling convention of functions that the system calls on a thread of its own.
+#if defined(_WIN32)
+#define VOSMERE_THREAD_CALL __stdcall
+#else
+#define VOSMERE_THREAD_CALL
+#endif
+
 #if defined(VOSMERE_STATIC)
 #define VOSMERE_API
 #elif defined(_WIN32)

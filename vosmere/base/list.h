@@ -29,7 +29,7 @@ struct TList {
 
 namespace list {
 
-/// The datum of a cell of any kind: the member `item` of the cells that are no TList, otherwise
+/// The datum of a cell of any kind: the member `item` of cells that are not a TList, otherwise
 /// `data`.
 template <class Cell>
 auto& Datum(Cell& cell) {

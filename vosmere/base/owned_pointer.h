@@ -20,7 +20,7 @@ struct WithArrayDelete {
   }
 };
 
-/// Calls `Free` on what it is given.
+/// A deleter that calls `Free`.
 template <auto Free>
 struct FreeWith {
   template <class Thing>
@@ -29,7 +29,7 @@ struct FreeWith {
   }
 };
 
-/// Owns one thing, or nothing. Moved from, it is empty.
+/// Owns one object, or nothing. After a move it is empty.
 template <class Thing, class Free = WithDelete>
 class OwnedPointer {
  public:
@@ -47,9 +47,9 @@ class OwnedPointer {
   Thing& operator*() const { return *owned_; }
   explicit operator bool() const { return owned_ != nullptr; }
 
-  /// Gives it to the caller and keeps nothing.
+  /// Gives the object to the caller; this owns nothing then.
   Thing* Detach() { return std::exchange(owned_, nullptr); }
-  /// Frees what it owned before.
+  /// Takes ownership of another object and frees the one before.
   void Assign(Thing* owned) {
     Thing* const before = std::exchange(owned_, owned);
     if (before) Free()(before);

@@ -39,8 +39,9 @@ struct SystemTextStorage {
 /// the count before and after. It only ever grows.
 VOSMERE_API unsigned long LostTexts();
 
-/// How often a setter of the calling thread cut or refused a text for being too long. Such setters
-/// say so in their headers alone; who must know compares before and after.
+/// How many times a setter of the calling thread has cut or refused a text because it was too long.
+/// Only the headers of such setters say so; a caller that must know compares the count before and
+/// after.
 VOSMERE_API unsigned long CutTexts();
 
 namespace detail {

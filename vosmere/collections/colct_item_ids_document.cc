@@ -37,7 +37,7 @@ void CWriteColctItemID::AddTail() {
 // the entry is then left out, because it could not be found again.
 bool CWriteColctItemID::PutInto(std::string& utf8, const WChar* id) {
   if (EscapedUtf8(WideView(id), utf8, Stands::kInAttribute) && !utf8.empty()) return true;
-  Lose(LossKind::kNotKept, "an entry without both identities is left out");
+  Lose(LossKind::kNotKept, "an entry that lacks an identity is left out");
   return false;
 }
 
@@ -54,7 +54,7 @@ void CWriteColctItemID::FilRColctItemIDToBuffer(CColctItemID* id) {
 void CWriteColctItemID::FilRColctIDOnlyToBuffer(CColctItemID* id) {
   std::string colctID;
   if (!PutInto(colctID, id->GetColctID())) return;
-  LoseIf(!WideView(id->GetItemID()).empty(), "id does not come back");
+  LoseIf(!WideView(id->GetItemID()).empty(), "id is lost");
   Put("<item colctid=\"");
   PutBytes(colctID);
   PutNameAndEnd(*id);

@@ -34,13 +34,13 @@ void CWriteColctListXML::AddTail() {
 void CWriteColctListXML::LoseOf(const CColctNode& colct) {
   if (!ReportsLosses()) return;
   if (colct.GetColctType() != CT_DEFAULT)
-    return LoseWhole(colct, "a collection of a type of its own is left out");
+    return LoseWhole(colct, "a collection of a special type is left out");
   LoseAllBut(kDescription | kIdentity | kBuild | kTimes, colct);
   const CColctNetData& net = *colct.GetColctNetData();
   const RNode* const local = colct.GetLocRNodeRoot();
-  LoseIf(net.IsOrdered(), "ordered does not come back");
-  LoseIf(net.IsSynced(), "synced does not come back");
-  LoseIf(net.GetColctExpandState(), "expanded does not come back");
+  LoseIf(net.IsOrdered(), "ordered is lost");
+  LoseIf(net.IsSynced(), "synced is lost");
+  LoseIf(net.GetColctExpandState(), "expanded is lost");
   LoseIf(local && local->firstChild, "the items of a collection are left out");
 }
 
@@ -98,14 +98,13 @@ constexpr Field<CBaseNode> kColctBuildFields[] = {
 void Version(List&, const Element& element) {
   NoLoss(element);
   if (element.report() && !IsNamed(element.Text().view(), "1"))
-    element.report()->Lose(LossKind::kNotKept, "the version is not read and comes back as 1");
+    element.report()->Lose(LossKind::kNotKept, "the version is not read and becomes 1");
 }
 
 void SayUnsaid(List& list, Report& report) {
   if (list.item()) SayTimes(report, *list.item()->GetNodeStat());
   if (!report.Says("link"))
-    report.Lose(LossKind::kUnsaid,
-                "a collection without a link comes back with the address about:blank");
+    report.Lose(LossKind::kUnsaid, "a collection without a link gets the address about:blank");
 }
 
 constexpr ScopedElement<List> kElements[] = {

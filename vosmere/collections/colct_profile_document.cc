@@ -60,7 +60,7 @@ namespace {
 
 using namespace xml;
 
-/// What is being read: the list, and the default address, which stands outside of any entry.
+/// What is being read: the list, and the default address, which is not part of an entry.
 struct Profile {
   ItemChain<RColctExData>& list;
   SystemText& defaultColctUrl;

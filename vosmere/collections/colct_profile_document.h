@@ -22,7 +22,7 @@ class VOSMERE_API CWriteColctExData : public CWriteXML {
   /// document has been written.
   void SetRColctExDataHead(RColctExData* head) { head_ = head; }
 
-  /// Makes addresses relative: if `library` stands in an address directly after the length of the
+  /// Makes addresses relative: if `library` occurs in an address directly after the length of the
   /// base path, compared case-insensitively (ASCII), and more text follows, the address is written
   /// from there on. Both arguments are copied; null for either turns this off. Must be called
   /// before SetDefaultColctUrl.

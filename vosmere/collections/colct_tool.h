@@ -19,9 +19,10 @@ class VOSMERE_API CRColctTool {
   void SetKeepOldColctNetData(bool keep) { keepOldColctNetData_ = keep; }
 
   /// Merges a newly read list with the old one. A new collection with the address of an old one is
-  /// marked and takes over its local tree. Old collections whose address is not in the new list
-  /// move from the old list to the end of `*removedList` (null or a chain), which the caller owns.
-  /// If the old list is empty, `*removedList` is set to null and false is returned.
+  /// marked and takes over its local tree; a tree that it had before is not freed. Old collections
+  /// whose address is not in the new list move from the old list to the end of `*removedList` (null
+  /// or a chain), which the caller owns. If the old list is empty, `*removedList` is set to null
+  /// and false is returned.
   /// Intended: returns whether the cell that was unlinked last was the head of the old list at that
   /// moment; false when none was unlinked.
   bool UpdateRColctItemList(RColctItem* newList, RColctItem** oldList, RColctItem** removedList);

@@ -22,8 +22,8 @@ class LibraryPlace {
     baseLength_ = WideLength(basePath);
   }
 
-  /// The index at which the written part of an address begins: that of the library's name, if the
-  /// name is there and more text follows it, else 0. `same` compares two views.
+  /// The index at which the written part of an address begins: at the library's name if it is there
+  /// and more text follows it, else 0. `same` compares two views.
   template <class Same>
   std::size_t StartIn(WideView address, Same same) const {
     const WideView library(library_.get());

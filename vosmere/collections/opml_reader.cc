@@ -44,6 +44,15 @@ constexpr Field<CColctNode> kColctFields[] = {
     {"pubDate", Ignored},
 };
 
+constexpr Field<CUrlNode> kPageFields[] = {
+    {"type", Implied},
+    {"text", Text<&CUrlNode::SetName>},
+    {"title", Text<&CUrlNode::SetName>},
+    {"description", Text<&CUrlNode::SetDescription>},
+    {"url", Text<&CUrlNode::SetUrl>},
+    {"htmlUrl", Text<&CUrlNode::SetRelationUrl>},
+};
+
 constexpr Field<CColctNetData> kViewFields[] = {
     {"expand", WhenTrue<&CColctNetData::SetColctExpandState>},
 };
@@ -57,13 +66,12 @@ void SayOutline(const XmlNode& outline, tagNODETYPE type, Report& report) {
     if (IsNamed(name, "xmlUrl")) url = value;
   });
   if (!text.empty() && !title.empty() && text != title)
-    report.Lose(LossKind::kRepeated, "'text' and 'title' differ, and only the later is kept");
+    report.Lose(LossKind::kRepeated, "'text' and 'title' differ, and only the later one is kept");
   if (type != NT_COLCT) return;
   if (url.find(WChar{'\\'}) != url.npos)
-    report.Lose(LossKind::kChanged, "a backslash in xmlUrl comes back as a slash");
+    report.Lose(LossKind::kChanged, "a backslash in xmlUrl becomes a slash");
   if (url.empty())
-    report.Lose(LossKind::kUnsaid,
-                "a collection without xmlUrl comes back with the address about:blank");
+    report.Lose(LossKind::kUnsaid, "a collection without xmlUrl gets the address about:blank");
 }
 
 }  // namespace
@@ -153,7 +161,7 @@ void CParseOPML::ProcessVSMOpml(XmlNode node) {
     if (isVersion && version >= 0) opmlVersion_ = version;
     if (report_ && !isVersion) report_->Unknown(name, value);
     if (report_ && isVersion && !IsNamed(WideView(value), "1"))
-      report_->Lose(LossKind::kChanged, "the version of the extensions comes back as 1");
+      report_->Lose(LossKind::kChanged, "the version of the extensions becomes 1");
   });
 }
 
@@ -162,9 +170,11 @@ void CParseOPML::ProcessVSMOpml(XmlNode node) {
 void CParseOPML::ProcessOutline(XmlNode node) {
   if (!treeRoot_) return;
   if (report_ && !outlines_.empty() && outlines_.back()->type == NT_COLCT)
-    report_->Lose(LossKind::kChanged, "outlines inside a collection move out of it");
+    report_->Lose(LossKind::kChanged, "outlines inside a collection are moved out of it");
   if (IsRssFeed(node))
     ProcessRssFeed(node);
+  else if (readsPages_ && IsPage(node))
+    ProcessPage(node);
   else
     ProcessFolder(node);
   if (report_) SayOutline(node, outlines_.back()->type, *report_);
@@ -209,6 +219,24 @@ void CParseOPML::SetColctAttributes(CColctNode* colct, WideView name, const WCha
     ApplyField(kColctFields, *colct, report_, name, value);
   else
     Trace("Zero length Value of %s\n", name.data);
+}
+
+bool CParseOPML::IsPage(const XmlNode& node) const {
+  bool isLink = false, hasUrl = false;
+  ForEachAttribute(node, [&](WideView name, const WChar* value) {
+    if (IsNamed(name, "type")) isLink = IsNamed(WideView(value), "link");
+    if (IsNamed(name, "url")) hasUrl = *value;
+  });
+  return isLink && hasUrl;
+}
+
+void CParseOPML::ProcessPage(const XmlNode& node) {
+  CUrlNode* const page = CUrlNode::New();
+  RNode* const link = NewLink(page, NT_URL, currentFolder_);
+  ForEachAttribute(Element(node, report_), [=, this](WideView name, const WChar* value) {
+    if (*value) ApplyField(kPageFields, *page, report_, name, value);
+  });
+  outlines_.push_back(link);
 }
 
 // Extension elements. They refer to the innermost open outline.

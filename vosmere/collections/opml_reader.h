@@ -26,6 +26,8 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
   /// The version of this library's extensions that the document states; 0 when it states none.
   LONG GetOpmlVersion() const { return opmlVersion_; }
+  /// Whether to read outlines of type "link" with a url as pages, not as folders. Off by default.
+  void SetReadPages(bool readPages) { readsPages_ = readPages; }
   /// Sets the report that receives what is left out; null for none. Must be called before the walk.
   void SetReport(xml::Report* report) { report_ = report; }
 
@@ -39,6 +41,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
   bool IsRssFeed(const XmlNode& node);
   void ProcessFolder(const XmlNode& node);
   void ProcessRssFeed(const XmlNode& node);
+  void ProcessPage(const XmlNode& node);
   void ProcessSyncAttributes(XmlNode node);
   void ProcessNodeStat(XmlNode node);
   void ProcessVSMOpml(XmlNode node);
@@ -52,6 +55,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
   void LeaveElement(const XmlText& name);
   bool AtRoot() const;
+  bool IsPage(const XmlNode& node) const;
   // The object that an extension element refers to; null where the element has no meaning.
   CBaseNode* Described() const;
   CNodeStat* DescribedStat() const;
@@ -62,6 +66,7 @@ class VOSMERE_API CParseOPML : public CParseXML {
   std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
   XmlNode title_;                 // the last title element at the root
   LONG opmlVersion_ = 0;
+  bool readsPages_ = false;
   xml::Report* report_ = nullptr;
 };
 

@@ -47,7 +47,7 @@ void CWriteColctTreeOPML::AddHead() {
   Put("<head><title>");
   const WideView name(root_->item->GetName());
   std::string title;
-  LoseIf(name.empty(), "an empty name comes back as \"No name collections\"", LossKind::kChanged);
+  LoseIf(name.empty(), "an empty name becomes \"No name collections\"", LossKind::kChanged);
   if (name.empty())
     Put("No name collections");
   else if (EscapedUtf8(name, title) && !title.empty())
@@ -74,6 +74,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
         LoseOf(link);
         if (link->type == NT_FOLDER) BeginFolder(Folder(link));
         if (link->type == NT_COLCT) FillColctNodeToBuffer(Colct(link));
+        if (link->type == NT_URL && writesPages_) FillPage(static_cast<CUrlNode*>(link->item));
         return link->type == NT_FOLDER;
       },
       [this](RNode* link) {
@@ -92,19 +93,21 @@ void CWriteColctTreeOPML::LoseOf(const RNode* link) {
     LoseOfColct(held, *static_cast<const CColctNode*>(link->item));
   else if (link->type == NT_FOLDER)
     LoseAllBut(link->parent ? held | kDescription : held, item);
+  else if (link->type == NT_URL && writesPages_)
+    LoseAllBut(held | kDescription | kTimes | kMarks, static_cast<const CUrlNode&>(item));
   else
     return LoseWhole(item, "a page is left out");
-  LoseIf(link->type == NT_COLCT && link->firstChild, "what stands below a collection is left out");
+  LoseIf(link->type == NT_COLCT && link->firstChild, "links below a collection are left out");
 }
 
 void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
   LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
   const CColctNetData& net = *colct.GetColctNetData();
   const RNode* const local = colct.GetLocRNodeRoot();
-  LoseIf(!WideView(colct.GetRelationUrl()).empty(), "htmlUrl does not come back");
-  LoseIf(!WideView(net.GetOwner()).empty(), "owner does not come back");
-  LoseIf(net.IsOrdered(), "ordered does not come back");
-  LoseIf(net.IsSynced(), "synced does not come back");
+  LoseIf(!WideView(colct.GetRelationUrl()).empty(), "htmlUrl is lost");
+  LoseIf(!WideView(net.GetOwner()).empty(), "owner is lost");
+  LoseIf(net.IsOrdered(), "ordered is lost");
+  LoseIf(net.IsSynced(), "synced is lost");
   LoseIf(local && local->firstChild, "the items of a collection are left out");
 }
 
@@ -130,6 +133,19 @@ void CWriteColctTreeOPML::FillColctNodeToBuffer(CColctNode* colct) {
   EndOutline();
 }
 
+void CWriteColctTreeOPML::FillPage(CUrlNode* page) {
+  Nest(kAroundOutlines);
+  Deepen(kAroundOutlines + 1);
+  Put("<outline text=\"");
+  PutNameAndDescription(page);
+  Put("\" type=\"link\" url=\"");
+  PutRawAttribute(WideView(page->GetUrl()));
+  Put("\">");
+  FillNodeStat(page->GetNodeStat());
+  FillNodeUUID(page);
+  EndOutline();
+}
+
 void CWriteColctTreeOPML::EndOutline() {
   Unnest();
   Put("</outline>\r\n");
@@ -137,7 +153,7 @@ void CWriteColctTreeOPML::EndOutline() {
 
 void CWriteColctTreeOPML::PutNameAndDescription(CBaseNode* node) {
   const WideView name(node->GetName());
-  LoseIf(name.empty(), "an empty name comes back as \"No name\"", LossKind::kChanged);
+  LoseIf(name.empty(), "an empty name becomes \"No name\"", LossKind::kChanged);
   LoseIf(name.size >= kNameLimit, "name is cut to 199 characters", LossKind::kCut);
   if (name.empty())
     Put("No name");

@@ -9,7 +9,7 @@
 namespace vosmere {
 
 /// Writes a tree of folders and collections as an OPML 2.0 document. Children of other kinds are
-/// left out. Trees of any depth are written.
+/// left out, but see SetWritePages. Trees of any depth are written.
 ///
 /// Intended: in addresses every backslash is written as a slash.
 ///
@@ -30,7 +30,11 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   /// empty.
   void SetTreeRoot(RNode* root) { root_ = root; }
 
-  /// Makes the addresses of collections relative: if `library` stands in an address directly after
+  /// Whether to write pages as well, as outlines of type "link", which other programs and
+  /// ImportDocument read. CReadColctTreeOPML reads them as folders. Off by default.
+  void SetWritePages(bool writePages) { writesPages_ = writePages; }
+
+  /// Makes the addresses of collections relative: if `library` occurs in an address directly after
   /// the length of the base path (case-sensitive) and more text follows, the address is written
   /// from there on. Both arguments are copied; null for either turns this off.
   /// Intended: only the length of the base path matters, its characters are never compared, so that
@@ -45,6 +49,7 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   /// The children of `folder` and everything below them.
   void FillFolderStructure(RNode* folder);
   void FillColctNodeToBuffer(CColctNode* colct);
+  void FillPage(CUrlNode* page);
   void FillNodeStat(CNodeStat* stat);
   void FillNodeUUID(CBaseNode* node);
   void FillNetData(CColctNetData* data);
@@ -62,6 +67,7 @@ class VOSMERE_API CWriteColctTreeOPML : public CWriteItems {
   void PutPath(const WChar* path);
 
   RNode* root_ = nullptr;
+  bool writesPages_ = false;
   LONG opmlVersion_ = 1;
   LibraryPlace library_;
 };

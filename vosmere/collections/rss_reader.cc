@@ -7,12 +7,14 @@
 #include <limits>
 #include <map>
 #include <new>
+#include <optional>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/collections/internal/rss_words.h"
+#include "vosmere/text/date_reader.h"
 #include "vosmere/tree/folder_node.h"
 #include "vosmere/tree/internal/new_link.h"
 #include "vosmere/xml/internal/item_fields.h"
@@ -49,6 +51,7 @@ class Bookmarks {
   CUrlNode* Item() { return item_; }
   CNodeStat* ItemStat() { return item_->GetNodeStat(); }
   Bookmarks* This() { return this; }
+  bool HasAddress() const { return hasAddress_; }
 
   /// Sets the position of the folder or item that was opened last.
   void SetOrder(LONG order);
@@ -64,6 +67,17 @@ class Bookmarks {
   /// Sets an address that is used if there is no link.
   void SetXmlUrl(const WChar* url);
 
+  // What only documents of other programs hold.
+
+  void SetSiteUrl(const WChar* url) { colct_->SetRelationUrl(WithoutBlanks(url).get()); }
+  void SetForeignLink(const WChar* url);
+  void SetPermanentUrl(const WChar* url) { SetXmlUrl(WithoutBlanks(url).get()); }
+  /// Sets the author if there is no other.
+  void SetCreator(const WChar* name);
+  void SetPublished(const WChar* date);
+  void AddCategory(const WChar* text);
+  bool HadUnreadDates() const { return hadUnreadDates_; }
+
  private:
   using Identity = std::array<WChar, CBaseNode::kMaxUuidLength>;
   using Folders = std::map<Identity, RNode*>;
@@ -78,14 +92,19 @@ class Bookmarks {
   };
 
   static Identity IdentityOf(const WChar* text);
+  static SystemText WithoutBlanks(const WChar* text);
+  static constexpr int kMostCategories = 256;  // each is compared with all before it
 
   CColctNode* colct_ = nullptr;
   RNode* folder_ = nullptr;  // the innermost open one, or the root
   CUrlNode* item_ = nullptr;
   bool hasLink_ = false;
   bool hasAddress_ = false;
-  std::vector<Placed> placed_;  // all but the root, in document order until Place sorts them
-  Folders folders_;             // null for a folder that was only referred to so far
+  bool hadUnreadDates_ = false;
+  std::optional<LONG> published_;  // of the current item
+  int categories_ = 0;             // of the current item
+  std::vector<Placed> placed_;     // all but the root, in document order until Place sorts them
+  Folders folders_;                // null for a folder that was only referred to so far
   Folders::value_type* lastNamed_ = nullptr;
 };
 
@@ -114,6 +133,8 @@ void Bookmarks::OpenItem() {
   placed_.push_back({link, root, placed_.size()});
   item_ = static_cast<CUrlNode*>(link->item);
   hasLink_ = hasAddress_ = false;
+  published_.reset();
+  categories_ = 0;
 }
 
 // Some properties follow from what the element does not contain: the writer writes no link for a
@@ -123,6 +144,8 @@ void Bookmarks::CloseItem() {
   constexpr WChar kNone[] = {0};
   if (!hasAddress_ && item_->GetItemType() != IT_URL) item_->SetUrl(kNone);
   if (item_->IsDeleted() && item_->GetBaseBuild() == 0) item_->SetCheckedIn(0);
+  if (published_ && !(ItemStat()->GetSetTimes() & CNodeStat::kModified))
+    ItemStat()->SetStatTime(0, *published_, 0, CNodeStat::kModified);
 }
 
 void Bookmarks::SetOrder(LONG order) {
@@ -161,6 +184,48 @@ void Bookmarks::SetLink(const WChar* url) {
 void Bookmarks::SetXmlUrl(const WChar* url) {
   if (!hasLink_) item_->SetUrl(url);
   hasAddress_ = true;
+}
+
+SystemText Bookmarks::WithoutBlanks(const WChar* text) {
+  SystemText copy(text);
+  WideView view(copy.get());
+  while (!view.empty() && ascii::IsBlank(view[view.size - 1])) --view.size;
+  while (!view.empty() && ascii::IsBlank(view[0])) view = view.From(1);
+  copy.get()[view.end() - copy.get()] = 0;
+  if (view.data == copy.get()) return copy;
+  return SystemText(view.data);
+}
+
+void Bookmarks::SetForeignLink(const WChar* url) {
+  const SystemText address = WithoutBlanks(url);
+  if (*address.get()) SetLink(address.get());
+}
+
+void Bookmarks::SetCreator(const WChar* name) {
+  if (!item_->GetAuthor()) item_->SetAuthor(name);
+}
+
+// Seconds beyond 32 bits are no time of an item.
+void Bookmarks::SetPublished(const WChar* text) {
+  DateReading date;
+  const bool isRead =
+      ReadDate(WithoutBlanks(text).get(), &date) && date.seconds == LONG(date.seconds);
+  if (isRead)
+    published_ = LONG(date.seconds);
+  else
+    hadUnreadDates_ = true;
+}
+
+void Bookmarks::AddCategory(const WChar* text) {
+  const SystemText tag = WithoutBlanks(text);
+  CUrlProp* const prop = item_->GetUrlProp();
+  if (!*tag.get() || !prop || categories_ == kMostCategories || prop->HasTag(tag.get())) return;
+  ++categories_;
+  CUrlProp::TagList* const cell = CUrlProp::CreateRBstrItem(tag.get());
+  if (!cell) throw std::bad_alloc();
+  CUrlProp::TagList* tags = prop->DetachTagsHead();
+  chain::Append(tags, cell);
+  prop->SetTagsList(tags);
 }
 
 void Bookmarks::Place() {
@@ -236,7 +301,7 @@ void FolderSync(Bookmarks& bookmarks, const Element& element) {
   AttributesTo<&Bookmarks::Folder, kIdentityFields>(bookmarks, element);
   if (!bookmarks.NameFolder() && element.report())
     element.report()->Lose(LossKind::kChanged,
-                           "several folders have one identity: items may move between them");
+                           "several folders have the same identity: items may move between them");
 }
 
 constexpr Field<CColctNetData> kActionFields[] = {
@@ -269,7 +334,7 @@ void FolderReference(Bookmarks& bookmarks, const Element& element) {
 template <auto Target>
 void SayNoIdentity(Bookmarks& bookmarks, Report& report) {
   if (!*Invoke(Target, bookmarks)->GetUUID())
-    report.Lose(LossKind::kUnsaid, "no identity in the document: a copy makes one up");
+    report.Lose(LossKind::kUnsaid, "no identity in the document: a copy gets a new one");
 }
 
 void SayUnsaid(Bookmarks& bookmarks, Report& report) {
@@ -278,9 +343,9 @@ void SayUnsaid(Bookmarks& bookmarks, Report& report) {
   if (report.Says("pubDate") && !report.Says("vsm:stat", "modified"))
     report.Lose(LossKind::kNotKept, "the publication date (pubDate) is not read");
   if (report.Says("link") && report.Says("xmlUrl"))
-    report.Lose(LossKind::kRepeated, "'xmlUrl' is not kept beside 'link'");
+    report.Lose(LossKind::kRepeated, "'xmlUrl' is not kept, because there is a 'link'");
   if (!report.Says("link") && !report.Says("xmlUrl") && !report.Says("vsm:rel", "type"))
-    report.Lose(LossKind::kUnsaid, "no link in the document: a copy says about:blank");
+    report.Lose(LossKind::kUnsaid, "no link in the document: a copy gets about:blank");
 }
 
 // The document.
@@ -290,7 +355,13 @@ void OpenFolder(Bookmarks& bookmarks, const Element& element) {
   AttributesTo<&Bookmarks::This, kFolderFields>(bookmarks, element);
 }
 
-enum Scope : unsigned { kRss = 1, kChannel = 2, kFolder = 4, kItem = 8 };
+enum Scope : unsigned {
+  kRss = 1,
+  kChannel = 2,
+  kFolder = 4,
+  kItem = 8,
+  kRepeated = 16,  // inside elements of which all count
+};
 
 // Rows are searched from the top. Those of items are first because items are the most frequent.
 using B = Bookmarks;
@@ -323,6 +394,47 @@ constexpr ScopedElement<Bookmarks> kElements[] = {
     {kChannel, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>, SayUnsaid},
 };
 
+// What documents of other programs hold beside that.
+
+// A guid is an address unless it says that it is none.
+void PermanentUrl(Bookmarks& bookmarks, const Element& element) {
+  bool isAddress = true;
+  ForEachAttribute(element, [&](WideView name, const WChar* value) {
+    if (IsNamed(name, "isPermaLink")) isAddress = !IsNamed(WideView(value), "false");
+  });
+  const XmlText text = element.Text();
+  const bool isOne =
+      isAddress && std::find(text.view().begin(), text.view().end(), ':') != text.view().end();
+  if (isOne && !bookmarks.HasAddress()) bookmarks.SetPermanentUrl(text.c_str());
+}
+
+constexpr ScopedElement<Bookmarks> kForeignElements[] = {
+    {kItem, "link", TextTo<&B::This, &B::SetForeignLink>},
+    {kItem, "guid", PermanentUrl},
+    {kItem, "pubDate", TextTo<&B::This, &B::SetPublished>},
+    {kItem, "dc:date", TextTo<&B::This, &B::SetPublished>},
+    {kItem, "dc:creator", TextTo<&B::This, &B::SetCreator>},
+    {kItem, "category", TextTo<&B::This, &B::AddCategory>, kRepeated},
+    {kItem, "dc:subject", TextTo<&B::This, &B::AddCategory>, kRepeated},
+    {kChannel, "link", TextTo<&B::This, &B::SetSiteUrl>},
+    {kRss, "item", Call<&B::OpenItem>, kItem, Call<&B::CloseItem>, SayUnsaid},
+};
+
+/// One table after the other: rows of the first win.
+template <class Row, std::size_t M, std::size_t N>
+struct Joined {
+  Row rows[M + N];
+
+  constexpr Joined(const Row (&first)[M], const Row (&second)[N])
+      : Joined(first, second, std::make_index_sequence<M + N>()) {}
+
+ private:
+  template <std::size_t... I>
+  constexpr Joined(const Row (&first)[M], const Row (&second)[N], std::index_sequence<I...>)
+      : rows{(I < M ? first[I] : second[I - M])...} {}
+};
+constexpr Joined kAllElements(kForeignElements, kElements);
+
 }  // namespace
 
 CReadBkmarkXML::~CReadBkmarkXML() {
@@ -337,13 +449,17 @@ void CReadBkmarkXML::InvokeParser(XmlNode root) {
   Bookmarks bookmarks;
   if (IsRootNamed(root, "rss")) {
     bookmarks.Begin();
-    ReadChildren(kElements, bookmarks, Reported(root), kRss, Repeats::kFirst);
+    if (readsForeign_)
+      ReadChildren(kAllElements.rows, bookmarks, Reported(root), kRss, Repeats::kFirst);
+    else
+      ReadChildren(kElements, bookmarks, Reported(root), kRss, Repeats::kFirst);
     bookmarks.Place();
     if (xml::Report* const report = Reported(root).report()) bookmarks.SayMisplaced(*report);
   }
   ThrowIfTextsWereLost();
   DeleteWithLocalTree(colct_);
   colct_ = bookmarks.Detach();
+  hadUnreadDates_ = bookmarks.HadUnreadDates();
 }
 
 }  // namespace vosmere

@@ -35,6 +35,14 @@ class VOSMERE_API CReadBkmarkXML : public CReadXML {
   /// Frees the collection with its local tree if it was not detached.
   ~CReadBkmarkXML() override;
 
+  /// Whether to read what documents of other programs hold beside that, off by default: the address
+  /// of the site, items beside the channel, and of an item the publication date as the time of its
+  /// modification, up to 256 categories as tags, the creator as author, and a permanent guid as
+  /// address where there is no link. Blanks around addresses are left out.
+  void SetReadForeign(bool readForeign) { readsForeign_ = readForeign; }
+  /// Whether the last document had a date that was not read, with SetReadForeign.
+  bool HadUnreadDates() const { return hadUnreadDates_; }
+
   /// Returns the collection, which the caller then owns together with its local tree and frees with
   /// DeleteWithLocalTree; null when there is none. A collection that is not detached is freed by
   /// the next successful load; a failed load keeps it.
@@ -45,6 +53,8 @@ class VOSMERE_API CReadBkmarkXML : public CReadXML {
 
  private:
   CColctNode* colct_ = nullptr;
+  bool readsForeign_ = false;
+  bool hadUnreadDates_ = false;
 };
 
 }  // namespace vosmere

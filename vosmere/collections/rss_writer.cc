@@ -97,12 +97,12 @@ void CWriteColctRSS::LoseOfTree() {
         if (link->type == NT_URL)
           LoseOfItem(static_cast<const CUrlNode&>(*link->item));
         else if (link->type != NT_FOLDER && link->item)
-          LoseWhole(*link->item, "what is neither a folder nor a page is left out");
+          LoseWhole(*link->item, "an item that is neither a folder nor a page is left out");
         else if (link->type == NT_FOLDER)
           LoseOfFolder(*link);
         if (link->type == NT_FOLDER && !identities.insert(link->item->GetUUID()).second)
           Lose(LossKind::kChanged,
-               "several folders have one identity: what is in them comes back in the first");
+               "several folders have the same identity: their contents move to the first");
         return link->type == NT_FOLDER;
       },
       [](RNode*) {});
@@ -111,16 +111,14 @@ void CWriteColctRSS::LoseOfTree() {
 void CWriteColctRSS::LoseOfColct(const CColctNode& colct) {
   const WideView url(colct.GetUrl());
   LoseAllBut(kDescription | kIdentity | kVersion | kBuild, colct);
-  LoseIf(!url.empty() && !(url == WideView(kBlankPage)),
-         "the collection's address does not come back");
-  LoseIf(colct.GetColctNetData()->GetColctExpandState(), "expanded does not come back");
+  LoseIf(!url.empty() && !(url == WideView(kBlankPage)), "the collection's address is lost");
+  LoseIf(colct.GetColctNetData()->GetColctExpandState(), "expanded is lost");
 }
 
 void CWriteColctRSS::LoseOfFolder(const RNode& link) {
   LoseAllBut(kDescription | kIdentity | (synced_ ? kVersion : 0u), *link.item);
   const bool isBehindPage = !chain::IsHead(&link) && link.prev->type == NT_URL;
-  LoseIf(isBehindPage && !ordered_, "the order of pages and folders does not come back",
-         LossKind::kChanged);
+  LoseIf(isBehindPage && !ordered_, "the order of pages and folders is lost", LossKind::kChanged);
 }
 
 void CWriteColctRSS::LoseOfItem(const CUrlNode& item) {
@@ -133,16 +131,16 @@ void CWriteColctRSS::LoseOfItem(const CUrlNode& item) {
   const WideView url(item.GetUrl());
   const bool ownsAuthor = colct_ && !WideView(colct_->GetColctNetData()->GetOwner()).empty();
   LoseAllBut(type == IT_WEBPAGE || type == IT_FILE ? ~0u : ~unsigned{kRelated}, item);
-  LoseIf(type < IT_URL || type > IT_FILE, "type does not come back");
-  LoseIf(prop && type != IT_FILE && prop->GetFileType() != FT_OTHER, "fileType does not come back");
-  LoseIf(!item.GetUrl() && type == IT_URL, "an empty link comes back as \"about:blank\"",
+  LoseIf(type < IT_URL || type > IT_FILE, "type is lost");
+  LoseIf(prop && type != IT_FILE && prop->GetFileType() != FT_OTHER, "fileType is lost");
+  LoseIf(!item.GetUrl() && type == IT_URL, "an empty link becomes \"about:blank\"",
          LossKind::kChanged);
   LoseIf(type == IT_NOTE && !url.empty() && url[0] == 'z' &&
              std::count(url.begin(), url.end(), '\\') > 0,
-         "the backslashes of link come back as slashes", LossKind::kChanged);
+         "backslashes in link become slashes", LossKind::kChanged);
   LoseIf(ownsAuthor && WideView(item.GetAuthor()).empty(),
-         "an empty author comes back as the collection's owner", LossKind::kChanged);
-  LoseIf(prop && !CanBeTags(prop->GetTagsHead()), "tags come back changed", LossKind::kChanged);
+         "an empty author becomes the collection's owner", LossKind::kChanged);
+  LoseIf(prop && !CanBeTags(prop->GetTagsHead()), "tags are changed", LossKind::kChanged);
 }
 
 // The channel.

@@ -39,13 +39,14 @@ struct SaveOptions {
   /// stay valid during the call.
   const WChar* base = nullptr;
   const WChar* library = nullptr;
+  /// For a Tree: writes pages, too, as outlines that Import reads and Load takes for folders.
+  bool pages = false;
   /// For a Collection: leaves out the items that are checked in and have a base build.
   bool onlyUnchecked = false;
   /// How many places are recorded for each loss.
   std::size_t places = 10;
-  /// Of a file: what it held when it was loaded (MarkOf); one that holds something else now is not
-  /// replaced, and the error is DocumentFault::kChanged. Without it the file is replaced in any
-  /// case.
+  /// For a file: its content when it was loaded (MarkOf). If it has another content now, it is not
+  /// replaced, and the error is DocumentFault::kChanged. Without it the file is always replaced.
   std::optional<FileMark> expected = {};
 };
 
@@ -79,6 +80,7 @@ struct Document<Tree> : SingleDocument {
   struct Writer : CWriteColctTreeOPML {
     Writer(const Tree& tree, const SaveOptions& options) {
       SetTreeRoot(tree.get());
+      SetWritePages(options.pages);
       SetBasePathAndLibrary(options.base, options.library);
     }
   };

@@ -48,9 +48,11 @@ using AnyDocument =
 
 namespace detail {
 
-inline Error NoDocument(std::string source, std::string reason) {
+/// `root` is the name of the root element, if it is known.
+inline Error NoDocument(std::string source, std::string reason, const std::string& root = {}) {
   Error error(std::move(source), std::move(reason));
   error.fault = DocumentFault::kMalformed;
+  if (!root.empty()) error.element = "/" + root;
   return error;
 }
 
@@ -61,19 +63,20 @@ class DocumentReader : public Document<Kind>::Reader {
   /// The value that was loaded, or an error about `source`.
   Result<Kind> TakeFor(const std::string& source) {
     constexpr std::string_view kRoot = Document<Kind>::kRoot;
-    if (root_.empty()) return NoDocument(source, "the root element has no content");
+    if (root_.empty()) return NoDocument(source, "the root element is empty");
     if (root_ != kRoot)
       return NoDocument(
-          source, "the root element is '" + root_ + "' instead of '" + std::string(kRoot) + "'");
+          source, "the root element is '" + root_ + "' instead of '" + std::string(kRoot) + "'",
+          root_);
     Kind value = this->Take();
     if (!Document<Kind>::IsThere(value))
-      return NoDocument(source, "there is nothing in the document");
+      return NoDocument(source, "the document contains no data", root_);
     return value;
   }
 
  protected:
   void InvokeParser(XmlNode root) override {
-    root_ = ToUtf8(root.Name().view());
+    root_ = ShortName(root.Name().c_str());
     Document<Kind>::Reader::InvokeParser(std::move(root));
   }
 
@@ -86,7 +89,7 @@ template <>
 class DocumentReader<AnyDocument> : public CReadXML {
  public:
   Result<AnyDocument> TakeFor(const std::string& source) {
-    if (!read_) return NoDocument(source, "the root element has no content");
+    if (!read_) return NoDocument(source, "the root element is empty");
     if (*read_) return std::move(*read_);
     Error error = read_->error();
     error.source = source;
@@ -103,11 +106,12 @@ class DocumentReader<AnyDocument> : public CReadXML {
 
  private:
   template <class... Kinds>
-  void ReadAny(const XmlNode& root, std::variant<Kinds...>*) {
-    const XmlText name = root.Name();
-    if (!(Read<Kinds>(root, name) || ...))
-      read_.emplace(NoDocument(
-          {}, "no known document has the root element '" + ShortName(name.c_str()) + "'"));
+  void ReadAny(const XmlNode& node, std::variant<Kinds...>*) {
+    const XmlText name = node.Name();
+    if ((Read<Kinds>(node, name) || ...)) return;
+    const std::string root = ShortName(name.c_str());
+    read_.emplace(
+        NoDocument({}, "unknown kind of document: the root element is '" + root + "'", root));
   }
 
   template <class Kind>
@@ -138,7 +142,8 @@ Result<Kind> LoadWith(const std::string& source, Losses* leftOut, Load load) {
   return reader.TakeFor(source);
 }
 
-/// All bytes of a stream; nullopt when reading fails or there are more than `most` bytes.
+/// All bytes of a stream, or the first ones if they show that it has no document; nullopt when
+/// reading fails or there are more than `most` bytes.
 inline std::optional<std::string> ReadAll(std::istream& stream, std::size_t most) {
   std::string bytes;
   char piece[64 * 1024];
@@ -146,6 +151,8 @@ inline std::optional<std::string> ReadAll(std::istream& stream, std::size_t most
     stream.read(piece, sizeof piece);
     if (stream.gcount() <= 0) break;
     bytes.append(piece, static_cast<std::size_t>(stream.gcount()));
+    // No document begins so in any encoding. The parser refuses it, even if the stream has no end.
+    if (bytes.starts_with(std::string_view("\0\0\0\0", 4))) return bytes;
   }
   if (stream.bad() || !stream.eof()) return {};
   return bytes;
@@ -161,14 +168,43 @@ class DocumentWriter : public Document<Kind>::Writer {
   }
 };
 
+/// Saves what a writer makes to a file. Returns an error or nullopt.
+inline std::optional<Error> SaveWritten(const FilePath& path, CWriteXML& writer,
+                                        const std::optional<FileMark>& expected = {}) {
+  std::error_code code;
+  if (std::filesystem::is_other(path.native(), code)) {
+    if (writer.SaveToFile(path.get())) return {};
+    return Error(path.name(), writer.LastError());
+  }
+  ConvertedText bytes;
+  int length = 0;
+  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error(path.name(), writer.LastError());
+  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
+  DocumentError error;
+  const FileMark* const mark = expected ? &*expected : nullptr;
+  if (SafeSave(path.get(), &piece, 1, mark, nullptr, &error)) return {};
+  return Error(path.name(), error);
+}
+
+/// Appends what a writer makes to `bytes`. Returns an error or nullopt.
+inline std::optional<Error> AppendWritten(CWriteXML& writer, std::string& bytes) {
+  const auto take = [](void* to, const char* piece, std::size_t length) {
+    auto& all = *static_cast<std::string*>(to);
+    piece ? static_cast<void>(all.append(piece, length)) : all.reserve(length);
+  };
+  if (writer.HandOut(take, &bytes)) return {};
+  return Error({}, writer.LastError());
+}
+
 }  // namespace detail
 
 /// Any of the kinds, or AnyDocument.
 template <class Kind>
 concept LoadedKind = DocumentKind<Kind> || std::same_as<Kind, AnyDocument>;
 
-/// Loads a document from a file. If `leftOut` is not null, it receives what the value lacks of the
-/// document, and what the document lacks and the value had to make up.
+/// Loads a document from a file, or says why not: the file, its line and column, the element, the
+/// reason. If `leftOut` is not null, it receives what the value lacks of the document, and what the
+/// document lacks and the value had to make up. Different threads may load at the same time.
 template <LoadedKind Kind>
 Result<Kind> Load(const FilePath& path, Losses* leftOut = nullptr) {
   return detail::LoadWith<Kind>(path.name(), leftOut,
@@ -178,7 +214,7 @@ Result<Kind> Load(const FilePath& path, Losses* leftOut = nullptr) {
 template <LoadedKind Kind>
 Result<Kind> Load(Bytes document, Losses* leftOut = nullptr) {
   if (document.view.size() > INT_MAX)
-    return detail::NoDocument({}, "a document has less than 2 GiB");
+    return detail::NoDocument({}, "the document has 2 GiB or more");
   return detail::LoadWith<Kind>({}, leftOut, [&](CReadXML& reader) {
     return reader.LoadXML(document.view.data(), static_cast<int>(document.view.size()));
   });
@@ -213,11 +249,10 @@ std::optional<std::size_t> CountItems(const Kind& value) {
     return {};
 }
 
-/// The error for a file that was changed since it was loaded, with the number of items that would
-/// be replaced, and the number that would replace them.
+/// The error about a file that was changed since it was loaded, with the number of items in it and
+/// the number that would replace them.
 template <class Kind>
-Error ChangedError(const FilePath& path, const DocumentError& record, const Kind& value) {
-  Error error(path.name(), record);
+Error WithCounts(Error error, const FilePath& path, const Kind& value) {
   const Result<Kind> now = Load<Kind>(path);
   if (!now || !CountItems(value)) return error;
   error.reason =
@@ -247,20 +282,11 @@ Result<Saved> Save(const FilePath& path, const Kind& value, const SaveOptions& o
     return Error(path.name(), "there is nothing to save");
   Saved saved{Losses(options.places)};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  std::error_code code;
-  if (std::filesystem::is_other(path.native(), code)) {
-    if (!writer.SaveToFile(path.get())) return Error(path.name(), writer.LastError());
-    return saved;
-  }
-  ConvertedText bytes;
-  int length = 0;
-  if (!writer.GetXMLBytes(Out(bytes), &length)) return Error(path.name(), writer.LastError());
-  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
-  DocumentError error;
-  const FileMark* const expected = options.expected ? &*options.expected : nullptr;
-  if (SafeSave(path.get(), &piece, 1, expected, nullptr, &error)) return saved;
-  return error.fault == DocumentFault::kChanged ? detail::ChangedError(path, error, value)
-                                                : Error(path.name(), error);
+  if (std::optional<Error> error = detail::SaveWritten(path, writer, options.expected))
+    return error->fault == DocumentFault::kChanged
+               ? detail::WithCounts(*std::move(error), path, value)
+               : *std::move(error);
+  return saved;
 }
 
 /// Saves to memory. Otherwise the same as Save.
@@ -269,11 +295,8 @@ Result<SavedBytes> SaveToBytes(const Kind& value, const SaveOptions& options = {
   if (!detail::Document<Kind>::IsThere(value)) return Error({}, "there is nothing to save");
   SavedBytes saved{{Losses(options.places)}, {}};
   detail::DocumentWriter<Kind> writer(value, options, saved.losses);
-  const auto take = [](void* to, const char* bytes, std::size_t length) {
-    auto& all = *static_cast<std::string*>(to);
-    bytes ? static_cast<void>(all.append(bytes, length)) : all.reserve(length);
-  };
-  if (!writer.HandOut(take, &saved.bytes)) return Error({}, writer.LastError());
+  if (std::optional<Error> error = detail::AppendWritten(writer, saved.bytes))
+    return *std::move(error);
   return saved;
 }
 

@@ -1,4 +1,5 @@
-// The Favorites folder of a Windows user, and single shortcut files.
+// The Favorites folder of a Windows user, and single shortcut files. The only exception thrown is
+// std::bad_alloc.
 #pragma once
 
 #include <string>
@@ -12,12 +13,13 @@
 namespace vosmere {
 
 /// A Favorites folder as a tree of folders and pages, in the order of its menu; empty when it
-/// cannot be read. `report` may be null.
+/// cannot be read. A null path means the user's own folder. `report` is overwritten and may be
+/// null.
 inline Tree LoadFavorites(const FilePath& folder, FavoritesReport* report = nullptr) {
   return Tree(ImportFavorites(nullptr, folder.get(), report));
 }
 
-/// Where a shortcut file leads; empty when it is none.
+/// The address in a shortcut file; empty if the file is not a shortcut.
 inline std::string ShortcutAddress(const FilePath& path) {
   CFavorites favorites;
   WChar* url = nullptr;

@@ -79,8 +79,8 @@ inline Error FileError(const FilePath& path, const std::string& why, int code = 
 
 }  // namespace detail
 
-/// What a file holds now, for SaveOptions::expected. Taken before loading, it makes a save refuse
-/// to replace what somebody else has saved since.
+/// The content of a file now, for SaveOptions::expected. If it is taken before loading, a save
+/// refuses to replace what another program has saved since.
 inline Result<FileMark> MarkOf(const FilePath& path) {
   FileMark mark;
   DocumentError error;
@@ -88,10 +88,11 @@ inline Result<FileMark> MarkOf(const FilePath& path) {
   return mark;
 }
 
-/// A file of a moment, for a document on its way; it goes away at the end.
+/// A temporary file, for example for a document on its way to another program. It is removed at the
+/// end.
 class ReplacingFile {
  public:
-  /// Chooses a random name in `folder`, which cannot be guessed, so that no one can have placed a
+  /// Chooses a random name in `folder` that cannot be guessed, so that nobody can have placed a
   /// link there. Creates nothing yet.
   explicit ReplacingFile(const std::filesystem::path& folder) {
     const SystemString uuid(RNTool::CreateUUID());
@@ -119,16 +120,16 @@ class ReplacingFile {
   std::filesystem::path path_;
 };
 
-/// Calls `write` with the path of a new temporary file, and then puts what that holds in the place
-/// of `path` (SafeCopy). If either fails, `path` is unchanged. Links are followed, and permissions
-/// are kept. A device or a pipe is written to directly. `write` returns an error or nullopt, and so
-/// does this function.
+/// Calls `write` with the path of a new temporary file, and then replaces `path` by a copy of it
+/// (SafeCopy). If either fails, `path` is unchanged. Links are followed, and permissions are kept.
+/// A device or a pipe is written to directly. `write` returns an error or nullopt, and so does this
+/// function.
 template <class Write>
 std::optional<Error> ReplaceFile(const FilePath& path, Write write) {
   namespace fs = std::filesystem;
   std::error_code code;
   if (fs::is_other(path.native(), code)) return write(path.native());
-  // `write` may do what cannot be undone, such as a post: so the place is looked at first.
+  // Checked first, because `write` may do something that cannot be undone, such as an upload.
   DocumentError error;
   if (!CanSaveTo(path.get(), &error)) return Error(path.name(), error);
   const ReplacingFile scratch(fs::temp_directory_path(code));

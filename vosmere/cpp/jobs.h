@@ -58,7 +58,7 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
   JobEvent(std::weak_ptr<JobThread> thread, JobTime due, Period period, std::function<void()> work)
       : thread_(std::move(thread)), due_(due), period_(period), work_(std::move(work)) {}
 
-  bool IsPending() const { return pending_; }
+  bool IsPending() const { return pending_ && !thread_.expired(); }
   bool IsTheSameEvent(CTimeEvent* other) override { return other == substitute_; }
   void DoEvent() override {
     const std::shared_ptr<JobEvent> self = shared_from_this();  // the work may destroy its handle
@@ -132,7 +132,8 @@ inline void JobThread::Take(JobEvent& job) {
 
 /// The handle of a job. Destroying the handle, or assigning another job to it, cancels the job: it
 /// will not start again. If it is running, the call waits for it to end, except when it is made
-/// from within the job.
+/// from within the job. An empty or moved-from handle has no job. A handle may outlive its
+/// scheduler.
 class [[nodiscard]] Job {
  public:
   Job() = default;
@@ -160,8 +161,8 @@ class [[nodiscard]] Job {
 
 /// A thread that runs jobs one after the other, ordered by their due times, which follow the system
 /// clock. Thread-safe, and usable from within jobs. While a job runs, adding or cancelling another
-/// one waits for it. An exception that leaves a job is traced and dropped. The constructor, At,
-/// After and Every may throw std::bad_alloc.
+/// one waits for it. An exception that leaves a job, and an empty function, are traced and dropped.
+/// The constructor, At, After and Every may throw std::bad_alloc.
 class Scheduler {
  public:
   using Time = std::chrono::system_clock::time_point;

@@ -101,7 +101,8 @@ detail::ElementOf<Cell>* FindIn(const Owned<Cell, Free>& list, Test&& test) {
   return nullptr;
 }
 
-/// Appends an item, which the list then owns, and returns it; null for null.
+/// Appends an item, which the list then owns, and returns it; null for null. If it throws, the item
+/// is freed.
 template <class Cell, auto Free, class Thing, class Delete>
 Thing* Append(Owned<Cell, Free>& list, std::unique_ptr<Thing, Delete> item) {
   if (!item) return nullptr;
@@ -119,7 +120,7 @@ Thing& Append(Owned<Cell, Free>& list) {
   if (!item) detail::ThrowNoMemory();
   return *Append(list, std::move(item));
 }
-/// Appends all items of `more`.
+/// Appends all items of `more`, which may be empty.
 template <class Cell, auto Free>
 void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
   Cell* head = list.release();
@@ -132,7 +133,7 @@ void Join(Owned<Cell, Free>& list, Owned<Cell, Free> more) {
 namespace detail {
 
 /// Frees the local trees that an operation has left without a collection. The operations on lists
-/// do not own local trees and leave them behind.
+/// do not own local trees and do not free them.
 class LocalTrees {
  public:
   void Add(const ColctList& list) {
@@ -176,8 +177,9 @@ inline bool RemoveAddress(ColctList& list, const Wide& address) {
 }
 
 /// Replaces `list` by a newly read one and returns the collections that the new one lacks. A
-/// collection with the address of an old one takes over its local tree and, if `keepNetData`, its
-/// network settings, identity, base build and checked-in state; its cell is marked.
+/// collection with the address of an old one (of the last, if there are several) takes over its
+/// local tree and, if `keepNetData`, its network settings, identity, base build and checked-in
+/// state; its cell is marked. Local trees that no collection has any more are freed.
 inline ColctList Merge(ColctList& list, ColctList fresh, bool keepNetData = true) {
   detail::LocalTrees trees;
   trees.Add(list);
@@ -224,7 +226,8 @@ inline EnginePool NewEnginePool() {
 inline ListRange<REngineItem> Engines(const CEnginePool& pool) {
   return Each(pool.GetREngineItemHead());
 }
-/// Appends an engine, which the pool then owns, and returns it; null for null.
+/// Appends an engine, which the pool then owns, and returns it; null for null. If it throws, the
+/// engine is freed.
 inline CEngineNode* AddEngine(CEnginePool& pool, Item<CEngineNode> engine) {
   if (engine && !pool.AppendEngine(engine.get())) detail::ThrowNoMemory();
   return engine.release();
@@ -266,7 +269,7 @@ inline bool HasTag(const CUrlNode& page, const Wide& tag) {
   return properties && properties->HasTag(tag);
 }
 /// Replaces the tags of the page by those in a text, separated by blanks, commas, semicolons and
-/// line ends.
+/// line ends. Null removes all.
 inline void SetTags(CUrlNode& page, const Wide& text) {
   CUrlProp* const properties = page.GetUrlProp();
   const SystemString parts(SysAllocString(text));

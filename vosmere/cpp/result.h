@@ -27,7 +27,7 @@ struct Error {
   std::string reason;        ///< a message in UTF-8: one line, without a full stop
   int line = 0;              ///< from 1; 0 if unknown
   int column = 0;            ///< in characters, from 1; 0 if unknown
-  std::string element;       ///< the path of the element; empty if unknown
+  std::string element;       ///< the path of the element, "/rss/channel/item[2]"; empty if unknown
   unsigned systemError = 0;  ///< errno on Linux, the system's code on Windows; 0 for none
   DocumentFault fault = DocumentFault::kNone;  ///< set by the functions for documents
 
@@ -38,6 +38,7 @@ struct Error {
         reason(record.reason),
         line(record.line),
         column(record.column),
+        element(record.element),
         systemError(record.systemError),
         fault(record.fault) {
     const bool isRefused = fault == DocumentFault::kCannotOpen ||
@@ -62,7 +63,7 @@ inline std::ostream& operator<<(std::ostream& out, const Error& error) {
 }
 
 /// Holds a T or an Error. Dereferencing a result without a value prints the error to standard error
-/// and aborts the program.
+/// and aborts the program. A moved-from result still holds a T or an Error, but a moved-from one.
 template <class T>
 class [[nodiscard]] Result {
   static_assert(std::is_object_v<T> && !std::is_same_v<T, Error>);

@@ -26,7 +26,8 @@
 namespace vosmere {
 
 /// An open store; storage/tree_store.h says what it guarantees. The destructor flushes it, but
-/// cannot report an error; call Flush before to get it.
+/// cannot report an error; call Flush before to get it. A moved-from store can only be destroyed or
+/// assigned to. The only exception thrown is std::bad_alloc.
 class Store {
  public:
   /// Opens the store in a folder. The error says why it cannot be opened.

@@ -7,9 +7,9 @@
 //   Tree removed = Remove(page);                                // the caller owns what it removes
 //   Add(news, std::move(removed));
 //
-// Null, an empty tree and items that are in no tree are allowed as arguments; nothing happens then.
-// Functions that create something may throw std::bad_alloc, with nothing changed; no other
-// exception is thrown.
+// Null, an empty or moved-from tree and items that are in no tree are allowed as arguments; nothing
+// happens then. Functions that create something may throw std::bad_alloc, with nothing changed; no
+// other exception is thrown. Changes in the tree of a store are written to its log.
 #pragma once
 
 #include <concepts>
@@ -35,9 +35,10 @@ namespace vosmere {
 
 // Building.
 
-/// A tree that consists of this item.
+/// A tree that consists of this item; empty for an empty handle. If it throws, the item is freed.
 template <TreeItem Node>
 Tree NewTree(Item<Node> item) {
+  if (!item) return nullptr;
   Tree tree(RNode::New2(item.get(), NodeTypeOf<Node>()));
   if (!tree) detail::ThrowNoMemory();
   static_cast<void>(item.release());  // it is the tree's now
@@ -75,12 +76,47 @@ inline bool IsWithin(Link link, Link top) {
   return at == top;
 }
 
-/// Moves a tree into a folder, directly before `before` or as the last child. Returns false, with
-/// nothing changed, if the tree is empty, contains the folder or is already part of another tree,
-/// if the place is not a folder, or if `before` is not a child of it.
+namespace detail {
+
+inline RNode* LocalTreeOf(Link link) {
+  CColctNode* const colct = As<CColctNode>(link);
+  return colct ? colct->GetLocRNodeRoot() : nullptr;
+}
+
+/// Whether `root` is the root of the local tree of a collection at or below `top`, or of one in
+/// such a local tree.
+inline bool HasLocalTree(RNode* top, const RNode* root) {
+  const auto leadsTo = [&](RNode* local) {
+    return local && (local == root || HasLocalTree(local, root));
+  };
+  if (leadsTo(LocalTreeOf(top))) return true;
+  for (CColctNode& colct : Collections(top))
+    if (leadsTo(colct.GetLocRNodeRoot())) return true;
+  return false;
+}
+
+/// Whether putting `top` into a folder would make a circle: the folder is inside it, or inside the
+/// local tree of a collection in it.
+inline bool Encloses(RNode* top, RNode* folder) {
+  if (IsWithin(folder, top)) return true;
+  if (!top->firstChild && !LocalTreeOf(top)) return false;
+  const auto rootOf = [](const RNode* link) {
+    while (link->parent) link = link->parent;
+    return link;
+  };
+  const RNode* const root = rootOf(folder);
+  return root != rootOf(top) && HasLocalTree(top, root);
+}
+
+}  // namespace detail
+
+/// Moves a tree into a folder, directly before `before` or as the last child. `tree` is then empty,
+/// and its links stay valid. Returns false, with nothing changed, if the tree is empty, contains
+/// the folder (also in the local tree of a collection) or is already part of another tree, if the
+/// place is not a folder, or if `before` is not a child of it.
 inline bool Add(Place folder, Tree&& tree, Link before = nullptr) {
   if (!tree || tree->parent || !folder || folder->type != NT_FOLDER ||
-      IsWithin(Link(folder), tree) || (before && before->parent != folder))
+      detail::Encloses(tree.get(), folder) || (before && before->parent != folder))
     return false;
   if (TreeObserver* const observer = TreeObserver::Of(folder))
     observer->Adding(folder, tree.get(), before);
@@ -109,11 +145,12 @@ Node* Add(Place folder, const Wide& name, const Wide& address) {
 // Changing.
 
 /// Moves an item, with everything below it, into a folder of this or another tree, directly before
-/// `before` or as the last child. Returns false, with nothing changed, if the item is a root, if
-/// the folder is inside it, if the place is not a folder, or if `before` is not a child of it.
+/// `before` or as the last child; before itself, it stays where it is. Returns false, with nothing
+/// changed, if the item is a root, if the folder is inside it (also in the local tree of a
+/// collection), if the place is not a folder, or if `before` is not a child of it.
 inline bool Move(Link what, Place folder, Link before = nullptr) {
   if (!what || !what->parent || !folder || folder->type != NT_FOLDER ||
-      IsWithin(Link(folder), what) || (before && before->parent != folder))
+      detail::Encloses(what, folder) || (before && before->parent != folder))
     return false;
   TreeObserver* const from = TreeObserver::Of(what);
   TreeObserver* const to = TreeObserver::Of(folder);
@@ -128,7 +165,7 @@ inline bool Move(Link what, Place folder, Link before = nullptr) {
 }
 
 /// Removes an item, with everything below it, from its tree and returns it. Empty for a root, which
-/// already has an owner.
+/// already has an owner. The local trees of collections in it are nobody's then (own.h).
 inline Tree Remove(Link what) {
   if (!what || !what->parent) return nullptr;
   RNode* const link = what;
@@ -157,8 +194,9 @@ int RemoveIf(Place top, Test&& test) {
 
 enum class SortBy { kName, kAdded, kModified, kLastVisited };
 
-/// Sorts the children of a folder by name, case-insensitive (ASCII), or by time, the earliest
-/// first. Stable. A name that is the beginning of another one is equal to it (sort_node.h).
+/// Sorts the children of a folder, not those below them, by name, case-insensitive (ASCII), or by
+/// time, the earliest first. Stable. A name that is the beginning of another one is equal to it
+/// (sort_node.h).
 inline void Sort(Place folder, SortBy by = SortBy::kName, bool descending = false) {
   if (!folder) return;
   TreeObserver* const observer = TreeObserver::Of(folder);

@@ -1,7 +1,7 @@
 // Uploading a file or a text to a web server as a form.
 //
 //   Result<Reply> reply = Upload("www.example:8080", "/receive").SendFile(path);
-//   if (!reply) return Complain(reply.error());  // www.example:8080: the host is not known
+//   if (!reply) return Complain(reply.error());  // www.example:8080: the server cannot be reached
 //   if (!reply->IsOk()) ...                      // not delivered: reply->status
 #pragma once
 
@@ -42,7 +42,8 @@ class Upload {
   /// throw.
   using Progress = std::function<bool(std::uint32_t sent, std::uint32_t total)>;
 
-  /// `host` may contain a port; `path` is the path on the server.
+  /// `host` may contain a port; `path` is the path on the server. A host that cannot be one is an
+  /// error when the form is sent.
   Upload(const Wide& host, const Wide& path) : server_(ToUtf8(host)) {
     upload_.SetClean(true);
     Set([&] {
@@ -53,8 +54,8 @@ class Upload {
   Upload(const Upload&) = delete;
   Upload& operator=(const Upload&) = delete;
 
-  /// Adds a field to the form. All fields together may have 1024 bytes; if this one does not fit,
-  /// sending fails.
+  /// Adds a field to the form; null as its value is empty. All fields together may have 1024 bytes;
+  /// if this one does not fit, or has no name, sending fails.
   Upload& Field(const Wide& name, const Wide& value) {
     const std::size_t before = std::strlen(upload_.GetParaString());
     upload_.AddParameter(name, value);
@@ -105,7 +106,7 @@ class Upload {
   template <class Post>
   Result<Reply> Send(std::string file, Post post) {
     if (!error_.reason.empty()) return error_;
-    error_ = Error(server_, "this upload was sent already");
+    error_ = Error(server_, "this upload has already been sent");
     if (progress_) upload_.SetProgress(&Upload::CallProgress, this);
     post();
     if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, file);
@@ -119,7 +120,7 @@ class Upload {
     const unsigned number = static_cast<unsigned>(code) & 0xFFFF;
     const char* const reason = ReasonOfUploadError(code);
     Error error(code < 0 && number < kFirstOfHttp ? file : server_,
-                reason ? reason : "error " + std::to_string(number));
+                reason ? reason : "the upload failed with error " + std::to_string(number));
     error.systemError = number;
     return error;
   }

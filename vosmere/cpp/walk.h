@@ -247,7 +247,8 @@ inline chain::Cells<RNode> Children(Place parent) {
   return chain::Cells<RNode>(parent ? parent->firstChild : nullptr);
 }
 
-// Searches. Texts are compared case-sensitively.
+// Searches. `top` itself is not searched. Texts are compared case-sensitively, and null equals the
+// empty text.
 
 /// Tests for Find and RemoveIf: by name, by address, by identity.
 struct Named {

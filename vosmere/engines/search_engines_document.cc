@@ -41,11 +41,11 @@ void CWriteSEngineXML::LoseOf(const CEngineNode& engine) {
   if (!ReportsLosses()) return;
   LoseAllBut(kDescription, engine);
   const WideView url(engine.GetUrl()), type(engine.GetSearchType());
-  LoseIf(url.empty(), "an empty queryUrl comes back as \"about:blank\"", LossKind::kChanged);
-  LoseIf(type.empty(), "an empty type comes back as \"web\"", LossKind::kChanged);
+  LoseIf(url.empty(), "an empty queryUrl becomes \"about:blank\"", LossKind::kChanged);
+  LoseIf(type.empty(), "an empty type becomes \"web\"", LossKind::kChanged);
   LoseIf(type.size >= 202, "type is cut to 200 characters", LossKind::kCut);
-  LoseIf(!WideView(engine.GetIconText()).empty(), "iconText does not come back");
-  LoseIf(!WideView(engine.GetStoredSite()).empty(), "storedSite does not come back");
+  LoseIf(!WideView(engine.GetIconText()).empty(), "iconText is lost");
+  LoseIf(!WideView(engine.GetStoredSite()).empty(), "storedSite is lost");
 }
 
 void CWriteSEngineXML::FillEngineNodeToBuffer(CEngineNode* engine) {
@@ -112,8 +112,7 @@ void BeginEngine(Engines& engines, const Element& element) {
 
 void SayUnsaid(Engines&, Report& report) {
   if (!report.Says("queryUrl"))
-    report.Lose(LossKind::kUnsaid,
-                "an engine without queryUrl comes back with the address about:blank");
+    report.Lose(LossKind::kUnsaid, "an engine without queryUrl gets the address about:blank");
 }
 
 constexpr ScopedElement<Engines> kElements[] = {

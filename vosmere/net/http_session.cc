@@ -153,7 +153,7 @@ int CNetBase::ReadServerResponse(void* handle) {
   std::uint64_t total = 0;
   const auto result = [&] { return static_cast<int>(std::min<std::uint64_t>(total, INT_MAX)); };
   // Only replies that are kept in memory are limited; a sink may take any number of pieces.
-  for (std::uint64_t piece = 0; sink_ || piece < kMostReplyPieces; ++piece) {
+  for (std::uint64_t piece = 0; sink_ || piece < mostPieces_; ++piece) {
     char bytes[kReplyPiece];
     ULONG got = 0;
     if (http::Read(request, bytes, kReplyPiece, &got)) return -7;

@@ -26,9 +26,9 @@ class VOSMERE_API CNetBase {
   static constexpr LONG kTransferTimeout = 60000;
   /// The longest text of all parameters together, in bytes.
   static constexpr std::size_t kMostParameterBytes = 1024;
-  /// A reply is read in pieces of so many bytes, and is cut after so many pieces.
+  /// A reply is read in pieces of so many bytes, and is cut after so many pieces by default.
   static constexpr ULONG kReplyPiece = 2048;
-  static constexpr int kMostReplyPieces = 50000;
+  static constexpr ULONG kMostReplyPieces = 50000;
 
   CNetBase();
   CNetBase(const CNetBase&) = delete;
@@ -98,8 +98,10 @@ class VOSMERE_API CNetBase {
 
   /// Reads the reply to a request that was sent and appends it to the response. Returns its length
   /// in bytes, -5 for a null request, and -7 when reading fails or memory runs out. Reads at most
-  /// 50,000 pieces of 2048 bytes.
+  /// 50,000 pieces of 2048 bytes, or as many as SetMostPieces says.
   int ReadServerResponse(void* request);
+  void SetMostPieces(ULONG pieces) { mostPieces_ = pieces; }
+  ULONG GetMostPieces() const { return mostPieces_; }
   /// Whether the last reply was longer than that limit, or it could not be determined. The next
   /// call of ReadServerResponse continues with the rest.
   bool IsResponseCut() const { return responseCut_; }
@@ -145,6 +147,7 @@ class VOSMERE_API CNetBase {
   char parameters_[kMostParameterBytes + 1] = {};
   bool parameterLost_ = false;
   std::vector<std::vector<WChar>> response_;  // in blocks, so that growing copies at most one
+  ULONG mostPieces_ = kMostReplyPieces;
   bool responseCut_ = false;
   bool redirected_ = false;
   bool (*sink_)(void* context, const void* bytes, std::size_t size) = nullptr;

@@ -68,11 +68,11 @@ void CWriteVSMNotifyMsg::FillNotifyType(LONG type) {
 void CWriteVSMNotifyMsg::LoseUnread() {
   const CVSMNotifyMsg& message = *message_;
   LosesOf(nullptr, message.GetName());
-  LoseIf(message.GetNotifyType() != 0, "type does not come back");
-  LoseIf(!message.GetParent() && message.GetParentID(), "parentId does not come back");
-  LoseIf(!message.GetOldParent() && message.GetOldParentID(), "oldParentId does not come back");
+  LoseIf(message.GetNotifyType() != 0, "type is lost");
+  LoseIf(!message.GetParent() && message.GetParentID(), "parentId is lost");
+  LoseIf(!message.GetOldParent() && message.GetOldParentID(), "oldParentId is lost");
   LoseIf(!message.GetRefItem() && (message.GetRefItemID() || message.GetRefItemType()),
-         "refItemId, refItemType do not come back");
+         "refItemId and refItemType are lost");
 }
 
 void CWriteVSMNotifyMsg::FillNotifyItemWithID() {
@@ -136,7 +136,7 @@ constexpr auto AllToItem = TextAndAttributesTo<&Notification::item, Apply, Field
 void Type(Notification&, const Element& element) {
   NoLoss(element);
   if (element.report() && !IsNamed(element.Text().view(), "UNKNOWN"))
-    element.report()->Lose(LossKind::kNotKept, "the type is not read and comes back as UNKNOWN");
+    element.report()->Lose(LossKind::kNotKept, "the type is not read and becomes UNKNOWN");
 }
 
 void BeginMessage(Notification& notification, const Element& element) {

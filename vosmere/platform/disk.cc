@@ -9,7 +9,7 @@ namespace {
 
 std::atomic<DiskWatch*> watch{nullptr};
 
-/// Makes a call that changes the disk, once.
+/// Makes a call that changes the disk a single time, even if it is interrupted.
 template <class Make>
 ULONG MakeOnce(const DiskCall& call, Make make) {
   DiskWatch* const watching = watch.load(std::memory_order_acquire);
@@ -135,8 +135,8 @@ bool DiskFile::Size(std::uint64_t* size) {
   return Keep(disk_calls::Size(handle_, size));
 }
 
-// Never a second time: the handle is free again also where this fails. One that was interrupted has
-// lost nothing that was flushed before.
+// Never called twice, because the handle is released even if closing fails. If closing was
+// interrupted, nothing that was flushed before is lost.
 bool DiskFile::Close() {
   if (!IsOpen()) return true;
   const disk_calls::Handle handle = std::exchange(handle_, kNone);

@@ -1,12 +1,13 @@
-// What a thread needs before it reads documents.
+// Prepares a thread for reading documents.
 #pragma once
 
 #include "vosmere/base/export.h"
 
 namespace vosmere {
 
-/// While it lives, documents can be read on the thread that made it. On Windows the parser is a COM
-/// component: a thread that has not initialised COM has it for so long, any other keeps its own.
+/// While an object of this class lives, documents can be read on the thread that made it. On
+/// Windows the parser is a COM component: if the thread has not initialised COM, it is initialised
+/// for this time; otherwise nothing changes.
 class VOSMERE_API ParserThread {
  public:
   ParserThread();

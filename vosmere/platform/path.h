@@ -17,8 +17,8 @@ namespace vosmere {
 /// the byte, and becomes that byte again when the path is opened. Shown as text it is U+FFFD.
 VOSMERE_API BSTR PathFromName(const char* name);
 
-/// The other way: the name that a path leads to, with its zero. False when `capacity` bytes do not
-/// hold it, or the system takes no name that long.
+/// The inverse: the file name for a path, with its terminating null. False when it does not fit in
+/// `capacity` bytes, or is too long for the system.
 VOSMERE_API bool NameFromPath(const WChar* path, char* name, std::size_t capacity);
 
 }  // namespace vosmere

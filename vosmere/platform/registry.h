@@ -41,7 +41,7 @@ VOSMERE_API HKEY OpenSubKey(HKEY parent, const WChar* path);
 VOSMERE_API void CloseKey(HKEY key);
 
 /// Reads a value of any type as bytes. `*size` is the capacity of `bytes`, and receives the size of
-/// the value. With null `bytes` only the size is stored. False, with an undefined `*size`, when the
+/// the value. With null `bytes` only the size is stored. False, with an unchanged `*size`, when the
 /// key is null, the value does not exist, or it does not fit.
 VOSMERE_API bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size);
 

@@ -73,7 +73,7 @@ int CBaseThread::CreateThread(ULONG flags, unsigned int stackSize, SECURITY_ATTR
   return result;
 }
 
-unsigned int CBaseThread::Start(void* object) {
+unsigned int VOSMERE_THREAD_CALL CBaseThread::Start(void* object) {
   return static_cast<unsigned int>(static_cast<CBaseThread*>(object)->Run());
 }
 

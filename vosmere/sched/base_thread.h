@@ -59,7 +59,7 @@ class VOSMERE_API CBaseThread {
   /// The thread's entry function: runs the hooks of `object`, a CBaseThread, and returns 0. It may
   /// also be called on a thread that was created by other means, but KillThread, WaitForEnd and
   /// IsActive then do not apply to that thread.
-  static unsigned int Start(void* object);
+  static unsigned int VOSMERE_THREAD_CALL Start(void* object);
 
   /// Resumes a thread that was created suspended. Returns the previous suspend count: 1 when this
   /// call lets the thread run, 0 when it ran already, 0xFFFFFFFF when there is no thread.
@@ -109,9 +109,9 @@ class VOSMERE_API CBaseThread {
   void CloseStartGate();
   void OpenStartGate();
 
-  /// How a DoWork that sleeps is woken when it should end. StopAndWait calls `wake`, and so does
-  /// KillThread where killing is a request, whether the thread sleeps or not. Null, as at first, is
-  /// nothing. Set before the thread starts.
+  /// Sets a function that wakes a sleeping DoWork so that it can end. StopAndWait calls it, and so
+  /// does KillThread if killing is a request, whether or not the thread sleeps. Null, the default,
+  /// does nothing. Call this before the thread starts.
   void SetWaker(void (*wake)(CBaseThread* self)) { wake_ = wake; }
 
   /// Ends the loop and waits for the thread, even if it is suspended or waits at the start gate. No
@@ -131,7 +131,7 @@ class VOSMERE_API CBaseThread {
 
   /// Whether the calling thread is running a hook of this object.
   bool RunsHere() const;
-  /// Asks the loop to end, and wakes the thread up where it sleeps or waits at the start gate.
+  /// Asks the loop to end, and wakes the thread up if it sleeps or waits at the start gate.
   void RequestStop();
 
   OwnedPointer<Platform> platform_;

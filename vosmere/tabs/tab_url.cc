@@ -57,7 +57,7 @@ void CTabUrlData::AddUrl(const WChar* url, bool topLevel, void* dispatch) {
   if (CheckTheSameUrlItem(url, topLevel, dispatch)) return;
   // Created before anything is removed, so that nothing changes when memory runs out.
   CTabUrlItem* const item = CTabUrlItem::New(url, SecurityZone(url));
-  if (!item) return;
+  if (!item) return detail::CountLostText();
   item->SetTopLevel(topLevel);
   item->SetDispatch(dispatch);
   if (topLevel) DeleteFirstTopLevel();
@@ -81,6 +81,7 @@ int CTabUrlData::GetUrlItemList(CTabUrlItem** list) {
   for (const CTabUrlItem* item : chain::Cells(head_)) {
     CTabUrlItem* const copy = CTabUrlItem::New(item->GetUrl(), item->GetZone());
     if (!copy) {
+      detail::CountLostText();
       CTabUrlItem::DeleteList(std::exchange(*list, nullptr));
       return 0;
     }

@@ -62,7 +62,7 @@ class VOSMERE_API CTabUrlData : public CKQSynch {
 
   /// Records an address that `dispatch` has loaded. Ignored are null, the empty text,
   /// "about:blank", texts of 2085 code units or more, and any address while there are more than
-  /// 150. An address is also ignored when memory runs out.
+  /// 150. An address is also ignored when memory runs out; LostTexts counts it (base/owned_text.h).
   ///
   /// If exactly this address is recorded already, it gets the new dispatch and, if `topLevel` is
   /// true, becomes the address of the page; the one that was the page's before is removed. It does
@@ -86,7 +86,7 @@ class VOSMERE_API CTabUrlData : public CKQSynch {
 
   /// Stores a chain of copies of the addresses and their zones, without dispatch and top-level
   /// state, and returns their number. The caller frees the chain with CTabUrlItem::DeleteList. When
-  /// memory runs out, stores null and returns 0.
+  /// memory runs out, stores null, returns 0, and LostTexts counts it.
   int GetUrlItemList(CTabUrlItem** list);
 
   /// The number of addresses.

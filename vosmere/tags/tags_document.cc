@@ -56,8 +56,8 @@ static constexpr int kMostCount = 10000000;
 void CWriteTagsXML::FillTagItem(CTagItem* item) {
   LosesOf(nullptr, item->GetName());
   if (!ConvertName(item->GetName())) return;
-  LoseIf(item->GetCount() < 0 || item->GetCount() > kMostCount, "count is held to 0 to 10,000,000",
-         LossKind::kChanged);
+  LoseIf(item->GetCount() < 0 || item->GetCount() > kMostCount,
+         "count is limited to 0 to 10,000,000", LossKind::kChanged);
   Put("<tag name=\"");
   PutBytes(*name_);
   if (item->GetCount() != 1) {

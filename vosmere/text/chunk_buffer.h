@@ -34,8 +34,8 @@ class VOSMERE_API CChunkBuffer {
   /// reach kLimit. Throws std::bad_alloc when memory runs out. A negative length changes nothing
   /// and returns true.
   /// Intended: a refused append still counts towards the total, which only Clear() resets. Every
-  /// later append is refused as well, so a document with a missing part can be told by its total
-  /// and is never saved as if it were complete. An append of 0 bytes counts as an append: it
+  /// later append is refused as well, so the total shows that a part of the document is missing,
+  /// and it is never saved as if it were complete. An append of 0 bytes counts as an append: it
   /// creates the first chunk, and it is refused once the limit has been reached.
   bool Append(const void* bytes, int length) {
     if (length < 0) return true;

@@ -40,12 +40,12 @@ void CWriteToolbarXML::LoseOf(const TBARBANDINFO& band) {
   const TBARBANDINFO plain;
   const bool isPlaceWritten = band.enabled && band.hasContainerData;
   LosesOf(nullptr, band.title);
-  LoseIf(!band.enabled && !band.visible, "visible does not come back");
-  LoseIf(band.hasContainerData && !isPlaceWritten, "hasPlace does not come back");
+  LoseIf(!band.enabled && !band.visible, "visible is lost");
+  LoseIf(band.hasContainerData && !isPlaceWritten, "hasPlace is lost");
   if (isPlaceWritten) return;
-  LoseIf(band.index != plain.index, "index does not come back");
-  LoseIf(band.style != plain.style, "style does not come back");
-  LoseIf(band.width != plain.width, "width does not come back");
+  LoseIf(band.index != plain.index, "index is lost");
+  LoseIf(band.style != plain.style, "style is lost");
+  LoseIf(band.width != plain.width, "width is lost");
 }
 
 void CWriteToolbarXML::FillBANDINFOToBuffer(TBARBANDINFO* band) {

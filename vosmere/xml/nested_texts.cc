@@ -40,7 +40,7 @@ void NestedTexts::Count(std::size_t cost) {
   DocumentFailure failure;
   failure.error.fault = DocumentFault::kExpandsTooMuch;
   std::snprintf(failure.error.reason, sizeof failure.error.reason,
-                "texts within texts come to too much");
+                "nested texts expand to too much text");
   throw failure;
 }
 

@@ -57,7 +57,7 @@ bool CReadXML::ReadWith(Read read) {
     error_ = MakeError(DocumentFault::kHandlerFailed, exception.what());
   } catch (...) {
     // A reader may belong to a program and throw anything.
-    error_ = MakeError(DocumentFault::kHandlerFailed, "the reader gave up");
+    error_ = MakeError(DocumentFault::kHandlerFailed, "the document's reader failed");
   }
   report_ = nullptr;  // both are valid only during the load
   document_ = nullptr;

@@ -172,10 +172,11 @@ void Report::Takes(WideView attribute, const WChar* value, FitsTest fits, bool i
   const std::string& element = open.back().name;
   if (*value && open.size() > 1) open[open.size() - 2].said.insert(element + ' ' + name);
   if (isCut)
-    state_->Lose(LossKind::kCut, (name.empty() ? element : name) + " is too long to be read whole");
+    state_->Lose(LossKind::kCut, (name.empty() ? element : name) + " is too long and was cut");
   if (!fits || fits(value) || (!*value && !name.empty())) return;
-  state_->Lose(LossKind::kChanged, "a value that is not understood, or written otherwise (" +
-                                       element + (name.empty() ? "" : " " + name) + ")");
+  state_->Lose(LossKind::kChanged,
+               "a value that is not understood or would be written differently (" + element +
+                   (name.empty() ? "" : " " + name) + ")");
 }
 
 std::size_t Report::Remember() {

@@ -103,7 +103,7 @@ void NoLoss(Builder&, const Element& element) {
   NoLoss(element);
 }
 
-/// TextTo and AttributesTo, for an element that has both.
+/// TextTo and AttributesTo together, for an element that has both.
 template <auto Target, auto Apply, auto& Fields, class Builder>
 void TextAndAttributesTo(Builder& builder, const Element& element) {
   TextTo<Target, Apply>(builder, element);
@@ -224,7 +224,7 @@ class ScopeReader {
     report_->Enter(element, row ? As::kKnown : isRepeated ? As::kRepeated : As::kUnknown);
     if (!row) return;
     if (row->within && row->scopes == kAnywhere && IsOpen(*row))
-      report_->Lose(LossKind::kChanged, "what stands inside another of its kind moves out of it");
+      report_->Lose(LossKind::kChanged, "an element inside another of its kind is moved out of it");
     if (row->read) row->read(builder_, Element(element, report_));
     report_->EndOfReading();
   }

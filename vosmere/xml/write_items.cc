@@ -25,15 +25,15 @@ void CWriteItems::LoseAllBut(unsigned held, const CBaseNode& item) {
   // Documents write the checked-in state only together with a base build. Without one it is lost,
   // unless readers can conclude it because the item is deleted.
   const bool isChanged = item.GetBaseBuild() == 0 && !item.HasCheckedIn(nullptr);
-  LoseIf(loses(kDescription, *item.GetDescription()), "description does not come back");
-  LoseIf(loses(kIdentity, *item.GetUUID()), "id does not come back");
-  LoseIf(loses(kVersion, item.GetVersion() != 1), "version does not come back");
-  LoseIf(loses(kDeleted, item.IsDeleted()), "deleted does not come back");
-  LoseIf(loses(kBuild, item.GetBaseBuild() != 0), "baseBuild does not come back");
-  LoseIf(isChanged && !(held & kBuild && item.IsDeleted()), "checkedIn does not come back");
-  LoseIf(loses(kTimes, stat.GetSetTimes()), "added, modified, lastVisited do not come back");
-  LoseIf(loses(kMarks, stat.IsUnread()), "unread does not come back");
-  LoseIf(loses(kMarks, stat.GetFlag() != 0), "flag does not come back");
+  LoseIf(loses(kDescription, *item.GetDescription()), "description is lost");
+  LoseIf(loses(kIdentity, *item.GetUUID()), "id is lost");
+  LoseIf(loses(kVersion, item.GetVersion() != 1), "version is lost");
+  LoseIf(loses(kDeleted, item.IsDeleted()), "deleted is lost");
+  LoseIf(loses(kBuild, item.GetBaseBuild() != 0), "baseBuild is lost");
+  LoseIf(isChanged && !(held & kBuild && item.IsDeleted()), "checkedIn is lost");
+  LoseIf(loses(kTimes, stat.GetSetTimes()), "added, modified and lastVisited are lost");
+  LoseIf(loses(kMarks, stat.IsUnread()), "unread is lost");
+  LoseIf(loses(kMarks, stat.GetFlag() != 0), "flag is lost");
 }
 
 void CWriteItems::LoseAllBut(unsigned held, const CUrlNode& page) {
@@ -42,13 +42,13 @@ void CWriteItems::LoseAllBut(unsigned held, const CUrlNode& page) {
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
   const auto isThere = [](const WChar* text) { return text && *text; };
   const CUrlProp* const prop = page.GetUrlProp();
-  LoseIf(loses(kAuthor, isThere(page.GetAuthor())), "author does not come back");
-  LoseIf(loses(kRelated, isThere(page.GetRelationUrl())), "relationUrl does not come back");
-  LoseIf(loses(kType, page.GetItemType() != IT_URL), "type does not come back");
+  LoseIf(loses(kAuthor, isThere(page.GetAuthor())), "author is lost");
+  LoseIf(loses(kRelated, isThere(page.GetRelationUrl())), "relationUrl is lost");
+  LoseIf(loses(kType, page.GetItemType() != IT_URL), "type is lost");
   if (!prop) return;
-  LoseIf(loses(kType, prop->GetFileType() != FT_OTHER), "fileType does not come back");
-  LoseIf(isThere(prop->GetFileExtension()), "fileExtension does not come back");
-  LoseIf(loses(kTags, prop->GetTagsHead()), "tags do not come back");
+  LoseIf(loses(kType, prop->GetFileType() != FT_OTHER), "fileType is lost");
+  LoseIf(isThere(prop->GetFileExtension()), "fileExtension is lost");
+  LoseIf(loses(kTags, prop->GetTagsHead()), "tags are lost");
 }
 
 void CWriteItems::LoseWhole(const CBaseNode& item, const char* what) {

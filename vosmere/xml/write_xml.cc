@@ -119,7 +119,7 @@ WideView CWriteXML::Writable(WideView text, std::basic_string<WChar>& aside) {
     std::copy_if(rest.begin(), rest.begin() + whole, std::back_inserter(aside), IsXmlUnit);
     rest = rest.From(whole + 1);  // skips the unpaired surrogate
   }
-  Lose(LossKind::kChanged, "characters that XML does not have are left out");
+  Lose(LossKind::kChanged, "characters that XML does not allow are left out");
   leftOutCharacters_ += static_cast<ULONG>(text.size - (aside.size() - before));
   return {aside.data(), aside.size()};
 }
@@ -288,8 +288,9 @@ bool CWriteXML::SaveToFile(const WChar* path) {
   FillOnce();
   const bool written = RealWrite();
   const bool closed = CloseFile();
-  return written && (closed || Fail(DocumentFault::kCannotWrite,
-                                    "what was written could not be stored", file_->error()));
+  return written &&
+         (closed || Fail(DocumentFault::kCannotWrite,
+                         "the file may be incomplete: closing it failed", file_->error()));
 }
 
 bool CWriteXML::OpenFile(const WChar* path) {
@@ -313,7 +314,8 @@ bool CWriteXML::RealWrite() {
     for (; chunk && count < std::size(pieces); chunk = chunk->next)
       pieces[count++] = {chunk->data, static_cast<std::size_t>(chunk->used)};
     if (!file_->Write(pieces, count))
-      return Fail(DocumentFault::kCannotWrite, "writing stopped half-way", file_->error());
+      return Fail(DocumentFault::kCannotWrite, "the file cannot be written completely",
+                  file_->error());
   }
   return true;
 }
@@ -321,7 +323,7 @@ bool CWriteXML::RealWrite() {
 bool CWriteXML::IsComplete(Chunk** head) {
   if (torn_ || !buffer_) return Fail(DocumentFault::kNoMemory, "memory ran out");
   if (loadable_ && deepest_ > kMaxXmlDepth)
-    return Fail(DocumentFault::kTooDeep, "the folders are nested deeper than documents are read");
+    return Fail(DocumentFault::kTooDeep, "the folders are nested too deeply to be loaded again");
   const LONG total = buffer_->Get(head);
   if (total >= CChunkBuffer::kLimit)
     return Fail(DocumentFault::kTooLarge, "the document has 100 MiB or more");

@@ -10,7 +10,7 @@
 #include "tests/support/tree.h"
 #include "vosmere/favorites/import_favorites.h"
 
-// Opening a folder takes memory of the C library, which runs out with that of the tests.
+// Opening a folder allocates memory in the C library, which the test makes fail as well.
 extern "C" DIR* opendir(const char* name) {
   static const auto next = reinterpret_cast<DIR* (*)(const char*)>(dlsym(RTLD_NEXT, "opendir"));
   void* const block = operator new(1, std::nothrow);

@@ -1,10 +1,11 @@
 // Uploads through a real server with TLS.
 
-#include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "tests/support/loopback_server.h"
 #include "tests/support/nginx.h"
+#include "tests/support/platform.h"
 #include "tests/support/sender.h"
 #include "tests/support/test.h"
 
@@ -34,11 +35,10 @@ class Https : public testing::Test {
   void SetUp() override {
     if (!nginx_) GTEST_SKIP() << "nginx or openssl is not installed";
     ASSERT_TRUE(nginx_->runs());
-    setenv("SSL_CERT_FILE", nginx_->certificate().c_str(), 1);
+    trusted_.emplace("SSL_CERT_FILE", nginx_->certificate().c_str());
   }
-  void TearDown() override { unsetenv("SSL_CERT_FILE"); }
 
-  /// What an upload to that path returns; it may lead to the server behind.
+  /// The result of an upload to that path, which may redirect to the other server.
   LONG Send(Sender& sender, const std::string& path) {
     sender.upload.SetSecure(true);
     sender.upload.SetPostAcceptor(W(path + "?port=" + std::to_string(behind.port())));
@@ -46,6 +46,7 @@ class Https : public testing::Test {
   }
 
   LoopbackServer behind{{ReplyOk("stored")}};
+  std::optional<Variable> trusted_;
   static inline std::unique_ptr<Nginx> nginx_;
 };
 
@@ -68,7 +69,7 @@ TEST_F(Https, OnlyTheRightServerIsTrusted) {
   }});
   Sender insecure(plain.host());
   EXPECT_EQ(Send(insecure, "/upload"), Code(12157));
-  unsetenv("SSL_CERT_FILE");
+  trusted_.reset();
   Sender untrusted(nginx_->host());
   EXPECT_EQ(Send(untrusted, "/upload"), Code(12045));
 }

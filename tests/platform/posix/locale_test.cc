@@ -4,32 +4,33 @@
 #include <cstdlib>
 
 #include "tests/support/loopback_server.h"
+#include "tests/support/platform.h"
 #include "tests/support/sender.h"
 #include "tests/support/test.h"
 #include "tests/support/tool.h"
 #include "vosmere/text/unicode_tool.h"
 
-// Locales that are found by LOCPATH are a leak of the C library.
+// The C library leaks locales that it finds by LOCPATH.
 extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions() {
   return "leak:argz_add_sep";
 }
 
 namespace vosmere::test::locale {
 
-/// Systems rarely have a locale that is not UTF-8: one of Latin-1, for who looks for locales here.
-void MakeLatin1Locale(const TempFolder& folder) {
+/// Makes a locale with Latin-1 in the folder, because few systems have one that is not UTF-8.
+std::string MakeLatin1Locale(const TempFolder& folder) {
   WriteBytes(folder / "map", "<code_set_name> ISO-8859-1\nCHARMAP\nEND CHARMAP\n");
   WriteBytes(folder / "source", "LC_CTYPE\nEND LC_CTYPE\n");
   const std::string path = folder / "";
-  // It complains of all that is not there, and makes the locale all the same.
+  // localedef complains about everything that is missing, but makes the locale.
   EXPECT_NE(std::system(("localedef -c -f " + path + "map -i " + path + "source " + path +
                          "latin1 >/dev/null 2>&1")
                             .c_str()),
             -1);
-  setenv("LOCPATH", path.c_str(), 1);
+  return path;
 }
 
-/// This thread's, while it lives.
+/// Sets the locale of this thread while it lives.
 class Locale {
  public:
   explicit Locale(const char* name)
@@ -58,7 +59,7 @@ std::string InSystemsCodePage(const Wide& text) {
 
 TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
   const TempFolder folder;
-  MakeLatin1Locale(folder);
+  const Variable path("LOCPATH", MakeLatin1Locale(folder).c_str());
   WriteBytes(folder / "é☃.xml", "x");
   const struct {
     const char* locale;
@@ -78,7 +79,6 @@ TEST(Locale, GivesUploadsTheirCodePageAndUtf8WhereThereIsNone) {
                 "ASAN_OPTIONS=detect_leaks=0 LC_ALL=" + std::string(c.locale) + ' ');
     EXPECT_THAT(dryRun.bytes, HasSubstr(end));
   }
-  unsetenv("LOCPATH");
 }
 
 }  // namespace vosmere::test::locale

@@ -18,7 +18,7 @@ TEST(Path, SaysWhatIsTextAsItIsAndEveryOtherByteAlone) {
       {"caf\xE9.opml", "caf\\uDCE9.opml"},
       {"x\\z", "x\\uDC5Cz"},
       {"\xF0\x9F\x98", "\\uDCF0\\uDC9F\\uDC98"},    // a cut emoji
-      {"😀\x80\xC0\x80", "😀\\uDC80\\uDCC0\\uDC80"},  // behind a pair; an overlong zero
+      {"😀\x80\xC0\x80", "😀\\uDC80\\uDCC0\\uDC80"},  // after a pair; an overlong zero
       {"\xED\xA0\xBD\xED\xB8\x80", "\\uDCED\\uDCA0\\uDCBD\\uDCED\\uDCB8\\uDC80"},  // surrogates
   };
   for (const auto& c : cases) EXPECT_EQ(OwnedBstr(PathFromName(c.name)).utf8(), c.path);

@@ -1,10 +1,11 @@
-// The files that stand for a user's registry where the system has none.
+// The files that are read as a user's registry on systems without one.
 #include <hivex.h>
 
 #include <algorithm>
 #include <cstdlib>
 
 #include "tests/support/order.h"
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "vosmere/platform/internal/shell.h"
 #include "vosmere/platform/registry.h"
@@ -14,9 +15,9 @@ namespace vosmere::test::registry_files {
 const std::string kFolders =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
 
-/// The value "v" of the key `Sub\Key` in a file; "(none)" without one.
+/// The value "v" of the key `Sub\Key` in a file; "(none)" if it does not exist.
 std::string ValueIn(const std::filesystem::path& file) {
-  const Hooked<SetUserRegistry> none(nullptr);  // nor at the end
+  const Hooked<SetUserRegistry> none(nullptr);  // resets it at the end
   if (!SetUserRegistry(W(file))) return "(refused)";
   const HKEY key = OpenUserKey(W("sub\\kEY"));
   char bytes[4096];
@@ -94,7 +95,7 @@ TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
                {"\"Z:\\\\fav\"", "dosdevices/z:\\fav"},
                {"\"\\\\\\\\server\\\\fav\"", ""},
                {"-", ""}};
-  setenv("WINEPREFIX", prefix.c_str(), 1);
+  const Variable variable("WINEPREFIX", prefix.c_str());
   for (const auto& c : cases) {
     WriteBytes(prefix / "user.reg",
                "WINE REGISTRY Version 2\n[Volatile Environment] 1\n"
@@ -103,7 +104,6 @@ TEST(RegistryFiles, TheDefaultIsTheCurrentWinePrefixAndKnowsItsFavorites) {
     EXPECT_EQ(std::filesystem::path(Folder()).lexically_normal(),
               *c.folder ? folder / "caf\\uDCE9" / c.folder : "(none)");
   }
-  unsetenv("WINEPREFIX");
 }
 
 /// A profile's file with the bytes "a", 0, "b" in its `Sub\Key`.

@@ -1,4 +1,4 @@
-// What a safe save keeps of a file where links and rights are Linux's.
+// What a safe save preserves on Linux: links, owner and permissions.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -22,7 +22,7 @@ TEST(SafeSaveOnLinux, KeepsLinksAndRights) {
   const TempFolder folder;
   WriteBytes(folder / "file", "old");
   chmod((folder / "file").c_str(), 0640);
-  const bool isRoot = geteuid() == 0;  // who alone may give files away
+  const bool isRoot = geteuid() == 0;  // only root can change the owner
   ASSERT_TRUE(!isRoot || chown((folder / "file").c_str(), 1234, 2345) == 0);
   std::filesystem::create_symlink("file", folder / "link");
   ASSERT_TRUE(Save(folder / "link", "new"));

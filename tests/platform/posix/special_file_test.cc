@@ -1,4 +1,4 @@
-// What is no plain file: pipes, devices, and files that the system makes up as they are read.
+// Paths that are not regular files: pipes, devices, and files that the system generates.
 #include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
@@ -28,7 +28,7 @@
 
 namespace vosmere::test::special_file {
 
-/// A pipe that the test holds at both ends, until it lets go of them.
+/// A pipe whose two ends the test holds until it closes them.
 class Pipe {
  public:
   Pipe() {
@@ -43,7 +43,7 @@ class Pipe {
   void Write(const std::string& bytes) {
     EXPECT_EQ(write(writeEnd_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
   }
-  /// What is there now.
+  /// What is in the pipe now.
   std::string Read() {
     char bytes[4096];
     const ssize_t count = read(readEnd_, bytes, sizeof bytes);
@@ -128,7 +128,7 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndASizeThatIsNotTrueDoesNoHarm) {
     int bytesRead;
     bool textFails;
   } cases[] = {{"/dev/null", 0, false},
-               {"/dev/zero", 3, true},  // without end
+               {"/dev/zero", 3, true},  // endless
                {"/proc/self/mem", 0, true}};
   CReadFile reader;
   char bytes[3], *whole = nullptr;
@@ -147,7 +147,7 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndASizeThatIsNotTrueDoesNoHarm) {
   EXPECT_EQ(reader.GetFileSize(), 0u);
   EXPECT_GT(reader.ReadAllToBuffer(&text), 100);
   EXPECT_EQ(OwnedBstr(text).utf8().substr(0, 5), "Name:");
-  // It says that it has a whole page.
+  // The system gives the size of a whole page for this file.
   if (!reader.OpenFile(W("/sys/devices/system/cpu/online"))) GTEST_SKIP();
   ASSERT_TRUE(reader.ReadToBuffer(&whole, &count));
   EXPECT_LT(count, static_cast<int>(reader.GetFileSize()));
@@ -155,7 +155,7 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndASizeThatIsNotTrueDoesNoHarm) {
   CReadFile::Delete(whole);
 }
 
-/// What a save says to which the disk says that it is full.
+/// The result of a save to a full disk.
 void ExpectNoSpace(const Wide& path) {
   const TreePtr tree = Tree("root(a)");
   CWriteColctTreeOPML writer;
@@ -180,8 +180,8 @@ TEST(SpecialFile, AWriteHas200MillionBytesAtMostAndAFullDeviceTakesNone) {
   ExpectNoSpace(W("/dev/full"));
 }
 
-/// Makes the system answer every close() of this thread from now on with ENOSPC, as a network disk
-/// does that is full; false where it lets nobody do so.
+/// Makes every later close() of this thread fail with ENOSPC, as a full network disk does. False if
+/// the system does not allow that.
 bool FailEveryClose() {
   sock_filter program[] = {
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -207,7 +207,7 @@ TEST(SpecialFile, ADiskThatIsFullOnlyWhenTheFileIsClosedIsAFailedWrite) {
     EXPECT_EQ(writer.SystemError(), ULONG{ENOSPC});
     ExpectNoSpace(path);
   }).join();
-  if (!possible) GTEST_SKIP() << "the system bars it";
+  if (!possible) GTEST_SKIP() << "the system does not allow it";
 }
 
 }  // namespace vosmere::test::special_file

@@ -1,11 +1,12 @@
-// `vosmere` with what only this system has: names that are bytes, pipes, a disk that is always
-// full, and a count of what is opened.
+// `vosmere` with things that only Linux has: file names that are arbitrary bytes, pipes, a device
+// that is always full, and a count of how often a file is opened.
 #include <sys/inotify.h>
 #include <unistd.h>
 
 #include <algorithm>
 
 #include "tests/support/document.h"
+#include "tests/support/loopback_server.h"
 #include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "tests/support/tool.h"
@@ -15,16 +16,16 @@ namespace vosmere::test::tool {
 constexpr char kDocument[] =
     "<opml><head><title>t</title></head><body><outline text='Q&amp;A'/></body></opml>";
 
-/// How often a file is opened while this lives.
+/// Counts how often a file is opened while this lives.
 class OpenCount {
  public:
   explicit OpenCount(const std::filesystem::path& file) : events_(inotify_init1(IN_NONBLOCK)) {
-    // With the closing, as equal events behind each other become one.
+    // Closing is watched as well, because equal events in a row are merged into one.
     EXPECT_GE(inotify_add_watch(events_, file.c_str(), IN_OPEN | IN_CLOSE), 0);
   }
   ~OpenCount() { close(events_); }
 
-  /// Since the last time.
+  /// The number since the last call.
   std::ptrdiff_t Take() {
     inotify_event events[64];
     const ssize_t count =
@@ -74,13 +75,23 @@ TEST(ToolPosix, AFullDiskIsTold) {
   }
 }
 
+TEST(ToolPosix, AReplyDoesNotSteerTheTerminal) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", "1234");
+  LoopbackServer server({ReplyOk("a\x1B[31m\r\nb\tc\u009B")});
+  const Outcome seen = RunTool("post " + server.host() + " / " + (folder / "in").string(),
+                               "sh -c 'script -qec \"$*\" /dev/null' sh ");
+  EXPECT_THAT(seen.out, testing::AllOf(HasSubstr("[" + std::string(40, '#') + "] 100% of 0.0 MB"),
+                                       HasSubstr("\na\\u001B[31m\nb\tc\\u009B\n")));
+}
+
 TEST(ToolPosix, ADocumentThatComesOnlyOnceIsReadButNotWithoutEnd) {
   const TempFolder folder;
   WriteBytes(folder / "in", kDocument);
   const std::string piped = "cat " + Quoted(folder / "in") + " | ";
   for (const char* const file : {"-", "/dev/stdin"})
     EXPECT_THAT(RunTool(std::string("check ") + file, piped).out, HasSubstr(": fine"));
-  EXPECT_EQ(RunTool("check /dev/zero").exitCode, 2);
+  EXPECT_EQ(RunTool("check /dev/zero", "ulimit -d 16000; ").exitCode, 1);
   EXPECT_EQ(RunTool("check - </").exitCode, 2);
 }
 

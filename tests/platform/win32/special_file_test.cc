@@ -1,4 +1,4 @@
-// What is no plain file: pipes and devices, some of which have the names of files.
+// Paths that are not regular files: pipes and devices, some of which have the names of files.
 #include <windows.h>
 
 #include "tests/support/test.h"

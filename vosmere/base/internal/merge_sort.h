@@ -5,8 +5,8 @@
 
 namespace vosmere::chain {
 
-/// Takes the longest run off the front of `rest`: cells that are in order already, or that are all
-/// in the opposite order, which is turned round.
+/// Takes the longest run off the front of `rest`: cells that are already in order, or that are all
+/// in the opposite order, which is then reversed.
 template <class Cell, class Before>
 Cell* TakeRun(Cell*& rest, Before isBefore) {
   Cell *run = rest, *last = rest, *next = rest->next;
@@ -39,7 +39,7 @@ Cell* Merge(Cell* first, Cell* second, Before isBefore) {
   return head;
 }
 
-/// Sorts by the `next` links alone and leaves every `prev` as it is. `isBefore(a, b)` is a strict
+/// Sorts using only the `next` links and leaves every `prev` as it is. `isBefore(a, b)` is a strict
 /// weak order. Takes one pass when the cells are in that order or the opposite one.
 template <class Cell, class Before>
 Cell* MergeByNext(Cell* head, Before isBefore) {

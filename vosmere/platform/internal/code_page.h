@@ -16,6 +16,9 @@ namespace vosmere {
 inline constexpr unsigned kCodePageSystem = 0;
 inline constexpr unsigned kCodePageUtf8 = 65001;
 
+/// Any other number is a code page as Windows counts them, for example 932; one that the platform
+/// does not have makes the conversions fail.
+
 /// Converts `length` code units into at most `capacity` bytes and returns the number of bytes
 /// written. With a capacity of 0 it returns the number needed. A result of 0 also means that the
 /// text does not fit, or that its length does not fit an int. No terminating null is written.

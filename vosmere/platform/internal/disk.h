@@ -1,7 +1,8 @@
-// Files that must survive a crash: what is made, locked, flushed, renamed and removed on a disk.
+// Files that must survive a crash: creating, locking, writing, flushing, renaming and removing
+// them.
 //
-// Every call that changes the disk goes through one place, where tests can see it, make it fail or
-// let the process end. Paths are read as File reads them (file.h).
+// Every call that changes the disk goes through one place, where tests can watch it, make it fail
+// or end the process. Paths follow the rules of File (file.h).
 #pragma once
 
 #include <cstddef>
@@ -19,11 +20,11 @@ using PathText = std::basic_string<WChar>;
 /// A call that changes the disk, or takes a lock, as tests see it.
 struct DiskCall {
   enum Kind {
-    kCreate,  ///< an empty file that was not there
+    kCreate,  ///< a new, empty file
     kTakeOver,
     kWrite,
     kFlush,
-    kClose,  ///< of a file that was written
+    kClose,  ///< of a file that was written to
     kReplace,
     kMoveNew,
     kRemove,
@@ -33,27 +34,26 @@ struct DiskCall {
   };
   Kind kind;
   const WChar* path;
-  const WChar* to = nullptr;       ///< of kReplace and kMoveNew
-  FilePiece bytes = {nullptr, 0};  ///< of kWrite
-  std::uint64_t position = 0;      ///< of kWrite
+  const WChar* to = nullptr;       ///< for kReplace and kMoveNew
+  FilePiece bytes = {nullptr, 0};  ///< for kWrite
+  std::uint64_t position = 0;      ///< for kWrite
 };
 
-/// Sees every such call of the process, from any thread.
+/// Called for every such call of the process, on any thread.
 class DiskWatch {
  public:
   virtual ~DiskWatch() = default;
-  /// An error number makes the call fail with it, without being made; 0 lets it happen. A write
-  /// takes at most `*most` bytes; another call with a `*most` of 0 counts as done without being
-  /// made.
+  /// A result other than 0 is an error number: the call fails with it and is not made. A write is
+  /// limited to `*most` bytes; any other call is not made, but succeeds, if `*most` is set to 0.
   virtual ULONG Before(const DiskCall& call, std::size_t* most) = 0;
   virtual void After(const DiskCall& call, ULONG error) = 0;
 };
-/// Null ends it. Nothing may be at work on the disk meanwhile.
+/// Sets the watch; null removes it. The disk must not be in use meanwhile.
 void WatchDiskForTesting(DiskWatch* watch);
 
-/// A file open for reading, or a new one for reading and writing at its end. Others may read,
-/// write, rename and remove it meanwhile, on every system. Operations return false on failure and
-/// leave the system's error number in `error()`.
+/// A file that is open for reading, or also for writing at its end. Other programs may read, write,
+/// rename and remove it meanwhile, on every system. Operations return false on failure and leave
+/// the system's error number in `error()`.
 class DiskFile {
  public:
   DiskFile() = default;
@@ -61,34 +61,35 @@ class DiskFile {
   DiskFile& operator=(DiskFile&& other) noexcept;
   ~DiskFile() { Close(); }
 
-  /// An existing file. A folder, a pipe or a device fails.
+  /// Opens an existing file. Fails for a folder, a pipe and a device.
   bool OpenToRead(const WChar* path);
-  /// The same, for writing at its end.
+  /// The same, also for writing at its end.
   bool OpenToUpdate(const WChar* path);
-  /// The same, for being locked while it is replaced; it may not be readable then. Fails where the
-  /// file may not be written; on Windows the replacing does.
+  /// The same, for locking a file while it is replaced; the file need not be readable. Fails if it
+  /// cannot be written; on Windows, replacing it fails instead.
   bool OpenToHold(const WChar* path);
-  /// A file that was not there, to read and write. Nobody else may read it where it is private, as
-  /// far as the system knows such a thing.
+  /// Creates a file for reading and writing; fails if it exists. If it is private, only this user
+  /// can read it; on Windows this makes no difference.
   bool CreateNew(const WChar* path, bool isPrivate);
 
-  /// Never waits. False without an error when somebody else holds the lock. A lock ends with the
-  /// file's handle, also when the process does.
+  /// Does not wait. False without an error when another program holds the lock. The lock is
+  /// released when the file is closed, also by the end of the process.
   bool TryLock();
-  /// Whether the path still leads to this file.
+  /// Whether the path still refers to this file.
   bool IsAt(const WChar* path);
-  /// Takes over whom the other file belongs to, and who may do what with it; what the system does
-  /// not let this user take over leaves nobody with more rights than they had. On Windows nothing:
-  /// replacing does it.
+  /// Takes over owner, group and permissions of the other file. If the system does not let this
+  /// user do that, nobody gets more permissions than before. Does nothing on Windows, where
+  /// replacing a file does it.
   bool TakeOverRights(const DiskFile& other);
 
   bool ReadAt(std::uint64_t position, void* bytes, std::size_t capacity, std::size_t* got);
-  /// All of the bytes at the end of the file, in however many calls.
+  /// Appends all bytes, with as many calls as that takes.
   bool Write(const void* bytes, std::size_t size);
-  /// Until the disk has what was written.
+  /// Waits until the disk has stored what was written.
   bool Flush();
   bool Size(std::uint64_t* size);
-  /// The file is closed in any case. False when the system could not store what was written.
+  /// Closes the file, which is closed even on failure. False when the system could not store what
+  /// was written.
   bool Close();
 
   bool IsOpen() const { return handle_ != kNone; }
@@ -108,32 +109,34 @@ class DiskFile {
   ULONG error_ = 0;
 };
 
-// Each returns the system's error number, 0 for success.
+// Each of these returns the system's error number, 0 for success.
 
-/// `from` takes the place of `to`, which it may have or not: at every moment one of them is there.
+/// Renames `from` to `to`, replacing a file of that name. At every moment either the old or the new
+/// one is there.
 ULONG ReplaceDiskFile(const WChar* from, const WChar* to);
-/// The same where `to` is not there; an error where it is.
+/// Renames `from` to `to`; an error if `to` exists.
 ULONG MoveToNewPlace(const WChar* from, const WChar* to);
 ULONG RemoveDiskFile(const WChar* path);
-/// One that is there already is fine.
+/// Succeeds if the folder exists.
 ULONG MakeFolder(const WChar* path);
-/// Until the disk has what was made, renamed and removed in the folder.
+/// Waits until the disk has stored which files were created, renamed and removed in the folder.
+/// Does not wait on Windows, which has no call for it.
 ULONG FlushFolder(const WChar* path);
 
 enum class PathKind { kNothing, kFile, kFolder, kOther, kLinkToNothing };
-/// What a path leads to, and where to once links are followed; `*target` need not exist. Links in a
-/// circle are an error.
+/// Finds out what a path refers to, and stores the path without links in `*target`, which need not
+/// exist. Links in a circle are an error.
 ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind);
 
-// Error numbers of this system.
+// For the error numbers of this system.
 bool IsNotThere(ULONG error);
 bool IsAlreadyThere(ULONG error);
 /// Whether TryLock failed because the file system has no locks.
 bool HasNoLocks(ULONG error);
-/// In UTF-8, without a full stop.
+/// The message in UTF-8, without a full stop.
 std::string SystemMessage(ULONG error);
 
-/// Splits before the last separator: "folder/" and "name".
+/// The position after the last separator, between "folder/" and "name".
 std::size_t NameStart(const PathText& path);
 
 }  // namespace vosmere

@@ -1,5 +1,5 @@
-// The system's own calls behind disk.h, which alone uses them. Each returns the system's error
-// number, 0 for success.
+// The system calls for disk.h; only disk.cc uses them. Each returns the system's error number, 0
+// for success.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ using Handle = std::intptr_t;
 enum class Opening { kToRead, kToUpdate, kToHold, kNew, kNewPrivate };
 
 ULONG Open(const WChar* path, Opening opening, Handle* handle);
-/// One call, which may write less.
+/// A single call, which may write fewer bytes.
 ULONG WriteAt(Handle file, std::uint64_t position, const void* bytes, std::size_t size,
               std::size_t* written);
 ULONG ReadAt(Handle file, std::uint64_t position, void* bytes, std::size_t capacity,
@@ -30,9 +30,9 @@ ULONG MoveNew(const WChar* from, const WChar* to);
 ULONG Remove(const WChar* path);
 ULONG MakeFolder(const WChar* path);
 ULONG FlushFolder(const WChar* path);
-/// Whether a call was broken off before it did anything, and is to be made again.
+/// Whether a call was interrupted before it did anything, so that it must be made again.
 bool IsInterrupted(ULONG error);
-/// For a disk that takes nothing and says no more.
+/// The error for a disk that accepts no bytes and reports no error.
 ULONG NoProgress();
 
 }  // namespace vosmere::disk_calls

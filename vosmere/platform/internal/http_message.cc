@@ -5,6 +5,7 @@
 #include <charconv>
 #include <limits>
 
+#include "vosmere/base/ascii.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
 
@@ -57,7 +58,7 @@ std::string RequestTarget(const WChar* path) {
   if (text.empty() || text[0] != '/') target = "/";
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
-    // What is percent-encoded already stays as it is; a "#" would end the path.
+    // What is already percent-encoded stays as it is; a "#" would end the path.
     if (byte > ' ' && byte < 0x7F && byte != '#')
       target += c;
     else
@@ -81,8 +82,12 @@ bool ParseLength(std::string_view text, std::uint64_t* length) {
 }
 
 void RequestHead::Set(std::string_view line) {
-  const auto nameOf = [](std::string_view header) { return header.substr(0, header.find(':')); };
-  std::erase_if(added, [&](const std::string& known) { return nameOf(known) == nameOf(line); });
+  const std::string_view name = line.substr(0, line.find(':'));
+  std::erase_if(added, [&](std::string_view known) {
+    known = known.substr(0, known.find(':'));
+    return std::equal(known.begin(), known.end(), name.begin(), name.end(),
+                      [](char a, char b) { return ascii::Fold(a) == ascii::Fold(b); });
+  });
   added.emplace_back(line);
 }
 

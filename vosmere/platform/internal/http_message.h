@@ -37,7 +37,7 @@ bool ParseLength(std::string_view text, std::uint64_t* length);
 
 /// The request line and header of a POST request.
 struct RequestHead {
-  /// Adds a header line, replacing an added one with the same name.
+  /// Adds a header line, replacing an added one with the same name (case-insensitive, as HTTP is).
   void Set(std::string_view line);
   std::string target;
   std::string host;

@@ -15,7 +15,7 @@ namespace vosmere {
 class Thread {
  public:
   using Clock = std::chrono::steady_clock;
-  using Entry = unsigned (*)(void*);
+  using Entry = unsigned(VOSMERE_THREAD_CALL*)(void*);
 
   static constexpr ULONG kNoThread = 0xFFFFFFFF;
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "vosmere/platform/posix/utf8.h"
@@ -42,7 +43,7 @@ class Conversion {
   std::size_t written() const { return written_; }
 
   /// Converts as much as possible and advances `in` past it. False, with the reason in errno, when
-  /// something is left.
+  /// a part remains.
   bool Run(const char*& in, std::size_t& size) {
     for (;;) {
       const std::size_t room = room_;
@@ -98,10 +99,26 @@ std::size_t Convert(const char* to, const char* from, const Unit* text, std::siz
   return conversion.Run(theEnd, size) ? conversion.written() : 0;
 }
 
+/// The name of a code page for iconv. Most have their number in it, those of Unix do not.
+std::string NameOf(unsigned codePage) {
+  constexpr struct {
+    unsigned codePage;
+    const char* name;
+  } kNames[] = {{20866, "KOI8-R"}, {21866, "KOI8-U"}, {20932, "EUC-JP"}, {54936, "GB18030"}};
+  if (codePage == kCodePageSystem) return nl_langinfo(CODESET);
+  for (const auto& row : kNames)
+    if (row.codePage == codePage) return row.name;
+  constexpr unsigned kIso8859 = 28590;
+  const bool isIso = codePage > kIso8859 && codePage <= kIso8859 + 16;
+  return isIso ? "ISO-8859-" + std::to_string(codePage - kIso8859)
+               : "CP" + std::to_string(codePage);
+}
+
 /// Whether a code page is UTF-8. The "C" locale is treated as UTF-8, of which its ASCII is a
 /// subset: programs that never call setlocale would otherwise lose all letters beyond ASCII.
 bool IsUtf8(unsigned codePage) {
   if (codePage == kCodePageUtf8) return true;
+  if (codePage != kCodePageSystem) return false;
   const std::string_view name = nl_langinfo(CODESET);
   return name == "UTF-8" || name == "ANSI_X3.4-1968";
 }
@@ -111,7 +128,7 @@ bool IsUtf8(unsigned codePage) {
 int WideToBytes(unsigned codePage, const WChar* text, int length, char* bytes, int capacity) {
   if (length <= 0 || capacity < 0) return 0;
   if (!IsUtf8(codePage))
-    return Result(Convert(nl_langinfo(CODESET), kWideName, text, length, bytes, capacity));
+    return Result(Convert(NameOf(codePage).c_str(), kWideName, text, length, bytes, capacity));
   return Result(capacity ? utf8::Encode(text, length, bytes, capacity)
                          : utf8::EncodedLength(text, length));
 }
@@ -120,7 +137,7 @@ int BytesToWide(unsigned codePage, const char* bytes, int length, WChar* text, i
   if (length <= 0 || capacity < 0) return 0;
   if (!IsUtf8(codePage)) {
     const std::size_t room = capacity * sizeof(WChar);
-    return Result(Convert(kWideName, nl_langinfo(CODESET), bytes, length, text, room) /
+    return Result(Convert(kWideName, NameOf(codePage).c_str(), bytes, length, text, room) /
                   sizeof(WChar));
   }
   return Result(capacity ? utf8::Decode(bytes, length, text, capacity)

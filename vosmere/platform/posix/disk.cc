@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t kBlock = 1 << 20;  // written at once
 
-/// What a call that gives -1 for failure came to.
+/// The error number of a call that returns -1 for failure.
 ULONG ErrorOf(ssize_t result) {
   return result < 0 ? static_cast<ULONG>(errno) : 0;
 }
@@ -39,7 +39,7 @@ ULONG WithName(const WChar* path, Use use) {
   return NativePath(path, name) ? ErrorOf(use(name)) : static_cast<ULONG>(errno);
 }
 
-/// The access list, where the file and its system have one.
+/// Copies the access list, if the file has one and the file system has such lists.
 ULONG TakeOverAccessList(int from, int to) {
   constexpr const char* kName = "system.posix_acl_access";
   const ssize_t size = fgetxattr(from, kName, nullptr, 0);
@@ -80,7 +80,7 @@ ULONG WriteAt(Handle file, std::uint64_t position, const void* bytes, std::size_
   const auto place = static_cast<off_t>(position);
   const ssize_t count = pwrite(Descriptor(file), bytes, std::min(size, kBlock), place);
   *written = count < 0 ? 0 : static_cast<std::size_t>(count);
-  // The disk has something to do while the rest is written; the flush waits for it.
+  // Lets the disk begin to write this while the rest is handed over. Flush waits for it.
   if (*written == kBlock)
     sync_file_range(Descriptor(file), place, static_cast<off_t>(kBlock), SYNC_FILE_RANGE_WRITE);
   return ErrorOf(count);
@@ -121,8 +121,9 @@ ULONG IsAt(Handle file, const WChar* path, bool* isAt) {
   return IsNotThere(error) ? 0 : error;
 }
 
-// Owner and group first: changing them takes rights away again. Where the group cannot be kept, its
-// rights become those of everybody, which are no more than the old file gave.
+// Owner and group come first, because changing them removes permissions. If the group cannot be
+// kept, the group's permissions become those of everybody else, which are no more than the old file
+// gave.
 ULONG TakeOverRights(Handle from, Handle to) {
   struct stat old, now;
   if (fstat(Descriptor(from), &old) != 0) return ErrorOf(-1);
@@ -145,8 +146,8 @@ ULONG Replace(const WChar* from, const WChar* to) {
   });
 }
 
-// Where the file system cannot rename without replacing, a second name and the end of the first do
-// the same.
+// If the file system cannot rename without replacing, a second link and removing the first do the
+// same.
 ULONG MoveNew(const WChar* from, const WChar* to) {
   return WithName(from, [&](const char* source) {
     char target[PATH_MAX];
@@ -171,7 +172,7 @@ ULONG MakeFolder(const WChar* path) {
   });
 }
 
-// Some file systems have nothing to flush and say so.
+// Some file systems cannot flush a folder and report that.
 ULONG FlushFolder(const WChar* path) {
   int folder = -1;
   const ULONG error = WithName(path, [&](const char* name) {
@@ -195,14 +196,14 @@ ULONG NoProgress() {
 
 namespace {
 
-/// Sets `*path` to what the system calls `name`.
+/// Sets `*path` to the path of a file name.
 void SetPath(std::string_view name, PathText* path) {
   path->resize(name.size());
   const std::size_t units = PathOfName(name, path->data(), path->size());
   path->resize(units == utf8::kNoRoom ? 0 : units);
 }
 
-/// Where a path that leads to nothing would lead: its folder is there.
+/// The target of a path that does not exist: its folder does.
 ULONG TargetOfNothing(const char* name, PathText* target, PathKind* kind) {
   struct stat status;
   *kind = lstat(name, &status) == 0 ? PathKind::kLinkToNothing : PathKind::kNothing;

@@ -126,11 +126,9 @@ bool ReadKeyValue(HKEY key, const WChar* name, void* bytes, ULONG* size) {
   return UnlessLost(false, [&] {
     std::string value;
     if (!key || !key->file->ReadValue(key->path, ToU16(name), &value)) return false;
-    const std::size_t room = *size;
+    if (bytes && value.size() > *size) return false;
+    if (bytes) std::memcpy(bytes, value.data(), value.size());
     *size = static_cast<ULONG>(value.size());
-    if (!bytes) return true;
-    if (value.size() > room) return false;
-    std::memcpy(bytes, value.data(), value.size());
     return true;
   });
 }

@@ -1,4 +1,4 @@
-// UTF-16 and UTF-8, in blocks of 16 code units with SSE2 where the processor has it.
+// UTF-16 and UTF-8, in blocks of 16 code units with AVX2 or SSE2 where the processor has them.
 #include "vosmere/platform/posix/utf8.h"
 
 #include <algorithm>
@@ -11,24 +11,14 @@
 #include <emmintrin.h>
 #endif
 
-#include "vosmere/base/wide_view.h"
+#include "vosmere/platform/posix/utf8_avx2.h"
+#include "vosmere/platform/posix/utf8_character.h"
 
 namespace vosmere::utf8 {
 namespace {
 
-using Byte = unsigned char;
-
 /// Code units that are processed together.
 constexpr std::ptrdiff_t kBlock = 16;
-
-constexpr unsigned kReplacement = 0xFFFD;
-
-constexpr bool IsSurrogate(unsigned unit) {
-  return (unit & 0xF800) == 0xD800;
-}
-constexpr bool IsContinuation(unsigned byte) {
-  return (byte & 0xC0) == 0x80;
-}
 
 // CopyAscii copies the ASCII characters at the start of a block, and returns a bit for each code
 // unit of the block that is not ASCII. It reads and writes the whole block.
@@ -73,46 +63,6 @@ inline bool TakeAscii(const From*& in, To*& out) {
   in += count;
   out += count;
   return others == 0;
-}
-
-inline Byte Continuation(unsigned bits) {
-  return static_cast<Byte>(0x80 | (bits & 0x3F));
-}
-
-inline bool IsPair(const WChar* in) {
-  return IsHighSurrogate(in[0]) & IsLowSurrogate(in[1]);
-}
-
-inline int BytesOf(unsigned unit) {
-  return 1 + (unit >= 0x80) + (unit >= 0x800);
-}
-
-/// Encodes the character at `in` and advances both pointers.
-inline void EncodeOne(const WChar*& in, const WChar* end, Byte*& out) {
-  unsigned unit = *in++;
-  if (unit < 0x80) {
-    *out++ = static_cast<Byte>(unit);
-    return;
-  }
-  if (unit < 0x800) {
-    *out++ = static_cast<Byte>(0xC0 | unit >> 6);
-    *out++ = Continuation(unit);
-    return;
-  }
-  if (IsSurrogate(unit)) {
-    if (in != end && IsPair(in - 1)) {
-      unit = 0x10000 + ((unit & 0x3FF) << 10 | (*in++ & 0x3FF));
-      *out++ = static_cast<Byte>(0xF0 | unit >> 18);
-      *out++ = Continuation(unit >> 12);
-      *out++ = Continuation(unit >> 6);
-      *out++ = Continuation(unit);
-      return;
-    }
-    unit = kReplacement;
-  }
-  *out++ = static_cast<Byte>(0xE0 | unit >> 12);
-  *out++ = Continuation(unit >> 6);
-  *out++ = Continuation(unit);
 }
 
 // TakeEight encodes eight code units, or seven when a pair begins with the eighth. It returns false
@@ -210,74 +160,6 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
 
 #endif
 
-/// Length of the maximal ill-formed part at the start: the bytes that could have begun a character,
-/// at least one.
-inline int IllFormedLength(std::uint32_t bytes) {
-  const unsigned lead = bytes & 0xFF, second = bytes >> 8 & 0xFF, third = bytes >> 16 & 0xFF;
-  const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-  const unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-  if (lead < 0xE0 || lead > 0xF4 || second < low || second > high) return 1;
-  return lead >= 0xF0 && IsContinuation(third) ? 3 : 2;
-}
-
-// The character of two, three or four bytes at the start of `bytes`, whose first byte is in the
-// lowest bits; 0 when there is none.
-
-inline unsigned OfTwo(std::uint32_t bytes) {
-  if ((bytes & 0xC0E0) != 0x80C0) return 0;
-  const unsigned code = (bytes & 0x1F) << 6 | (bytes >> 8 & 0x3F);
-  return code >= 0x80 ? code : 0;
-}
-
-inline unsigned OfThree(std::uint32_t bytes) {
-  if ((bytes & 0xC0C0F0) != 0x8080E0) return 0;
-  const unsigned code = (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
-  return code >= 0x800 && !IsSurrogate(code) ? code : 0;
-}
-
-inline unsigned OfFour(std::uint32_t bytes) {
-  if ((bytes & 0xC0C0C0F8) != 0x808080F0) return 0;
-  const unsigned code =
-      (bytes & 0x07) << 18 | (bytes << 4 & 0x3F000) | (bytes >> 10 & 0xFC0) | (bytes >> 24 & 0x3F);
-  return code >= 0x10000 && code <= 0x10FFFF ? code : 0;
-}
-
-struct Character {
-  unsigned code;
-  int length;
-};
-
-/// Decodes the character at the start. Bytes beyond the end may be zero, since a zero never
-/// continues a character.
-inline Character DecodeOne(std::uint32_t bytes) {
-  if ((bytes & 0x80) == 0) return {bytes & 0x7F, 1};
-  if (const unsigned code = OfTwo(bytes)) return {code, 2};
-  if (const unsigned code = OfThree(bytes)) return {code, 3};
-  if (const unsigned code = OfFour(bytes)) return {code, 4};
-  return {kReplacement, IllFormedLength(bytes)};
-}
-
-inline std::uint32_t FourBytes(const Byte* in) {
-  return in[0] | in[1] << 8 | in[2] << 16 | std::uint32_t{in[3]} << 24;
-}
-
-inline std::uint32_t UpToFourBytes(const Byte* in, const Byte* end) {
-  if (end - in >= 4) return FourBytes(in);
-  std::uint32_t bytes = 0;
-  for (const Byte* last = end; last != in;) bytes = bytes << 8 | *--last;
-  return bytes;
-}
-
-inline void Put(unsigned code, WChar*& out) {
-  if (code < 0x10000) {
-    *out++ = static_cast<WChar>(code);
-    return;
-  }
-  out[0] = static_cast<WChar>(0xD7C0 + (code >> 10));
-  out[1] = static_cast<WChar>(0xDC00 | (code & 0x3FF));
-  out += 2;
-}
-
 /// Decodes characters of three bytes, then of two bytes, that begin before `limit`. They are the
 /// letters of most scripts and usually come in runs.
 inline void TakeAlike(const Byte*& in, const Byte* limit, WChar*& out) {
@@ -292,15 +174,14 @@ inline std::ptrdiff_t SafeLength(std::ptrdiff_t length, std::ptrdiff_t capacity,
   return std::min(length, capacity / most) - kBlock;
 }
 
-/// How far a conversion got.
-struct Reached {
-  const Byte* in;
-  WChar* out;
-};
-
 /// Decodes until the input or the output ends. The first loop works in blocks without checks, the
 /// second finishes with checks.
-Reached DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outEnd) {
+Decoding DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outEnd) {
+  if (end - in > kBlock && avx2::isUsed) {
+    const Decoding reached = avx2::DecodeBlocks({in, out}, end, outEnd);
+    in = reached.in;
+    out = reached.out;
+  }
   for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 1)) > 0;) {
     for (const Byte* const limit = in + safe; in < limit;) {
       if (TakeAscii(in, out)) continue;
@@ -333,6 +214,11 @@ std::size_t Encode(const WChar* text, std::size_t length, char* bytes, std::size
   Byte* out = begin;
   Byte* const outEnd = out + capacity;
 
+  if (end - in > kBlock && avx2::isUsed) {
+    const Encoding reached = avx2::EncodeBlocks({in, out}, end, outEnd);
+    in = reached.in;
+    out = reached.out;
+  }
   for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 3)) > 0;) {
     for (const WChar* const limit = in + safe; in < limit;) {
       if (TakeAscii(in, out)) continue;
@@ -368,7 +254,7 @@ std::size_t EncodedLength(const WChar* text, std::size_t length) {
 std::size_t Decode(const char* bytes, std::size_t length, WChar* text, std::size_t capacity) {
   const Byte* const begin = reinterpret_cast<const Byte*>(bytes);
   const Byte* const end = begin + length;
-  const Reached reached = DecodeWhileRoom(begin, end, text, text + capacity);
+  const Decoding reached = DecodeWhileRoom(begin, end, text, text + capacity);
   return reached.in == end ? reached.out - text : kNoRoom;
 }
 
@@ -378,7 +264,7 @@ std::size_t DecodedLength(const char* bytes, std::size_t length) {
   std::size_t units = 0;
   while (in != end) {
     WChar part[512];
-    const Reached reached = DecodeWhileRoom(in, end, part, std::end(part));
+    const Decoding reached = DecodeWhileRoom(in, end, part, std::end(part));
     in = reached.in;
     units += reached.out - part;
   }

@@ -11,8 +11,9 @@ namespace vosmere {
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-constexpr std::size_t kMostAtOnce = 1 << 30;  // a call's count has 32 bits
-// Locks of this system bar others from what they cover, so ours covers what no file has.
+constexpr std::size_t kMostAtOnce = 1 << 30;  // the count of a call has 32 bits
+// Locks on Windows keep others from reading the locked bytes, so a position after the end of any
+// file is locked.
 constexpr DWORD kLockedAt = 0x7FFFFFFF;
 
 HANDLE Native(disk_calls::Handle handle) {
@@ -36,7 +37,7 @@ DWORD Part(std::size_t size) {
   return static_cast<DWORD>(std::min(size, kMostAtOnce));
 }
 
-/// Tries once more for a moment: scanners and indexers open new files for as long.
+/// Retries for a moment, because virus scanners and indexers open new files for a short time.
 template <class Make>
 ULONG WhileInUse(Make make) {
   constexpr int kTries = 20;
@@ -138,8 +139,8 @@ ULONG TakeOverRights(Handle, Handle) {
   return 0;
 }
 
-// Replacing keeps the rights and the attributes of the old file; where there is none, the moving is
-// on the disk when the call comes back.
+// Replacing keeps the permissions and attributes of the old file. If there is none, the file is
+// moved, which is on the disk when the call returns.
 ULONG Replace(const WChar* from, const WChar* to) {
   const ULONG replaced = WhileInUse([&] {
     return ::ReplaceFileW(win32::Native(to), win32::Native(from), nullptr,
@@ -169,7 +170,7 @@ ULONG MakeFolder(const WChar* path) {
              : error;
 }
 
-// The system writes its folders through a journal of its own, and offers no way to wait for it.
+// Windows writes its folders through a journal, and has no call that waits for it.
 ULONG FlushFolder(const WChar* path) {
   return ::GetFileAttributesW(win32::Native(path)) == INVALID_FILE_ATTRIBUTES ? ErrorOf(FALSE) : 0;
 }
@@ -186,7 +187,7 @@ ULONG NoProgress() {
 
 namespace {
 
-/// Without the mark that the system puts before a resolved path, where a plain one says the same.
+/// Removes the prefix of a resolved path if the path means the same without it.
 PathText Plain(const std::wstring& path) {
   const std::wstring unc = L"\\\\?\\UNC\\", local = L"\\\\?\\";
   std::wstring plain = path;
@@ -220,7 +221,7 @@ ULONG ResolvedPath(HANDLE file, PathText* target) {
 
 }  // namespace
 
-// The path is made whole, since Wine replaces no file whose path is relative.
+// Makes the path absolute, because Wine does not replace a file with a relative path.
 ULONG FindTarget(const WChar* path, PathText* target, PathKind* kind) {
   const DWORD attributes = ::GetFileAttributesW(win32::Native(path));
   if (attributes == INVALID_FILE_ATTRIBUTES) {

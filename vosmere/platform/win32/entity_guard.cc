@@ -196,7 +196,7 @@ std::string EntityGuard::Expand(std::size_t doctype, std::size_t* content) {
 void EntityGuard::Spend(std::size_t bytes) {
   spent_ += bytes;
   if (spent_ > kFreeExpansion + document_.size())
-    RefuseHere(DocumentFault::kExpandsTooMuch, "the document expands to too much");
+    RefuseHere(DocumentFault::kExpandsTooMuch, "the document expands to too much text");
 }
 
 // --- declarations ---
@@ -265,7 +265,7 @@ void EntityGuard::ReadAttributes(Reader& in) {
     if (token == "(")
       while (TakeInDeclaration(in) != ")") continue;
     if (in.position() - values > kLongestDeclaration)
-      RefuseHere(DocumentFault::kExpandsTooMuch, "too many values are declared");
+      RefuseHere(DocumentFault::kExpandsTooMuch, "an attribute declares too many values");
     token = TakeInDeclaration(in);
     if (token == "#" && TakeInDeclaration(in) == "FIXED") token = TakeInDeclaration(in);
     if (!IsLiteral(token)) continue;
@@ -283,7 +283,7 @@ void EntityGuard::ReadInserted(Reader& in, int level) {
     return;
   }
   if (level >= kDeepestNesting)
-    RefuseHere(DocumentFault::kExpandsTooMuch, "entities are nested too deep");
+    RefuseHere(DocumentFault::kExpandsTooMuch, "entities are nested too deeply");
   inserted_ += found->second.text.size() + kReferenceCost;
   BoundSubset();
   Reader inserted(found->second.text);
@@ -297,7 +297,7 @@ Declared* EntityGuard::UsedByReference(Reader& in) {
   if (in.Take("#")) return nullptr;
   const std::string_view name = in.TakeName();
   if (name.empty() || !in.Take(";"))
-    RefuseHere(DocumentFault::kMalformed, "a reference has no name or no end");
+    RefuseHere(DocumentFault::kMalformed, "an entity reference is incomplete");
   if (std::find(std::begin(kPredefined), std::end(kPredefined), name) != std::end(kPredefined))
     return nullptr;
   const auto found = entities_.find(name);
@@ -339,7 +339,7 @@ Weight EntityGuard::Weigh(Reader in, int level) {
 
 Weight EntityGuard::WeighOnce(Declared& declared, int level) {
   if (level + declared.weight.levels > kDeepestNesting)
-    RefuseHere(DocumentFault::kExpandsTooMuch, "entities are nested too deep");
+    RefuseHere(DocumentFault::kExpandsTooMuch, "entities are nested too deeply");
   if (!declared.weighed) {
     if (declared.beingWeighed) RefuseHere(DocumentFault::kMalformed, "an entity refers to itself");
     declared.beingWeighed = true;

@@ -37,9 +37,7 @@ class Handle {
 class Watch {
  public:
   Watch(Handle& handle, LONGLONG milliseconds)
-      : timer_(::CreateThreadpoolTimer([](PTP_CALLBACK_INSTANCE, void* watched,
-                                          PTP_TIMER) { static_cast<Handle*>(watched)->Close(); },
-                                       &handle, nullptr)),
+      : timer_(::CreateThreadpoolTimer(&Watch::End, &handle, nullptr)),
         end_(::GetTickCount64() + static_cast<ULONGLONG>(milliseconds)) {
     ULARGE_INTEGER due;
     due.QuadPart = static_cast<ULONGLONG>(-10000LL * milliseconds);
@@ -59,6 +57,10 @@ class Watch {
   bool Passed() const { return ::GetTickCount64() >= end_; }
 
  private:
+  static void CALLBACK End(PTP_CALLBACK_INSTANCE, void* watched, PTP_TIMER) {
+    static_cast<Handle*>(watched)->Close();
+  }
+
   PTP_TIMER timer_;
   ULONGLONG end_;
 };

@@ -6,7 +6,7 @@
 
 namespace vosmere {
 
-// Each success has its end, also where COM was there already.
+// Each success needs a CoUninitialize, also if COM was initialised before.
 ParserThread::ParserThread() : ends_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
 
 ParserThread::~ParserThread() {

@@ -34,6 +34,7 @@ namespace {
 
 constexpr IID kDocument2 = {
     0x2933bf95, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+constexpr int kDeepestWithoutPlaces = 256;  // the limit of a DOM that does not report places
 constexpr HRESULT kDeeperThanAllowed = static_cast<HRESULT>(0xC00CEE81);
 
 [[noreturn]] void Throw(DocumentFault fault, ULONG systemError, const char* reason) {
@@ -98,10 +99,14 @@ void Create(Document* document) {
   error.line = line;
   error.column = column;
   win32::SetReason(&error, Ours(L"the document is not well-formed"));
-  if (line == 0)
-    win32::FindErrorPlace(source, &error);
-  else if (reason.vt == VT_BSTR)
-    win32::SetReason(&error, Ours(reason.bstrVal));
+  if (line == 0) {
+    win32::FindErrorPlace(source, kDeepestWithoutPlaces, &error);
+  } else {
+    DocumentError found;  // no DOM reports the element
+    win32::FindErrorPlace(source, kMaxXmlDepth, &found);
+    std::memcpy(error.element, found.element, sizeof error.element);
+    if (reason.vt == VT_BSTR) win32::SetReason(&error, Ours(reason.bstrVal));
+  }
   if (code == kDeeperThanAllowed) error.fault = DocumentFault::kTooDeep;
   throw failure;
 }
@@ -185,7 +190,7 @@ void XmlDocument::LoadFile(const WChar* path) {
   File file;
   std::uint64_t size = 0;
   if (!file.Open(path) || !file.Size(&size))
-    Throw(DocumentFault::kCannotOpen, file.error(), "the file does not open");
+    Throw(DocumentFault::kCannotOpen, file.error(), "the file cannot be opened");
   ByteArray array(size);
   std::size_t got = 0;
   if (!file.ReadFully(array.data(), size, &got) || got < size)
@@ -198,7 +203,7 @@ void XmlDocument::LoadText(const WChar* text) {
   const SystemText source(text ? text : Ours(L""));
   const WideView view(source.get());
   if (WellFormedLength(view) != view.size)  // the parser accepts it after the root element
-    Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is no character");
+    Throw(DocumentFault::kMalformed, 0, "an unpaired surrogate is not a character");
   BlankEncoding(source.get());
   const win32::XmlUnits units{WideView(source.get())};
   // Only a document type declaration can make a document expand.
@@ -226,7 +231,7 @@ XmlNode XmlDocument::Root() const {
   return XmlNodeHandle::Make(root.Detach());
 }
 
-// The DOM does not tell.
+// The DOM does not know the places of its nodes.
 void XmlDocument::PlaceOf(const XmlNode&, LONG* line, LONG* column) const {
   *line = *column = 0;
 }
@@ -291,6 +296,16 @@ XmlNode XmlNode::NextSibling() const {
 
 // --- attributes ---
 
+namespace {
+
+bool IsWine() {
+  static const bool isWine =
+      ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+  return isWine;
+}
+
+}  // namespace
+
 XmlAttributes::XmlAttributes(const XmlNode& element) {
   Counted<IXMLDOMNamedNodeMap> map;
   Check(Node(element.handle_)->get_attributes(map.out()));
@@ -311,8 +326,8 @@ bool XmlAttributes::Next() {
   const HRESULT result =
       static_cast<IXMLDOMNamedNodeMap*>(attributes_)->get_item(index_++, attribute.out());
   // Wine counts a default namespace declaration as an attribute, but returns E_OUTOFMEMORY when it
-  // is asked for it.
-  if (result == E_OUTOFMEMORY) return Next();
+  // is asked for it. On Windows memory has run out, and an attribute would be missing.
+  if (result == E_OUTOFMEMORY && IsWine()) return Next();
   Check(result);
   name_ = NameOf(Node(attribute.get()));
   OwnedVariant value;

@@ -7,9 +7,15 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
+#include "vosmere/platform/internal/element_path.h"
 #include "vosmere/platform/win32/xml_units.h"
 
 namespace vosmere::win32 {
@@ -55,20 +61,39 @@ class FirstReason : public OnStack<ISAXErrorHandler, kSaxErrorHandler> {
   bool told_ = false;
 };
 
-/// Stops the reader at elements that are nested deeper than the DOM allows.
-class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
+/// Keeps the open elements, and stops the reader at elements that are nested deeper than the DOM
+/// allows. No exception leaves it.
+class OpenElements : public OnStack<ISAXContentHandler, kSaxContentHandler> {
  public:
-  explicit DepthLimit(DocumentError* error) : error_(error) {}
+  OpenElements(int deepest, DocumentError* error) : deepest_(deepest), error_(error) {}
+
+  /// Stores the path of the innermost element, unless memory ran out.
+  void StorePath() const {
+    if (outOfMemory_) return;
+    for (std::size_t i = open_.size(); i-- > 0;) {
+      const std::wstring& name = open_[i].name;
+      if (!PrecedeElement(error_, {Ours(name.data()), name.size()}, open_[i].position)) return;
+    }
+  }
 
   using Text = const wchar_t*;
-  HRESULT WINAPI startElement(Text, int, Text, int, Text, int, ISAXAttributes*) override {
-    if (++depth_ <= kDeepest) return S_OK;
+  HRESULT WINAPI startElement(Text, int, Text, int, Text name, int length,
+                              ISAXAttributes*) override {
+    try {
+      Open element{std::wstring(name, static_cast<std::size_t>(length))};
+      if (!open_.empty()) element.position = ++open_.back().children[element.name];
+      open_.push_back(std::move(element));
+    } catch (const std::bad_alloc&) {
+      outOfMemory_ = true;
+    }
+    if (++depth_ <= deepest_) return S_OK;
     error_->fault = DocumentFault::kTooDeep;
-    SetReason(error_, Ours(L"elements are nested too deep"));
+    SetReason(error_, Ours(L"elements are nested too deeply"));
     return E_FAIL;
   }
   HRESULT WINAPI endElement(Text, int, Text, int, Text, int) override {
     --depth_;
+    if (!open_.empty()) open_.pop_back();
     return S_OK;
   }
   HRESULT WINAPI putDocumentLocator(ISAXLocator*) override { return S_OK; }
@@ -82,10 +107,17 @@ class DepthLimit : public OnStack<ISAXContentHandler, kSaxContentHandler> {
   HRESULT WINAPI skippedEntity(Text, int) override { return S_OK; }
 
  private:
-  static constexpr int kDeepest = 256;  // the limit of a DOM that does not report places
+  struct Open {
+    std::wstring name;
+    std::size_t position = 1;  // among its siblings of the same name
+    std::unordered_map<std::wstring, std::size_t> children = {};  // how many of each name
+  };
 
+  int deepest_;
   DocumentError* error_;
+  std::vector<Open> open_;
   int depth_ = 0;
+  bool outOfMemory_ = false;
 };
 
 /// Delivers a document piece by piece. When the reader gives up, the last piece contains the error;
@@ -126,7 +158,7 @@ class Feed : public OnStack<ISequentialStream, kSequentialStream> {
 };
 
 /// Runs the SAX reader. False when there is no error or no reader.
-bool Fails(Feed* feed, DocumentError* error) {
+bool Fails(Feed* feed, int deepest, DocumentError* error) {
   CLSID clsid;
   Counted<ISAXXMLReader> reader;
   if (FAILED(::CLSIDFromProgID(L"Msxml2.SAXXMLReader", &clsid)) ||
@@ -134,13 +166,14 @@ bool Fails(Feed* feed, DocumentError* error) {
                                 reinterpret_cast<void**>(reader.out()))))
     return false;
   FirstReason reason(error);
-  DepthLimit depth(error);
+  OpenElements elements(deepest, error);
   VARIANT source;
   source.vt = VT_UNKNOWN;
   source.punkVal = feed;
   reader->putErrorHandler(&reason);
-  reader->putContentHandler(&depth);
+  reader->putContentHandler(&elements);
   const bool failed = FAILED(reader->parse(source));
+  if (failed) elements.StorePath();
   reader->putErrorHandler(nullptr);
   reader->putContentHandler(nullptr);
   return failed;
@@ -160,14 +193,14 @@ void SetReason(DocumentError* error, const WChar* reason) {
 
 // The first run finds the piece with the error. A reader may process a piece only after it has
 // received the next one, so the second run reads single code units from the piece before.
-void FindErrorPlace(std::string_view bytes, DocumentError* error) {
+void FindErrorPlace(std::string_view bytes, int deepest, DocumentError* error) {
   const XmlUnits units(bytes);
   std::size_t place = bytes.size();
   Feed rough(bytes, bytes.size(), units.width());
-  if (Fails(&rough, error)) {
+  if (Fails(&rough, deepest, error)) {
     Feed careful(bytes, rough.before(), units.width());
     DocumentError sameAgain;
-    place = Fails(&careful, &sameAgain) ? careful.last() : rough.last();
+    place = Fails(&careful, deepest, &sameAgain) ? careful.last() : rough.last();
   }
   error->line = error->column = 1;
   for (std::size_t i = units.MarkLength(); i < place / units.width(); ++i) {

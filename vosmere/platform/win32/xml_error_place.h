@@ -11,9 +11,9 @@ namespace vosmere::win32 {
 /// Stores `reason` as one line of UTF-8, without a full stop.
 void SetReason(DocumentError* error, const WChar* reason);
 
-/// Stores the line, column and reason of the error that the system's SAX reader finds in `bytes`.
-/// The fault becomes kTooDeep if the nesting is the reason. When the reader finds no error or does
-/// not exist, the place is the end of the document.
-void FindErrorPlace(std::string_view bytes, DocumentError* error);
+/// Stores the line, column, element and reason of the error that the system's SAX reader finds in
+/// `bytes`. The fault becomes kTooDeep if more than `deepest` levels are the reason. When the
+/// reader finds no error or does not exist, the place is the end of the document.
+void FindErrorPlace(std::string_view bytes, int deepest, DocumentError* error);
 
 }  // namespace vosmere::win32

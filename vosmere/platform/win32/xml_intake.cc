@@ -61,7 +61,8 @@ bool DeclaresShiftingEncoding(std::string_view bytes) {
 /// Converts a UTF-16 document to UTF-8, without its byte-order mark.
 std::string Utf8(const XmlUnits& units) {
   if (units.size() > std::numeric_limits<int>::max() / 3)
-    Refuse(DocumentFault::kExpandsTooMuch, "the document is too large to be expanded");
+    Refuse(DocumentFault::kExpandsTooMuch,
+           "the document is too large for its entities to be expanded");
   std::vector<WChar> wide;
   for (std::size_t i = units.MarkLength(); i < units.size(); ++i)
     wide.push_back(static_cast<WChar>(units[i]));
@@ -130,7 +131,7 @@ void CheckEnd(std::string_view bytes) {
   if (end * units.width() == bytes.size()) return;
   const std::string_view before = bytes.substr(0, end * units.width());
   const std::string utf8 = units.width() == 2 ? Utf8(XmlUnits(before)) : std::string(before);
-  Refuse(DocumentFault::kMalformed, "the document goes on after its end", utf8);
+  Refuse(DocumentFault::kMalformed, "the document continues after its end", utf8);
 }
 
 }  // namespace vosmere::win32

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "vosmere/storage/internal/bytes.h"
+#include "vosmere/base/internal/bytes.h"
 #include "vosmere/storage/internal/checksum.h"
 
 namespace vosmere {

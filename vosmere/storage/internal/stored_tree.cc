@@ -54,11 +54,6 @@ void DeleteAll(RNode* top) {
 
 }  // namespace
 
-RNode* StoredTree::LocalRoot(const RNode* link) {
-  const CColctNode* const colct = ColctOf(link);
-  return colct ? colct->GetLocRNodeRoot() : nullptr;
-}
-
 StoredTree::~StoredTree() {
   if (root_) DeleteAll(root_);
 }

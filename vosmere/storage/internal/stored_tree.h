@@ -7,7 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "vosmere/storage/internal/item_fields.h"
+#include "vosmere/collections/internal/stored_fields.h"
+#include "vosmere/collections/internal/whole_tree.h"
 #include "vosmere/storage/internal/number_map.h"
 #include "vosmere/storage/internal/references.h"
 #include "vosmere/tree/tree_link.h"
@@ -103,25 +104,8 @@ class StoredTree : private LinkLookup {
   /// it, local trees of collections included, until it is false.
   template <class Visit>
   static bool Walk(RNode* top, Visit visit) {
-    struct Step {
-      RNode* link;
-      RNode* parent;
-      bool isLocal;
-    };
-    if (!top) return true;
-    std::vector<Step> steps = {{top, top->parent, false}};
-    while (!steps.empty()) {
-      const Step step = steps.back();
-      steps.pop_back();
-      if (step.link->next && step.link != top && !step.isLocal)
-        steps.push_back({step.link->next, step.parent, false});
-      if (step.link->firstChild) steps.push_back({step.link->firstChild, step.link, false});
-      if (RNode* const local = LocalRoot(step.link)) steps.push_back({local, step.link, true});
-      if (!visit(step.link, step.parent, step.isLocal)) return false;
-    }
-    return true;
+    return WalkWhole(top, true, visit);
   }
-  static RNode* LocalRoot(const RNode* link);
 
  private:
   static constexpr std::size_t kDescribedAtOnce = std::size_t{32} * 1024;

@@ -1,45 +1,14 @@
 // An index of a hash table's entries by their whole keys.
 #include "vosmere/tabs/internal/hash_index.h"
 
-#include <chrono>
 #include <cstring>
-#include <random>
 #include <utility>
 
+#include "vosmere/base/internal/keyed_hash.h"
 #include "vosmere/tabs/hash_table.h"
 
 namespace vosmere {
 namespace {
-
-std::uint64_t Draw() {
-  try {
-    std::random_device device;
-    return std::uint64_t{device()} << 32 | device();
-  } catch (...) {  // without random numbers, the time is harder to guess than a constant
-    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-    return static_cast<std::uint64_t>(now) * 0x9E3779B97F4A7C15;
-  }
-}
-
-const std::uint64_t* Secret() {
-  static const std::uint64_t secret[] = {Draw(), Draw()};
-  return secret;
-}
-
-/// Both halves of the product, mixed: every bit of the result depends on all bits of `a` and `b`.
-std::uint64_t MultiplyAndFold(std::uint64_t a, std::uint64_t b) {
-#ifdef __SIZEOF_INT128__
-  __extension__ typedef unsigned __int128 Product;
-  const Product product = static_cast<Product>(a) * b;
-  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-#else
-  constexpr std::uint64_t kLow = 0xFFFFFFFF;
-  const std::uint64_t low = (a & kLow) * (b & kLow), high = (a >> 32) * (b >> 32);
-  const std::uint64_t cross = (a & kLow) * (b >> 32), other = (a >> 32) * (b & kLow);
-  const std::uint64_t middle = (low >> 32) + (cross & kLow) + (other & kLow);
-  return ((low & kLow) | middle << 32) ^ (high + (cross >> 32) + (other >> 32) + (middle >> 32));
-#endif
-}
 
 std::uint64_t FourUnits(const WChar* units) {
   std::uint64_t word;
@@ -54,7 +23,8 @@ std::uint64_t LastUnits(const WChar* units, std::size_t count) {
   return word;
 }
 
-/// The length with units from the start, the middle and the end: enough to tell apart a few keys.
+/// The length with code units from the start, the middle and the end: enough to distinguish a few
+/// keys.
 std::uint64_t Sample(WideView key) {
   constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
   if (key.size < 4) return LastUnits(key.data, key.size) * kOdd + key.size;
@@ -65,7 +35,7 @@ std::uint64_t Sample(WideView key) {
 
 }  // namespace
 
-HashIndex::HashIndex() : secret_(Secret()) {}
+HashIndex::HashIndex() : secret_(HashSecret()) {}
 
 std::uint64_t HashIndex::Hash(WideView key) const {
   if (IsSmall()) return Sample(key);
@@ -113,7 +83,7 @@ CHashData* HashIndex::Find(WideView key) const {
   return nullptr;
 }
 
-// The entries after the hole move up, unless their homes are after it, so that no search ends
+// The entries after the gap move up, unless their home slots come after it, so that no search ends
 // early.
 void HashIndex::Remove(const CHashData* entry) {
   std::size_t hole = IsSmall() ? 0 : Home(Hash(entry->Key()));

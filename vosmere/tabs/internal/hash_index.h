@@ -33,9 +33,9 @@ class HashIndex {
  private:
   // Linear probing in `capacity_` slots, a power of two. At most two thirds of them are taken.
   struct Slot {
-    const WChar* key = nullptr;  // the entry's, which spares looking at the entry
+    const WChar* key = nullptr;  // that of the entry, so that the entry itself need not be read
     CHashData* entry = nullptr;
-    std::uint64_t hash = 0;  // while there are few, a sample of the key
+    std::uint64_t hash = 0;  // a sample of the key as long as there are few entries
   };
 
   bool IsSmall() const { return capacity_ <= kSmallCapacity; }

@@ -32,7 +32,7 @@ struct NameDifference {
     for (; (first = ascii::Fold(*a)) == (second = ascii::Fold(*b)) && first != 0; ++a, ++b) {
     }
   }
-  bool FirstIsBeginning() const { return first == 0; }  // or equal to the second
+  bool FirstIsBeginning() const { return first == 0; }  // also true if both are equal
   bool AreEqual() const { return first == second; }
 };
 
@@ -45,9 +45,9 @@ void SortNamesUp(Cell*& head, NameOf nameOf) {
   });
 }
 
-/// Sorts from Z to A, in two steps: with every name before those that begin with it, and then each
-/// such group by where the copies of that name were. Until the end `prev` keeps the cell's place,
-/// and whether its group is done.
+/// Sorts from Z to A in two steps: first with every name before those that begin with it, then each
+/// such group by where the copies of that name were. Until the end, `prev` holds the cell's
+/// original position, and whether its group is done.
 template <class Cell, class NameOf>
 class DescendingNameSort {
  public:
@@ -73,7 +73,7 @@ class DescendingNameSort {
   }
   NameDifference Compare(Cell* a, Cell* b) const { return {nameOf_(a), nameOf_(b)}; }
 
-  /// Arranges the group of the name at `at`. Returns where to go on: at the same place when there
+  /// Arranges the group of the name at `at`. Returns where to continue: at the same place if there
   /// are groups within this one.
   Cell** ArrangeGroup(Cell** at) const {
     Cell* const first = *at;
@@ -96,9 +96,9 @@ class DescendingNameSort {
     return at;
   }
 
-  /// Writes `count` copies of a name to `*end`, and the names that begin with it before, between
-  /// and after them as their places were. Returns the new end. Halves the copies, so that many
-  /// among many take no quadratic time.
+  /// Writes `count` copies of a name to `*end`, with the names that begin with it before, between
+  /// and after them, according to their original positions. Returns the new end. Halves the copies,
+  /// so that many longer names among many copies do not take quadratic time.
   static Cell** Place(Cell** end, Cell* copies, std::size_t count, Cell* longer) {
     if (count == 0 || !longer) return Append(Append(end, copies, count), longer, SIZE_MAX);
     Cell* middle = copies;

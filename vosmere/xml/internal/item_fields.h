@@ -62,7 +62,7 @@ inline void SayTimes(Report& report, const CNodeStat& stat) {
     if (!(stat.GetSetTimes() >> i & 1))
       unsaid += (unsaid.empty() ? "" : ", ") + std::string(kTimes[i]);
   if (unsaid.empty()) return;
-  const std::string what = "no time in the document (" + unsaid + "): a copy says now";
+  const std::string what = "no time in the document (" + unsaid + "): a copy gets the current time";
   report.Lose(LossKind::kUnsaid, what.c_str());
 }
 

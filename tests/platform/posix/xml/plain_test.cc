@@ -7,7 +7,7 @@ namespace vosmere::test::plain {
 
 using namespace std::string_literals;
 
-/// All that a plain document may have.
+/// Everything that a plain document can have.
 const std::string kRich =
     "\xEF\xBB\xBF<?xml version=\"1.0\" encoding='utf-8' standalone = \"yes\" ?>\r\n"
     "<!-- before --><?go there ?>\n"
@@ -28,7 +28,8 @@ TEST(PlainXml, IsWhatTheParserMakesOfIt) {
   }
 }
 
-/// Whether the document is plain. What is plain is no promise; that it is the same then is one.
+/// Whether the document is plain. Which documents are plain may change, but not what they are read
+/// as.
 bool IsTaken(const std::string& document) {
   const auto shown = ByTheFastPath(document);
   EXPECT_TRUE(!shown || shown == ByTheParser(document)) << document.substr(0, 1000);

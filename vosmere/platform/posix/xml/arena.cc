@@ -10,6 +10,7 @@
 #include <new>
 #include <utility>
 
+#include "vosmere/platform/internal/element_path.h"
 #include "vosmere/platform/posix/utf8.h"
 
 namespace vosmere::posix {
@@ -168,6 +169,17 @@ void XmlGrowth::Add(XmlRecord* node) {
   Parent& parent = open_.back();
   (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = node;
   parent.lastChild = node;
+}
+
+void XmlGrowth::StorePath(DocumentError* error) const {
+  for (std::size_t i = open_.size(); i-- > 0;) {
+    const XmlRecord* const element = open_[i].element;
+    std::size_t position = 1;
+    for (const XmlRecord* sibling = i > 0 ? open_[i - 1].element->firstChild : element;
+         sibling != element; sibling = sibling->next)
+      if (sibling->name == element->name) ++position;
+    if (!PrecedeElement(error, element->name->text, position)) return;
+  }
 }
 
 }  // namespace vosmere::posix

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "vosmere/base/document_error.h"
 #include "vosmere/base/wide_view.h"
 
 namespace vosmere::posix {
@@ -181,6 +182,8 @@ class XmlGrowth {
   void Open(XmlRecord* element) { open_.push_back({element, nullptr}); }
   /// Closes the innermost open element.
   void Close() { open_.pop_back(); }
+  /// Stores the path of the innermost open element. Does not allocate.
+  void StorePath(DocumentError* error) const;
 
  private:
   struct Parent {

@@ -42,8 +42,8 @@ constexpr int kNamespaceFields = 2;
 /// The text for DocumentError::reason.
 const char* ReasonFor(DocumentFault fault) {
   switch (fault) {
-    case DocumentFault::kTooDeep: return "elements are nested too deep";
-    case DocumentFault::kExpandsTooMuch: return "the document expands to too much";
+    case DocumentFault::kTooDeep: return "elements are nested too deeply";
+    case DocumentFault::kExpandsTooMuch: return "the document expands to too much text";
     case DocumentFault::kRefersOutside: return "the text refers to an entity outside the document";
     case DocumentFault::kNoMemory: return "memory ran out";
     default: return "the document is not well-formed";
@@ -263,6 +263,7 @@ void Builder::Stop(DocumentFault fault) {
     error_.column = parser_->input->col;
   }
   std::snprintf(error_.reason, sizeof error_.reason, "%s", ReasonFor(fault));
+  growth_.StorePath(&error_);
 }
 
 void Builder::Note(const xmlError* error) {
@@ -273,6 +274,7 @@ void Builder::Note(const xmlError* error) {
   error_.column = error->int2;
   std::snprintf(error_.reason, sizeof error_.reason, "%s", error->message ? error->message : "");
   error_.reason[std::strcspn(error_.reason, "\n")] = 0;
+  growth_.StorePath(&error_);
 }
 
 // Fills `bytes` completely if possible: libxml2 misreads what follows a piece that is shorter and

@@ -33,7 +33,7 @@ bool BeginsPlainly(char byte) {
 
 FileSource::FileSource(const WChar* path) {
   if (!file_.Open(path, Waiting::kAllowed))
-    ThrowFileFailure(DocumentFault::kCannotOpen, file_.error(), "the file does not open");
+    ThrowFileFailure(DocumentFault::kCannotOpen, file_.error(), "the file cannot be opened");
 }
 
 int FileSource::Read(char* bytes, int capacity) {

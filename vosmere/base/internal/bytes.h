@@ -1,4 +1,4 @@
-// Numbers and texts as the store's files have them.
+// Numbers and texts as bytes, as the files of a store have them.
 //
 // Numbers are little-endian in groups of seven bits, the high bit set on all bytes but the last;
 // signed ones have their sign in the lowest bit. A text is a number and its units: 0 is null, else

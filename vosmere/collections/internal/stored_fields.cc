@@ -1,4 +1,4 @@
-#include "vosmere/storage/internal/item_fields.h"
+#include "vosmere/collections/internal/stored_fields.h"
 
 #include <new>
 #include <utility>

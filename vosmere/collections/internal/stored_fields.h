@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "vosmere/storage/internal/bytes.h"
+#include "vosmere/base/internal/bytes.h"
 #include "vosmere/tree/tree_link.h"
 
 namespace vosmere {

@@ -1,0 +1,172 @@
+// Trees that a script of bytes builds and edits, and what must be true of every merge of them. The
+// fuzzer writes the scripts, or a test does at random.
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tests/support/stored_tree.h"
+#include "vosmere/cpp/diff.h"
+#include "vosmere/cpp/lists.h"
+#include "vosmere/exchange/merge_trees.h"
+
+namespace vosmere::test {
+
+/// Edits a tree as one machine. What it adds gets identities and addresses of its own.
+class Machine {
+ public:
+  Machine(std::string name, std::string_view script) : name_(std::move(name)), script_(script) {}
+
+  vosmere::Tree Edited(const vosmere::Tree& from) {
+    vosmere::Tree tree = Copy(from);
+    while (!script_.empty()) Edit(tree);
+    return tree;
+  }
+
+ private:
+  unsigned Next() {
+    if (script_.empty()) return 0;
+    const auto byte = static_cast<unsigned char>(script_[0]);
+    script_.remove_prefix(1);
+    return byte;
+  }
+  std::string New(const char* what) { return what + name_ + std::to_string(++made_); }
+
+  void Edit(const vosmere::Tree& tree) {
+    std::vector<RNode*> links = {tree.get()}, folders = links;
+    for (CBaseNode& item : Items(tree)) {
+      links.push_back(item.GetRNode());
+      if (item.GetRNode()->type == NT_FOLDER) folders.push_back(item.GetRNode());
+    }
+    const unsigned what = Next();
+    RNode* const link = links[Next() % links.size()];
+    RNode* const folder = folders[Next() % folders.size()];
+    switch (what % 12) {
+      case 0: Add(folder, Identified(NewTree(New("folder ")))); return;
+      case 1: Add(folder, Identified(NewTree<CUrlNode>(New("page "), New("http://")))); return;
+      case 2: Add(folder, Identified(NewTree<CColctNode>(New("feed "), New("http://")))); return;
+      case 3:
+      case 4: Move(link, folder, what & 64 ? folder->firstChild : nullptr); break;
+      case 5: Move(link, link->parent, link->parent ? link->parent->firstChild : nullptr); return;
+      case 6:
+        if (what & 64) Remove(link);
+        return;
+      case 7: link->item->SetAsDeleted(what & 64); break;
+      case 8: SetName(*link->item, New("name ")); break;
+      case 9: SetDescription(*link->item, what & 64 ? New("text ") : ""); break;
+      case 10:
+        if (auto* const page = As<CUrlNode>(link)) AddTag(*page, New("tag"));
+        break;
+      default:
+        if (auto* const page = As<CUrlNode>(link)) SetAddress(*page, New("http://"));
+    }
+    link->item->SetVersion(link->item->GetVersion() + static_cast<int>(what >> 7) + 1);
+    link->item->GetNodeStat()->SetStatTime(0, static_cast<LONG>(what), 0, CNodeStat::kModified);
+  }
+  vosmere::Tree Identified(vosmere::Tree tree) {
+    tree->item->SetUUID(Wide(New("id ")));
+    return tree;
+  }
+
+  std::string name_;
+  std::string_view script_;
+  int made_ = 0;
+};
+
+/// What the user sees of each item, by identity; the root has none.
+using Contents = std::map<std::string, std::map<std::string, std::string>>;
+
+inline Contents ContentsOf(const vosmere::Tree& tree) {
+  Contents contents;
+  const auto add = [&](RNode* link) {
+    const CBaseNode& item = *link->item;
+    auto& fields = contents[ToUtf8(item.GetUUID())];
+    if (!fields.empty()) fields["identity"] += "twice";
+    fields["name"] = ToUtf8(item.GetName());
+    fields["description"] = ToUtf8(item.GetDescription());
+    fields["deleted"] = item.IsDeleted() ? "yes" : "no";
+    fields["folder"] = link->parent ? ToUtf8(link->parent->item->GetUUID()) : "";
+    const auto* const page = link->type == NT_FOLDER ? nullptr : static_cast<CUrlNode*>(link->item);
+    if (!page) return;
+    fields["address"] = ToUtf8(page->GetUrl());
+    std::set<std::string> tags;
+    for (const TextView tag : Tags(*page)) tags.insert(tag);
+    for (const std::string& tag : tags) fields["tags"] += tag + ' ';
+  };
+  add(tree.get());
+  for (CBaseNode& item : Items(tree)) add(item.GetRNode());
+  return contents;
+}
+
+/// Merges, and remembers what was in conflict.
+class Merger {
+ public:
+  vosmere::Tree operator()(const vosmere::Tree& base, const vosmere::Tree& ours,
+                           const vosmere::Tree& theirs) {
+    return vosmere::Tree(
+        MergeTrees(base.get(), ours.get(), theirs.get(), TreeParts::kLinks, Add, this));
+  }
+  /// What two results of the same changes differ in, but for what was in conflict.
+  std::string Differs(const vosmere::Tree& a, const vosmere::Tree& b) const {
+    const Contents first = ContentsOf(a), second = ContentsOf(b);
+    std::string all = Missing(first, second) + Missing(second, first);
+    for (const auto& [id, fields] : first)
+      if (const auto at = second.find(id); at != second.end())
+        for (const auto& [what, value] : fields)
+          if (at->second.at(what) != value && !conflicts_.contains({id, what}))
+            all += id + ' ' + what + ": " + value + " or " + at->second.at(what) + '\n';
+    return all;
+  }
+
+ private:
+  std::string Missing(const Contents& from, const Contents& in) const {
+    std::string all;
+    for (const auto& [id, fields] : from)
+      if (!in.contains(id) && !conflicts_.contains({id, "removal"})) all += id + " is missing\n";
+    return all;
+  }
+  static void Add(void* to, const MergeConflict& conflict) {
+    static_cast<Merger*>(to)->conflicts_.emplace(ToUtf8(conflict.merged->item->GetUUID()),
+                                                 conflict.what);
+  }
+
+  std::set<std::pair<std::string, std::string>> conflicts_;
+};
+
+/// What is wrong with the merge of two sides; empty if nothing is.
+inline std::string MergeProblem(const vosmere::Tree& base, const vosmere::Tree& a,
+                                const vosmere::Tree& b) {
+  Merger merge;
+  const vosmere::Tree merged = merge(base, a, b), swapped = merge(base, b, a);
+  std::string all;
+  const auto same = [&](const char* what, const vosmere::Tree& is, const vosmere::Tree& expected) {
+    if (Dump(is.get()) == Dump(expected.get())) return;
+    all += std::string(what) + " differ:\n";
+    for (const ItemChange& change : Diff(is, expected)) all += ToString(change) + '\n';
+  };
+  same("merge(merge(a, b), b) and merge(a, b)", merge(base, merged, b), merged);
+  same("merge(x, x, y) and y", merge(base, base, a), a);
+  same("merge(x, y, x) and y", merge(base, a, base), a);
+  all += merge.Differs(merged, swapped);
+  const Contents contents = ContentsOf(merged), old = ContentsOf(base);
+  for (const vosmere::Tree* side : {&a, &b})
+    for (const auto& [id, fields] : ContentsOf(*side))
+      if (!old.contains(id) && !contents.contains(id)) all += id + " was added and is lost\n";
+  for (const auto& [id, fields] : contents)
+    if (fields.contains("identity")) all += id + " is there twice\n";
+  for (const auto* side : {&a, &b})
+    if (Diff(base, *side).empty() != (Dump(base.get()) == Dump(side->get())))
+      all += "the differences are not those that there are\n";
+  Merger both;
+  const vosmere::Tree joined = both(nullptr, a, b);
+  same("merge(join, b) and join(a, b)", both(nullptr, joined, b), joined);
+  const vosmere::Tree other = both(nullptr, b, a);
+  return all + both.Differs(joined, other);
+}
+
+}  // namespace vosmere::test

@@ -1,0 +1,20 @@
+// The verb "merge": one document of two that have been changed independently.
+#pragma once
+
+#include <string>
+
+namespace vosmere::tool {
+
+struct MergeOptions {
+  std::string base;  ///< empty for none
+  std::string ours;
+  std::string theirs;
+  std::string out;
+  bool dryRun = false;  ///< prints what would change in ours, and writes nothing
+};
+
+/// Merges two trees or two collections, prints the conflicts to standard error and returns the exit
+/// code. Throws Failure.
+int Merge(const MergeOptions& options);
+
+}  // namespace vosmere::tool

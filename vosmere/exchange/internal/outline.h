@@ -1,0 +1,25 @@
+// Outlines as they are in the field, made into those that the reader of trees knows.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "vosmere/exchange/internal/repair_list.h"
+#include "vosmere/exchange/internal/tokens.h"
+
+namespace vosmere::exchange {
+
+/// Changes the attributes of an outline:
+/// - Known names in any case get their usual case.
+/// - A feed (with an address in xmlUrl, or with the type of a feed and a url) gets the type "rss".
+/// - A page (with the type of a link, or with no type but a url or nothing else than an htmlUrl)
+///   gets the type "link" and a url.
+/// - A title that differs from the text is left out, and so are blanks around addresses.
+/// Returns false for a saved search, which is to be left out.
+bool FixOutline(Token& outline, RepairList* repairs);
+
+/// The types of attributes that FixOutline knows, for a check of outlines that need no change.
+enum class OutlineType { kFeed, kLink, kSearch, kOther };
+OutlineType OutlineTypeOf(std::string_view word);
+
+}  // namespace vosmere::exchange
