@@ -137,8 +137,7 @@ class RandomChanges {
       case 1: {
         Collection colct = NewCollection(Text());
         Add<CUrlNode>(*colct, Text(), Text());
-        const SystemString uuid(RNTool::CreateUUID());
-        colct->SetUUID(uuid.get());
+        colct->SetUUID(Wide(std::to_string(random_())));
         Tree tree(RNode::New2(colct.release(), NT_COLCT));
         Add(folder, std::move(tree));
         break;

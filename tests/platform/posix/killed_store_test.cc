@@ -42,6 +42,7 @@ class KillingDisk : public DiskWatch {
 /// Runs `act` in a process of its own. True if the process was killed.
 template <class Act>
 bool IsKilled(Act act) {
+  std::fflush(stdout);  // or the child may print it as well
   const pid_t child = fork();
   if (child == 0) {
     act();
@@ -128,13 +129,7 @@ TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
     ASSERT_TRUE(store) << call << ": " << store.error();
     if (*flushed == 0) continue;
     const auto least = history.begin() + *flushed - 1;
-    // Identities are random, and differ between processes.
-    ASSERT_NE(std::find_if(least, history.end(),
-                           [&](const std::string& then) {
-                             return then.size() == Dump(store->tree()).size();
-                           }),
-              history.end())
-        << call;
+    ASSERT_TRUE(std::find(least, history.end(), Dump(store->tree())) != history.end()) << call;
   }
   EXPECT_GE(kills, 30);
 }
@@ -150,7 +145,7 @@ TEST(Killed, OrNotTwoProcessesThatSaveOneFileLoseNothingWithoutAWord) {
       (IsLongForm() ? std::chrono::milliseconds(10'000) : std::chrono::milliseconds(50));
   const auto addOnes = [&] {
     const FastDisk fast;
-    while (std::chrono::steady_clock::now() < end) {
+    while (*saves < 6 || std::chrono::steady_clock::now() < end) {
       FileMark before, after;
       ReadFileMark(W(path), &before, nullptr);
       const std::string next = std::to_string(std::atoi(ReadBytes(path).c_str()) + 1);
@@ -167,7 +162,6 @@ TEST(Killed, OrNotTwoProcessesThatSaveOneFileLoseNothingWithoutAWord) {
   addOnes();
   waitpid(child, nullptr, 0);
   EXPECT_EQ(ReadBytes(path), std::to_string(*saves));
-  EXPECT_GT(*saves, 5);
 }
 
 }  // namespace
