@@ -4,6 +4,7 @@
 #include <chrono>
 #include <memory>
 
+#include "vosmere/base/export.h"
 #include "vosmere/base/types.h"
 
 struct _SECURITY_ATTRIBUTES;  // the system's own, on Windows
