@@ -325,6 +325,16 @@ TEST_F(AStore, OfTheOtherPlatformBecomesTheSameBytes) {
   EXPECT_TRUE(ReadBytes(path / "checkpoint-2") == TestData("store/after"));
 }
 
+TEST_F(AStore, StaysWhereItIsWhenTheProgramGoesElsewhere) {
+  const fs::path here = fs::current_path();
+  fs::current_path(path.parent_path());
+  Result<Store> store = Store::Open("store");
+  fs::current_path(here);
+  ASSERT_TRUE(store) << store.error();
+  EXPECT_FALSE(store->Checkpoint());
+  EXPECT_TRUE(fs::exists(path / "checkpoint-2"));
+}
+
 TEST_F(AStore, OpensAnOldCheckpointAsItWas) {
   std::string first;
   std::uint64_t sequence = 0;

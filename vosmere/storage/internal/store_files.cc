@@ -72,7 +72,12 @@ std::string ReadLinks(RecordReader& reader, StoredTree* tree, CMD5Digest& digest
 
 }  // namespace
 
-StoreFiles::StoreFiles(const WChar* folder) : folder_(folder) {
+StoreFiles::StoreFiles(const WChar* folder) {
+  SetFolder(folder);
+}
+
+void StoreFiles::SetFolder(const PathText& folder) {
+  folder_ = folder;
   if (NameStart(folder_) != folder_.size()) folder_ += '/';
 }
 
@@ -93,6 +98,7 @@ bool StoreFiles::List(ULONG* error) {
   PathText target;
   *error = FindTarget(folder_.c_str(), &target, &kind);
   if (*error || !listing.Open(folder_.c_str())) return false;
+  SetFolder(target);  // the same, also when the program changes its current folder
   while (listing.Next()) {
     const PathText name = listing.Name();
     for (const FileKind file : {FileKind::kCheckpoint, FileKind::kChanges}) {

@@ -16,7 +16,8 @@ class StoreFiles {
  public:
   explicit StoreFiles(const WChar* folder);
 
-  /// Looks what is there. False, with the system's error, when the folder cannot be read.
+  /// Looks what is there, and makes a relative path whole. False, with the system's error, when the
+  /// folder cannot be read.
   bool List(ULONG* error);
   /// Rising.
   std::vector<std::uint64_t> checkpoints, logs;
@@ -34,6 +35,8 @@ class StoreFiles {
   bool Flush() const { return FlushFolder(folder_.c_str()) == 0; }
 
  private:
+  void SetFolder(const PathText& folder);
+
   PathText folder_;
 };
 
