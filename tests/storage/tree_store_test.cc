@@ -135,8 +135,9 @@ TEST_F(AStore, WithABrokenLogHoldsWhatCameBefore) {
       ASSERT_TRUE(store) << i << store.error();
       const std::string now = Dump(store->tree());
       ASSERT_NE(std::find(history.begin(), history.end(), now), history.end()) << i << " at " << at;
-      // Only a cut between two records cannot be seen.
-      ASSERT_TRUE(now == history.back() || Says(*store, "changes-1 ") || i % 4 == 1) << i;
+      const bool isSaid = Says(*store, "changes-1 ");
+      if (!isSaid && i % 4 == 1) break;  // a cut between two records cannot be seen
+      ASSERT_TRUE(now == history.back() || isSaid) << i;
       ASSERT_EQ(fs::exists(copy / "checkpoint-2"), !readOnly) << i;
     }
     // What could not be used is still there.
