@@ -96,7 +96,7 @@ def listed_faults(path):
     for row in pathlib.Path(path).read_text().splitlines():
         place, column, change = row.split("\t")[:3]
         name, number = place.split(":")
-        old, new = change.split(" -> ")
+        old, new = change.split(" -> ", 1)
         start = int(column) - 1
         yield name, int(number) - 1, start, start + len(old), old, new
 
@@ -288,10 +288,11 @@ def suites_in(paths):
 
 
 def suites_of(name):
-    """Those of a room's own tests."""
-    room = os.path.dirname(name)
-    room = room.split("/", 1)[1] if room.startswith("vosmere/") else room
-    return suites_in((TOP / "tests" / room).glob("**/*.cc"))
+    """Those of the tests of its folder, or of the nearest folder around it that has tests."""
+    folder = pathlib.Path(name.removeprefix("vosmere/")).parent
+    while not (TOP / "tests" / folder).exists():
+        folder = folder.parent
+    return suites_in((TOP / "tests" / folder).glob("**/*.cc"))
 
 
 def main():
