@@ -96,7 +96,7 @@ def listed_faults(path):
     for row in pathlib.Path(path).read_text().splitlines():
         place, column, change = row.split("\t")[:3]
         name, number = place.split(":")
-        old, new = change.split(" -> ")
+        old, new = change.split(" -> ", 1)
         start = int(column) - 1
         yield name, int(number) - 1, start, start + len(old), old, new
 
@@ -234,9 +234,6 @@ class Worker:
 
     def try_library(self, name):
         """The likeliest tests first, in a program that is built quickly, then all."""
-        if not self.clean and not self.make():
-            sys.exit("mutate: the tree does not build any more")
-        self.clean = True
         quick = self.make_quickly(name)
         if quick is None:
             return None
@@ -264,6 +261,9 @@ class Worker:
     def try_fault(self, fault):
         """The test that caught the fault, "" if none did, or None if the fault does not compile."""
         name, number, start, end, old, new = fault
+        if not self.clean and not self.make():  # the objects of the fault before
+            raise RuntimeError("the tree does not build any more")
+        self.clean = True
         path = self.source / name
         whole, times = path.read_text(), path.stat()
         lines = whole.split("\n")
@@ -288,10 +288,11 @@ def suites_in(paths):
 
 
 def suites_of(name):
-    """Those of a room's own tests."""
-    room = os.path.dirname(name)
-    room = room.split("/", 1)[1] if room.startswith("vosmere/") else room
-    return suites_in((TOP / "tests" / room).glob("**/*.cc"))
+    """Those of the tests of its folder, or of the nearest folder around it that has tests."""
+    folder = pathlib.Path(name.removeprefix("vosmere/")).parent
+    while not (TOP / "tests" / folder).exists():
+        folder = folder.parent
+    return suites_in((TOP / "tests" / folder).glob("**/*.cc"))
 
 
 def main():
@@ -336,7 +337,7 @@ def main():
                 sys.exit("mutate: the tests do not end without a fault")
             print(f"left out, fails without a fault: {failed}", file=sys.stderr)
             Worker.left_out.append(failed)
-        worker.seconds = 120
+        worker.seconds = 300
     threads = [threading.Thread(target=work, args=[worker]) for worker in workers]
     for thread in threads:
         thread.start()

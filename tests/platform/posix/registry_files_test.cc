@@ -153,12 +153,17 @@ TEST(RegistryFiles, ADamagedHiveIsReadOrRefusedWithoutHarm) {
     WriteBytes(file, sound.substr(0, size));
     EXPECT_EQ(ValueIn(file), "(refused)") << size;
   }
+  WriteBytes(file, sound);
+  const auto put = [&](std::size_t at, int byte) {
+    std::fstream(file, std::ios::binary | std::ios::in | std::ios::out)
+        .seekp(static_cast<std::streamoff>(at))
+        .put(static_cast<char>(byte));
+  };
   for (std::size_t at = 4096; at < sound.size(); ++at) {
     if (!sound[at]) continue;
-    std::string damaged = sound;
-    damaged[at] = static_cast<char>(damaged[at] ^ 0xFF);
-    WriteBytes(file, damaged);
+    put(at, sound[at] ^ 0xFF);
     ValueIn(file);
+    put(at, sound[at]);
   }
 }
 

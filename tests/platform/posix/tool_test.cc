@@ -10,6 +10,7 @@
 #include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "tests/support/tool.h"
+#include "vosmere/cpp/documents.h"
 
 namespace vosmere::test::tool {
 
@@ -91,6 +92,8 @@ TEST(ToolPosix, ADocumentThatComesOnlyOnceIsReadButNotWithoutEnd) {
   const std::string piped = "cat " + Quoted(folder / "in") + " | ";
   for (const char* const file : {"-", "/dev/stdin"})
     EXPECT_THAT(RunTool(std::string("check ") + file, piped).out, HasSubstr(": fine"));
+  std::istringstream endless(std::string(100'000, '<'));
+  EXPECT_FALSE(detail::ReadAll(endless, 1000));
   EXPECT_EQ(RunTool("check /dev/zero", "ulimit -d 16000; ").exitCode, 1);
   EXPECT_EQ(RunTool("check - </").exitCode, 2);
 }
