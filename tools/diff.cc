@@ -72,6 +72,12 @@ std::string ValueOf(const Json& value) {
   return value.is_string() ? value.get<std::string>() : value.is_null() ? "" : value.dump();
 }
 
+/// A time that one of the two does not state does not count.
+bool Differ(const Field& a, const Field& b) {
+  const bool isUnsaid = a.traits & kTime && (a.value.is_null() || b.value.is_null());
+  return !isUnsaid && a.value != b.value;
+}
+
 /// Prints each difference as it is found.
 class Printer : public DiffHandler {
  public:
@@ -97,8 +103,7 @@ class Printer : public DiffHandler {
     const Record before = a_.RecordAt(a), after = b_.RecordAt(b);
     const std::size_t count = std::min(before.fields.size(), after.fields.size());
     for (std::size_t i = 1; i < count; ++i)
-      if (before.fields[i].value != after.fields[i].value)
-        use(before.fields[i], after.fields[i]);
+      if (Differ(before.fields[i], after.fields[i])) use(before.fields[i], after.fields[i]);
   }
 
   ItemChange ChangeOf(const ItemDifference& difference) const {
