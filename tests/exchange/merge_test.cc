@@ -175,6 +175,19 @@ TEST(Merge, MakesWholeCollections) {
   EXPECT_EQ(Diff(ours, theirs).size(), 2u) << "the owner, and the text of the note";
 }
 
+TEST(Merge, FindsTheGenerationThatBothHaveStartedFrom) {
+  const auto built = [](const char* text, int build) {
+    vosmere::Tree tree = Written(text);
+    for (CBaseNode& item : Items(tree)) item.SetBaseBuild(build);
+    return tree;
+  };
+  vosmere::Tree generations[] = {built("r(x#9)", 4), built("r(a#1 b#2)", 5), built("r(a#1 b#2)", 4),
+                                 built("r(a#1)", 4)};
+  const vosmere::Tree ours = built("r(b#2 c)", 4), theirs = built("r(a#1 d#3)", 4);
+  EXPECT_EQ(FindBase(generations, ours, theirs), &generations[2]);
+  EXPECT_EQ(FindBase(generations, ours, built("r(a#1)", 6)), nullptr);
+}
+
 TEST(Merge, MakesNothingWithoutMemory) {
   const vosmere::Tree base = Written("r(N(a=x#1) b)"), ours = Written("r(N(a=x#1) c)"),
                       theirs = Written("r(b N(d=x#1) e=f)");
