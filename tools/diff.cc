@@ -36,11 +36,16 @@ class RecordOutline {
   std::string NameAt(std::size_t i) const {
     return items_[i].name.empty() ? "(no name)" : std::string(items_[i].name);
   }
-  /// The folders that the item is in, without the root.
+  /// The innermost folders that the item is in, without the root, and the beginnings of their
+  /// names: a hostile document would make the output too long with all.
   std::string FolderAt(std::size_t i) const {
     std::string folder;
-    for (i = items_[i].parent; i != 0; i = items_[i].parent)
-      folder = folder.empty() ? NameAt(i) : NameAt(i) + " > " + folder;
+    std::size_t names = 0;
+    for (i = items_[i].parent; i != 0; i = items_[i].parent) {
+      if (names++ == detail::kPlaceNames) return "... > " + folder;
+      const std::string name = detail::ShortName(Wide(items_[i].name));
+      folder = folder.empty() ? name : name + " > " + folder;
+    }
     return folder;
   }
 
