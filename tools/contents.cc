@@ -46,9 +46,9 @@ void AddTimes(Record& record, const CBaseNode& item) {
   const auto said = [&](LONG time, ULONG which) {
     return stat.GetSetTimes() & which ? Json(time) : Json();
   };
-  record.Add("added", said(added, CNodeStat::kAdded));
-  record.Add("modified", said(modified, CNodeStat::kModified));
-  record.Add("lastVisited", said(lastVisited, CNodeStat::kLastVisited));
+  record.Add("added", said(added, CNodeStat::kAdded), kTime);
+  record.Add("modified", said(modified, CNodeStat::kModified), kTime);
+  record.Add("lastVisited", said(lastVisited, CNodeStat::kLastVisited), kTime);
 }
 
 /// Adds a record for every cell of a chain. `contentOf` makes it from the content of the cell.

@@ -36,11 +36,16 @@ class RecordOutline {
   std::string NameAt(std::size_t i) const {
     return items_[i].name.empty() ? "(no name)" : std::string(items_[i].name);
   }
-  /// The folders that the item is in, without the root.
+  /// The innermost folders that the item is in, without the root, and the beginnings of their
+  /// names: a hostile document would make the output too long with all.
   std::string FolderAt(std::size_t i) const {
     std::string folder;
-    for (i = items_[i].parent; i != 0; i = items_[i].parent)
-      folder = folder.empty() ? NameAt(i) : NameAt(i) + " > " + folder;
+    std::size_t names = 0;
+    for (i = items_[i].parent; i != 0; i = items_[i].parent) {
+      if (names++ == detail::kPlaceNames) return "... > " + folder;
+      const std::string name = detail::ShortName(Wide(items_[i].name));
+      folder = folder.empty() ? name : name + " > " + folder;
+    }
     return folder;
   }
 
@@ -72,6 +77,12 @@ std::string ValueOf(const Json& value) {
   return value.is_string() ? value.get<std::string>() : value.is_null() ? "" : value.dump();
 }
 
+/// A time that one of the two does not state does not count.
+bool Differ(const Field& a, const Field& b) {
+  const bool isUnsaid = a.traits & kTime && (a.value.is_null() || b.value.is_null());
+  return !isUnsaid && a.value != b.value;
+}
+
 /// Prints each difference as it is found.
 class Printer : public DiffHandler {
  public:
@@ -97,8 +108,7 @@ class Printer : public DiffHandler {
     const Record before = a_.RecordAt(a), after = b_.RecordAt(b);
     const std::size_t count = std::min(before.fields.size(), after.fields.size());
     for (std::size_t i = 1; i < count; ++i)
-      if (before.fields[i].value != after.fields[i].value)
-        use(before.fields[i], after.fields[i]);
+      if (Differ(before.fields[i], after.fields[i])) use(before.fields[i], after.fields[i]);
   }
 
   ItemChange ChangeOf(const ItemDifference& difference) const {

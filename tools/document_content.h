@@ -13,11 +13,12 @@ namespace vosmere::tool {
 
 using Json = nlohmann::ordered_json;
 
-/// How a field is shown to people, as bits. JSON output contains all fields.
+/// How a field is shown to people, and what it is, as bits. JSON output contains all fields.
 enum Trait : unsigned {
   kPlain = 0,
   kOnLine = 1,   ///< after the name: a text itself, a number or a boolean as a mark
   kOwnLine = 2,  ///< on a line of its own
+  kTime = 4,     ///< a time; null where the document has none, and a copy would make one up
 };
 
 struct Field {

@@ -153,8 +153,10 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
   merge->add_option("OURS", options.ours)->required();
   merge->add_option("THEIRS", options.theirs)->required();
   merge
-      ->add_option("--base", options.base,
-                   "What both have started from; without it nothing counts as removed")
+      ->add_option("--base", options.bases,
+                   "What both have started from; without it nothing counts as removed. May be "
+                   "repeated, the newest first: the first with the base builds of both is used")
+      ->allow_extra_args(false)
       ->type_name("FILE");
   CLI::Option* const out =
       merge->add_option("-o,--output", options.out, "Where the result goes; may be OURS")

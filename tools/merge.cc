@@ -16,18 +16,6 @@ struct MergedDocument {
   std::vector<Conflict> conflicts;
 };
 
-template <class Kind>
-MergedDocument MergeAs(const AnyDocument* base, const AnyDocument& ours,
-                       const AnyDocument& theirs) {
-  static const Kind none;
-  const Kind& start = base ? std::get<Kind>(*base) : none;
-  auto merged = vosmere::Merge(start, std::get<Kind>(ours), std::get<Kind>(theirs));
-  if constexpr (std::is_same_v<Kind, Tree>)
-    return {std::move(merged.tree), std::move(merged.conflicts)};
-  else
-    return {std::move(merged.collection), std::move(merged.conflicts)};
-}
-
 AnyDocument LoadLike(const AnyDocument& first, const std::string& file) {
   AnyDocument document = LoadDocument(file);
   if (document.index() != first.index())
@@ -35,13 +23,33 @@ AnyDocument LoadLike(const AnyDocument& first, const std::string& file) {
   return document;
 }
 
-MergedDocument MergeFiles(const AnyDocument& ours, const MergeOptions& options) {
+/// One base is used as it is, for the user knows; of several, the one that fits.
+template <class Kind>
+const Kind* BaseOf(const std::vector<Kind>& bases, const Kind& ours, const Kind& theirs) {
+  if (bases.size() == 1) return &bases[0];
+  const Kind* const base = FindBase(bases, ours, theirs);
+  if (!base && !bases.empty()) std::cerr << "no base fits both sides; merged without\n";
+  return base;
+}
+
+template <class Kind>
+MergedDocument MergeAs(const AnyDocument& ours, const MergeOptions& options) {
   const AnyDocument theirs = LoadLike(ours, options.theirs);
-  std::optional<AnyDocument> base;
-  if (!options.base.empty()) base = LoadLike(ours, options.base);
-  const AnyDocument* const start = base ? &*base : nullptr;
-  if (std::holds_alternative<Tree>(ours)) return MergeAs<Tree>(start, ours, theirs);
-  if (std::holds_alternative<Collection>(ours)) return MergeAs<Collection>(start, ours, theirs);
+  std::vector<Kind> bases;
+  for (const std::string& file : options.bases)
+    bases.push_back(std::get<Kind>(LoadLike(ours, file)));
+  const Kind &left = std::get<Kind>(ours), &right = std::get<Kind>(theirs);
+  const Kind* const base = BaseOf(bases, left, right);
+  auto merged = base ? vosmere::Merge(*base, left, right) : vosmere::Merge(left, right);
+  if constexpr (std::is_same_v<Kind, Tree>)
+    return {std::move(merged.tree), std::move(merged.conflicts)};
+  else
+    return {std::move(merged.collection), std::move(merged.conflicts)};
+}
+
+MergedDocument MergeFiles(const AnyDocument& ours, const MergeOptions& options) {
+  if (std::holds_alternative<Tree>(ours)) return MergeAs<Tree>(ours, options);
+  if (std::holds_alternative<Collection>(ours)) return MergeAs<Collection>(ours, options);
   throw FileFailure(kBadFile, InputName(options.ours), "only trees and collections can be merged");
 }
 

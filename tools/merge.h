@@ -2,11 +2,12 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace vosmere::tool {
 
 struct MergeOptions {
-  std::string base;  ///< empty for none
+  std::vector<std::string> bases;  ///< the newest first; of several the one that fits is used
   std::string ours;
   std::string theirs;
   std::string out;

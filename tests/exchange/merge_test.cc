@@ -79,10 +79,11 @@ TEST(Merge, PutsItemsWhereTheyBelong) {
       {"r(a b c)", "r(b a c)", "r(c a b)", "r(b a c)", ""},
       {"r(a b)", "r(a)", "r(a b)", "r(a)", ""},
       {"r(F(a b))", "r()", "r(F(a b c))", "r(F(c))", "F removal;"},
-      {"r(F(x#1 y))", "r(x#1)", "r(F(x#1 y z))", "r(F(z) x)", "F removal;"},
-      {"r(A#1() B#2())", "r(A#1(B#2()))", "r(B#2(A#1()))", "r(A(B()))", "A folder;"},
-      {"r(A#1() B#2() C#3())", "r(A#1(B#2()) C#3())", "r(C#3(A#1()) B#2())", "r(C(A(B())))", ""},
-      {"r(A(x#1) B() C())", "r(A() B(x#1) C())", "r(A() B() C(x#1))", "r(A() B(x) C())",
+      {"r(F(x#1 y))", "r(x#1)", "r(F(x#1 y z))", "r(F(z) x#1)", "F removal;"},
+      {"r(A#1() B#2())", "r(A#1(B#2()))", "r(B#2(A#1()))", "r(A#1(B#2()))", "A folder;"},
+      {"r(A#1() B#2() C#3())", "r(A#1(B#2()) C#3())", "r(C#3(A#1()) B#2())", "r(C#3(A#1(B#2())))",
+       ""},
+      {"r(A(x#1) B() C())", "r(A() B(x#1) C())", "r(A() B() C(x#1))", "r(A() B(x#1) C())",
        "x folder;"},
       // Without a base.
       {nullptr, "r(a b)", "r(b c)", "r(a b c)", ""},
@@ -90,13 +91,19 @@ TEST(Merge, PutsItemsWhereTheyBelong) {
       {nullptr, "r(a)", "r(b)", "r(a b)", ""},
       {nullptr, "r(a=x)", "r(a=y b=x)", "r(a a)", "a name;"},
       {nullptr, "r(N(a=x) M())", "r(N() M(a=x))", "r(N(a) M(a))", ""},
-      {nullptr, "r(a=x#1)", "r(b=y#1)", "r(a)", "a name;a address;"},
-      {nullptr, "r(a#1)", "r(b#1 c#1)", "r(a c)", "a name;"},
+      {nullptr, "r(a=x#1)", "r(b=y#1)", "r(a#1)", "a name;a address;"},
+      {nullptr, "r(a#1)", "r(b#1 c#1)", "r(a#1 c)", "a name;"},
+      {nullptr, "r(a=x)", "r(a=x#1)", "r(a#1)", ""},
+      {nullptr, "r(a=x#2)", "r(a=x#1)", "r(a#1)", ""},
       {nullptr, nullptr, "r(a)", "r(a)", ""},
+  };
+  const auto label = [](const RNode* link) {
+    const std::string identity = ToUtf8(link->item->GetUUID());
+    return test::NameOf(link) + (identity.empty() ? "" : "#" + identity);
   };
   for (const auto& [base, ours, theirs, expected, conflicts] : kRows) {
     const Merged merged = Merge(Written(base), Written(ours), Written(theirs));
-    EXPECT_EQ(Shape(merged.tree.get()), expected) << ours << " and " << theirs;
+    EXPECT_EQ(Shape(merged.tree.get(), label), expected) << ours << " and " << theirs;
     std::string found;
     for (const Conflict& c : merged.conflicts)
       found += c.place.substr(c.place.rfind(' ') + 1) + ' ' + c.what + ';';
@@ -173,6 +180,19 @@ TEST(Merge, MakesWholeCollections) {
   EXPECT_EQ(Utf8(merged.collection->GetColctNetData()->GetOwner()), "me");
   EXPECT_TRUE(Diff(merged.collection, Merge(merged.collection, theirs).collection).empty());
   EXPECT_EQ(Diff(ours, theirs).size(), 2u) << "the owner, and the text of the note";
+}
+
+TEST(Merge, FindsTheGenerationThatBothHaveStartedFrom) {
+  const auto built = [](const char* text, int build) {
+    vosmere::Tree tree = Written(text);
+    for (CBaseNode& item : Items(tree)) item.SetBaseBuild(build);
+    return tree;
+  };
+  vosmere::Tree generations[] = {built("r(x#9)", 4), built("r(a#1 b#2)", 5), built("r(a#1 b#2)", 4),
+                                 built("r(a#1)", 4)};
+  const vosmere::Tree ours = built("r(b#2 c)", 4), theirs = built("r(a#1 d#3)", 4);
+  EXPECT_EQ(FindBase(generations, ours, theirs), &generations[2]);
+  EXPECT_EQ(FindBase(generations, ours, built("r(a#1)", 6)), nullptr);
 }
 
 TEST(Merge, MakesNothingWithoutMemory) {

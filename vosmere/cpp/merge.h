@@ -13,6 +13,7 @@
 
 #include <optional>
 #include <ostream>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -89,6 +90,28 @@ inline MergedCollection Merge(const Collection& base, const Collection& ours,
 }
 inline MergedCollection Merge(const Collection& ours, const Collection& theirs) {
   return Merge(nullptr, ours, theirs);
+}
+
+/// The first of the generations, the newest first, from which both sides can have started, by
+/// identities and base builds (CanHaveStartedFrom); null for none. They are of the same kind.
+inline const Tree* FindBase(std::span<const Tree> generations, const Tree& ours,
+                            const Tree& theirs) {
+  for (const Tree& base : generations)
+    if (CanHaveStartedFrom(base.get(), ours.get(), TreeParts::kLinks) &&
+        CanHaveStartedFrom(base.get(), theirs.get(), TreeParts::kLinks))
+      return &base;
+  return nullptr;
+}
+inline const Collection* FindBase(std::span<const Collection> generations, const Collection& ours,
+                                  const Collection& theirs) {
+  const detail::ColctLink a = detail::LinkOf(ours), b = detail::LinkOf(theirs);
+  for (const Collection& generation : generations) {
+    const detail::ColctLink base = detail::LinkOf(generation);
+    if (CanHaveStartedFrom(base.get(), a.get(), TreeParts::kWithLocalTrees) &&
+        CanHaveStartedFrom(base.get(), b.get(), TreeParts::kWithLocalTrees))
+      return &generation;
+  }
+  return nullptr;
 }
 
 /// The result of SaveMerged.

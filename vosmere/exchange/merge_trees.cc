@@ -6,6 +6,7 @@
 #include "vosmere/base/owned_text.h"
 #include "vosmere/collections/colct_node.h"
 #include "vosmere/exchange/internal/item_matcher.h"
+#include "vosmere/exchange/internal/merge_order.h"
 #include "vosmere/exchange/internal/merge_places.h"
 #include "vosmere/tree/tree_tool.h"
 

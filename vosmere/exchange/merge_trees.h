@@ -51,4 +51,9 @@ using MergeConflictReport = void (*)(void* to, const MergeConflict& conflict);
 VOSMERE_API RNode* MergeTrees(const RNode* base, const RNode* ours, const RNode* theirs,
                               TreeParts parts, MergeConflictReport report, void* to);
 
+/// Whether a side can have started from `base`, and so be merged with it: at least one identity is
+/// in both, and every item that is in both by its identity has the same base build. Throws
+/// std::bad_alloc.
+VOSMERE_API bool CanHaveStartedFrom(const RNode* base, const RNode* side, TreeParts parts);
+
 }  // namespace vosmere

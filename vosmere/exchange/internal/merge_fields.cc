@@ -64,7 +64,9 @@ std::uint64_t FieldMerge::NumberOf(const RNode* link) {
 }
 
 void FieldMerge::Take(const MergeItem& item, Side side) {
+  if (taken_[side] == item.links[side]) return;
   TakeFieldValues(*item.links[side], *this, &values_[side]);
+  taken_[side] = item.links[side];
 }
 
 bool FieldMerge::HaveSameContent(Side a, Side b) const {

@@ -44,7 +44,8 @@ class FieldMerge : private LinkLookup {
 
   MergeTable& table_;
   FieldValues values_[3], usual_;
-  std::uint32_t number_ = 0;  // of the item that is merged
+  const RNode* taken_[3] = {};  // whose values these are
+  std::uint32_t number_ = 0;    // of the item that is merged
   bool hasBase_ = false;
   LONG saidTimes_ = 0;
   std::unordered_map<const RNode*, std::uint32_t> numbers_;

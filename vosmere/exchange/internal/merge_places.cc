@@ -139,77 +139,10 @@ class Places {
   FieldMerge& fields_;
 };
 
-using Numbers = std::vector<std::uint32_t>;
-
-/// Puts what is only in `more` right after what it follows there; what follows nothing that both
-/// have, right before the first that both have, or at the end.
-void Insert(const Numbers& more, Numbers& into) {
-  if (more.empty()) return;
-  if (into.empty()) return void(into = more);
-  Numbers sorted = into;
-  std::sort(sorted.begin(), sorted.end());
-  const auto isThere = [&](std::uint32_t number) {
-    return std::binary_search(sorted.begin(), sorted.end(), number);
-  };
-  std::vector<std::pair<std::uint32_t, std::uint32_t>> after;  // what comes after what
-  std::uint32_t first = kNobody, last = kNobody;               // of those that both have
-  for (const std::uint32_t number : more) {
-    if (!isThere(number)) {
-      after.emplace_back(last, number);
-      continue;
-    }
-    last = number;
-    if (first == kNobody) first = number;
-  }
-  if (after.empty()) return;
-  std::stable_sort(after.begin(), after.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
-  Numbers merged;
-  const auto addAfter = [&](std::uint32_t number) {
-    auto at = std::lower_bound(after.begin(), after.end(), std::pair{number, std::uint32_t{0}});
-    for (; at != after.end() && at->first == number; ++at) merged.push_back(at->second);
-  };
-  for (const std::uint32_t number : into) {
-    if (number == first) addAfter(kNobody);
-    merged.push_back(number);
-    addAfter(number);
-  }
-  if (first == kNobody) addAfter(kNobody);
-  into.swap(merged);
-}
-
 }  // namespace
 
 void DecidePlaces(MergeTable& table, FieldMerge& fields) {
   Places(table, fields).Decide();
-}
-
-std::vector<Numbers> DecideOrder(const MergeTable& table) {
-  std::vector<Numbers> in[3];
-  const auto isAt = [&](std::uint32_t i, Side side) {
-    const MergeItem& item = table.items[i];
-    return item.stays && item.IsIn(side) && item.parents[side] == item.parent;
-  };
-  for (const Side side : {kBase, kOurs, kTheirs}) {
-    in[side].resize(table.items.size());
-    for (const std::uint32_t i : table.inOrder[side])
-      if (i != 0 && isAt(i, side)) in[side][table.items[i].parent].push_back(i);
-  }
-  const auto commonIn = [&](Side side, std::size_t folder) {
-    Numbers common;
-    for (const std::uint32_t i : in[side][folder])
-      if (isAt(i, kBase) && isAt(i, kOurs) && isAt(i, kTheirs)) common.push_back(i);
-    return common;
-  };
-  std::vector<Numbers> merged(table.items.size());
-  for (std::size_t folder = 0; folder < merged.size(); ++folder) {
-    const bool hasBase = table.items[folder].IsIn(kBase);
-    const bool oursIsOld = hasBase && commonIn(kOurs, folder) == commonIn(kBase, folder);
-    merged[folder] = std::move(in[oursIsOld ? kTheirs : kOurs][folder]);
-    Insert(in[oursIsOld ? kOurs : kTheirs][folder], merged[folder]);
-    Insert(in[kBase][folder], merged[folder]);
-  }
-  return merged;
 }
 
 }  // namespace vosmere

@@ -13,8 +13,4 @@ namespace vosmere {
 /// where the last writer wins and a move that would close a circle is left out.
 void DecidePlaces(MergeTable& table, FieldMerge& fields);
 
-/// The items in each item, in the merged order: that of the one side that has changed it, else that
-/// of ours; what only the other side has comes right after what it follows there.
-std::vector<std::vector<std::uint32_t>> DecideOrder(const MergeTable& table);
-
 }  // namespace vosmere
