@@ -164,8 +164,9 @@ vosmere::Tree Bookmarks(const char* name) {
 
 // What the plain writer writes without escaping comes back, and so do pages and bookmark files.
 TEST(Import, BringsBackWhatWasSaved) {
-  for (const char* const name : {"a", "Tom & Jerry", "a < b > c", "the \"best\" of", "\"quoted\"",
-                                 "AT&T", "1<2", "it's 'so'", "日本語 😀"}) {
+  for (const char* const name :
+       {"a", "Tom & Jerry", "a < b > c", "the \"best\" of", "\"quoted\"", "AT&T", "1<2",
+        "it's 'so'", "a \"b\"<c", "a \"b=c\" d", "日本語 😀"}) {
     SCOPED_TRACE(name);
     const vosmere::Tree tree = Bookmarks(name);
     const std::string whole = TextOf(tree.get());
