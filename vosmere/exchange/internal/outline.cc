@@ -47,7 +47,6 @@ class Fixing {
   Fixing(Token& outline, RepairList* repairs) : outline_(outline), repairs_(repairs) {}
 
   bool Run() {
-    for (Attribute& attribute : outline_.attributes) FixName(attribute);
     const Attribute* const type = Find("type");
     const OutlineType kind = OutlineTypeOf(type ? type->value : std::string_view());
     if (kind == OutlineType::kSearch) {
@@ -76,26 +75,24 @@ class Fixing {
     return found == outline_.attributes.end() ? nullptr : &*found;
   }
 
-  void Rename(Attribute& attribute, std::string_view name) {
-    if (attribute.name == name) return;
-    Add(RepairKind::kName, attribute.at, attribute.name, name);
-    attribute.name = name;
-  }
-
-  void FixName(Attribute& attribute) {
-    if (const auto* const row = FindNoCase(kNames, attribute.name)) Rename(attribute, row->name);
+  /// Renames an attribute; another one of the new name, which is blank, goes.
+  void Rename(std::string_view name, std::string_view newName) {
+    const Attribute old = *Find(name);
+    std::erase_if(outline_.attributes,
+                  [&](const Attribute& a) { return a.name == name || a.name == newName; });
+    outline_.attributes.push_back({newName, old.value, old.at});
+    Add(RepairKind::kName, old.at, name, newName);
   }
 
   void FixKind(OutlineType kind, bool hasType) {
-    Attribute* const url = Find("url");
-    Attribute* const home = Find("htmlUrl");
-    const bool isFeed = Find("xmlUrl") || kind == OutlineType::kFeed;
-    const bool isLone = !hasType && outline_.isEmpty && home;
-    if (isFeed && !Find("xmlUrl") && url) Rename(*url, "xmlUrl");
+    const bool hasUrl = Find("url"), hasHome = Find("htmlUrl"), hasFeed = Find("xmlUrl");
+    const bool isFeed = hasFeed || kind == OutlineType::kFeed;
+    const bool isLone = !hasType && outline_.isEmpty && hasHome;
+    if (isFeed && !hasFeed && hasUrl) Rename("url", "xmlUrl");
     if (isFeed) return SetType("rss", hasType);
-    if (kind != OutlineType::kLink && !url && !isLone) return;
-    if (!url && home) Rename(*home, "url");
-    if (url || home) SetType("link", hasType);
+    if (kind != OutlineType::kLink && !hasUrl && !isLone) return;
+    if (!hasUrl && hasHome) Rename("htmlUrl", "url");
+    if (hasUrl || hasHome) SetType("link", hasType);
   }
 
   void SetType(std::string_view word, bool hasType) {
@@ -127,6 +124,15 @@ class Fixing {
 OutlineType OutlineTypeOf(std::string_view word) {
   const auto* const row = FindNoCase(kTypes, Trimmed(word));
   return row ? row->type : OutlineType::kOther;
+}
+
+void NameAttributes(Token& outline, RepairList* repairs) {
+  for (Attribute& attribute : outline.attributes) {
+    const auto* const row = FindNoCase(kNames, attribute.name);
+    if (!row || attribute.name == row->name) continue;
+    if (repairs) repairs->Add(RepairKind::kName, attribute.at, attribute.name, row->name);
+    attribute.name = row->name;
+  }
 }
 
 bool FixOutline(Token& outline, RepairList* repairs) {

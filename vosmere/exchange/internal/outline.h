@@ -9,8 +9,10 @@
 
 namespace vosmere::exchange {
 
-/// Changes the attributes of an outline:
-/// - Known names in any case get their usual case.
+/// Gives the known attributes of an outline, in any case, their usual names.
+void NameAttributes(Token& outline, RepairList* repairs);
+
+/// Changes the attributes of an outline, which have different names:
 /// - A feed (with an address in xmlUrl, or with the type of a feed and a url) gets the type "rss".
 /// - A page (with the type of a link, or with no type but a url or nothing else than an htmlUrl)
 ///   gets the type "link" and a url.

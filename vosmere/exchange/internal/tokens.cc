@@ -229,27 +229,42 @@ bool Tokens::FindEndOfValue(std::size_t begin, char quote) {
 
 /// Whether an attribute or the end of the tag follows a quotation mark.
 bool Tokens::EndsValue(std::size_t quoteAt) const {
-  const std::size_t next = text_.find_first_not_of(" \t\r\n", quoteAt + 1);
-  if (next == text_.npos) return true;
-  const char c = text_[next];
-  if ((c == '/' || c == '?') && At(next + 1) == '>') return true;
-  if (c == '<') return true;
-  if (c == '>') {  // no text follows an outline: if some does, the value goes on
-    const char stops[] = {text_[quoteAt], '<', '\0'};
-    return !isOutline_ || At(text_.find_first_of(stops, next + 1)) != text_[quoteAt];
-  }
-  if (!BeginsName(c)) return false;
+  const std::size_t next = AfterBlanks(quoteAt + 1);
+  const char c = At(next);
+  if (c == '<') return !isOutline_ || BeginsKnownElement(next);
+  if (c == '>') return EndsTag(next);
+  if ((c == '/' || c == '?') && At(next + 1) == '>') return EndsTag(next + 1);
+  if (!BeginsName(c)) return next == text_.size();
   std::size_t end = next;
   while (end < text_.size() && end - next < kLongestName && !EndsName(text_[end])) ++end;
-  return At(std::min(text_.find_first_not_of(" \t\r\n", end), text_.size())) == '=';
+  const std::size_t equals = AfterBlanks(end);
+  if (At(equals) != '=') return false;
+  const char quote = At(AfterBlanks(equals + 1));
+  return !isOutline_ || quote == '"' || quote == '\'' ||
+         IsIn(kAttributes, text_.substr(next, end - next));
+}
+
+/// Whether a '>' after a value ends the tag. Markup follows the tag of an outline: if text does,
+/// the value goes on.
+bool Tokens::EndsTag(std::size_t close) const {
+  const std::size_t next = AfterBlanks(close + 1);
+  return !isOutline_ || next == text_.size() || BeginsMarkup(next);
+}
+
+std::size_t Tokens::AfterBlanks(std::size_t at) const {
+  return std::min(text_.find_first_not_of(" \t\r\n", at), text_.size());
+}
+
+bool Tokens::BeginsKnownElement(std::size_t at) const {
+  const std::size_t nameAt = at + 1 + (At(at + 1) == '/');
+  std::size_t end = nameAt;
+  while (end < text_.size() && end - nameAt < kLongestName && !EndsName(text_[end])) ++end;
+  return IsIn(kElements, text_.substr(std::min(nameAt, text_.size()), end - nameAt));
 }
 
 /// Whether a '<' begins one of the known elements, so that the value before it has lost its end.
 bool Tokens::EndsBeforeElement(std::size_t begin, std::size_t at) {
-  const std::size_t nameAt = at + 1 + (At(at + 1) == '/');
-  std::size_t end = nameAt;
-  while (end < text_.size() && end - nameAt < kLongestName && !EndsName(text_[end])) ++end;
-  if (!IsIn(kElements, text_.substr(nameAt, end - nameAt))) return false;
+  if (!BeginsKnownElement(at)) return false;
   std::size_t last = at;
   const auto drop = [&](auto test) {
     while (last > begin && test(text_[last - 1])) --last;

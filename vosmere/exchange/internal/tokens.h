@@ -78,6 +78,9 @@ class Tokens {
 
   bool FindEndOfValue(std::size_t begin, char quote);
   bool EndsValue(std::size_t quoteAt) const;
+  bool EndsTag(std::size_t close) const;
+  std::size_t AfterBlanks(std::size_t at) const;
+  bool BeginsKnownElement(std::size_t at) const;
   bool EndsBeforeElement(std::size_t begin, std::size_t at);
   bool EndsBeforeAttribute(std::size_t begin, std::size_t quoteAt);
   void Repair(RepairKind kind, std::size_t at, std::string_view found, std::string_view made);

@@ -72,6 +72,7 @@ class Pass {
   bool IsDeclaration(const Attribute& attribute);
   bool IsNewAttribute(Attribute& attribute, std::span<const Attribute> before);
   std::string_view Declare(std::string_view name, std::size_t at);
+  std::string_view Bound(std::string_view name) const;
   void CheckText(const Open& element, std::size_t end);
 
   void PutTag(const Token& tag);
@@ -153,11 +154,12 @@ void Pass::TakeStart(Token& token) {
   if (IsFaulty(token.name, name)) Repair(RepairKind::kName, token.at + 1, token.name, name);
   token.name = Declare(name, token.at + 1);
   CloseBefore(token);
+  if (token.name == "outline") NameAttributes(token, repairs_);
+  FixAttributes(token);
   if (token.name == "outline" && IsLeftOut(token)) {
     leftOutLevel_ = token.isEmpty ? 0 : 1;
     return;
   }
-  FixAttributes(token);
   PutTag(token);
   hasRoot_ = true;
   if (token.isEmpty) return;
@@ -175,9 +177,11 @@ bool Pass::IsLeftOut(Token& outline) {
   return (isOutside && hasOthers) || !FixOutline(outline, repairs_);
 }
 
+/// Closes what the tag shows to have ended, but never the root element.
 void Pass::CloseBefore(const Token& tag) {
-  if (IsIn(kNeverNested, tag.name) && CountOf(tag.name) > 0) Close(tag.name, tag);
-  while (!open_.empty() && IsIn(kLeaves, open_.back().name) && IsIn(kAfterLeaves, tag.name))
+  const int roots = !open_.empty() && open_.front().name == tag.name;
+  if (IsIn(kNeverNested, tag.name) && CountOf(tag.name) > roots) Close(tag.name, tag);
+  while (open_.size() > 1 && IsIn(kLeaves, open_.back().name) && IsIn(kAfterLeaves, tag.name))
     Close(open_.back().name, tag);
 }
 
@@ -202,7 +206,7 @@ void Pass::CloseInnermost(std::size_t contentEnd) {
 }
 
 void Pass::TakeEnd(const Token& token) {
-  const std::string_view name = Declare(names_.Element(token.name), token.at + 2);
+  const std::string_view name = Bound(names_.Element(token.name));
   if (CountOf(name) == 0) return Repair(RepairKind::kEndTag, token.at, token.text, {});
   if (open_.back().name == name) return CloseInnermost(token.at);
   Close(name, token);
@@ -235,19 +239,24 @@ void Pass::CheckText(const Open& element, std::size_t end) {
 
 // Attributes.
 
-/// A name whose prefix will be declared; every prefix is declared in the root element.
+/// A name without its prefix if that will not be declared: there can be too many of them.
+std::string_view Pass::Bound(std::string_view name) const {
+  const std::string_view prefix = PrefixOf(name);
+  const auto& prefixes = known_ ? known_->prefixes : facts_.prefixes;
+  const bool isBound = prefix.empty() || prefix == "xml" || prefixes.find(prefix) != prefixes.end();
+  return isBound ? name : name.substr(prefix.size() + 1);
+}
+
+/// The same for a name that is used. Every prefix is declared in the root element.
 std::string_view Pass::Declare(std::string_view name, std::size_t at) {
   const std::string_view prefix = PrefixOf(name);
-  if (prefix.empty() || prefix == "xml") return name;
-  const bool isNew = facts_.prefixes.find(prefix) == facts_.prefixes.end();
   const bool isFull = facts_.prefixes.size() == kMostPrefixes;
-  const bool isLost =
-      known_ ? known_->prefixes.find(prefix) == known_->prefixes.end() : isNew && isFull;
-  if (isLost) return name.substr(prefix.size() + 1);
-  if (isNew) facts_.prefixes.emplace(prefix);
-  if (isNew && known_ && known_->declared.find(prefix) == known_->declared.end())
+  if (prefix.empty() || prefix == "xml" || isFull) return Bound(name);
+  const bool isNew = facts_.prefixes.emplace(prefix).second;
+  const bool isMissing = known_ && known_->declared.find(prefix) == known_->declared.end();
+  if (isNew && isMissing)
     Repair(RepairKind::kPrefix, at, name, "xmlns:" + std::string(prefix) + "=\"...\"");
-  return name;
+  return Bound(name);
 }
 
 void Pass::FixAttributes(Token& tag) {
