@@ -7,44 +7,74 @@
 #include "tools/check.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
+#include "tools/merge.h"
 #include "tools/output.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
 namespace {
 
-/// What was imported as the document that the name of the output asks for.
-AnyDocument DocumentFor(Imported imported, const std::string& output) {
-  if (imported.collection && HasEnding(output, {".opml"})) {
-    RNode* const items = imported.collection->GetLocRNodeRoot();
-    SetName(*items->item, imported.collection->GetName());
-    imported.collection->SetLocRNodeRoot(nullptr);
-    return Tree(items);
-  }
-  if (imported.collection) return std::move(imported.collection);
-  if (HasEnding(output, {".rss", ".xml"})) return CollectionOf(std::move(imported.tree));
-  return std::move(imported.tree);
+Imported ImportOf(const std::string& name) {
+  const InputFile file(name);
+  Result<Imported> imported = Import(PathOf(file.name()));
+  if (!imported) throw FailureOf(InputName(name), imported.error());
+  for (const Repair& repair : imported->repairs)
+    std::cerr << InputName(name) << ':' << Printable(ToString(repair)) << '\n';
+  if (imported->moreRepairs > 0)
+    std::cerr << InputName(name) << ": further repairs: " << imported->moreRepairs << '\n';
+  return *std::move(imported);
 }
 
-SavedBytes Saved(const AnyDocument& document, const ImportOptions& options) {
-  if (IsBookmarkName(options.output)) return BookmarksOf(document, options.file);
-  return SaveDocument(document, options.file, kPlacesShown, true);
+Tree TreeOf(Imported imported) {
+  if (imported.tree) return std::move(imported.tree);
+  RNode* const items = imported.collection->GetLocRNodeRoot();
+  SetName(*items->item, imported.collection->GetName());
+  imported.collection->SetLocRNodeRoot(nullptr);
+  return Tree(items);
+}
+
+Collection CollectionOf(Imported imported) {
+  if (imported.collection) return std::move(imported.collection);
+  return CollectionOf(std::move(imported.tree));
+}
+
+/// What was imported as the document that the name of the output asks for.
+AnyDocument DocumentFor(Imported imported, const std::string& output) {
+  if (HasEnding(output, {".opml"})) return TreeOf(std::move(imported));
+  if (HasEnding(output, {".rss", ".xml"})) return CollectionOf(std::move(imported));
+  if (imported.tree) return std::move(imported.tree);
+  return std::move(imported.collection);
+}
+
+/// The list with the items that were imported. It keeps its own name.
+AnyDocument MergedInto(Imported list, Imported added) {
+  if (list.tree) {
+    const Tree theirs = TreeOf(std::move(added));
+    SetName(*theirs->item, NameOf(list.tree.get()));
+    Merged merged = vosmere::Merge(list.tree, theirs);
+    PrintConflicts(merged.conflicts);
+    return std::move(merged.tree);
+  }
+  const Collection theirs = CollectionOf(std::move(added));
+  SetName(*theirs, list.collection->GetName());
+  MergedCollection merged = vosmere::Merge(list.collection, theirs);
+  PrintConflicts(merged.conflicts);
+  return std::move(merged.collection);
 }
 
 }  // namespace
 
 int ImportFile(const ImportOptions& options) {
-  const InputFile file(options.file);
-  const std::string name = InputName(options.file);
-  Result<Imported> imported = Import(PathOf(file.name()));
-  if (!imported) throw FailureOf(name, imported.error());
-  for (const Repair& repair : imported->repairs)
-    std::cerr << name << ':' << Printable(ToString(repair)) << '\n';
-  if (imported->moreRepairs > 0)
-    std::cerr << name << ": further repairs: " << imported->moreRepairs << '\n';
-  const SavedBytes saved = Saved(DocumentFor(std::move(*imported), options.output), options);
-  WriteOutput(options.output, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
-  PrintWarnings(std::cerr, name, saved.losses);
+  Imported imported = ImportOf(options.file);
+  const bool merges = !options.into.empty();
+  const std::string& output = merges ? options.into : options.output;
+  const AnyDocument document = merges ? MergedInto(ImportOf(options.into), std::move(imported))
+                                      : DocumentFor(std::move(imported), output);
+  const SavedBytes saved = IsBookmarkName(output)
+                               ? BookmarksOf(document, options.file)
+                               : SaveDocument(document, options.file, kPlacesShown, true);
+  WriteOutput(output, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
+  PrintWarnings(std::cerr, InputName(options.file), saved.losses);
   return kFine;
 }
 

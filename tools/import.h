@@ -8,9 +8,11 @@ namespace vosmere::tool {
 struct ImportOptions {
   std::string file;
   std::string output;
+  std::string into;  ///< the list to merge into, instead of an output
 };
 
-/// Imports a file, lists the repairs, and saves what was read. Throws Failure.
+/// Imports a file, lists the repairs, and saves what was read, or merges it into a list and saves
+/// that. Throws Failure.
 int ImportFile(const ImportOptions& options);
 
 }  // namespace vosmere::tool

@@ -171,17 +171,28 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
 
 CLI::App* AddImport(CLI::App& app, ImportOptions& options) {
   CLI::App* const import = app.add_subcommand(
-      "import", "Read a list, feed or bookmark file of another program, and say what was repaired");
+      "import", "Read a list, feed or bookmark file of another program, and list the repairs");
   import->footer(std::string("OPML and bookmark files become a tree, RSS a collection. The name of "
                              "OUT says what is written:\n.html a bookmark file, .rss or .xml a "
                              "collection, .opml a tree with its pages.\n") +
                  kExitCodes);
-  import->add_option("FILE", options.file)->required();
-  import->add_option("-o,--output", options.output, "Replaced as a whole, or not at all")
-      ->type_name("OUT")
-      ->required();
-  return import;
-}
+  import->add_option("FILE", options.file, "File to import")->required();
+  CLI::Option* const output =
+      import
+          ->add_option("-o,--output", options.output,
+                       "File to write: replaced as a whole or left unchanged")
+          ->type_name("OUT");
+  import
+      ->add_option("--into", options.into,
+                   "Add the items to this list instead, each once: OPML, RSS or a bookmark file")
+      ->type_name("LIST")
+      ->excludes(output);
+  import->parse_complete_callback([&options] {
+    if (options.output.empty() && options.into.empty())
+      throw CLI::RequiredError("--output or --into");
+});
+return import;
+}  // namespace
 
 CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
   CLI::App* const note = app.add_subcommand("note", "Export an item of a document as an HTML page");
@@ -354,7 +365,7 @@ int Program(const Arguments& arguments) try {
   return kTrouble;
 }
 
-}  // namespace
+}  // namespace vosmere::tool
 }  // namespace vosmere::tool
 
 int main(int argc, char** argv) {

@@ -55,11 +55,15 @@ MergedDocument MergeFiles(const AnyDocument& ours, const MergeOptions& options) 
 
 }  // namespace
 
+void PrintConflicts(const std::vector<Conflict>& conflicts) {
+  for (const Conflict& conflict : conflicts)
+    std::cerr << "conflict: " << Printable(ToString(conflict)) << '\n';
+}
+
 int Merge(const MergeOptions& options) {
   const AnyDocument ours = LoadDocument(options.ours);
   const MergedDocument merged = MergeFiles(ours, options);
-  for (const Conflict& conflict : merged.conflicts)
-    std::cerr << "conflict: " << Printable(ToString(conflict)) << '\n';
+  PrintConflicts(merged.conflicts);
   if (options.dryRun) {
     PrintDifferences(ours, merged.document, false);
     return kFine;

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "vosmere/cpp.h"
+
 namespace vosmere::tool {
 
 struct MergeOptions {
@@ -17,5 +19,8 @@ struct MergeOptions {
 /// Merges two trees or two collections, prints the conflicts to standard error and returns the exit
 /// code. Throws Failure.
 int Merge(const MergeOptions& options);
+
+/// Prints each conflict on a line of the standard error.
+void PrintConflicts(const std::vector<Conflict>& conflicts);
 
 }  // namespace vosmere::tool

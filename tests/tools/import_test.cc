@@ -41,6 +41,30 @@ TEST(ImportTool, ListsTheRepairsAndSavesWhatTheNameAsksFor) {
   EXPECT_THAT(ReadBytes(folder / "b.HTM"), HasSubstr("<DT><A HREF=\"http://p/\""));
 }
 
+TEST(ImportTool, AddsToAListWhatItDoesNotHave) {
+  const TempFolder folder;
+  const auto list = [&](const char* name, const std::string& outlines) {
+    WriteBytes(folder / name, "<opml><head><title>" + std::string(name) + "</title></head><body>" +
+                                  outlines + "</body></opml>");
+  };
+  const std::string a = "<outline text=\"a\" type=\"link\" url=\"http://a/\"/>",
+                    b = "<outline text=\"b & c\" type=\"link\" url=\"http://b/\"/>";
+  list("mine", "<outline text=\"f\">" + a + "</outline>");
+  list("new", a + b);
+  const std::string verb =
+      "import " + Quoted(folder / "new") + " --into " + Quoted(folder / "mine");
+  EXPECT_EQ(RunTool(verb).exitCode, 0);
+  const std::string merged = ReadBytes(folder / "mine");
+  EXPECT_EQ(
+      RunTool("import " + Quoted(folder / "mine") + " -o " + Quoted(folder / "out.rss")).exitCode,
+      0);
+  EXPECT_EQ(RunTool("show " + Quoted(folder / "out.rss")).out,
+            "[collection] mine\n  [folder] f\n    [item] a  http://a/\n  [item] b & c  http://b/\n"
+            "1 folders, 2 items, 0 unread, 0 flagged\n");
+  EXPECT_EQ(RunTool(verb).exitCode, 0);
+  EXPECT_EQ(ReadBytes(folder / "mine"), merged);
+}
+
 TEST(ImportTool, AFailureLeavesTheOutputAlone) {
   const TempFolder folder;
   WriteBytes(folder / "in", "<feed>&</feed>");
