@@ -130,6 +130,17 @@ bool SaveByLayer(RNode* root, const char* path) {
   return isSaved;
 }
 
+/// What the layer does without its care for the document: the plain bytes, saved safely.
+bool SaveSafely(RNode* root, const char* path) {
+  CWriteColctTreeOPML writer;
+  writer.SetTreeRoot(root);
+  ConvertedText bytes;
+  int length = 0;
+  if (!writer.GetXMLBytes(Out(bytes), &length)) return false;
+  const FilePiece piece{bytes.get(), static_cast<std::size_t>(length)};
+  return SafeSave(Wide(path), &piece, 1, nullptr, nullptr, nullptr);
+}
+
 template <bool (*Save)(RNode*)>
 void BM_OpmlSaveBytes(benchmark::State& state) {
   RNode* const tree = Sample::Get().tree();
@@ -158,7 +169,7 @@ BENCHMARK(BM_OpmlLoad<LoadByLayer, Heap::kWarm>)->Name("LayerLoad/vosmere")->Use
 BENCHMARK(BM_OpmlLoad<ReadWithVosmere, Heap::kWarm>)->Name("LayerLoad/plain")->UseManualTime();
 BENCHMARK(BM_OpmlSave<SaveByLayer>)->Name("LayerSave/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlSave<SaveWithVosmere>)->Name("LayerSave/plain")->UseManualTime();
-
+BENCHMARK(BM_OpmlSave<SaveSafely>)->Name("LayerSave/safe")->UseManualTime();
 BENCHMARK(BM_OpmlSaveBytes<SaveBytesByLayer>)->Name("LayerSaveBytes/vosmere")->UseManualTime();
 BENCHMARK(BM_OpmlSaveBytes<SaveBytesWithVosmere>)->Name("LayerSaveBytes/plain")->UseManualTime();
 

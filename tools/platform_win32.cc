@@ -7,18 +7,10 @@
 #include <memory>
 
 #include "tools/platform.h"
+#include "vosmere/cpp/text.h"
 
 namespace vosmere::tool {
 namespace {
-
-std::string Utf8(const wchar_t* text) {
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  if (size < 1) return {};
-  std::string utf8(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-  utf8.pop_back();  // the terminating null
-  return utf8;
-}
 
 // The arguments of main have lost every character that is not in the ANSI code page.
 Arguments WideArguments() {
@@ -26,7 +18,7 @@ Arguments WideArguments() {
   const std::unique_ptr<wchar_t*, decltype(&LocalFree)> wide(
       CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree);
   Arguments arguments;
-  for (int i = 1; wide && i < count; ++i) arguments.push_back(Utf8(wide.get()[i]));
+  for (int i = 1; wide && i < count; ++i) arguments.push_back(ToUtf8(wide.get()[i]));
   return arguments;
 }
 

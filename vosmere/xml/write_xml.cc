@@ -143,22 +143,20 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert)
   return true;
 }
 
-/// Appends the leading pieces of a text that are plain ASCII without anything to escape, which is
-/// fast, and removes them from `text`. Returns whether that was the whole text.
-bool CWriteXML::PutTamePieces(WideView* text) {
-  while (!text->empty()) {
-    const WideView piece = text->First(kTextPiece);
-    const auto length = static_cast<int>(piece.size);
-    char* const room = buffer_ ? buffer_->Room(length) : nullptr;
-    if (!room || !TamePieceToUtf8(piece, room)) return false;
+// Most pieces have nothing to escape or to leave out, which one look at them shows.
+bool CWriteXML::PutLoadable(WideView text, Convert convert, bool isPath) {
+  while (!text.empty()) {
+    const WideView piece = NextPiece(text);
+    char* const room = buffer_ ? buffer_->Room(static_cast<int>(piece.size * kUnitBytes)) : nullptr;
+    const unsigned content = room ? CopyTamePiece(piece, room) : kMarkup;
+    if (content & ~unsigned{kBeyondAscii}) break;
+    const int length = content ? PieceToUtf8(piece, room) : static_cast<int>(piece.size);
+    if (length == 0) return false;
+    if (isPath) BackslashesToSlashes(room, length);
     buffer_->Use(length);
-    *text = text->From(piece.size);
+    text = text.From(piece.size);
   }
-  return true;
-}
-
-bool CWriteXML::PutLoadable(WideView text, Convert convert) {
-  if (PutTamePieces(&text)) return true;
+  if (text.empty()) return true;
   std::basic_string<WChar> kept;
   return PutPieces(Writable(text, kept), kEscapedUnitBytes, convert);
 }
@@ -174,18 +172,14 @@ bool CWriteXML::PutEscaped(WideView text, Stands stands) {
 }
 
 bool CWriteXML::PutRawPath(WideView text) {
-  if (!loadable_) return PutPieces(text, kUnitBytes, WithSlashes<PieceToUtf8>);
-  std::basic_string<WChar> kept;
-  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
-                   WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>);
+  return loadable_ ? PutLoadable(text, WithSlashes<PieceToEscapedUtf8<Escape::kAsLittle>>, true)
+                   : PutPieces(text, kUnitBytes, WithSlashes<PieceToUtf8>);
 }
 
 bool CWriteXML::PutEscapedPath(WideView text) {
-  if (!loadable_)
-    return PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
-  std::basic_string<WChar> kept;
-  return PutPieces(Writable(text, kept), kEscapedUnitBytes,
-                   WithSlashes<PieceToEscapedUtf8<Escape::kText>>);
+  return loadable_
+             ? PutLoadable(text, WithSlashes<PieceToEscapedUtf8<Escape::kText>>, true)
+             : PutPieces(text, kEscapedUnitBytes, WithSlashes<PieceToEscapedUtf8<Escape::kFive>>);
 }
 
 // Converting.
@@ -210,6 +204,8 @@ bool CWriteXML::EscapedUtf8(WideView text, std::string& utf8, Stands stands) {
 }
 
 bool CWriteXML::EscapeShort(WideView value, char* utf8, int* length) {
+  *length = static_cast<int>(value.size);
+  if (!CopyTamePiece(value, utf8)) return true;
   std::basic_string<WChar> kept;
   value = Writable(value, kept);
   *length = Escaping(Stands::kInAttribute)(value, utf8);

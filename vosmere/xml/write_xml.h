@@ -274,8 +274,7 @@ class VOSMERE_API CWriteXML {
   Convert Escaping(Stands stands) const;
   WideView Writable(WideView text, std::basic_string<WChar>& aside);
   bool PutPieces(WideView text, std::size_t unitBytes, Convert convert);
-  bool PutTamePieces(WideView* text);
-  bool PutLoadable(WideView text, Convert convert);
+  bool PutLoadable(WideView text, Convert convert, bool isPath = false);
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 

@@ -2,6 +2,8 @@
 #include "vosmere/xml/internal/escape.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "vosmere/platform/internal/code_page.h"
@@ -25,22 +27,35 @@ std::string_view EntityFor(WChar unit) {
   }
 }
 
-/// A quick test of a whole piece, without branches so that the compiler can vectorise it: `&` and
-/// `'` differ in one bit, and so do `<` and `>`. May be true although nothing needs escaping.
-template <Escape kWhich>
-bool NeedsEscaping(WideView text) {
-  WChar found = 0;
-  for (const WChar unit : text)
-    found |= WChar{(unit | 1) == '\''} | WChar{(unit | 2) == '>'} | WChar{unit == '"'} |
-             WChar{kWhich != Escape::kFive && unit < ' '};
-  return found != 0;
-}
-
 template <Escape kWhich>
 std::size_t PlainLength(WideView text) {
   std::size_t length = 0;
   while (length < text.size && EntityFor<kWhich>(text[length]).empty()) ++length;
   return length;
+}
+
+// Code units that are looked at together.
+constexpr std::size_t kBlock = 8;
+using Units [[gnu::vector_size(kBlock * sizeof(WChar))]] = WChar;
+using Bytes [[gnu::vector_size(kBlock)]] = char;
+
+/// All units joined by "or".
+WChar Joined(const Units& units) {
+  std::uint64_t halves[2];
+  std::memcpy(halves, &units, sizeof halves);
+  std::uint64_t joined = halves[0] | halves[1];
+  joined |= joined >> 32;
+  return static_cast<WChar>(joined | joined >> 16);
+}
+
+/// Those bits of a piece's content that its highest unit makes unclear.
+unsigned HighContent(WideView piece) {
+  WChar controls = 0, beyondBasic = 0;
+  for (const WChar unit : piece) {
+    controls |= WChar{unit < ' '};
+    beyondBasic |= WChar{unit >= 0xD800};
+  }
+  return (controls ? kControls : 0u) | (beyondBasic ? kBeyondBasic : 0u);
 }
 
 }  // namespace
@@ -56,8 +71,10 @@ int PieceToUtf8(WideView piece, char* bytes) {
 
 template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes) {
-  if (TamePieceToUtf8(piece, bytes)) return static_cast<int>(piece.size);
-  if (!NeedsEscaping<kWhich>(piece)) return PieceToUtf8(piece, bytes);
+  constexpr unsigned kReplaced = kWhich == Escape::kFive ? kMarkup : kMarkup | kControls;
+  const unsigned content = CopyTamePiece(piece, bytes);
+  if (!content) return static_cast<int>(piece.size);
+  if (!(content & kReplaced)) return PieceToUtf8(piece, bytes);
   char* at = bytes;
   while (!piece.empty()) {
     const WideView plain = piece.First(PlainLength<kWhich>(piece));
@@ -78,16 +95,34 @@ template int PieceToEscapedUtf8<Escape::kText>(WideView, char*);
 template int PieceToEscapedUtf8<Escape::kAttribute>(WideView, char*);
 template int PieceToEscapedUtf8<Escape::kAsLittle>(WideView, char*);
 
-// Tests and stores every code unit without branching, so that the compiler can vectorise the loop.
-bool TamePieceToUtf8(WideView piece, char* bytes) {
-  WChar found = 0;
-  for (std::size_t i = 0; i < piece.size; ++i) {
-    const WChar unit = piece[i];
-    found |= WChar{(unit | 1) == '\''} | WChar{(unit | 2) == '>'} | WChar{unit == '"'} |
-             WChar{unit < ' '} | WChar{unit > '~'};
-    bytes[i] = static_cast<char>(unit);
+// In blocks of a fixed size. The last one overlaps the one before it, and a short text is copied
+// into a whole block, because code units one by one would take longer than all blocks of most
+// texts.
+unsigned CopyTamePiece(WideView piece, char* bytes) {
+  WChar few[kBlock];
+  char fewBytes[kBlock];
+  const bool isShort = piece.size < kBlock;
+  if (isShort) std::fill(std::copy(piece.begin(), piece.end(), few), few + kBlock, WChar{' '});
+  const WChar* const from = isShort ? few : piece.data;
+  char* const to = isShort ? fewBytes : bytes;
+  const std::size_t last = isShort ? 0 : piece.size - kBlock;
+  Units markup = {}, all = {}, below = {};
+  for (std::size_t at = 0;; at = std::min(at + kBlock, last)) {
+    Units units;
+    std::memcpy(&units, from + at, sizeof units);
+    // `&` and `'` differ in one bit, and so do `<` and `>`.
+    markup |= Units(((units | 1) == '\'') | ((units | 2) == '>') | (units == '"'));
+    all |= units;
+    below |= units - ' ';  // the highest bit of what is below the blank, or high itself
+    const Bytes copy = __builtin_convertvector(units, Bytes);
+    std::memcpy(to + at, &copy, sizeof copy);
+    if (at == last) break;
   }
-  return found == 0;
+  if (isShort) std::copy_n(fewBytes, piece.size, bytes);
+  constexpr WChar kHigh = 0x8000;
+  unsigned content = (Joined(markup) ? kMarkup : 0u) | (Joined(all) >= 0x80 ? kBeyondAscii : 0u);
+  if (Joined(all) & kHigh) return content | HighContent(piece);
+  return Joined(below) & kHigh ? content | kControls : content;
 }
 
 bool IsXmlText(WideView text) {

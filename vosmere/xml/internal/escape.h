@@ -35,10 +35,16 @@ enum class Escape {
 template <Escape kWhich>
 int PieceToEscapedUtf8(WideView piece, char* bytes);
 
-/// Converts a piece if it is only printable ASCII without any character that an Escape replaces.
-/// `bytes` must have room for one byte per code unit. False, with the bytes undefined, for every
-/// other piece.
-bool TamePieceToUtf8(WideView piece, char* bytes);
+// What a piece of text contains, as bits.
+
+inline constexpr WChar kMarkup = 1;       ///< & < > " or '
+inline constexpr WChar kControls = 2;     ///< code units below the blank
+inline constexpr WChar kBeyondAscii = 4;  ///< code units beyond ASCII
+inline constexpr WChar kBeyondBasic = 8;  ///< surrogates, and code units beyond them
+
+/// Returns the content bits of a piece. If there are none, `bytes` has received the piece as UTF-8;
+/// otherwise it is undefined. It must have room for one byte per code unit.
+unsigned CopyTamePiece(WideView piece, char* bytes);
 
 /// Whether XML allows this code unit, alone or as half of a surrogate pair.
 constexpr bool IsXmlUnit(WChar unit) {
@@ -48,12 +54,15 @@ constexpr bool IsXmlUnit(WChar unit) {
 /// Whether XML allows every character of a text. False for unpaired surrogates.
 bool IsXmlText(WideView text);
 
+inline void BackslashesToSlashes(char* bytes, int length) {
+  // std::transform stores every byte, unlike std::replace, which lets the compiler vectorise it.
+  std::transform(bytes, bytes + length, bytes, [](char c) { return c == '\\' ? '/' : c; });
+}
 /// One of the conversions above, with every backslash replaced by a slash.
 template <int (*Convert)(WideView piece, char* bytes)>
 int WithSlashes(WideView piece, char* bytes) {
   const int length = Convert(piece, bytes);
-  // std::transform stores every byte, unlike std::replace, which lets the compiler vectorise it.
-  std::transform(bytes, bytes + length, bytes, [](char c) { return c == '\\' ? '/' : c; });
+  BackslashesToSlashes(bytes, length);
   return length;
 }
 
