@@ -85,6 +85,7 @@ TEST(Merge, PutsItemsWhereTheyBelong) {
        ""},
       {"r(A(x#1) B() C())", "r(A() B(x#1) C())", "r(A() B() C(x#1))", "r(A() B(x#1) C())",
        "x folder;"},
+      {"r(F(p=x) G())", "r(F() G(p=y))", "r(F(p=y) G())", "r(F() G(p))", ""},
       // Without a base.
       {nullptr, "r(a b)", "r(b c)", "r(a b c)", ""},
       {nullptr, "r(a c)", "r(b c)", "r(a b c)", ""},

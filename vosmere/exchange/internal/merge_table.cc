@@ -25,21 +25,29 @@ void MatchWithBase(const TreeOutline& base, const TreeOutline& side,
   TakeNumbers(matcher, inBase, inSide);
 }
 
-/// Those that are in the base are the same item or not, whatever they look like now.
-void MatchSides(const TreeOutline& ours, const TreeOutline& theirs,
-                const std::vector<std::uint32_t>& inOurs, std::vector<std::uint32_t>& inTheirs,
-                std::size_t countOfBase) {
-  ItemMatcher matcher(ours.items, theirs.items);
+enum class Looking { kForStates, kForAdditions };
+
+/// Looks in `b`, among what is not known from the base, for items of `a`: for those of the base
+/// that b seems to lack, because one side has moved what the other has changed, or for those that
+/// are not known from the base either.
+void MatchSides(const TreeOutline& a, const TreeOutline& b, const std::vector<std::uint32_t>& inA,
+                std::vector<std::uint32_t>& inB, std::size_t countOfBase, Looking looking) {
+  ItemMatcher matcher(a.items, b.items);
   std::vector<std::size_t> ofBase(countOfBase, kNoItem);
-  for (std::size_t i = 0; i < inTheirs.size(); ++i)
-    if (inTheirs[i] < countOfBase) {
-      ofBase[inTheirs[i]] = i;
+  for (std::size_t i = 0; i < inB.size(); ++i)
+    if (inB[i] < countOfBase) {
+      ofBase[inB[i]] = i;
       matcher.Pair(kNoItem, i);
     }
-  for (std::size_t i = 0; i < inOurs.size(); ++i)
-    if (inOurs[i] < countOfBase) matcher.Pair(i, ofBase[inOurs[i]]);
-  matcher.MatchAdditions();
-  TakeNumbers(matcher, inOurs, inTheirs);
+  for (std::size_t i = 0; i < inA.size(); ++i) {
+    const bool isOfBase = inA[i] < countOfBase;
+    if (isOfBase && ofBase[inA[i]] != kNoItem)
+      matcher.Pair(i, ofBase[inA[i]]);
+    else if (isOfBase != (looking == Looking::kForStates))
+      matcher.Pair(i, kNoItem);
+  }
+  looking == Looking::kForStates ? matcher.MatchStates() : matcher.MatchAdditions();
+  TakeNumbers(matcher, inA, inB);
 }
 
 /// New numbers for those that have none.
@@ -65,8 +73,13 @@ MergeTable::MergeTable(const RNode* base, const RNode* ours, const RNode* theirs
     MatchWithBase(outlines[kBase], {theirs, parts, NotesBy::kName}, inOrder[kBase],
                   inOrder[kTheirs]);
   }
+  const auto match = [&](Side a, Side b, Looking looking) {
+    MatchSides(outlines[a], outlines[b], inOrder[a], inOrder[b], countOfBase, looking);
+  };
+  if (base) match(kTheirs, kOurs, Looking::kForStates);
+  if (base) match(kOurs, kTheirs, Looking::kForStates);
   NumberRest(inOrder[kOurs], next);
-  MatchSides(outlines[kOurs], outlines[kTheirs], inOrder[kOurs], inOrder[kTheirs], countOfBase);
+  match(kOurs, kTheirs, Looking::kForAdditions);
   NumberRest(inOrder[kTheirs], next);
   items.resize(next);
   for (const Side side : {kBase, kOurs, kTheirs}) AddSide(side, outlines[side]);
