@@ -1,3 +1,4 @@
+// Safe saves: calls that fail, power failures, and saves at the same time.
 #include "vosmere/storage/safe_save.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Changes that do not fit a tree, and the checksum.
 #include "vosmere/storage/internal/stored_tree.h"
 
 #include <gtest/gtest.h>

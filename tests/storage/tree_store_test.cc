@@ -1,3 +1,4 @@
+// Stores: undo, damaged files, calls that fail, and power failures.
 #include "vosmere/cpp/store.h"
 
 #include <gtest/gtest.h>
@@ -334,6 +335,21 @@ TEST_F(AStore, StaysWhereItIsWhenTheProgramGoesElsewhere) {
   ASSERT_TRUE(store) << store.error();
   EXPECT_FALSE(store->Checkpoint());
   EXPECT_TRUE(fs::exists(path / "checkpoint-2"));
+}
+
+TEST_F(AStore, PutsUnloggedChangesIntoTheNextCheckpoint) {
+  Result<Store> store = Open();
+  RNode* const gone = Add<CFolderNode>(store->tree(), "gone")->GetRNode();
+  for (int i = 0; i < 2; ++i) {
+    if (i == 0) RNTool::InsertAsChild(store->tree(), NewTree("unlogged").release());
+    if (i == 1) {
+      chain::Unlink(store->tree()->firstChild, gone);
+      gone->parent = nullptr;
+      const Tree freed(gone);
+    }
+    ASSERT_FALSE(store->Checkpoint());
+    EXPECT_TRUE(Dump(Open(Reading())->tree()) == Dump(store->tree()));
+  }
 }
 
 TEST_F(AStore, OpensAnOldCheckpointAsItWas) {

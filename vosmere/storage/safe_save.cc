@@ -1,3 +1,4 @@
+// Safe saves of bytes and of other files, and the marks of files.
 #include "vosmere/storage/safe_save.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Saving a file so that a crash, a full disk or a loss of power leaves the old one or the new one,
-// whole.
+// Saving a file so that a crash, a full disk or a power failure leaves either the old file or the
+// new one, always whole.
 #pragma once
 
 #include <cstddef>
@@ -12,38 +12,51 @@
 
 namespace vosmere {
 
-/// What a file holds, for telling later whether it still does. A plain value.
+/// Identifies the contents of a file, to find out later whether they have changed. A plain value.
 struct FileMark {
   bool isThere = false;
   std::uint64_t size = 0;
-  unsigned char digest[16] = {};  ///< MD5, against accidents and not against attackers
+  unsigned char digest[16] = {};  ///< MD5: detects accidents, not attackers
 
   friend bool operator==(const FileMark&, const FileMark&) = default;
 };
 
-/// Marks what a file holds now; one that is not there has a mark, too. False when it cannot be
-/// read; `error` may be null.
+/// Reads the mark of a file. A missing file has a mark too. False if the file cannot be read;
+/// `error` may be null.
 VOSMERE_API bool ReadFileMark(const WChar* path, FileMark* mark, DocumentError* error);
 
-/// Puts these bytes in the place of a file, or makes it: all of them or, when that fails, nothing.
+/// Replaces the contents of a file with these bytes, or creates the file. True once all of them are
+/// on disk under this name. False, with the reason in `error`, if the file is unchanged.
 ///
-/// They go into a new file in the same folder, with a name that nobody can guess and with the old
-/// file's rights. Only when the disk has them, and they read back as they are, does the new file
-/// take the place of the old one. Links are followed. A new file that a killed save has left behind
-/// goes away with the next save. Saves of one file wait for each other, at most ten seconds. Where
-/// the file system has no locks they do not wait, and a file that was left behind stays.
+/// The bytes go to a new file in the same folder, with a random name and the permissions, owner and
+/// access list of the old file. It is flushed, closed, read back and compared. Then one rename puts
+/// it in the place of the old file, and the folder is flushed. So at every moment, also after a
+/// crash or a power failure, the path leads to the whole old file or to the whole new one:
 ///
-/// `expected`, where it is not null, is the mark of what was loaded: a file that holds something
-/// else is not replaced (DocumentFault::kChanged). `saved` and `error` may be null; `saved` takes
-/// the new mark, which takes as long as reading a file of that size.
+/// - Before the rename the old file is there. The new file may be left behind; the next save of the
+///   same file deletes it.
+/// - After the rename the new file is there, but until the folder is flushed a power failure may
+///   bring the old one back.
+/// - If only that last flush fails, the result is false with the reason "is saved, but the disk
+/// does
+///   not confirm it": the path leads to the new file already.
+///
+/// Links are followed. A file that may be written but not read is replaced too. Saves of one file,
+/// by any programs that use this function, wait for each other, for at most ten seconds. On a file
+/// system without locks they do not wait, and files that were left behind stay.
+///
+/// If `expected` is not null, the file is only replaced if it still has this mark; otherwise the
+/// error is DocumentFault::kChanged. `saved` and `error` may be null; `saved` receives the mark of
+/// the new file, which takes as long as reading a file of that size.
 VOSMERE_API bool SafeSave(const WChar* path, const FilePiece* pieces, std::size_t count,
                           const FileMark* expected, FileMark* saved, DocumentError* error);
 
-/// Whether such a save would find its place: for who makes the bytes only then. It may fail all the
-/// same.
+/// Whether a file can be saved at this path: the folder exists, and an existing file is a plain
+/// file that may be written. Call it before work that cannot be undone; the save itself can still
+/// fail.
 VOSMERE_API bool CanSaveTo(const WChar* path, DocumentError* error);
 
-/// SafeSave with the bytes of another file, which stays.
+/// The same as SafeSave with the contents of the file `from`, which is not changed.
 VOSMERE_API bool SafeCopy(const WChar* from, const WChar* path, const FileMark* expected,
                           FileMark* saved, DocumentError* error);
 

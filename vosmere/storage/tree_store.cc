@@ -1,3 +1,4 @@
+// The store as its callers see it; store_core.h does the work.
 #include "vosmere/storage/tree_store.h"
 
 #include <algorithm>

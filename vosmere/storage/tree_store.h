@@ -1,5 +1,5 @@
-// A place in which a program keeps a tree for years: the last checkpoints of it, and every change
-// since, in one folder. vosmere/cpp/store.h is the handle to use it by.
+// A folder in which a program keeps a tree permanently: the last checkpoints of the tree, and a log
+// of every change since. Programs use it through vosmere/cpp/store.h.
 #pragma once
 
 #include <cstdint>
@@ -13,16 +13,17 @@ namespace vosmere {
 class CVSMNotifyMsg;
 struct RNode;
 
-/// How a store is opened. A plain value.
+/// Options for opening a store. A plain value.
 struct StoreOptions {
-  int keep = 3;  ///< checkpoints that stay, at least 1
-  /// A change is on the disk at most so much later, and the time that a flush takes.
+  int keep = 3;  ///< how many checkpoints are kept, at least 1
+  /// A change is flushed at most this long after it was made, plus the time that the flush takes.
   int groupMilliseconds = 50;
-  bool readOnly = false;  ///< somebody else may hold it; nothing is written
-  bool create = true;     ///< where there is none
-  /// Bytes of changes that undo keeps in memory; the last change is always kept.
+  bool readOnly = false;  ///< writes nothing; another program may have the store open
+  bool create = true;     ///< creates the store if there is none
+  /// How many bytes of changes are kept for Undo; the last change is always kept. Up to twice as
+  /// much memory is used.
   std::uint64_t undoBytes = 16 << 20;
-  /// Opens this checkpoint as it was, without the changes since; 0 opens the newest.
+  /// Opens this checkpoint without the changes after it; 0 opens the newest state.
   std::uint64_t checkpoint = 0;
 };
 
@@ -30,81 +31,103 @@ struct StoreOptions {
 struct StoredCheckpoint {
   std::uint64_t number = 0;
   bool loads = false;
-  char problem[192] = {};     ///< why it does not; UTF-8, one line
-  std::uint64_t items = 0;    ///< as it says itself; 0 when it cannot be read
-  std::uint64_t changes = 0;  ///< of the store, until then
+  char problem[192] = {};     ///< why it does not load; UTF-8, one line
+  std::uint64_t items = 0;    ///< the number that it states itself; 0 if it cannot be read
+  std::uint64_t changes = 0;  ///< how many changes the store had had by then
   std::uint64_t time = 0;     ///< seconds since 1970
   unsigned char digest[16] = {};
 };
 
-/// A store that is open. It is one program's, until it is closed or its process ends; others may
-/// open it to read. One thread at a time uses the store and its tree.
+/// An open store. One program at a time can have it open for writing; the lock ends with Delete or
+/// with the process. Others can open it read-only. The store and its tree may only be used by one
+/// thread at a time.
 ///
-/// The operations of vosmere/cpp/tree.h that change the tree are in the log before the next flush
-/// of the group. A change that the log cannot take (the disk is full) is made all the same, and is
-/// reported by Flush and every operation after it; each of them tries to write a checkpoint
-/// instead, and once that succeeds nothing is missing.
+/// What is logged: every change that the functions of vosmere/cpp/tree.h and walk.h make, and
+/// fields that are set inside Update. Changes made in other ways are not logged and cannot be
+/// undone; the next checkpoint contains them.
 ///
-/// When a collection is removed, the pages in the tree that refer to it
-/// (CUrlProp::SetRefColctRNode) refer to nothing any more. Undo restores that, too.
+/// What can be lost:
+/// - If the program crashes or is killed: the changes that have not been written yet, which are
+///   those of the last `groupMilliseconds` and of a write that is under way. All changes before
+///   them are kept.
+/// - If the power fails: the same, because each group of changes is flushed when it is written.
+/// - After Flush or Checkpoint has returned true: nothing that was changed before.
+/// - If a checkpoint becomes unreadable: nothing, as long as an older one and the logs since then
+///   can be read. Otherwise Open returns what can be read and says what is missing.
+/// - Undo steps: those beyond `undoBytes`, and all of them after SetTree or after a change that
+/// could
+///   not be logged.
 ///
-/// Nothing throws but std::bad_alloc. Operations are false on failure, with the reason in
-/// LastError().
+/// If the log cannot be written (for example because the disk is full), changes are still made to
+/// the tree in memory. Flush and the operations after it then try to write a checkpoint instead and
+/// report the error until one succeeds; after that nothing is missing.
+///
+/// When a collection is removed, the pages of the tree that refer to it
+/// (CUrlProp::SetRefColctRNode) no longer refer to anything. Undo restores these references too.
+///
+/// Operations return false on failure, with the reason in LastError(). Only std::bad_alloc is
+/// thrown.
 class VOSMERE_API TreeStore {
  public:
-  /// What Open has to say beside success: UTF-8, one line, no full stop.
+  /// Receives a message about opening: UTF-8, one line, no full stop.
   using Note = void (*)(void* to, const char* note);
-  /// One change; the message lives during the call.
+  /// Receives one change. The message is only valid during the call.
   using ChangeReport = void (*)(void* to, std::uint64_t sequence, CVSMNotifyMsg* message);
 
-  /// The newest checkpoint that loads, with the changes since. Notes say which it was, why newer
-  /// ones did not load and how much they would have held, and what of the log could not be used.
-  /// What is broken is set aside under a name with the time, never overwritten.
+  /// Loads the newest checkpoint that can be read and makes the logged changes since. Notes say
+  /// which one it was, why newer ones could not be loaded and how many items they had, and which
+  /// part of the log could not be used. Broken files are renamed to names with the time, never
+  /// overwritten. A relative `folder` is resolved once.
   ///
-  /// Null with the reason when there is nothing that loads, when another program holds the store,
-  /// and when it cannot be read. The caller frees it with Delete, which flushes.
+  /// Null, with the reason in `error`, if no checkpoint can be loaded, if another program has the
+  /// store open, or if the folder cannot be read. The caller frees the store with Delete.
   static TreeStore* Open(const WChar* folder, const StoreOptions& options, Note note, void* to,
                          DocumentError* error);
+  /// Flushes and closes the store. A flush that fails here is not reported: call Flush before.
   static void Delete(TreeStore* store);
 
   TreeStore(const TreeStore&) = delete;
   TreeStore& operator=(const TreeStore&) = delete;
 
-  /// The tree, never null. The store frees it, the local trees of its collections included.
+  /// The tree, never null. The store owns it, with the local trees of its collections.
   RNode* root();
-  /// A new store has an empty folder for a tree; this puts another into its place, with the local
-  /// trees of its collections, all of which is the store's then, and makes a checkpoint. Undo ends
-  /// there. When that fails the tree is the store's all the same.
+  /// Replaces the tree (a new store has an empty folder) and writes a checkpoint. The store takes
+  /// ownership of `tree` and of the local trees of its collections, also on failure. Earlier
+  /// changes cannot be undone afterwards.
   bool SetTree(RNode* tree);
 
-  /// The number of a link, which it keeps as long as it is in the store, also when it is removed
-  /// and comes back by Undo; 0 for one that is not there. The other way round null.
+  /// The number of a link; 0 if it is not in the store. A link keeps its number when it is moved,
+  /// and when it is removed and restored by Undo.
   std::uint64_t NumberOf(const RNode* link);
+  /// The link with this number; null if it is not in the store.
   RNode* LinkOf(std::uint64_t number);
 
-  /// False, without an error, when there is nothing to undo or redo. Links that come back are new
-  /// ones, with their numbers.
+  /// Undoes or redoes one change. False without an error if there is none. Restored links are new
+  /// objects with the old numbers.
   bool Undo();
   bool Redo();
 
-  /// Until every change is on the disk.
+  /// Returns true once every change is on disk.
   bool Flush();
-  /// Writes all of the tree, reads it back, begins a new log, and removes what is older than the
-  /// checkpoints that stay.
+  /// Writes the whole tree to a new checkpoint, reads it back, begins a new log, and deletes
+  /// checkpoints and logs that are older than the ones to keep. If it fails, the old checkpoints
+  /// and the log are still there.
   bool Checkpoint();
 
-  /// How many changes the store has seen.
+  /// How many changes there have been since the store was created.
   std::uint64_t sequence() const;
-  /// Reports the changes after that one, as far as the logs go back; names are those of now where
-  /// the log does not say them. False when a log cannot be read.
+  /// Reports the changes after number `after`, as far back as there are logs. An item that the log
+  /// does not describe is reported with its current name. False if a log cannot be read.
   bool Changes(std::uint64_t after, ChangeReport report, void* to);
-  /// Has every change reported when it is made; null ends that.
+  /// Sets a function that is called for every change when it is made, also by Undo and Redo; null
+  /// turns this off.
   void Listen(ChangeReport report, void* to);
 
+  /// The error of the last operation that failed.
   const DocumentError& LastError() const;
 
-  /// Looks at every checkpoint, the newest first, without opening the store. False when the folder
-  /// cannot be read.
+  /// Reports all checkpoints in a folder, the newest first, without opening the store. False if the
+  /// folder cannot be read.
   static bool Checkpoints(const WChar* folder, void (*report)(void* to, const StoredCheckpoint&),
                           void* to, DocumentError* error);
 

@@ -1,3 +1,4 @@
+// The observers of all trees, found by the root.
 #include "vosmere/tree/tree_observer.h"
 
 #include <atomic>

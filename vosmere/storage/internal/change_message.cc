@@ -1,3 +1,4 @@
+// Turns logged changes into notifications.
 #include "vosmere/storage/internal/change_message.h"
 
 #include <new>

@@ -10,8 +10,8 @@ namespace vosmere {
 
 using OwnedMessage = std::unique_ptr<CVSMNotifyMsg, void (*)(CVSMNotifyMsg*)>;
 
-/// What a change comes to, as a notification. Items that are still in the tree are named as they
-/// are now. Throws std::bad_alloc.
+/// The notification for a change. Items that are still in the tree have their current names. Throws
+/// std::bad_alloc.
 OwnedMessage MessageOf(StoredTree& tree, ChangeKind kind, std::string_view bytes, bool undone);
 
 }  // namespace vosmere

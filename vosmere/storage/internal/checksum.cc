@@ -1,3 +1,4 @@
+// Computes CRC-32C with tables, eight bytes at a time.
 #include "vosmere/storage/internal/checksum.h"
 
 #include <array>

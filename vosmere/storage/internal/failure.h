@@ -1,4 +1,4 @@
-// Filling the record of a failure.
+// Filling a DocumentError.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,8 @@
 
 namespace vosmere {
 
-/// False, for the caller to return. Null is ignored. A reason that is too long ends early.
+/// Returns false, so that the caller can return it. `error` may be null. A reason that is too long
+/// is cut off.
 inline bool FailWith(DocumentError* error, DocumentFault fault, const std::string& reason,
                      ULONG systemError = 0) {
   if (!error) return false;
@@ -26,7 +27,7 @@ inline bool FailWith(DocumentError* error, DocumentFault fault, const std::strin
   return false;
 }
 
-/// For a reason, so at most a few hundred bytes.
+/// For use in a reason: converts at most the first 200 units.
 inline std::string Utf8(const PathText& text) {
   const int units = static_cast<int>(std::min<std::size_t>(text.size(), 200));
   std::string utf8(static_cast<std::size_t>(units) * 3 + 1, '\0');

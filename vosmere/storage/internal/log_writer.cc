@@ -1,3 +1,4 @@
+// The thread that writes and flushes a log.
 #include "vosmere/storage/internal/log_writer.h"
 
 #include <system_error>

@@ -1,4 +1,4 @@
-// Appending to a log, so that many changes share one flush.
+// LogWriter appends records to a log, and flushes many of them at once.
 #pragma once
 
 #include <chrono>
@@ -12,23 +12,24 @@
 
 namespace vosmere {
 
-/// Writes and flushes on a thread of its own, at most so long after a record was appended. After a
-/// failure nothing more is written: whether the disk has what it had been given is not known then.
-/// Used by one thread.
+/// Writes and flushes on its own thread, at most `delay` after a record was appended. After a
+/// failed write or flush nothing more is written, because it is unknown what is on disk then. Only
+/// one thread may use the object.
 class LogWriter {
  public:
   explicit LogWriter(std::chrono::milliseconds delay) : delay_(delay) {}
   LogWriter(const LogWriter&) = delete;
   LogWriter& operator=(const LogWriter&) = delete;
-  /// Flushes first.
+  /// Writes and flushes what is left.
   ~LogWriter();
 
-  /// Writes at the end of this file. False, with the system's error, when that cannot be.
+  /// Appends to the end of this file. False, with the system's error, if the thread cannot be
+  /// started.
   bool Begin(DiskFile file, const FileHeader& header, ULONG* error);
 
-  /// Waits only where more than a few megabytes wait already.
+  /// Blocks only while more than eight megabytes are not written yet.
   void Append(Record record);
-  /// Until everything is on the disk. False, with the system's error, when it is not.
+  /// Returns true once everything is on disk. False, with the system's error, if that failed.
   bool Flush(ULONG* error);
   /// Whether a write has failed, with the system's error.
   bool Failed(ULONG* error);

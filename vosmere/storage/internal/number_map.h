@@ -1,4 +1,4 @@
-// A table from one number to another, small and fast.
+// NumberMap, a small and fast hash table from numbers to numbers.
 #pragma once
 
 #include <cstdint>

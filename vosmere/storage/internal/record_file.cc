@@ -1,3 +1,4 @@
+// Writes and reads the records of a store's files.
 #include "vosmere/storage/internal/record_file.h"
 
 #include <algorithm>

@@ -1,8 +1,9 @@
-// Files of records, of which a part that was written still reads when the rest was not.
+// Files that consist of records. If the end of a file was not written, the records before it can
+// still be read.
 //
-// A record is the length of what follows (4 bytes), its checksum (4 bytes), and the body: sequence
-// number, kind, contents. The checksum begins with the identity of the store, so that no record of
-// another one counts. The first record of a file is its header.
+// A record is the length of the body (4 bytes), a checksum (4 bytes), and the body: sequence
+// number, kind, contents. The checksum includes the identity of the store, so that a record of
+// another store is recognised. The first record of a file is its header.
 #pragma once
 
 #include <cstdint>
@@ -18,16 +19,16 @@ inline constexpr std::size_t kIdentitySize = 36;  // a UUID as text
 
 enum class FileKind : unsigned char { kCheckpoint = 1, kChanges = 2 };
 
-/// What a file says of itself.
+/// The header of a file.
 struct FileHeader {
   static constexpr std::uint64_t kVersion = 1;
 
   FileKind kind = FileKind::kCheckpoint;
   std::string identity;          // of the store
   std::uint64_t number = 0;      // of the generation
-  std::uint64_t sequence = 0;    // of the last change that is in it, or that comes before it
-  std::uint64_t nextNumber = 1;  // of links, in a checkpoint
-  std::uint64_t count = 0;       // of links, in a checkpoint
+  std::uint64_t sequence = 0;    // of the last change in a checkpoint, or before a log
+  std::uint64_t nextNumber = 1;  // the next new link gets; in a checkpoint
+  std::uint64_t count = 0;       // how many links there are; in a checkpoint
   std::uint64_t time = 0;        // seconds since 1970
 };
 
@@ -40,13 +41,13 @@ struct Record {
   std::uint64_t sequence = 0;
   unsigned kind = 0;
   Direction direction = Direction::kDone;
-  bool isFirst = false;  // of those that were flushed together: what is before it had been flushed
+  bool isFirst = false;  // the first of a group: everything before it had been flushed
   std::string_view contents;
 };
 
 /// Appends the bytes of a record.
 void WriteRecord(std::uint32_t seed, const Record& record, std::string& bytes);
-/// Where the checksums of a store's files begin.
+/// The checksum of the identity and the kind of file, with which those of its records begin.
 std::uint32_t ChecksumSeed(const FileHeader& header);
 void WriteHeader(const FileHeader& header, std::string& bytes);
 
@@ -57,22 +58,22 @@ class RecordReader {
 
   explicit RecordReader(DiskFile& file) : file_(file) {}
 
-  /// False, with the reason in `problem()`, for what does not begin like such a file.
+  /// False, with the reason in `problem()`, if the file has no valid header of this kind.
   bool ReadHeader(FileKind kind);
   const FileHeader& header() const { return header_; }
 
-  /// The record lives until the next call.
+  /// The record is valid until the next call.
   State Next(Record* record);
   const std::string& problem() const { return problem_; }
   ULONG systemError() const { return systemError_; }
 
-  /// Where what was read ends.
+  /// How far the file has been read.
   std::uint64_t position() const { return position_; }
   std::uint64_t size() const { return size_; }
-  /// Whether, after the place where reading stopped, there is something of the same file that was
-  /// written later. If not, what cannot be read is the last that was written.
+  /// Whether a valid record of a later group follows after the place where reading failed. If not,
+  /// only the last group is damaged: it was being written when the program or the power failed.
   bool GoesOnLater(std::uint64_t lastSequence);
-  /// The bytes of the last record that was read, as they stand in the file.
+  /// The bytes of the last record as they are in the file.
   std::string_view lastBytes() const { return last_; }
 
  private:

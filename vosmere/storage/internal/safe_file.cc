@@ -1,3 +1,4 @@
+// The steps of a safe save: find, lock, write, flush, compare, replace.
 #include "vosmere/storage/internal/safe_file.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// The steps of a safe save, for who writes piece by piece.
+// SafeFile, a safe save in single steps, for callers that write piece by piece.
 #pragma once
 
 #include "vosmere/base/document_error.h"
@@ -7,9 +7,10 @@
 
 namespace vosmere {
 
-/// A new file on its way to the place of an old one. Begin, Write as often as needed, Stored, then
-/// look at what `file()` reads, and Replace. Each is false with the reason in `error()`; then, and
-/// when the object ends before Replace, the new file goes away and the old one is what it was.
+/// A new file that will replace an old one. Call Begin, Write as often as needed, Stored, compare
+/// what can be read from `file()`, then Replace. Each returns false on failure, with the reason in
+/// `error()`. If one fails, or the object is destroyed before Replace, the new file is deleted and
+/// the old one is unchanged.
 class SafeFile {
  public:
   SafeFile() = default;
@@ -17,15 +18,16 @@ class SafeFile {
   SafeFile& operator=(const SafeFile&) = delete;
   ~SafeFile();
 
-  /// Where the file is, and whether there can be one.
+  /// Resolves the path and checks that a file can be saved there.
   bool Find(const WChar* path);
-  /// Finds it, too.
+  /// Calls Find, locks the old file and creates the new one.
   bool Begin(const WChar* path);
   bool Write(const void* bytes, std::size_t size);
-  /// Until the disk has all of it.
+  /// Flushes and closes the new file.
   bool Stored();
-  /// What was written.
+  /// The new file, to read back what was written.
   DiskFile& file() { return holder_; }
+  /// Renames the new file to the path and flushes the folder.
   bool Replace(const FileMark* expected);
 
   const DocumentError& error() const { return error_; }
@@ -39,13 +41,13 @@ class SafeFile {
 
   PathText target_, folder_, name_, temporary_;
   bool isThere_ = false;
-  DiskFile old_;     // locked; not open where there is none
-  DiskFile holder_;  // keeps the new one locked until it is in its place
+  DiskFile old_;     // locked; not open if there is none
+  DiskFile holder_;  // keeps the new file locked until it replaces the old one
   DiskFile writer_;
   DocumentError error_;
 };
 
-/// The bytes of an open file.
+/// The mark of an open file.
 bool MarkOf(DiskFile& file, FileMark* mark);
 
 }  // namespace vosmere

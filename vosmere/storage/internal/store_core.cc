@@ -1,3 +1,4 @@
+// Logging, undoing and checkpointing the changes of a tree.
 #include "vosmere/storage/internal/store_core.h"
 
 #include <algorithm>
@@ -225,6 +226,7 @@ bool StoreCore::ContinueLog(std::uint64_t number) {
 bool StoreCore::Checkpoint() {
   error = {};
   if (options_.readOnly) return Fail(DocumentFault::kCannotWrite, "the store is open to be read");
+  if (!tree_.IsNumbered()) Miss("the tree was changed in a way that is not logged");
   ULONG failure = 0;
   const bool whole = IsWhole() && log_->Flush(&failure);
   const std::uint64_t number = ++files_.highest;

@@ -1,4 +1,4 @@
-// What a store is made of.
+// StoreCore, the implementation of TreeStore: tree, log, undo and checkpoints.
 #pragma once
 
 #include <deque>
@@ -48,10 +48,11 @@ class StoreCore : public TreeObserver {
   void Sorted(RNode* folder) override;
 
  private:
-  /// Something under way that is looked at before and after.
+  /// The state before a change that is being made: between Changing and Changed, or Sorting and
+  /// Sorted.
   struct Before {
     RNode* link = nullptr;
-    bool counts = false;  // nothing is under way with the same link
+    bool counts = false;  // false inside another change of the same link, which covers this one
     FieldValues fields;
     std::vector<std::uint64_t> order;
   };
@@ -95,9 +96,9 @@ class StoreCore : public TreeObserver {
   std::uint64_t sequence_ = 0;
 
   std::unique_ptr<LogWriter> log_;
-  std::string missed_;  // why the log lacks something that the tree has; empty when it does not
+  std::string missed_;  // why the log lacks a change that the tree has; empty if it lacks none
   UndoStack undo_, redo_;
-  std::deque<Before> under_;  // the first `depth_` are under way
+  std::deque<Before> under_;  // the first `depth_` are in use
   std::size_t depth_ = 0;
   FieldValues after_;
   Change change_;
@@ -107,7 +108,7 @@ class StoreCore : public TreeObserver {
   std::set<std::uint64_t> loaded_;  // checkpoints that are known to load
   std::set<std::pair<FileKind, std::uint64_t>> broken_;
   std::string trouble_;  // why checkpoints did not load
-  bool isClean_ = true;  // the last log can be gone on with
+  bool isClean_ = true;  // the last log can be appended to
   std::uint64_t lastLog_ = 0;
   TreeStore::Note note_ = nullptr;
   void* noteTo_ = nullptr;

@@ -1,3 +1,4 @@
+// Names, reads and writes the files of a store.
 #include "vosmere/storage/internal/store_files.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Describes changes of a tree as bytes, and makes them from bytes.
 #include "vosmere/storage/internal/stored_tree.h"
 
 #include <algorithm>
@@ -97,6 +98,14 @@ void StoredTree::Renumber() {
   std::swap(owners_, owners);
   std::swap(references_, references);
   next_ = next;
+}
+
+bool StoredTree::IsNumbered() {
+  std::size_t links = 0;
+  const auto isKnown = [&](const RNode* link, RNode*, bool) {
+    return ++links, NumberOf(link) != 0;
+  };
+  return Walk(root_, isKnown) && links == count();
 }
 
 // Replaying a log needs no numbers of links, so they are gathered when the first change is made.

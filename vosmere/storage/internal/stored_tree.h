@@ -1,4 +1,4 @@
-// A tree whose links have numbers, and the changes that can be made to it and unmade.
+// StoredTree, a tree whose links have numbers, with changes that can be done and undone.
 #pragma once
 
 #include <cstdint>
@@ -15,20 +15,20 @@
 
 namespace vosmere {
 
-/// The kinds of change. Their numbers stand in files.
+/// The kinds of change. The values are used in files and never change.
 enum class ChangeKind : unsigned char { kAdd = 1, kRemove = 2, kMove = 3, kFields = 4, kSort = 5 };
 
-/// A change as bytes that say how to make it and how to unmake it.
+/// A change as bytes, with everything that is needed to do and undo it.
 struct Change {
   ChangeKind kind = ChangeKind::kAdd;
   std::string bytes;
 };
 
-/// Numbers are given in rising order, never twice, and never 0. The root has one, too.
+/// New links get rising numbers. A number is never used twice and never 0. The root has one too.
 ///
-/// The files describe links one by one: number, number of the parent, what it is, fields. A link
-/// comes after its parent and as the last of it; the local tree of a collection comes right after
-/// the collection.
+/// Links are described one after the other: number, number of the parent, type, fields. A link
+/// comes after its parent and its previous siblings; the local tree of a collection comes directly
+/// after the collection.
 ///
 /// A page that refers to a link loses the reference when that is removed, and has it again when the
 /// link comes back. So the description of what is removed ends with the references to it, if there
@@ -45,15 +45,15 @@ class StoredTree : private LinkLookup {
   std::uint64_t nextNumber() const { return next_; }
   void SetNextNumber(std::uint64_t next) { next_ = next; }
 
-  /// Takes a tree that has no numbers yet.
+  /// Takes ownership of a tree without numbers.
   void SetRoot(RNode* root);
-  /// Takes the tree of another, whose numbers must go on meaning the same.
+  /// Exchanges trees and numbers.
   void Swap(StoredTree& other) noexcept;
   RNode* Detach();
 
   // Checkpoints.
 
-  /// Calls `use(bytes)` with the descriptions of a few links at a time, until it is false.
+  /// Calls `use(bytes)` with the descriptions of some links at a time, until it returns false.
   template <class Use>
   bool DescribeAll(Use use) {
     std::string bytes;
@@ -67,41 +67,43 @@ class StoredTree : private LinkLookup {
                 }) &&
            (bytes.empty() || use(std::string_view(bytes)));
   }
-  /// Reads such descriptions. False for what is none; what was read before stays.
+  /// Reads such descriptions. False at the first invalid one; the links before it stay.
   bool ReadDescriptions(std::string_view bytes);
-  /// Once all have been read.
+  /// Must be called when all of them have been read.
   void FinishReading();
 
-  // Changes that are about to be made to the tree. Each is false, with nothing changed here either,
-  // for what the numbers do not know.
+  // Describe a change that is about to be made to the tree. They return false, with nothing
+  // changed, if a link that is involved has no number.
 
   bool DescribeAdding(RNode* parent, RNode* tree, RNode* before, Change* change);
   bool DescribeMoving(RNode* link, RNode* parent, RNode* before, Change* change);
   bool DescribeRemoving(RNode* link, Change* change);
-  /// Of a link whose fields have changed since `before`. False when none has.
+  /// Describes how the fields of a link have changed since `before`. False if they have not.
   bool DescribeFields(RNode* link, const FieldValues& before, FieldValues* after, Change* change);
   void TakeFields(RNode* link, FieldValues* values);
   bool TakeOrder(RNode* folder, std::vector<std::uint64_t>* order);
   bool DescribeSorting(RNode* folder, const std::vector<std::uint64_t>& before, Change* change);
 
-  /// Makes a change, or unmakes it. False, with a reason, when it does not fit the tree.
+  /// Does a change, or undoes it. False, with the reason, if it does not fit the tree.
   bool Make(ChangeKind kind, std::string_view bytes, bool undone, const char** problem);
 
-  /// Gives numbers to links that were put into the tree in another way, and forgets those that are
-  /// no longer in it.
+  /// Whether every link of the tree has a number, and every number a link.
+  bool IsNumbered();
+  /// Gives numbers to links that have none, and drops the numbers of links that are gone.
   void Renumber();
 
   std::uint64_t NumberOf(const RNode* link) override;
   RNode* LinkOf(std::uint64_t number) override {
     return reinterpret_cast<RNode*>(links_.Find(number));
   }
-  /// The first link that a change is about, if it is in the tree.
+  /// The link that a change is about; null if it is not in the tree.
   RNode* SubjectOf(ChangeKind kind, std::string_view bytes);
-  /// Of an added or removed link, which the caller frees with DeleteLink; null for other changes.
+  /// A copy of the link that was added or removed, which the caller frees with DeleteLink; null for
+  /// other changes.
   RNode* CopyOfSubject(ChangeKind kind, std::string_view bytes);
 
-  /// Calls `visit(link, parent, isLocal)` with a link and all below it, each before what is below
-  /// it, local trees of collections included, until it is false.
+  /// Calls `visit(link, parent, isLocal)` for a link and everything below it, with the local trees
+  /// of collections, parents first, until it returns false.
   template <class Visit>
   static bool Walk(RNode* top, Visit visit) {
     return WalkWhole(top, true, visit);

@@ -1,4 +1,4 @@
-// The changes that can be undone.
+// UndoStack, the changes that can be undone or redone.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace vosmere {
 
-/// The last changes, as many as fit into so many bytes; the newest is always kept. All stand in one
-/// piece of memory, which has room for as many again before the oldest go.
+/// The last changes. When they take more than twice `mostBytes`, the oldest are dropped until they
+/// take at most `mostBytes`; the newest one is always kept. All are in one block of memory.
 class UndoStack {
  public:
   void Push(ChangeKind kind, std::string_view bytes, std::uint64_t mostBytes) {
@@ -20,7 +20,8 @@ class UndoStack {
     ends_.push_back({kind, bytes_.size() + bytes.size()});
     bytes_ += bytes;
   }
-  /// Room for changes with so many bytes in all, which is not used before they come.
+  /// Reserves memory for this many bytes of changes, so that the block need not grow. The system
+  /// provides it only when it is used.
   void Reserve(std::uint64_t bytes, std::uint64_t mostBytes) {
     constexpr std::uint64_t kShortest = 16;  // of a change in a log; fewer are few
     const std::uint64_t room = std::min(bytes, 2 * mostBytes + (std::uint64_t{64} << 10));
