@@ -288,7 +288,11 @@ def suites_in(paths):
 
 
 def suites_of(name):
-    """Those of the tests of its folder, or of the nearest folder around it that has tests."""
+    """Those of the tests of its folder, or of the nearest folder around it that has tests; for the
+    tool, of all tests that run it."""
+    if name.startswith("tools/"):
+        return suites_in(path for path in (TOP / "tests").glob("**/*.cc")
+                         if "tests/support/tool.h" in path.read_text())
     folder = pathlib.Path(name.removeprefix("vosmere/")).parent
     while not (TOP / "tests" / folder).exists():
         folder = folder.parent

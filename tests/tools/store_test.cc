@@ -19,6 +19,7 @@ TEST(Tool, ReadsStoresAndRestoresTheirCheckpoints) {
     SetName(*store->tree()->item, "Library");
     CFolderNode* const trips = Add<CFolderNode>(store->tree(), "Trips");
     ASSERT_FALSE(store->Checkpoint());
+    EXPECT_THAT(RunTool("show " + Quoted(path)).out, HasSubstr("[folder] Trips")) << "while open";
     Add<CUrlNode>(trips, "Rome", "http://rome.example/");
   }
   const std::string quoted = Quoted(path);

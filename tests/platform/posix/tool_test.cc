@@ -74,6 +74,7 @@ TEST(ToolPosix, AFullDiskIsTold) {
     EXPECT_EQ(full.exitCode, 2) << arguments;
     EXPECT_THAT(full.errors, HasSubstr("the output cannot be written: No space left on device"));
   }
+  EXPECT_EQ(RunTool("favorites " + Quoted(folder / "") + " --rss /dev/full").exitCode, 2);
 }
 
 TEST(ToolPosix, AReplyDoesNotSteerTheTerminal) {
