@@ -8,6 +8,7 @@
 #include <map>
 #include <new>
 #include <optional>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -69,9 +70,9 @@ class Bookmarks {
 
   // What only documents of other programs hold.
 
-  void SetSiteUrl(const WChar* url) { colct_->SetRelationUrl(WithoutBlanks(url).get()); }
+  void SetSiteUrl(const WChar* url) { colct_->SetRelationUrl(WithoutBlanks(url)); }
   void SetForeignLink(const WChar* url);
-  void SetPermanentUrl(const WChar* url) { SetXmlUrl(WithoutBlanks(url).get()); }
+  void SetPermanentUrl(const WChar* url) { SetXmlUrl(WithoutBlanks(url)); }
   /// Sets the author if there is no other.
   void SetCreator(const WChar* name);
   void SetPublished(const WChar* date);
@@ -92,7 +93,8 @@ class Bookmarks {
   };
 
   static Identity IdentityOf(const WChar* text);
-  static SystemText WithoutBlanks(const WChar* text);
+  /// The text itself, or a copy that is valid until the next call.
+  const WChar* WithoutBlanks(const WChar* text);
   static constexpr int kMostCategories = 256;  // each is compared with all before it
 
   CColctNode* colct_ = nullptr;
@@ -103,8 +105,9 @@ class Bookmarks {
   bool hadUnreadDates_ = false;
   std::optional<LONG> published_;  // of the current item
   int categories_ = 0;             // of the current item
-  std::vector<Placed> placed_;     // all but the root, in document order until Place sorts them
-  Folders folders_;                // null for a folder that was only referred to so far
+  std::basic_string<WChar> trimmed_;
+  std::vector<Placed> placed_;  // all but the root, in document order until Place sorts them
+  Folders folders_;             // null for a folder that was only referred to so far
   Folders::value_type* lastNamed_ = nullptr;
 };
 
@@ -186,19 +189,19 @@ void Bookmarks::SetXmlUrl(const WChar* url) {
   hasAddress_ = true;
 }
 
-SystemText Bookmarks::WithoutBlanks(const WChar* text) {
-  SystemText copy(text);
-  WideView view(copy.get());
+const WChar* Bookmarks::WithoutBlanks(const WChar* text) {
+  WideView view(text);
+  if (view.empty() || !(ascii::IsBlank(view[0]) || ascii::IsBlank(view[view.size - 1])))
+    return text;
   while (!view.empty() && ascii::IsBlank(view[view.size - 1])) --view.size;
   while (!view.empty() && ascii::IsBlank(view[0])) view = view.From(1);
-  copy.get()[view.end() - copy.get()] = 0;
-  if (view.data == copy.get()) return copy;
-  return SystemText(view.data);
+  trimmed_.assign(view.begin(), view.end());
+  return trimmed_.c_str();
 }
 
 void Bookmarks::SetForeignLink(const WChar* url) {
-  const SystemText address = WithoutBlanks(url);
-  if (*address.get()) SetLink(address.get());
+  const WChar* const address = WithoutBlanks(url);
+  if (*address) SetLink(address);
 }
 
 void Bookmarks::SetCreator(const WChar* name) {
@@ -208,8 +211,7 @@ void Bookmarks::SetCreator(const WChar* name) {
 // Seconds beyond 32 bits are no time of an item.
 void Bookmarks::SetPublished(const WChar* text) {
   DateReading date;
-  const bool isRead =
-      ReadDate(WithoutBlanks(text).get(), &date) && date.seconds == LONG(date.seconds);
+  const bool isRead = ReadDate(text, &date) && date.seconds == LONG(date.seconds);
   if (isRead)
     published_ = LONG(date.seconds);
   else
@@ -217,11 +219,11 @@ void Bookmarks::SetPublished(const WChar* text) {
 }
 
 void Bookmarks::AddCategory(const WChar* text) {
-  const SystemText tag = WithoutBlanks(text);
+  const WChar* const tag = WithoutBlanks(text);
   CUrlProp* const prop = item_->GetUrlProp();
-  if (!*tag.get() || !prop || categories_ == kMostCategories || prop->HasTag(tag.get())) return;
+  if (!*tag || !prop || categories_ == kMostCategories || prop->HasTag(tag)) return;
   ++categories_;
-  CUrlProp::TagList* const cell = CUrlProp::CreateRBstrItem(tag.get());
+  CUrlProp::TagList* const cell = CUrlProp::CreateRBstrItem(tag);
   if (!cell) throw std::bad_alloc();
   CUrlProp::TagList* tags = prop->DetachTagsHead();
   chain::Append(tags, cell);

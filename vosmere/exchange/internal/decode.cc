@@ -204,7 +204,8 @@ bool IsControl(char c) {
 
 void BlankControls(std::string& text, RepairList& repairs) {
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text.compare(i, 2, "\xEF\xBF") == 0 && i + 2 < text.size() && text[i + 2] > '\xBD') {
+    if (text[i] == '\xEF' && text.compare(i, 2, "\xEF\xBF") == 0 && i + 2 < text.size() &&
+        text[i + 2] > '\xBD') {
       repairs.Add(RepairKind::kControl, i, "U+FFFE or U+FFFF", "U+FFFD");
       text[i + 2] = '\xBD';
     }

@@ -10,6 +10,8 @@
 namespace vosmere::exchange {
 namespace {
 
+enum class OutlineType { kFeed, kLink, kSearch, kOther };
+
 constexpr struct {
   std::string_view name;
 } kNames[] = {{"text"}, {"title"}, {"description"}, {"type"}, {"xmlUrl"}, {"htmlUrl"}, {"url"}};
@@ -41,6 +43,11 @@ constexpr struct {
     {"smartfolder", OutlineType::kSearch},
     {"query", OutlineType::kSearch},
 };
+
+OutlineType OutlineTypeOf(std::string_view word) {
+  const auto* const row = FindNoCase(kTypes, Trimmed(word));
+  return row ? row->type : OutlineType::kOther;
+}
 
 class Fixing {
  public:
@@ -120,11 +127,6 @@ class Fixing {
 };
 
 }  // namespace
-
-OutlineType OutlineTypeOf(std::string_view word) {
-  const auto* const row = FindNoCase(kTypes, Trimmed(word));
-  return row ? row->type : OutlineType::kOther;
-}
 
 void NameAttributes(Token& outline, RepairList* repairs) {
   for (Attribute& attribute : outline.attributes) {

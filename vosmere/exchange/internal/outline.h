@@ -1,9 +1,6 @@
 // Outlines as they are in the field, made into those that the reader of trees knows.
 #pragma once
 
-#include <string_view>
-#include <vector>
-
 #include "vosmere/exchange/internal/repair_list.h"
 #include "vosmere/exchange/internal/tokens.h"
 
@@ -19,9 +16,5 @@ void NameAttributes(Token& outline, RepairList* repairs);
 /// - A title that differs from the text is left out, and so are blanks around addresses.
 /// Returns false for a saved search, which is to be left out.
 bool FixOutline(Token& outline, RepairList* repairs);
-
-/// The types of attributes that FixOutline knows, for a check of outlines that need no change.
-enum class OutlineType { kFeed, kLink, kSearch, kOther };
-OutlineType OutlineTypeOf(std::string_view word);
 
 }  // namespace vosmere::exchange

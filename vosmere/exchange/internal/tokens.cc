@@ -27,8 +27,8 @@ bool BeginsName(char c) {
   return ascii::IsLetter(c) || c == '_' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
 }
 bool EndsName(char c) {
-  constexpr std::string_view kEnds("=>/<\"'\0", 7);
-  return ascii::IsBlank(c) || kEnds.find(c) != kEnds.npos;
+  static constexpr ByteSet kEnds(std::string_view("=>/<\"' \t\r\n\0", 11));
+  return kEnds.Has(c);
 }
 
 }  // namespace
@@ -212,8 +212,9 @@ bool Tokens::ReadQuoted(Attribute& attribute) {
 
 /// Finds where the value that begins at `begin` ends. A quotation mark inside it is a repair.
 bool Tokens::FindEndOfValue(std::size_t begin, char quote) {
-  const char stops[] = {quote, '<', '\0'};
-  for (std::size_t at = begin; (at = text_.find_first_of(stops, at)) != text_.npos; ++at) {
+  static constexpr ByteSet kStops[] = {ByteSet("'<"), ByteSet("\"<")};
+  const ByteSet& stops = kStops[quote == '"'];
+  for (std::size_t at = begin; (at = stops.Find(text_, at)) < text_.size(); ++at) {
     if (text_[at] == quote) {
       valueEnd_ = at;
       valueNext_ = at + 1;
@@ -252,7 +253,8 @@ bool Tokens::EndsTag(std::size_t close) const {
 }
 
 std::size_t Tokens::AfterBlanks(std::size_t at) const {
-  return std::min(text_.find_first_not_of(" \t\r\n", at), text_.size());
+  while (at < text_.size() && ascii::IsBlank(text_[at])) ++at;
+  return std::min(at, text_.size());
 }
 
 bool Tokens::BeginsKnownElement(std::size_t at) const {

@@ -24,6 +24,24 @@ constexpr bool IsXmlCharacter(std::uint32_t c) {
                    : c == '\t' || c == '\n' || c == '\r';
 }
 
+/// A set of bytes, for searches that look at every byte once.
+class ByteSet {
+ public:
+  constexpr explicit ByteSet(std::string_view bytes) {
+    for (const char byte : bytes) has_[static_cast<unsigned char>(byte)] = true;
+  }
+
+  constexpr bool Has(char byte) const { return has_[static_cast<unsigned char>(byte)]; }
+  /// The position of the first byte of the set, from `at` on; the size if there is none.
+  std::size_t Find(std::string_view text, std::size_t at = 0) const {
+    while (at < text.size() && !Has(text[at])) ++at;
+    return at;
+  }
+
+ private:
+  bool has_[256] = {};
+};
+
 /// Comparisons without case (ASCII).
 inline bool SameNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),

@@ -304,8 +304,9 @@ void Pass::PutTag(const Token& tag) {
 }
 
 void Pass::PutEscaped(std::string_view raw) {
+  static constexpr ByteSet kSpecial("&<>\"");
   while (!raw.empty()) {
-    const std::size_t next = std::min(raw.find_first_of("&<>\""), raw.size());
+    const std::size_t next = kSpecial.Find(raw);
     out_.append(raw.substr(0, next));
     raw.remove_prefix(next);
     if (raw.empty()) return;
