@@ -80,7 +80,7 @@ TEST_F(SafeSaveFile, WheneverThePowerFailsTheOldOrTheNewOneIsThere) {
       ASSERT_TRUE(now == kNew || (isThere ? now == kOld : !exists)) << call;
       ASSERT_TRUE(call < disk.calls() || now == kNew) << "the save was done";
     });
-    std::printf("%d states that a loss of power leaves of a safe save\n", states);
+    SayCount(states, "states that a loss of power leaves of a safe save");
     EXPECT_GT(states, 8);
   }
 }

@@ -82,8 +82,7 @@ TEST_F(AStore, IsWhatItWasAfterAnyChangesAndUndoesThemAll) {
       }
       std::uint64_t made = store->sequence();
       history[made] = last = Dump(store->tree());
-      std::printf("%d changes of up to %zu links undone and redone\n", static_cast<int>(made),
-                  static_cast<std::size_t>(std::count(last.begin(), last.end(), '\n')));
+      SayCount(made, "changes undone and redone");
       while (*store->Undo()) ASSERT_TRUE(isAt(--made)) << made;
       EXPECT_EQ(made, 0u);
       while (*store->Redo()) ASSERT_TRUE(isAt(++made)) << made;
@@ -284,7 +283,7 @@ TEST_F(AStore, LosesNothingThatWasFlushedWheneverThePowerFails) {
                               Dump(store->tree()));
     ASSERT_TRUE(at != history.end()) << "after call " << call << ": " << store->notes().back();
   });
-  std::printf("%d states that a loss of power leaves of a store\n", states);
+  SayCount(states, "states that a loss of power leaves of a store");
   EXPECT_GT(states, 40);
 }
 

@@ -1,6 +1,7 @@
 // Disks that fail, and disks that lose their power.
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -20,6 +21,13 @@ namespace vosmere::test {
 /// Whether `./dev faults` asks for more of everything.
 inline bool IsLongForm() {
   return std::getenv("VOSMERE_FAULTS");
+}
+
+/// Prints in the long form how much was tried.
+inline void SayCount(std::uint64_t count, const char* what) {
+  if (!IsLongForm()) return;
+  std::printf("%d %s\n", static_cast<int>(count), what);
+  std::fflush(stdout);  // or a child process may print it again
 }
 
 /// Real flushes take most of the time, and no test can see them.

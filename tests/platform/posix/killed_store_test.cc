@@ -42,7 +42,6 @@ class KillingDisk : public DiskWatch {
 /// Runs `act` in a process of its own. True if the process was killed.
 template <class Act>
 bool IsKilled(Act act) {
-  std::fflush(stdout);  // or the child may print it as well
   const pid_t child = fork();
   if (child == 0) {
     act();
@@ -90,6 +89,7 @@ TEST(Killed, WhileItSavesAFileLeavesTheOldOrTheNewOne) {
         << "after call " << call;
   }
   EXPECT_GE(kills, 14);
+  SayCount(kills, "kills of a safe save");
 }
 
 TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
@@ -132,6 +132,7 @@ TEST(Killed, WhileItChangesAStoreLosesNothingThatWasFlushed) {
     ASSERT_TRUE(std::find(least, history.end(), Dump(store->tree())) != history.end()) << call;
   }
   EXPECT_GE(kills, 30);
+  SayCount(kills, "kills of a store");
 }
 
 // Each process adds one to the number in a file, and counts how often that was saved.
@@ -162,6 +163,7 @@ TEST(Killed, OrNotTwoProcessesThatSaveOneFileLoseNothingWithoutAWord) {
   addOnes();
   waitpid(child, nullptr, 0);
   EXPECT_EQ(ReadBytes(path), std::to_string(*saves));
+  SayCount(*saves, "saves by two processes");
 }
 
 }  // namespace
