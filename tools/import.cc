@@ -25,7 +25,7 @@ Imported ImportOf(const std::string& name) {
   return *std::move(imported);
 }
 
-Tree TreeOf(Imported imported) {
+Tree AsTree(Imported imported) {
   if (imported.tree) return std::move(imported.tree);
   RNode* const items = imported.collection->GetLocRNodeRoot();
   SetName(*items->item, imported.collection->GetName());
@@ -33,15 +33,15 @@ Tree TreeOf(Imported imported) {
   return Tree(items);
 }
 
-Collection CollectionOf(Imported imported) {
+Collection AsCollection(Imported imported) {
   if (imported.collection) return std::move(imported.collection);
   return CollectionOf(std::move(imported.tree));
 }
 
 /// What was imported as the document that the name of the output asks for.
 AnyDocument DocumentFor(Imported imported, const std::string& output) {
-  if (HasEnding(output, {".opml"})) return TreeOf(std::move(imported));
-  if (HasEnding(output, {".rss", ".xml"})) return CollectionOf(std::move(imported));
+  if (HasEnding(output, {".opml"})) return AsTree(std::move(imported));
+  if (HasEnding(output, {".rss", ".xml"})) return AsCollection(std::move(imported));
   if (imported.tree) return std::move(imported.tree);
   return std::move(imported.collection);
 }
@@ -49,13 +49,13 @@ AnyDocument DocumentFor(Imported imported, const std::string& output) {
 /// The list with the items that were imported. It keeps its own name.
 AnyDocument MergedInto(Imported list, Imported added) {
   if (list.tree) {
-    const Tree theirs = TreeOf(std::move(added));
+    const Tree theirs = AsTree(std::move(added));
     SetName(*theirs->item, NameOf(list.tree.get()));
     Merged merged = vosmere::Merge(list.tree, theirs);
     PrintConflicts(merged.conflicts);
     return std::move(merged.tree);
   }
-  const Collection theirs = CollectionOf(std::move(added));
+  const Collection theirs = AsCollection(std::move(added));
   SetName(*theirs, list.collection->GetName());
   MergedCollection merged = vosmere::Merge(list.collection, theirs);
   PrintConflicts(merged.conflicts);
