@@ -2,6 +2,8 @@
 #include "tools/import.h"
 
 #include <iostream>
+#include <set>
+#include <string>
 
 #include "tools/bookmarks.h"
 #include "tools/check.h"
@@ -46,17 +48,32 @@ AnyDocument DocumentFor(Imported imported, const std::string& output) {
   return std::move(imported.collection);
 }
 
+/// Removes what the list has already, in whichever folder.
+void RemoveKnown(RNode* added, RNode* list) {
+  std::set<std::string> known;
+  for (const CUrlNode& page : Pages(list)) known.insert(ToUtf8(AddressOf(page)));
+  for (const CColctNode& feed : Collections(list)) known.insert(ToUtf8(AddressOf(feed)));
+  known.erase("");
+  const auto isKnown = [&](const CUrlNode& item) {
+    return known.contains(ToUtf8(AddressOf(item)));
+  };
+  RemoveIf<CUrlNode>(added, isKnown);
+  RemoveIf<CColctNode>(added, isKnown);
+}
+
 /// The list with the items that were imported. It keeps its own name.
 AnyDocument MergedInto(Imported list, Imported added) {
   if (list.tree) {
     const Tree theirs = AsTree(std::move(added));
     SetName(*theirs->item, NameOf(list.tree.get()));
+    RemoveKnown(theirs.get(), list.tree.get());
     Merged merged = vosmere::Merge(list.tree, theirs);
     PrintConflicts(merged.conflicts);
     return std::move(merged.tree);
   }
   const Collection theirs = AsCollection(std::move(added));
   SetName(*theirs, list.collection->GetName());
+  RemoveKnown(theirs->GetLocRNodeRoot(), list.collection->GetLocRNodeRoot());
   MergedCollection merged = vosmere::Merge(list.collection, theirs);
   PrintConflicts(merged.conflicts);
   return std::move(merged.collection);

@@ -116,7 +116,7 @@ TEST(NetBase, AReplyIsKeptUpToALimitOrHandedOn) {
   });
   EXPECT_EQ(read, kMostKept);
   EXPECT_TRUE(net.IsResponseCut());
-  EXPECT_LE(kept, kMostKept / 4 * 5) << "it is never in memory twice";
+  EXPECT_LE(kept, kMostKept / 2 * 3) << "it is never in memory twice";
 
   const auto count = [](void* context, const void*, std::size_t size) {
     *static_cast<int*>(context) += static_cast<int>(size);

@@ -284,7 +284,8 @@ http::Error HttpTransfer::Read(char* bytes, std::size_t capacity, std::size_t* g
     if (stashAt_ == stashed_) stashAt_ = stashed_ = 0;
     // Bytes that arrived before a failure are delivered first; the next call reports the failure.
     if (*got == capacity || (finished_ && (*got > 0 || result_ == CURLE_OK))) return http::kNone;
-    if (const http::Error error = Refill(deadline)) return error;
+    const http::Error error = Refill(deadline);
+    if (error) return finished_ && *got > 0 ? http::kNone : error;
   }
 }
 
