@@ -51,12 +51,10 @@ AnyDocument DocumentFor(Imported imported, const std::string& output) {
 /// Removes what the list has already, in whichever folder.
 void RemoveKnown(RNode* added, RNode* list) {
   std::set<std::string> known;
-  for (const CUrlNode& page : Pages(list)) known.insert(ToUtf8(AddressOf(page)));
-  for (const CColctNode& feed : Collections(list)) known.insert(ToUtf8(AddressOf(feed)));
+  for (const CUrlNode& page : Pages(list)) known.insert(AddressOf(page));
+  for (const CColctNode& feed : Collections(list)) known.insert(AddressOf(feed));
   known.erase("");
-  const auto isKnown = [&](const CUrlNode& item) {
-    return known.contains(ToUtf8(AddressOf(item)));
-  };
+  const auto isKnown = [&](const CUrlNode& item) { return known.contains(AddressOf(item)); };
   RemoveIf<CUrlNode>(added, isKnown);
   RemoveIf<CColctNode>(added, isKnown);
 }
