@@ -14,9 +14,9 @@ struct PostOptions {
   std::string user;                 ///< empty for none; otherwise the password is read
   bool secure = false;
   bool clean = false;
-  std::string output;   ///< the file for the reply, "-" for standard output; empty prints it
+  std::string output;  ///< the file for the reply, "-" for standard output; empty prints it
   unsigned replyLimit = 100000;  ///< in KiB, for a reply that is printed
-  bool dryRun = false;  ///< prints the request instead of sending it
+  bool dryRun = false;           ///< prints the request instead of sending it
 };
 
 /// Uploads the file, prints or writes the reply and returns the exit code. Throws Failure.

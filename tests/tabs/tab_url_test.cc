@@ -13,9 +13,8 @@ char dispatches[256];
 /// Addresses, each in the zone that its last digit names.
 class TabUrlTest : public testing::Test, public CTabUrlData {
  protected:
-  const Hooked<SetSecurityZoneCheck> zones{[](const WChar* url) {
-    return static_cast<LONG>(WideView(url)[WideLength(url) - 1] - '0');
-  }};
+  const Hooked<SetSecurityZoneCheck> zones{
+      [](const WChar* url) { return static_cast<LONG>(WideView(url)[WideLength(url) - 1] - '0'); }};
 
   /// Adds addresses written as `a1/p`, by dispatch p (`-` is null); `^` before makes it the page.
   void Add(const std::string& addresses) {
