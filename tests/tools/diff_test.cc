@@ -25,7 +25,7 @@ TEST(Tool, DiffsAndMergesTrees) {
   const Outcome diff = RunTool("diff" + base + ours), json = RunTool("diff --json" + base + ours);
   EXPECT_EQ(diff.out, "~ N > a: moved from the top; description: '' -> 'o'\n") << diff.errors;
   EXPECT_EQ(diff.exitCode, 1);
-  EXPECT_THAT(json.out, HasSubstr("\"after\": \"o\""));
+  EXPECT_THAT(json.out, HasSubstr("\"after\":\"o\""));
   EXPECT_EQ(RunTool("diff" + base + base).exitCode, 0);
   EXPECT_EQ(RunTool("diff" + base + file("bad", "<opml")).exitCode, 2);
 
