@@ -179,7 +179,7 @@ TEST(Import, BringsBackWhatWasSaved) {
     const Result<SavedBytes> opml = SaveToBytes(tree, options);
     EXPECT_THAT(After(Import(Bytes(opml->bytes))), HasSubstr(name));
     const TreePtr plain = test::Tree("root(f())");
-    plain["f"]->item->SetName(W(name));
+    plain["f"]->item->SetName(W(std::string(name)));
     const Result<Imported> imported = Import(Bytes(SavedOpml(plain)));
     EXPECT_EQ(ToUtf8(imported->tree->firstChild->item->GetName()), name);
   }

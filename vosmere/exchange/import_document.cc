@@ -59,7 +59,8 @@ class Import {
     bool hasLetters = false;
     const bool isMisdeclared = !declared.empty() && !SameNoCase(declared, "utf-8") &&
                                IsUtf8(bytes_, &hasLetters) && hasLetters;
-    return isMisdeclared || IsUtf16(bytes_) || bytes_.ends_with('\0') || MayLackPrefix(bytes_);
+    return isMisdeclared || bytes_.starts_with("\xEF\xBB\xBF\xEF\xBB\xBF") || IsUtf16(bytes_) ||
+           bytes_.ends_with('\0') || MayLackPrefix(bytes_);
   }
 
   /// False when a repair is needed.
