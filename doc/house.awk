@@ -6,7 +6,7 @@
 BEGIN {
   floors = split("base|platform|text|tree sched|xml net|" \
                  "collections engines tags tabs toolbars pages ftp notify favorites|" \
-                 "storage exchange|cpp|tools", floor_rooms, "|")
+                 "storage import merge|cpp|tools", floor_rooms, "|")
   for (floor = 1; floor <= floors; floor++) {
     count = split(floor_rooms[floor], names, " ")
     for (i = 1; i <= count; i++) floor_of[names[i]] = floor

@@ -5,18 +5,18 @@
 #include <string>
 
 #include "vosmere/cpp.h"
-#include "vosmere/exchange/internal/bookmarks_reader.h"
-#include "vosmere/exchange/internal/decode.h"
+#include "vosmere/import/internal/bookmarks_reader.h"
+#include "vosmere/import/internal/decode.h"
 
 using namespace vosmere;
 
 namespace {
 
 std::string Written(std::string_view bytes) {
-  exchange::RepairList repairs;
-  const std::string text = exchange::Decode(bytes, repairs);
+  importing::RepairList repairs;
+  const std::string text = importing::Decode(bytes, repairs);
   const Result<SavedBytes> saved =
-      BookmarksToBytes(Tree(exchange::ReadBookmarkFile(text, repairs)));
+      BookmarksToBytes(Tree(importing::ReadBookmarkFile(text, repairs)));
   if (!saved) std::abort();
   return saved->bytes;
 }

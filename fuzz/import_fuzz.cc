@@ -6,8 +6,8 @@
 #include <string>
 
 #include "vosmere/cpp.h"
-#include "vosmere/exchange/internal/decode.h"
-#include "vosmere/exchange/internal/well_formed.h"
+#include "vosmere/import/internal/decode.h"
+#include "vosmere/import/internal/well_formed.h"
 #include "vosmere/tree/tree_walk.h"
 
 using namespace vosmere;
@@ -19,9 +19,9 @@ struct AnyRoot : CReadXML {
 };
 
 void CheckRepair(std::string_view bytes) {
-  exchange::RepairList repairs;
-  const std::string text = exchange::Decode(bytes, repairs);
-  const std::string document = exchange::MakeWellFormed(text, repairs);
+  importing::RepairList repairs;
+  const std::string text = importing::Decode(bytes, repairs);
+  const std::string document = importing::MakeWellFormed(text, repairs);
   if (document.empty()) return;
   AnyRoot reader;
   if (!reader.LoadXML(document.data(), static_cast<int>(document.size())) &&

@@ -1,7 +1,7 @@
 // Writers of trees of folders and web pages for other programs.
 #pragma once
 
-#include "vosmere/exchange/bookmarks_writer.h"
+#include "vosmere/import/bookmarks_writer.h"
 
 namespace vosmere::tool {
 

@@ -13,7 +13,7 @@
 #include "tests/support/stored_tree.h"
 #include "vosmere/cpp/diff.h"
 #include "vosmere/cpp/lists.h"
-#include "vosmere/exchange/merge_trees.h"
+#include "vosmere/merge/merge_trees.h"
 
 namespace vosmere::test {
 

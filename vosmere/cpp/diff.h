@@ -16,7 +16,7 @@
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/tree.h"
 #include "vosmere/cpp/walk.h"
-#include "vosmere/exchange/diff_trees.h"
+#include "vosmere/merge/diff_trees.h"
 
 namespace vosmere {
 
@@ -118,7 +118,7 @@ inline std::vector<ItemChange> DiffOf(const RNode* a, const RNode* b, TreeParts 
 }  // namespace detail
 
 /// Every item that differs: first those that were removed, then all others in the order of `b`.
-/// exchange/match_items.h says how items are found, exchange/diff_trees.h which fields count. Local
+/// merge/match_items.h says how items are found, merge/diff_trees.h which fields count. Local
 /// trees of collections in the trees are not compared, since a Tree does not own them.
 inline std::vector<ItemChange> Diff(Link a, Link b) {
   return detail::DiffOf(a, b, TreeParts::kLinks);

@@ -8,7 +8,7 @@
 //   if (in->tree) Show(*in->tree);          // from OPML and bookmark files
 //   else Show(*in->collection);             // from RSS
 //
-// doc/exchange.md shows what is repaired.
+// doc/import.md shows what is repaired.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +22,8 @@
 #include "vosmere/cpp/files.h"
 #include "vosmere/cpp/own.h"
 #include "vosmere/cpp/result.h"
-#include "vosmere/exchange/bookmarks_writer.h"
-#include "vosmere/exchange/import_document.h"
+#include "vosmere/import/bookmarks_writer.h"
+#include "vosmere/import/import_document.h"
 
 namespace vosmere {
 
@@ -82,7 +82,7 @@ Result<Imported> ImportWith(const std::string& source, Run run) {
 
 }  // namespace detail
 
-/// Reads OPML, RSS or a bookmark file as it is in the field; see exchange/import_document.h.
+/// Reads OPML, RSS or a bookmark file as it is in the field; see import/import_document.h.
 inline Result<Imported> Import(Bytes document) {
   return detail::ImportWith({}, [&](auto... arguments) {
     return ImportDocument(document.view.data(), document.view.size(), arguments...);
@@ -93,7 +93,7 @@ inline Result<Imported> Import(const FilePath& path) {
       path.name(), [&](auto... arguments) { return ImportFile(path.get(), arguments...); });
 }
 
-/// Saves a tree as a bookmark file that browsers import: exchange/bookmarks_writer.h. The file is
+/// Saves a tree as a bookmark file that browsers import: import/bookmarks_writer.h. The file is
 /// replaced completely or not at all. Import reads it back.
 inline Result<Saved> SaveBookmarks(const FilePath& path, const Tree& tree) {
   if (!tree) return Error(path.name(), "there is nothing to save");

@@ -7,7 +7,7 @@
 //   for (const ItemChange& change : Diff(*ours, merged.tree)) ...     // what the merge would
 //   change
 //
-// exchange/merge_trees.h has the rules. The arguments stay as they are. The only exception thrown
+// merge/merge_trees.h has the rules. The arguments stay as they are. The only exception thrown
 // is std::bad_alloc, with nothing made.
 #pragma once
 
@@ -20,7 +20,7 @@
 
 #include "vosmere/cpp/diff.h"
 #include "vosmere/cpp/documents.h"
-#include "vosmere/exchange/merge_trees.h"
+#include "vosmere/merge/merge_trees.h"
 
 namespace vosmere {
 
