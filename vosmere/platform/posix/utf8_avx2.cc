@@ -203,14 +203,27 @@ VOSMERE_STEP inline __m128i Load16(const Byte* from) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
 }
 
-/// Decodes 32 bytes if they are ASCII, or else 16 if those are.
+/// Decodes 32 bytes if they are ASCII. If a few of them are not, as in the texts of many languages,
+/// it decodes up to the first of these, and that one if it has two bytes.
 VOSMERE_STEP inline bool DecodeAscii(const Byte*& in, WChar*& out) {
+  constexpr int kFew = 4;
   const __m256i bytes = Load(in);
-  const int others = _mm256_movemask_epi8(bytes);
-  if (others & 0xFFFF) return false;
+  const unsigned others = static_cast<unsigned>(_mm256_movemask_epi8(bytes));
+  if (std::popcount(others) > kFew) return false;
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), Widened(Low(bytes)));
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + kBlock), Widened(High(bytes)));
-  Advance(in, out, others == 0);
+  if (others == 0) [[likely]] {
+    in += 2 * kBlock;
+    out += 2 * kBlock;
+    return true;
+  }
+  const int count = std::countr_zero(others);
+  in += count;
+  out += count;
+  if (const unsigned code = OfTwo(FourBytes(in))) {
+    *out++ = static_cast<WChar>(code);
+    in += 2;
+  }
   return true;
 }
 
@@ -322,7 +335,7 @@ VOSMERE_AVX2 Encoding EncodeBlocks(Encoding at, const WChar* end, const Byte* ou
 }
 
 VOSMERE_AVX2 Decoding DecodeBlocks(Decoding at, const Byte* end, const WChar* outEnd) {
-  while (end - at.in >= 2 * kBlock && outEnd - at.out >= 2 * kBlock) {
+  while (end - at.in >= 2 * kBlock + 4 && outEnd - at.out > 2 * kBlock) {
     if (at.in[0] < 0x80 && DecodeAscii(at.in, at.out)) continue;
     if (MayBeThrees(at.in) && DecodeThrees(at.in, at.out)) continue;
     if (DecodeBlock(at.in, at.out)) continue;
