@@ -175,7 +175,8 @@ TEST(Import, BringsBackWhatWasSaved) {
     EXPECT_EQ(After(Import(Bytes(html->bytes))), whole);
     SaveOptions options;
     options.pages = true;
-    As<CUrlNode>(tree->firstChild->firstChild)->GetUrlProp()->SetTagsList(nullptr);
+    CUrlProp::DeleteTagsList(
+        As<CUrlNode>(tree->firstChild->firstChild)->GetUrlProp()->DetachTagsHead());
     const Result<SavedBytes> opml = SaveToBytes(tree, options);
     EXPECT_THAT(After(Import(Bytes(opml->bytes))), HasSubstr(name));
     const TreePtr plain = test::Tree("root(f())");
