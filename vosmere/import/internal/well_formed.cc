@@ -294,7 +294,7 @@ void Pass::PutTag(const Token& tag) {
   out_.append("<").append(tag.name);
   if (!hasRoot_ && known_)
     for (const std::string& prefix : known_->prefixes)
-      out_.append(" xmlns:" + prefix + "=\"urn:" + prefix + "\"");
+      out_.append(" xmlns:").append(prefix).append("=\"urn:").append(prefix).append("\"");
   for (const Attribute& attribute : tag.attributes) {
     out_.append(" ").append(attribute.name).append("=\"");
     PutEscaped(attribute.value);

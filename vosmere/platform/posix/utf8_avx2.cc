@@ -19,7 +19,7 @@ namespace {
 #define VOSMERE_AVX2 [[gnu::target("avx2,popcnt")]]
 #define VOSMERE_STEP [[gnu::target("avx2,popcnt"), gnu::always_inline]]
 
-constexpr int kBlock = 16;
+constexpr std::ptrdiff_t kBlock = 16;
 constexpr std::ptrdiff_t kSlow = 64;  // bytes that are decoded one by one after a fault
 
 using Shuffle = std::array<Byte, 16>;
@@ -175,7 +175,7 @@ VOSMERE_STEP inline bool EncodeBlock(const WChar*& in, Byte*& out) {
   start = _mm256_blendv_epi8(start, units, isOne);
   const __m256i isSurrogate = _mm256_cmpeq_epi16(And(units, 0xF800), All(0xD800));
   const unsigned surrogates = Bits(isSurrogate);
-  unsigned left = 0;
+  std::ptrdiff_t left = 0;
   if (surrogates) {
     const __m256i isHigh = _mm256_cmpeq_epi16(And(units, 0xFC00), All(0xD800));
     const unsigned high = Bits(isHigh);
@@ -270,7 +270,7 @@ VOSMERE_STEP inline Layout LayoutOf(__m128i bytes, unsigned others) {
                  fours = BitsFrom(bytes, 0xF0);
   const unsigned continuations = others & ~leads;
   const unsigned cut = (leads & 0x8000) | (threes & 0xC000) | (fours & 0xE000);
-  const int size = cut ? std::countr_zero(cut) : kBlock;
+  const int size = cut ? std::countr_zero(cut) : int{kBlock};
   const unsigned whole = (1u << size) - 1;
   const unsigned expected = leads << 1 | threes << 2 | fours << 3;
   return {others, fours & whole, ~(continuations >> 1) & whole, size,
