@@ -97,7 +97,7 @@ TEST_F(TabUrlTest, DerivedClassesHaveItsSteps) {
   EXPECT_EQ(Zone(), "2! of 3") << "the last page counts";
   UnsetTopLevelFlag();
   EXPECT_EQ(Zone(), "4 of 3");
-  EXPECT_FALSE(FilterOutTheSameDispatch(dispatches + 'x'));
+  EXPECT_FALSE(FilterOutTheSameDispatch(dispatches + int{'x'}));
   EXPECT_FALSE(DeleteTabUrlItem(GetHead()->next));
   EXPECT_TRUE(DeleteTabUrlItem(GetHead()));
   EXPECT_EQ(Urls(), "c2");
@@ -109,7 +109,7 @@ TEST_F(TabUrlTest, WithoutMemoryNothingIsAddedAndNothingLost) {
   unsigned long lost = LostTexts();
   {
     const FailingMemory memory(1);
-    AddUrl(url, true, dispatches + 'q');
+    AddUrl(url, true, dispatches + int{'q'});
   }
   EXPECT_EQ(Urls(), "a1 b2");
   EXPECT_EQ(LostTexts(), ++lost);
