@@ -14,7 +14,7 @@ using namespace vosmere;
 
 namespace {
 
-std::u16string Saved(CColctNode* colct) {
+std::u16string SavedText(CColctNode* colct) {
   CWriteColctRSS writer;
   writer.SetColctNode(colct);
   const SystemString text(writer.GetXMLBSTR());
@@ -49,10 +49,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   reader.LoadXML(reinterpret_cast<const char*>(data), static_cast<int>(size));
   const Collection first(reader.DetachColctNode());
   if (!first) return 0;
-  const std::u16string document = Saved(first.get());
+  const std::u16string document = SavedText(first.get());
   const Collection second = Loaded(document);
   if (ItemsIn(second.get()) != ItemsIn(document)) std::abort();
-  const std::u16string settled = Saved(second.get());
-  if (Saved(Loaded(settled).get()) != settled) std::abort();
+  const std::u16string settled = SavedText(second.get());
+  if (SavedText(Loaded(settled).get()) != settled) std::abort();
   return 0;
 }
