@@ -42,9 +42,9 @@ class RecordOutline {
     std::string folder;
     std::size_t names = 0;
     for (i = items_[i].parent; i != 0; i = items_[i].parent) {
-      if (names++ == detail::kPlaceNames) return "... > " + folder;
+      if (names++ == detail::kPlaceNames) return folder.insert(0, "... > ");
       const std::string name = detail::ShortName(Wide(items_[i].name));
-      folder = folder.empty() ? name : name + " > " + folder;
+      folder.insert(0, folder.empty() ? name : name + " > ");
     }
     return folder;
   }

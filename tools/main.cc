@@ -280,14 +280,29 @@ CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) 
   return recover;
 }
 
-int Main(const Arguments& arguments) {
-  CLI::App app("Show, check, copy and export VosmereBase documents.", "vosmere");
+void SetUp(CLI::App& app) {
   app.set_version_flag("--version", VOSMERE_VERSION);
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kExitCodes);
   for (const char* const noise : {"TEXT", "REQUIRED"}) app.get_formatter()->label(noise, "");
+}
 
+/// Runs the verb that the arguments name. Returns the exit code of the arguments alone.
+int Parse(CLI::App& app, const Arguments& arguments) try {
+  app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
+  return kFine;
+} catch (const CLI::ParseError& error) {
+  const std::vector<std::string> unknown = app.remaining();
+  if (app.get_subcommands().empty() && !unknown.empty())
+    std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand\n";
+  return app.exit(error) == 0 ? kFine : kTrouble;
+}
+
+// NOLINTNEXTLINE(readability-function-size): a few lines for each verb, and nothing else.
+int Main(const Arguments& arguments) {
+  CLI::App app("Show, check, copy and export VosmereBase documents.", "vosmere");
+  SetUp(app);
   std::string in, out;
   std::vector<std::string> files;
   bool asJson = false;
@@ -342,15 +357,8 @@ int Main(const Arguments& arguments) {
     if (exitCode != kTrouble) std::cout.exceptions(std::ios::badbit);
   });
 
-  try {
-    app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
-  } catch (const CLI::ParseError& error) {
-    const std::vector<std::string> unknown = app.remaining();
-    if (app.get_subcommands().empty() && !unknown.empty())
-      std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand\n";
-    exitCode = app.exit(error) == 0 ? kFine : kTrouble;
-  }
-  return exitCode;
+  const int parsed = Parse(app, arguments);
+  return std::max(exitCode, parsed);
 }
 
 int Program(const Arguments& arguments) try {
