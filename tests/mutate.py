@@ -20,6 +20,7 @@ import shutil
 import subprocess
 import sys
 import threading
+import time
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 PLACE = TOP / "build" / "mutate"
@@ -336,12 +337,13 @@ def main():
 
     workers = [Worker(index) for index in range(options.jobs)]
     for worker in workers:
+        began = time.monotonic()
         while failed := worker.first_failure("*"):
             if failed.startswith("("):
                 sys.exit("mutate: the tests do not end without a fault")
             print(f"left out, fails without a fault: {failed}", file=sys.stderr)
             Worker.left_out.append(failed)
-        worker.seconds = 300
+        worker.seconds = max(60, 6 * (time.monotonic() - began))  # a fault may hang
     threads = [threading.Thread(target=work, args=[worker]) for worker in workers]
     for thread in threads:
         thread.start()
