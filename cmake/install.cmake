@@ -22,7 +22,7 @@ if(NOT WIN32)
   # Relative, so that the installed tree can be moved.
   file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
   if(NOT VOSMERE_SHARED)
-    set(pkgconfig_static_libs " -lcurl -lxml2 -lhivex -luuid -lstdc++ -pthread")
+    set(pkgconfig_static_libs " -lxml2 -lhivex -luuid -lstdc++ -pthread")
     set(pkgconfig_static_flags " -DVOSMERE_STATIC")
   endif()
   configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc

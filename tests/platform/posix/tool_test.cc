@@ -79,6 +79,18 @@ TEST(ToolPosix, AFullDiskIsTold) {
   EXPECT_EQ(RunTool("favorites " + Quoted(folder / "") + " --rss /dev/full").exitCode, 2);
 }
 
+TEST(ToolPosix, OnlyPostingNeedsLibcurl) {
+  const TempFolder folder;
+  WriteBytes(folder / "in", kDocument);
+  WriteBytes(folder / "libcurl.so.4", "");
+  const std::string without = "LD_LIBRARY_PATH=" + Quoted(folder / "") + ' ',
+                    in = Quoted(folder / "in");
+  EXPECT_EQ(RunTool("check " + in, without).exitCode, 0);
+  const Outcome post = RunTool("post localhost:1 /x " + in, without);
+  EXPECT_EQ(post.exitCode, 2);
+  EXPECT_THAT(post.errors, HasSubstr("error 12004"));
+}
+
 TEST(ToolPosix, AReplyDoesNotSteerTheTerminal) {
   const TempFolder folder;
   WriteBytes(folder / "in", "1234");

@@ -1,8 +1,6 @@
 // HTTP sessions, connections and requests by libcurl.
 #include "vosmere/platform/internal/http.h"
 
-#include <curl/curl.h>
-
 #include <cstdlib>
 #include <new>
 #include <optional>
@@ -14,6 +12,7 @@
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/http_message.h"
 #include "vosmere/platform/posix/http_transfer.h"
+#include "vosmere/platform/posix/libcurl.h"
 
 namespace vosmere::http {
 
@@ -32,6 +31,7 @@ struct Connection {
 
 namespace {
 
+using posix::curl;
 using posix::Set;
 
 constexpr long kMostRedirects = 10;
@@ -43,14 +43,14 @@ class HeaderList {
   HeaderList() = default;
   HeaderList(const HeaderList&) = delete;
   HeaderList& operator=(const HeaderList&) = delete;
-  ~HeaderList() { curl_slist_free_all(list_); }
+  ~HeaderList() { curl().slist_free_all(list_); }
 
   void Add(const std::string& line) {
-    curl_slist* const longer = curl_slist_append(list_, line.c_str());
+    curl_slist* const longer = curl().slist_append(list_, line.c_str());
     if (!longer) throw std::bad_alloc();
     list_ = longer;
   }
-  void Clear() { curl_slist_free_all(std::exchange(list_, nullptr)); }
+  void Clear() { curl().slist_free_all(std::exchange(list_, nullptr)); }
   curl_slist* get() const { return list_; }
 
  private:
@@ -168,6 +168,7 @@ Error SetCredentials(Connection* connection, const WChar* user, const WChar* pas
 
 Error OpenPost(Connection* connection, const WChar* path, bool keepConnection,
                Owned<Request>* request) {
+  if (!posix::LoadLibcurl()) return kInternal;
   return UnlessNoMemory(kNotEnoughMemory, [&] {
     request->reset(new Request(*connection, path, keepConnection));
     return kNone;
@@ -216,7 +217,7 @@ bool Redirected(Request* request) {
 
 Error ContentLength(Request* request, std::uint64_t* length) {
   curl_off_t announced = -1;
-  curl_easy_getinfo(request->transfer.easy(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+  curl().easy_getinfo(request->transfer.easy(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
   if (announced < 0) return kHeaderNotFound;
   *length = static_cast<std::uint64_t>(announced);
   return kNone;

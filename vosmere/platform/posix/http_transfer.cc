@@ -43,7 +43,7 @@ int StatusOf(std::string_view line) {
 /// The value of a Content-Length header; nothing for any other line.
 std::optional<std::string_view> LengthText(std::string_view line) {
   constexpr std::string_view kName = "Content-Length:";
-  if (!curl_strnequal(line.data(), kName.data(), kName.size())) return std::nullopt;
+  if (!curl().strnequal(line.data(), kName.data(), kName.size())) return std::nullopt;
   return line.substr(kName.size());
 }
 
@@ -52,7 +52,7 @@ http::Error CertificateFault(CURL* easy) {
   // Numbers of OpenSSL. If it gives none, libcurl itself found that the names differ.
   constexpr long kNotChecked = 1, kNotYetValid = 9, kExpired = 10;
   long fault = 0;
-  curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &fault);
+  curl().easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &fault);
   if (fault <= kNotChecked) return http::kCertificateNameInvalid;
   return fault == kNotYetValid || fault == kExpired ? http::kCertificateDateInvalid
                                                     : http::kCertificateUntrusted;
@@ -61,13 +61,13 @@ http::Error CertificateFault(CURL* easy) {
 /// Whether the head of a request was sent.
 bool HasAsked(CURL* easy) {
   long bytes = 0;
-  curl_easy_getinfo(easy, CURLINFO_REQUEST_SIZE, &bytes);
+  curl().easy_getinfo(easy, CURLINFO_REQUEST_SIZE, &bytes);
   return bytes > 0;
 }
 
 bool IsSecure(CURL* easy) {
   char* scheme = nullptr;
-  curl_easy_getinfo(easy, CURLINFO_SCHEME, &scheme);
+  curl().easy_getinfo(easy, CURLINFO_SCHEME, &scheme);
   return scheme && std::string_view(scheme).size() == 5;
 }
 
@@ -75,11 +75,8 @@ bool IsSecure(CURL* easy) {
 
 HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
     : connectTimeout_(milliseconds(timeouts.connect)), timeout_(milliseconds(timeouts.transfer)) {
-  static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-  if (ready == CURLE_OK) {
-    multi_.reset(curl_multi_init());
-    easy_.reset(curl_easy_init());
-  }
+  multi_.reset(curl().multi_init());
+  easy_.reset(curl().easy_init());
   if (!multi_ || !easy_) throw std::bad_alloc();
   sockets_.fill(CURL_SOCKET_BAD);
   Set(easy(), CURLOPT_NOSIGNAL, 1L);
@@ -105,7 +102,7 @@ HttpTransfer::HttpTransfer(const http::Timeouts& timeouts)
 }
 
 HttpTransfer::~HttpTransfer() {
-  if (added_) curl_multi_remove_handle(multi_.get(), easy());
+  if (added_) curl().multi_remove_handle(multi_.get(), easy());
   easy_.reset();
   multi_.reset();  // calls OnClose for its sockets, so this object must still exist
 }
@@ -198,10 +195,10 @@ void HttpTransfer::TakeStatus(int status) {
   length_.reset();
   const bool toGet = status >= 301 && status <= 303, toPost = status == 307 || status == 308;
   // libcurl would follow all other 3xx statuses too.
-  curl_easy_setopt(easy(), CURLOPT_FOLLOWLOCATION, long{toGet || toPost});
+  curl().easy_setopt(easy(), CURLOPT_FOLLOWLOCATION, long{toGet || toPost});
   if (!toGet && !toPost) return;
   redirected_ = true;
-  curl_easy_setopt(easy(), CURLOPT_HTTPHEADER, toGet || Redirected() ? forGet_ : forPost_);
+  curl().easy_setopt(easy(), CURLOPT_HTTPHEADER, toGet || Redirected() ? forGet_ : forPost_);
 }
 
 /// Pauses the transfer until the last piece has been read; Refill continues it.
@@ -226,17 +223,17 @@ http::Error HttpTransfer::Send(ULONG total) {
 }
 
 http::Error HttpTransfer::Start(ULONG total) {
-  if (std::exchange(added_, false)) curl_multi_remove_handle(multi_.get(), easy());
+  if (std::exchange(added_, false)) curl().multi_remove_handle(multi_.get(), easy());
   // Before the state of the last exchange is cleared below.
   renewed_ = BrokeOnReuse();
   total_ = toWrite_ = total;
   wanted_ = rewound_ = unreadable_ = redirected_ = replyBegun_ = inHead_ = finished_ = false;
   bodyLeft_ = headerBytes_ = stashAt_ = stashed_ = late_ = 0;
   status_ = 0;
-  curl_easy_setopt(easy(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(total));
-  curl_easy_setopt(easy(), CURLOPT_FRESH_CONNECT, long{renewed_});
-  curl_easy_setopt(easy(), CURLOPT_FORBID_REUSE, long{renewed_});
-  if (curl_multi_add_handle(multi_.get(), easy()) != CURLM_OK) return http::kNotEnoughMemory;
+  curl().easy_setopt(easy(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(total));
+  curl().easy_setopt(easy(), CURLOPT_FRESH_CONNECT, long{renewed_});
+  curl().easy_setopt(easy(), CURLOPT_FORBID_REUSE, long{renewed_});
+  if (curl().multi_add_handle(multi_.get(), easy()) != CURLM_OK) return http::kNotEnoughMemory;
   added_ = true;
 
   // libcurl asks for the body when it has connected and sent the head.
@@ -252,7 +249,7 @@ http::Error HttpTransfer::Write(const char* bytes, std::size_t size) {
 
   body_ = bytes;
   bodyLeft_ = size;
-  if (std::exchange(wanted_, false)) curl_easy_pause(easy(), CURLPAUSE_CONT);
+  if (std::exchange(wanted_, false)) curl().easy_pause(easy(), CURLPAUSE_CONT);
   const http::Error error = Drive(Deadline(), true, [&] { return bodyLeft_ == 0 || rewound_; });
   bodyLeft_ = 0;
   return error ? error : FailureSoFar();
@@ -269,7 +266,7 @@ http::Error HttpTransfer::End() {
 
 bool HttpTransfer::Redirected() const {
   const char* method = nullptr;
-  curl_easy_getinfo(easy(), CURLINFO_EFFECTIVE_METHOD, &method);
+  curl().easy_getinfo(easy(), CURLINFO_EFFECTIVE_METHOD, &method);
   return method && std::string_view(method) != "POST";
 }
 
@@ -297,7 +294,7 @@ http::Error HttpTransfer::HasEnded(bool* ended) {
 
 http::Error HttpTransfer::Refill(Clock::time_point deadline) {
   if (stashed_ == 0 && !finished_) {
-    curl_easy_pause(easy(), CURLPAUSE_CONT);
+    curl().easy_pause(easy(), CURLPAUSE_CONT);
     if (const auto error = Drive(deadline, false, [&] { return stashed_ > 0; })) return error;
   }
   return Answered() ? http::kNone : Failure();
@@ -308,7 +305,7 @@ http::Error HttpTransfer::Drive(Clock::time_point deadline, bool whileMoving, En
   curl_off_t moved = whileMoving ? Moved() : 0;
   for (;;) {
     int running;
-    if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) return http::kInternal;
+    if (curl().multi_perform(multi_.get(), &running) != CURLM_OK) return http::kInternal;
     NoteResult();
     if (finished_ || enough()) return http::kNone;
     const auto now = Clock::now();
@@ -318,14 +315,14 @@ http::Error HttpTransfer::Drive(Clock::time_point deadline, bool whileMoving, En
     }
     if (now >= deadline) return http::kTimedOut;
     const auto left = std::chrono::ceil<milliseconds>(deadline - now);
-    curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(std::min(left, kLookAgain).count()),
-                    nullptr);
+    curl().multi_poll(multi_.get(), nullptr, 0,
+                      static_cast<int>(std::min(left, kLookAgain).count()), nullptr);
   }
 }
 
 void HttpTransfer::NoteResult() {
   int left;
-  while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+  while (const CURLMsg* const message = curl().multi_info_read(multi_.get(), &left)) {
     finished_ = true;
     result_ = message->data.result;
     if (result_ == CURLE_SEND_ERROR && !replyBegun_) TakeLateReply();
@@ -351,7 +348,7 @@ void HttpTransfer::TakeLateReply() {
 /// without those in the send buffers of the sockets.
 curl_off_t HttpTransfer::Moved() const {
   curl_off_t moved = 0;
-  curl_easy_getinfo(easy(), CURLINFO_SIZE_UPLOAD_T, &moved);
+  curl().easy_getinfo(easy(), CURLINFO_SIZE_UPLOAD_T, &moved);
   for (const curl_socket_t socket : sockets_) {
     int queued = 0;
     if (socket != CURL_SOCKET_BAD && ioctl(socket, SIOCOUTQ, &queued) == 0) moved -= queued;

@@ -2,8 +2,6 @@
 // callbacks; here both happen during calls of Write and Read.
 #pragma once
 
-#include <curl/curl.h>
-
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -14,20 +12,20 @@
 #include <string_view>
 
 #include "vosmere/platform/internal/http.h"
+#include "vosmere/platform/posix/libcurl.h"
 
 namespace vosmere::posix {
 
-/// Sets an option. Throws std::bad_alloc. (The parentheses avoid libcurl's macro of that name,
-/// which requires a literal option.)
+/// Sets an option. Throws std::bad_alloc.
 template <class Value>
 void Set(CURL* easy, CURLoption option, Value value) {
-  if ((curl_easy_setopt)(easy, option, value) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
+  if (curl().easy_setopt(easy, option, value) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
 }
 
 /// One exchange with a server, which may be repeated. Not thread-safe.
 class HttpTransfer {
  public:
-  /// Throws std::bad_alloc.
+  /// libcurl must be loaded. Throws std::bad_alloc.
   explicit HttpTransfer(const http::Timeouts& timeouts);
   HttpTransfer(const HttpTransfer&) = delete;
   HttpTransfer& operator=(const HttpTransfer&) = delete;
@@ -93,10 +91,10 @@ class HttpTransfer {
   http::Error Failure() const;
 
   struct MultiCleanup {
-    void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+    void operator()(CURLM* multi) const { curl().multi_cleanup(multi); }
   };
   struct EasyCleanup {
-    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+    void operator()(CURL* easy) const { curl().easy_cleanup(easy); }
   };
 
   std::unique_ptr<CURLM, MultiCleanup> multi_;
