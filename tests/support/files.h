@@ -33,8 +33,8 @@ inline std::string TestData(const std::string& name) {
   return ReadBytes(TestPath(name));
 }
 
-/// The rows of a table in tests/data: a line each, its cells between bars, `\r`, `\n`, `\t` and
-/// `\0` in place of those bytes. Lines without a bar are comments.
+/// The rows of a table in tests/data: a line each, its cells between bars, `\r`, `\n`, `\t`, `\0`
+/// and `\xHH` in place of those bytes. Lines without a bar are comments.
 inline std::vector<std::vector<std::string>> TestTable(const std::string& name) {
   std::vector<std::vector<std::string>> rows;
   std::istringstream lines(TestData(name));
@@ -44,7 +44,10 @@ inline std::vector<std::vector<std::string>> TestTable(const std::string& name) 
       constexpr std::string_view kLetters = "rnt0", kBytes("\r\n\t\0", 4);
       const std::size_t letter =
           line[i] == '\\' && i + 1 < line.size() ? kLetters.find(line[i + 1]) : kLetters.npos;
-      if (line[i] == '|')
+      if (line.compare(i, 2, "\\x") == 0) {
+        row.back() += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
+        i += 3;
+      } else if (line[i] == '|')
         row.emplace_back();
       else
         row.back() += letter == kLetters.npos ? line[i] : kBytes[letter];
