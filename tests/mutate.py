@@ -160,8 +160,10 @@ class Worker:
         for line in self.ninja("-t", "deps").splitlines():
             if line and not line[0].isspace():
                 self.made_of[line.split(":")[0]] = files = set()
-            elif str(self.source) in line:
-                files.add(str(pathlib.Path(line.strip()).relative_to(self.source)))
+            else:  # a compiler cache may have made the path relative
+                path = os.path.normpath(self.build / line.strip())
+                if path.startswith(f"{self.source}/"):
+                    files.add(path.removeprefix(f"{self.source}/"))
 
     def nearest(self, name):
         """The objects that are likeliest to show a fault: of the same name, its room's, the smallest."""
