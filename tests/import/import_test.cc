@@ -145,6 +145,14 @@ TEST(Import, TakesWhatTheExactReadersTakeAsTheyDo) {
     EXPECT_EQ(SaveToBytes(feed->collection)->bytes, savedColct);
     EXPECT_EQ(list->repairs.size() + feed->repairs.size(), 2 * zeros);
   }
+  std::string own =
+      "<!-- <!DOCTYPE --><!DOCTYPE rss [<!-- ]> --><!ENTITY co \"AT&#38;#38;T &quot;x&quot; ]>\">"
+      "<!ENTITY l '<link>http://e/?a&#38;amp;b</link>'><!ENTITY n \"<![CDATA[a &#38; &co;]]>\">"
+      "<!ENTITY co '2'>]><rss version='2.0'><channel><title>'&co;'</title><!-- &n; --><item>&l;"
+      "<title>&co;&co;</title><description>&n;<![CDATA[&co;]]></description></item></channel></"
+      "rss>";
+  const std::string exact = After(Import(Bytes(own)));
+  EXPECT_EQ(After(Import(Bytes(own += '\0'))), exact);
 }
 
 /// A tree with everything that a bookmark file holds.

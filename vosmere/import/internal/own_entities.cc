@@ -33,13 +33,11 @@ ExpandedText::ExpandedText(std::string_view text) : original_(text) {
   ExpandContent();
 }
 
-/// The end of what begins at a '<' and is not searched for references or tags; `at` if it is
-/// something else, or has no end.
-std::size_t ExpandedText::AfterOpaque(std::size_t at) {
-  for (Opaque& kind : opaque_)
-    if (original_.substr(at, kind.begin.size()) == kind.begin && !kind.isGone) {
-      const std::size_t found = original_.find(kind.end, at + kind.begin.size());
-      kind.isGone = found == original_.npos;
+std::size_t ExpandedText::Opaque::After(std::string_view text, std::size_t at) {
+  for (auto& kind : kinds_)
+    if (text.substr(at, kind.begin.size()) == kind.begin && !kind.isGone) {
+      const std::size_t found = text.find(kind.end, at + kind.begin.size());
+      kind.isGone = found == text.npos;
       return kind.isGone ? at : found + kind.end.size();
     }
   return at;
@@ -50,7 +48,7 @@ std::size_t ExpandedText::FindSubset() {
   constexpr std::string_view kDoctype = "<!DOCTYPE";
   std::size_t at = original_.find('<');
   for (std::size_t next; at != original_.npos; at = original_.find('<', next))
-    if ((next = AfterOpaque(at)) == at) break;
+    if ((next = opaque_.After(original_, at)) == at) break;
   if (at == original_.npos || original_.substr(at, kDoctype.size()) != kDoctype)
     return original_.npos;
   at = original_.find_first_of("[>", at);
@@ -68,7 +66,7 @@ std::size_t ExpandedText::ReadSubset(std::size_t at) {
   while (at < limit && original_[at] != ']')
     if (original_[at] != '<')
       ++at;
-    else if (const std::size_t next = AfterOpaque(at); next != at)
+    else if (const std::size_t next = opaque_.After(original_, at); next != at)
       at = next;
     else
       at = ReadDeclaration(at);
@@ -129,7 +127,7 @@ void ExpandedText::ExpandContent() {
   std::size_t at = copied_;
   while ((at += kSpecial.Find(original_.substr(at))) < original_.size()) {
     if (original_[at] == '<') {
-      at = std::max(AfterOpaque(at), at + 1);
+      at = std::max(opaque_.After(original_, at), at + 1);
       continue;
     }
     const std::string_view name = NameAt(original_, at + 1);
@@ -158,24 +156,28 @@ bool ExpandedText::Replace(std::string_view name, int level) {
 }
 
 /// In an attribute's value a quotation mark of an entity does not end the value.
-void ExpandedText::Put(std::string_view replacement, int level) {
-  static constexpr ByteSet kSpecial("&\"'");
-  const bool isMarkup = replacement.find('<') != replacement.npos;
-  while (!replacement.empty()) {
-    const std::size_t next = kSpecial.Find(replacement);
-    expanded_.append(replacement, 0, next);
-    replacement.remove_prefix(next);
-    if (replacement.empty()) return;
-    const char c = replacement[0];
-    const std::string_view name = c == '&' ? NameAt(replacement, 1) : std::string_view();
-    const bool isEntity =
-        !name.empty() && replacement.substr(name.size() + 1, 1) == ";" && entities_.contains(name);
-    const bool isReplaced = isEntity && Replace(name, level + 1);
-    if (!isReplaced && (c == '&' || isMarkup))
-      expanded_ += c;
-    else if (!isReplaced)
-      expanded_ += c == '"' ? "&#34;" : "&#39;";
-    replacement.remove_prefix(isReplaced ? name.size() + 2 : 1);
+void ExpandedText::Put(std::string_view text, int level) {
+  static constexpr ByteSet kSpecial("<&\"'");
+  const bool isMarkup = text.find('<') != text.npos;
+  Opaque opaque;
+  for (std::size_t at = 0, next; at < text.size(); at = next) {
+    next = std::max(kSpecial.Find(text, at), at + 1);
+    const char c = text[at];
+    if (c == '<') next = std::max(opaque.After(text, at), next);
+    if (c == '&') {
+      const std::string_view name = NameAt(text, at + 1);
+      const std::size_t end = at + 1 + name.size();
+      if (text.substr(end, 1) == ";" && entities_.contains(name) && Replace(name, level + 1)) {
+        next = end + 1;
+        continue;
+      }
+    }
+    if (c == '"' && !isMarkup)
+      expanded_ += "&#34;";
+    else if (c == '\'' && !isMarkup)
+      expanded_ += "&#39;";
+    else
+      expanded_.append(text, at, next - at);
   }
 }
 

@@ -30,13 +30,20 @@ class ExpandedText {
     std::size_t size;
   };
 
-  /// A comment, CDATA section or instruction. Looking for its end in vain once is enough.
-  struct Opaque {
-    std::string_view begin, end;
-    bool isGone = false;
+  /// Finds the ends of comments, CDATA sections and instructions. Looking for an end in vain once
+  /// is enough, so that all of a text takes linear time.
+  class Opaque {
+   public:
+    /// The end of what begins at a '<'; `at` if it is something else, or has no end.
+    std::size_t After(std::string_view text, std::size_t at);
+
+   private:
+    struct {
+      std::string_view begin, end;
+      bool isGone = false;
+    } kinds_[3] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
   };
 
-  std::size_t AfterOpaque(std::size_t at);
   std::size_t FindSubset();
   std::size_t ReadSubset(std::size_t at);
   std::size_t ReadDeclaration(std::size_t at);
@@ -45,14 +52,14 @@ class ExpandedText {
   void CopyUpTo(std::size_t end);
   void ExpandContent();
   bool Replace(std::string_view name, int level);
-  void Put(std::string_view replacement, int level);
+  void Put(std::string_view text, int level);
 
   std::string_view original_;
   std::string expanded_;
   std::vector<Copy> copies_;
   std::size_t copied_ = 0;  // so much of the original
   std::size_t spent_ = 0;
-  Opaque opaque_[3] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+  Opaque opaque_;
   std::map<std::string_view, std::string> entities_;
 };
 

@@ -78,8 +78,8 @@ void ItemMatcher::Join(Sides sides, std::size_t a, std::size_t b) {
     }
 }
 
-// The folder is that of b, and goes with whether the third side has the item. False where the item
-// lacks what the two must have in common.
+// The folder is that of b; the odd numbers are for items that the third side has, too. False where
+// the item lacks what the two must have in common.
 bool ItemMatcher::KeyOf(unsigned common, Sides sides, std::size_t side, std::size_t item,
                         Key* key) const {
   const OutlineItem& what = sides_[side][item];
@@ -99,15 +99,16 @@ bool ItemMatcher::KeyOf(unsigned common, Sides sides, std::size_t side, std::siz
 }
 
 // Folders come before what is in them, so that a folder that was just found counts for its items.
-// What is in the third side on both hands is there as two items.
+// Where the third side has both, they are two items.
 bool ItemMatcher::MatchSides(unsigned common, Sides sides) {
   const auto [a, b] = sides;
   const std::size_t third = sides.third();
   std::unordered_map<Key, std::size_t, KeyHash> first;  // of the items of b that are alike
-  std::vector<std::size_t> next(sides_[b].size(), kNoItem);
+  std::vector<std::size_t> next;
   Key key;
-  for (std::size_t i = next.size(); i-- > 1;)
+  for (std::size_t i = sides_[b].size(); i-- > 1;)
     if (!IsIn(b, i, a) && KeyOf(common, sides, b, i, &key)) {
+      if (next.empty()) next.resize(i + 1, kNoItem);
       key.folder += IsIn(b, i, third);
       const auto [at, isNew] = first.try_emplace(key, i);
       if (isNew) continue;
@@ -115,7 +116,7 @@ bool ItemMatcher::MatchSides(unsigned common, Sides sides) {
       at->second = i;
     }
   if (first.empty()) return false;
-  const bool needsBase = common & kLoosely && a != 0;
+  const bool needsBase = common & kNotAdded && a != 0;
   bool found = false;
   const auto match = [&](std::size_t i) {
     const auto at = first.find(key);
@@ -141,11 +142,12 @@ bool ItemMatcher::MatchAll(unsigned common) {
   return found;
 }
 
-// What is found late may tell where other items are; hostile outlines could go on for long.
+// An item that is found late may tell where others are. The rounds are bounded, because hostile
+// outlines could need as many as they have levels.
 void ItemMatcher::Match() {
   constexpr unsigned kByPlace[] = {kIdentity, kFolder | kName | kNoAddress,
                                    kFolder | kAddress | kName, kFolder | kAddress};
-  constexpr unsigned kAnywhere[] = {kAddress | kName | kLoosely, kAddress | kLoosely};
+  constexpr unsigned kAnywhere[] = {kAddress | kName | kNotAdded, kAddress | kNotAdded};
   constexpr int kMostRounds = 4;
   bool found = true;
   for (int round = 0; round < kMostRounds && found; ++round) {
@@ -153,7 +155,7 @@ void ItemMatcher::Match() {
     for (const unsigned common : kByPlace) found |= MatchAll(common);
     for (const unsigned common : kAnywhere) found |= MatchAll(common);
     for (const unsigned common : kByPlace) found |= MatchAll(common);
-    found |= MatchAll(kFolder | kName | kLoosely);
+    found |= MatchAll(kFolder | kName | kNotAdded);
   }
 }
 

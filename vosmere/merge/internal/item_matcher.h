@@ -59,15 +59,15 @@ class ItemMatcher {
   struct Texts {
     std::uint32_t identity, address, text, name;
   };
-  /// What both items must have in common, and whether they must have no address. Loosely is not for
-  /// what two sides have added.
+  /// What both items must have in common, and whether they must have no address. `kNotAdded` is not
+  /// used where the base has neither.
   enum Common : unsigned {
     kFolder = 1,
     kIdentity = 2,
     kAddress = 4,
     kName = 8,
     kNoAddress = 16,
-    kLoosely = 32
+    kNotAdded = 32
   };
   struct Key {
     std::uint32_t folder, kind, first, name;
