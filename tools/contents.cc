@@ -354,18 +354,18 @@ Record ContentOf(const ToolbarBands& bands) {
   return record;
 }
 
-constexpr Count kItems[] = {{"item", "items"}};
-constexpr Count kColcts[] = {{"collection", "collections"}};
-constexpr Count kSites[] = {{"site", "sites"}};
-constexpr Count kOutlines[] = {{"folder", "folders"},
-                               {"collection", "collections"},
+constexpr Count kItems[] = {{"item", "item*"}};
+constexpr Count kColcts[] = {{"collection", "collection*"}};
+constexpr Count kSites[] = {{"site", "site*"}};
+constexpr Count kOutlines[] = {{"folder", "folder*"},
+                               {"collection", "collection*"},
                                {"unread", "unread"},
                                {"flag", "flagged"}};
 constexpr Count kLinks[] = {
-    {"folder", "folders"}, {"item", "items"}, {"unread", "unread"}, {"flag", "flagged"}};
-constexpr Count kEngines[] = {{"engine", "engines"}};
-constexpr Count kTags[] = {{"group", "groups"}, {"tag", "tags"}};
-constexpr Count kBands[] = {{"toolbar", "toolbars"}, {"enabled", "enabled"}};
+    {"folder", "folder*"}, {"item", "item*"}, {"unread", "unread"}, {"flag", "flagged"}};
+constexpr Count kEngines[] = {{"engine", "engine*"}};
+constexpr Count kTags[] = {{"group", "group*"}, {"tag", "tag*"}};
+constexpr Count kBands[] = {{"toolbar", "toolbar*"}, {"enabled", "enabled"}};
 
 // In the order of the types in AnyDocument, whose index is used.
 const Kind kKinds[] = {{"tree", kOutlines},

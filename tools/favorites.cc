@@ -30,20 +30,20 @@ void Show(RNode* root, const FavoritesReport& report) {
         return true;
       },
       [&](RNode*) { --level; });
-  std::cout << report.folders << " folders, " << report.items << " pages\n";
+  std::cout << Counted(report.folders, "folder*, ") << Counted(report.items, "page*\n");
 }
 
 void PrintWarnings(const std::string& name, const FavoritesReport& report) {
   const auto warn = [&](LONG count, const char* what) {
-    if (count > 0) std::cerr << name << ": warning: " << count << ' ' << what << '\n';
+    if (count > 0) std::cerr << name << ": warning: " << Counted(count, what) << '\n';
   };
   if (report.foldersInOrder == 0)
     std::cerr << name << ": warning: no stored menu order was found; sorted by name\n";
-  warn(report.recordsNotUnderstood, "damaged records in the stored order");
-  warn(report.foldersNotRead, "folders left empty: unreadable, or links to other folders");
+  warn(report.recordsNotUnderstood, "damaged record* in the stored order");
+  warn(report.foldersNotRead, "folder* left empty: unreadable, or a link to another folder");
   warn(report.shortcutsWithoutAddress,
-       "shortcuts without an address, or with one that is too long");
-  warn(report.otherFiles, "files left out: not Internet shortcuts");
+       "shortcut* without an address, or with one that is too long");
+  warn(report.otherFiles, "file* left out: no Internet shortcut");
 }
 
 void Write(CWriteXML&& writer, const std::string& out) {

@@ -30,7 +30,7 @@ class Shower {
   void ShowCounts(std::span<const Count> counts) {
     const char* separator = "";
     for (const Count& count : counts) {
-      out_ << separator << counted_[count.what] << ' ' << count.plural;
+      out_ << separator << Counted(counted_[count.what], count.name);
       separator = ", ";
     }
     if (!counts.empty()) out_ << '\n';

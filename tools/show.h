@@ -10,8 +10,8 @@ namespace vosmere::tool {
 
 /// Something that is counted in the summary below a document.
 struct Count {
-  const char* what;    ///< a kind of record, or the name of a field that is shown as a mark
-  const char* plural;  ///< its name in the summary
+  const char* what;  ///< a kind of record, or the name of a field that is shown as a mark
+  const char* name;  ///< in the summary, for Counted
 };
 
 /// Prints a line for each record, and a summary unless `counts` is empty. `what` is printed as the

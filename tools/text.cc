@@ -56,4 +56,14 @@ std::string Printable(const std::string& utf8) {
   return Printable(Wide(utf8).get());
 }
 
+std::string Counted(long long count, std::string_view what) {
+  std::string text = std::to_string(count) + ' ';
+  for (const char c : what)
+    if (c != '*')
+      text += c;
+    else if (count != 1)
+      text += 's';
+  return text;
+}
+
 }  // namespace vosmere::tool

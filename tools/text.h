@@ -27,4 +27,7 @@ std::string OutputName(const std::string& name);
 std::string Printable(const WChar* text);
 std::string Printable(const std::string& utf8);
 
+/// A number with what it counts, where `*` is an "s" unless it is one: "1 folder", "2 folders".
+std::string Counted(long long count, std::string_view what);
+
 }  // namespace vosmere::tool

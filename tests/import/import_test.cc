@@ -145,6 +145,14 @@ TEST(Import, TakesWhatTheExactReadersTakeAsTheyDo) {
     EXPECT_EQ(SaveToBytes(feed->collection)->bytes, savedColct);
     EXPECT_EQ(list->repairs.size() + feed->repairs.size(), 2 * zeros);
   }
+  std::string own =
+      "<!-- <!DOCTYPE --><!DOCTYPE rss [<!-- ]> --><!ENTITY co \"AT&#38;#38;T &quot;x&quot; ]>\">"
+      "<!ENTITY l '<link>http://e/?a&#38;amp;b</link>'><!ENTITY n \"<![CDATA[a &#38; &co;]]>\">"
+      "<!ENTITY co '2'>]><rss version='2.0'><channel><title>'&co;'</title><!-- &n; --><item>&l;"
+      "<title>&co;&co;</title><description>&n;<![CDATA[&co;]]></description></item></channel></"
+      "rss>";
+  const std::string exact = After(Import(Bytes(own)));
+  EXPECT_EQ(After(Import(Bytes(own += '\0'))), exact);
 }
 
 /// A tree with everything that a bookmark file holds.
@@ -196,6 +204,7 @@ TEST(Import, HostileDocumentsTakeLinearTime) {
                                     "<?",
                                     "<![CDATA[",
                                     "<!DOCTYPE [",
+                                    "&a;",
                                     "&",
                                     "&#",
                                     "<a>",
@@ -214,12 +223,24 @@ TEST(Import, HostileDocumentsTakeLinearTime) {
                                     "<H3>",
                                     "<A HREF=x>",
                                     "<HR>"})
-    for (const char* const begin : {"<opml><body>", "<!DOCTYPE NETSCAPE-Bookmark-file-1>"}) {
+    for (const char* const begin :
+         {"<!DOCTYPE o [<!ENTITY a '<!--'>]><opml><body>", "<!DOCTYPE NETSCAPE-Bookmark-file-1>"}) {
       std::string document = begin;
       while (document.size() < kBytes) document += pattern;
       const Result<Imported> imported = Import(Bytes(document));
       EXPECT_LE(imported ? imported->repairs.size() : 0, 10000u) << pattern;
     }
+}
+
+/// The document with an entity "a" that expands to 8 GiB.
+std::string WithBomb(const std::string& document) {
+  std::string declarations = "<!ENTITY k '8 bytes.'>";
+  for (char c = 'a'; c < 'k'; ++c) {
+    declarations += std::string("<!ENTITY ") + c + " '";
+    for (int i = 0; i < 8; ++i) declarations += std::string("&") + static_cast<char>(c + 1) + ';';
+    declarations += "'>";
+  }
+  return "<!DOCTYPE opml [" + declarations + "]>" + document;
 }
 
 TEST(Import, BoundsWhatItKeeps) {
@@ -235,6 +256,19 @@ TEST(Import, BoundsWhatItKeeps) {
   const std::string repairs = RepairsOf(Import(Bytes(wide + "/>")));
   EXPECT_THAT(repairs, HasSubstr("an address that is too long: 'http://aaa"));
   EXPECT_THAT(repairs, HasSubstr("too many attributes: 'a199' left out"));
+
+  std::string tags = "'", categories = "<rss><channel><item>";
+  for (int i = 0; i < 258; ++i) {
+    tags += 't' + std::to_string(i) + ',';
+    categories += "<category>t" + std::to_string(i) + "</category>";
+  }
+  EXPECT_EQ(RepairsOf(Import(Bytes("<DL><DT><A HREF=x TAGS=" + tags + "'>a</A></DL>"))),
+            "1:9: too many tags: 't256,t257,' left out\n");
+  EXPECT_EQ(RepairsOf(Import(Bytes(categories + "</item></channel></rss>"))),
+            "1:6321: too many tags: 't256' left out\n1:6346: too many tags: 't257' left out\n");
+  const Result<Imported> bomb =
+      Import(Bytes(WithBomb("<opml><body><outline text='&a; &'/></body></opml>")));
+  EXPECT_THAT(RepairsOf(bomb), HasSubstr("an entity that XML does not know: '&a;' became"));
 
   std::string deep = "<DL>";
   for (int i = 0; i < 3000; ++i) deep += "<H3>a</H3><DL>";

@@ -11,17 +11,18 @@ namespace vosmere::test::merge {
 
 TEST(Merge, KeepsItsPromisesForAllTrees) {
   std::mt19937 random(17);
+  bool identifies = true;
   const auto edited = [&](const char* name, const vosmere::Tree& from, std::size_t most) {
     std::string script(random() % most, '\0');
     for (char& byte : script) byte = static_cast<char>(random());
-    return Machine(name, script).Edited(from);
+    return Machine(name, script, identifies).Edited(from);
   };
   const vosmere::Tree root = NewTree("root");
-  for (int round = 0; round < 200; ++round) {
+  for (int round = 0; round < 200; ++round, identifies = !identifies) {
     const vosmere::Tree base = edited("x", root, 90);
     const vosmere::Tree sides[] = {edited("a", base, 60), edited("b", base, 60),
                                    edited("c", base, 60)};
-    ASSERT_EQ(MergeProblem(base, sides[0], sides[1]), "") << round;
+    ASSERT_EQ(MergeProblem(base, sides[0], sides[1], identifies), "") << round;
     Merger merge;
     int order[] = {0, 1, 2};
     vosmere::Tree first;
@@ -86,6 +87,7 @@ TEST(Merge, PutsItemsWhereTheyBelong) {
       {"r(A(x#1) B() C())", "r(A() B(x#1) C())", "r(A() B() C(x#1))", "r(A() B(x#1) C())",
        "x folder;"},
       {"r(F(p=x) G())", "r(F() G(p=y))", "r(F(p=y) G())", "r(F() G(p))", ""},
+      {"r(F(p=x))", "r(F(p=y))", "r(G(p=x))", "r(G(p))", ""},
       // Without a base.
       {nullptr, "r(a b)", "r(b c)", "r(a b c)", ""},
       {nullptr, "r(a c)", "r(b c)", "r(a b c)", ""},
@@ -105,6 +107,8 @@ TEST(Merge, PutsItemsWhereTheyBelong) {
   for (const auto& [base, ours, theirs, expected, conflicts] : kRows) {
     const Merged merged = Merge(Written(base), Written(ours), Written(theirs));
     EXPECT_EQ(Shape(merged.tree.get(), label), expected) << ours << " and " << theirs;
+    const Merged again = Merge(Written(base), merged.tree, Written(theirs));
+    EXPECT_EQ(Shape(again.tree.get(), label), expected) << ours << " and twice " << theirs;
     std::string found;
     for (const Conflict& c : merged.conflicts)
       found += c.place.substr(c.place.rfind(' ') + 1) + ' ' + c.what + ';';

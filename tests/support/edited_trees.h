@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -17,10 +18,12 @@
 
 namespace vosmere::test {
 
-/// Edits a tree as one machine. What it adds gets identities and addresses of its own.
+/// Edits a tree as one machine. What it adds gets names and addresses of its own, identities if it
+/// has them, and a flag that tells in every copy which item it was.
 class Machine {
  public:
-  Machine(std::string name, std::string_view script) : name_(std::move(name)), script_(script) {}
+  Machine(std::string name, std::string_view script, bool identifies = true)
+      : name_(std::move(name)), script_(script), identifies_(identifies) {}
 
   vosmere::Tree Edited(const vosmere::Tree& from) {
     vosmere::Tree tree = Copy(from);
@@ -69,34 +72,39 @@ class Machine {
     link->item->GetNodeStat()->SetStatTime(0, static_cast<LONG>(what), 0, CNodeStat::kModified);
   }
   vosmere::Tree Identified(vosmere::Tree tree) {
-    tree->item->SetUUID(Wide(New("id ")));
+    if (identifies_) tree->item->SetUUID(Wide(New("id ")));
+    tree->item->GetNodeStat()->SetFlag(name_[0] << 16 | ++made_);
     return tree;
   }
 
   std::string name_;
   std::string_view script_;
+  bool identifies_;
   int made_ = 0;
 };
 
-/// What the user sees of each item, by identity; the root has none.
-using Contents = std::map<std::string, std::map<std::string, std::string>>;
+/// What the user sees of each item, by its flag; the root has none. Without identities there may be
+/// several, as when one side has changed the name and the address of an item.
+using Fields = std::map<std::string, std::string>;
+using Contents = std::multimap<LONG, Fields>;
 
 inline Contents ContentsOf(const vosmere::Tree& tree) {
   Contents contents;
   const auto add = [&](RNode* link) {
     const CBaseNode& item = *link->item;
-    auto& fields = contents[ToUtf8(item.GetUUID())];
-    if (!fields.empty()) fields["identity"] += "twice";
-    fields["name"] = ToUtf8(item.GetName());
-    fields["description"] = ToUtf8(item.GetDescription());
-    fields["deleted"] = item.IsDeleted() ? "yes" : "no";
-    fields["folder"] = link->parent ? ToUtf8(link->parent->item->GetUUID()) : "";
-    const auto* const page = link->type == NT_FOLDER ? nullptr : static_cast<CUrlNode*>(link->item);
-    if (!page) return;
-    fields["address"] = ToUtf8(page->GetUrl());
-    std::set<std::string> tags;
-    for (const TextView tag : Tags(*page)) tags.insert(tag);
-    for (const std::string& tag : tags) fields["tags"] += tag + ' ';
+    Fields fields = {{"name", ToUtf8(item.GetName())},
+                     {"description", ToUtf8(item.GetDescription())},
+                     {"deleted", item.IsDeleted() ? "yes" : "no"}};
+    if (link->parent)
+      fields["folder"] = std::to_string(link->parent->item->GetNodeStat()->GetFlag());
+    if (const auto* const page =
+            link->type == NT_FOLDER ? nullptr : static_cast<const CUrlNode*>(&item)) {
+      fields["address"] = ToUtf8(page->GetUrl());
+      std::set<std::string> tags;
+      for (const TextView tag : Tags(*page)) tags.insert(tag);
+      for (const std::string& tag : tags) fields["tags"] += tag + ' ';
+    }
+    contents.emplace(link->item->GetNodeStat()->GetFlag(), std::move(fields));
   };
   add(tree.get());
   for (CBaseNode& item : Items(tree)) add(item.GetRNode());
@@ -113,36 +121,41 @@ class Merger {
   }
   /// What two results of the same changes differ in, but for what was in conflict.
   std::string Differs(const vosmere::Tree& a, const vosmere::Tree& b) const {
-    const Contents first = ContentsOf(a), second = ContentsOf(b);
-    std::string all = Missing(first, second) + Missing(second, first);
-    for (const auto& [id, fields] : first)
-      if (const auto at = second.find(id); at != second.end())
-        for (const auto& [what, value] : fields)
-          if (at->second.at(what) != value && !conflicts_.contains({id, what}))
-            all += id + ' ' + what + ": " + value + " or " + at->second.at(what) + '\n';
+    const auto first = Settled(a), second = Settled(b);
+    if (first == second) return {};
+    std::vector<std::string> differing;
+    std::set_symmetric_difference(first.begin(), first.end(), second.begin(), second.end(),
+                                  std::back_inserter(differing));
+    std::string all;
+    for (const std::string& item : differing) all += "only in one: " + item + '\n';
     return all;
   }
 
  private:
-  std::string Missing(const Contents& from, const Contents& in) const {
-    std::string all;
-    for (const auto& [id, fields] : from)
-      if (!in.contains(id) && !conflicts_.contains({id, "removal"})) all += id + " is missing\n";
-    return all;
+  std::multiset<std::string> Settled(const vosmere::Tree& tree) const {
+    std::multiset<std::string> items;
+    for (const auto& [flag, fields] : ContentsOf(tree)) {
+      if (conflicts_.contains({flag, "removal"})) continue;
+      std::string item = std::to_string(flag);
+      for (const auto& [what, value] : fields)
+        if (!conflicts_.contains({flag, what})) item += ", " + what + ' ' + value;
+      items.insert(item);
+    }
+    return items;
   }
   static void Add(void* to, const MergeConflict& conflict) {
-    static_cast<Merger*>(to)->conflicts_.emplace(ToUtf8(conflict.merged->item->GetUUID()),
+    static_cast<Merger*>(to)->conflicts_.emplace(conflict.merged->item->GetNodeStat()->GetFlag(),
                                                  conflict.what);
   }
 
-  std::set<std::pair<std::string, std::string>> conflicts_;
+  std::set<std::pair<LONG, std::string>> conflicts_;
 };
 
 /// What is wrong with the merge of two sides; empty if nothing is.
 inline std::string MergeProblem(const vosmere::Tree& base, const vosmere::Tree& a,
-                                const vosmere::Tree& b) {
-  Merger merge;
-  const vosmere::Tree merged = merge(base, a, b), swapped = merge(base, b, a);
+                                const vosmere::Tree& b, bool haveIdentities = true) {
+  Merger merge, both;
+  const vosmere::Tree merged = merge(base, a, b), joined = both(nullptr, a, b);
   std::string all;
   const auto same = [&](const char* what, const vosmere::Tree& is, const vosmere::Tree& expected) {
     if (Dump(is.get()) == Dump(expected.get())) return;
@@ -152,21 +165,20 @@ inline std::string MergeProblem(const vosmere::Tree& base, const vosmere::Tree& 
   same("merge(merge(a, b), b) and merge(a, b)", merge(base, merged, b), merged);
   same("merge(x, x, y) and y", merge(base, base, a), a);
   same("merge(x, y, x) and y", merge(base, a, base), a);
-  all += merge.Differs(merged, swapped);
-  const Contents contents = ContentsOf(merged), old = ContentsOf(base);
-  for (const vosmere::Tree* side : {&a, &b})
-    for (const auto& [id, fields] : ContentsOf(*side))
-      if (!old.contains(id) && !contents.contains(id)) all += id + " was added and is lost\n";
-  for (const auto& [id, fields] : contents)
-    if (fields.contains("identity")) all += id + " is there twice\n";
-  for (const auto* side : {&a, &b})
+  same("merge(join, b) and join(a, b)", both(nullptr, joined, b), joined);
+  all += merge.Differs(merged, merge(base, b, a)) + both.Differs(joined, both(nullptr, b, a));
+  const Contents contents = ContentsOf(merged), united = ContentsOf(joined), old = ContentsOf(base);
+  for (const vosmere::Tree* side : {&a, &b}) {
+    for (const auto& [flag, fields] : ContentsOf(*side))
+      if ((!old.contains(flag) && !contents.contains(flag)) || !united.contains(flag))
+        all += fields.at("name") + " was added and is lost\n";
     if (Diff(base, *side).empty() != (Dump(base.get()) == Dump(side->get())))
       all += "the differences are not those that there are\n";
-  Merger both;
-  const vosmere::Tree joined = both(nullptr, a, b);
-  same("merge(join, b) and join(a, b)", both(nullptr, joined, b), joined);
-  const vosmere::Tree other = both(nullptr, b, a);
-  return all + both.Differs(joined, other);
+  }
+  for (const Contents* items : {&contents, &united})
+    for (const auto& [flag, fields] : *items)
+      if (haveIdentities && items->count(flag) > 1) all += fields.at("name") + " is there twice\n";
+  return all;
 }
 
 }  // namespace vosmere::test

@@ -37,6 +37,40 @@ TEST(Tool, DiffsAndMergesTrees) {
   EXPECT_EQ(RunTool("diff" + ours + out).out, "+ b\n");
 }
 
+TEST(Tool, TakesOddFilesOrSaysWhyNot) {
+  const TempFolder folder;
+  const std::string in = Quoted(folder / "in"), no = Quoted(folder / "no"),
+                    same = Quoted(folder / "same"), dir = Quoted(folder / "dir"),
+                    out = Quoted(folder / "no" / "out");
+  for (const char* const name : {"in", "same"}) WriteBytes(folder / name, Opml(Feed("a")));
+  std::filesystem::create_directory(folder / "dir");
+  const struct {
+    std::string arguments;
+    int exitCode;
+  } rows[] = {
+      {"diff - " + in, 0},
+      {"diff - -", 2},  // nothing is left for the second
+      {"diff " + in + ' ' + dir, 2},
+      {"merge - " + in + " -o -", 0},
+      {"merge " + in + ' ' + in + " -o " + in, 0},
+      {"merge " + no + ' ' + in + " -o " + in, 2},
+      {"merge " + in + ' ' + dir + " -o " + in, 2},
+      {"merge " + in + ' ' + in + " -o " + dir, 2},
+      {"import - -o " + in, 0},
+      {"import - --into " + in, 0},
+      {"import " + in + " -o " + in, 0},
+      {"import " + dir + " -o " + in, 2},
+      {"import " + in + " --into " + no, 2},
+      {"import " + in + " -o " + out, 2},
+  };
+  for (const auto& [arguments, exitCode] : rows) {
+    const Outcome outcome = RunTool(arguments + " <" + same);
+    EXPECT_EQ(outcome.exitCode, exitCode) << arguments << ": " << outcome.errors;
+    EXPECT_EQ(outcome.errors.empty(), exitCode == 0) << arguments << ": " << outcome.errors;
+    EXPECT_EQ(RunTool("diff " + in + ' ' + same).exitCode, 0) << arguments;
+  }
+}
+
 // With itself nothing differs; with one of another kind it is no use.
 TEST(Tool, DiffsEveryKindOfDocument) {
   int documents = 0;

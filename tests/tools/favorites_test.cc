@@ -26,13 +26,13 @@ TEST_F(FavoritesTool, ShowsTheTree) {
   const Outcome run = Run("");
   const std::string warning = (folder_ / "Fav").make_preferred().string() + ": warning: ";
   EXPECT_EQ(run.errors, warning + "no stored menu order was found; sorted by name\n" + warning +
-                            "1 files left out: not Internet shortcuts\n");
+                            "1 file left out: no Internet shortcut\n");
   EXPECT_EQ(run.out,
             "[tree] Fav\n"
             "  [folder] News\n"
             "    [page] n  http://n/\n"
             "  [page] A & B's  http://a/?<a>=\"1\"\n"
-            "1 folders, 2 pages\n");
+            "1 folder, 2 pages\n");
 }
 
 TEST_F(FavoritesTool, WritesBookmarksAndLinksForOtherPrograms) {
@@ -48,7 +48,7 @@ TEST_F(FavoritesTool, WritesACollectionThatIsReadBackWithAllPages) {
             "  [folder] News\n"
             "    [item] n  http://n/\n"
             "  [item] A & B's  http://a/?<a>=\"1\"\n"
-            "1 folders, 2 items, 0 unread, 0 flagged\n");
+            "1 folder, 2 items, 0 unread, 0 flagged\n");
 }
 
 TEST_F(FavoritesTool, ARegistryThatCannotBeReadIsTrouble) {

@@ -20,7 +20,7 @@ TEST(ImportTool, ListsTheRepairsAndSavesWhatTheNameAsksFor) {
   } cases[] = {
       {"out.rss", "show ",
        "[collection] a & b\n  [folder] f\n    [item] p  http://p/\n"
-       "1 folders, 1 items, 0 unread, 0 flagged\n"},
+       "1 folder, 1 item, 0 unread, 0 flagged\n"},
       {"out.html", "import -o - ", ""},
       {"out.opml", "import -o - ", ""},
   };
@@ -60,7 +60,7 @@ TEST(ImportTool, AddsToAListWhatItDoesNotHave) {
       0);
   EXPECT_EQ(RunTool("show " + Quoted(folder / "out.rss")).out,
             "[collection] mine\n  [folder] f\n    [item] a  http://a/\n  [item] b & c  http://b/\n"
-            "1 folders, 2 items, 0 unread, 0 flagged\n");
+            "1 folder, 2 items, 0 unread, 0 flagged\n");
   EXPECT_EQ(RunTool(verb).exitCode, 0);
   EXPECT_EQ(ReadBytes(folder / "mine"), merged);
 }

@@ -77,7 +77,7 @@ class Bookmarks {
   void SetCreator(const WChar* name);
   void SetPublished(const WChar* date);
   void AddCategory(const WChar* text);
-  bool HadUnreadDates() const { return hadUnreadDates_; }
+  bool HadUnread() const { return hadUnread_; }
 
  private:
   using Identity = std::array<WChar, CBaseNode::kMaxUuidLength>;
@@ -102,7 +102,7 @@ class Bookmarks {
   CUrlNode* item_ = nullptr;
   bool hasLink_ = false;
   bool hasAddress_ = false;
-  bool hadUnreadDates_ = false;
+  bool hadUnread_ = false;
   std::optional<LONG> published_;  // of the current item
   int categories_ = 0;             // of the current item
   std::basic_string<WChar> trimmed_;
@@ -215,14 +215,15 @@ void Bookmarks::SetPublished(const WChar* text) {
   if (isRead)
     published_ = LONG(date.seconds);
   else
-    hadUnreadDates_ = true;
+    hadUnread_ = true;
 }
 
 void Bookmarks::AddCategory(const WChar* text) {
   const WChar* const tag = WithoutBlanks(text);
   CUrlProp* const prop = item_->GetUrlProp();
-  if (!*tag || !prop || categories_ == kMostCategories || prop->HasTag(tag)) return;
-  ++categories_;
+  if (!*tag || !prop || prop->HasTag(tag)) return;
+  hadUnread_ |= categories_ == kMostCategories;
+  if (categories_++ >= kMostCategories) return;
   CUrlProp::TagList* const cell = CUrlProp::CreateRBstrItem(tag);
   if (!cell) throw std::bad_alloc();
   CUrlProp::TagList* tags = prop->DetachTagsHead();
@@ -461,7 +462,7 @@ void CReadBkmarkXML::InvokeParser(XmlNode root) {
   ThrowIfTextsWereLost();
   DeleteWithLocalTree(colct_);
   colct_ = bookmarks.Detach();
-  hadUnreadDates_ = bookmarks.HadUnreadDates();
+  hadUnread_ = bookmarks.HadUnread();
 }
 
 }  // namespace vosmere

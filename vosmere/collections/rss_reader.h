@@ -40,8 +40,8 @@ class VOSMERE_API CReadBkmarkXML : public CReadXML {
   /// modification, up to 256 categories as tags, the creator as author, and a permanent guid as
   /// address where there is no link. Blanks around addresses are left out.
   void SetReadForeign(bool readForeign) { readsForeign_ = readForeign; }
-  /// Whether the last document had a date that was not read, with SetReadForeign.
-  bool HadUnreadDates() const { return hadUnreadDates_; }
+  /// Whether the last document had a date or a category that was not read, with SetReadForeign.
+  bool HadUnread() const { return hadUnread_; }
 
   /// Returns the collection, which the caller then owns together with its local tree and frees with
   /// DeleteWithLocalTree; null when there is none. A collection that is not detached is freed by
@@ -54,7 +54,7 @@ class VOSMERE_API CReadBkmarkXML : public CReadXML {
  private:
   CColctNode* colct_ = nullptr;
   bool readsForeign_ = false;
-  bool hadUnreadDates_ = false;
+  bool hadUnread_ = false;
 };
 
 }  // namespace vosmere

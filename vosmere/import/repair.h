@@ -39,6 +39,7 @@ enum class RepairKind : LONG {
   kDate,         ///< a date that cannot be read
   kSeparator,    ///< a line between bookmarks
   kTooDeep,      ///< a folder that is nested too deeply
+  kTags,         ///< more tags than a page can have
 };
 
 /// One repair. The texts are UTF-8 on one line, valid during the report.

@@ -81,7 +81,7 @@ class TreeDiff : public DiffHandler {
 
 void DiffTrees(const RNode* a, const RNode* b, TreeParts parts, TreeDifferenceReport report,
                void* to) {
-  const TreeOutline before(a, parts, NotesBy::kName), after(b, parts, NotesBy::kName);
+  const TreeOutline before(a, parts), after(b, parts);
   TreeDiff diff(before, after, report, to);
   DiffItems(before.items.data(), before.items.size(), after.items.data(), after.items.size(), diff);
 }

@@ -35,14 +35,14 @@ std::vector<bool> Reordered(const ItemMatcher& matcher, ItemMatcher::Outline a,
   std::vector<bool> moved(b.size());
   std::vector<std::vector<std::size_t>> kept(b.size());
   for (std::size_t i = 1; i < b.size(); ++i) {
-    const std::size_t before = matcher.InA(i);
-    if (before != kNoItem && matcher.InB(a[before].parent) == b[i].parent)
+    const std::size_t before = matcher.Partner(1, i, 0);
+    if (before != kNoItem && matcher.Partner(0, a[before].parent, 1) == b[i].parent)
       kept[b[i].parent].push_back(i);
   }
   std::vector<std::size_t> places;
   for (const std::vector<std::size_t>& items : kept) {
     places.clear();
-    for (const std::size_t item : items) places.push_back(matcher.InA(item));
+    for (const std::size_t item : items) places.push_back(matcher.Partner(1, item, 0));
     MarkMoved(places, items, moved);
   }
   return moved;
@@ -53,18 +53,18 @@ std::vector<bool> Reordered(const ItemMatcher& matcher, ItemMatcher::Outline a,
 void DiffItems(const OutlineItem* a, std::size_t countA, const OutlineItem* b, std::size_t countB,
                DiffHandler& handler) {
   const ItemMatcher::Outline before(a, countA), after(b, countB);
-  ItemMatcher matcher(before, after);
-  matcher.MatchStates();
+  ItemMatcher matcher({before, after});
+  matcher.Match();
   for (std::size_t i = 0; i < countA; ++i)
-    if (matcher.InB(i) == kNoItem) handler.Report({kIsRemoved, i, kNoItem});
+    if (matcher.Partner(0, i, 1) == kNoItem) handler.Report({kIsRemoved, i, kNoItem});
   const std::vector<bool> reordered = Reordered(matcher, before, after);
   for (std::size_t i = 0; i < countB; ++i) {
-    const std::size_t was = matcher.InA(i);
+    const std::size_t was = matcher.Partner(1, i, 0);
     if (was == kNoItem) {
       handler.Report({kIsAdded, kNoItem, i});
       continue;
     }
-    const bool isMoved = reordered[i] || matcher.InB(a[was].parent) != b[i].parent;
+    const bool isMoved = reordered[i] || matcher.Partner(0, a[was].parent, 1) != b[i].parent;
     const unsigned what = (isMoved ? kIsMoved : 0u) | (a[was].name != b[i].name ? kIsRenamed : 0u) |
                           (handler.FieldsDiffer(was, i) ? kIsChanged : 0u);
     if (what) handler.Report({what, was, i});

@@ -20,6 +20,7 @@ struct OutlineItem {
   std::string_view identity = {};
   std::string_view address = {};
   std::string_view name = {};
+  std::string_view text = {};  ///< of what two sides have added, in place of a missing address
 };
 
 /// In place of the index of an item that is not there.

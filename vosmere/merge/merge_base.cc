@@ -7,7 +7,7 @@
 namespace vosmere {
 
 bool CanHaveStartedFrom(const RNode* base, const RNode* side, TreeParts parts) {
-  const TreeOutline before(base, parts, NotesBy::kName), now(side, parts, NotesBy::kName);
+  const TreeOutline before(base, parts), now(side, parts);
   TextNumbers identities;
   std::vector<int> builds = {0};  // by the number of the identity
   for (std::size_t i = 0; i < before.items.size(); ++i)

@@ -23,9 +23,10 @@ using MergeConflictReport = void (*)(void* to, const MergeConflict& conflict);
 /// A new tree with the changes of both sides since `base`, the tree that both have started from.
 /// Without it (null) nothing counts as removed: the tree has what either side has.
 ///
-/// Which items are the same: with those of the base as in DiffItems; what both sides have added, by
-/// identity, or in the same folder by address, or by name for what has no address. A page without
-/// an address has its text instead. So nothing that a side has added is lost.
+/// Which items are the same: those of the base as in DiffItems, on each side or on one as the other
+/// has left them; what both sides have added, by identity, or in the same folder by address, or by
+/// name for what has no address. A page without an address has its text instead. So nothing that a
+/// side has added is lost.
 ///
 /// - A change that one side has made to a field is made, and so is a move to another folder.
 /// - Where both have changed the same thing, the newer item wins: the one with the newer version,
@@ -38,10 +39,17 @@ using MergeConflictReport = void (*)(void* to, const MergeConflict& conflict);
 /// - Items that are in the same folder on both sides keep the order that the one side has given
 ///   them that has changed it, else that of ours. Others come after what they follow on their side.
 /// - No two items have the same identity; of several the first keeps it.
+/// - A time that only one side states is kept.
 ///
 /// So merging the same side again changes nothing, a side that is equal to the base gives the
 /// other, and exchanging the sides changes the order of siblings and the winners at most, those of
 /// items that are equally new.
+///
+/// Without identities, merging again changes nothing as long as no two items have ever had the same
+/// address, or the same name in one folder, and none was renamed on one side and lost its address
+/// on the other. More cannot be promised: if the base has an item once, ours twice, alike, and
+/// theirs has none, the merged tree has it once, as the base does; and then a side that is equal to
+/// the base has to give the other.
 ///
 /// The merged tree is made of copies, which the caller owns. Null if the roots are of different
 /// types; if one side is null, a copy of the other. The roots count as the same item; a base with

@@ -163,7 +163,7 @@ class BookmarksReader {
     NewLink(page, NT_URL, Folder());
     last_ = page;
     page->SetUrl(Plain(FixAddress(href, tag.at, &repairs_)));
-    ReadTags(*page, ValueOf(tag, "TAGS"));
+    ReadTags(*page, ValueOf(tag, "TAGS"), tag.at);
   }
   // The addresses of collections have backslashes, as those that the reader of trees makes.
   void NewFeed(const Token& tag, std::string_view feed, std::string_view href) {
@@ -200,7 +200,7 @@ class BookmarksReader {
     }
   }
 
-  static void ReadTags(CUrlNode& page, std::string_view list) {
+  void ReadTags(CUrlNode& page, std::string_view list, std::size_t at) {
     CUrlProp::TagList* tags = nullptr;
     CUrlProp* const prop = Trimmed(list).empty() ? nullptr : page.GetUrlProp();
     for (std::size_t count = 0; prop && !list.empty() && count < kMostTags; ++count) {
@@ -213,6 +213,7 @@ class BookmarksReader {
       chain::Append(tags, cell);
       prop->SetTagsList(tags);
     }
+    if (!Trimmed(list).empty()) Repair(RepairKind::kTags, at, list, {});
   }
 
   std::string_view text_;

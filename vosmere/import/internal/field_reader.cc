@@ -142,7 +142,7 @@ void FieldReader::ReadColct(const XmlNode& root) {
   CReadBkmarkXML reader;
   reader.SetReadForeign(true);
   if (!reader.ReadParsed(root, *this)) throw DocumentFailure{reader.LastError()};
-  isOdd_ = reader.HadUnreadDates();
+  isOdd_ = reader.HadUnread();
   colct_ = reader.DetachColctNode();
   if (!colct_) return;
   WalkBelow(

@@ -40,6 +40,7 @@ constexpr const char* kWhat[] = {
     "a date that cannot be read",
     "a line between bookmarks",
     "a folder that is nested too deeply",
+    "too many tags",
 };
 
 std::string Excerpt(std::string_view text) {

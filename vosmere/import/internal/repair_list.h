@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "vosmere/import/repair.h"
@@ -22,6 +23,15 @@ class RepairList {
   bool empty() const { return entries_.empty(); }
   /// How many were not kept.
   std::size_t more() const { return more_; }
+  /// Adds those of another list, at `place(at)`.
+  template <class Place>
+  void Append(const RepairList& list, Place place) {
+    for (Entry entry : list.entries_) {
+      entry.at = place(entry.at);
+      entries_.size() < kMostKept ? entries_.push_back(std::move(entry)) : void(++more_);
+    }
+    more_ += list.more_;
+  }
   /// Reports the repairs in the order of their places in `text`.
   void Report(std::string_view text, RepairReport report, void* to);
 

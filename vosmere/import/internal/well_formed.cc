@@ -12,6 +12,7 @@
 #include "vosmere/import/internal/addresses.h"
 #include "vosmere/import/internal/names.h"
 #include "vosmere/import/internal/outline.h"
+#include "vosmere/import/internal/own_entities.h"
 #include "vosmere/import/internal/references.h"
 #include "vosmere/import/internal/tokens.h"
 #include "vosmere/import/internal/utf8_text.h"
@@ -21,6 +22,7 @@ namespace vosmere::importing {
 namespace {
 
 constexpr std::size_t kMostAttributes = 100;
+constexpr std::size_t kMostTags = 256;      // of an item
 constexpr std::size_t kMostPrefixes = 100;  // parsers bound the namespaces in scope
 
 /// Elements that do not stand inside another of the same name.
@@ -74,6 +76,7 @@ class Pass {
   std::string_view Declare(std::string_view name, std::size_t at);
   std::string_view Bound(std::string_view name) const;
   void CheckText(const Open& element, std::size_t end);
+  void CheckTag(std::string_view tag);
 
   void PutTag(const Token& tag);
   void PutEscaped(std::string_view raw);
@@ -98,6 +101,7 @@ class Pass {
   std::vector<Open> open_;
   std::unordered_map<std::string_view, int> counts_;  // of open elements, by name
   std::size_t leftOutLevel_ = 0;                      // of elements inside one that is left out
+  std::set<std::string_view> tags_;                   // of the item
   bool hasRoot_ = false;
   bool isOver_ = false;
 };
@@ -202,6 +206,7 @@ void Pass::CloseInnermost(std::size_t contentEnd) {
   if (contentEnd > element.contentAt) CheckText(element, contentEnd);
   out_.append("</").append(element.name) += '>';
   --counts_[element.name];
+  if (element.name == "item") tags_.clear();
   open_.pop_back();
 }
 
@@ -222,6 +227,8 @@ void Pass::Finish() {
 /// Mentions texts of feeds that are unusual.
 void Pass::CheckText(const Open& element, std::size_t end) {
   if (!repairs_ || CountOf("item") == 0) return;
+  if (element.name == "category" || element.name == "dc:subject")
+    CheckTag(Trimmed(text_.substr(element.contentAt, end - element.contentAt)));
   const bool isDate = element.name == "pubDate" || element.name == "dc:date";
   const bool isAddress = element.name == "link" || element.name == "guid";
   if (!isDate && !isAddress) return;
@@ -235,6 +242,15 @@ void Pass::CheckText(const Open& element, std::size_t end) {
   if (isDate && !raw.empty() && !ReadDate(raw.data(), raw.size(), &date))
     Repair(RepairKind::kDate, element.contentAt, raw, {});
   if (isAddress) FixAddress(raw, element.contentAt, repairs_);
+}
+
+/// Mentions the tags that the reader of feeds leaves out.
+void Pass::CheckTag(std::string_view tag) {
+  if (tag.empty() || tags_.contains(tag)) return;
+  if (tags_.size() == kMostTags)
+    Repair(RepairKind::kTags, Where(tag), tag, {});
+  else
+    tags_.insert(tag);
 }
 
 // Attributes.
@@ -337,13 +353,16 @@ std::size_t Pass::PutReference(std::string_view rest) {
 }  // namespace
 
 std::string MakeWellFormed(std::string_view text, RepairList& repairs) {
+  const ExpandedText expanded(text);
   const Facts facts = [&] {
-    Pass survey(text, nullptr, nullptr);
+    Pass survey(expanded.text(), nullptr, nullptr);
     survey.Run();
     return survey.facts();
   }();
-  Pass pass(text, &facts, &repairs);
+  RepairList found;
+  Pass pass(expanded.text(), &facts, &found);
   pass.Run();
+  repairs.Append(found, [&](std::size_t at) { return expanded.OriginalPlace(at); });
   return pass.TakeDocument();
 }
 

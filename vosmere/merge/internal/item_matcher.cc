@@ -53,73 +53,110 @@ std::size_t ItemMatcher::KeyHash::operator()(const Key& key) const {
                       secret[1]));
 }
 
-ItemMatcher::ItemMatcher(Outline a, Outline b) : a_(a), b_(b), inB_(a.size()), inA_(b.size()) {
-  Number(a, textsA_);
-  Number(b, textsB_);
-  if (!a.empty() && !b.empty()) Pair(0, 0);
+ItemMatcher::ItemMatcher(std::initializer_list<Outline> sides) : sides_(sides) {
+  for (std::size_t side = 0; side < sides_.size(); ++side) {
+    texts_[side].reserve(sides_[side].size());
+    groupOf_[side].reserve(sides_[side].size());
+    for (const OutlineItem& item : sides_[side]) {
+      texts_[side].push_back({numbers_.NumberOf(item.identity), numbers_.NumberOf(item.address),
+                              numbers_.NumberOf(item.text), numbers_.NumberOf(item.name)});
+      groups_.emplace_back().at[side] = groupOf_[side].size();
+      groupOf_[side].push_back(static_cast<std::uint32_t>(groups_.size() - 1));
+    }
+  }
+  for (std::size_t b = 1; b < sides_.size(); ++b)
+    for (std::size_t a = 0; a < b; ++a)
+      if (!sides_[a].empty() && !sides_[b].empty() && !IsIn(a, 0, b)) Join({a, b}, 0, 0);
 }
 
-void ItemMatcher::Number(Outline outline, std::vector<Texts>& texts) {
-  texts.reserve(outline.size());
-  for (const OutlineItem& item : outline)
-    texts.push_back({numbers_.NumberOf(item.identity), numbers_.NumberOf(item.address),
-                     numbers_.NumberOf(item.name)});
+void ItemMatcher::Join(Sides sides, std::size_t a, std::size_t b) {
+  const std::uint32_t to = groupOf_[sides.a][a], from = groupOf_[sides.b][b];
+  for (std::size_t side = 0; side < kMostSides; ++side)
+    if (const std::size_t item = groups_[from].at[side]; item != kNoItem) {
+      groups_[to].at[side] = item;
+      groupOf_[side][item] = to;
+    }
 }
 
-void ItemMatcher::Pair(std::size_t a, std::size_t b) {
-  if (a != kNoItem) inB_[a] = {b, false};
-  if (b != kNoItem) inA_[b] = {a, false};
-}
-
-// `folder` is in b. False where the item lacks what the two must have in common.
-bool ItemMatcher::KeyOf(unsigned common, const OutlineItem& item, const Texts& texts,
-                        std::size_t folder, Key* key) const {
+// The folder is that of b; the odd numbers are for items that the third side has, too. False where
+// the item lacks what the two must have in common.
+bool ItemMatcher::KeyOf(unsigned common, Sides sides, std::size_t side, std::size_t item,
+                        Key* key) const {
+  const OutlineItem& what = sides_[side][item];
+  const Texts& texts = texts_[side][item];
+  const bool isAdded = sides.a != 0 && !IsIn(side, item, 0);
+  const std::uint32_t address = isAdded && !texts.address ? texts.text : texts.address;
+  const std::size_t folder = side == sides.b ? what.parent : Partner(side, what.parent, sides.b);
   if ((common & kFolder && folder == kNoItem) || (common & kIdentity && !texts.identity) ||
-      (common & kAddress && !texts.address) || (common & kNoAddress && texts.address))
+      (common & kAddress && !address) || (common & kNoAddress && address))
     return false;
-  *key = {common & kFolder ? static_cast<std::uint32_t>(folder + 1) : 0, item.kind,
+  *key = {common & kFolder ? static_cast<std::uint32_t>(folder + 1) * 2 : 0, what.kind,
           common & kIdentity  ? texts.identity
-          : common & kAddress ? texts.address
+          : common & kAddress ? address
                               : 0,
           common & kName ? texts.name : 0};
   return true;
 }
 
-// Folders come before what is in them, so that a folder that was just paired counts for its items.
-void ItemMatcher::Match(unsigned common) {
+// Folders come before what is in them, so that a folder that was just found counts for its items.
+// Where the third side has both, they are two items.
+bool ItemMatcher::MatchSides(unsigned common, Sides sides) {
+  const auto [a, b] = sides;
+  const std::size_t third = sides.third();
   std::unordered_map<Key, std::size_t, KeyHash> first;  // of the items of b that are alike
-  std::vector<std::size_t> next(b_.size(), kNoItem);
+  std::vector<std::size_t> next;
   Key key;
-  for (std::size_t i = b_.size(); i-- > 1;)
-    if (inA_[i].isFree && KeyOf(common, b_[i], textsB_[i], b_[i].parent, &key)) {
+  for (std::size_t i = sides_[b].size(); i-- > 1;)
+    if (!IsIn(b, i, a) && KeyOf(common, sides, b, i, &key)) {
+      if (next.empty()) next.resize(i + 1, kNoItem);
+      key.folder += IsIn(b, i, third);
       const auto [at, isNew] = first.try_emplace(key, i);
       if (isNew) continue;
       next[i] = at->second;
       at->second = i;
     }
-  if (first.empty()) return;
-  for (std::size_t i = 1; i < a_.size(); ++i) {
-    if (!inB_[i].isFree || !KeyOf(common, a_[i], textsA_[i], InB(a_[i].parent), &key)) continue;
+  if (first.empty()) return false;
+  const bool needsBase = common & kNotAdded && a != 0;
+  bool found = false;
+  const auto match = [&](std::size_t i) {
     const auto at = first.find(key);
-    if (at == first.end() || at->second == kNoItem) continue;
-    Pair(i, at->second);
+    if (at == first.end() || at->second == kNoItem) return false;
+    Join(sides, i, at->second);
     at->second = next[at->second];
+    return found = true;
+  };
+  for (std::size_t i = 1; i < sides_[a].size(); ++i) {
+    if (IsIn(a, i, b) || !KeyOf(common, sides, a, i, &key)) continue;
+    const bool isInThird = IsIn(a, i, third);
+    if ((isInThird || !needsBase) && match(i)) continue;
+    ++key.folder;
+    if (!isInThird) match(i);
   }
+  return found;
 }
 
-void ItemMatcher::MatchStates() {
-  MatchAdditions();
-  Match(kAddress | kName);
-  Match(kAddress);
-  MatchAdditions();  // in what was just found
-  Match(kFolder | kName);
+bool ItemMatcher::MatchAll(unsigned common) {
+  bool found = false;
+  for (std::size_t b = 1; b < sides_.size(); ++b)
+    for (std::size_t a = 0; a < b; ++a) found |= MatchSides(common, {a, b});
+  return found;
 }
 
-void ItemMatcher::MatchAdditions() {
-  Match(kIdentity);
-  Match(kFolder | kName | kNoAddress);
-  Match(kFolder | kAddress | kName);
-  Match(kFolder | kAddress);
+// An item that is found late may tell where others are. The rounds are bounded, because hostile
+// outlines could need as many as they have levels.
+void ItemMatcher::Match() {
+  constexpr unsigned kByPlace[] = {kIdentity, kFolder | kName | kNoAddress,
+                                   kFolder | kAddress | kName, kFolder | kAddress};
+  constexpr unsigned kAnywhere[] = {kAddress | kName | kNotAdded, kAddress | kNotAdded};
+  constexpr int kMostRounds = 4;
+  bool found = true;
+  for (int round = 0; round < kMostRounds && found; ++round) {
+    found = false;
+    for (const unsigned common : kByPlace) found |= MatchAll(common);
+    for (const unsigned common : kAnywhere) found |= MatchAll(common);
+    for (const unsigned common : kByPlace) found |= MatchAll(common);
+    found |= MatchAll(kFolder | kName | kNotAdded);
+  }
 }
 
 }  // namespace vosmere

@@ -12,13 +12,9 @@
 
 namespace vosmere {
 
-/// What may be compared with the address when items are matched.
-enum class NotesBy { kName, kText };
-
 /// Links without an item are left out, with all below them. Items view the texts of the tree.
 struct TreeOutline {
-  /// `NotesBy::kText` lets the text of a page without an address count as its address.
-  TreeOutline(const RNode* root, TreeParts parts, NotesBy notes);
+  TreeOutline(const RNode* root, TreeParts parts);
 
   std::vector<OutlineItem> items;
   std::vector<RNode*> links;
