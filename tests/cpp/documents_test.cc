@@ -283,6 +283,9 @@ TEST(Documents, WhatCannotBeSavedLeavesTheFile) {
   ASSERT_TRUE(Save(files / "f", theirs));
   EXPECT_EQ(Save(files / "f", taken, options).error().reason,
             "was changed since it was loaded (items now: 1, items to be saved: 0)");
+  WriteBytes(files / "f", "no document any more");
+  EXPECT_EQ(Save(files / "f", taken, options).error().reason.substr(0, 27),
+            "was changed since it was lo");
 }
 
 TEST(Documents, ALoadSaysWhatItLeavesOutAndWhere) {
@@ -369,7 +372,9 @@ TEST(Documents, ASaveSaysWhatItLoses) {
   Add<CFolderNode>(*items, "f");
   Add<CColctNode>(*items, "inner");
   AddTag(page, "two words");
+  items->GetNodeStat()->SetFlag(1);
   EXPECT_EQ(LossesOf(items),
+            "flag is lost: c\n"
             "tags are changed: p\n"
             "the order of pages and folders is lost: f\n"
             "an item that is neither a folder nor a page is left out: inner\n");

@@ -130,6 +130,7 @@ TEST(Favorites, OnXPTheLongNameIsTheItemsAndTheRecordIsKept) {
   EXPECT_EQ(record.itemFlags, kFile);
   EXPECT_EQ(LittleEndian(record.wordAt12, 4), "size");
   EXPECT_EQ(LittleEndian(record.wordAt16, 4), "date");
+  EXPECT_EQ(COrderRecord().wordAt12 + COrderRecord().wordAt16, 0u) << "until it is read";
   EXPECT_EQ(LittleEndian(record.halfWordAt20, 2), "at");
   EXPECT_STREQ(record.shortName.get(), "ALON~1.URL");
   EXPECT_EQ(record.shortNameLength, 10);

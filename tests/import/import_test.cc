@@ -6,6 +6,7 @@
 #include "tests/support/document.h"
 #include "tests/support/test.h"
 #include "vosmere/cpp/dates.h"
+#include "vosmere/import/internal/entity_names.h"
 #include "vosmere/tree/tree_walk.h"
 
 namespace vosmere::test::import {
@@ -111,6 +112,15 @@ TEST(Import, RepairsWhatTheDocumentShows) {
   }
 }
 
+TEST(Import, KnowsTheEntitiesOfHtml) {
+  std::uint64_t hash = 0;
+  for (const importing::NamedEntity& entity : importing::kEntities) {
+    for (const char c : entity.name) hash = hash * 31 + static_cast<unsigned char>(c);
+    hash = (hash * 31 + entity.character / 256) * 31 + entity.character % 256;
+  }
+  EXPECT_EQ(hash, 0x6f61e71ab573007cu) << "the same of another program's table";
+}
+
 TEST(Import, SaysWhyItFails) {
   const struct {
     std::string document;
@@ -130,6 +140,12 @@ TEST(Import, SaysWhyItFails) {
   std::string deep = "<opml><body>&";
   for (int i = 0; i < 20000; ++i) deep += "<outline text='a'>";
   EXPECT_EQ(Import(Bytes(deep)).error().fault, DocumentFault::kTooDeep);
+  EXPECT_THAT(RepairsOf(Import(Bytes("<!DOCTYPE opml [<!ENTITY e '&bad'>]><opml><body><outline "
+                                     "text='a'/></body></opml>"))),
+              testing::StartsWith("1:1: not well-formed"));
+  EXPECT_THAT(RepairsOf(Import(Bytes("<rss><channel><item><title>&</title><link><![CDATA[data:x]]>"
+                                     "</link></item></channel></rss>"))),
+              HasSubstr("'data:x' kept"));
   EXPECT_EQ(Import("no/such/file").error().fault, DocumentFault::kCannotOpen);
 }
 
@@ -256,6 +272,10 @@ TEST(Import, BoundsWhatItKeeps) {
   const std::string repairs = RepairsOf(Import(Bytes(wide + "/>")));
   EXPECT_THAT(repairs, HasSubstr("an address that is too long: 'http://aaa"));
   EXPECT_THAT(repairs, HasSubstr("too many attributes: 'a199' left out"));
+  std::string emoji = "<DL><DT><A HREF=x";
+  for (int i = 1; i < CUrlNode::kTextLimit / 2; ++i) emoji += "\xF0\x9F\x98\x80";
+  EXPECT_EQ(RepairsOf(Import(Bytes(emoji + ">a</A></DL>"))), "");
+  EXPECT_THAT(RepairsOf(Import(Bytes(emoji + "yy>a</A></DL>"))), HasSubstr("too long"));
 
   std::string tags = "'", categories = "<rss><channel><item>";
   for (int i = 0; i < 258; ++i) {

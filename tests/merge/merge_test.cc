@@ -120,6 +120,12 @@ void SetTimes(CUrlNode& page, LONG added, LONG modified) {
   page.GetNodeStat()->SetStatTime(added, modified, 0, CNodeStat::kAdded | CNodeStat::kModified);
 }
 
+TEST(Merge, OfNothingIsNothing) {
+  const vosmere::Tree none, tree = Written("r(a b)");
+  EXPECT_FALSE(Merge(tree, none, none).tree);
+  EXPECT_EQ(Dump(Merge(none, none, tree).tree.get()), Dump(tree.get()));
+}
+
 TEST(Merge, SettlesFieldByField) {
   using Page = CUrlNode;
   struct {

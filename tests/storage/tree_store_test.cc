@@ -97,6 +97,28 @@ TEST_F(AStore, IsWhatItWasAfterAnyChangesAndUndoesThemAll) {
   }
 }
 
+TEST_F(AStore, UndoesAsFarAsItsMemoryForThatGoes) {
+  StoreOptions options;
+  options.undoBytes = 10000;
+  Result<Store> store = Open(options);
+  RandomChanges random(1);
+  std::map<std::uint64_t, std::string> history;
+  while (store->sequence() < 500) {
+    random.Change(store->tree());
+    history[store->sequence()] = Dump(store->tree());
+  }
+  const std::uint64_t all = store->sequence();
+  std::uint64_t made = all;
+  while (*store->Undo()) --made;
+  EXPECT_GT(all - made, 20u);
+  EXPECT_LT(all - made, 250u);
+  while (*store->Redo()) {
+    const auto at = history.find(++made);
+    EXPECT_TRUE(at == history.end() || at->second == Dump(store->tree())) << made;
+  }
+  EXPECT_EQ(made, all);
+}
+
 TEST_F(AStore, UndoesWhatTheLogHoldsAfterItWasOpenedAgain) {
   const std::vector<std::string> history = MakeHistory(60);
   Result<Store> store = Open();
@@ -111,6 +133,12 @@ TEST_F(AStore, UndoesWhatTheLogHoldsAfterItWasOpenedAgain) {
   ASSERT_TRUE(*store->Redo());
   ASSERT_TRUE(*store->Redo());
   EXPECT_TRUE(Dump(store->tree()) == history.back());
+  while (*store->Undo()) {
+  }
+  EXPECT_TRUE(Dump(store->tree()) == history.front());
+  store = Error();
+  store = Open();
+  RandomChanges(2).Change(store->tree());
   while (*store->Undo()) {
   }
   EXPECT_TRUE(Dump(store->tree()) == history.front());

@@ -50,6 +50,7 @@ TEST(ToolPost, SaysWhatWentWrong) {
   } cases[] = {
       {"127.0.0.1:1", "", "127.0.0.1:1: error: the server cannot be reached"},
       {"127.0.0.1:x", "", "127.0.0.1:x: error: the host name is invalid"},
+      {"127.0.0.1:x", "--dry-run", "127.0.0.1:x: error: the host name is invalid"},
       {"a.example", "--field ab", "is not NAME=VALUE"},
       {"a.example", "--field a=" + std::string(1024, 'x'), "the field 'a' is too long"},
       {"a.example", "--user " + std::string(81, 'x'), "the field 'username' is too long"},

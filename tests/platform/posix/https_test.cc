@@ -72,6 +72,8 @@ TEST_F(Https, OnlyTheRightServerIsTrusted) {
   trusted_.reset();
   Sender untrusted(nginx_->host());
   EXPECT_EQ(Send(untrusted, "/upload"), Code(12045));
+  const Variable missing("SSL_CERT_FILE", "no-such-file");
+  EXPECT_EQ(Send(untrusted, "/upload"), Code(12045));
 }
 
 TEST_F(Https, ThePasswordIsSentWhenTheServerAsks) {
