@@ -13,19 +13,32 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VosmereBaseConfig.cmak
                               ${PROJECT_BINARY_DIR}/VosmereBaseConfig.cmake
                               INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VosmereBaseConfigVersion.cmake
-                                 COMPATIBILITY SameMajorVersion)
+                                 COMPATIBILITY ${compatibility})
 install(FILES ${PROJECT_BINARY_DIR}/VosmereBaseConfig.cmake
               ${PROJECT_BINARY_DIR}/VosmereBaseConfigVersion.cmake
         DESTINATION ${package_dir})
 
-if(NOT WIN32)
-  # Relative, so that the installed tree can be moved.
-  file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-  if(NOT VOSMERE_SHARED)
-    set(pkgconfig_static_libs " -lcurl -lxml2 -lhivex -luuid -lstdc++ -pthread")
-    set(pkgconfig_static_flags " -DVOSMERE_STATIC")
-  endif()
-  configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc
-                 @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+# Relative, so that the installed tree can be moved.
+file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+set(pkgconfig_private_libs "-lcurl -lxml2 -lhivex -luuid -lstdc++ -pthread")
+if(WIN32)
+  list(TRANSFORM system_libraries REPLACE "Threads::Threads" "stdc++ -pthread" OUTPUT_VARIABLE names)
+  list(TRANSFORM names PREPEND -l)
+  list(JOIN names " " pkgconfig_private_libs)
+endif()
+if(NOT VOSMERE_SHARED)
+  # Also without the option --static, since there is no other library.
+  set(pkgconfig_libs " ${pkgconfig_private_libs}")
+  set(pkgconfig_private_libs "")
+  set(pkgconfig_flags " -DVOSMERE_STATIC")
+endif()
+configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# Removes what the last installation from this build folder has put there.
+if(PROJECT_IS_TOP_LEVEL)
+  add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake)
 endif()

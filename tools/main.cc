@@ -281,7 +281,7 @@ CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) 
 }
 
 void SetUp(CLI::App& app) {
-  app.set_version_flag("--version", VOSMERE_VERSION);
+  app.set_version_flag("--version", VOSMERE_VERSION_TEXT);
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kExitCodes);
