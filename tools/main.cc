@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <iostream>
+#include <map>
 #include <system_error>
 
 #include "tools/bookmarks.h"
 #include "tools/check.h"
+#include "tools/colors.h"
 #include "tools/contents.h"
 #include "tools/date.h"
 #include "tools/diff.h"
@@ -19,8 +21,11 @@
 #include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
+#include "tools/report.h"
 #include "tools/store.h"
 #include "tools/text.h"
+#include "tools/usage.h"
+#include "vosmere/base/version.h"
 
 namespace vosmere::tool {
 namespace {
@@ -39,15 +44,38 @@ int Show(const std::string& file, bool asJson) {
   return kFine;
 }
 
-int Copy(const std::string& in, const std::string& out) {
+int Copy(const std::string& in, const std::string& out, bool asJson) {
+  KeepReportApart(out, asJson);
   Losses losses(kPlacesShown);
   const AnyDocument document = LoadDocument(in, &losses);
   const SavedBytes saved =
       IsBookmarkName(out) ? BookmarksOf(document, in) : SaveDocument(document, in, kPlacesShown);
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
   losses.Add(saved.losses);
-  PrintWarnings(std::cerr, InputName(in), losses);
+  if (asJson)
+    PrintReport({{"warnings", JsonOf(losses)}});
+  else
+    PrintWarnings(std::cerr, InputName(in), losses);
   return kFine;
+}
+
+/// Shows how dates are read: the texts, or each line of standard input for "-".
+int ShowDates(const std::vector<std::string>& texts, bool asJson) {
+  int exitCode = kFine;
+  const auto show = [&](const std::string& text) {
+    if (!ShowDate(text, asJson, std::cout)) exitCode = kBadFile;
+  };
+  for (const std::string& text : texts) {
+    if (!IsStandard(text)) {
+      show(text);
+      continue;
+    }
+    for (std::string line; std::getline(std::cin, line);) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      show(line);
+    }
+  }
+  return exitCode;
 }
 
 int PostFile(PostOptions options) {
@@ -62,12 +90,12 @@ int Run(Verb verb) {
   try {
     return verb();
   } catch (const Failure& failure) {
-    std::cerr << failure.message << '\n';
+    PrintFailure(failure);
     return failure.exitCode;
   } catch (const std::ios::failure&) {
     throw;  // standard output failed, so the program ends
   } catch (const std::exception& error) {
-    std::cerr << "vosmere: error: " << error.what() << '\n';
+    PrintFailure({kTrouble, std::string("vosmere: error: ") + error.what()});
     return kTrouble;
   }
 }
@@ -85,16 +113,20 @@ CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions&
   CLI::Option* const json = check->add_flag(
       "--json", options.json,
       "Print one line of JSON per file: file, loads, copyLoads, error, line, column, warnings");
+  CLI::Option* const sarif =
+      check->add_flag("--sarif", options.sarif, "Print a SARIF 2.1.0 log, which editors read")
+          ->excludes(json);
   check->add_flag("--quiet", options.quiet, "Print nothing, except why a file cannot be read")
-      ->excludes(json);
+      ->excludes(json, sarif);
   return check;
 }
 
-CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
+CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates, bool& asJson) {
   CLI::App* const date =
       app.add_subcommand("date", "Print the times that GetTime and ReadDate read from date texts");
   date->footer("Exit codes: 0 ReadDate reads every text; 1 it does not read one; 2 wrong usage.");
-  date->add_option("TEXT", dates, "Texts to read")->required();
+  date->add_option("TEXT", dates, "Texts to read; - reads the lines of standard input")->required();
+  date->add_flag("--json", asJson, "Print one line of JSON per text");
   return date;
 }
 
@@ -102,11 +134,9 @@ CLI::App* AddDiff(CLI::App& app, std::string& a, std::string& b, bool& asJson) {
   CLI::App* const diff = app.add_subcommand("diff", "Print what differs between two documents");
   diff->footer(
       "Exit codes: 0 they are equal; 1 they differ; 2 wrong usage, or a file cannot be loaded.\n"
-      "Items are the same by identity, by address, or by name in the same folder. Lines are "
-      "colored "
-      "on a terminal, unless NO_COLOR is set.");
-  diff->add_option("A", a)->required();
-  diff->add_option("B", b)->required();
+      "Items are the same by identity, by address, or by name in the same folder.");
+  diff->add_option("A", a, "Document or folder of a store, as it was")->required();
+  diff->add_option("B", b, "What it is compared with")->required();
   diff->add_flag("--json", asJson, "Print a JSON array with an object for each item that differs");
   return diff;
 }
@@ -141,6 +171,8 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
   favorites->add_option("--html", options.html, "Write a bookmark file, which browsers import")
       ->type_name("FILE")
       ->excludes(opml, rss);
+  favorites->add_flag("--json", options.json, "Print the tree and the warnings as JSON")
+      ->excludes(opml, rss);
   return favorites;
 }
 
@@ -150,8 +182,8 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
   merge->footer(std::string(kExitCodes) +
                 "\nConflicts are settled for the newer item, else for OURS, and listed on the "
                 "standard error; they do not count.");
-  merge->add_option("OURS", options.ours)->required();
-  merge->add_option("THEIRS", options.theirs)->required();
+  merge->add_option("OURS", options.ours, "Document or folder of a store")->required();
+  merge->add_option("THEIRS", options.theirs, "The other document")->required();
   merge
       ->add_option("--base", options.bases,
                    "What both have started from; without it nothing counts as removed. May be "
@@ -163,6 +195,7 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
           ->type_name("FILE");
   merge->add_flag("--dry-run", options.dryRun, "Print what would change in OURS, write nothing")
       ->excludes(out);
+  merge->add_flag("--json", options.json, "Print conflicts, warnings and changes as JSON");
   merge->parse_complete_callback([&options] {
     if (!options.dryRun && options.out.empty()) throw CLI::RequiredError("--output");
   });
@@ -187,6 +220,7 @@ CLI::App* AddImport(CLI::App& app, ImportOptions& options) {
                    "Add the items to this list instead, each once: OPML, RSS or a bookmark file")
       ->type_name("LIST")
       ->excludes(output);
+  import->add_flag("--json", options.json, "Print repairs, conflicts and warnings as JSON");
   import->parse_complete_callback([&options] {
     if (options.output.empty() && options.into.empty())
       throw CLI::RequiredError("--output or --into");
@@ -202,6 +236,7 @@ CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
                    "Name or identity of the item, or its folders and name as in 'News > Daily'")
       ->required();
   note->add_option("OUT", options.out, "HTML file to write")->required();
+  note->add_flag("--json", options.json, "Print the place and the identity of the item as JSON");
   return note;
 }
 
@@ -237,6 +272,7 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   post->add_flag("--dry-run", options.dryRun,
                  "Print the request, with the digest masked, and send nothing")
       ->excludes(output);
+  post->add_flag("--json", options.json, "Print status and reply as JSON");
   return post;
 }
 
@@ -250,7 +286,7 @@ CLI::App* AddShow(CLI::App& app, std::string& in, bool& asJson) {
   return show;
 }
 
-CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
+CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out, bool& asJson) {
   CLI::App* const copy =
       app.add_subcommand("copy", "Load a document and save it as a new file that is sure to load")
           ->footer(kExitCodes);
@@ -259,17 +295,19 @@ CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
                    "File to write: replaced as a whole or left unchanged; can be IN. With the "
                    "ending .html, bookmarks that browsers import")
       ->required();
+  copy->add_flag("--json", asJson, "Print the warnings as JSON");
   return copy;
 }
 
-CLI::App* AddLog(CLI::App& app, std::string& in) {
+CLI::App* AddLog(CLI::App& app, std::string& in, bool& asJson) {
   CLI::App* const log =
       app.add_subcommand("log", "Print the changes in the log of a store")->footer(kExitCodes);
   log->add_option("STORE", in, "Folder of the store")->required();
+  log->add_flag("--json", asJson, "Print one line of JSON per change");
   return log;
 }
 
-CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) {
+CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint, bool& asJson) {
   CLI::App* const recover =
       app.add_subcommand("recover",
                          "List the checkpoints of a store, what they hold and whether they load")
@@ -277,25 +315,61 @@ CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) 
   recover->add_option("STORE", in, "Folder of the store")->required();
   recover->add_option("--restore", checkpoint, "Make a copy of this checkpoint the newest")
       ->type_name("NUMBER");
+  recover->add_flag("--json", asJson, "Print one line of JSON per checkpoint");
   return recover;
 }
 
 void SetUp(CLI::App& app) {
-  app.set_version_flag("--version", VOSMERE_VERSION_TEXT);
+  app.set_version_flag("--version", "vosmere " VOSMERE_VERSION_TEXT " (" VOSMERE_PLATFORM ")");
+  const std::map<std::string, Colors> colors = {
+      {"auto", Colors::kAuto}, {"always", Colors::kAlways}, {"never", Colors::kNever}};
+  app.add_option_function<std::string>(
+         "--color",
+         [colors](const std::string& when) {
+           const auto found = colors.find(when);
+           if (found == colors.end())
+             throw CLI::ValidationError("--color", "is not known: " + when);
+           SetColors(found->second);
+         },
+         "Color messages and differences: always, never, or auto: on a terminal, unless NO_COLOR "
+         "is "
+         "set")
+      ->type_name("WHEN");
+  app.add_option_function<std::string>(
+         "--generate",
+         [&app](const std::string& form) {
+           PrintUsage(app, form, std::cout);
+           throw CLI::Success();
+         },
+         "Print the man page (man), or the completion for a shell (bash, zsh, fish)")
+      ->check(CLI::IsMember(kUsageForms))
+      ->type_name("FORM");
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kExitCodes);
   for (const char* const noise : {"TEXT", "REQUIRED"}) app.get_formatter()->label(noise, "");
 }
 
+/// Names what was not expected, and what may have been meant.
+void PrintUnknown(const CLI::App& app) {
+  const std::vector<CLI::App*> verbs = app.get_subcommands();
+  const std::vector<std::string> unknown = app.remaining(true);
+  if (unknown.empty()) return;
+  const std::string suggestion = Suggestion(app, verbs.empty() ? app : *verbs[0], unknown[0]);
+  if (verbs.empty() && unknown[0][0] != '-')
+    std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand" << suggestion << '\n';
+  else if (!suggestion.empty())
+    std::cerr << '\'' << Printable(unknown[0]) << "' is not known" << suggestion << '\n';
+}
+
 /// Runs the verb that the arguments name. Returns the exit code of the arguments alone.
 int Parse(CLI::App& app, const Arguments& arguments) try {
+  for (CLI::App* verb : app.get_subcommands([](const CLI::App*) { return true; }))
+    verb->fallthrough();  // options of all verbs may come after the verb
   app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
   return kFine;
 } catch (const CLI::ParseError& error) {
-  const std::vector<std::string> unknown = app.remaining();
-  if (app.get_subcommands().empty() && !unknown.empty())
-    std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand\n";
+  if (error.get_exit_code() != 0) PrintUnknown(app);
   return app.exit(error) == 0 ? kFine : kTrouble;
 }
 
@@ -312,17 +386,16 @@ int Main(const Arguments& arguments) {
 
   CheckOptions checkOptions;
   AddCheck(app, files, checkOptions)->callback([&] {
-    for (const std::string& file : files)
-      exitCode = std::max(exitCode, Run([&] { return Check(file, checkOptions); }));
+    exitCode = Run([&] { return Check(files, checkOptions); });
   });
 
-  AddCopy(app, in, out)->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
+  AddCopy(app, in, out, asJson)->callback([&] {
+    exitCode = Run([&] { return Copy(in, out, asJson); });
+  });
 
   std::vector<std::string> dates;
-  AddDate(app, dates)->callback([&] {
-    for (const std::string& text : dates)
-      exitCode =
-          std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
+  AddDate(app, dates, asJson)->callback([&] {
+    exitCode = Run([&] { return ShowDates(dates, asJson); });
   });
 
   AddDiff(app, in, out, asJson)->callback([&] {
@@ -343,11 +416,13 @@ int Main(const Arguments& arguments) {
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
 
-  AddLog(app, in)->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
+  AddLog(app, in, asJson)->callback([&] {
+    exitCode = Run([&] { return ShowLog(in, asJson, std::cout); });
+  });
 
   std::uint64_t checkpoint = 0;
-  AddRecover(app, in, checkpoint)->callback([&] {
-    exitCode = Run([&] { return Recover(in, checkpoint, std::cout); });
+  AddRecover(app, in, checkpoint, asJson)->callback([&] {
+    exitCode = Run([&] { return Recover(in, checkpoint, asJson, std::cout); });
   });
 
   PostOptions post;

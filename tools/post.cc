@@ -13,6 +13,7 @@
 
 #include "tools/failure.h"
 #include "tools/output.h"
+#include "tools/report.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "vosmere/net/http_upload.h"
@@ -211,10 +212,20 @@ std::size_t SliceOf(WideView text) {
   return FirstWhole(text, kMost).size;
 }
 
-void PrintReply(CNetUploadFile& upload) {
+SystemString DetachReply(CNetUploadFile& upload) {
   const unsigned long lostBefore = LostTexts();
-  const SystemString reply(upload.DetachResponse());
+  SystemString reply(upload.DetachResponse());
   if (LostTexts() != lostBefore) throw std::bad_alloc();
+  return reply;
+}
+
+std::string ReplyOf(CNetUploadFile& upload) {
+  const SystemString reply = DetachReply(upload);
+  return ToUtf8(WideView(reply.get(), SysStringLen(reply.get())));
+}
+
+void PrintReply(CNetUploadFile& upload) {
+  const SystemString reply = DetachReply(upload);
   const bool seen = IsTerminal(Stream::kOutput);
   if (!seen) MakeOutputBinary();
   std::string text;
@@ -274,12 +285,18 @@ int Post(const PostOptions& options) {
 
   if (options.output.empty()) {
     Send(upload, options, nullptr);
-    PrintReply(upload);
+    if (!options.json) PrintReply(upload);
   } else {
     SendTo(upload, options);
   }
   const std::string objection = Objection(upload, options);
-  if (!objection.empty()) std::cerr << objection << '\n';
+  if (options.json)
+    PrintReport({{"delivered", objection.empty()},
+                 {"status", upload.GetStatus()},
+                 {"problem", objection.empty() ? Json() : Json(objection)},
+                 {"reply", options.output.empty() ? Json(ReplyOf(upload)) : Json()}});
+  else if (!objection.empty())
+    std::cerr << objection << '\n';
   return objection.empty() ? kFine : kBadFile;
 }
 

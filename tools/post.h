@@ -17,6 +17,7 @@ struct PostOptions {
   std::string output;  ///< the file for the reply, "-" for standard output; empty prints it
   unsigned replyLimit = 100000;  ///< in KiB, for a reply that is printed
   bool dryRun = false;           ///< prints the request instead of sending it
+  bool json = false;             ///< prints the reply as JSON
 };
 
 /// Uploads the file, prints or writes the reply and returns the exit code. Throws Failure.
