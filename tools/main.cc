@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <system_error>
@@ -15,6 +16,7 @@
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/favorites.h"
+#include "tools/html_page.h"
 #include "tools/import.h"
 #include "tools/merge.h"
 #include "tools/note.h"
@@ -41,6 +43,27 @@ int Show(const std::string& file, bool asJson) {
   asJson ? ShowJson(ContentOf(document), std::cout)
          : tool::Show(ContentOf(document), kind.what, kind.counts, std::cout);
   if (asJson) std::cout << '\n';
+  return kFine;
+}
+
+/// Writes the document, and what is wrong with it, as an HTML page.
+int ShowAsHtml(const std::string& file, const std::string& out) {
+  constexpr std::size_t kPlaces = 1000;
+  Losses findings(kPlaces);
+  const AnyDocument document = LoadDocument(file, &findings);
+  try {
+    findings.Add(SaveDocument(document, file, kPlaces).losses);
+  } catch (const Failure& failure) {
+    if (failure.exitCode == kTrouble) throw;
+    std::cerr << ColoredMessage(failure.message, Stream::kErrors) << '\n';
+  }
+  WriteOutput(out, [&](const FilePath& path) -> std::optional<Error> {
+    std::ofstream page(path.native(), std::ios::binary);
+    ShowHtml(ContentOf(document), InputName(file), findings, page);
+    page.close();
+    if (page) return {};
+    return detail::FileError(path, "cannot be written", errno);
+  });
   return kFine;
 }
 
@@ -276,13 +299,19 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   return post;
 }
 
-CLI::App* AddShow(CLI::App& app, std::string& in, bool& asJson) {
+CLI::App* AddShow(CLI::App& app, std::string& in, std::string& page, bool& asJson) {
   CLI::App* const show =
       app.add_subcommand("show", "Print the contents of a document")->footer(kExitCodes);
   show->add_option("FILE", in, "Document or folder of a store")->required();
+  CLI::Option* const html =
+      show->add_option("--html", page,
+                       "Write a page for browsers instead: a tree that folds, with a search field "
+                       "and the findings of `vosmere check`")
+          ->type_name("OUT");
   show->add_flag("--json", asJson,
                  "Print JSON: each item with its kind and fields, folders with children. Values "
-                 "that the document does not have are null; marks are false or 0");
+                 "that the document does not have are null; marks are false or 0")
+      ->excludes(html);
   return show;
 }
 
@@ -382,7 +411,9 @@ int Main(const Arguments& arguments) {
   bool asJson = false;
   int exitCode = kFine;
 
-  AddShow(app, in, asJson)->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
+  AddShow(app, in, out, asJson)->callback([&] {
+    exitCode = Run([&] { return out.empty() ? Show(in, asJson) : ShowAsHtml(in, out); });
+  });
 
   CheckOptions checkOptions;
   AddCheck(app, files, checkOptions)->callback([&] {

@@ -93,6 +93,7 @@ void PrintManVerb(const CLI::App& app, const CLI::App& verb, std::ostream& out) 
     });
   std::string footer = verb.get_footer();
   if (footer.starts_with(app.get_footer())) footer.erase(0, app.get_footer().size());
+  if (footer.starts_with('\n')) footer.erase(0, 1);
   if (!footer.empty()) out << ".PP\n" << Roff(footer) << '\n';
 }
 
