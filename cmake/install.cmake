@@ -2,13 +2,15 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS vosmerebase EXPORT VosmereBaseTargets
-        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library
+                NAMELINK_COMPONENT development
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VosmereBase)
-install(EXPORT VosmereBaseTargets NAMESPACE VosmereBase:: DESTINATION ${package_dir})
+install(EXPORT VosmereBaseTargets NAMESPACE VosmereBase:: DESTINATION ${package_dir}
+        COMPONENT development)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VosmereBaseConfig.cmake.in
                               ${PROJECT_BINARY_DIR}/VosmereBaseConfig.cmake
                               INSTALL_DESTINATION ${package_dir})
@@ -16,7 +18,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/VosmereBaseConfigVersion.
                                  COMPATIBILITY ${compatibility})
 install(FILES ${PROJECT_BINARY_DIR}/VosmereBaseConfig.cmake
               ${PROJECT_BINARY_DIR}/VosmereBaseConfigVersion.cmake
-        DESTINATION ${package_dir})
+        DESTINATION ${package_dir} COMPONENT development)
 
 # Relative, so that the installed tree can be moved.
 file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
@@ -33,12 +35,15 @@ if(NOT VOSMERE_SHARED)
   set(pkgconfig_flags " -DVOSMERE_STATIC")
 endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/CHANGELOG.md
-        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+        COMPONENT development)
+if(NOT VOSMERE_DEBIAN)  # whose packages have these under other names
+  install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+          DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
+endif()
 
 # Removes what the last installation from this build folder has put there.
 if(PROJECT_IS_TOP_LEVEL)
+  include(${PROJECT_SOURCE_DIR}/cmake/package.cmake)
   add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake)
 endif()
