@@ -45,5 +45,6 @@ endif()
 # Removes what the last installation from this build folder has put there.
 if(PROJECT_IS_TOP_LEVEL)
   include(${PROJECT_SOURCE_DIR}/cmake/package.cmake)
-  add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake)
+  add_custom_target(uninstall WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+                              COMMAND ${CMAKE_COMMAND} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake)
 endif()

@@ -8,6 +8,7 @@
 
 #include "tools/colors.h"
 #include "tools/excerpt.h"
+#include "tools/progress.h"
 #include "tools/store.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
@@ -53,7 +54,10 @@ void PrintFailure(const Failure& failure) {
 }
 
 AnyDocument LoadDocument(const std::string& file, Losses* leftOut) {
-  Result<AnyDocument> document = Load(file, leftOut);
+  Result<AnyDocument> document = [&] {
+    const BusyBar bar("reading " + InputName(file));
+    return Load(file, leftOut);
+  }();
   if (document) return std::move(*document);
   Failure failure = FailureOf(InputName(file), document.error());
   if (!IsStandard(file)) failure.excerpt = Excerpt(PathOf(file), failure.line, failure.column);
@@ -62,6 +66,7 @@ AnyDocument LoadDocument(const std::string& file, Losses* leftOut) {
 
 SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places,
                         bool pages) {
+  const BusyBar bar("writing what was in " + InputName(file));
   SaveOptions options;
   options.pages = pages;
   options.places = places;

@@ -12,6 +12,7 @@
 #include "tools/excerpt.h"
 #include "tools/merge.h"
 #include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/report.h"
 #include "tools/text.h"
 
@@ -21,7 +22,10 @@ namespace {
 /// Imports a file. The repairs are printed unless `asJson`.
 Imported ImportOf(const std::string& name, bool asJson) {
   const InputFile file(name);
-  Result<Imported> imported = Import(PathOf(file.name()));
+  Result<Imported> imported = [&] {
+    const BusyBar bar("importing " + InputName(name));
+    return Import(PathOf(file.name()));
+  }();
   if (!imported) {
     Failure failure = FailureOf(InputName(name), imported.error());
     failure.excerpt = Excerpt(PathOf(file.name()), failure.line, failure.column);

@@ -2,6 +2,7 @@
 #include "tools/post.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +14,7 @@
 
 #include "tools/failure.h"
 #include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/report.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
@@ -99,7 +101,8 @@ void AddFields(CNetUploadFile& upload, const PostOptions& options) {
   }
 }
 
-/// A progress bar on standard error: one line that is overwritten. None without a terminal.
+/// A progress bar on standard error: one line that is overwritten. None without a terminal, and
+/// none for an upload that is over soon.
 class ProgressBar {
  public:
   explicit ProgressBar(CNetUploadFile& upload) {
@@ -115,7 +118,8 @@ class ProgressBar {
   static bool Show(void* self, ULONG sent, ULONG total) {
     auto& bar = *static_cast<ProgressBar*>(self);
     const int percent = static_cast<int>(100.0 * sent / total);
-    if (percent == bar.percent_) return true;
+    if (percent == bar.percent_ || std::chrono::steady_clock::now() - bar.begin_ < kPatience)
+      return true;
     bar.percent_ = percent;
     const std::string done(static_cast<std::size_t>(percent) * 2 / 5, '#');
     std::fprintf(stderr, "\r[%-40s] %3d%% of %.1f MB", done.c_str(), percent, total / 1e6);
@@ -123,6 +127,7 @@ class ProgressBar {
     return true;
   }
 
+  const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
   int percent_ = -1;
 };
 

@@ -1,12 +1,18 @@
-"""Every verb of the tool with --json, against the schema in doc: json_test.py TOOL SOURCES"""
+"""The tool in scripts and on a terminal: scripts_test.py TOOL SOURCES
+
+What every verb prints with --json is checked against the schema in doc.
+"""
 import http.server
 import json
+import os
 import pathlib
+import pty
 import shutil
 import subprocess
 import sys
 import tempfile
 import threading
+import time
 
 import jsonschema
 
@@ -72,6 +78,27 @@ with tempfile.TemporaryDirectory() as folder:
     host = f"127.0.0.1:{server.server_port}"
     run("post", host, "/fine", tree)
     run("post", host, "/broken", tree, codes=(1,))
+
+
+
+def on_terminal(pause):
+    """What check prints on a terminal for a file that comes after a pause, and when it has ended."""
+    master, slave = pty.openpty()
+    with tempfile.TemporaryDirectory() as folder:
+        pipe = pathlib.Path(folder) / "pipe"
+        os.mkfifo(pipe)
+        check = subprocess.Popen([tool, "check", pipe], stdout=slave, stderr=slave)
+        with open(pipe, "wb") as write:
+            time.sleep(pause)
+            write.write((data / "tags.xml").read_bytes())
+        check.wait()
+    os.close(slave)
+    return os.read(master, 1 << 16).decode()
+
+
+assert "] reading" not in on_terminal(0)
+slow = on_terminal(1.5)
+assert "[#####               ] reading" in slow and "\r\x1b[K" in slow, slow
 
 verbs = {name for name in schema["$defs"] if name not in {"text", "place", "warnings", "conflicts"}}
 assert seen == verbs, seen ^ verbs
