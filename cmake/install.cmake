@@ -37,6 +37,14 @@ endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
+# GDB looks for its views under the name of the library; other debuggers are told where theirs are.
+install(FILES ${PROJECT_SOURCE_DIR}/debugger/vosmere.natvis COMPONENT development
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/vosmerebase)
+if(VOSMERE_SHARED AND NOT WIN32)
+  install(FILES ${PROJECT_SOURCE_DIR}/debugger/vosmere_gdb.py COMPONENT development
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR}
+          RENAME libvosmerebase.so.${PROJECT_VERSION}-gdb.py)
+endif()
 if(NOT VOSMERE_DEBIAN)  # whose packages have these under other names
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/CHANGELOG.md
           DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
