@@ -267,7 +267,9 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   CLI::App* const post = app.add_subcommand("post", "Upload a file to a web server as a form");
   post->footer(
       "Exit codes: 0 the server accepted the file; 1 the server rejected it, or the reply is "
-      "incomplete; 2 wrong usage, or the file cannot be sent.");
+      "incomplete; 2 wrong usage, or the file cannot be sent.\n"
+      "A request that fails is not sent again. Only a server that redirects it, or asks for a "
+      "password, gets it once more.");
   const auto isPair = [](const std::string& field) {
     return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
   };
@@ -278,10 +280,29 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false)
       ->check(isPair);
-  post->add_option("--user", options.user,
-                   "Send this user name and the MD5 digest of a password, which is read from the "
-                   "terminal or from standard input")
-      ->type_name("NAME");
+  CLI::Option* const user =
+      post->add_option(
+              "--user", options.user,
+              "Send this user name and the MD5 digest of a password, which is read from the "
+              "terminal or from standard input")
+          ->type_name("NAME");
+  post->add_option("--login", options.login,
+                   "Use this name, and a password that is read in the same way, when the server "
+                   "asks for HTTP authentication")
+      ->type_name("NAME")
+      ->excludes(user);
+  post->add_option("--proxy", options.proxy, "Send through this proxy, NAME:PORT")
+      ->type_name("PROXY");
+  constexpr double kLongest = 86400;
+  post->add_option("--connect-limit", options.connectLimit, "Most seconds until it is connected")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
+  post->add_option("--transfer-limit", options.transferLimit,
+                   "Most seconds in which nothing arrives or can be sent")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
   post->add_flag("--secure", options.secure, "Use HTTPS");
   post->add_flag("--clean", options.clean,
                  "Send the file name without its folders, as browsers do");

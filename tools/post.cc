@@ -70,6 +70,17 @@ void DigestOfPassword(const std::string& user, WChar (&digest)[kDigestLength + 1
   Wipe(password.data(), password.size());
 }
 
+/// Sets the name and the password that a server which answers 401 gets.
+void SetLogin(CNetUploadFile& upload, const std::string& name) {
+  std::string password = AskPassword(name);
+  std::vector<WChar> wide(password.size() + 1);
+  detail::Utf8ToWide(password.data(), password.size(), wide.data());
+  upload.SetUserName(Wide(name));
+  upload.SetPassword(wide.data());
+  Wipe(wide.data(), wide.size());
+  Wipe(password.data(), password.size());
+}
+
 void Redact(WChar (&digest)[kDigestLength + 1]) {
   for (std::size_t i = 0; i < kDigestLength; ++i) digest[i] = '*';
   digest[kDigestLength] = 0;
@@ -283,7 +294,11 @@ int Post(const PostOptions& options) {
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
   upload.SetMostPieces(options.replyLimit / 2 + options.replyLimit % 2);  // of 2 KiB
+  const auto milliseconds = [](double seconds) { return static_cast<LONG>(seconds * 1000); };
+  upload.SetTimeouts(milliseconds(options.connectLimit), milliseconds(options.transferLimit));
+  if (!options.proxy.empty()) upload.SetProxy(Wide(options.proxy));
   AddFields(upload, options);
+  if (!options.login.empty() && !options.dryRun) SetLogin(upload, options.login);
   if (std::error_code ignored; fs::is_other(PathOf(options.file), ignored))
     Stop("it is not a regular file", options.file);
   if (options.dryRun) return ShowRequest(upload, options);
