@@ -1,12 +1,15 @@
 // The verb "check".
 #include "tools/check.h"
 
+#include <algorithm>
 #include <iostream>
 #include <limits>
 #include <optional>
 
+#include "tools/colors.h"
 #include "tools/document.h"
-#include "tools/document_content.h"
+#include "tools/report.h"
+#include "tools/sarif.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -44,26 +47,16 @@ int ExitCodeOf(const Verdict& verdict, bool strict) {
 
 void Print(const Verdict& verdict, const std::string& name) {
   if (verdict.failure) {
-    std::cerr << verdict.failure->message << '\n';
+    PrintFailure(*verdict.failure);
     return;
   }
   PrintWarnings(std::cout, name, verdict.losses);
   if (verdict.copy)
-    std::cout << verdict.copy->message << '\n';
+    std::cout << ColoredMessage(verdict.copy->message, Stream::kOutput) << '\n';
   else if (verdict.losses.empty())
     std::cout << name << ": fine\n";
   else
     std::cout << name << ": loads; warnings: " << verdict.losses.size() << '\n';
-}
-
-Json ToJson(const Losses& losses) {
-  Json json = Json::array();
-  for (const Loss& loss : losses) {
-    Json places = Json::array();
-    for (const LossPlace& place : loss.places) places.push_back(Printable(ToString(place)));
-    json.push_back({{"what", Printable(loss.what)}, {"count", loss.count}, {"places", places}});
-  }
-  return json;
 }
 
 void PrintJson(const Verdict& verdict, const std::string& file) {
@@ -76,24 +69,44 @@ void PrintJson(const Verdict& verdict, const std::string& file) {
   json["error"] = verdict.failure || verdict.copy ? Json(failure.reason) : Json();
   json["line"] = numberOrNull(failure.line);
   json["column"] = numberOrNull(failure.column);
-  json["warnings"] = ToJson(verdict.losses);
-  std::cout << json.dump(-1, ' ', true) << '\n';
+  json["warnings"] = JsonOf(verdict.losses);
+  PrintReport(json);
+}
+
+void AddTo(Sarif& sarif, const Verdict& verdict, const std::string& file) {
+  for (const std::optional<Failure>& failure : {verdict.failure, verdict.copy})
+    if (failure) sarif.Add("error", failure->reason, file, failure->line, failure->column);
+  for (const Loss& loss : verdict.losses)
+    for (const LossPlace& place : loss.places)
+      sarif.Add("loss", place.path.empty() ? loss.what : loss.what + ": " + place.path, file,
+                place.line, place.column);
 }
 
 }  // namespace
 
 void PrintWarnings(std::ostream& out, const std::string& name, const Losses& losses) {
-  for (const Loss& loss : losses) out << name << ": warning: " << Printable(ToString(loss)) << '\n';
+  const Stream stream = &out == &std::cout ? Stream::kOutput : Stream::kErrors;
+  for (const Loss& loss : losses)
+    out << ColoredMessage(name + ": warning: " + Printable(ToString(loss)), stream) << '\n';
 }
 
-int Check(const std::string& file, const CheckOptions& options) {
-  const Verdict verdict =
-      VerdictOn(file, options.all ? std::numeric_limits<std::size_t>::max() : kPlacesShown);
-  const int exitCode = ExitCodeOf(verdict, options.strict);
-  if (options.json)
-    PrintJson(verdict, file);
-  else if (!options.quiet || exitCode == kTrouble)
-    Print(verdict, InputName(file));
+int Check(const std::vector<std::string>& files, const CheckOptions& options) {
+  int exitCode = kFine;
+  Sarif sarif;
+  for (const std::string& file : files) {
+    const bool all = options.all || options.sarif;
+    const Verdict verdict =
+        VerdictOn(file, all ? std::numeric_limits<std::size_t>::max() : kPlacesShown);
+    const int code = ExitCodeOf(verdict, options.strict);
+    exitCode = std::max(exitCode, code);
+    if (options.sarif)
+      AddTo(sarif, verdict, file);
+    else if (options.json)
+      PrintJson(verdict, file);
+    else if (!options.quiet || code == kTrouble)
+      Print(verdict, InputName(file));
+  }
+  if (options.sarif) PrintReport(sarif.Log());
   return exitCode;
 }
 

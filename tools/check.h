@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "vosmere/cpp.h"
 
@@ -14,11 +15,12 @@ struct CheckOptions {
   bool all = false;     ///< list every place of a warning, not only the first ones
   bool strict = false;  ///< exit with 1 if there are warnings
   bool json = false;    ///< print a line of JSON
+  bool sarif = false;   ///< print a SARIF log, which editors read
   bool quiet = false;   ///< print nothing, except why a file cannot be read
 };
 
-/// Checks a file, prints the result and returns the exit code.
-int Check(const std::string& file, const CheckOptions& options);
+/// Checks files, prints the results and returns the highest exit code.
+int Check(const std::vector<std::string>& files, const CheckOptions& options);
 
 /// Prints a line for each loss. `name` is the name of the file in messages.
 void PrintWarnings(std::ostream& out, const std::string& name, const Losses& losses);

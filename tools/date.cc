@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
+#include "tools/document_content.h"
 #include "tools/text.h"
 #include "vosmere/text/date_reader.h"
 #include "vosmere/text/feed_date.h"
@@ -13,19 +15,25 @@
 namespace vosmere::tool {
 namespace {
 
-/// "1994-11-06T08:49:37Z   784111777"
-std::string Instant(std::int64_t seconds) {
+/// "1994-11-06T08:49:37Z"
+std::string Time(std::int64_t seconds) {
   using namespace std::chrono;
   const sys_seconds time{std::chrono::seconds(seconds)};
   const year_month_day date(floor<days>(time));
   const hh_mm_ss clock(time - floor<days>(time));
   char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ  %11lld",
-                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
-                static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()), static_cast<long long>(seconds));
+  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()));
   return text;
+}
+
+/// "1994-11-06T08:49:37Z    784111777"
+std::string Instant(std::int64_t seconds) {
+  char text[32];
+  std::snprintf(text, sizeof text, "  %11lld", static_cast<long long>(seconds));
+  return Time(seconds) + text;
 }
 
 std::string Offset(const DateReading& date) {
@@ -47,23 +55,41 @@ const char* NameOf(DateForm form) {
   return "";
 }
 
+void ShowLines(const std::string& text, const LONG* seconds, const DateReading* date,
+               std::ostream& out) {
+  out << Printable(text) << '\n';
+  out << "  GetTime   "
+      << (seconds ? "found      " + Instant(*seconds)
+                  : "not found  " + Instant(std::time(nullptr)) + "  (now)");
+  out << "\n  ReadDate  ";
+  if (date)
+    out << "found      " << Instant(date->seconds) << "  zone " << Offset(*date) << ", "
+        << NameOf(date->form) << '\n';
+  else
+    out << "not found\n";
+}
+
+void ShowJson(const std::string& text, const LONG* seconds, const DateReading* date,
+              std::ostream& out) {
+  Json json = {{"text", ToUtf8(Wide(text))}, {"getTime", nullptr}, {"readDate", nullptr}};
+  if (seconds) json["getTime"] = {{"seconds", *seconds}, {"time", Time(*seconds)}};
+  if (date)
+    json["readDate"] = {{"seconds", date->seconds},
+                        {"time", Time(date->seconds)},
+                        {"offsetMinutes", date->zoneKnown ? Json(date->offsetMinutes) : Json()},
+                        {"form", NameOf(date->form)}};
+  out << JsonText(json) << '\n';
+}
+
 }  // namespace
 
-bool ShowDate(const std::string& text, std::ostream& out) {
-  out << Printable(text) << '\n';
+bool ShowDate(const std::string& text, bool asJson, std::ostream& out) {
   LONG seconds;
   const bool found = CKQTime().GetTime(text.c_str(), &seconds);
-  out << "  GetTime   " << (found ? "found      " : "not found  ") << Instant(seconds)
-      << (found ? "\n" : "  (now)\n");
-
   DateReading date;
-  if (!ReadDate(text.data(), text.size(), &date)) {
-    out << "  ReadDate  not found\n";
-    return false;
-  }
-  out << "  ReadDate  found      " << Instant(date.seconds) << "  zone " << Offset(date) << ", "
-      << NameOf(date.form) << '\n';
-  return true;
+  const bool isRead = ReadDate(text.data(), text.size(), &date);
+  (asJson ? ShowJson : ShowLines)(text, found ? &seconds : nullptr, isRead ? &date : nullptr, out);
+  return isRead;
 }
 
 }  // namespace vosmere::tool

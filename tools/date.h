@@ -6,8 +6,8 @@
 
 namespace vosmere::tool {
 
-/// Prints the results of CKQTime::GetTime and ReadDate for the text. Returns false if ReadDate
-/// finds no date in it.
-bool ShowDate(const std::string& text, std::ostream& out);
+/// Prints the results of CKQTime::GetTime and ReadDate for the text, as lines or as one line of
+/// JSON. Returns false if ReadDate finds no date in it.
+bool ShowDate(const std::string& text, bool asJson, std::ostream& out);
 
 }  // namespace vosmere::tool

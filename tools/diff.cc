@@ -7,9 +7,10 @@
 #include <initializer_list>
 #include <iostream>
 
+#include "tools/colors.h"
 #include "tools/contents.h"
 #include "tools/document.h"
-#include "tools/terminal.h"
+
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -87,7 +88,7 @@ bool Differ(const Field& a, const Field& b) {
 class Printer : public DiffHandler {
  public:
   Printer(const RecordOutline& a, const RecordOutline& b, bool asJson)
-      : a_(a), b_(b), asJson_(asJson), colors_(!asJson && TakesColors()) {}
+      : a_(a), b_(b), asJson_(asJson) {}
 
   bool any() const { return any_; }
 
@@ -130,11 +131,10 @@ class Printer : public DiffHandler {
         change.fields.push_back(
             {std::string(before.name), ValueOf(before.value), ValueOf(after.value)});
       });
-    const char* const color = difference.what & kIsAdded     ? "\033[32m"
-                              : difference.what & kIsRemoved ? "\033[31m"
-                                                             : "\033[33m";
-    std::cout << (colors_ ? color : "") << Printable(ToString(change)) << (colors_ ? "\033[m" : "")
-              << '\n';
+    const char* const color = difference.what & kIsAdded     ? kGreen
+                              : difference.what & kIsRemoved ? kRed
+                                                             : kYellow;
+    std::cout << Colored(Printable(ToString(change)), color, Stream::kOutput) << '\n';
   }
 
   void PrintJson(const ItemDifference& difference) {
@@ -154,12 +154,12 @@ class Printer : public DiffHandler {
         json["fields"].push_back(
             {{"name", before.name}, {"before", before.value}, {"after", after.value}});
       });
-    std::cout << (any_ ? ",\n" : "[\n") << json.dump(-1, ' ', true);
+    std::cout << (any_ ? ",\n" : "[\n") << JsonText(json);
   }
 
   const RecordOutline& a_;
   const RecordOutline& b_;
-  bool asJson_, colors_, any_ = false;
+  bool asJson_, any_ = false;
 };
 
 AnyDocument LoadForDiff(const std::string& file) try {

@@ -6,6 +6,9 @@
 #include <fstream>
 #include <iostream>
 
+#include "tools/colors.h"
+#include "tools/excerpt.h"
+#include "tools/progress.h"
 #include "tools/store.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
@@ -46,14 +49,24 @@ Failure FailureOf(const std::string& name, const Error& error) {
                      error.column);
 }
 
+void PrintFailure(const Failure& failure) {
+  std::cerr << ColoredMessage(failure.message, Stream::kErrors) << '\n' << failure.excerpt;
+}
+
 AnyDocument LoadDocument(const std::string& file, Losses* leftOut) {
-  Result<AnyDocument> document = Load(file, leftOut);
-  if (!document) throw FailureOf(InputName(file), document.error());
-  return std::move(*document);
+  Result<AnyDocument> document = [&] {
+    const BusyBar bar("reading " + InputName(file));
+    return Load(file, leftOut);
+  }();
+  if (document) return std::move(*document);
+  Failure failure = FailureOf(InputName(file), document.error());
+  if (!IsStandard(file)) failure.excerpt = Excerpt(PathOf(file), failure.line, failure.column);
+  throw failure;
 }
 
 SavedBytes SaveDocument(const AnyDocument& document, const std::string& file, std::size_t places,
                         bool pages) {
+  const BusyBar bar("writing what was in " + InputName(file));
   SaveOptions options;
   options.pages = pages;
   options.places = places;

@@ -11,6 +11,9 @@ namespace vosmere::tool {
 /// Turns an error into a failure of the tool. `name` is the name of the file in messages.
 Failure FailureOf(const std::string& name, const Error& error);
 
+/// Prints the message and the excerpt to the standard error.
+void PrintFailure(const Failure& failure);
+
 /// Loads a document of any kind from a file, or from standard input if `file` is "-". If `leftOut`
 /// is not null, it receives the losses. Throws Failure.
 AnyDocument LoadDocument(const std::string& file, Losses* leftOut = nullptr);

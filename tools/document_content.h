@@ -86,6 +86,9 @@ inline Record Records::operator*() const {
 /// The name of a record; empty if it has none.
 std::string NameOf(const Record& record);
 
+/// JSON in UTF-8 on one line. Characters that steer a terminal are escaped, as Printable does.
+std::string JsonText(const Json& value);
+
 /// Whether a value is null, an empty text or an empty list.
 bool IsNothing(const Json& value);
 

@@ -16,10 +16,11 @@ enum ExitCode : int {
 /// Thrown when a verb cannot continue with a file.
 struct Failure {
   int exitCode;
-  std::string message;      ///< one printable line
-  std::string reason = {};  ///< the message without the name of the file
-  LONG line = 0;            ///< in the file, from 1; 0 if unknown
-  LONG column = 0;          ///< from 1; 0 if unknown
+  std::string message;       ///< one printable line
+  std::string reason = {};   ///< the message without the name of the file
+  LONG line = 0;             ///< in the file, from 1; 0 if unknown
+  LONG column = 0;           ///< from 1; 0 if unknown
+  std::string excerpt = {};  ///< the line with a caret, see Excerpt; empty if unknown
 };
 
 /// A failure with the message "name:line:column: error: reason". Unknown parts are left out.

@@ -3,6 +3,7 @@
 
 #include <iostream>
 
+#include "tools/contents.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/link_files.h"
@@ -33,17 +34,36 @@ void Show(RNode* root, const FavoritesReport& report) {
   std::cout << Counted(report.folders, "folder*, ") << Counted(report.items, "page*\n");
 }
 
+using Warnings = std::vector<std::pair<LONG, const char*>>;
+
+/// How often something was left out or not understood, and what, for Counted.
+Warnings WarningsOf(const FavoritesReport& report) {
+  Warnings warnings = {
+      {report.recordsNotUnderstood, "damaged record* in the stored order"},
+      {report.foldersNotRead, "folder* left empty: unreadable, or a link to another folder"},
+      {report.shortcutsWithoutAddress,
+       "shortcut* without an address, or with one that is too long"},
+      {report.otherFiles, "file* left out: no Internet shortcut"}};
+  std::erase_if(warnings, [](const auto& warning) { return warning.first <= 0; });
+  return warnings;
+}
+
 void PrintWarnings(const std::string& name, const FavoritesReport& report) {
-  const auto warn = [&](LONG count, const char* what) {
-    if (count > 0) std::cerr << name << ": warning: " << Counted(count, what) << '\n';
-  };
   if (report.foldersInOrder == 0)
     std::cerr << name << ": warning: no stored menu order was found; sorted by name\n";
-  warn(report.recordsNotUnderstood, "damaged record* in the stored order");
-  warn(report.foldersNotRead, "folder* left empty: unreadable, or a link to another folder");
-  warn(report.shortcutsWithoutAddress,
-       "shortcut* without an address, or with one that is too long");
-  warn(report.otherFiles, "file* left out: no Internet shortcut");
+  for (const auto& [count, what] : WarningsOf(report))
+    std::cerr << name << ": warning: " << Counted(count, what) << '\n';
+}
+
+void PrintJson(Tree tree, const FavoritesReport& report) {
+  Json warnings = Json::array();
+  for (const auto& [count, what] : WarningsOf(report))
+    warnings.push_back({{"what", Counted(count, what)}, {"count", count}});
+  const AnyDocument document = std::move(tree);
+  std::cout << "{\"hasOrder\":" << (report.foldersInOrder ? "true" : "false")
+            << ",\"warnings\":" << JsonText(warnings) << ",\"tree\":";
+  ShowJson(ContentOf(document), std::cout);
+  std::cout << "}\n";
 }
 
 void Write(CWriteXML&& writer, const std::string& out) {
@@ -77,9 +97,13 @@ int Favorites(const FavoritesOptions& options) {
 
   if (!options.opml.empty()) Write(LinkOpml(tree.get()), options.opml);
   if (!options.html.empty()) Write(CWriteBookmarks(tree.get()), options.html);
-  if (options.opml.empty() && options.html.empty() && options.rss.empty()) Show(tree.get(), report);
+  if (options.opml.empty() && options.html.empty() && options.rss.empty() && !options.json)
+    Show(tree.get(), report);
   if (!options.rss.empty()) WriteRss(std::move(tree), options.rss);
-  PrintWarnings(name, report);
+  if (options.json)
+    PrintJson(std::move(tree), report);
+  else
+    PrintWarnings(name, report);
   return kFine;
 }
 

@@ -11,6 +11,7 @@ struct FavoritesOptions {
   std::string opml;      ///< the file to write instead of showing; empty for none
   std::string rss;       ///< the same
   std::string html;      ///< the same
+  bool json = false;     ///< shows the tree and the warnings as JSON
 };
 
 /// Returns the exit code. Throws Failure.

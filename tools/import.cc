@@ -9,17 +9,29 @@
 #include "tools/check.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
+#include "tools/excerpt.h"
 #include "tools/merge.h"
 #include "tools/output.h"
+#include "tools/progress.h"
+#include "tools/report.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
 namespace {
 
-Imported ImportOf(const std::string& name) {
+/// Imports a file. The repairs are printed unless `asJson`.
+Imported ImportOf(const std::string& name, bool asJson) {
   const InputFile file(name);
-  Result<Imported> imported = Import(PathOf(file.name()));
-  if (!imported) throw FailureOf(InputName(name), imported.error());
+  Result<Imported> imported = [&] {
+    const BusyBar bar("importing " + InputName(name));
+    return Import(PathOf(file.name()));
+  }();
+  if (!imported) {
+    Failure failure = FailureOf(InputName(name), imported.error());
+    failure.excerpt = Excerpt(PathOf(file.name()), failure.line, failure.column);
+    throw failure;
+  }
+  if (asJson) return *std::move(imported);
   for (const Repair& repair : imported->repairs)
     std::cerr << InputName(name) << ':' << Printable(ToString(repair)) << '\n';
   if (imported->moreRepairs > 0)
@@ -60,36 +72,46 @@ void RemoveKnown(RNode* added, RNode* list) {
 }
 
 /// The list with the items that were imported. It keeps its own name.
-AnyDocument MergedInto(Imported list, Imported added) {
+AnyDocument MergedInto(Imported list, Imported added, std::vector<Conflict>& conflicts) {
   if (list.tree) {
     const Tree theirs = AsTree(std::move(added));
     SetName(*theirs->item, NameOf(list.tree.get()));
     RemoveKnown(theirs.get(), list.tree.get());
     Merged merged = vosmere::Merge(list.tree, theirs);
-    PrintConflicts(merged.conflicts);
+    conflicts = std::move(merged.conflicts);
     return std::move(merged.tree);
   }
   const Collection theirs = AsCollection(std::move(added));
   SetName(*theirs, list.collection->GetName());
   RemoveKnown(theirs->GetLocRNodeRoot(), list.collection->GetLocRNodeRoot());
   MergedCollection merged = vosmere::Merge(list.collection, theirs);
-  PrintConflicts(merged.conflicts);
+  conflicts = std::move(merged.conflicts);
   return std::move(merged.collection);
 }
 
 }  // namespace
 
 int ImportFile(const ImportOptions& options) {
-  Imported imported = ImportOf(options.file);
   const bool merges = !options.into.empty();
   const std::string& output = merges ? options.into : options.output;
-  const AnyDocument document = merges ? MergedInto(ImportOf(options.into), std::move(imported))
-                                      : DocumentFor(std::move(imported), output);
+  KeepReportApart(output, options.json);
+  Imported imported = ImportOf(options.file, options.json);
+  Json report = {{"repairs", JsonOf(imported.repairs)}, {"moreRepairs", imported.moreRepairs}};
+  std::vector<Conflict> conflicts;
+  const AnyDocument document =
+      merges ? MergedInto(ImportOf(options.into, options.json), std::move(imported), conflicts)
+             : DocumentFor(std::move(imported), output);
+  if (!options.json) PrintConflicts(conflicts);
   const SavedBytes saved = IsBookmarkName(output)
                                ? BookmarksOf(document, options.file)
                                : SaveDocument(document, options.file, kPlacesShown, true);
   WriteOutput(output, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
-  PrintWarnings(std::cerr, InputName(options.file), saved.losses);
+  report["conflicts"] = JsonOf(conflicts);
+  report["warnings"] = JsonOf(saved.losses);
+  if (options.json)
+    PrintReport(report);
+  else
+    PrintWarnings(std::cerr, InputName(options.file), saved.losses);
   return kFine;
 }
 

@@ -2,25 +2,32 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <fstream>
 #include <iostream>
+#include <map>
 #include <system_error>
 
 #include "tools/bookmarks.h"
 #include "tools/check.h"
+#include "tools/colors.h"
 #include "tools/contents.h"
 #include "tools/date.h"
 #include "tools/diff.h"
 #include "tools/document.h"
 #include "tools/document_source.h"
 #include "tools/favorites.h"
+#include "tools/html_page.h"
 #include "tools/import.h"
 #include "tools/merge.h"
 #include "tools/note.h"
 #include "tools/output.h"
 #include "tools/platform.h"
 #include "tools/post.h"
+#include "tools/report.h"
 #include "tools/store.h"
 #include "tools/text.h"
+#include "tools/usage.h"
+#include "vosmere/base/version.h"
 
 namespace vosmere::tool {
 namespace {
@@ -39,15 +46,59 @@ int Show(const std::string& file, bool asJson) {
   return kFine;
 }
 
-int Copy(const std::string& in, const std::string& out) {
+/// Writes the document, and what is wrong with it, as an HTML page.
+int ShowAsHtml(const std::string& file, const std::string& out) {
+  constexpr std::size_t kPlaces = 1000;
+  Losses findings(kPlaces);
+  const AnyDocument document = LoadDocument(file, &findings);
+  try {
+    findings.Add(SaveDocument(document, file, kPlaces).losses);
+  } catch (const Failure& failure) {
+    if (failure.exitCode == kTrouble) throw;
+    std::cerr << ColoredMessage(failure.message, Stream::kErrors) << '\n';
+  }
+  WriteOutput(out, [&](const FilePath& path) -> std::optional<Error> {
+    std::ofstream page(path.native(), std::ios::binary);
+    ShowHtml(ContentOf(document), InputName(file), findings, page);
+    page.close();
+    if (page) return {};
+    return detail::FileError(path, "cannot be written", errno);
+  });
+  return kFine;
+}
+
+int Copy(const std::string& in, const std::string& out, bool asJson) {
+  KeepReportApart(out, asJson);
   Losses losses(kPlacesShown);
   const AnyDocument document = LoadDocument(in, &losses);
   const SavedBytes saved =
       IsBookmarkName(out) ? BookmarksOf(document, in) : SaveDocument(document, in, kPlacesShown);
   WriteOutput(out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
   losses.Add(saved.losses);
-  PrintWarnings(std::cerr, InputName(in), losses);
+  if (asJson)
+    PrintReport({{"warnings", JsonOf(losses)}});
+  else
+    PrintWarnings(std::cerr, InputName(in), losses);
   return kFine;
+}
+
+/// Shows how dates are read: the texts, or each line of standard input for "-".
+int ShowDates(const std::vector<std::string>& texts, bool asJson) {
+  int exitCode = kFine;
+  const auto show = [&](const std::string& text) {
+    if (!ShowDate(text, asJson, std::cout)) exitCode = kBadFile;
+  };
+  for (const std::string& text : texts) {
+    if (!IsStandard(text)) {
+      show(text);
+      continue;
+    }
+    for (std::string line; std::getline(std::cin, line);) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      show(line);
+    }
+  }
+  return exitCode;
 }
 
 int PostFile(PostOptions options) {
@@ -62,12 +113,12 @@ int Run(Verb verb) {
   try {
     return verb();
   } catch (const Failure& failure) {
-    std::cerr << failure.message << '\n';
+    PrintFailure(failure);
     return failure.exitCode;
   } catch (const std::ios::failure&) {
     throw;  // standard output failed, so the program ends
   } catch (const std::exception& error) {
-    std::cerr << "vosmere: error: " << error.what() << '\n';
+    PrintFailure({kTrouble, std::string("vosmere: error: ") + error.what()});
     return kTrouble;
   }
 }
@@ -85,16 +136,20 @@ CLI::App* AddCheck(CLI::App& app, std::vector<std::string>& files, CheckOptions&
   CLI::Option* const json = check->add_flag(
       "--json", options.json,
       "Print one line of JSON per file: file, loads, copyLoads, error, line, column, warnings");
+  CLI::Option* const sarif =
+      check->add_flag("--sarif", options.sarif, "Print a SARIF 2.1.0 log, which editors read")
+          ->excludes(json);
   check->add_flag("--quiet", options.quiet, "Print nothing, except why a file cannot be read")
-      ->excludes(json);
+      ->excludes(json, sarif);
   return check;
 }
 
-CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates) {
+CLI::App* AddDate(CLI::App& app, std::vector<std::string>& dates, bool& asJson) {
   CLI::App* const date =
       app.add_subcommand("date", "Print the times that GetTime and ReadDate read from date texts");
   date->footer("Exit codes: 0 ReadDate reads every text; 1 it does not read one; 2 wrong usage.");
-  date->add_option("TEXT", dates, "Texts to read")->required();
+  date->add_option("TEXT", dates, "Texts to read; - reads the lines of standard input")->required();
+  date->add_flag("--json", asJson, "Print one line of JSON per text");
   return date;
 }
 
@@ -102,11 +157,9 @@ CLI::App* AddDiff(CLI::App& app, std::string& a, std::string& b, bool& asJson) {
   CLI::App* const diff = app.add_subcommand("diff", "Print what differs between two documents");
   diff->footer(
       "Exit codes: 0 they are equal; 1 they differ; 2 wrong usage, or a file cannot be loaded.\n"
-      "Items are the same by identity, by address, or by name in the same folder. Lines are "
-      "colored "
-      "on a terminal, unless NO_COLOR is set.");
-  diff->add_option("A", a)->required();
-  diff->add_option("B", b)->required();
+      "Items are the same by identity, by address, or by name in the same folder.");
+  diff->add_option("A", a, "Document or folder of a store, as it was")->required();
+  diff->add_option("B", b, "What it is compared with")->required();
   diff->add_flag("--json", asJson, "Print a JSON array with an object for each item that differs");
   return diff;
 }
@@ -141,6 +194,8 @@ CLI::App* AddFavorites(CLI::App& app, FavoritesOptions& options) {
   favorites->add_option("--html", options.html, "Write a bookmark file, which browsers import")
       ->type_name("FILE")
       ->excludes(opml, rss);
+  favorites->add_flag("--json", options.json, "Print the tree and the warnings as JSON")
+      ->excludes(opml, rss);
   return favorites;
 }
 
@@ -150,8 +205,8 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
   merge->footer(std::string(kExitCodes) +
                 "\nConflicts are settled for the newer item, else for OURS, and listed on the "
                 "standard error; they do not count.");
-  merge->add_option("OURS", options.ours)->required();
-  merge->add_option("THEIRS", options.theirs)->required();
+  merge->add_option("OURS", options.ours, "Document or folder of a store")->required();
+  merge->add_option("THEIRS", options.theirs, "The other document")->required();
   merge
       ->add_option("--base", options.bases,
                    "What both have started from; without it nothing counts as removed. May be "
@@ -163,6 +218,7 @@ CLI::App* AddMerge(CLI::App& app, MergeOptions& options) {
           ->type_name("FILE");
   merge->add_flag("--dry-run", options.dryRun, "Print what would change in OURS, write nothing")
       ->excludes(out);
+  merge->add_flag("--json", options.json, "Print conflicts, warnings and changes as JSON");
   merge->parse_complete_callback([&options] {
     if (!options.dryRun && options.out.empty()) throw CLI::RequiredError("--output");
   });
@@ -187,6 +243,7 @@ CLI::App* AddImport(CLI::App& app, ImportOptions& options) {
                    "Add the items to this list instead, each once: OPML, RSS or a bookmark file")
       ->type_name("LIST")
       ->excludes(output);
+  import->add_flag("--json", options.json, "Print repairs, conflicts and warnings as JSON");
   import->parse_complete_callback([&options] {
     if (options.output.empty() && options.into.empty())
       throw CLI::RequiredError("--output or --into");
@@ -202,6 +259,7 @@ CLI::App* AddNote(CLI::App& app, NoteOptions& options) {
                    "Name or identity of the item, or its folders and name as in 'News > Daily'")
       ->required();
   note->add_option("OUT", options.out, "HTML file to write")->required();
+  note->add_flag("--json", options.json, "Print the place and the identity of the item as JSON");
   return note;
 }
 
@@ -209,7 +267,9 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   CLI::App* const post = app.add_subcommand("post", "Upload a file to a web server as a form");
   post->footer(
       "Exit codes: 0 the server accepted the file; 1 the server rejected it, or the reply is "
-      "incomplete; 2 wrong usage, or the file cannot be sent.");
+      "incomplete; 2 wrong usage, or the file cannot be sent.\n"
+      "A request that fails is not sent again. Only a server that redirects it, or asks for a "
+      "password, gets it once more.");
   const auto isPair = [](const std::string& field) {
     return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
   };
@@ -220,10 +280,29 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false)
       ->check(isPair);
-  post->add_option("--user", options.user,
-                   "Send this user name and the MD5 digest of a password, which is read from the "
-                   "terminal or from standard input")
-      ->type_name("NAME");
+  CLI::Option* const user =
+      post->add_option(
+              "--user", options.user,
+              "Send this user name and the MD5 digest of a password, which is read from the "
+              "terminal or from standard input")
+          ->type_name("NAME");
+  post->add_option("--login", options.login,
+                   "Use this name, and a password that is read in the same way, when the server "
+                   "asks for HTTP authentication")
+      ->type_name("NAME")
+      ->excludes(user);
+  post->add_option("--proxy", options.proxy, "Send through this proxy, NAME:PORT")
+      ->type_name("PROXY");
+  constexpr double kLongest = 86400;
+  post->add_option("--connect-limit", options.connectLimit, "Most seconds until it is connected")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
+  post->add_option("--transfer-limit", options.transferLimit,
+                   "Most seconds in which nothing arrives or can be sent")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
   post->add_flag("--secure", options.secure, "Use HTTPS");
   post->add_flag("--clean", options.clean,
                  "Send the file name without its folders, as browsers do");
@@ -237,20 +316,27 @@ CLI::App* AddPost(CLI::App& app, PostOptions& options) {
   post->add_flag("--dry-run", options.dryRun,
                  "Print the request, with the digest masked, and send nothing")
       ->excludes(output);
+  post->add_flag("--json", options.json, "Print status and reply as JSON");
   return post;
 }
 
-CLI::App* AddShow(CLI::App& app, std::string& in, bool& asJson) {
+CLI::App* AddShow(CLI::App& app, std::string& in, std::string& page, bool& asJson) {
   CLI::App* const show =
       app.add_subcommand("show", "Print the contents of a document")->footer(kExitCodes);
   show->add_option("FILE", in, "Document or folder of a store")->required();
+  CLI::Option* const html =
+      show->add_option("--html", page,
+                       "Write a page for browsers instead: a tree that folds, with a search field "
+                       "and the findings of `vosmere check`")
+          ->type_name("OUT");
   show->add_flag("--json", asJson,
                  "Print JSON: each item with its kind and fields, folders with children. Values "
-                 "that the document does not have are null; marks are false or 0");
+                 "that the document does not have are null; marks are false or 0")
+      ->excludes(html);
   return show;
 }
 
-CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
+CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out, bool& asJson) {
   CLI::App* const copy =
       app.add_subcommand("copy", "Load a document and save it as a new file that is sure to load")
           ->footer(kExitCodes);
@@ -259,17 +345,19 @@ CLI::App* AddCopy(CLI::App& app, std::string& in, std::string& out) {
                    "File to write: replaced as a whole or left unchanged; can be IN. With the "
                    "ending .html, bookmarks that browsers import")
       ->required();
+  copy->add_flag("--json", asJson, "Print the warnings as JSON");
   return copy;
 }
 
-CLI::App* AddLog(CLI::App& app, std::string& in) {
+CLI::App* AddLog(CLI::App& app, std::string& in, bool& asJson) {
   CLI::App* const log =
       app.add_subcommand("log", "Print the changes in the log of a store")->footer(kExitCodes);
   log->add_option("STORE", in, "Folder of the store")->required();
+  log->add_flag("--json", asJson, "Print one line of JSON per change");
   return log;
 }
 
-CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) {
+CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint, bool& asJson) {
   CLI::App* const recover =
       app.add_subcommand("recover",
                          "List the checkpoints of a store, what they hold and whether they load")
@@ -277,25 +365,61 @@ CLI::App* AddRecover(CLI::App& app, std::string& in, std::uint64_t& checkpoint) 
   recover->add_option("STORE", in, "Folder of the store")->required();
   recover->add_option("--restore", checkpoint, "Make a copy of this checkpoint the newest")
       ->type_name("NUMBER");
+  recover->add_flag("--json", asJson, "Print one line of JSON per checkpoint");
   return recover;
 }
 
 void SetUp(CLI::App& app) {
-  app.set_version_flag("--version", VOSMERE_VERSION);
+  app.set_version_flag("--version", "vosmere " VOSMERE_VERSION_TEXT " (" VOSMERE_PLATFORM ")");
+  const std::map<std::string, Colors> colors = {
+      {"auto", Colors::kAuto}, {"always", Colors::kAlways}, {"never", Colors::kNever}};
+  app.add_option_function<std::string>(
+         "--color",
+         [colors](const std::string& when) {
+           const auto found = colors.find(when);
+           if (found == colors.end())
+             throw CLI::ValidationError("--color", "is not known: " + when);
+           SetColors(found->second);
+         },
+         "Color messages and differences: always, never, or auto: on a terminal, unless NO_COLOR "
+         "is "
+         "set")
+      ->type_name("WHEN");
+  app.add_option_function<std::string>(
+         "--generate",
+         [&app](const std::string& form) {
+           PrintUsage(app, form, std::cout);
+           throw CLI::Success();
+         },
+         "Print the man page (man), or the completion for a shell (bash, zsh, fish)")
+      ->check(CLI::IsMember(kUsageForms))
+      ->type_name("FORM");
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer(kExitCodes);
   for (const char* const noise : {"TEXT", "REQUIRED"}) app.get_formatter()->label(noise, "");
 }
 
+/// Names what was not expected, and what may have been meant.
+void PrintUnknown(const CLI::App& app) {
+  const std::vector<CLI::App*> verbs = app.get_subcommands();
+  const std::vector<std::string> unknown = app.remaining(true);
+  if (unknown.empty()) return;
+  const std::string suggestion = Suggestion(app, verbs.empty() ? app : *verbs[0], unknown[0]);
+  if (verbs.empty() && unknown[0][0] != '-')
+    std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand" << suggestion << '\n';
+  else if (!suggestion.empty())
+    std::cerr << '\'' << Printable(unknown[0]) << "' is not known" << suggestion << '\n';
+}
+
 /// Runs the verb that the arguments name. Returns the exit code of the arguments alone.
 int Parse(CLI::App& app, const Arguments& arguments) try {
+  for (CLI::App* verb : app.get_subcommands([](const CLI::App*) { return true; }))
+    verb->fallthrough();  // options of all verbs may come after the verb
   app.parse(Arguments(arguments.rbegin(), arguments.rend()));  // CLI11 expects the reverse order
   return kFine;
 } catch (const CLI::ParseError& error) {
-  const std::vector<std::string> unknown = app.remaining();
-  if (app.get_subcommands().empty() && !unknown.empty())
-    std::cerr << '\'' << Printable(unknown[0]) << "' is not a subcommand\n";
+  if (error.get_exit_code() != 0) PrintUnknown(app);
   return app.exit(error) == 0 ? kFine : kTrouble;
 }
 
@@ -308,21 +432,22 @@ int Main(const Arguments& arguments) {
   bool asJson = false;
   int exitCode = kFine;
 
-  AddShow(app, in, asJson)->callback([&] { exitCode = Run([&] { return Show(in, asJson); }); });
+  AddShow(app, in, out, asJson)->callback([&] {
+    exitCode = Run([&] { return out.empty() ? Show(in, asJson) : ShowAsHtml(in, out); });
+  });
 
   CheckOptions checkOptions;
   AddCheck(app, files, checkOptions)->callback([&] {
-    for (const std::string& file : files)
-      exitCode = std::max(exitCode, Run([&] { return Check(file, checkOptions); }));
+    exitCode = Run([&] { return Check(files, checkOptions); });
   });
 
-  AddCopy(app, in, out)->callback([&] { exitCode = Run([&] { return Copy(in, out); }); });
+  AddCopy(app, in, out, asJson)->callback([&] {
+    exitCode = Run([&] { return Copy(in, out, asJson); });
+  });
 
   std::vector<std::string> dates;
-  AddDate(app, dates)->callback([&] {
-    for (const std::string& text : dates)
-      exitCode =
-          std::max(exitCode, Run([&] { return ShowDate(text, std::cout) ? kFine : kBadFile; }));
+  AddDate(app, dates, asJson)->callback([&] {
+    exitCode = Run([&] { return ShowDates(dates, asJson); });
   });
 
   AddDiff(app, in, out, asJson)->callback([&] {
@@ -343,11 +468,13 @@ int Main(const Arguments& arguments) {
   NoteOptions note;
   AddNote(app, note)->callback([&] { exitCode = Run([&] { return Note(note); }); });
 
-  AddLog(app, in)->callback([&] { exitCode = Run([&] { return ShowLog(in, std::cout); }); });
+  AddLog(app, in, asJson)->callback([&] {
+    exitCode = Run([&] { return ShowLog(in, asJson, std::cout); });
+  });
 
   std::uint64_t checkpoint = 0;
-  AddRecover(app, in, checkpoint)->callback([&] {
-    exitCode = Run([&] { return Recover(in, checkpoint, std::cout); });
+  AddRecover(app, in, checkpoint, asJson)->callback([&] {
+    exitCode = Run([&] { return Recover(in, checkpoint, asJson, std::cout); });
   });
 
   PostOptions post;

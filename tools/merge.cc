@@ -6,6 +6,7 @@
 #include "tools/diff.h"
 #include "tools/document.h"
 #include "tools/output.h"
+#include "tools/report.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -61,16 +62,24 @@ void PrintConflicts(const std::vector<Conflict>& conflicts) {
 }
 
 int Merge(const MergeOptions& options) {
+  KeepReportApart(options.out, options.json);
   const AnyDocument ours = LoadDocument(options.ours);
   const MergedDocument merged = MergeFiles(ours, options);
-  PrintConflicts(merged.conflicts);
+  if (options.dryRun && options.json)
+    std::cout << "{\"conflicts\":" << JsonText(JsonOf(merged.conflicts)) << ",\"changes\":";
+  else if (!options.json)
+    PrintConflicts(merged.conflicts);
   if (options.dryRun) {
-    PrintDifferences(ours, merged.document, false);
+    PrintDifferences(ours, merged.document, options.json);
+    if (options.json) std::cout << "}\n";
     return kFine;
   }
   const SavedBytes saved = SaveDocument(merged.document, options.out, kPlacesShown);
   WriteOutput(options.out, [&](const FilePath& path) { return WriteFile(path, saved.bytes); });
-  PrintWarnings(std::cerr, OutputName(options.out), saved.losses);
+  if (options.json)
+    PrintReport({{"conflicts", JsonOf(merged.conflicts)}, {"warnings", JsonOf(saved.losses)}});
+  else
+    PrintWarnings(std::cerr, OutputName(options.out), saved.losses);
   return kFine;
 }
 

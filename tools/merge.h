@@ -14,6 +14,7 @@ struct MergeOptions {
   std::string theirs;
   std::string out;
   bool dryRun = false;  ///< prints what would change in ours, and writes nothing
+  bool json = false;    ///< prints the conflicts, losses and changes as JSON
 };
 
 /// Merges two trees or two collections, prints the conflicts to standard error and returns the exit

@@ -11,6 +11,7 @@
 #include "tools/contents.h"
 #include "tools/document.h"
 #include "tools/output.h"
+#include "tools/report.h"
 #include "tools/text.h"
 #include "vosmere/pages/note_html.h"
 
@@ -81,6 +82,7 @@ std::string Shared(const std::string& name, const std::vector<CBaseNode*>& items
 }  // namespace
 
 int Note(const NoteOptions& options) {
+  KeepReportApart(options.out, options.json);
   std::error_code ignored;
   if (!IsStandard(options.in) && !IsStandard(options.out) &&
       std::filesystem::equivalent(PathOf(options.in), PathOf(options.out), ignored))
@@ -96,6 +98,7 @@ int Note(const NoteOptions& options) {
     if (CWriteNoteHtml().WriteToFile(items[0], path.get()) && IsWhole(path.native())) return {};
     return detail::FileError(path, "cannot be written");
   });
+  if (options.json) PrintReport({{"item", PlaceOf(*items[0])}, {"id", IdentityOf(*items[0])}});
   return kFine;
 }
 

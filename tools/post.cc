@@ -2,6 +2,7 @@
 #include "tools/post.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +14,8 @@
 
 #include "tools/failure.h"
 #include "tools/output.h"
+#include "tools/progress.h"
+#include "tools/report.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "vosmere/net/http_upload.h"
@@ -67,6 +70,17 @@ void DigestOfPassword(const std::string& user, WChar (&digest)[kDigestLength + 1
   Wipe(password.data(), password.size());
 }
 
+/// Sets the name and the password that a server which answers 401 gets.
+void SetLogin(CNetUploadFile& upload, const std::string& name) {
+  std::string password = AskPassword(name);
+  std::vector<WChar> wide(password.size() + 1);
+  detail::Utf8ToWide(password.data(), password.size(), wide.data());
+  upload.SetUserName(Wide(name));
+  upload.SetPassword(wide.data());
+  Wipe(wide.data(), wide.size());
+  Wipe(password.data(), password.size());
+}
+
 void Redact(WChar (&digest)[kDigestLength + 1]) {
   for (std::size_t i = 0; i < kDigestLength; ++i) digest[i] = '*';
   digest[kDigestLength] = 0;
@@ -98,7 +112,8 @@ void AddFields(CNetUploadFile& upload, const PostOptions& options) {
   }
 }
 
-/// A progress bar on standard error: one line that is overwritten. None without a terminal.
+/// A progress bar on standard error: one line that is overwritten. None without a terminal, and
+/// none for an upload that is over soon.
 class ProgressBar {
  public:
   explicit ProgressBar(CNetUploadFile& upload) {
@@ -114,7 +129,8 @@ class ProgressBar {
   static bool Show(void* self, ULONG sent, ULONG total) {
     auto& bar = *static_cast<ProgressBar*>(self);
     const int percent = static_cast<int>(100.0 * sent / total);
-    if (percent == bar.percent_) return true;
+    if (percent == bar.percent_ || std::chrono::steady_clock::now() - bar.begin_ < kPatience)
+      return true;
     bar.percent_ = percent;
     const std::string done(static_cast<std::size_t>(percent) * 2 / 5, '#');
     std::fprintf(stderr, "\r[%-40s] %3d%% of %.1f MB", done.c_str(), percent, total / 1e6);
@@ -122,6 +138,7 @@ class ProgressBar {
     return true;
   }
 
+  const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
   int percent_ = -1;
 };
 
@@ -211,10 +228,20 @@ std::size_t SliceOf(WideView text) {
   return FirstWhole(text, kMost).size;
 }
 
-void PrintReply(CNetUploadFile& upload) {
+SystemString DetachReply(CNetUploadFile& upload) {
   const unsigned long lostBefore = LostTexts();
-  const SystemString reply(upload.DetachResponse());
+  SystemString reply(upload.DetachResponse());
   if (LostTexts() != lostBefore) throw std::bad_alloc();
+  return reply;
+}
+
+std::string ReplyOf(CNetUploadFile& upload) {
+  const SystemString reply = DetachReply(upload);
+  return ToUtf8(WideView(reply.get(), SysStringLen(reply.get())));
+}
+
+void PrintReply(CNetUploadFile& upload) {
+  const SystemString reply = DetachReply(upload);
   const bool seen = IsTerminal(Stream::kOutput);
   if (!seen) MakeOutputBinary();
   std::string text;
@@ -267,19 +294,29 @@ int Post(const PostOptions& options) {
   upload.SetSecure(options.secure);
   upload.SetClean(options.clean);
   upload.SetMostPieces(options.replyLimit / 2 + options.replyLimit % 2);  // of 2 KiB
+  const auto milliseconds = [](double seconds) { return static_cast<LONG>(seconds * 1000); };
+  upload.SetTimeouts(milliseconds(options.connectLimit), milliseconds(options.transferLimit));
+  if (!options.proxy.empty()) upload.SetProxy(Wide(options.proxy));
   AddFields(upload, options);
+  if (!options.login.empty() && !options.dryRun) SetLogin(upload, options.login);
   if (std::error_code ignored; fs::is_other(PathOf(options.file), ignored))
     Stop("it is not a regular file", options.file);
   if (options.dryRun) return ShowRequest(upload, options);
 
   if (options.output.empty()) {
     Send(upload, options, nullptr);
-    PrintReply(upload);
+    if (!options.json) PrintReply(upload);
   } else {
     SendTo(upload, options);
   }
   const std::string objection = Objection(upload, options);
-  if (!objection.empty()) std::cerr << objection << '\n';
+  if (options.json)
+    PrintReport({{"delivered", objection.empty()},
+                 {"status", upload.GetStatus()},
+                 {"problem", objection.empty() ? Json() : Json(objection)},
+                 {"reply", options.output.empty() ? Json(ReplyOf(upload)) : Json()}});
+  else if (!objection.empty())
+    std::cerr << objection << '\n';
   return objection.empty() ? kFine : kBadFile;
 }
 

@@ -72,10 +72,9 @@ void Show(const Record& content, std::string_view what, std::span<const Count> c
 }
 
 void ShowJson(const Record& content, std::ostream& out) {
-  const auto text = [](const Json& value) { return value.dump(-1, ' ', true); };
   out << "{\"kind\":\"" << content.kind << '"';
   for (const Field& field : content.fields)
-    out << ",\"" << field.name << "\":" << text(field.value);
+    out << ",\"" << field.name << "\":" << JsonText(field.value);
   if (content.isContainer) {
     out << ",\"children\":[";
     const char* separator = "";

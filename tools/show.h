@@ -19,7 +19,7 @@ struct Count {
 void Show(const Record& content, std::string_view what, std::span<const Count> counts,
           std::ostream& out);
 
-/// Prints one JSON value in ASCII: every record is an object with its kind, its fields and, if it
+/// Prints one JSON value: every record is an object with its kind, its fields and, if it
 /// is a container, its children.
 void ShowJson(const Record& content, std::ostream& out);
 

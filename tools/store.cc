@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "tools/document.h"
+#include "tools/document_content.h"
 #include "tools/text.h"
 
 namespace vosmere::tool {
@@ -42,6 +43,26 @@ std::string DateOf(std::uint64_t time) {
   return ToIsoDate(sys_seconds(seconds)).value_or("unknown time");
 }
 
+void Print(const StoredCheckpoint& checkpoint, std::ostream& out) {
+  out << "checkpoint " << checkpoint.number << ": ";
+  if (checkpoint.items)
+    out << "items: " << checkpoint.items << ", changes: " << checkpoint.changes << ", "
+        << DateOf(checkpoint.time);
+  if (!checkpoint.loads)
+    out << (checkpoint.items ? "; " : "") << "does not load: " << checkpoint.problem;
+  out << '\n';
+}
+
+void PrintJson(const StoredCheckpoint& checkpoint, std::ostream& out) {
+  const bool isKnown = checkpoint.items != 0;
+  out << JsonText({{"number", checkpoint.number},
+                   {"items", isKnown ? Json(checkpoint.items) : Json()},
+                   {"changes", isKnown ? Json(checkpoint.changes) : Json()},
+                   {"time", isKnown ? Json(checkpoint.time) : Json()},
+                   {"problem", checkpoint.loads ? Json() : Json(checkpoint.problem)}})
+      << '\n';
+}
+
 }  // namespace
 
 Result<AnyDocument> LoadStore(const std::string& folder) {
@@ -50,9 +71,18 @@ Result<AnyDocument> LoadStore(const std::string& folder) {
   return AnyDocument(Copy(store->tree()));
 }
 
-int ShowLog(const std::string& folder, std::ostream& out) {
+int ShowLog(const std::string& folder, bool asJson, std::ostream& out) {
   const Store store = OpenOrThrow(folder, ToRead());
   const auto print = [&](std::uint64_t sequence, CVSMNotifyMsg& message) {
+    if (asJson) {
+      out << JsonText({{"sequence", sequence},
+                       {"name", ToUtf8(message.GetName())},
+                       {"what", What(message.GetNotifyType())},
+                       {"oldFolder", ToUtf8(message.GetOldParent())},
+                       {"folder", ToUtf8(message.GetParent())}})
+          << '\n';
+      return;
+    }
     out << sequence << ' ' << Printable(message.GetName()) << ' ' << What(message.GetNotifyType());
     if (!TextView(message.GetOldParent()).empty())
       out << " from " << Printable(message.GetOldParent());
@@ -64,21 +94,14 @@ int ShowLog(const std::string& folder, std::ostream& out) {
   return kFine;
 }
 
-int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out) {
+int Recover(const std::string& folder, std::uint64_t restored, bool asJson, std::ostream& out) {
   const FilePath path(PathOf(folder));
   const auto checkpoints = Store::Checkpoints(path.get());
   if (!checkpoints) throw FailureOf(Printable(folder), checkpoints.error());
   int exitCode = checkpoints->empty() ? kBadFile : kFine;
   for (const StoredCheckpoint& checkpoint : *checkpoints) {
-    out << "checkpoint " << checkpoint.number << ": ";
-    if (checkpoint.items)
-      out << "items: " << checkpoint.items << ", changes: " << checkpoint.changes << ", "
-          << DateOf(checkpoint.time);
-    if (!checkpoint.loads) {
-      out << (checkpoint.items ? "; " : "") << "does not load: " << checkpoint.problem;
-      exitCode = kBadFile;
-    }
-    out << '\n';
+    asJson ? PrintJson(checkpoint, out) : Print(checkpoint, out);
+    if (!checkpoint.loads) exitCode = kBadFile;
   }
   if (restored == 0) return exitCode;
   StoreOptions options;
@@ -92,7 +115,10 @@ int Recover(const std::string& folder, std::uint64_t restored, std::ostream& out
   }
   options.checkpoint = restored;
   const Store store = OpenOrThrow(folder, options);
-  out << "checkpoint " << restored << " is now the newest\n";
+  if (asJson)
+    out << JsonText({{"restored", restored}}) << '\n';
+  else
+    out << "checkpoint " << restored << " is now the newest\n";
   return kFine;
 }
 

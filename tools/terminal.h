@@ -10,8 +10,8 @@ enum class Stream { kInput = 0, kOutput = 1, kErrors = 2 };
 /// Whether the standard stream is connected to a terminal.
 bool IsTerminal(Stream stream);
 
-/// Whether standard output is a terminal that takes colors, and the user has not set NO_COLOR.
-bool TakesColors();
+/// Whether standard output or error is a terminal that takes colors, and NO_COLOR is not set.
+bool TerminalTakesColors(Stream stream);
 
 /// Prints the prompt and reads a line without echo. False if the input ends before the line.
 bool ReadSecretLine(const std::string& prompt, std::string& line);

@@ -12,10 +12,10 @@ bool IsTerminal(Stream stream) {
   return isatty(static_cast<int>(stream)) == 1;
 }
 
-bool TakesColors() {
+bool TerminalTakesColors(Stream stream) {
   const char* const no = getenv("NO_COLOR");
   const char* const kind = getenv("TERM");
-  return (!no || !*no) && IsTerminal(Stream::kOutput) && kind && strcmp(kind, "dumb") != 0;
+  return (!no || !*no) && IsTerminal(stream) && kind && strcmp(kind, "dumb") != 0;
 }
 
 bool ReadSecretLine(const std::string& prompt, std::string& line) {

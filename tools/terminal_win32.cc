@@ -10,14 +10,18 @@
 
 namespace vosmere::tool {
 
-bool IsTerminal(Stream stream) {
+static HANDLE HandleOf(Stream stream) {
   constexpr DWORD kHandles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
-  DWORD mode;
-  return GetConsoleMode(GetStdHandle(kHandles[static_cast<int>(stream)]), &mode) != 0;
+  return GetStdHandle(kHandles[static_cast<int>(stream)]);
 }
 
-bool TakesColors() {
-  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+bool IsTerminal(Stream stream) {
+  DWORD mode;
+  return GetConsoleMode(HandleOf(stream), &mode) != 0;
+}
+
+bool TerminalTakesColors(Stream stream) {
+  const HANDLE output = HandleOf(stream);
   const char* const no = getenv("NO_COLOR");
   DWORD mode;
   return (!no || !*no) && GetConsoleMode(output, &mode) &&

@@ -16,6 +16,7 @@
 #include "vosmere/base/shared_texts.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/base/types.h"
+#include "vosmere/base/version.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/collections/colct_ex_data.h"
 #include "vosmere/collections/colct_item.h"

@@ -1,5 +1,6 @@
 // `vosmere post`, run as users and scripts run it.
 #include "tests/support/loopback_server.h"
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "tests/support/tool.h"
 
@@ -40,6 +41,18 @@ TEST(ToolPost, ADryRunPrintsTheVeryBytesButForTheDigest) {
   EXPECT_THAT(request, AllOf(HasSubstr(kDigest), HasSubstr("filename=\"notes.txt\""),
                              HasSubstr("name=\"a\"\r\n\r\nb=c\r\n"), Not(HasSubstr("secret"))));
   EXPECT_EQ(Normal(shown.bytes, std::string(32, '*')), Normal(request, kDigest));
+}
+
+TEST(ToolPost, PassesOnLoginProxyAndLimits) {
+  LoopbackServer proxy({ReplyOk()}), silent({[](Peer&peer) { peer.WaitForClient(); }});
+  EXPECT_EQ(Post("a.example", "--proxy " + proxy.host()).exitCode, 0);
+  EXPECT_THAT(proxy.requests().at(0), HasSubstr("POST http://a.example/up.php"));
+  EXPECT_EQ(Post(silent.host(), "--transfer-limit 0.2").exitCode, 2);
+  if (RunsOnWine()) return;  // it does not answer when it is asked for a password
+  LoopbackServer server(
+      {Reply("HTTP/1.1 401 Who\r\nWWW-Authenticate: Basic realm=\"x\"\r\n\r\n"), ReplyOk()});
+  EXPECT_EQ(Post(server.host(), "--login joe").exitCode, 0);
+  EXPECT_THAT(server.requests().at(1), HasSubstr("Authorization: Basic am9lOnNlY3JldA=="));
 }
 
 TEST(ToolPost, SaysWhatWentWrong) {
