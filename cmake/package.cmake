@@ -28,6 +28,7 @@ if(VOSMERE_DEBIAN)
   set(library libvosmerebase${soversion})
   set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library})
   set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+  set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS "libcurl4 (>= 7.85)")  # loaded when it is first needed
   file(WRITE ${made}/triggers "activate-noawait ldconfig\n")
   set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${made}/triggers)
   set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "${about} the shared library.")
