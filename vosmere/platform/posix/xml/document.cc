@@ -18,6 +18,7 @@ namespace vosmere {
 using posix::XmlAttributeRecord;
 using posix::XmlRecord;
 using posix::XmlTree;
+using posix::XmlValue;
 
 struct XmlNodeHandle {
   static const XmlRecord* Record(const XmlNode& node) {
@@ -43,19 +44,19 @@ bool IsCharacters(const XmlRecord* node) {
 
 /// Collects all text below `node` in document order and returns its length. It keeps a list instead
 /// of recursing, so that deep nesting cannot overflow the stack.
-std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
+std::size_t GatherText(const XmlRecord* node, std::vector<XmlValue>& pieces) {
   std::size_t length = 0;
   std::vector<const XmlRecord*> following;  // the next siblings of the open elements
-  for (node = node->firstChild; node || !following.empty();) {
+  for (node = node->element.firstChild; node || !following.empty();) {
     if (!node) {
       node = following.back();
       following.pop_back();
     } else if (node->name->type == kXmlElement) {
       following.push_back(node->next);
-      node = node->firstChild;
+      node = node->element.firstChild;
     } else {
       if (IsCharacters(node)) {
-        pieces.push_back(node->value.view());
+        pieces.push_back(node->value);
         length += pieces.back().size;
       }
       node = node->next;
@@ -81,15 +82,32 @@ std::unique_ptr<XmlTree> LoadTree(std::optional<std::string_view> whole, posix::
 std::unique_ptr<XmlTree> LoadTree(posix::XmlSource&& source, const char* encoding,
                                   bool keepsPlaces) {
   posix::ReadAhead ahead(source);
-  return LoadTree(ahead.Whole(), ahead, encoding, keepsPlaces);
+  std::unique_ptr<XmlTree> tree = LoadTree(ahead.Whole(), ahead, encoding, keepsPlaces);
+  tree->bytes = ahead.Detach();
+  return tree;
 }
 
-XmlText Joined(const std::vector<WideView>& pieces, std::size_t length) {
-  const BSTR joined = SysAllocStringLen(nullptr, length);
-  if (!joined) throw std::bad_alloc();
-  WChar* at = joined;
-  for (const WideView piece : pieces) at = std::copy(piece.begin(), piece.end(), at);
-  return XmlText(joined);
+XmlText Joined(const std::vector<XmlValue>& pieces, std::size_t length) {
+  XmlText joined;
+  WChar* at = joined.Make(length);
+  for (const XmlValue& piece : pieces) {
+    piece.CopyTo(at);
+    at += piece.size;
+  }
+  return joined;
+}
+
+void Assign(XmlText& text, const XmlValue& value) {
+  if (value.isWide)
+    text = XmlText(WideView(static_cast<const WChar*>(value.text), value.size));
+  else
+    value.CopyTo(text.Make(value.size));
+}
+
+XmlText TextOf(const XmlValue& value) {
+  XmlText text;
+  Assign(text, value);
+  return text;
 }
 
 }  // namespace
@@ -137,18 +155,19 @@ XmlText XmlNode::Name() const {
 
 XmlText XmlNode::Text() const {
   const XmlRecord* const node = Record(handle_);
-  if (node->name->type != kXmlElement) return XmlText(node->value.view());
-  const XmlRecord* const first = node->firstChild;
-  // The usual case, an element with a single text, is borrowed without copying.
-  if (first && !first->next && IsCharacters(first)) return XmlText(first->value.view());
-  std::vector<WideView> pieces;
+  if (node->name->type != kXmlElement) return TextOf(node->value);
+  const XmlRecord* const first = node->element.firstChild;
+  // The usual case, an element with a single text.
+  if (first && !first->next && IsCharacters(first)) return TextOf(first->value);
+  std::vector<XmlValue> pieces;
   const std::size_t length = GatherText(node, pieces);
   if (pieces.empty()) return XmlText();
-  return pieces.size() == 1 ? XmlText(pieces[0]) : Joined(pieces, length);
+  return pieces.size() == 1 ? TextOf(pieces[0]) : Joined(pieces, length);
 }
 
 XmlNode XmlNode::FirstChild() const {
-  return XmlNodeHandle::Make(Record(handle_)->firstChild);
+  const XmlRecord* const node = Record(handle_);
+  return XmlNodeHandle::Make(type_ == kXmlElement ? node->element.firstChild : nullptr);
 }
 
 XmlNode XmlNode::NextSibling() const {
@@ -156,7 +175,7 @@ XmlNode XmlNode::NextSibling() const {
 }
 
 XmlAttributes::XmlAttributes(const XmlNode& element) : attributes_(element.handle_) {
-  if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(attributes_)->attributeCount);
+  if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(attributes_)->element.attributeCount);
 }
 
 XmlAttributes::~XmlAttributes() = default;
@@ -165,7 +184,7 @@ bool XmlAttributes::Next() {
   if (index_ == count_) return false;
   const XmlAttributeRecord& attribute = Record(attributes_)->attributes()[index_++];
   name_ = XmlText(attribute.name->text);
-  value_ = XmlText(attribute.value.view());
+  Assign(value_, attribute.value);
   hasTextValue_ = true;
   return true;
 }
