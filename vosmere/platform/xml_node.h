@@ -45,6 +45,11 @@ class XmlText {
   }
   ~XmlText() { Free(); }
 
+  /// Makes this a borrowed text, like the constructor.
+  void Borrow(WideView borrowed) {
+    Free();
+    view_ = borrowed;
+  }
   /// Makes this a text of its own with `length` code units, which the caller fills. Throws
   /// std::bad_alloc.
   WChar* Make(std::size_t length) {
@@ -108,6 +113,8 @@ class VOSMERE_API XmlNode {
   /// The first child and the next sibling; a null handle when there is none.
   XmlNode FirstChild() const;
   XmlNode NextSibling() const;
+  /// Makes this the next sibling, which is faster.
+  void Advance();
 
  private:
   friend class XmlAttributes;
@@ -146,14 +153,14 @@ class VOSMERE_API XmlAttributes {
   /// reports another type.
   bool HasTextValue() const { return hasTextValue_; }
   /// The value of the current attribute; valid until the next call of Next.
-  const XmlText& Value() const { return value_; }
+  const XmlText& Value() const;
 
  private:
   void* attributes_ = nullptr;
   int index_ = 0;
   int count_ = 0;
   XmlText name_;
-  XmlText value_;
+  mutable XmlText value_;
   bool hasTextValue_ = false;
 };
 

@@ -13,7 +13,11 @@
 //     });
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -57,12 +61,24 @@ inline bool IsNamedNoCase(WideView text, std::string_view name) {
 /// this beginning, case-insensitive (ASCII).
 struct RowName {
   std::string_view text;
+  std::uint64_t end = 0;  ///< the last four code units; 0 for a name with fewer
   bool isBeginning = false;
 
-  constexpr RowName(const char* name) : text(name) {}
+  constexpr RowName(const char* name) : text(name) {
+    if (text.size() < 4) return;
+    std::array<WChar, 4> units = {};
+    for (std::size_t i = 0; i < 4; ++i)
+      units[i] = static_cast<unsigned char>(text[text.size() - 4 + i]);
+    end = std::bit_cast<std::uint64_t>(units);
+  }
 
+  /// Looks at the end first: it differs more often than the beginning, which may be a prefix.
   bool Matches(WideView name) const {
-    return isBeginning ? BeginsWithNoCase(name, text) : IsNamed(name, text);
+    if (isBeginning) return BeginsWithNoCase(name, text);
+    if (name.size != text.size()) return false;
+    std::uint64_t nameEnd = 0;
+    if (name.size >= 4) std::memcpy(&nameEnd, name.end() - 4, sizeof nameEnd);
+    return nameEnd == end && IsNamed(name, text);
   }
 };
 
@@ -189,15 +205,18 @@ inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
 }
 
 /// Calls `visit(WideView name, const WChar* value)` for every attribute, in document order. An
-/// attribute whose value is not a text is traced and skipped.
+/// attribute whose value is not a text is traced and skipped. A visitor that needs few of the values
+/// may take `const XmlAttributes&` instead.
 template <class Visit>
 void ForEachAttribute(const XmlNode& element, Visit visit) {
   for (XmlAttributes attributes(element); attributes.Next();) {
     const XmlText& name = attributes.Name();
-    if (attributes.HasTextValue())
-      visit(name.view(), attributes.Value().c_str());
-    else
+    if (!attributes.HasTextValue())
       Trace("Value is not BSTR  %s\n", name.c_str());
+    else if constexpr (std::is_invocable_v<Visit, WideView, const XmlAttributes&>)
+      visit(name.view(), attributes);
+    else
+      visit(name.view(), attributes.Value().c_str());
   }
 }
 

@@ -19,11 +19,10 @@ namespace {
 
 constexpr std::size_t kFirstBlock = std::size_t{16} * 1024;
 constexpr std::size_t kHugePage = std::size_t{2} * 1024 * 1024;
-constexpr std::size_t kLargestBlock = 4 * kHugePage;
+constexpr std::size_t kLargestBlock = 2 * kHugePage;
 
 // Large blocks ask for huge pages, because the page faults of small ones cost more than filling
-// them. The alignment leaves a gap of up to one huge page before each block, so the largest blocks
-// are several pages long.
+// them.
 char* AllocateBlock(std::size_t size) {
   const bool large = size >= kHugePage;
   void* block = large ? nullptr : std::malloc(size);
@@ -50,7 +49,7 @@ void XmlValue::CopyTo(WChar* to) const {
 }
 
 // Blocks double in size up to a limit: a small document takes little memory, a large one takes few
-// blocks.
+// blocks, the last of which is mostly used.
 void XmlArena::NewBlock(std::size_t size) {
   const std::size_t block = std::max(
       size, std::min(kFirstBlock << std::min<std::size_t>(blocks_.size(), 16), kLargestBlock));

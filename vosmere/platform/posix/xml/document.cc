@@ -99,7 +99,7 @@ XmlText Joined(const std::vector<XmlValue>& pieces, std::size_t length) {
 
 void Assign(XmlText& text, const XmlValue& value) {
   if (value.isWide)
-    text = XmlText(WideView(static_cast<const WChar*>(value.text), value.size));
+    text.Borrow(WideView(static_cast<const WChar*>(value.text), value.size));
   else
     value.CopyTo(text.Make(value.size));
 }
@@ -174,6 +174,12 @@ XmlNode XmlNode::NextSibling() const {
   return XmlNodeHandle::Make(Record(handle_)->next);
 }
 
+void XmlNode::Advance() {
+  XmlRecord* const next = Record(handle_)->next;
+  handle_ = next;
+  type_ = next ? next->name->type : 0;
+}
+
 XmlAttributes::XmlAttributes(const XmlNode& element) : attributes_(element.handle_) {
   if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(attributes_)->element.attributeCount);
 }
@@ -182,11 +188,14 @@ XmlAttributes::~XmlAttributes() = default;
 
 bool XmlAttributes::Next() {
   if (index_ == count_) return false;
-  const XmlAttributeRecord& attribute = Record(attributes_)->attributes()[index_++];
-  name_ = XmlText(attribute.name->text);
-  Assign(value_, attribute.value);
+  name_.Borrow(Record(attributes_)->attributes()[index_++].name->text);
   hasTextValue_ = true;
   return true;
+}
+
+const XmlText& XmlAttributes::Value() const {
+  Assign(value_, Record(attributes_)->attributes()[index_ - 1].value);
+  return value_;
 }
 
 }  // namespace vosmere
