@@ -35,7 +35,7 @@ inline std::string Shown(const posix::XmlTree& tree) {
     } else {
       show(node->name, {});
       for (unsigned i = 0; i < node->element.attributeCount; ++i)
-        show(node->attributes()[i].name, node->attributes()[i].value);
+        show(&(*node->name->names)[node->attributes()[i].attribute], node->attributes()[i]);
       following.push_back(node->next);
       node = node->element.firstChild;
     }

@@ -205,8 +205,8 @@ inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
 }
 
 /// Calls `visit(WideView name, const WChar* value)` for every attribute, in document order. An
-/// attribute whose value is not a text is traced and skipped. A visitor that needs few of the values
-/// may take `const XmlAttributes&` instead.
+/// attribute whose value is not a text is traced and skipped. A visitor that needs few of the
+/// values may take `const XmlAttributes&` instead.
 template <class Visit>
 void ForEachAttribute(const XmlNode& element, Visit visit) {
   for (XmlAttributes attributes(element); attributes.Next();) {

@@ -58,8 +58,7 @@ void XmlArena::NewBlock(std::size_t size) {
 }
 
 XmlRecord* XmlArena::NewElement(const XmlName* name, std::uint32_t attributeCount) {
-  void* const memory =
-      Allocate(sizeof(XmlRecord) + std::size_t{attributeCount} * sizeof(XmlAttributeRecord));
+  void* const memory = Allocate(sizeof(XmlRecord) + std::size_t{attributeCount} * sizeof(XmlValue));
   return new (memory) XmlRecord{nullptr, name, {.element = {nullptr, attributeCount}}};
 }
 
@@ -83,7 +82,7 @@ XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
   at_ = reinterpret_cast<char*>(begin);  // memory that the value does not need is used again
   const auto units = static_cast<std::uint32_t>(end - begin);
   Allocate((units + std::size_t{1}) * sizeof(WChar));
-  return {begin, units, true};
+  return {begin, units, true, 0};
 }
 
 // Documents repeat themselves. Usually a name follows the same name as last time, which saves the
@@ -102,8 +101,14 @@ XmlNames::Entry& XmlNames::Find(const Key& key, std::string_view name, int type)
   const XmlValue text = arena_.NewValue(name.data(), name.size());
   Entry& entry = names_.emplace_back(Entry{key, hash, std::string(name), {}});
   const std::size_t colon = name.find(':');
-  entry.name = {{static_cast<const WChar*>(text.text), text.size}, entry.bytes, type, 0,
+  entry.name = {{static_cast<const WChar*>(text.text), text.size},
+                entry.bytes,
+                this,
+                static_cast<std::uint32_t>(size()),
+                type,
+                0,
                 colon == name.npos ? 0 : colon};
+  byNumber_.push_back(&entry.name);
   std::memset(&entry.mask, 0xFF, std::min(name.size(), sizeof entry.mask));
   slot = &entry;
   if (names_.size() * 2 > slots_.size()) Grow();

@@ -27,10 +27,14 @@ inline constexpr char kXmlTextName[] = "#text";
 inline constexpr char kXmlCDataName[] = "#cdata-section";
 inline constexpr char kXmlCommentName[] = "#comment";
 
+class XmlNames;
+
 /// A qualified name, stored once for all nodes of the same type with that name.
 struct XmlName {
   WideView text;
   std::string_view utf8;
+  const XmlNames* names;  ///< the document's
+  std::uint32_t number;   ///< among them
   int type;
   std::uint32_t lastUser = 0;  ///< free for the parser that builds the tree
 
@@ -44,17 +48,13 @@ struct XmlName {
 /// bytes, because widening them when they are read costs less than memory for all of them.
 struct XmlValue {
   const void* text = nullptr;
-  std::uint32_t size = 0;  ///< in code units
-  bool isWide = false;     ///< null-terminated UTF-16 in the arena; otherwise ASCII characters
+  std::uint32_t size : 31 = 0;  ///< in code units
+  /// Whether it is null-terminated UTF-16 in the arena; otherwise it is ASCII.
+  std::uint32_t isWide : 1 = false;
+  std::uint32_t attribute = 0;  ///< the number of the attribute's name, if it has one
 
   /// Copies the code units.
   void CopyTo(WChar* to) const;
-};
-
-/// An attribute of an element.
-struct XmlAttributeRecord {
-  const XmlName* name;
-  XmlValue value;
 };
 
 /// A node. An element's attributes follow its record directly.
@@ -71,9 +71,7 @@ struct XmlRecord {
     XmlValue value;  // of every other node
   };
 
-  const XmlAttributeRecord* attributes() const {
-    return reinterpret_cast<const XmlAttributeRecord*>(this + 1);
-  }
+  const XmlValue* attributes() const { return reinterpret_cast<const XmlValue*>(this + 1); }
 };
 
 struct FreeBytes {
@@ -140,7 +138,8 @@ class XmlNames {
   }
   static constexpr std::size_t kGuessed = 17;
 
-  std::size_t size() const { return names_.size(); }
+  std::size_t size() const { return byNumber_.size(); }
+  const XmlName& operator[](std::uint32_t number) const { return *byNumber_[number]; }
 
  private:
   /// Distinguishes names quickly: their first and last eight bytes, which is all of most names, and
@@ -176,8 +175,7 @@ class XmlNames {
 
   /// Makes an entry the last one.
   XmlName* Follow(Entry& entry) {
-    if (last_ && last_->next[0] != &entry)
-      last_->next[1] = std::exchange(last_->next[0], &entry);
+    if (last_ && last_->next[0] != &entry) last_->next[1] = std::exchange(last_->next[0], &entry);
     last_ = &entry;
     return &entry.name;
   }
@@ -191,6 +189,7 @@ class XmlNames {
   XmlArena& arena_;
   std::vector<Entry*> slots_;
   std::deque<Entry> names_;
+  std::vector<const XmlName*> byNumber_;
   Entry* last_ = nullptr;
 };
 

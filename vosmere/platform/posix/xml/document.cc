@@ -15,7 +15,6 @@
 
 namespace vosmere {
 
-using posix::XmlAttributeRecord;
 using posix::XmlRecord;
 using posix::XmlTree;
 using posix::XmlValue;
@@ -181,20 +180,22 @@ void XmlNode::Advance() {
 }
 
 XmlAttributes::XmlAttributes(const XmlNode& element) : attributes_(element.handle_) {
-  if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(attributes_)->element.attributeCount);
+  if (element.Type() == kXmlElement)
+    count_ = static_cast<int>(Record(attributes_)->element.attributeCount);
 }
 
 XmlAttributes::~XmlAttributes() = default;
 
 bool XmlAttributes::Next() {
   if (index_ == count_) return false;
-  name_.Borrow(Record(attributes_)->attributes()[index_++].name->text);
+  const XmlRecord* const element = Record(attributes_);
+  name_.Borrow((*element->name->names)[element->attributes()[index_++].attribute].text);
   hasTextValue_ = true;
   return true;
 }
 
 const XmlText& XmlAttributes::Value() const {
-  Assign(value_, Record(attributes_)->attributes()[index_ - 1].value);
+  Assign(value_, Record(attributes_)->attributes()[index_ - 1]);
   return value_;
 }
 

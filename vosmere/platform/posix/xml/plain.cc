@@ -155,7 +155,7 @@ class Parser {
   const char* passed_ = nullptr;  // where that is
 
   // The start tag that is being read.
-  std::vector<XmlAttributeRecord> namespaces_, attributes_;
+  std::vector<XmlValue> namespaces_, attributes_;
   std::string_view prefix_;         // the only prefix among its attributes
   std::uint32_t element_ = 0;       // its number; XmlName::lastUser finds a repeated attribute
   std::size_t namespaceCount_ = 0;  // in the whole document
@@ -220,7 +220,8 @@ bool Parser::TakeText() {
     return AddLeaf(text_, std::string_view(begin, at_), PlainValue::kText);
   }
   at_ = end;
-  growth_.Add(tree_.arena.NewNode(text_, {begin, static_cast<std::uint32_t>(end - begin)}));
+  growth_.Add(
+      tree_.arena.NewNode(text_, {begin, static_cast<std::uint32_t>(end - begin), false, 0}));
   return true;
 }
 
@@ -263,9 +264,8 @@ bool Parser::TakeStartTag() {
   if (!tree_.arena.root && at_ - begin_ > kLongestBeginning) return false;
 
   const std::size_t count = namespaces_.size() + attributes_.size();
-  XmlRecord* const element =
-      tree_.arena.NewElement(name, static_cast<std::uint32_t>(count));
-  auto* const records = const_cast<XmlAttributeRecord*>(element->attributes());
+  XmlRecord* const element = tree_.arena.NewElement(name, static_cast<std::uint32_t>(count));
+  auto* const records = const_cast<XmlValue*>(element->attributes());
   std::copy(attributes_.begin(), attributes_.end(),
             std::copy(namespaces_.begin(), namespaces_.end(), records));
   growth_.Add(element);
@@ -283,13 +283,14 @@ bool Parser::TakeAttribute() {
   XmlValue value;
   std::string_view piece;
   if (!TakeAttributeValue(&value, &piece)) return false;
+  value.attribute = name->number;
 
   const std::string_view prefix = name->Prefix();
   if (prefix == kXmlns || name->utf8 == kXmlns) {
-    namespaces_.push_back({name, value});
+    namespaces_.push_back(value);
     return ++namespaceCount_ <= kMostNamespaces && !IsReserved(*name, piece);
   }
-  attributes_.push_back({name, value});
+  attributes_.push_back(value);
   if (prefix.empty()) return attributes_.size() <= kMostAttributes;
   // With two prefixes, two attributes may have the same expanded name, if the prefixes belong to
   // the same namespace.
@@ -306,7 +307,7 @@ bool Parser::TakeAttributeValue(XmlValue* value, std::string_view* piece) {
     return TakeUpTo(std::string_view(&quote, 1), piece) &&
            ReadPlainValue(tree_.arena, *piece, PlainValue::kAttribute, value);
   *piece = std::string_view(at_, end);
-  *value = {at_, static_cast<std::uint32_t>(piece->size())};
+  *value = {at_, static_cast<std::uint32_t>(piece->size()), false, 0};
   at_ = end + 1;
   return true;
 }
