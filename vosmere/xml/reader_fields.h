@@ -61,24 +61,38 @@ inline bool IsNamedNoCase(WideView text, std::string_view name) {
 /// this beginning, case-insensitive (ASCII).
 struct RowName {
   std::string_view text;
-  std::uint64_t end = 0;  ///< the last four code units; 0 for a name with fewer
   bool isBeginning = false;
+  /// Whether these are the first and the last code units of a name, four of each: all of it.
+  bool isWhole = false;
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
 
   constexpr RowName(const char* name) : text(name) {
     if (text.size() < 4) return;
-    std::array<WChar, 4> units = {};
-    for (std::size_t i = 0; i < 4; ++i)
-      units[i] = static_cast<unsigned char>(text[text.size() - 4 + i]);
-    end = std::bit_cast<std::uint64_t>(units);
+    isWhole = text.size() <= 8;
+    begin = FourUnits(text);
+    end = FourUnits(text.substr(text.size() - 4));
   }
 
   /// Looks at the end first: it differs more often than the beginning, which may be a prefix.
   bool Matches(WideView name) const {
     if (isBeginning) return BeginsWithNoCase(name, text);
     if (name.size != text.size()) return false;
-    std::uint64_t nameEnd = 0;
-    if (name.size >= 4) std::memcpy(&nameEnd, name.end() - 4, sizeof nameEnd);
-    return nameEnd == end && IsNamed(name, text);
+    if (name.size < 4) return IsNamed(name, text);
+    return FourUnits(name.end() - 4) == end && FourUnits(name.data) == begin &&
+           (isWhole || IsNamed(name, text));
+  }
+
+ private:
+  static constexpr std::uint64_t FourUnits(std::string_view text) {
+    std::array<WChar, 4> units = {};
+    for (std::size_t i = 0; i < 4; ++i) units[i] = static_cast<unsigned char>(text[i]);
+    return std::bit_cast<std::uint64_t>(units);
+  }
+  static std::uint64_t FourUnits(const WChar* text) {
+    std::uint64_t units;
+    std::memcpy(&units, text, sizeof units);
+    return units;
   }
 };
 

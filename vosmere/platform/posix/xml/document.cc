@@ -1,7 +1,8 @@
 // XmlDocument, XmlNode and XmlAttributes over the tree in the arena.
 #include "vosmere/platform/internal/xml_document.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
@@ -35,6 +36,13 @@ namespace {
 
 const XmlRecord* Record(void* handle) {
   return static_cast<const XmlRecord*>(handle);
+}
+
+/// Has the processor fetch what the walk comes to soon: records lie in the order of the walk.
+void FetchAhead(const XmlRecord* record) {
+  constexpr std::uintptr_t kAhead = 1024;
+  __builtin_prefetch(
+      reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(record) + kAhead));
 }
 
 bool IsCharacters(const XmlRecord* node) {
@@ -176,6 +184,7 @@ XmlNode XmlNode::NextSibling() const {
 void XmlNode::Advance() {
   XmlRecord* const next = Record(handle_)->next;
   handle_ = next;
+  FetchAhead(next);
   type_ = next ? next->name->type : 0;
 }
 
