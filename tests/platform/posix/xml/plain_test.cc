@@ -47,6 +47,20 @@ TEST(PlainXml, StaysSoWhateverHappensToADocument) {
   EXPECT_GT(taken, 1000);
 }
 
+TEST(PlainXml, HasNamesAndValuesOfEveryLength) {
+  std::string document = "<r>";
+  for (std::size_t length = 0; length < 36; ++length)
+    for (const auto* const special :
+         {"", "\n", "\r\n", "\r", "&amp;", "]", "\xC3\xA9", "\xE4\xB8\xAD"})
+      for (const std::size_t at : {std::size_t{0}, length / 2, length}) {
+        const std::string text = std::string(length, 'x').insert(at, special);
+        const std::string name(length + 1, 'n');
+        document += "<" + name + " b='" + text + "' " + name + "=\"" + text + "\">" + text + "</" +
+                    name + ">";
+      }
+  EXPECT_TRUE(IsTaken(document + "</r>"));
+}
+
 TEST(PlainXml, LeavesToTheParserWhatItDoesNotKnow) {
   std::istringstream documents(
       "| |a|<a>|</a>|<a/><b/>|<a></b>|<a>]]></a>|<a b='<'/>|<a b='1' b='2'/>|"
