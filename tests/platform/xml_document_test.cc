@@ -118,6 +118,17 @@ TEST(XmlDocument, KeepsEveryNodeInOrderAndEveryPrefix) {
   EXPECT_EQ(Shown(loaded.Root().Text()), "1234") << "all text inside";
 }
 
+TEST(XmlDocument, TextsOfAnyLengthMoveWithTheirObject) {
+  for (const std::size_t length : {0, 1, 17, 249, 250, 5000}) {
+    const std::string text(length, 'x');
+    XmlDocument document;
+    document.LoadText(W("<a>" + text + "</a>"));
+    XmlText first = document.Root().Text(), second(std::move(first)), third;
+    third = std::move(second);
+    EXPECT_EQ(Shown(third), text);
+  }
+}
+
 TEST(XmlDocument, ExpandsWhatItDeclares) {
   const std::string declarations =
       "<!ENTITY e 'x&#38;amp;'><!ENTITY f '<i k=\"&e;\"/>'><!ENTITY g '&f;&f;'>"

@@ -18,9 +18,11 @@ namespace vosmere::test {
 inline std::string Shown(const posix::XmlTree& tree) {
   std::string all;
   std::vector<const posix::XmlRecord*> following;
-  const auto show = [&](const posix::XmlName* name, posix::XmlValue value) {
-    all += std::to_string(name->type) + Utf8(name->text.data) + "=" + Utf8(value.text) + ";" +
-           std::to_string(value.view().size) + "\n";
+  const auto show = [&](const posix::XmlName* name, const posix::XmlValue& value) {
+    std::vector<WChar> text(value.size + 1);
+    value.CopyTo(text.data());
+    all += std::to_string(name->type) + Utf8(name->text.data) + "=" + Utf8(text.data()) + ";" +
+           std::to_string(value.size) + "\n";
   };
   for (const posix::XmlRecord* node = tree.arena.root; node || !following.empty();) {
     if (!node) {
@@ -32,10 +34,10 @@ inline std::string Shown(const posix::XmlTree& tree) {
       node = node->next;
     } else {
       show(node->name, {});
-      for (unsigned i = 0; i < node->attributeCount; ++i)
-        show(node->attributes()[i].name, node->attributes()[i].value);
+      for (unsigned i = 0; i < node->element.attributeCount; ++i)
+        show(&(*node->name->names)[node->attributes()[i].attribute], node->attributes()[i]);
       following.push_back(node->next);
-      node = node->firstChild;
+      node = node->element.firstChild;
     }
   }
   return all;

@@ -84,6 +84,29 @@ TEST(ChunkBuffer, TakesAllUpToTheLimitAndARefusedAppendCountsForEver) {
   EXPECT_EQ(Content(small), "kept");
 }
 
+TEST(ChunkBuffer, TakesTheChunksOfAnother) {
+  const std::string megabyte(1 << 20, 'm');
+  for (const std::size_t first : {0, 5, 4096, 5000})
+    for (const std::size_t second : {0, 7, 4096, 9000}) {
+      const std::string a(first, 'a'), b(second, 'b');
+      CChunkBuffer buffer, other;
+      EXPECT_TRUE((a.empty() || Append(buffer, a)) && (b.empty() || Append(other, b)));
+      buffer.Take(other);
+      EXPECT_TRUE(Append(buffer, "c") && Append(other, megabyte));
+      EXPECT_EQ(buffer.Joined().get(), a + b + "c");
+      EXPECT_EQ(Total(buffer), static_cast<LONG>(first + second + 1));
+      for (int i = 1; i < 99; ++i) Append(other, megabyte);
+      while (Total(buffer) < (1 << 20) - 2) Append(buffer, "x");
+      buffer.Take(other);
+      EXPECT_EQ(Total(other), 0);
+      EXPECT_TRUE(Append(buffer, "x"));
+      EXPECT_FALSE(Append(buffer, "x"));
+      Append(other, megabyte);
+      buffer.Take(other);
+      EXPECT_EQ(Total(buffer), CChunkBuffer::kLimit + (1 << 20)) << "counts like a refused append";
+    }
+}
+
 TEST(ChunkBuffer, WithoutMemoryItThrowsAndKeepsWhatItHas) {
   CChunkBuffer buffer;
   Append(buffer, "kept");

@@ -99,15 +99,15 @@ void CParseOPML::ParseXMLTree(XmlNode node) {
 void CParseOPML::ProcessElementNode(XmlNode node) {
   constexpr void (*kTitle)(CParseOPML&, const Element&) = Call<&CParseOPML::ProcessTitle>;
   static constexpr ScopedElement<CParseOPML> kElements[] = {
-      {kAnywhere, "head", nullptr},
-      {kAnywhere, "body", nullptr},
-      {kAnywhere, "outline", Call<&CParseOPML::ProcessOutline>},
-      {kAnywhere, "opml", Call<&CParseOPML::ProcessOpml>},
-      {kAnywhere, "title", kTitle},
-      {kAnywhere, "vsm:opml", Call<&CParseOPML::ProcessVSMOpml>},
+      {kAnywhere, "outline", Call<&CParseOPML::ProcessOutline>},  // the most frequent first
       {kAnywhere, "sx:sync", Call<&CParseOPML::ProcessSyncAttributes>},
       {kAnywhere, "vsm:stat", Call<&CParseOPML::ProcessNodeStat>},
       {kAnywhere, "vsm:view", Call<&CParseOPML::ProcessNodeView>},
+      {kAnywhere, "head", nullptr},
+      {kAnywhere, "body", nullptr},
+      {kAnywhere, "opml", Call<&CParseOPML::ProcessOpml>},
+      {kAnywhere, "title", kTitle},
+      {kAnywhere, "vsm:opml", Call<&CParseOPML::ProcessVSMOpml>},
   };
   const auto* const row = FindRow(kElements, node.Name().view());
   const bool isKnown = row && (row->read != kTitle || AtRoot());
@@ -182,12 +182,12 @@ void CParseOPML::ProcessOutline(XmlNode node) {
 
 bool CParseOPML::IsRssFeed(const XmlNode& node) {
   bool hasType = false, isRss = false, hasUrl = false;
-  ForEachAttribute(node, [&](WideView name, const WChar* value) {
+  ForEachAttribute(node, [&](WideView name, const XmlAttributes& attribute) {
     if (IsNamed(name, "xmlUrl")) hasUrl = true;
     if (!IsNamed(name, "type")) return;
-    Trace("ISFeedATTRValue=%s\n", value);
+    Trace("ISFeedATTRValue=%s\n", attribute.Value().c_str());
     hasType = true;
-    isRss = IsNamed(WideView(value), "rss");
+    isRss = IsNamed(attribute.Value().view(), "rss");
   });
   return hasType ? isRss : hasUrl;
 }

@@ -44,6 +44,13 @@ void GiveIdentity(CBaseNode* node) {
   if (!*node->GetUUID()) CBaseTool::AssignUUID(node);
 }
 
+// Gives a link its position and identity. To be called in the order of a walk: positions count
+// folders and items together, and items refer to the identities of the folders around them.
+void Prepare(RNode* link) {
+  link->item->SetOrder(chain::IsHead(link) ? 1 : link->prev->item->GetOrder() + 1);
+  if (link->type == NT_FOLDER || link->type == NT_URL) GiveIdentity(link->item);
+}
+
 }  // namespace
 
 CWriteColctRSS::~CWriteColctRSS() = default;
@@ -57,32 +64,14 @@ void CWriteColctRSS::SetColctNode(CColctNode* colct) {
 
 bool CWriteColctRSS::FillData() {
   if (!colct_ && !localRoot_) return false;
-  Prepare();
+  if (colct_) GiveIdentity(colct_);
   if (ReportsLosses()) LoseOfTree();
   BeginDocument();
   Put("<rss version=\"2.0\"" VOSMERE_ITEM_PREFIXES ">\r\n<channel>\r\n");
   if (colct_) PutChannel();
-  if (localRoot_) {
-    PutFolders();
-    PutItems();
-  }
+  if (localRoot_) PutTree();
   Put("</channel>\r\n</rss>");
   return true;
-}
-
-// This must come before writing: items refer to the identities of folders, and positions count
-// folders and items together although they are written separately.
-void CWriteColctRSS::Prepare() {
-  if (colct_) GiveIdentity(colct_);
-  if (!localRoot_) return;
-  WalkBelow(
-      localRoot_,
-      [](RNode* link) {
-        link->item->SetOrder(chain::IsHead(link) ? 1 : link->prev->item->GetOrder() + 1);
-        if (link->type == NT_FOLDER || link->type == NT_URL) GiveIdentity(link->item);
-        return link->type == NT_FOLDER;
-      },
-      [](RNode*) {});
 }
 
 // Reports what reading does not restore; rss_reader.h has the list.
@@ -94,6 +83,7 @@ void CWriteColctRSS::LoseOfTree() {
   WalkBelow(
       localRoot_,
       [&](RNode* link) {
+        Prepare(link);
         if (link->type == NT_URL)
           LoseOfItem(static_cast<const CUrlNode&>(*link->item));
         else if (link->type != NT_FOLDER && link->item)
@@ -175,22 +165,32 @@ void CWriteColctRSS::PutGenerator() {
   Put("\n</generator>\r\n");
 }
 
-// Folders.
-
-void CWriteColctRSS::PutFolders() {
+// All folders come before the items, but one walk makes both: each walk over a large tree takes as
+// long as writing a third of it, because it waits for memory.
+void CWriteColctRSS::PutTree() {
+  const PubDateFormat dates;
+  OwnedPointer<CChunkBuffer> items(new CChunkBuffer);
   WalkBelow(
       localRoot_,
-      [this](RNode* link) {
-        if (link->type != NT_FOLDER) return false;
-        BeginFolder(static_cast<CFolderNode&>(*link->item));
-        return true;
+      [&](RNode* link) {
+        Prepare(link);
+        if (link->type == NT_FOLDER) BeginFolder(static_cast<CFolderNode&>(*link->item));
+        if (link->type != NT_URL) return link->type == NT_FOLDER;
+        SwapBuffer(items);
+        auto& item = static_cast<CUrlNode&>(*link->item);
+        if (!IsLeftOut(item)) PutItem(item, link->parent, dates);
+        SwapBuffer(items);
+        return false;
       },
       [this](RNode* link) {
         if (link->type != NT_FOLDER) return;
         Unnest();
         Put("</vsm:folder>\r\n");
       });
+  PutAside(*items);
 }
+
+// Folders.
 
 void CWriteColctRSS::BeginFolder(CFolderNode& folder) {
   Nest(3);  // the elements rss and channel, and those inside a folder
@@ -210,20 +210,6 @@ void CWriteColctRSS::PutOrder(const CBaseNode& item) {
 }
 
 // Items.
-
-void CWriteColctRSS::PutItems() {
-  const PubDateFormat dates;
-  WalkBelow(
-      localRoot_,
-      [&](RNode* link) {
-        if (link->type == NT_URL) {
-          auto& item = static_cast<CUrlNode&>(*link->item);
-          if (!IsLeftOut(item)) PutItem(item, link->parent, dates);
-        }
-        return link->type == NT_FOLDER;
-      },
-      [](RNode*) {});
-}
 
 bool CWriteColctRSS::IsLeftOut(const CUrlNode& item) const {
   if (!item.HasCheckedIn(nullptr)) return false;

@@ -15,8 +15,8 @@ class PubDateFormat;
 /// then all items, each with a reference to its folder. Children of other kinds are left out. Trees
 /// of any depth are written. CReadBkmarkXML (rss_reader.h) reads the document back.
 ///
-/// Writing changes the tree, before the first byte is written: the order of every child is set to
-/// its position, counted from 1, and folders, items and the collection get an identity if they have
+/// Writing changes the tree, when the document is generated: the order of every child is set to its
+/// position, counted from 1, and folders, items and the collection get an identity if they have
 /// none.
 ///
 /// An item that was checked in and then deleted is left out. An item without an author is written
@@ -49,17 +49,15 @@ class VOSMERE_API CWriteColctRSS : public CWriteItems {
   bool FillData() override;
 
  private:
-  void Prepare();
   void LoseOfTree();
   void LoseOfColct(const CColctNode& colct);
   void LoseOfFolder(const RNode& link);
   void LoseOfItem(const CUrlNode& item);
   void PutChannel();
   void PutGenerator();
-  void PutFolders();
+  void PutTree();
   void BeginFolder(CFolderNode& folder);
   void PutOrder(const CBaseNode& item);
-  void PutItems();
   bool IsLeftOut(const CUrlNode& item) const;
   void PutItem(CUrlNode& item, RNode* parent, const PubDateFormat& dates);
   void PutLink(const CUrlNode& item);

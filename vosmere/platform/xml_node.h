@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "vosmere/base/export.h"
+#include "vosmere/base/owned_text.h"
 #include "vosmere/base/system_string.h"
 #include "vosmere/base/wide_view.h"
 
@@ -20,8 +22,8 @@ enum XmlNodeType : int {
   kXmlComment = 8,
 };
 
-/// A null-terminated text from a document. It is either borrowed from the document's memory or a
-/// system string that this object owns; it is valid while both this object and the document exist.
+/// A null-terminated text from a document. It is either borrowed from the document's memory or held
+/// by this object; it is valid while both this object and the document exist.
 class XmlText {
  public:
   XmlText() = default;
@@ -29,17 +31,35 @@ class XmlText {
   explicit XmlText(WideView borrowed) : view_(borrowed) {}
   /// Takes ownership of a system string; null is the empty text.
   explicit XmlText(BSTR owned) : view_(owned, SysStringLen(owned)), owned_(owned) {}
-  XmlText(XmlText&& other) noexcept : view_(other.view_), owned_(other.owned_) {
-    other.view_ = {};
-    other.owned_ = nullptr;
-  }
+  XmlText(XmlText&& other) noexcept { *this = std::move(other); }
   XmlText& operator=(XmlText&& other) noexcept {
-    std::swap(view_, other.view_);
-    std::swap(owned_, other.owned_);
+    if (this == &other) return *this;
+    Free();
+    view_ = std::exchange(other.view_, {});
+    owned_ = std::exchange(other.owned_, nullptr);
+    if (view_.data == other.room_) {
+      std::memcpy(room_, other.room_, (view_.size + 1) * sizeof(WChar));
+      view_.data = room_;
+    }
     return *this;
   }
-  ~XmlText() {
-    if (owned_) SysFreeString(owned_);
+  ~XmlText() { Free(); }
+
+  /// Makes this a borrowed text, like the constructor.
+  void Borrow(WideView borrowed) {
+    Free();
+    view_ = borrowed;
+  }
+  /// Makes this a text of its own with `length` code units, which the caller fills. Throws
+  /// std::bad_alloc.
+  WChar* Make(std::size_t length) {
+    Free();
+    owned_ = length < kRoom ? nullptr : SysAllocStringLen(nullptr, length);
+    WChar* const text = length < kRoom ? room_ : owned_;
+    if (!text) detail::ThrowNoMemory();
+    text[length] = 0;
+    view_ = {text, length};
+    return text;
   }
 
   /// The text with its length.
@@ -49,10 +69,16 @@ class XmlText {
   bool empty() const { return view_.empty(); }
 
  private:
+  void Free() {
+    if (owned_) SysFreeString(std::exchange(owned_, nullptr));
+  }
+
   static constexpr WChar kEmpty[1] = {0};
+  static constexpr std::size_t kRoom = 250;
 
   WideView view_;
   BSTR owned_ = nullptr;
+  WChar room_[kRoom];  // for a short text, so that most need no allocation
 };
 
 /// A handle to a node of a loaded document, cheap to copy and valid while the document exists.
@@ -87,6 +113,8 @@ class VOSMERE_API XmlNode {
   /// The first child and the next sibling; a null handle when there is none.
   XmlNode FirstChild() const;
   XmlNode NextSibling() const;
+  /// Makes this the next sibling, which is faster.
+  void Advance();
 
  private:
   friend class XmlAttributes;
@@ -125,14 +153,14 @@ class VOSMERE_API XmlAttributes {
   /// reports another type.
   bool HasTextValue() const { return hasTextValue_; }
   /// The value of the current attribute; valid until the next call of Next.
-  const XmlText& Value() const { return value_; }
+  const XmlText& Value() const;
 
  private:
   void* attributes_ = nullptr;
   int index_ = 0;
   int count_ = 0;
   XmlText name_;
-  XmlText value_;
+  mutable XmlText value_;
   bool hasTextValue_ = false;
 };
 

@@ -15,12 +15,8 @@ CChunkBuffer::~CChunkBuffer() {
 
 bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
   const std::int64_t total = Total() + length;
-  // Counts the refused bytes and leaves no room, so that all later appends come here and are
-  // refused as well.
   if (total >= kLimit) {
-    constexpr std::int64_t kMost = std::numeric_limits<LONG>::max();
-    before_ = static_cast<LONG>(std::min(total, kMost)) - LastUsed();
-    end_ = at_;
+    Refuse(total);
     return false;
   }
   // Even for 0 bytes, so that the buffer differs from one that nothing was appended to.
@@ -34,6 +30,30 @@ bool CChunkBuffer::AppendInParts(const char* bytes, int length) {
     length -= part;
   }
   return true;
+}
+
+// Counts the refused bytes and leaves no room, so that all later appends come to AppendInParts and
+// are refused as well.
+void CChunkBuffer::Refuse(std::int64_t total) {
+  constexpr std::int64_t kMost = std::numeric_limits<LONG>::max();
+  before_ = static_cast<LONG>(std::min(total, kMost)) - LastUsed();
+  end_ = at_;
+}
+
+void CChunkBuffer::Take(CChunkBuffer& other) {
+  const std::int64_t total = Total() + other.Total();
+  if (total >= kLimit) {
+    Refuse(total);
+    other.Clear();
+  }
+  if (!other.head_) return;
+  if (tail_) tail_->used = LastUsed();
+  before_ = static_cast<LONG>(total) - other.LastUsed();
+  (tail_ ? tail_->next : head_) = std::exchange(other.head_, nullptr);
+  tail_ = other.tail_;
+  at_ = other.at_;
+  SetEnd();
+  other.Clear();
 }
 
 LONG CChunkBuffer::Get(Chunk** head) const {
@@ -73,8 +93,13 @@ void CChunkBuffer::NewChunk() {
   (tail_ ? tail_->next : head_) = chunk;
   tail_ = chunk;
   at_ = data;
-  // Ends the room below the limit, so that the fast path of Append need not check it.
-  end_ = data + std::min(kChunkSize, kLimit - 1 - before_);
+  SetEnd();
+}
+
+// Ends the room of the last chunk below the limit, so that the fast path of Append need not check
+// it.
+void CChunkBuffer::SetEnd() {
+  end_ = tail_->data + std::min(kChunkSize, kLimit - 1 - before_);
 }
 
 }  // namespace vosmere

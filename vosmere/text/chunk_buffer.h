@@ -52,6 +52,10 @@ class VOSMERE_API CChunkBuffer {
   char* Room(int length) const { return length <= end_ - at_ ? at_ : nullptr; }
   void Use(int length) { at_ += length; }
 
+  /// Moves the chunks of another buffer, which is empty then, to the end of this one, without
+  /// copying them. If the total would reach kLimit, the chunks are freed and count as refused.
+  void Take(CChunkBuffer& other);
+
   /// Stores the first chunk and returns the total of all appends, refused ones included, at most
   /// the largest LONG. If the buffer has no chunk, returns 0 and does not change `*head`. The
   /// chunks stay owned by the buffer, and their `used` is valid until the next append.
@@ -65,9 +69,11 @@ class VOSMERE_API CChunkBuffer {
 
  private:
   bool AppendInParts(const char* bytes, int length);
+  void Refuse(std::int64_t total);
   void NewChunk();
   int LastUsed() const { return tail_ ? static_cast<int>(at_ - tail_->data) : 0; }
   std::int64_t Total() const { return std::int64_t{before_} + LastUsed(); }
+  void SetEnd();
 
   LONG before_ = 0;  // the total without the bytes in the last chunk
   Chunk* head_ = nullptr;

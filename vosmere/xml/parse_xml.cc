@@ -32,8 +32,7 @@ void CParseXML::GoThroughChildNodes(XmlNode node) {
   const Level level(depth_);
   OnEnterNode(node);
   if (node.Type() == kXmlElement) ProcessElementNode(node);
-  for (XmlNode child = node.FirstChild(); child; child = child.NextSibling())
-    GoThroughChildNodes(child);
+  for (XmlNode child = node.FirstChild(); child; child.Advance()) GoThroughChildNodes(child);
   OnLeaveNode(node);
 }
 

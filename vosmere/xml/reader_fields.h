@@ -13,7 +13,11 @@
 //     });
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -58,11 +62,37 @@ inline bool IsNamedNoCase(WideView text, std::string_view name) {
 struct RowName {
   std::string_view text;
   bool isBeginning = false;
+  /// Whether these are the first and the last code units of a name, four of each: all of it.
+  bool isWhole = false;
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
 
-  constexpr RowName(const char* name) : text(name) {}
+  constexpr RowName(const char* name) : text(name) {
+    if (text.size() < 4) return;
+    isWhole = text.size() <= 8;
+    begin = FourUnits(text);
+    end = FourUnits(text.substr(text.size() - 4));
+  }
 
+  /// Looks at the end first: it differs more often than the beginning, which may be a prefix.
   bool Matches(WideView name) const {
-    return isBeginning ? BeginsWithNoCase(name, text) : IsNamed(name, text);
+    if (isBeginning) return BeginsWithNoCase(name, text);
+    if (name.size != text.size()) return false;
+    if (name.size < 4) return IsNamed(name, text);
+    return FourUnits(name.end() - 4) == end && FourUnits(name.data) == begin &&
+           (isWhole || IsNamed(name, text));
+  }
+
+ private:
+  static constexpr std::uint64_t FourUnits(std::string_view text) {
+    std::array<WChar, 4> units = {};
+    for (std::size_t i = 0; i < 4; ++i) units[i] = static_cast<unsigned char>(text[i]);
+    return std::bit_cast<std::uint64_t>(units);
+  }
+  static std::uint64_t FourUnits(const WChar* text) {
+    std::uint64_t units;
+    std::memcpy(&units, text, sizeof units);
+    return units;
   }
 };
 
@@ -189,15 +219,18 @@ inline bool IsRootNamed(const XmlNode& root, std::string_view name) {
 }
 
 /// Calls `visit(WideView name, const WChar* value)` for every attribute, in document order. An
-/// attribute whose value is not a text is traced and skipped.
+/// attribute whose value is not a text is traced and skipped. A visitor that needs few of the
+/// values may take `const XmlAttributes&` instead.
 template <class Visit>
 void ForEachAttribute(const XmlNode& element, Visit visit) {
   for (XmlAttributes attributes(element); attributes.Next();) {
     const XmlText& name = attributes.Name();
-    if (attributes.HasTextValue())
-      visit(name.view(), attributes.Value().c_str());
-    else
+    if (!attributes.HasTextValue())
       Trace("Value is not BSTR  %s\n", name.c_str());
+    else if constexpr (std::is_invocable_v<Visit, WideView, const XmlAttributes&>)
+      visit(name.view(), attributes);
+    else
+      visit(name.view(), attributes.Value().c_str());
   }
 }
 

@@ -182,7 +182,7 @@ class ScopeReader {
     while (!open_.empty()) {
       const XmlNode node = open_.back().next;
       if (node) {
-        open_.back().next = node.NextSibling();
+        open_.back().next.Advance();
         if (node.Type() == kXmlElement)
           Read(node);
         else if (report_)

@@ -253,6 +253,11 @@ class VOSMERE_API CWriteXML {
   /// The same for a short attribute value. `utf8` must have room for 6 bytes per code unit.
   bool EscapeShort(WideView value, char* utf8, int* length);
 
+  /// What is put while `aside` is swapped in goes there instead of to the document, and PutAside
+  /// appends it: for a part that is made before, or together with, one that comes first.
+  void SwapBuffer(OwnedPointer<CChunkBuffer>& aside) { std::swap(buffer_, aside); }
+  void PutAside(CChunkBuffer& aside) { buffer_->Take(aside); }
+
   /// Runs a part of the writing. If it throws, or loses a text because memory runs out (LostTexts),
   /// the document is marked as incomplete and is never saved.
   template <class Work>

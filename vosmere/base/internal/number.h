@@ -25,7 +25,7 @@ constexpr const Unit* ReadNumber(const Unit* text, const Unit* end, LONG* value)
   std::uint64_t magnitude = 0;
   for (; text != end && ascii::IsDigit(*text); ++text) magnitude = magnitude * 10 + (*text - '0');
   constexpr std::uint64_t kLimit = std::numeric_limits<LONG>::max();
-  if (text - digits > 9) {  // may not fit into 32 bits, or even have wrapped
+  if (magnitude > kLimit || text - digits > 19) {  // 20 digits may have wrapped
     magnitude = 0;
     for (const Unit* digit = digits; digit != text; ++digit)
       magnitude = std::min(magnitude * 10 + (*digit - '0'), kLimit + 1);

@@ -23,8 +23,8 @@ class XmlDocument {
   void LoadFile(const WChar* path);
   /// Loads null-terminated UTF-16. An encoding declared in the text is ignored.
   void LoadText(const WChar* text);
-  /// Loads bytes. The encoding is determined by their byte-order mark, or else by their
-  /// declaration.
+  /// Loads bytes, which must stay as they are as long as this object. The encoding is determined by
+  /// their byte-order mark, or else by their declaration.
   void LoadBytes(const char* bytes, int length);
 
   /// The root element; a null handle only before a load.

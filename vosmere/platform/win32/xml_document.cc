@@ -320,6 +320,14 @@ XmlAttributes::~XmlAttributes() {
   if (attributes_) static_cast<IXMLDOMNamedNodeMap*>(attributes_)->Release();
 }
 
+void XmlNode::Advance() {
+  *this = NextSibling();
+}
+
+const XmlText& XmlAttributes::Value() const {
+  return value_;
+}
+
 bool XmlAttributes::Next() {
   if (index_ == count_) return false;
   Counted<IXMLDOMNode> attribute;

@@ -45,6 +45,20 @@ TEST(PlainXml, StaysSoWhateverHappensToADocument) {
   EXPECT_GT(taken, 1000);
 }
 
+TEST(PlainXml, HasNamesAndValuesOfEveryLength) {
+  std::string document = "<r>";
+  for (std::size_t length = 0; length < 36; ++length)
+    for (const auto* const special :
+         {"", "\n", "\r\n", "\r", "&amp;", "]", "\xC3\xA9", "\xE4\xB8\xAD"})
+      for (const std::size_t at : {std::size_t{0}, length / 2, length}) {
+        const std::string text = std::string(length, 'x').insert(at, special);
+        const std::string name(length + 1, 'n');
+        document += "<" + name + " b='" + text + "' " + name + "=\"" + text + "\">" + text + "</" +
+                    name + ">";
+      }
+  EXPECT_TRUE(IsTaken(document + "</r>"));
+}
+
 TEST(PlainXml, LeavesToTheParserWhatItDoesNotKnow) {
   for (const auto& row : TestTable("conformance.txt")) IsTaken(row[1]);
   const std::string megabyte(1024 * 1024, ' ');

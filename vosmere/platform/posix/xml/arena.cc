@@ -12,25 +12,18 @@
 
 #include "vosmere/platform/internal/element_path.h"
 #include "vosmere/platform/posix/utf8.h"
+#include "vosmere/platform/posix/xml/tame_bytes.h"
 
 namespace vosmere::posix {
 namespace {
 
 constexpr std::size_t kFirstBlock = std::size_t{16} * 1024;
 constexpr std::size_t kHugePage = std::size_t{2} * 1024 * 1024;
-constexpr std::size_t kLargestBlock = 4 * kHugePage;
-constexpr std::size_t kAlignment = alignof(XmlRecord);
-
-constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
-
-constexpr std::size_t Aligned(std::size_t size) {
-  return (size + kAlignment - 1) & ~(kAlignment - 1);
-}
+constexpr std::size_t kLargestBlock = 2 * kHugePage;
 
 // Large blocks ask for huge pages, because the page faults of small ones cost more than filling
-// them. The alignment leaves a gap of up to one huge page before each block, so the largest blocks
-// are several pages long.
-char* NewBlock(std::size_t size) {
+// them.
+char* AllocateBlock(std::size_t size) {
   const bool large = size >= kHugePage;
   void* block = large ? nullptr : std::malloc(size);
   if (large && ::posix_memalign(&block, kHugePage, size) != 0) block = nullptr;
@@ -39,47 +32,39 @@ char* NewBlock(std::size_t size) {
   return static_cast<char*>(block);
 }
 
-/// The first eight bytes of a text as a number; for a shorter text, a number that depends on all of
-/// it.
+/// The first eight bytes of a text as a number; a shorter text is followed by zeros.
 std::uint64_t Load(std::string_view text) {
-  const auto load = [](const char* from, auto value) {
-    std::memcpy(&value, from, sizeof value);
-    return std::uint64_t{value};
-  };
-  const std::size_t size = text.size();
-  const char* const data = text.data();
-  if (size >= 8) return load(data, std::uint64_t{});
-  if (size >= 4) return load(data, std::uint32_t{}) | load(data + size - 4, std::uint32_t{}) << 32;
-  if (size == 0) return 0;
-  using Byte = unsigned char;
-  return load(data, Byte{}) | load(data + size / 2, Byte{}) << 8 |
-         load(data + size - 1, Byte{}) << 16;
+  std::uint64_t value = 0;
+  std::memcpy(&value, text.data(), std::min(text.size(), sizeof value));
+  return value;
 }
 
 }  // namespace
 
-void* XmlArena::Allocate(std::size_t size) {
-  size = Aligned(size);
-  if (static_cast<std::size_t>(end_ - at_) < size) {
-    // Blocks double in size up to a limit: a small document takes little memory, a large one takes
-    // few blocks.
-    const std::size_t block = std::max(
-        size, std::min(kFirstBlock << std::min<std::size_t>(blocks_.size(), 16), kLargestBlock));
-    at_ = (blocks_.emplace_back() = Block(NewBlock(block))).get();
-    end_ = at_ + block;
-  }
-  return std::exchange(at_, at_ + size);
+void XmlValue::CopyTo(WChar* to) const {
+  if (isWide)
+    std::copy_n(static_cast<const WChar*>(text), size, to);
+  else
+    Widen(static_cast<const char*>(text), size, to);
+}
+
+// Blocks double in size up to a limit: a small document takes little memory, a large one takes few
+// blocks, the last of which is mostly used.
+void XmlArena::NewBlock(std::size_t size) {
+  const std::size_t block = std::max(
+      size, std::min(kFirstBlock << std::min<std::size_t>(blocks_.size(), 16), kLargestBlock));
+  at_ = (blocks_.emplace_back() = Block(AllocateBlock(block))).get();
+  end_ = at_ + block;
 }
 
 XmlRecord* XmlArena::NewElement(const XmlName* name, std::uint32_t attributeCount) {
-  void* const memory =
-      Allocate(sizeof(XmlRecord) + std::size_t{attributeCount} * sizeof(XmlAttributeRecord));
-  return new (memory) XmlRecord{nullptr, nullptr, name, {.attributeCount = attributeCount}};
+  void* const memory = Allocate(sizeof(XmlRecord) + std::size_t{attributeCount} * sizeof(XmlValue));
+  return new (memory) XmlRecord{nullptr, name, {.element = {nullptr, attributeCount}}};
 }
 
 XmlRecord* XmlArena::NewNode(const XmlName* name, XmlValue value) {
   void* const memory = Allocate(sizeof(XmlRecord));
-  return new (memory) XmlRecord{nullptr, nullptr, name, {.value = value}};
+  return new (memory) XmlRecord{nullptr, name, {.value = value}};
 }
 
 XmlValue XmlArena::NewValue(const char* utf8, std::size_t length) {
@@ -89,18 +74,15 @@ XmlValue XmlArena::NewValue(const char* utf8, std::size_t length) {
 
 WChar* XmlArena::BeginValue(std::size_t capacity) {
   if (capacity > std::numeric_limits<int>::max() / 2) throw std::bad_alloc();
-  void* const memory = Allocate(kLengthSize + (capacity + 1) * sizeof(WChar));
-  return reinterpret_cast<WChar*>(static_cast<char*>(memory) + kLengthSize);
+  return static_cast<WChar*>(Allocate((capacity + 1) * sizeof(WChar)));
 }
 
 XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
   *end = 0;
+  at_ = reinterpret_cast<char*>(begin);  // memory that the value does not need is used again
   const auto units = static_cast<std::uint32_t>(end - begin);
-  char* const memory = reinterpret_cast<char*>(begin) - kLengthSize;
-  std::memcpy(memory, &units, kLengthSize);
-  // Memory that the value does not need is used again.
-  at_ = memory + Aligned(kLengthSize + (units + std::size_t{1}) * sizeof(WChar));
-  return {begin};
+  Allocate((units + std::size_t{1}) * sizeof(WChar));
+  return {begin, units, true, 0};
 }
 
 // Documents repeat themselves. Usually a name follows the same name as last time, which saves the
@@ -108,23 +90,26 @@ XmlValue XmlArena::EndValue(WChar* begin, WChar* end) {
 XmlName* XmlNames::Intern(std::string_view name, int type) {
   const std::size_t size = name.size();
   const Key key = {Load(name), size > 8 ? Load(name.substr(size - 8)) : 0, size};
-  Entry* const expected = last_ ? last_->next : nullptr;
-  if (expected && expected->Is(key, name, type)) {
-    last_ = expected;
-  } else {
-    Entry& found = Find(key, name, type);
-    if (last_) last_->next = &found;
-    last_ = &found;
-  }
-  return &last_->name;
+  Entry* const expected = last_ ? last_->next[0] : nullptr;
+  return Follow(expected && expected->Is(key, name, type) ? *expected : Find(key, name, type));
 }
 
 XmlNames::Entry& XmlNames::Find(const Key& key, std::string_view name, int type) {
   const std::uint64_t hash = Hash(key, name);
   Entry*& slot = Slot(hash, key, name, type);
   if (slot) return *slot;
-  const WideView text = arena_.NewValue(name.data(), name.size()).view();
-  Entry& entry = names_.emplace_back(Entry{key, hash, std::string(name), {text, type}});
+  const XmlValue text = arena_.NewValue(name.data(), name.size());
+  Entry& entry = names_.emplace_back(Entry{key, hash, std::string(name), {}});
+  const std::size_t colon = name.find(':');
+  entry.name = {{static_cast<const WChar*>(text.text), text.size},
+                entry.bytes,
+                this,
+                static_cast<std::uint32_t>(size()),
+                type,
+                0,
+                colon == name.npos ? 0 : colon};
+  byNumber_.push_back(&entry.name);
+  std::memset(&entry.mask, 0xFF, std::min(name.size(), sizeof entry.mask));
   slot = &entry;
   if (names_.size() * 2 > slots_.size()) Grow();
   return entry;
@@ -161,21 +146,11 @@ void XmlNames::Grow() {
   for (Entry& entry : names_) Slot(entry.hash, entry.key, entry.bytes, entry.name.type) = &entry;
 }
 
-void XmlGrowth::Add(XmlRecord* node) {
-  if (open_.empty()) {
-    tree_.arena.root = node;
-    return;
-  }
-  Parent& parent = open_.back();
-  (parent.lastChild ? parent.lastChild->next : parent.element->firstChild) = node;
-  parent.lastChild = node;
-}
-
 void XmlGrowth::StorePath(DocumentError* error) const {
   for (std::size_t i = open_.size(); i-- > 0;) {
     const XmlRecord* const element = open_[i].element;
     std::size_t position = 1;
-    for (const XmlRecord* sibling = i > 0 ? open_[i - 1].element->firstChild : element;
+    for (const XmlRecord* sibling = i > 0 ? open_[i - 1].element->element.firstChild : element;
          sibling != element; sibling = sibling->next)
       if (sibling->name == element->name) ++position;
     if (!PrecedeElement(error, element->name->text, position)) return;

@@ -38,6 +38,8 @@ constexpr int kMostNames = 50000;
 constexpr std::size_t kMostTreeNames = std::size_t{3} * kMostNames;
 constexpr int kAttributeFields = 5;  // pointers that libxml2 keeps and passes for each attribute
 constexpr int kNamespaceFields = 2;
+// Bytes that count for an attribute besides its value when its default is expanded.
+constexpr std::size_t kAttributeCost = 16;
 
 /// The text for DocumentError::reason.
 const char* ReasonFor(DocumentFault fault) {
@@ -342,19 +344,22 @@ void Builder::StartElement(const xmlChar* local, const xmlChar* prefix, int name
   XmlArena& arena = tree_.arena;
   XmlRecord* const element =
       arena.NewElement(Intern(prefix, local, kXmlElement), namespaceCount + attributeCount);
-  auto* record = const_cast<XmlAttributeRecord*>(element->attributes());
+  auto* record = const_cast<XmlValue*>(element->attributes());
+  const auto add = [&](const XmlName* name, const char* value, std::size_t length) {
+    *record = arena.NewValue(value, length);
+    record++->attribute = name->number;
+  };
   for (int i = 0; i < namespaceCount; ++i, namespaces += 2) {
     const xmlChar* const declared = namespaces[0];
     const char* const uri = namespaces[1] ? Chars(namespaces[1]) : "";
-    *record++ = {Intern(declared ? kXmlns : nullptr, declared ? declared : kXmlns, kXmlAttribute),
-                 arena.NewValue(uri, std::strlen(uri))};
+    add(Intern(declared ? kXmlns : nullptr, declared ? declared : kXmlns, kXmlAttribute), uri,
+        std::strlen(uri));
   }
   std::size_t defaulted = 0;
   for (int i = 0; i < attributeCount; ++i, attributes += kAttributeFields) {
     const auto length = static_cast<std::size_t>(attributes[4] - attributes[3]);
-    *record++ = {Intern(attributes[1], attributes[0], kXmlAttribute),
-                 arena.NewValue(Chars(attributes[3]), length)};
-    if (i >= attributeCount - defaultedCount) defaulted += length + sizeof(XmlAttributeRecord);
+    add(Intern(attributes[1], attributes[0], kXmlAttribute), Chars(attributes[3]), length);
+    if (i >= attributeCount - defaultedCount) defaulted += length + kAttributeCost;
   }
   if (defaulted > 0) Check(budget_.Spend(defaulted, bytesRead_));
   growth_.Add(element);

@@ -1,7 +1,8 @@
 // XmlDocument, XmlNode and XmlAttributes over the tree in the arena.
 #include "vosmere/platform/internal/xml_document.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
@@ -15,9 +16,9 @@
 
 namespace vosmere {
 
-using posix::XmlAttributeRecord;
 using posix::XmlRecord;
 using posix::XmlTree;
+using posix::XmlValue;
 
 struct XmlNodeHandle {
   static const XmlRecord* Record(const XmlNode& node) {
@@ -37,25 +38,32 @@ const XmlRecord* Record(void* handle) {
   return static_cast<const XmlRecord*>(handle);
 }
 
+/// Has the processor fetch what the walk comes to soon: records lie in the order of the walk.
+void FetchAhead(const XmlRecord* record) {
+  constexpr std::uintptr_t kAhead = 1024;
+  __builtin_prefetch(
+      reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(record) + kAhead));
+}
+
 bool IsCharacters(const XmlRecord* node) {
   return node->name->type == kXmlText || node->name->type == kXmlCData;
 }
 
 /// Collects all text below `node` in document order and returns its length. It keeps a list instead
 /// of recursing, so that deep nesting cannot overflow the stack.
-std::size_t GatherText(const XmlRecord* node, std::vector<WideView>& pieces) {
+std::size_t GatherText(const XmlRecord* node, std::vector<XmlValue>& pieces) {
   std::size_t length = 0;
   std::vector<const XmlRecord*> following;  // the next siblings of the open elements
-  for (node = node->firstChild; node || !following.empty();) {
+  for (node = node->element.firstChild; node || !following.empty();) {
     if (!node) {
       node = following.back();
       following.pop_back();
     } else if (node->name->type == kXmlElement) {
       following.push_back(node->next);
-      node = node->firstChild;
+      node = node->element.firstChild;
     } else {
       if (IsCharacters(node)) {
-        pieces.push_back(node->value.view());
+        pieces.push_back(node->value);
         length += pieces.back().size;
       }
       node = node->next;
@@ -81,15 +89,32 @@ std::unique_ptr<XmlTree> LoadTree(std::optional<std::string_view> whole, posix::
 std::unique_ptr<XmlTree> LoadTree(posix::XmlSource&& source, const char* encoding,
                                   bool keepsPlaces) {
   posix::ReadAhead ahead(source);
-  return LoadTree(ahead.Whole(), ahead, encoding, keepsPlaces);
+  std::unique_ptr<XmlTree> tree = LoadTree(ahead.Whole(), ahead, encoding, keepsPlaces);
+  tree->bytes = ahead.Detach();
+  return tree;
 }
 
-XmlText Joined(const std::vector<WideView>& pieces, std::size_t length) {
-  const BSTR joined = SysAllocStringLen(nullptr, length);
-  if (!joined) throw std::bad_alloc();
-  WChar* at = joined;
-  for (const WideView piece : pieces) at = std::copy(piece.begin(), piece.end(), at);
-  return XmlText(joined);
+XmlText Joined(const std::vector<XmlValue>& pieces, std::size_t length) {
+  XmlText joined;
+  WChar* at = joined.Make(length);
+  for (const XmlValue& piece : pieces) {
+    piece.CopyTo(at);
+    at += piece.size;
+  }
+  return joined;
+}
+
+void Assign(XmlText& text, const XmlValue& value) {
+  if (value.isWide)
+    text.Borrow(WideView(static_cast<const WChar*>(value.text), value.size));
+  else
+    value.CopyTo(text.Make(value.size));
+}
+
+XmlText TextOf(const XmlValue& value) {
+  XmlText text;
+  Assign(text, value);
+  return text;
 }
 
 }  // namespace
@@ -137,37 +162,50 @@ XmlText XmlNode::Name() const {
 
 XmlText XmlNode::Text() const {
   const XmlRecord* const node = Record(handle_);
-  if (node->name->type != kXmlElement) return XmlText(node->value.view());
-  const XmlRecord* const first = node->firstChild;
-  // The usual case, an element with a single text, is borrowed without copying.
-  if (first && !first->next && IsCharacters(first)) return XmlText(first->value.view());
-  std::vector<WideView> pieces;
+  if (node->name->type != kXmlElement) return TextOf(node->value);
+  const XmlRecord* const first = node->element.firstChild;
+  // The usual case, an element with a single text.
+  if (first && !first->next && IsCharacters(first)) return TextOf(first->value);
+  std::vector<XmlValue> pieces;
   const std::size_t length = GatherText(node, pieces);
   if (pieces.empty()) return XmlText();
-  return pieces.size() == 1 ? XmlText(pieces[0]) : Joined(pieces, length);
+  return pieces.size() == 1 ? TextOf(pieces[0]) : Joined(pieces, length);
 }
 
 XmlNode XmlNode::FirstChild() const {
-  return XmlNodeHandle::Make(Record(handle_)->firstChild);
+  const XmlRecord* const node = Record(handle_);
+  return XmlNodeHandle::Make(type_ == kXmlElement ? node->element.firstChild : nullptr);
 }
 
 XmlNode XmlNode::NextSibling() const {
   return XmlNodeHandle::Make(Record(handle_)->next);
 }
 
+void XmlNode::Advance() {
+  XmlRecord* const next = Record(handle_)->next;
+  handle_ = next;
+  FetchAhead(next);
+  type_ = next ? next->name->type : 0;
+}
+
 XmlAttributes::XmlAttributes(const XmlNode& element) : attributes_(element.handle_) {
-  if (element.Type() == kXmlElement) count_ = static_cast<int>(Record(attributes_)->attributeCount);
+  if (element.Type() == kXmlElement)
+    count_ = static_cast<int>(Record(attributes_)->element.attributeCount);
 }
 
 XmlAttributes::~XmlAttributes() = default;
 
 bool XmlAttributes::Next() {
   if (index_ == count_) return false;
-  const XmlAttributeRecord& attribute = Record(attributes_)->attributes()[index_++];
-  name_ = XmlText(attribute.name->text);
-  value_ = XmlText(attribute.value.view());
+  const XmlRecord* const element = Record(attributes_);
+  name_.Borrow((*element->name->names)[element->attributes()[index_++].attribute].text);
   hasTextValue_ = true;
   return true;
+}
+
+const XmlText& XmlAttributes::Value() const {
+  Assign(value_, Record(attributes_)->attributes()[index_ - 1]);
+  return value_;
 }
 
 }  // namespace vosmere

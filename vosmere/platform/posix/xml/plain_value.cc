@@ -4,33 +4,22 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "vosmere/platform/posix/utf8.h"
+#include "vosmere/platform/posix/utf8_character.h"
+#include "vosmere/platform/posix/xml/tame_bytes.h"
 
 namespace vosmere::posix {
 namespace {
-
-/// Whether some kind of value does not take this byte unchanged.
-constexpr bool IsSpecial(unsigned char byte) {
-  return (byte < 0x20) | (byte >= 0x80) | (byte == '&') | (byte == '<') | (byte == ']');
-}
 
 /// The most digits in a reference to a character. libxml2 does not accept all letters in longer
 /// ones.
 constexpr std::size_t kMostDigits = 9;
 
-constexpr int kWord = sizeof(std::uint64_t);
-
-/// Whether one of the eight bytes is special. Testing them at once is what makes this fast.
-constexpr bool HasSpecial(std::uint64_t word) {
-  constexpr std::uint64_t kOnes = 0x0101010101010101, kHighs = 0x80 * kOnes;
-  const auto hasZero = [](std::uint64_t bytes) { return (bytes - kOnes) & ~bytes; };
-  return ((word | (word - 0x20 * kOnes) | hasZero(word ^ '&' * kOnes) |
-           hasZero(word ^ '<' * kOnes) | hasZero(word ^ ']' * kOnes)) &
-          kHighs) != 0;
-}
+/// Bytes that are decoded one character at a time.
+constexpr std::size_t kShortRun = 16;
 
 /// Whether XML 1.0 allows a character.
 constexpr bool IsCharacter(unsigned code) {
@@ -55,12 +44,10 @@ class Reader {
 
  private:
   void TakePlain() {
-    for (std::uint64_t word; end_ - at_ >= kWord; at_ += kWord, out_ += kWord) {
-      std::memcpy(&word, at_, kWord);
-      if (HasSpecial(word)) break;
-      for (int i = 0; i < kWord; ++i) out_[i] = static_cast<unsigned char>(at_[i]);
-    }
-    while (at_ != end_ && !IsSpecial(*at_)) *out_++ = static_cast<unsigned char>(*at_++);
+    const char* const begin = std::exchange(at_, PassTame(at_, end_, ']'));
+    const auto length = static_cast<std::size_t>(at_ - begin);
+    Widen(begin, length, out_);
+    out_ += length;
   }
 
   bool TakeSpecial() {
@@ -104,14 +91,6 @@ class Reader {
     return true;
   }
 
-  void Put(unsigned code) {
-    if (code >= 0x10000) {
-      *out_++ = static_cast<WChar>(0xD7C0 + (code >> 10));
-      code = 0xDC00 | (code & 0x3FF);
-    }
-    *out_++ = static_cast<WChar>(code);
-  }
-
   /// Ill-formed bytes, U+FFFE and U+FFFF are not allowed. Ill-formed bytes decode to U+FFFD, so a
   /// real U+FFFD is left to libxml2 too.
   bool TakeBeyondAscii() {
@@ -119,9 +98,21 @@ class Reader {
     while (at_ != end_ && static_cast<unsigned char>(*at_) >= 0x80) ++at_;
     const auto length = static_cast<std::size_t>(at_ - begin);
     const WChar* const run = out_;
-    out_ += utf8::Decode(begin, length, out_, length);
+    if (length > kShortRun)
+      out_ += utf8::Decode(begin, length, out_, length);
+    else
+      DecodeShort(reinterpret_cast<const utf8::Byte*>(begin));
     return std::none_of(run, static_cast<const WChar*>(out_),
                         [](WChar unit) { return unit >= 0xFFFD; });
+  }
+
+  /// For an accented letter in a word, utf8::Decode would take longer to begin than this in all.
+  void DecodeShort(const utf8::Byte* in) {
+    for (const auto* const end = reinterpret_cast<const utf8::Byte*>(at_); in != end;) {
+      const utf8::Character character = utf8::DecodeOne(utf8::UpToFourBytes(in, end));
+      in += character.length;
+      utf8::Put(character.code, out_);
+    }
   }
 
   /// A character never has more code units than its reference has bytes.
@@ -131,7 +122,7 @@ class Reader {
     if (!semicolon) return false;
     const unsigned code = CodeOf(std::string_view(at_ + 1, semicolon));
     if (code == 0) return false;
-    Put(code);
+    utf8::Put(code, out_);
     at_ = semicolon + 1;
     return true;
   }

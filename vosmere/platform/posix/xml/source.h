@@ -6,9 +6,11 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/file.h"
+#include "vosmere/platform/posix/xml/arena.h"
 
 namespace vosmere::posix {
 
@@ -67,15 +69,13 @@ class ReadAhead : public XmlSource {
   /// All bytes of the source. Nothing when there are too many, when the source failed, and when
   /// they do not begin like a document in UTF-8.
   std::optional<std::string_view> Whole() const;
+  /// Gives the bytes of Whole to the caller. Nothing may be read afterwards.
+  std::unique_ptr<char, FreeBytes> Detach() { return std::move(bytes_); }
 
   int Read(char* bytes, int capacity) override;
   std::size_t Size() override { return size_; }
 
  private:
-  struct FreeBytes {
-    void operator()(char* bytes) const { std::free(bytes); }
-  };
-
   void Reserve(std::size_t capacity);
 
   XmlSource& source_;
