@@ -37,6 +37,7 @@ template <class Step>
 auto Timed(benchmark::State& state, Step step) {
   const std::clock_t start = std::clock();
   const auto result = step();
+  benchmark::DoNotOptimize(result);
   state.SetIterationTime(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
   return result;
 }
@@ -60,6 +61,7 @@ void MeasureLoad(benchmark::State& state, const std::string& document, Heap heap
     free(Timed(state, [&] { return load(document); }));
   }
   state.SetBytesProcessed(state.iterations() * document.size());
+  state.counters["peak"] = static_cast<double>(peak);
   state.counters["peak/byte"] = static_cast<double>(peak) / document.size();
 }
 
@@ -83,6 +85,7 @@ void MeasureSave(benchmark::State& state, const std::filesystem::path& path, std
     const HeapCount heap;
     save();
     state.counters["allocs"] = static_cast<double>(heap.allocations());
+    state.counters["peak"] = static_cast<double>(heap.peak());
     state.counters["peak/byte"] = static_cast<double>(heap.peak()) / bytes;
   }
   state.counters["writes"] = static_cast<double>(WriteCalls() - before);

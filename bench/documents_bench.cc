@@ -5,6 +5,7 @@
 #include "vosmere/collections/colct_item_ids_document.h"
 #include "vosmere/collections/colct_list_document.h"
 #include "vosmere/collections/colct_profile_document.h"
+#include "vosmere/cpp/own.h"
 #include "vosmere/notify/notification_document.h"
 
 namespace vosmere::bench {
@@ -317,6 +318,35 @@ struct NotificationDocument : PeerItems {
     writer.End();
   }
 };
+
+/// A notification of 500 bytes is saved to memory, where the file system does not count.
+void NotificationToMemory(benchmark::State& state) {
+  const Notification message(NotificationDocument::New());
+  for (auto _ : state) {
+    CWriteVSMNotifyMsg writer;
+    writer.SetVSMNotifyMsg(message.get());
+    ConvertedText bytes;
+    int length = 0;
+    if (!writer.GetXMLBytes(Out(bytes), &length)) state.SkipWithError("not saved");
+  }
+}
+
+void NotificationToMemoryByPeer(benchmark::State& state) {
+  const Notification message(NotificationDocument::New());
+  for (auto _ : state) {
+    xmlBuffer* const memory = xmlBufferCreate();
+    {
+      PeerWriter writer(memory);
+      writer.StartDocument();
+      NotificationDocument::WritePeer(writer, message.get());
+      if (!writer.EndDocument()) state.SkipWithError("not saved");
+    }
+    xmlBufferFree(memory);
+  }
+}
+
+BENCHMARK(NotificationToMemory)->Name("NotificationSaveBytes/vosmere");
+BENCHMARK(NotificationToMemoryByPeer)->Name("NotificationSaveBytes/libxml2");
 
 const bool kRegistered =
     RegisterDocument<ColctListDocument>() && RegisterDocument<ColctItemIdsDocument>() &&

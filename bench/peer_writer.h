@@ -15,6 +15,8 @@ namespace vosmere::bench {
 class PeerWriter {
  public:
   explicit PeerWriter(const char* path) : writer_(xmlNewTextWriterFilename(path, 0)) {}
+  /// Writes to memory that the caller owns.
+  explicit PeerWriter(xmlBuffer* memory) : writer_(xmlNewTextWriterMemory(memory, 0)) {}
   ~PeerWriter() { xmlFreeTextWriter(writer_); }
   PeerWriter(const PeerWriter&) = delete;
   PeerWriter& operator=(const PeerWriter&) = delete;

@@ -80,11 +80,13 @@ void StableSort(benchmark::State& state) {
 }
 
 BENCHMARK(Sort<true, 0>)->Name("Sort/10000 names/vosmere")->Unit(benchmark::kMillisecond);
-BENCHMARK(Sort<false, 0>)->Name("Sort/10000 names/vosmere, down")->Unit(benchmark::kMillisecond);
+BENCHMARK(Sort<false, 0>)->Name("Sort/10000 names down/vosmere")->Unit(benchmark::kMillisecond);
 BENCHMARK(StableSort)->Name("Sort/10000 names/stable_sort")->Unit(benchmark::kMillisecond);
+BENCHMARK(StableSort)->Name("Sort/10000 names down/stable_sort")->Unit(benchmark::kMillisecond);
 BENCHMARK(Sort<true, 1>)->Name("Sort/sorted/vosmere")->Unit(benchmark::kMillisecond);
 BENCHMARK(Sort<true, -1>)->Name("Sort/reversed/vosmere")->Unit(benchmark::kMillisecond);
 BENCHMARK(OnePass)->Name("Sort/sorted/one pass")->Unit(benchmark::kMillisecond);
+BENCHMARK(OnePass)->Name("Sort/reversed/one pass")->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vosmere::bench

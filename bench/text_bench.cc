@@ -130,17 +130,16 @@ void MeasureNewTexts(const std::string& name, const Text& text) {
   });
 }
 
-void MeasureDigest() {
-  const std::vector<unsigned char> data(64 * 1024, 'x');
-  const auto size = static_cast<unsigned>(data.size());
-  Measure("Md5/64KiB/vosmere", [=] {
+void MeasureDigest(const std::string& name, unsigned size) {
+  const std::vector<unsigned char> data(size, 'x');
+  Measure("Md5/" + name + "/vosmere", [=] {
     unsigned char digest[16];
     CMD5Digest md5;
     md5.Update(data.data(), size);
     md5.Final(digest);
     benchmark::DoNotOptimize(digest);
   });
-  Measure("Md5/64KiB/openssl", [=] {
+  Measure("Md5/" + name + "/openssl", [=] {
     unsigned char digest[EVP_MAX_MD_SIZE];
     EVP_Digest(data.data(), size, digest, nullptr, EVP_md5(), nullptr);
     benchmark::DoNotOptimize(digest);
@@ -155,7 +154,8 @@ void MeasureDigest() {
       MeasureConversions(name, text);
       if (length == 1000) MeasureNewTexts(name, text);
     }
-  MeasureDigest();
+  MeasureDigest("64KiB", 64 * 1024);
+  MeasureDigest("64 bytes", 64);
   return true;
 }();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 #include <limits>
+#include <map>
 #include <random>
 
 #include "tests/support/jobs.h"
@@ -85,6 +86,28 @@ TEST(TimeEventQueue, KeepsTheOrderOfAWalkFromTheTail) {
       ASSERT_EQ(list, model);
       ASSERT_EQ(List(queue).find("BROKEN"), std::string::npos) << List(queue);
     }
+  }
+}
+
+// So many that they are sorted by their bytes, into lists of all lengths, or taken from a heap.
+TEST(TimeEventQueue, KeepsTheOrderOfManyEvents) {
+  std::minstd_rand random(1);
+  std::deque<Job> jobs;
+  CTimeEventQueue queue;
+  std::multimap<std::pair<LONG, int>, CTimeEvent*> model;
+  for (int phase = 0; phase < 500; ++phase) {
+    for (auto left = random() % (phase % 9 ? 100 : 2000); left > 0; --left) {
+      const auto time = static_cast<LONG>(random() % 3000) - 1500;
+      const auto milliseconds = static_cast<int>(random() % 3);
+      queue.InsertEvent(&jobs.emplace_back(time, milliseconds));
+      model.emplace(std::pair(time, milliseconds), &jobs.back());
+    }
+    for (auto left = random() % (phase % 5 ? 100 : 2000); left > 0 && !model.empty(); --left) {
+      ASSERT_EQ(queue.GetPeepHeadEvent(), model.begin()->second) << phase;
+      model.erase(model.begin());
+      queue.RemoveHead();
+    }
+    ASSERT_EQ(queue.GetPeepHeadEvent(), model.empty() ? nullptr : model.begin()->second);
   }
 }
 

@@ -1,10 +1,12 @@
 // The two readers of dates, CKQTime and ReadDate, and what else CKQTime does.
 #include <limits>
+#include <random>
 #include <sstream>
 
 #include "tests/support/jobs.h"
 #include "tests/support/platform.h"
 #include "tests/support/test.h"
+#include "vosmere/base/ascii.h"
 #include "vosmere/text/date_reader.h"
 #include "vosmere/text/feed_date.h"
 #include "vosmere/text/toolbox.h"
@@ -43,6 +45,29 @@ TEST(Dates, AreReadByBothReaders) {
   testing::internal::CaptureStdout();
   for (const auto& row : TestTable("dates.txt"))
     EXPECT_THAT(row, ElementsAre(row[0], TimeOf(row[0].c_str()), Read(row[0])));
+  testing::internal::GetCapturedStdout();
+}
+
+/// The usual forms are read at once. A space that changes nothing, or wide units, prevent that.
+TEST(Dates, AreReadAtOnceAsByTheCharacter) {
+  const std::string usual[] = {"Sun, 06 Nov 1994 08:49:37 GMT", "Thu, 29 Feb 1996 23:59:60 +0130",
+                               "1994-11-06T08:49:37Z", "1996-02-29 24:00:00-01:30"};
+  const std::string_view odd(" 0123456789:-+,./TZtnx(\x80");
+  std::minstd_rand random(1);
+  testing::internal::CaptureStdout();
+  for (int round = 0; round < 100'000 && !HasFailure(); ++round) {
+    std::string text = usual[random() % 4];
+    for (auto left = random() % 4; left > 0; --left)
+      text[random() % text.size()] = odd[random() % odd.size()];
+    if (random() % 4 == 0) text.resize(random() % text.size());
+    Read(text);
+    const bool iso = ascii::IsDigit(text[0]);
+    if (text.size() < (iso ? 19 : 25) || (iso && text.find(' ') < 10)) continue;
+    if (iso) text.replace(19, text.npos, "?");  // the place of the zone counts
+    const std::size_t place = iso ? 11 : text.find(' ') + 1;
+    EXPECT_EQ(TimeOf(text.c_str()), TimeOf(std::string(text).insert(place, 1, ' ').c_str()))
+        << text;
+  }
   testing::internal::GetCapturedStdout();
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <atomic>
 #include <climits>
+#include <iterator>
+#include <numeric>
 #include <utility>
 
 #include "vosmere/base/chain.h"
@@ -21,6 +23,27 @@ std::int64_t Due(const CTimeEvent& event) {
   int milliseconds;
   event.GetTime(&seconds, &milliseconds);
   return (std::int64_t{seconds} << 32) + (milliseconds - std::int64_t{INT_MIN});
+}
+
+/// Sorts entries by due time, keeping equal ones in order: by one byte after the other, leaving out
+/// those in which all times agree. `room` has as many entries.
+template <class Entries>
+void SortBytes(Entries& entries, Entries& room) {
+  std::uint64_t differing = 0;
+  for (const auto& entry : entries)
+    differing |= static_cast<std::uint64_t>(entry.due ^ entries[0].due);
+  for (int shift = 0; shift < 64; shift += 8) {
+    if ((differing >> shift & 0xFF) == 0) continue;
+    const auto byte = [=](const auto& entry) {
+      // The sign bit is inverted, because negative times come first.
+      return (static_cast<std::uint64_t>(entry.due) ^ std::uint64_t{1} << 63) >> shift & 0xFF;
+    };
+    std::size_t next[256] = {};
+    for (const auto& entry : entries) ++next[byte(entry)];
+    std::exclusive_scan(std::begin(next), std::end(next), std::begin(next), std::size_t{0});
+    for (const auto& entry : entries) room[next[byte(entry)]++] = entry;
+    entries.swap(room);
+  }
 }
 
 }  // namespace
@@ -78,6 +101,7 @@ CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
 bool CTimeEventQueue::Place(CEventItem* item) {
   FollowChanges();
   item->due_ = Due(*item->event);
+  ++size_;
   if (!head_ || (disorders_ == 0 && item->due_ < head_->due_)) {
     chain::Prepend(head_, item);
     return true;
@@ -90,12 +114,11 @@ bool CTimeEventQueue::Place(CEventItem* item) {
   return PlaceFromTheEnd(item);
 }
 
-/// Adds the item to the heap. False when memory runs out.
+/// Adds the item to the pending ones. False when memory runs out.
 bool CTimeEventQueue::Postpone(CEventItem* item) {
   return UnlessNoMemory(false, [&] {
     item->order_ = ordered_++;
     pending_.push_back({item->due_, item});
-    std::push_heap(pending_.begin(), pending_.end(), Later);
     return true;
   });
 }
@@ -116,19 +139,29 @@ bool CTimeEventQueue::PlaceFromTheEnd(CEventItem* item) {
   return false;
 }
 
-/// Takes the item out of the list and keeps disorders_ correct. When the earliest pending entry is
-/// then earlier than the head, it becomes the head, so that reading the head never has to look into
-/// the heap.
+/// Takes the item out of the list and keeps disorders_ correct.
 void CTimeEventQueue::Unlink(CEventItem* item) {
   CEventItem* const next = item->next;
   disorders_ -= IsEarlierThanBefore(item) + IsEarlierThanBefore(next);
   chain::Unlink(head_, item);
   disorders_ += IsEarlierThanBefore(next);
-  if (!pending_.empty() && (!head_ || pending_.front().due < head_->due_)) {
-    chain::Prepend(head_, pending_.front().item);
-    std::pop_heap(pending_.begin(), pending_.end(), Later);
-    pending_.pop_back();
-  }
+  --size_;
+  if (!pending_.empty()) PromoteEarliest();
+}
+
+/// When the earliest pending entry is earlier than the head, it becomes the head, so that reading
+/// the head never has to look for it. While there are few pending entries compared with the list, a
+/// heap finds the earliest; moving all of them into the list takes less time when there are many.
+void CTimeEventQueue::PromoteEarliest() {
+  constexpr std::size_t kMany = 64;
+  if (pending_.size() >= std::max(kMany, size_ / 8)) return Settle();
+  while (heaped_ < pending_.size())
+    std::push_heap(pending_.begin(), pending_.begin() + ++heaped_, Later);
+  if (head_ && pending_.front().due >= head_->due_) return;
+  chain::Prepend(head_, pending_.front().item);
+  std::pop_heap(pending_.begin(), pending_.end(), Later);
+  pending_.pop_back();
+  --heaped_;
 }
 
 void CTimeEventQueue::Remove(CEventItem* item) {
@@ -158,15 +191,38 @@ void CTimeEventQueue::FollowChanges() {
 }
 
 /// Moves all pending entries to their places in the list, latest first, in a single walk from the
-/// end. Entries that are equal to an item of the list were inserted later and come after it.
+/// end. Entries that are equal to an item of the list were inserted later and come after it. Only
+/// the earliest can be earlier than the list, when the head was just taken out.
 void CTimeEventQueue::Settle() {
-  std::sort(pending_.begin(), pending_.end(), Later);
+  if (pending_.empty()) return;
+  SortPending();
+  const auto first = pending_.begin();
+  const bool isNewHead = !head_ || first->due < head_->due_;
+  if (isNewHead) chain::Prepend(head_, first->item);
   CEventItem* place = chain::Last(head_);
-  for (const Pending& entry : pending_) {
-    while (entry.due < place->due_) place = place->prev;
-    chain::InsertAfter(head_, place, entry.item);
+  for (auto entry = pending_.end(); entry != first + isNewHead;) {
+    --entry;
+    while (entry->due < place->due_) place = place->prev;
+    chain::InsertAfter(head_, place, entry->item);
   }
   pending_.clear();
+}
+
+/// Sorts the pending entries, earliest first, and leaves no heap.
+void CTimeEventQueue::SortPending() {
+  // Only the heap has lost the order of insertion. What follows it was inserted later.
+  std::sort(pending_.begin(), pending_.begin() + heaped_,
+            [](const Pending& a, const Pending& b) { return Later(b, a); });
+  heaped_ = 0;
+  constexpr std::size_t kManyForBytes = 512;
+  if (pending_.size() >= kManyForBytes && UnlessNoMemory(false, [&] {
+        std::vector<Pending> room(pending_.size());
+        SortBytes(pending_, room);
+        return true;
+      }))
+    return;
+  std::stable_sort(pending_.begin(), pending_.end(),
+                   [](const Pending& a, const Pending& b) { return a.due < b.due; });
 }
 
 /// The latest queued event that is the same job; null when there is none.

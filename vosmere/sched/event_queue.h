@@ -28,11 +28,12 @@ namespace vosmere {
 /// already, or was when that queue was destroyed, needs a further item. When memory for that runs
 /// out, the event is not queued and LostTexts counts it.
 ///
-/// Performance: events that are inserted out of order wait in a heap until they are about to become
-/// the head or the list is read, so inserting one takes logarithmic time. After the time of a
-/// queued event has changed, the next insertion walks the list once, and while the list is out of
-/// order every insertion walks it from the end. Insertions also walk from the end when memory for
-/// the heap runs out, and walk the whole list while an event is queued twice.
+/// Performance: events that are inserted out of order wait beside the list until an event is taken
+/// out or the list is read; then a heap gives the earliest, or all of them are sorted into the list
+/// when they are many. So inserting and taking out one takes logarithmic time on average. After the
+/// time of a queued event has changed, the next insertion walks the list once, and while the list
+/// is out of order every insertion walks it from the end. Insertions also walk from the end when
+/// memory for the heap runs out, and walk the whole list while an event is queued twice.
 class VOSMERE_API CTimeEventQueue : public CKQSynch {
  public:
   CTimeEventQueue() = default;
@@ -69,7 +70,7 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   virtual bool InsertAndReplaceEvent(CTimeEvent* event, CTimeEvent** replaced, bool* headChanged);
 
  private:
-  /// An entry of the heap: a queued event that has no place in the list yet.
+  /// A queued event that has no place in the list yet.
   struct Pending {
     std::int64_t due;
     CEventItem* item;
@@ -84,12 +85,16 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   void Remove(CEventItem* item);
   bool IsEarlierThanBefore(const CEventItem* item) const;
   void FollowChanges();
+  void PromoteEarliest();
   void Settle();
+  void SortPending();
   CEventItem* FindSame(CTimeEvent* event);
   bool Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced, bool* headChanged);
 
   CEventItem* head_ = nullptr;
-  std::vector<Pending> pending_;  // a heap; no entry is earlier than the head
+  std::vector<Pending> pending_;  // no entry is earlier than the head
+  std::size_t heaped_ = 0;        // entries of pending_ that are a heap; the others are as inserted
+  std::size_t size_ = 0;          // of the list and pending_
   std::uint64_t ordered_ = 0;     // the order_ of the next pending item
   std::uint64_t changes_ = 0;     // CTimeEvent::s_changes at the last insertion
   std::size_t disorders_ = 0;     // items earlier than their predecessor; if any, pending_ is empty

@@ -15,6 +15,7 @@
 #include "vosmere/base/internal/number.h"
 #include "vosmere/platform/internal/clock.h"
 #include "vosmere/text/internal/date_names.h"
+#include "vosmere/text/internal/fixed_fields.h"
 #include "vosmere/text/unicode_tool.h"
 
 namespace vosmere {
@@ -37,6 +38,11 @@ class PatternInput {
 
   /// "%2d": a sign counts towards the width, white space before it does not.
   bool Number(int width, int* value) {
+    if (width == 2 && end_ - at_ >= 2 && ascii::IsDigit(at_[0]) && ascii::IsDigit(at_[1])) {
+      *value = 10 * (at_[0] - '0') + (at_[1] - '0');  // as nearly always
+      at_ += 2;
+      return true;
+    }
     while (at_ != end_ && ascii::IsSpace(*at_)) ++at_;
     const char* const behind =
         ReadNumber(at_, at_ + std::min<std::ptrdiff_t>(width, end_ - at_), value);
@@ -68,6 +74,10 @@ constexpr std::array<Kind, 256> kKinds = [] {
   kinds[0] = Kind::kEnd;
   return kinds;
 }();
+
+Kind KindOf(char c) {
+  return kKinds[static_cast<unsigned char>(c)];
+}
 
 /// Splits a text at commas, spaces and colons. The functions return false when no token is left.
 class Tokens {
@@ -106,12 +116,11 @@ class Tokens {
   }
 
  private:
-  Kind KindHere() const { return kKinds[static_cast<unsigned char>(*at_)]; }
   void SkipSeparators() {
-    while (KindHere() == Kind::kSeparator) ++at_;
+    while (KindOf(*at_) == Kind::kSeparator) ++at_;
   }
   void SkipToken() {
-    while (KindHere() == Kind::kOfToken) ++at_;
+    while (KindOf(*at_) == Kind::kOfToken) ++at_;
   }
 
   const char* at_;
@@ -172,6 +181,41 @@ std::string_view ZoneOfDCDate(const char* text, int length) {
     while (start < length && ascii::IsDigit(text[start])) ++start;
   }
   return text + start;
+}
+
+/// "Sun, 06 Nov 1994 08:49:37" and the end of a token: the form that nearly all dates have. Reads
+/// nothing else, and only what ReadPubDate reads in the same way.
+bool ReadUsualPubDate(const char* text, int length, Tokens* tokens, FixedDate* date) {
+  if (length < FixedDate::kMailLength || !date->ReadMail(text) ||
+      KindOf(text[FixedDate::kMailLength]) == Kind::kOfToken || kDayNames.FindShort({text, 3}) < 0)
+    return false;
+  date->month = kMonthNames.FindShort({text + 8, 3}) + 1;
+  if (date->month == 0) return false;
+  *tokens = Tokens(text + FixedDate::kMailLength);
+  return true;
+}
+
+bool ReadPubDate(Tokens* tokens, FixedDate* date) {
+  int weekday;
+  if (!tokens->Name(kDayNames, "Week", &weekday) || !tokens->Number(&date->day) ||
+      !tokens->Name(kMonthNames, "Month", &date->month) || !tokens->Number(&date->year) ||
+      !tokens->Number(&date->hour) || !tokens->Number(&date->minute) ||
+      !tokens->Number(&date->second))
+    return false;
+  ++date->month;
+  return true;
+}
+
+bool ReadDCDate(PatternInput input, FixedDate* date) {
+  return input.Number(4, &date->year) && input.Literal('-') && input.Number(2, &date->month) &&
+         input.Literal('-') && input.Number(2, &date->day) && input.Any() &&
+         input.Number(2, &date->hour) && input.Literal(':') && input.Number(2, &date->minute) &&
+         input.Literal(':') && input.Number(2, &date->second);
+}
+
+LONG SecondsOf(const CKQTime& calendar, const FixedDate& date, Offset zone) {
+  return calendar.Makegmtime(date.year, date.month - 1, date.day, date.hour + zone.hours,
+                             date.minute + zone.minutes, date.second);
 }
 
 /// False for a time before 1970.
@@ -266,33 +310,27 @@ void CKQTime::TimeTToFileTime(LONG seconds, FILETIME* fileTime) {
 bool CKQTime::ParsePubDate(const char* text, LONG* seconds, int length) const {
   if (length > kLongestPubDate) return false;
   Tokens tokens(text);
-
-  int weekday, day, month, year, hour, minute, second;
-  if (!tokens.Name(kDayNames, "Week", &weekday) || !tokens.Number(&day) ||
-      !tokens.Name(kMonthNames, "Month", &month) || !tokens.Number(&year) ||
-      !tokens.Number(&hour) || !tokens.Number(&minute) || !tokens.Number(&second))
-    return false;
-  if (!IsBetween(hour, 0, 24) || !IsBetween(day, 0, 31) || !IsBetween(minute, 0, 59) ||
-      !IsBetween(second, 0, 59) || !IsBetween(year, 1970, 2038))
+  FixedDate date;
+  if (!ReadUsualPubDate(text, length, &tokens, &date) && !ReadPubDate(&tokens, &date)) return false;
+  if (!IsBetween(date.hour, 0, 24) || !IsBetween(date.day, 0, 31) ||
+      !IsBetween(date.minute, 0, 59) || !IsBetween(date.second, 0, 59) ||
+      !IsBetween(date.year, 1970, 2038))
     return false;
   Offset zone;
   ReadZone(tokens.Next(), &zone);
-  *seconds = Makegmtime(year, month, day, hour + zone.hours, minute + zone.minutes, second);
+  *seconds = SecondsOf(*this, date, zone);
   return true;
 }
 
 bool CKQTime::ParseDCDate(const char* text, LONG* seconds, int length) const {
   if (length < kDCDateWithoutZone) return false;
-  PatternInput input({text, static_cast<std::size_t>(length)});
-  int year, month, day, hour, minute, second;
-  if (!input.Number(4, &year) || !input.Literal('-') || !input.Number(2, &month) ||
-      !input.Literal('-') || !input.Number(2, &day) || !input.Any() || !input.Number(2, &hour) ||
-      !input.Literal(':') || !input.Number(2, &minute) || !input.Literal(':') ||
-      !input.Number(2, &second))
+  FixedDate date;
+  if ((!date.ReadIso(text) || text[10] == 0) &&
+      !ReadDCDate(PatternInput({text, static_cast<std::size_t>(length)}), &date))
     return false;
   Offset zone;
   ReadZone(ZoneOfDCDate(text, length), &zone);
-  *seconds = Makegmtime(year, month - 1, day, hour + zone.hours, minute + zone.minutes, second);
+  *seconds = SecondsOf(*this, date, zone);
   return true;
 }
 

@@ -122,6 +122,12 @@ inline bool TakeEight(const WChar*& in, Byte*& out) {
   const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
   const __m128i zero = _mm_setzero_si128();
   const __m128i isOne = _mm_cmpeq_epi16(_mm_subs_epu16(units, All(0x7F)), zero);
+  if (_mm_movemask_epi8(isOne) == 0xFFFF) {  // short texts are often ASCII
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(units, zero));
+    in += 8;
+    out += 8;
+    return true;
+  }
   const __m128i isUpToTwo = _mm_cmpeq_epi16(_mm_subs_epu16(units, All(0x7FF)), zero);
   __m128i start = Select(isOne, units, Select(isUpToTwo, StartOfTwo(units), StartOfThree(units)));
   __m128i lengths = _mm_add_epi16(All(3), _mm_add_epi16(isOne, isUpToTwo));
@@ -177,14 +183,14 @@ inline std::ptrdiff_t SafeLength(std::ptrdiff_t length, std::ptrdiff_t capacity,
 /// Decodes until the input or the output ends. The first loop works in blocks without checks, the
 /// second finishes with checks.
 Decoding DecodeWhileRoom(const Byte* in, const Byte* end, WChar* out, WChar* outEnd) {
-  if (end - in > kBlock && avx2::isUsed) {
+  if (end - in >= avx2::kLeastBytes && avx2::isUsed) {
     const Decoding reached = avx2::DecodeBlocks({in, out}, end, outEnd);
     in = reached.in;
     out = reached.out;
   }
   for (std::ptrdiff_t safe; (safe = SafeLength(end - in, outEnd - out, 1)) > 0;) {
     for (const Byte* const limit = in + safe; in < limit;) {
-      if (TakeAscii(in, out)) continue;
+      if (*in < 0x80 && TakeAscii(in, out)) continue;
       while (in < limit && (in[0] >= 0x80 || in[1] >= 0x80)) {
         TakeAlike(in, limit, out);
         const Character character = DecodeOne(FourBytes(in));
@@ -214,7 +220,7 @@ std::size_t Encode(const WChar* text, std::size_t length, char* bytes, std::size
   Byte* out = begin;
   Byte* const outEnd = out + capacity;
 
-  if (end - in > kBlock && avx2::isUsed) {
+  if (end - in >= avx2::kLeastUnits && avx2::isUsed) {
     const Encoding reached = avx2::EncodeBlocks({in, out}, end, outEnd);
     in = reached.in;
     out = reached.out;

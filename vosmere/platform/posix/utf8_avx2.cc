@@ -327,7 +327,7 @@ VOSMERE_STEP inline bool DecodeBlock(const Byte*& in, WChar*& out) {
 // pointer in memory.
 
 VOSMERE_AVX2 Encoding EncodeBlocks(Encoding at, const WChar* end, const Byte* outEnd) {
-  while (end - at.in > 2 * kBlock && outEnd - at.out >= 4 * kBlock) {
+  while (end - at.in >= kLeastUnits && outEnd - at.out >= 4 * kBlock) {
     if (EncodeAscii(at.in, at.out) || EncodeBlock(at.in, at.out)) continue;
     for (const WChar* const next = at.in + kBlock; at.in < next;) EncodeOne(at.in, end, at.out);
   }
@@ -335,7 +335,7 @@ VOSMERE_AVX2 Encoding EncodeBlocks(Encoding at, const WChar* end, const Byte* ou
 }
 
 VOSMERE_AVX2 Decoding DecodeBlocks(Decoding at, const Byte* end, const WChar* outEnd) {
-  while (end - at.in >= 2 * kBlock + 4 && outEnd - at.out > 2 * kBlock) {
+  while (end - at.in >= kLeastBytes && outEnd - at.out > 2 * kBlock) {
     if (at.in[0] < 0x80 && DecodeAscii(at.in, at.out)) continue;
     if (MayBeThrees(at.in) && DecodeThrees(at.in, at.out)) continue;
     if (DecodeBlock(at.in, at.out)) continue;

@@ -19,6 +19,9 @@ struct Decoding {
 
 namespace vosmere::utf8::avx2 {
 
+// Shorter texts are left to the caller as they are.
+inline constexpr std::ptrdiff_t kLeastUnits = 33, kLeastBytes = 36;
+
 // Both convert until the input or the room is nearly used up, and leave the rest, which is at
 // most two blocks of input or four of output, to the caller.
 #if defined(__x86_64__)
