@@ -30,13 +30,12 @@ LISTS = "Lists/"  # + operation + "/" + count: the time should grow linearly
 SIZES = "Size/"  # + items + one of these, which are plotted
 SIZED = ("load/vosmere", "load/pugixml", "save/vosmere")
 MOST_SPREAD = 0.30
-ROUNDS = 4
 MOST_EXPONENT = 1.1
 
 Row = collections.namedtuple("Row", "work ours peer goal note")
-Form = collections.namedtuple("Form", "min_time repetitions ratio exponent")  # the last two: tolerances
-FULL = Form(0.2, 5, 1.25, 0.1)
-SHORT = Form(0.01, 3, 2, 0.4)  # for a machine that does other work at the same time
+Form = collections.namedtuple("Form", "min_time repetitions rounds ratio exponent")  # the last two: tolerances
+FULL = Form(0.05, 5, 4, 1.25, 0.1)
+SHORT = Form(0.01, 3, 2, 2, 0.4)  # for a machine that does other work at the same time
 
 
 def read_rows():
@@ -82,7 +81,7 @@ class Results:
         """Measures all rows, then again those whose peers were not steady."""
         todo = [name.partition("#")[0] for row in rows for name in (row.ours, row.peer) if name]
         extra = more
-        for _ in range(ROUNDS):
+        for _ in range(self.form.rounds):
             names = "|".join(sorted(set(todo)))
             self.measure(f"^({names})(/(min_time|iterations|repeats|manual_time|real_time).*)?${extra}")
             todo = [name for row in rows if self.value(row) is None for name in (row.ours, row.peer)]

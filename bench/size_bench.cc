@@ -1,6 +1,7 @@
 // Benchmarks of loading and saving collection trees from 1,000 to 500,000 items: time and peak
 // memory, compared with pugixml.
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "bench/document_bench.h"
@@ -37,11 +38,11 @@ RNode* ReadTree(const std::string& document) {
   return reader.DetachTreeRoot();
 }
 
-/// A document of this many items; only the last one is kept.
+/// A document of this many items, made on first use.
 const std::string& DocumentOf(int items) {
-  static int count = 0;
-  static std::string document;
-  if (std::exchange(count, items) == items) return document;
+  static std::map<int, std::string> documents;
+  std::string& document = documents[items];
+  if (!document.empty()) return document;
   const auto path = std::filesystem::temp_directory_path() / "vosmere_size_bench.opml";
   if (!SaveTree(NewTreeOf(items).get(), path)) Die("the tree cannot be saved");
   document = ReadAll(path);
