@@ -91,13 +91,16 @@ TEST(ToolPosix, OnlyPostingNeedsLibcurl) {
   EXPECT_THAT(post.errors, HasSubstr("error 12004"));
 }
 
-TEST(ToolPosix, AReplyDoesNotSteerTheTerminal) {
+TEST(ToolPosix, ASlowUploadShowsABarAndItsReplyDoesNotSteerTheTerminal) {
   const TempFolder folder;
-  WriteBytes(folder / "in", "1234");
-  LoopbackServer server({ReplyOk("a\x1B[31m\r\nb\tc\u009B")});
+  WriteBytes(folder / "in", std::string(16'000'000, 'x'));  // more than the sockets buffer
+  LoopbackServer server({[](Peer& peer) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    ReplyOk("a\x1B[31m\r\nb\tc\u009B")(peer);
+  }});
   const Outcome seen = RunTool("post " + server.host() + " / " + (folder / "in").string(),
                                "sh -c 'script -qec \"$*\" /dev/null' sh ");
-  EXPECT_THAT(seen.out, testing::AllOf(HasSubstr("[" + std::string(40, '#') + "] 100% of 0.0 MB"),
+  EXPECT_THAT(seen.out, testing::AllOf(HasSubstr("[" + std::string(40, '#') + "] 100% of 16.0 MB"),
                                        HasSubstr("\na\\u001B[31m\nb\tc\\u009B\n")));
 }
 
