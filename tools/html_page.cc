@@ -72,7 +72,7 @@ class Page {
       if (loss.what.find("moved out") != loss.what.npos) isInOrder = false;
     for (const Loss& loss : findings)
       for (const LossPlace& place : loss.places) {
-        const bool isPath = place.path.starts_with('/') && place.line > 0;
+        const bool isPath = place.path.starts_with('/');
         if (isPath && !isInOrder) continue;
         at_[isPath ? NumbersOf(place.path) : place.path].push_back(&loss);
       }

@@ -29,13 +29,14 @@ void SetTimeZone(const char* zone) {
   _tzset();
 }
 
+static DWORD WINAPI RunWork(void* work) {
+  (*static_cast<std::function<void()>*>(work))();
+  return 0;
+}
+
 void RunOnSmallStack(std::size_t bytes, std::function<void()> work) {
-  const LPTHREAD_START_ROUTINE run = [](void* argument) -> DWORD {
-    (*static_cast<std::function<void()>*>(argument))();
-    return 0;
-  };
   const HANDLE thread =
-      ::CreateThread(nullptr, bytes, run, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+      ::CreateThread(nullptr, bytes, RunWork, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
   if (!thread) return;
   ::WaitForSingleObject(thread, INFINITE);
   ::CloseHandle(thread);

@@ -7,8 +7,8 @@
 #define VOSMERE_VERSION_PATCH 0
 // NOLINTEND(modernize-macro-to-enum)
 
-/// One number, to be compared: `#if VOSMERE_VERSION >= 110` asks for 1.1.0. kBuildNumber is the same
-/// for the library that the program has found when it was started.
+/// One number, to be compared: `#if VOSMERE_VERSION >= 110` asks for 1.1.0. kBuildNumber is the
+/// same for the library that the program has found when it was started.
 #define VOSMERE_VERSION \
   (VOSMERE_VERSION_MAJOR * 100 + VOSMERE_VERSION_MINOR * 10 + VOSMERE_VERSION_PATCH)
 
