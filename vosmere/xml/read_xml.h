@@ -25,10 +25,10 @@ class XmlDocument;
 /// - UTF-8 and UTF-16 with and without byte-order mark, ISO-8859-1, windows-1252, and every other
 ///   encoding for which the platform has a code page. White space between elements is kept as text
 ///   nodes.
-/// - Every document that is well-formed by XML 1.0, fifth edition, and no other. It need not be so by
-///   Namespaces in XML: a prefix that is not declared, or declared against the rules, is a part of the
-///   name. Only Windows refuses two attributes of one element that have the same local name in the
-///   same namespace.
+/// - Every document that is well-formed by XML 1.0, fifth edition, and no other. Prefixes of names
+///   are free: one that is not declared, or declared against the rules of Namespaces in XML, is a
+///   part of the name. Only Windows refuses two attributes of one element with the same local name
+///   in the same namespace.
 /// - Nothing outside the document is ever opened: no external entity, no external DTD, no network.
 ///   A document that declares such a thing loads; a document whose text uses it does not.
 /// - Internal entities and attribute defaults are expanded. A document that expands out of
