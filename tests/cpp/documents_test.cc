@@ -378,6 +378,11 @@ TEST(Documents, ASaveSaysWhatItLoses) {
             "tags are changed: p\n"
             "the order of pages and folders is lost: f\n"
             "an item that is neither a folder nor a page is left out: inner\n");
+
+  const Notification told(CVSMNotifyMsg::New());
+  told->SetNotifyType(1000);
+  told->SetParentID(Wide("id"));
+  EXPECT_EQ(LossesOf(told), "type is lost\nparentId is lost\n");
 }
 
 }  // namespace

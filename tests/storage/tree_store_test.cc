@@ -320,7 +320,8 @@ TEST_F(AStore, TellsEveryChange) {
   const auto append = [](std::string& to) {
     return [&to](std::uint64_t sequence, CVSMNotifyMsg& message) {
       to += std::to_string(sequence) + " " + std::to_string(message.GetNotifyType()) + " " +
-            ToUtf8(message.GetName()) + " in " + ToUtf8(message.GetParent()) + "; ";
+            ToUtf8(message.GetName()) + " in " + ToUtf8(message.GetParent()) +
+            (message.GetOldParent() ? " from " + ToUtf8(message.GetOldParent()) : "") + "; ";
     };
   };
   Result<Store> store = Open();
@@ -334,12 +335,15 @@ TEST_F(AStore, TellsEveryChange) {
   Remove(page);
   ASSERT_TRUE(*store->Undo());
   EXPECT_EQ(told,
-            "2 1000 Trips in Library; 3 3000 Rome in Trips; 4 3003 Rome in Library; "
+            "2 1000 Trips in Library; 3 3000 Rome in Trips; 4 3003 Rome in Library from Trips; "
             "5 3001 Rome in Library; 6 3002 Rome in Library; 7 3000 Rome in Library; ");
   ASSERT_FALSE(store->Changes(1, append(read)));
   EXPECT_EQ(read, told);
   const std::uint64_t number = store->NumberOf(trips->GetRNode());
   EXPECT_EQ(store->LinkOf(number), trips->GetRNode());
+  told.clear();
+  for (int i = 0; i < 2; ++i) ASSERT_TRUE(*store->Undo());
+  EXPECT_EQ(told, "8 3001 Rome in Library; 9 3003 Rome in Trips from Library; ");
 }
 
 // The files were written on Linux: "after" is the checkpoint that followed them.
