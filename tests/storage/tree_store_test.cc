@@ -342,8 +342,9 @@ TEST_F(AStore, TellsEveryChange) {
   const std::uint64_t number = store->NumberOf(trips->GetRNode());
   EXPECT_EQ(store->LinkOf(number), trips->GetRNode());
   told.clear();
-  for (int i = 0; i < 2; ++i) ASSERT_TRUE(*store->Undo());
-  EXPECT_EQ(told, "8 3001 Rome in Library; 9 3003 Rome in Trips from Library; ");
+  for (int i = 0; i < 3; ++i) ASSERT_TRUE(*store->Undo());
+  EXPECT_EQ(told,
+            "8 3001 Rome in Library; 9 3003 Rome in Trips from Library; 10 3002 Rome in Trips; ");
 }
 
 // The files were written on Linux: "after" is the checkpoint that followed them.
