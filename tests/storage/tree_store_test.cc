@@ -341,6 +341,9 @@ TEST_F(AStore, TellsEveryChange) {
   EXPECT_EQ(read, told);
   const std::uint64_t number = store->NumberOf(trips->GetRNode());
   EXPECT_EQ(store->LinkOf(number), trips->GetRNode());
+  fs::create_directory(path / "changes-9");
+  const std::optional<Error> unread = store->Changes(0, append(read));
+  EXPECT_TRUE(unread && unread->reason.rfind("a log cannot be read", 0) == 0);
   told.clear();
   for (int i = 0; i < 3; ++i) ASSERT_TRUE(*store->Undo());
   EXPECT_EQ(told,
