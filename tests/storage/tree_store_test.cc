@@ -100,7 +100,7 @@ TEST_F(AStore, IsWhatItWasAfterAnyChangesAndUndoesThemAll) {
 
 TEST_F(AStore, UndoesAsFarAsItsMemoryForThatGoes) {
   StoreOptions options;
-  options.undoBytes = 10000;
+  options.undoBytes = 3000;
   Result<Store> store = Open(options);
   RandomChanges random(1);
   std::map<std::uint64_t, std::string> history;
@@ -110,14 +110,14 @@ TEST_F(AStore, UndoesAsFarAsItsMemoryForThatGoes) {
       history[store->sequence()] = Dump(store->tree());
     }
   };
-  change(350);
+  change(100);
   for (int more = 0; more < 8; ++more) {
-    change(20);
+    change(8);
     const std::uint64_t all = store->sequence();
     std::uint64_t made = all;
     while (*store->Undo()) --made;
-    EXPECT_GT(all - made, 60u);
-    EXPECT_LT(all - made, 250u);
+    EXPECT_GT(all - made, 20u);
+    EXPECT_LT(all - made, 100u);
     while (*store->Redo()) {
       const auto at = history.find(++made);
       EXPECT_TRUE(at == history.end() || at->second == Dump(store->tree())) << made;
