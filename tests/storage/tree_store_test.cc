@@ -146,6 +146,9 @@ TEST_F(AStore, UndoesWhatTheLogHoldsAfterItWasOpenedAgain) {
   store = Error();
   store = Open();
   RandomChanges(2).Change(store->tree());
+  store = Error();
+  store = Open();
+  EXPECT_FALSE(*store->Redo()) << "what was undone before a change";
   while (*store->Undo()) {
   }
   EXPECT_TRUE(Dump(store->tree()) == history.front());
