@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "tools/bookmarks.h"
+#include "tools/browse.h"
 #include "tools/check.h"
 #include "tools/colors.h"
 #include "tools/contents.h"
@@ -137,6 +138,7 @@ void AddNote(CLI::App& app, int& exitCode) {
 
 void AddDocumentVerbs(CLI::App& app, int& exitCode) {
   AddShow(app, exitCode);
+  AddBrowse(app, exitCode);
   AddCheck(app, exitCode);
   AddCopy(app, exitCode);
   AddNote(app, exitCode);
