@@ -37,6 +37,8 @@ endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vosmerebase.pc.in ${PROJECT_BINARY_DIR}/vosmerebase.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vosmerebase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/doc/schema COMPONENT development
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/vosmerebase)
 # GDB looks for its views under the name of the library; other debuggers are told where theirs are.
 install(FILES ${PROJECT_SOURCE_DIR}/debugger/vosmere.natvis COMPONENT development
         DESTINATION ${CMAKE_INSTALL_DATADIR}/vosmerebase)

@@ -174,7 +174,7 @@ Json WrittenAddressOf(const CColctNode& colct) {
 }
 
 /// A page of a store's tree; documents of trees have none.
-Record StoredPageContent(const CUrlNode& page) {
+Record StoredPageContent(CUrlNode& page) {
   Record record{"page"};
   record.Add("name", TextOf(page.GetName()));
   record.Add("description", TextOf(page.GetDescription()));
@@ -182,13 +182,14 @@ Record StoredPageContent(const CUrlNode& page) {
   AddSync(record, page);
   AddMarks(record, page);
   AddTimes(record, page);
+  record.marked = &page;
   return record;
 }
 
 Record OutlineContent(RNode& link) {
-  if (link.type == NT_URL) return StoredPageContent(static_cast<const CUrlNode&>(*link.item));
+  if (link.type == NT_URL) return StoredPageContent(static_cast<CUrlNode&>(*link.item));
   const bool isFolder = link.type == NT_FOLDER;
-  const CBaseNode& item = *link.item;
+  CBaseNode& item = *link.item;
   Record record{isFolder ? "folder" : "collection"};
   record.Add("name", TextOf(item.GetName()));
   record.Add("description", TextOf(item.GetDescription()));
@@ -203,6 +204,7 @@ Record OutlineContent(RNode& link) {
     AddTimes(record, item);  // documents do not store those of folders
     const auto& colct = static_cast<const CColctNode&>(item);
     record.Add("expanded", colct.GetColctNetData()->GetColctExpandState());
+    record.marked = &item;
   }
   record.isContainer = isFolder;
   record.children = Records::Of<OutlineContent>(link.firstChild);
@@ -245,7 +247,7 @@ Json TagsOf(const CUrlProp* prop) {
   return tags;
 }
 
-Record ItemContent(const CUrlNode& item) {
+Record ItemContent(CUrlNode& item) {
   const CUrlProp* const prop = item.GetUrlProp();
   Record record{"item"};
   record.Add("name", TextOf(item.GetName()));
@@ -260,6 +262,7 @@ Record ItemContent(const CUrlNode& item) {
   AddBuild(record, item);
   AddMarks(record, item);
   AddTimes(record, item);
+  record.marked = &item;
   return record;
 }
 
@@ -271,7 +274,7 @@ void AddChildren(Record& record, RNode* link) {
 }
 
 Record LinkContent(RNode& link) {
-  if (link.type != NT_FOLDER) return ItemContent(static_cast<const CUrlNode&>(*link.item));
+  if (link.type != NT_FOLDER) return ItemContent(static_cast<CUrlNode&>(*link.item));
   Record record{"folder"};
   record.Add("name", TextOf(link.item->GetName()));
   record.Add("description", TextOf(link.item->GetDescription()));

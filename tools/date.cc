@@ -6,17 +6,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iostream>
 
 #include "tools/document_content.h"
+#include "tools/failure.h"
 #include "tools/text.h"
 #include "vosmere/text/date_reader.h"
 #include "vosmere/text/feed_date.h"
 
 namespace vosmere::tool {
-namespace {
 
-/// "1994-11-06T08:49:37Z"
-std::string Time(std::int64_t seconds) {
+std::string TimeText(std::int64_t seconds) {
   using namespace std::chrono;
   const sys_seconds time{std::chrono::seconds(seconds)};
   const year_month_day date(floor<days>(time));
@@ -29,11 +29,13 @@ std::string Time(std::int64_t seconds) {
   return text;
 }
 
+namespace {
+
 /// "1994-11-06T08:49:37Z    784111777"
 std::string Instant(std::int64_t seconds) {
   char text[32];
   std::snprintf(text, sizeof text, "  %11lld", static_cast<long long>(seconds));
-  return Time(seconds) + text;
+  return TimeText(seconds) + text;
 }
 
 std::string Offset(const DateReading& date) {
@@ -72,17 +74,16 @@ void ShowLines(const std::string& text, const LONG* seconds, const DateReading* 
 void ShowJson(const std::string& text, const LONG* seconds, const DateReading* date,
               std::ostream& out) {
   Json json = {{"text", ToUtf8(Wide(text))}, {"getTime", nullptr}, {"readDate", nullptr}};
-  if (seconds) json["getTime"] = {{"seconds", *seconds}, {"time", Time(*seconds)}};
+  if (seconds) json["getTime"] = {{"seconds", *seconds}, {"time", TimeText(*seconds)}};
   if (date)
     json["readDate"] = {{"seconds", date->seconds},
-                        {"time", Time(date->seconds)},
+                        {"time", TimeText(date->seconds)},
                         {"offsetMinutes", date->zoneKnown ? Json(date->offsetMinutes) : Json()},
                         {"form", NameOf(date->form)}};
   out << JsonText(json) << '\n';
 }
 
-}  // namespace
-
+/// Returns false if ReadDate finds no date.
 bool ShowDate(const std::string& text, bool asJson, std::ostream& out) {
   LONG seconds;
   const bool found = CKQTime().GetTime(text.c_str(), &seconds);
@@ -90,6 +91,26 @@ bool ShowDate(const std::string& text, bool asJson, std::ostream& out) {
   const bool isRead = ReadDate(text.data(), text.size(), &date);
   (asJson ? ShowJson : ShowLines)(text, found ? &seconds : nullptr, isRead ? &date : nullptr, out);
   return isRead;
+}
+
+}  // namespace
+
+int ShowDates(const std::vector<std::string>& texts, bool asJson, std::ostream& out) {
+  int exitCode = kFine;
+  const auto show = [&](const std::string& text) {
+    if (!ShowDate(text, asJson, out)) exitCode = kBadFile;
+  };
+  for (const std::string& text : texts) {
+    if (!IsStandard(text)) {
+      show(text);
+      continue;
+    }
+    for (std::string line; std::getline(std::cin, line);) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      show(line);
+    }
+  }
+  return exitCode;
 }
 
 }  // namespace vosmere::tool

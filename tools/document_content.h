@@ -9,6 +9,10 @@
 #include <utility>
 #include <vector>
 
+namespace vosmere {
+class CBaseNode;
+}
+
 namespace vosmere::tool {
 
 using Json = nlohmann::ordered_json;
@@ -64,6 +68,8 @@ struct Record {
   /// Whether records of this kind may have children.
   bool isContainer = false;
   Records children = {};
+  /// The item, if documents keep its marks; owned by the document.
+  CBaseNode* marked = nullptr;
 
   void Add(std::string_view name, Json value, unsigned traits = kPlain) {
     fields.push_back({name, std::move(value), traits});

@@ -9,6 +9,22 @@
 namespace vosmere::tool {
 namespace {
 
+std::string Value(const Json& value) {
+  return Printable(value.is_string() ? value.get<std::string>() : value.dump());
+}
+
+bool IsMark(const Json& value) {
+  return value.is_boolean() || value.is_number();
+}
+
+/// What the line of a record shows of a field; empty for nothing.
+std::string OnLine(const Field& field) {
+  const Json& value = field.value;
+  if (!(field.traits & kOnLine) || IsNothing(value) || value == false || value == 0) return {};
+  if (!IsMark(value)) return "  " + Value(value);
+  return "  (" + std::string(field.name) + (value == true ? "" : ' ' + Value(value)) + ')';
+}
+
 /// Prints records and counts them for the summary.
 class Shower {
  public:
@@ -16,10 +32,12 @@ class Shower {
 
   void ShowRecord(const Record& record, std::string_view kind, std::size_t level) {
     const std::string indent(2 * level, ' ');
-    out_ << indent << '[' << kind << ']' << Line(record) << '\n';
-    for (const Field& field : record.fields)
+    out_ << indent << '[' << kind << ']' << LineOf(record) << '\n';
+    for (const Field& field : record.fields) {
       if (field.traits & kOwnLine && !IsNothing(field.value))
         out_ << indent << "  " << field.name << ": " << Value(field.value) << '\n';
+      if (IsMark(field.value) && !OnLine(field).empty()) ++counted_[field.name];
+    }
     for (Records at = record.children; at; ++at) {
       const Record child = *at;
       ++counted_[child.kind];
@@ -37,32 +55,19 @@ class Shower {
   }
 
  private:
-  static std::string Value(const Json& value) {
-    return Printable(value.is_string() ? value.get<std::string>() : value.dump());
-  }
-
-  std::string Line(const Record& record) {
-    if (record.fields.empty()) return {};
-    const std::string name = Printable(NameOf(record));
-    std::string line = name.empty() ? " (no name)" : ' ' + name;
-    for (const Field& field : record.fields)
-      if (field.traits & kOnLine) line += OnLine(field);
-    return line;
-  }
-
-  std::string OnLine(const Field& field) {
-    const Json& value = field.value;
-    if (IsNothing(value) || value == false || value == 0) return {};
-    if (!value.is_boolean() && !value.is_number()) return "  " + Value(value);
-    ++counted_[field.name];
-    return "  (" + std::string(field.name) + (value == true ? "" : ' ' + Value(value)) + ')';
-  }
-
   std::ostream& out_;
   std::map<std::string_view, int> counted_;
 };
 
 }  // namespace
+
+std::string LineOf(const Record& record) {
+  if (record.fields.empty()) return {};
+  const std::string name = Printable(NameOf(record));
+  std::string line = name.empty() ? " (no name)" : ' ' + name;
+  for (const Field& field : record.fields) line += OnLine(field);
+  return line;
+}
 
 void Show(const Record& content, std::string_view what, std::span<const Count> counts,
           std::ostream& out) {

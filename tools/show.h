@@ -3,6 +3,7 @@
 
 #include <ostream>
 #include <span>
+#include <string>
 
 #include "tools/document_content.h"
 
@@ -13,6 +14,10 @@ struct Count {
   const char* what;  ///< a kind of record, or the name of a field that is shown as a mark
   const char* name;  ///< in the summary, for Counted
 };
+
+/// The name of a record, and of its fields those that are shown on its line; begins with a blank,
+/// or is empty for a record without fields.
+std::string LineOf(const Record& record);
 
 /// Prints a line for each record, and a summary unless `counts` is empty. `what` is printed as the
 /// kind of the document.
