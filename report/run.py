@@ -44,6 +44,7 @@ def script(name, builds, isLong=False):
 
 # In the order of the report.
 SECTIONS = [
+    program("parser_ways"),
 ]
 
 
