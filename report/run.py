@@ -30,6 +30,7 @@ DOC = ROOT / "doc"
 # A section's programs: {preset: targets}. Its command gets --short and the data file. isLong: only run when
 # the long report is made.
 Section = collections.namedtuple("Section", "name builds command isLong", defaults=[False])
+LONG_PRESETS = {"fuzz"}  # not built for the short form
 
 
 def program(name, preset="release"):
@@ -42,8 +43,15 @@ def script(name, builds, isLong=False):
     return Section(name, builds, [sys.executable, f"report/{name}.py"], isLong)
 
 
+FUZZ_TARGETS = sorted(path.stem for path in (ROOT / "fuzz").glob("*_fuzz.cc"))
+
 # In the order of the report.
 SECTIONS = [
+    script("fuzzing", {"clang": FUZZ_TARGETS, "fuzz": FUZZ_TARGETS}),
+    script("conformance", {"release": ["report_conformance_trees", "report_conformance_ways"],
+                           "windows": ["report_conformance_trees"]}),
+    program("parser_ways"),
+    program("sizes"),
 ]
 
 
@@ -127,11 +135,12 @@ def chosen(options):
             if section.name in options.only or not (options.only or options.short and section.isLong)]
 
 
-def print_builds(sections):
+def print_builds(sections, short):
     targets = collections.defaultdict(set)
     for section in sections:
         for preset, names in section.builds.items():
-            targets[preset].update(names)
+            if not (short and preset in LONG_PRESETS):
+                targets[preset].update(names)
     for preset, names in targets.items():
         print(preset, *sorted(names))
 
@@ -144,7 +153,7 @@ def main():
     options = parser.parse_args()
     sections = chosen(options)
     if options.builds:
-        return options.join or print_builds(sections) or True
+        return options.join or print_builds(sections, options.short) or True
     if options.join:
         return join()
     if options.short:
