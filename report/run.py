@@ -52,6 +52,14 @@ SECTIONS = [
                            "windows": ["report_conformance_trees"]}),
     program("parser_ways"),
     program("sizes"),
+    program("memory_faults"),
+    Section("memory_faults_asan", {"asan": ["report_memory_faults"]}, ["build/asan/bin/report_memory_faults"]),
+    program("io_faults"),
+    program("scheduler_stress", "tsan"),
+    program("growth"),
+    Section("growth_windows", {"windows": ["report_growth"]},
+            ["env", f"WINEPREFIX={ROOT}/build/wine", "WINEDEBUG=-all", "wine", "build/windows/bin/report_growth.exe"]),
+    script("hardening", {"release": ["vosmerebase", "vosmere"], "windows": ["vosmerebase", "vosmere"]}),
 ]
 
 
