@@ -7,6 +7,7 @@
 #include <vector>
 
 #ifdef _WIN32
+#define PSAPI_VERSION 2  // in a library that is there anyway
 #include <windows.h>
 // After windows.h.
 #include <psapi.h>

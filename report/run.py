@@ -53,7 +53,15 @@ SECTIONS = [
     program("parser_ways"),
     program("sizes"),
     script("generated", {preset: ["report_generated_documents"] for preset in ("release", "clang", "windows")}),
+    program("memory_faults"),
+    Section("memory_faults_asan", {"clang": ["report_memory_faults"]}, ["build/clang/bin/report_memory_faults"]),
+    program("io_faults"),
+    program("scheduler_stress", "tsan"),
+    program("growth"),
+    Section("growth_windows", {"windows": ["report_growth"]},
+            ["env", f"WINEPREFIX={ROOT}/build/wine", "WINEDEBUG=-all", "wine", "build/windows/bin/report_growth.exe"]),
     script("coverage", {"coverage": ["vosmere_tests"]}, isLong=True),
+    script("hardening", {"release": ["vosmerebase", "vosmere"], "windows": ["vosmerebase", "vosmere"]}),
 ]
 
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/failing_memory.h"
 #include "tests/support/files.h"
 #include "tests/support/loopback_server.h"
 
@@ -62,6 +63,15 @@ TEST_F(UploadTest, SaysWhatFailedAndOfWhat) {
                          .SendFile(file_)
                          .error()),
             server.host() + ": the field 'a' does not fit into the form");
+  Upload upload(server.host(), "/");
+  bool hasThrown = false;
+  try {
+    const test::FailingMemory memory(0);
+    upload.Field("a", "b");
+  } catch (const std::bad_alloc&) {
+    hasThrown = true;
+  }
+  EXPECT_TRUE(hasThrown);
   EXPECT_EQ(ToString(Upload(server.host(), "/")
                          .OnProgress([](auto, auto) { return false; })
                          .SendFile(file_)

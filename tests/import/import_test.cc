@@ -313,7 +313,8 @@ TEST(Import, SurvivesWantOfMemory) {
       return items.tree;
     };
     DeleteTree(make());  // what the system allocates once
-    ExpectNullAtEachFailure(make, DeleteTree);
+    for (const Failures failures : {Failures::kAll, Failures::kOne})
+      ExpectNullAtEachFailure(make, DeleteTree, failures);
   }
 }
 

@@ -23,7 +23,9 @@ class Recorder : public TreeObserver {
     Keep([&](vosmere::Change& c) { return tree_.DescribeMoving(link, parent, before, &c); });
   }
   void Removing(RNode* link) override {
-    Keep([&](vosmere::Change& c) { return tree_.DescribeRemoving(link, &c); });
+    StoredTree::Removal removal;
+    Keep([&](vosmere::Change& c) { return tree_.DescribeRemoving(link, &c, &removal); });
+    tree_.Forget(removal);
   }
   void Changing(RNode* link) override { tree_.TakeFields(link, &before_); }
   void Changed(RNode* link) override {

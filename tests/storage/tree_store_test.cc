@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/support/disk.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/files.h"
 #include "tests/support/stored_tree.h"
 #include "vosmere/platform/internal/clock.h"
@@ -152,6 +153,51 @@ TEST_F(AStore, UndoesWhatTheLogHoldsAfterItWasOpenedAgain) {
   while (*store->Undo()) {
   }
   EXPECT_TRUE(Dump(store->tree()) == history.front());
+}
+
+/// A change is made or not, whatever allocation fails, and the disk then has what the tree has.
+TEST_F(AStore, SurvivesWantOfMemory) {
+  MakeHistory(20);
+  void (*const kChanges[])(Store&) = {
+      [](Store& store) { Add<CUrlNode>(store.tree(), "x"); },
+      [](Store& store) { Remove(store.tree()->firstChild); },
+      [](Store& store) { Sort(store.tree(), SortBy::kName, true); },
+      [](Store& store) { SetName(*store.tree()->firstChild->item, "y"); },
+      [](Store& store) { (void)store.Undo(); },
+  };
+  for (const auto change : kChanges)
+    for (const Failures failures : {Failures::kAll, Failures::kOne}) {
+      bool failed = true;
+      for (int successes = 0; failed; ++successes) {
+        Result<Store> store = Open();
+        ASSERT_TRUE(store) << store.error();
+        try {
+          const FailingMemory memory(successes, failures);
+          change(*store);
+          failed = memory.Failed();
+        } catch (const std::bad_alloc&) {
+        }
+        const std::string now = Dump(store->tree());
+        ASSERT_FALSE(store->Flush());
+        store = Error();
+        ASSERT_TRUE(Dump(Open()->tree()) == now) << successes;
+      }
+    }
+}
+
+TEST_F(AStore, OpensWholeOrNotAtAllWithoutMemory) {
+  const std::string last = MakeHistory(20).back();
+  bool failed = true;
+  for (int successes = 0; failed; ++successes) {
+    std::optional<Result<Store>> store;
+    try {
+      const FailingMemory memory(successes, Failures::kOne);
+      store = Open(Reading());
+      failed = memory.Failed();
+    } catch (const std::bad_alloc&) {
+    }
+    ASSERT_TRUE(!store || !*store || Dump((*store)->tree()) == last) << successes;
+  }
 }
 
 TEST_F(AStore, WithABrokenLogHoldsWhatCameBefore) {
