@@ -109,8 +109,7 @@ const char* StoredTree::MakeRemove(std::string_view bytes) {
     numbers.push_back(number);
   }
   RNode* const top = numbers.empty() ? nullptr : LinkOf(numbers[0]);
-  RNode* const owner = top ? OwnerOf(top) : nullptr;
-  if (!top || (!top->parent && !owner)) return "what is to be removed is not there";
+  if (!top || !OwnerOf(top)) return "what is to be removed is not there";
   std::size_t at = 0;
   const bool same = Walk(top, [&](RNode* link, RNode*, bool) {
     return at < numbers.size() && LinkOf(numbers[at++]) == link;

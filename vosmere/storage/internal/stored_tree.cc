@@ -155,8 +155,8 @@ RNode* StoredTree::OwnerOf(RNode* link) {
 
 /// Without its numbers, which still lead to it.
 void StoredTree::CutOff(RNode* top) {
-  if (RNode* const owner = OwnerOf(top))
-    ColctOf(owner)->SetLocRNodeRoot(nullptr);
+  if (RNode* const colct = ToLink(owners_.Find(Key(top))))
+    ColctOf(colct)->SetLocRNodeRoot(nullptr);
   else
     Unlink(top);
 }
