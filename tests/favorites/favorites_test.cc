@@ -91,6 +91,7 @@ TEST(Favorites, ListsTheItemsOfAValueByPositionAndThenTheRest) {
       {{"d"}, OrderHeader(3) + a + (b + c).substr(0, b.size() + 21), "a@0 b@1 d"},
       {{"d"}, OrderHeader(3) + a + (b + c).substr(0, b.size() + 22), "a@0 b@1 d"},
       {{"d"}, OrderHeader(3) + Record({std::string(259, 'x'), 0}) + b, "b@1 d"},
+      {{"d"}, OrderHeader(3) + Record({std::string(2000, 'x'), 0, kFile | kWide}) + b, "b@1 d"},
       {{"d"}, OrderHeader(1) + Record({"unended", 0}).substr(0, 22 + 3), "une@0 d"},
       {{"d"}, OrderHeader(1) + Record({Utf16(u"une"), 0, kWide}).substr(0, 22 + 3), "u/@0 d"},
       {{}, xp.substr(0, kLongName + 5), "lo@0", true},

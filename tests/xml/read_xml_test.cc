@@ -117,6 +117,7 @@ TEST(ReadXml, BytesTellTheirEncoding) {
     EXPECT_EQ(fromFile.calls, fromBytes.calls);
   }
   Reader reader;
+  EXPECT_TRUE(reader.LoadBSTRXML(W("\uFEFF<a x='é€'>1</a>")));
   EXPECT_FALSE(Load(reader, "<a>\xFF</a>"));
   EXPECT_FALSE(Load(reader, "<?xml version='1.0' encoding='no-such'?><a>1</a>"));
 }
