@@ -52,6 +52,7 @@ TEST_F(SafeSaveFile, WhateverCallFailsTheOldOrTheNewOneIsThere) {
         bool saved = false, reached = false;
         {
           FailingDisk disk(call, forEver, code);
+          error = {};
           saved = Save(kNew);
           reached = disk.reached();
         }
@@ -59,6 +60,7 @@ TEST_F(SafeSaveFile, WhateverCallFailsTheOldOrTheNewOneIsThere) {
         refused += !saved;
         const bool isNew = Document() == kNew;
         ASSERT_TRUE(isNew || Document() == kOld) << call;
+        ASSERT_TRUE(saved || error.reason[0]) << call;
         ASSERT_TRUE(saved ? isNew : !isNew || std::strstr(error.reason, "is saved, but")) << call;
         const FastDisk fast;
         ASSERT_TRUE(Save("the next")) << error.reason;
@@ -99,6 +101,7 @@ TEST_F(SafeSaveFile, RefusesAFileThatChangedSinceItWasLoaded) {
     }
   }
   EXPECT_STREQ(error.reason, "was changed since it was loaded: 5 bytes then, 11 bytes now");
+  EXPECT_FALSE(ReadFileMark(W(folder / "docs"), &first, &error)) << "a folder has no bytes";
   EXPECT_FALSE(SafeSave(path, nullptr, 0, &first, nullptr, nullptr)) << "nobody asks why";
   EXPECT_TRUE(Save("second"));
 }

@@ -279,8 +279,11 @@ TEST_F(AStore, TakesNoLogOfAnotherStore) {
   const std::string log = ReadBytes(path / "changes-1");
   fs::remove_all(path);
   const std::vector<std::string> other = MakeHistory(0);
+  std::string damaged = log;
+  damaged[5] ^= 1;
   for (const auto& [bytes, reason] :
-       {std::pair(log, "it belongs to another store"), std::pair(std::string(), "it is empty")}) {
+       {std::pair(log, "it belongs to another store"),
+        std::pair(damaged, "a record is damaged, or"), std::pair(std::string(), "it is empty")}) {
     WriteBytes(path / "changes-1", bytes);
     const Result<Store> store = OpenAt(path, Reading());
     ASSERT_TRUE(store);
