@@ -18,7 +18,7 @@ TEST(Merge, KeepsItsPromisesForAllTrees) {
     return Machine(name, script, identifies).Edited(from);
   };
   const vosmere::Tree root = NewTree("root");
-  for (int round = 0; round < 200; ++round, identifies = !identifies) {
+  for (int round = 0; round < 120; ++round, identifies = !identifies) {
     const vosmere::Tree base = edited("x", root, 90);
     const vosmere::Tree sides[] = {edited("a", base, 60), edited("b", base, 60),
                                    edited("c", base, 60)};

@@ -75,7 +75,8 @@ TEST_F(ReadFile, SizesAtTheLimits) {
   int count = 7;
   Open("", 0);
   EXPECT_EQ(RestAsBytes(), "(0)");
-  Open("", 104857600);
+  const bool hasZeros = std::filesystem::exists("/dev/zero");  // faster than a file
+  hasZeros ? void(reader.OpenFile(W("/dev/zero"))) : Open("", 104857600);
   EXPECT_EQ(RestAsText(&count), "(null)") << "100 MiB is too much for a text";
   EXPECT_EQ(count, 0);
   Open("", 0x100000001);
