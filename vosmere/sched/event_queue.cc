@@ -92,7 +92,7 @@ CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
   if (!std::atomic_ref(event->item_.queued_).exchange(true, std::memory_order_relaxed))
     return &event->item_;
   return UnlessLost(static_cast<CEventItem*>(nullptr), [&] {
-    return further_.emplace_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
+    return further_.push_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
   });
 }
 
@@ -169,7 +169,15 @@ void CTimeEventQueue::Remove(CEventItem* item) {
   if (item == &item->event->item_)
     std::atomic_ref(item->queued_).store(false, std::memory_order_relaxed);
   else
-    std::erase_if(further_, [item](const auto& other) { return other.get() == item; });
+    RemoveFurther(item);
+}
+
+void CTimeEventQueue::RemoveFurther(const CEventItem* item) {
+  for (OwnedPointer<CEventItem>& other : further_) {
+    if (other.get() != item) continue;
+    if (&other != &further_.back()) other = std::move(further_.back());
+    return further_.pop_back();
+  }
 }
 
 bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
@@ -216,7 +224,8 @@ void CTimeEventQueue::SortPending() {
   heaped_ = 0;
   constexpr std::size_t kManyForBytes = 512;
   if (pending_.size() >= kManyForBytes && UnlessNoMemory(false, [&] {
-        std::vector<Pending> room(pending_.size());
+        Array<Pending> room;
+        room.Append(pending_.begin(), pending_.size());
         SortBytes(pending_, room);
         return true;
       }))
