@@ -1,26 +1,17 @@
 // Every change that a log asks for is made completely or refused with a reason, and leaves a tree
 // that can be written and read again. Checksums would keep the fuzzer from reaching the changes, so
 // it makes the changes itself; an input that begins with 'f' is a whole file.
-#include <unistd.h>
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
+#include "fuzz/support.h"
 #include "vosmere/storage/internal/record_file.h"
 #include "vosmere/storage/internal/stored_tree.h"
 
 using namespace vosmere;
+using namespace vosmere::fuzz;
 
 namespace {
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
 
 // Each change is its kind, two bytes of length, and its contents; the high bit of the kind undoes
 // it.
@@ -44,11 +35,8 @@ void MakeChanges(std::string_view input) {
 }
 
 void ReadFile(std::string_view bytes) {
-  static const std::string path =
-      (std::filesystem::temp_directory_path() / ("vosmere-log-" + std::to_string(getpid())))
-          .string();
-  std::ofstream(path, std::ios::binary) << bytes;
-  const PathText wide(path.begin(), path.end());
+  WriteScratch(bytes);
+  const PathText wide(ScratchPath().begin(), ScratchPath().end());
   for (const FileKind kind : {FileKind::kCheckpoint, FileKind::kChanges}) {
     DiskFile file;
     Require(file.OpenToRead(wide.c_str()));
@@ -71,7 +59,7 @@ void ReadFile(std::string_view bytes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  const std::string_view input = View(data, size);
   if (size > 0 && data[0] == 'f')
     ReadFile(input.substr(1));
   else

@@ -1,23 +1,18 @@
 // Any bytes and any code units convert: as much as was announced, into exactly that room, and what
 // was converted once converts back to itself. The first byte chooses a code page.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <vector>
 
+#include "fuzz/support.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/posix/utf8.h"
 #include "vosmere/platform/posix/utf8_avx2.h"
 
 using namespace vosmere;
+using namespace vosmere::fuzz;
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::vector<char> Encoded(const std::vector<WChar>& text) {
   const std::size_t size = utf8::EncodedLength(text.data(), text.size());

@@ -64,11 +64,12 @@ def faults_of_line(line, before):
             yield match.start(2), match.end(2), "!(" + match.group(2) + ")"
     for match in re.finditer(r"\breturn ([^;]+);", line):
         value = match.group(1)
-        yield match.start(1), match.end(1), {"true": "false", "false": "true"}.get(value, "{}")
+        if value not in ("0", "nullptr", "{}"):
+            yield match.start(1), match.end(1), {"true": "false", "false": "true"}.get(value, "{}")
     for match in re.finditer(r"\w\(([\w.>*&-]+), ([\w.>*&-]+)\)", line):
         yield match.start(1), match.end(2), match.group(2) + ", " + match.group(1)
     statement = re.match(r"\s*((?:\+\+|--)?\*?[\w.\[\]:>-]+ ?(?:=|\+=|-=|\|=|&=|\(|\+\+|--).*);$", line)
-    if statement and balanced(statement.group(1)) and not re.match(
+    if statement and balanced(statement.group(1)) and not body.endswith("= delete;") and not re.match(
             r"\s*(return|delete|using|case|default|else)\b", line) and re.search(r"([;{}:)]|else)$",
                                                                          before):
         yield statement.start(1), statement.end(1), ""
@@ -111,7 +112,6 @@ class Worker:
     """A copy of the tree with its own build."""
 
     left_out = []  # tests
-    quickly = False
 
     def __init__(self, index):
         self.source = PLACE / f"tree{index}"
@@ -165,20 +165,21 @@ class Worker:
                 if path.startswith(f"{self.source}/"):
                     files.add(path.removeprefix(f"{self.source}/"))
 
-    def nearest(self, name):
-        """The objects that are likeliest to show a fault: of the same name, its room's, the smallest."""
+    def users(self, name, most):
+        """The objects that are likeliest to show a fault: of the same name, its room's, the smallest.
+        At most so many of the tests, and of the library."""
         room, stem = os.path.dirname(name).split("/", 1)[1], pathlib.Path(name).stem
         users = [o for o in self.compile if name in self.made_of.get(o, ())]
         users.sort(key=lambda o: (stem not in o, f".dir/{room}/" not in o, len(self.made_of[o])))
-        return [o for target in ("vosmere_tests.dir/", "vosmere_objects.dir/")
-                for o in [o for o in users if target in o][:NEAREST]]
+        return [o for target, number in zip(("vosmere_tests.dir/", "vosmere_objects.dir/"), most)
+                for o in [o for o in users if target in o][:number]]
 
-    def make_quickly(self, name):
-        """Builds the tests with only the nearest objects new, which go before all others: unoptimised,
-        a function of a header is taken from the first object that has it. Returns the program and
+    def make_quickly(self, users):
+        """Builds the tests with only these objects new, which go before all others: unoptimised, a
+        function of a header is taken from the first object that has it. Returns the program and
         the suites that are worth running, or None when the fault does not compile."""
         fresh = {}
-        for number, built in enumerate(self.nearest(name)):
+        for number, built in enumerate(users):
             command = [word for word in self.compile[built] if word != "ccache"]  # which never helps
             fresh[built] = self.quick / f"{number}.o"
             command[command.index("-o") + 1] = fresh[built]
@@ -210,7 +211,7 @@ class Worker:
         process = subprocess.Popen(
             [program or self.build / "bin" / "vosmere_tests", f"--gtest_filter={tests}", "--gtest_fail_fast",
              "--gtest_brief=1"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-            stdin=subprocess.DEVNULL, errors="replace", cwd=self.scratch, start_new_session=True,
+            stdin=subprocess.DEVNULL, errors="replace", cwd=self.scratch, process_group=0,
             env={**os.environ, "TMPDIR": str(self.scratch)},
             preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)))
         try:
@@ -238,34 +239,28 @@ class Worker:
 
     def try_library(self, name):
         """The likeliest tests first, in a program that is built quickly, then all."""
-        quick = self.make_quickly(name)
+        quick = self.make_quickly(self.users(name, (NEAREST, NEAREST)))
         if quick is None:
             return None
         program, suites = quick
         own = ":".join(filter(None, [suites_of(name), suites]))
         found = (own and self.killer(own, program)) or self.killer("-" + own if own else "*", program)
-        if found or (self.quickly and name.endswith(".h")):
-            return found
-        return self.try_whole(name)
+        if found or not name.endswith(".h"):
+            return found or self.try_whole(name)
+        users = self.users(name, (NEAREST, None))
+        if len(users) <= 2 * NEAREST:
+            return ""
+        again = self.make_quickly(users)
+        return again and self.killer("*", again[0])
 
     def try_whole(self, name):
-        # All that includes a header would have to be built again to be without the fault.
-        kept = self.build.with_suffix(".kept")
-        if name.endswith(".h"):
-            shutil.rmtree(kept, ignore_errors=True)
-            subprocess.run(["cp", "-a", self.build, kept], check=True)
-        self.clean = name.endswith(".h")
-        try:
-            if not self.make():
-                return None
-            if name.startswith("vosmere/") and not name.endswith(".h"):  # all else has run already
-                return self.killer(suites_of("tools/"))
-            own = suites_of(name)
-            return self.killer(own) or self.killer("-" + own if own else "*")
-        finally:
-            if name.endswith(".h"):
-                shutil.rmtree(self.build)
-                kept.rename(self.build)
+        self.clean = False
+        if not self.make():
+            return None
+        if name.startswith("vosmere/"):  # all else has run already
+            return self.killer(suites_of("tools/"))
+        own = suites_of(name)
+        return self.killer(own) or self.killer("-" + own if own else "*")
 
     def try_fault(self, fault):
         """The test that caught the fault, "" if none did, or None if the fault does not compile."""
@@ -284,7 +279,7 @@ class Worker:
             return self.try_library(name) if name.startswith("vosmere/") else self.try_whole(name)
         finally:
             path.write_text(whole)
-            if name.endswith(".h") or self.clean:
+            if self.clean:
                 os.utime(path, ns=(times.st_atime_ns, times.st_mtime_ns))
 
 
@@ -314,8 +309,6 @@ def main():
     options.add_argument("-f", "--faults")
     options.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
     options.add_argument("-o", "--only", default="", help="the beginning of the names of files to change")
-    options.add_argument("-q", "--quickly", action="store_true",
-                         help="do not build all that includes a header whose fault survives in the nearest")
     options.add_argument("count", type=int, nargs="?", default=100)
     options = options.parse_args()
 
@@ -325,7 +318,6 @@ def main():
     else:
         faults = [fault for fault in all_faults() if fault[0].startswith(options.only)]
         random.Random(options.seed).shuffle(faults)
-    Worker.quickly = options.quickly
     PLACE.mkdir(parents=True, exist_ok=True)
     todo = queue.SimpleQueue()
     for fault in faults:

@@ -161,6 +161,10 @@ TEST(Import, TakesWhatTheExactReadersTakeAsTheyDo) {
     EXPECT_EQ(SaveToBytes(feed->collection)->bytes, savedColct);
     EXPECT_EQ(list->repairs.size() + feed->repairs.size(), 2 * zeros);
   }
+  const auto outline = [](const std::string& attributes) {
+    return After(Import(Bytes("<opml><body><outline text='a'" + attributes + "/></body></opml>")));
+  };
+  EXPECT_EQ(outline(" type='link'"), outline(""));  // without an address it is no page
   std::string own =
       "<!-- <!DOCTYPE --><!DOCTYPE rss [<!-- ]> --><!ENTITY co \"AT&#38;#38;T &quot;x&quot; ]>\">"
       "<!ENTITY l '<link>http://e/?a&#38;amp;b</link>'><!ENTITY n \"<![CDATA[a &#38; &co;]]>\">"

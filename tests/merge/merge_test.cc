@@ -114,6 +114,11 @@ TEST(Merge, PutsItemsWhereTheyBelong) {
       found += c.place.substr(c.place.rfind(' ') + 1) + ' ' + c.what + ';';
     EXPECT_EQ(found, conflicts) << ours << " and " << theirs;
   }
+  // Of moves that make a circle, the newest counts.
+  const vosmere::Tree theirs = Written("r(B#2(A#1()))");
+  Find<CFolderNode>(theirs, WithIdentity{"1"})->SetVersion(2);
+  const Merged merged = Merge(Written("r(A#1() B#2())"), Written("r(A#1(B#2()))"), theirs);
+  EXPECT_EQ(Shape(merged.tree.get(), label), "r(B#2(A#1()))");
 }
 
 void SetTimes(CUrlNode& page, LONG added, LONG modified) {

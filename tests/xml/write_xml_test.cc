@@ -217,6 +217,8 @@ TEST(WriteXml, SaysWhyADocumentIsNotSaved) {
       EXPECT_EQ(OwnedBstr(writer.GetXMLBSTR()).get(), nullptr);
     else
       EXPECT_NE(writer.LastError().systemError, 0u);
+    EXPECT_EQ(writer.SaveToFile(W(folder / "later")), c.blocks == 1);
+    EXPECT_EQ(writer.LastError().fault == DocumentFault::kNone, c.blocks == 1);
   }
   EXPECT_EQ(ReadBytes(folder / "out"), "");
 }

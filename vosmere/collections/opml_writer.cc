@@ -104,8 +104,8 @@ void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
   LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
   const CColctNetData& net = *colct.GetColctNetData();
   const RNode* const local = colct.GetLocRNodeRoot();
-  LoseIf(!WideView(colct.GetRelationUrl()).empty(), "htmlUrl is lost");
-  LoseIf(!WideView(net.GetOwner()).empty(), "owner is lost");
+  LoseIf(IsThere(colct.GetRelationUrl()), "htmlUrl is lost");
+  LoseIf(IsThere(net.GetOwner()), "owner is lost");
   LoseIf(net.IsOrdered(), "ordered is lost");
   LoseIf(net.IsSynced(), "synced is lost");
   LoseIf(local && local->firstChild, "the items of a collection are left out");

@@ -2,6 +2,7 @@
 // std::bad_alloc.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "vosmere/cpp/files.h"
@@ -24,9 +25,9 @@ inline std::string ShortcutAddress(const FilePath& path) {
   CFavorites favorites;
   WChar* url = nullptr;
   favorites.ResolveInternetShortcut(path.get(), &url);
-  std::string address = ToUtf8(url);
-  favorites.FreeUrl(url);
-  return address;
+  const auto free = [&](WChar* text) { favorites.FreeUrl(text); };
+  const std::unique_ptr<WChar, decltype(free)> held(url, free);
+  return ToUtf8(url);
 }
 
 }  // namespace vosmere

@@ -58,7 +58,7 @@ class Upload {
   /// if this one does not fit, or has no name, sending fails.
   Upload& Field(const Wide& name, const Wide& value) {
     const std::size_t before = std::strlen(upload_.GetParaString());
-    upload_.AddParameter(name, value);
+    Set([&] { upload_.AddParameter(name, value); });
     if (std::strlen(upload_.GetParaString()) == before && error_.reason.empty())
       error_ = Error(server_, "the field '" + ToUtf8(name) + "' does not fit into the form");
     return *this;

@@ -2,15 +2,15 @@
 #include "vosmere/favorites/favorites.h"
 
 #include <algorithm>
-#include <map>
 #include <memory>
 #include <new>
 #include <string>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "vosmere/base/internal/wide_string.h"
 #include "vosmere/favorites/internal/order_value.h"
+#include "vosmere/favorites/internal/path_set.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/folder.h"
 #include "vosmere/platform/internal/shell.h"
@@ -109,19 +109,27 @@ FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bo
   return favorite;
 }
 
-/// The items of an order value by position. Of two records with the same position, the later one
-/// stays. A map rather than an array, because the count in the value is not trusted. Throws
-/// std::bad_alloc.
-std::map<LONG, FavoritePtr> FavoritesOf(OrderValue& value, const WChar* dirPath, bool xpLayout) {
-  std::map<LONG, FavoritePtr> byPosition;
+struct Placed {
+  LONG position;
+  FavoritePtr favorite;
+
+  friend bool operator<(const Placed& a, const Placed& b) { return a.position < b.position; }
+};
+
+/// The items of an order value by position. Of records with the same position, the last one comes
+/// first. Throws std::bad_alloc.
+std::vector<Placed> FavoritesOf(OrderValue& value, const WChar* dirPath, bool xpLayout) {
+  std::vector<Placed> items;
   const std::u16string folder = ToU16(dirPath);
   while (const std::optional<OrderEntry> entry = value.Next()) {
     const LONG position = entry->Position();
     if (position < 0 || static_cast<ULONG>(position) >= value.Count()) continue;
     if (FavoritePtr favorite = FavoriteOf(*entry, folder, xpLayout))
-      byPosition[position] = std::move(favorite);
+      items.push_back({position, std::move(favorite)});
   }
-  return byPosition;
+  std::reverse(items.begin(), items.end());
+  std::stable_sort(items.begin(), items.end());
+  return items;
 }
 
 /// Reads the address of a shortcut file. Running out of memory must not look like a shortcut
@@ -178,7 +186,9 @@ int CFavorites::ExtractFavoritesFromOrderBuffer(HKEY, const WChar*, const WChar*
   if (head) value.CopyTo(*head);
   if (value.Count() == 0) return 1;
   CFavorite** end = list;
+  LONG last = -1;
   for (auto& [position, favorite] : FavoritesOf(value, dirPath, runningOnXP_)) {
+    if (std::exchange(last, position) == position) continue;
     if (favorite->isFile && resolve) Resolve(*this, *favorite);
     *end = favorite.release();
     end = &(*end)->next;
@@ -188,21 +198,21 @@ int CFavorites::ExtractFavoritesFromOrderBuffer(HKEY, const WChar*, const WChar*
   return 0;
 }
 
-// The set of listed paths makes the search for an entry independent of the length of the list.
 int CFavorites::ExtractFavoritesFromFileFolders(const WChar* dirPath, CFavorite** list, int resolve,
                                                 int) try {
-  std::unordered_set<std::u16string> listed;
+  PathSet listed;
   CFavorite** end = list;
-  for (; *end; end = &(*end)->next) listed.insert(Folded(ToU16((*end)->name)));
+  for (; *end; end = &(*end)->next) listed.Add((*end)->name);
   FolderListing listing;
   if (!listing.Open(dirPath)) return 1;
   const std::u16string folder = ToU16(dirPath);
   while (listing.Next()) {
     if (SameTextNoCase(listing.Name(), Units(kDesktopIni))) continue;
     const std::u16string path = JoinPath(folder, ToU16(listing.Name()));
-    if (!listed.insert(Folded(path)).second) continue;
+    if (listed.Has(Units(path))) continue;
     FavoritePtr favorite = NewFavorite(path);
     if (!favorite) continue;
+    listed.Add(favorite->name);
     favorite->isFile = listing.IsFolder() ? 0 : 1;
     if (favorite->isFile && resolve) Resolve(*this, *favorite);
     *end = favorite.release();

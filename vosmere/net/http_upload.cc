@@ -58,8 +58,10 @@ struct CNetUploadFile::Handles {
 };
 
 CNetUploadFile::CNetUploadFile() {
+  const unsigned long lostBefore = LostTexts();
   WChar uuid[37];
   if (CBaseTool::GetUUID(uuid, 37)) SetBoundary(uuid);
+  if (LostTexts() != lostBefore) LoseParameter();  // so that sending fails for lack of memory
 }
 
 CNetUploadFile::~CNetUploadFile() = default;
@@ -131,6 +133,7 @@ void CNetUploadFile::release_data(void* file, void* mapping) {
 bool CNetUploadFile::AddContentType(void* request) {
   const http::Error error = UnlessNoMemory(http::kNotEnoughMemory, [&] {
     if (!request) return http::kInvalidHandle;
+    if (hasLostParameter()) throw std::bad_alloc();
     if (WideLength(boundary_.get()) == 0) return http::kInvalidParameter;
     const std::string line = multipart::ContentType(FormOf(clean_), boundary_.get());
     return http::AddHeader(AsRequest(request), line.c_str());

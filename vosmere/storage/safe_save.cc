@@ -72,7 +72,8 @@ FileMark MarkOf(const FilePiece* pieces, std::size_t count) {
 }
 
 bool ReadsBackOtherwise(SafeFile& file) {
-  return file.Fail(DocumentFault::kCannotWrite, "what was written does not read back");
+  return file.Fail(DocumentFault::kCannotWrite, "what was written does not read back",
+                   file.file().error());
 }
 
 /// Without memory false, with the reason.

@@ -66,7 +66,8 @@ struct StoredCheckpoint {
 /// (CUrlProp::SetRefColctRNode) no longer refer to anything. Undo restores these references too.
 ///
 /// Operations return false on failure, with the reason in LastError(). Only std::bad_alloc is
-/// thrown.
+/// thrown. An operation that throws has changed nothing; Undo and Redo may have changed some of the
+/// fields that they change, and can be called again.
 class VOSMERE_API TreeStore {
  public:
   /// Receives a message about opening: UTF-8, one line, no full stop.
@@ -120,7 +121,7 @@ class VOSMERE_API TreeStore {
   /// does not describe is reported with its current name. False if a log cannot be read.
   bool Changes(std::uint64_t after, ChangeReport report, void* to);
   /// Sets a function that is called for every change when it is made, also by Undo and Redo; null
-  /// turns this off.
+  /// turns this off. It is not called for a change for whose message memory runs out.
   void Listen(ChangeReport report, void* to);
 
   /// The error of the last operation that failed.

@@ -26,6 +26,13 @@ Observers& TheObservers() {
 
 TreeObserver::~TreeObserver() = default;
 
+void TreeObserver::StopObserving() {
+  Observers& observers = TheObservers();
+  const std::lock_guard lock(observers.mutex);
+  std::erase_if(observers.byRoot, [this](const auto& entry) { return entry.second == this; });
+  observers.count = observers.byRoot.size();
+}
+
 TreeObserver* TreeObserver::Of(const RNode* link) {
   Observers& observers = TheObservers();
   if (!link || observers.count.load(std::memory_order_relaxed) == 0) return nullptr;

@@ -38,6 +38,10 @@ class VOSMERE_API TreeObserver {
   /// Sets the observer of the tree with this root; null removes it. The observer must outlive this,
   /// and it must be removed before the root is freed. Throws std::bad_alloc.
   static void Observe(const RNode* root, TreeObserver* observer);
+
+ protected:
+  /// Removes this observer from all trees.
+  void StopObserving();
 };
 
 }  // namespace vosmere

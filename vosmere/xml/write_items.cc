@@ -40,14 +40,13 @@ void CWriteItems::LoseAllBut(unsigned held, const CUrlNode& page) {
   if (!ReportsLosses()) return;
   LoseAllBut(held, static_cast<const CBaseNode&>(page));
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
-  const auto isThere = [](const WChar* text) { return text && *text; };
   const CUrlProp* const prop = page.GetUrlProp();
-  LoseIf(loses(kAuthor, isThere(page.GetAuthor())), "author is lost");
-  LoseIf(loses(kRelated, isThere(page.GetRelationUrl())), "relationUrl is lost");
+  LoseIf(loses(kAuthor, IsThere(page.GetAuthor())), "author is lost");
+  LoseIf(loses(kRelated, IsThere(page.GetRelationUrl())), "relationUrl is lost");
   LoseIf(loses(kType, page.GetItemType() != IT_URL), "type is lost");
   if (!prop) return;
   LoseIf(loses(kType, prop->GetFileType() != FT_OTHER), "fileType is lost");
-  LoseIf(isThere(prop->GetFileExtension()), "fileExtension is lost");
+  LoseIf(IsThere(prop->GetFileExtension()), "fileExtension is lost");
   LoseIf(loses(kTags, prop->GetTagsHead()), "tags are lost");
 }
 

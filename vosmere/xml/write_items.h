@@ -39,6 +39,8 @@ class VOSMERE_API CWriteItems : public CWriteXML {
   /// refer to the same item.
   void LoseAllBut(unsigned held, const CBaseNode& item);
   void LoseAllBut(unsigned held, const CUrlNode& page);
+  /// Whether a text has anything to lose; null has not.
+  static bool IsThere(const WChar* text) { return text && *text; }
   /// Reports that an item is left out.
   void LoseWhole(const CBaseNode& item, const char* what);
 

@@ -49,6 +49,7 @@ TEST(RegistryFiles, AreReadAsText) {
       {begin + "\"v\"=\"a\\\"\\\\\"", Utf16(std::u16string(u"a\"\\\0", 4))},
       {begin + "\"V\"=hex:61\n\"v\"=hex:62", "b"},
       {begin + "\"v\"=hex:61\n\"v\"=-", "(none)"},
+      {begin + "\"v\"=hex:61\n\"v\"hex:62\n", "a"},
       {begin + "\"v\"=hex:61\n[-HKEY_CURRENT_USER\\Sub]\n", "(none)"},
       {begin + "\"v\"=hex:61\n[-hkcu\\Su]\n[HKCU\\sub\\key]\n\"w\"=hex:62", "a"},
       {begin + "\"v\nv\"=hex:61\n\"v=\n\"v\"\n\"v\"=what", "(none)"},

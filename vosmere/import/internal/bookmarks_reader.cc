@@ -202,8 +202,10 @@ class BookmarksReader {
 
   void ReadTags(CUrlNode& page, std::string_view list, std::size_t at) {
     CUrlProp::TagList* tags = nullptr;
-    CUrlProp* const prop = Trimmed(list).empty() ? nullptr : page.GetUrlProp();
-    for (std::size_t count = 0; prop && !list.empty() && count < kMostTags; ++count) {
+    if (Trimmed(list).empty()) return;
+    CUrlProp* const prop = page.GetUrlProp();
+    if (!prop) throw std::bad_alloc();
+    for (std::size_t count = 0; !list.empty() && count < kMostTags; ++count) {
       const Plain tag(list.substr(0, list.find(',')));
       list = list.find(',') == list.npos ? std::string_view() : list.substr(list.find(',') + 1);
       prop->SetTagsList(tags);

@@ -10,10 +10,17 @@ void LookUp() {
 }
 
 bool ToLocal(LONG seconds, std::tm* local) {
-  const __time64_t time = seconds;
+  // The runtime refuses times before 1970. The calendar repeats itself after 400 years, days of the
+  // week included.
+  constexpr int kCycleYears = 400;
+  constexpr __time64_t kCycle = __time64_t{146'097} * 24 * 60 * 60;
+  const bool isEarly = seconds < 0;
+  const __time64_t time = seconds + (isEarly ? kCycle : 0);
   const std::tm* const found = _localtime64(&time);  // a record of this thread
-  if (found) *local = *found;
-  return found != nullptr;
+  if (!found) return false;
+  *local = *found;
+  if (isEarly) local->tm_year -= kCycleYears;
+  return true;
 }
 
 LONG SecondsWest() {

@@ -1,6 +1,7 @@
 // Turns logged changes into notifications.
 #include "vosmere/storage/internal/change_message.h"
 
+#include <memory>
 #include <new>
 
 #include "vosmere/tree/url_node.h"
@@ -58,8 +59,9 @@ Places PlacesOf(ChangeKind kind, std::string_view bytes, bool undone) {
 OwnedMessage MessageOf(StoredTree& tree, ChangeKind kind, std::string_view bytes, bool undone) {
   OwnedMessage message(CVSMNotifyMsg::New(), CVSMNotifyMsg::Delete);
   if (!message) throw std::bad_alloc();
-  RNode* const copy = tree.CopyOfSubject(kind, bytes);
-  RNode* const link = copy ? copy : tree.SubjectOf(kind, bytes);
+  const unsigned long lostBefore = LostTexts();
+  const std::unique_ptr<RNode, void (*)(RNode*)> copy(tree.CopyOfSubject(kind, bytes), DeleteLink);
+  RNode* const link = copy ? copy.get() : tree.SubjectOf(kind, bytes);
   message->SetNotifyType(EventOf(kind, undone) + (link ? BaseOf(*link) : 3000));
   if (link) Describe(*message, *link);
   const Places places = PlacesOf(kind, bytes, undone);
@@ -75,7 +77,7 @@ OwnedMessage MessageOf(StoredTree& tree, ChangeKind kind, std::string_view bytes
     message->SetOldParent(old->item->GetName());
     message->SetOldParentID(old->item->GetUUID());
   }
-  if (copy) DeleteLink(copy);
+  if (LostTexts() != lostBefore) throw std::bad_alloc();
   return message;
 }
 

@@ -36,7 +36,13 @@ bool LogWriter::Begin(DiskFile file, const FileHeader& header, ULONG* error) {
 void LogWriter::Append(Record record) {
   std::unique_lock lock(mutex_);
   record.isFirst = waiting_.empty();
-  WriteRecord(seed_, record, waiting_);
+  const std::size_t before = waiting_.size();
+  try {
+    WriteRecord(seed_, record, waiting_);
+  } catch (...) {
+    waiting_.resize(before);  // half a record would hide all after it
+    throw;
+  }
   if (record.isFirst) wake_.notify_one();
   if (waiting_.size() < kMostWaiting) return;
   hurry_ = true;

@@ -27,7 +27,8 @@ class LogWriter {
   /// started.
   bool Begin(DiskFile file, const FileHeader& header, ULONG* error);
 
-  /// Blocks only while more than eight megabytes are not written yet.
+  /// Blocks only while more than eight megabytes are not written yet. If it throws, nothing has
+  /// been appended.
   void Append(Record record);
   /// Returns true once everything is on disk. False, with the system's error, if that failed.
   bool Flush(ULONG* error);

@@ -35,7 +35,7 @@ bool StoreCore::Open(TreeStore::Note note, void* to) {
   if (files_.isEmpty && !isNew)
     return Fail(DocumentFault::kCannotOpen, "there is no store in the folder");
   if (!opened) return false;
-  ObserveLocalTrees(tree_.root(), this);
+  ObserveLocalTrees(tree_.root());
   TreeObserver::Observe(tree_.root(), this);
   note_ = nullptr;
   return true;
@@ -47,7 +47,7 @@ bool StoreCore::TakeLock() {
       return Fail(DocumentFault::kCannotOpen, "the folder cannot be made", failure);
   const PathText path = files_.LockPath();
   if (!lock_.OpenToUpdate(path.c_str()) && !lock_.CreateNew(path.c_str(), false) &&
-      !lock_.OpenToUpdate(path.c_str()))
+      !(IsAlreadyThere(lock_.error()) && lock_.OpenToUpdate(path.c_str())))
     return Fail(DocumentFault::kCannotOpen, "the store cannot be locked", lock_.error());
   if (lock_.TryLock()) return true;
   if (lock_.error())

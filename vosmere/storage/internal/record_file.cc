@@ -63,6 +63,10 @@ void WriteHeader(const FileHeader& header, std::string& bytes) {
   WriteRecord(0, {header.sequence, kHeaderRecord, Direction::kDone, true, contents}, bytes);
 }
 
+std::string RecordReader::problem() const {
+  return systemError_ ? problem_ + ": " + SystemMessage(systemError_) : problem_;
+}
+
 RecordReader::State RecordReader::Bad(const char* problem) {
   problem_ = problem;
   return State::kBad;

@@ -64,7 +64,7 @@ class RecordReader {
 
   /// The record is valid until the next call.
   State Next(Record* record);
-  const std::string& problem() const { return problem_; }
+  std::string problem() const;
   ULONG systemError() const { return systemError_; }
 
   /// How far the file has been read.

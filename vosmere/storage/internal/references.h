@@ -19,13 +19,13 @@ class References {
   void Set(std::uint64_t page, std::uint64_t target) {
     const std::uint64_t old = targets_.Find(page);
     if (old == target) return;
-    if (old) pages_.erase({old, page});
     if (target) {
-      targets_.Set(page, target);
       pages_.insert({target, page});
+      targets_.Set(page, target);
     } else {
       targets_.Erase(page);
     }
+    if (old) pages_.erase({old, page});
   }
   /// Appends the pages that refer to it.
   void PagesOf(std::uint64_t target, std::vector<std::uint64_t>& found) const {

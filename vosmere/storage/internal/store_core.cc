@@ -14,60 +14,91 @@ StoreCore::StoreCore(const WChar* folder, const StoreOptions& options)
     : options_(options), files_(folder) {}
 
 StoreCore::~StoreCore() {
-  log_.reset();
-  if (!tree_.root()) return;
-  ObserveLocalTrees(tree_.root(), nullptr);
-  TreeObserver::Observe(tree_.root(), nullptr);
+  StopObserving();
 }
 
 bool StoreCore::Fail(DocumentFault fault, const std::string& reason, ULONG systemError) {
   return FailWith(&error, fault, reason, systemError);
 }
 
-void StoreCore::ObserveLocalTrees(RNode* top, TreeObserver* observer) {
+namespace {
+
+/// The roots of the local trees at and below a link.
+std::vector<const RNode*> LocalTreesOf(RNode* top) {
+  std::vector<const RNode*> roots;
   StoredTree::Walk(top, [&](RNode* link, RNode*, bool isLocal) {
-    if (isLocal) TreeObserver::Observe(link, observer);
+    if (isLocal) roots.push_back(link);
     return true;
   });
+  return roots;
+}
+
+/// Needs no memory.
+void ForgetTrees(const std::vector<const RNode*>& roots) {
+  for (const RNode* const root : roots) TreeObserver::Observe(root, nullptr);
+}
+
+}  // namespace
+
+void StoreCore::ObserveLocalTrees(RNode* top) {
+  for (const RNode* const root : LocalTreesOf(top)) TreeObserver::Observe(root, this);
 }
 
 // Changing.
 
-void StoreCore::Miss(const char* why) {
-  if (missed_.empty()) missed_ = why;
+void StoreCore::Miss() {
+  missed_ = true;
   undo_.Clear();
   redo_.Clear();
+}
+
+/// Does what follows from a change that has been made already, so that it cannot fail any more. If
+/// memory runs out, the next flush has to write a checkpoint.
+template <class Do>
+void StoreCore::AfterChange(Do work) {
+  try {
+    work();
+  } catch (const std::bad_alloc&) {
+    missed_ = true;
+  }
 }
 
 /// Whether the log has every change of the tree.
 bool StoreCore::IsWhole() {
   ULONG failure = 0;
-  if (log_ && log_->Failed(&failure) && missed_.empty())
-    missed_ = "the log cannot be written: " + SystemMessage(failure);
-  return log_ && missed_.empty();
+  missed_ = missed_ || (log_ && log_->Failed(&failure));
+  return log_ && !missed_;
 }
 
 void StoreCore::Log(ChangeKind kind, std::string_view bytes, Direction direction) {
   ++sequence_;
-  if (IsWhole()) log_->Append({sequence_, static_cast<unsigned>(kind), direction, false, bytes});
-  if (!report_) return;
-  const OwnedMessage message = MessageOf(tree_, kind, bytes, direction == Direction::kUndone);
-  report_(reportTo_, sequence_, message.get());
+  AfterChange([&] {
+    if (IsWhole()) log_->Append({sequence_, static_cast<unsigned>(kind), direction, false, bytes});
+    if (!report_) return;
+    const OwnedMessage message = MessageOf(tree_, kind, bytes, direction == Direction::kUndone);
+    report_(reportTo_, sequence_, message.get());
+  });
 }
 
 void StoreCore::Keep(const Change& change) {
-  Log(change.kind, change.bytes, Direction::kDone);
   undo_.Push(change.kind, change.bytes, options_.undoBytes);
   redo_.Clear();
+  Log(change.kind, change.bytes, Direction::kDone);
 }
 
 void StoreCore::Adding(RNode* parent, RNode* tree, RNode* before) {
-  ObserveLocalTrees(tree, this);
+  const std::uint64_t first = tree_.nextNumber();
   change_.bytes.clear();
-  if (tree_.DescribeAdding(parent, tree, before, &change_))
-    Keep(change_);
-  else
-    Miss("something was added where the store knows of nothing");
+  try {
+    ObserveLocalTrees(tree);
+    if (tree_.DescribeAdding(parent, tree, before, &change_))
+      Keep(change_);
+    else
+      Miss();  // where the store knows of nothing
+  } catch (...) {
+    tree_.ForgetFrom(first);
+    throw;
+  }
 }
 
 void StoreCore::Moving(RNode* link, RNode* parent, RNode* before) {
@@ -75,16 +106,20 @@ void StoreCore::Moving(RNode* link, RNode* parent, RNode* before) {
   if (tree_.DescribeMoving(link, parent, before, &change_))
     Keep(change_);
   else
-    Miss("something was moved that the store does not know");
+    Miss();
 }
 
 void StoreCore::Removing(RNode* link) {
-  ObserveLocalTrees(link, nullptr);
+  const std::vector<const RNode*> localTrees = LocalTreesOf(link);
+  StoredTree::Removal removal;
   change_.bytes.clear();
-  if (tree_.DescribeRemoving(link, &change_))
+  if (tree_.DescribeRemoving(link, &change_, &removal)) {
     Keep(change_);
-  else
-    Miss("something was removed that the store does not know");
+    tree_.Forget(removal);
+  } else {
+    Miss();
+  }
+  ForgetTrees(localTrees);
 }
 
 /// What is looked at before a change, in memory that was used for the last one.
@@ -108,12 +143,12 @@ void StoreCore::Changing(RNode* link) {
 void StoreCore::Changed(RNode* link) {
   const Before& before = under_[--depth_];
   if (!before.counts) return;
-  if (!tree_.NumberOf(link)) return Miss("something was changed that the store does not know");
   try {
+    if (!tree_.NumberOf(link)) return Miss();
     change_.bytes.clear();
     if (tree_.DescribeFields(link, before.fields, &after_, &change_)) Keep(change_);
   } catch (const std::bad_alloc&) {
-    Miss("memory ran out");
+    Miss();
   }
 }
 
@@ -125,21 +160,26 @@ void StoreCore::Sorting(RNode* folder) {
 
 void StoreCore::Sorted(RNode* folder) {
   const Before& before = under_[--depth_];
-  if (!before.counts) return Miss("something was sorted that the store does not know");
-  change_.bytes.clear();
-  if (tree_.DescribeSorting(folder, before.order, &change_)) Keep(change_);
+  try {
+    if (!before.counts) return Miss();
+    change_.bytes.clear();
+    if (tree_.DescribeSorting(folder, before.order, &change_)) Keep(change_);
+  } catch (const std::bad_alloc&) {
+    Miss();
+  }
 }
 
 bool StoreCore::SetTree(RNode* tree) {
-  ObserveLocalTrees(tree_.root(), nullptr);
-  TreeObserver::Observe(tree_.root(), nullptr);
   StoredTree next;
   next.SetNextNumber(tree_.nextNumber());
   next.SetRoot(tree);
-  tree_.Swap(next);
-  ObserveLocalTrees(tree, this);
+  std::vector<const RNode*> before = LocalTreesOf(tree_.root());
+  before.push_back(tree_.root());
+  ObserveLocalTrees(tree);
   TreeObserver::Observe(tree, this);
-  Miss("the tree was replaced");
+  ForgetTrees(before);
+  tree_.Swap(next);
+  Miss();
   ++sequence_;
   return Checkpoint();
 }
@@ -152,19 +192,28 @@ bool StoreCore::Undo(Direction direction) {
   UndoStack& from = undone ? undo_ : redo_;
   UndoStack& to = undone ? redo_ : undo_;
   if (from.empty()) return false;
-  const char* problem = nullptr;
-  Change change;
-  from.Pop(&change);
+  const Change change = from.Top();
+  const bool comesOrGoes = change.kind == ChangeKind::kAdd || change.kind == ChangeKind::kRemove;
   RNode* const gone = tree_.SubjectOf(change.kind, change.bytes);
-  if (gone && (change.kind == ChangeKind::kAdd || change.kind == ChangeKind::kRemove))
-    ObserveLocalTrees(gone, nullptr);
-  if (!tree_.Make(change.kind, change.bytes, undone, &problem)) {
-    Miss("a change could not be unmade");
-    return Fail(DocumentFault::kMalformed, std::string("this cannot be undone: ") + problem);
-  }
-  if (RNode* const back = tree_.SubjectOf(change.kind, change.bytes)) ObserveLocalTrees(back, this);
-  Log(change.kind, change.bytes, direction);
+  std::vector<const RNode*> localTrees;
+  if (gone && comesOrGoes) localTrees = LocalTreesOf(gone);
   to.Push(change.kind, change.bytes, options_.undoBytes);
+  const char* problem = nullptr;
+  try {
+    if (!tree_.Make(change.kind, change.bytes, undone, &problem)) {
+      Miss();
+      return Fail(DocumentFault::kMalformed, std::string("this cannot be undone: ") + problem);
+    }
+  } catch (...) {
+    to.Drop();
+    missed_ = missed_ || change.kind == ChangeKind::kFields;
+    throw;
+  }
+  from.Drop();
+  ForgetTrees(localTrees);
+  RNode* const back = tree_.SubjectOf(change.kind, change.bytes);
+  if (back && comesOrGoes) AfterChange([&] { ObserveLocalTrees(back); });
+  Log(change.kind, change.bytes, direction);
   return true;
 }
 
@@ -226,19 +275,20 @@ bool StoreCore::ContinueLog(std::uint64_t number) {
 bool StoreCore::Checkpoint() {
   error = {};
   if (options_.readOnly) return Fail(DocumentFault::kCannotWrite, "the store is open to be read");
-  if (!tree_.IsNumbered()) Miss("the tree was changed in a way that is not logged");
+  if (!tree_.IsNumbered()) Miss();  // it was changed in a way that is not logged
   ULONG failure = 0;
   const bool whole = IsWhole() && log_->Flush(&failure);
   const std::uint64_t number = ++files_.highest;
   if (!whole) {
-    if (!IsWhole() && !missed_.empty()) ++sequence_;  // a change that no log has
+    if (!IsWhole() && missed_) ++sequence_;  // a change that no log has
     tree_.Renumber();
+    ObserveLocalTrees(tree_.root());
     log_.reset();
   }
   if (whole && !BeginLog(number)) return false;
   const PathText path = files_.Path(FileKind::kCheckpoint, number);
   if (!WriteCheckpoint(path, HeaderOf(FileKind::kCheckpoint, number), tree_, &error)) return false;
-  missed_.clear();
+  missed_ = false;
   loaded_.insert(number);
   if (!whole && !BeginLog(number)) return false;
   SetBrokenAside();

@@ -77,9 +77,11 @@ class StoreCore : public TreeObserver {
   Before& Enter(RNode* link);
   void Keep(const Change& change);
   void Log(ChangeKind kind, std::string_view bytes, Direction direction);
-  void Miss(const char* why);
+  void Miss();
   bool IsWhole();
-  void ObserveLocalTrees(RNode* top, TreeObserver* observer);
+  void ObserveLocalTrees(RNode* top);
+  template <class Do>
+  void AfterChange(Do work);
 
   // Checkpoints and logs.
   bool BeginLog(std::uint64_t number);
@@ -96,7 +98,7 @@ class StoreCore : public TreeObserver {
   std::uint64_t sequence_ = 0;
 
   std::unique_ptr<LogWriter> log_;
-  std::string missed_;  // why the log lacks a change that the tree has; empty if it lacks none
+  bool missed_ = false;  // the log lacks a change that the tree has
   UndoStack undo_, redo_;
   std::deque<Before> under_;  // the first `depth_` are in use
   std::size_t depth_ = 0;

@@ -2,6 +2,7 @@
 #include "vosmere/storage/internal/stored_tree.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 
 #include "vosmere/base/chain.h"
@@ -44,14 +45,32 @@ CColctNode* ColctOf(const RNode* link) {
   return link->type == NT_COLCT ? static_cast<CColctNode*>(link->item) : nullptr;
 }
 
+/// Needs no memory, since there may be none: what is still to be freed hangs together by `next`.
 void DeleteAll(RNode* top) {
-  std::vector<RNode*> links;
-  StoredTree::Walk(top, [&](RNode* link, RNode*, bool) {
-    links.push_back(link);
-    return true;
-  });
-  for (RNode* const link : links) DeleteLink(link);
+  RNode* rest = nullptr;
+  const auto add = [&](RNode* link) {
+    link->next = rest;
+    rest = link;
+  };
+  for (add(top); rest;) {
+    RNode* const link = rest;
+    rest = link->next;
+    for (RNode* const child : chain::Cells(link->firstChild)) add(child);
+    if (RNode* const local = LocalRootOf(link)) add(local);
+    DeleteLink(link);
+  }
 }
+
+/// Throws if memory ran out for a text since this was made: items say that nowhere else.
+class NoTextIsLost {
+ public:
+  void Check() const {
+    if (LostTexts() != before_) throw std::bad_alloc();
+  }
+
+ private:
+  const unsigned long before_ = LostTexts();
+};
 
 }  // namespace
 
@@ -122,14 +141,21 @@ std::uint64_t StoredTree::NumberOf(const RNode* link) {
   return link ? numbers_.Find(Key(link)) : 0;
 }
 
-void StoredTree::Learn(RNode* link, std::uint64_t number) {
-  links_.Set(number, Key(link));
-  if (hasNumbers_) numbers_.Set(Key(link), number);
+void StoredTree::Learn(RNode* link, std::uint64_t number, RNode* owner) {
+  try {
+    links_.Set(number, Key(link));
+    if (hasNumbers_) numbers_.Set(Key(link), number);
+    if (owner) owners_.Set(Key(link), Key(owner));
+  } catch (...) {
+    Forget(number);
+    throw;
+  }
   if (number >= next_) next_ = number + 1;
 }
 
 void StoredTree::Forget(std::uint64_t number) {
   RNode* const link = LinkOf(number);
+  if (!link) return;
   if (hasNumbers_) numbers_.Erase(Key(link));
   owners_.Erase(Key(link));
   references_.Set(Key(link), 0);
@@ -177,8 +203,12 @@ RNode* StoredTree::ReadDescription(ByteReader& reader, std::uint64_t* number, st
   if (!link) return nullptr;
   const std::size_t references = unresolved_.size();
   try {
-    if (ReadFields(*link, *this, reader)) return link;
+    const NoTextIsLost texts;
+    const bool read = ReadFields(*link, *this, reader);
+    texts.Check();
+    if (read) return link;
   } catch (...) {
+    unresolved_.resize(references);
     DeleteLink(link);
     throw;
   }
@@ -187,21 +217,22 @@ RNode* StoredTree::ReadDescription(ByteReader& reader, std::uint64_t* number, st
   return nullptr;
 }
 
-// As the last child, or as the root.
+// As the last child, or as the root. Frees the link if it cannot be there.
 bool StoredTree::Attach(RNode* link, std::uint64_t number, RNode* parent, bool isLocal) {
+  std::unique_ptr<RNode, void (*)(RNode*)> held(link, DeleteLink);
   if (number == 0 || number == UINT64_MAX || LinkOf(number)) return false;
   CColctNode* const colct = parent && isLocal ? ColctOf(parent) : nullptr;
   if (isLocal && (!colct || colct->GetLocRNodeRoot())) return false;
   if (!parent && root_) return false;
-  Learn(link, number);
+  Learn(link, number, isLocal ? parent : nullptr);
   if (isLocal) {
-    owners_.Set(Key(link), Key(parent));
     colct->SetLocRNodeRoot(link);
   } else if (parent) {
     RNTool::InsertAsChild(parent, link);
   } else {
     root_ = link;
   }
+  static_cast<void>(held.release());
   return true;
 }
 
@@ -214,8 +245,7 @@ bool StoredTree::ReadDescriptions(std::string_view bytes) {
     RNode* const link = ReadDescription(reader, &number, &parent, &isLocal);
     if (!link) return false;
     RNode* const above = parent ? LinkOf(parent) : nullptr;
-    if ((above || (!parent && !root_)) && Attach(link, number, above, isLocal)) continue;
-    DeleteLink(link);
+    if (Attach(link, above || !parent ? number : 0, above, isLocal)) continue;
     unresolved_.clear();
     return false;
   }
@@ -227,11 +257,17 @@ void StoredTree::ReferLater(RNode* page, std::uint64_t number) {
 }
 
 void StoredTree::FinishReading() {
-  for (const auto& [page, number] : unresolved_)
-    if (RNode* const link = LinkOf(number)) {
-      Refer(page, link);
-      LearnReference(page);
-    }
+  try {
+    for (const auto& [page, number] : unresolved_)
+      if (RNode* const link = LinkOf(number)) {
+        Refer(page, link);
+        LearnReference(page);
+      }
+  } catch (...) {
+    for (const auto& [page, number] : unresolved_)
+      if (TargetOf(page)) LoseReference(page);
+    throw;
+  }
   unresolved_.clear();
 }
 
@@ -245,11 +281,9 @@ bool StoredTree::ReadReferences(ByteReader& reader) {
   return !reader.failed();
 }
 
-void StoredTree::LoseReferences(const std::vector<RNode*>& pages) {
-  for (RNode* const page : pages) {
-    Refer(page, nullptr);
-    LearnReference(page);
-  }
+void StoredTree::LoseReference(RNode* page) {
+  Refer(page, nullptr);
+  references_.Set(Key(page), 0);
 }
 
 bool StoredTree::DescribeAdding(RNode* parent, RNode* tree, RNode* before, Change* change) {
@@ -260,8 +294,7 @@ bool StoredTree::DescribeAdding(RNode* parent, RNode* tree, RNode* before, Chang
   ByteWriter writer(change->bytes);
   writer.Number(NumberOf(previous));
   Walk(tree, [&](RNode* link, RNode* above, bool isLocal) {
-    Learn(link, next_);
-    if (isLocal) owners_.Set(Key(link), Key(above));
+    Learn(link, next_, isLocal ? above : nullptr);
     return true;
   });
   Walk(tree, [&](RNode* link, RNode* above, bool isLocal) {
@@ -272,7 +305,11 @@ bool StoredTree::DescribeAdding(RNode* parent, RNode* tree, RNode* before, Chang
   return true;
 }
 
-bool StoredTree::DescribeRemoving(RNode* top, Change* change) {
+void StoredTree::ForgetFrom(std::uint64_t number) {
+  for (; number < next_; ++number) Forget(number);
+}
+
+bool StoredTree::DescribeRemoving(RNode* top, Change* change, Removal* removal) {
   RNode* const previous = RNTool::GerPrevNode(top);
   bool known = !previous || NumberOf(previous);
   Walk(top, [&](RNode* link, RNode*, bool) { return known = known && NumberOf(link); });
@@ -284,18 +321,28 @@ bool StoredTree::DescribeRemoving(RNode* top, Change* change) {
     Describe(link, parent, isLocal, change->bytes);
     return true;
   });
-  const std::vector<RNode*> pages = PagesThatReferInto(top);
-  if (!pages.empty()) writer.Number(0);
-  for (RNode* const page : pages) {
+  *removal = RemovalOf(top);
+  if (!removal->pages.empty()) writer.Number(0);
+  for (RNode* const page : removal->pages) {
     writer.Number(NumberOf(page));
     writer.Number(NumberOf(TargetOf(page)));
   }
-  LoseReferences(pages);
+  return true;
+}
+
+StoredTree::Removal StoredTree::RemovalOf(RNode* top) {
+  Removal removal;
+  removal.pages = PagesThatReferInto(top);
   Walk(top, [&](RNode* link, RNode*, bool) {
-    Forget(NumberOf(link));
+    removal.numbers.push_back(NumberOf(link));
     return true;
   });
-  return true;
+  return removal;
+}
+
+void StoredTree::Forget(const Removal& removal) {
+  for (RNode* const page : removal.pages) LoseReference(page);
+  for (const std::uint64_t number : removal.numbers) Forget(number);
 }
 
 bool StoredTree::DescribeMoving(RNode* link, RNode* parent, RNode* before, Change* change) {
@@ -373,33 +420,55 @@ const char* StoredTree::Place(RNode* link, std::uint64_t parent, std::uint64_t p
   return nullptr;
 }
 
+/// A whole tree or, when memory runs out, nothing.
 const char* StoredTree::MakeAdd(std::string_view bytes) {
+  RNode* top = nullptr;
+  std::vector<std::uint64_t> numbers;
+  try {
+    return MakeAdd(bytes, &top, numbers);
+  } catch (...) {
+    if (top) CutOff(top);
+    for (const std::uint64_t number : numbers) Forget(number);
+    if (top) DeleteAll(top);
+    throw;
+  }
+}
+
+const char* StoredTree::MakeAdd(std::string_view bytes, RNode** top,
+                                std::vector<std::uint64_t>& numbers) {
   unresolved_.clear();
   ByteReader reader(bytes);
   const std::uint64_t previous = reader.Number();
-  RNode* top = nullptr;
   while (!reader.AtEnd()) {
     std::uint64_t number, parent;
     bool isLocal;
+    numbers.push_back(0);
     RNode* const link = ReadDescription(reader, &number, &parent, &isLocal);
-    if (!link && number == 0 && top && ReadReferences(reader)) break;
+    if (!link && number == 0 && *top && ReadReferences(reader)) break;
     if (!link) return "an item cannot be read";
+    numbers.back() = number;
     RNode* const above = LinkOf(parent);
-    if (!above || !Attach(link, number, above, isLocal)) {
-      DeleteLink(link);
+    if (!Attach(link, above ? number : 0, above, isLocal))
       return "an item has no place, or is there already";
-    }
-    if (top) continue;
-    top = link;
+    if (*top) continue;
+    *top = link;
     if (isLocal) continue;
-    Unlink(top);
-    if (const char* const problem = Place(top, parent, previous)) {
-      RNTool::InsertAsChild(above, top);  // where it can be found and freed
+    Unlink(link);
+    if (const char* const problem = Place(link, parent, previous)) {
+      RNTool::InsertAsChild(above, link);  // where it can be found and freed
       return problem;
     }
   }
   FinishReading();
-  return reader.failed() || !top ? "it does not say what to add" : nullptr;
+  return reader.failed() || !*top ? "it does not say what to add" : nullptr;
+}
+
+/// Without its numbers, which still lead to it.
+void StoredTree::CutOff(RNode* top) {
+  if (RNode* const owner = ToLink(owners_.Find(Key(top))))
+    ColctOf(owner)->SetLocRNodeRoot(nullptr);
+  else
+    Unlink(top);
 }
 
 // What a file says to be there, and is not, must not be freed; nor may anything be freed that the
@@ -426,13 +495,10 @@ const char* StoredTree::MakeRemove(std::string_view bytes) {
     return at < numbers.size() && LinkOf(numbers[at++]) == link;
   });
   if (!same || at != numbers.size()) return "something else is there to be removed";
-  LoseReferences(PagesThatReferInto(top));
-  if (owner)
-    ColctOf(owner)->SetLocRNodeRoot(nullptr);
-  else
-    Unlink(top);
+  const std::vector<RNode*> pages = PagesThatReferInto(top);
+  CutOff(top);
+  Forget({pages, std::move(numbers)});
   DeleteAll(top);
-  for (const std::uint64_t number : numbers) Forget(number);
   return nullptr;
 }
 
@@ -466,8 +532,10 @@ const char* StoredTree::MakeFields(std::string_view bytes, bool undone) {
   ByteReader reader(bytes);
   RNode* const link = LinkOf(reader.Number());
   if (!link) return "what is to be changed is not there";
+  const NoTextIsLost texts;
   const bool read = ReadChangedFields(*link, *this, reader, undone) && reader.AtEnd();
   LearnReference(link);
+  texts.Check();
   return read ? nullptr : "a field cannot be read";
 }
 

@@ -73,18 +73,32 @@ class StoredTree : private LinkLookup {
   void FinishReading();
 
   // Describe a change that is about to be made to the tree. They return false, with nothing
-  // changed, if a link that is involved has no number.
+  // changed, if a link that is involved has no number. Whatever throws has changed nothing but the
+  // numbers that DescribeAdding gave.
 
   bool DescribeAdding(RNode* parent, RNode* tree, RNode* before, Change* change);
   bool DescribeMoving(RNode* link, RNode* parent, RNode* before, Change* change);
-  bool DescribeRemoving(RNode* link, Change* change);
+  /// Drops this number and all later ones: those of links that are not added after all.
+  void ForgetFrom(std::uint64_t number);
+
+  /// What has to be forgotten of a link that is removed, and of all below it.
+  struct Removal {
+    std::vector<RNode*> pages;  // that refer to something in it
+    std::vector<std::uint64_t> numbers;
+  };
+  bool DescribeRemoving(RNode* link, Change* change, Removal* removal);
+  /// Needs no memory.
+  void Forget(const Removal& removal);
+
   /// Describes how the fields of a link have changed since `before`. False if they have not.
   bool DescribeFields(RNode* link, const FieldValues& before, FieldValues* after, Change* change);
   void TakeFields(RNode* link, FieldValues* values);
   bool TakeOrder(RNode* folder, std::vector<std::uint64_t>* order);
   bool DescribeSorting(RNode* folder, const std::vector<std::uint64_t>& before, Change* change);
 
-  /// Does a change, or undoes it. False, with the reason, if it does not fit the tree.
+  /// Does a change, or undoes it. False, with the reason, if it does not fit the tree. If it
+  /// throws, nothing has changed, except that some of the fields that change are as they are
+  /// afterwards.
   bool Make(ChangeKind kind, std::string_view bytes, bool undone, const char** problem);
 
   /// Whether every link of the tree has a number, and every number a link.
@@ -117,16 +131,19 @@ class StoredTree : private LinkLookup {
   RNode* ReadDescription(ByteReader& reader, std::uint64_t* number, std::uint64_t* parent,
                          bool* isLocal);
   bool Attach(RNode* link, std::uint64_t number, RNode* parent, bool isLocal);
-  void Learn(RNode* link, std::uint64_t number);
+  void Learn(RNode* link, std::uint64_t number, RNode* owner);
   void Forget(std::uint64_t number);
   void LearnReference(RNode* link);
   std::vector<RNode*> PagesThatReferInto(RNode* top);
-  void LoseReferences(const std::vector<RNode*>& pages);
+  void LoseReference(RNode* page);
+  Removal RemovalOf(RNode* top);
   bool ReadReferences(ByteReader& reader);
   RNode* OwnerOf(RNode* link);
   bool IsWithin(RNode* link, RNode* top);
 
   const char* MakeAdd(std::string_view bytes);
+  const char* MakeAdd(std::string_view bytes, RNode** top, std::vector<std::uint64_t>& numbers);
+  void CutOff(RNode* top);
   const char* MakeRemove(std::string_view bytes);
   const char* MakeMove(std::string_view bytes, bool undone);
   const char* MakeFields(std::string_view bytes, bool undone);

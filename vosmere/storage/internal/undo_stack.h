@@ -15,10 +15,16 @@ namespace vosmere {
 /// take at most `mostBytes`; the newest one is always kept. All are in one block of memory.
 class UndoStack {
  public:
+  /// If it throws, nothing has changed but that the oldest are gone.
   void Push(ChangeKind kind, std::string_view bytes, std::uint64_t mostBytes) {
     if (bytes_.size() > 2 * mostBytes) DropOldest(mostBytes);
     ends_.push_back({kind, bytes_.size() + bytes.size()});
-    bytes_ += bytes;
+    try {
+      bytes_ += bytes;
+    } catch (...) {
+      ends_.pop_back();
+      throw;
+    }
   }
   /// Reserves memory for this many bytes of changes, so that the block need not grow. The system
   /// provides it only when it is used.
@@ -29,13 +35,12 @@ class UndoStack {
     ends_.reserve(static_cast<std::size_t>(room / kShortest));
   }
   bool empty() const { return ends_.empty(); }
-  void Pop(Change* change) {
-    change->kind = ends_.back().kind;
-    ends_.pop_back();
-    const std::size_t begin = ends_.empty() ? 0 : ends_.back().end;
-    change->bytes.assign(bytes_, begin);
-    bytes_.resize(begin);
+  /// The newest change.
+  Change Top() const {
+    const std::size_t begin = ends_.size() < 2 ? 0 : ends_[ends_.size() - 2].end;
+    return {ends_.back().kind, bytes_.substr(begin)};
   }
+  /// Drops the newest change, if there is one.
   void Drop() {
     if (ends_.empty()) return;
     ends_.pop_back();

@@ -8,6 +8,10 @@
 
 #include "vosmere/platform/internal/code_page.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace vosmere {
 namespace {
 
@@ -34,29 +38,45 @@ std::size_t PlainLength(WideView text) {
   return length;
 }
 
-// Code units that are looked at together.
-constexpr std::size_t kBlock = 8;
-using Units [[gnu::vector_size(kBlock * sizeof(WChar))]] = WChar;
-using Bytes [[gnu::vector_size(kBlock)]] = char;
-
-/// All units joined by "or".
-WChar Joined(const Units& units) {
-  std::uint64_t halves[2];
-  std::memcpy(halves, &units, sizeof halves);
-  std::uint64_t joined = halves[0] | halves[1];
-  joined |= joined >> 32;
-  return static_cast<WChar>(joined | joined >> 16);
-}
-
-/// Those bits of a piece's content that its highest unit makes unclear.
-unsigned HighContent(WideView piece) {
-  WChar controls = 0, beyondBasic = 0;
+/// What a piece contains, as bits. No branches, so that compilers look at many units at once.
+unsigned ContentOf(WideView piece) {
+  WChar markup = 0, controls = 0, beyondAscii = 0, beyondBasic = 0;
   for (const WChar unit : piece) {
+    // `&` and `'` differ in one bit, and so do `<` and `>`.
+    markup |= WChar{(unit | 1) == '\''} | WChar{(unit | 2) == '>'} | WChar{unit == '"'};
     controls |= WChar{unit < ' '};
+    beyondAscii |= WChar{unit >= 0x80};
     beyondBasic |= WChar{unit >= 0xD800};
   }
-  return (controls ? kControls : 0u) | (beyondBasic ? kBeyondBasic : 0u);
+  return (markup ? kMarkup : 0u) | (controls ? kControls : 0u) | (beyondAscii ? kBeyondAscii : 0u) |
+         (beyondBasic ? kBeyondBasic : 0u);
 }
+
+#ifdef __SSE2__
+// Most texts are short: they are looked at in two blocks of this size together.
+constexpr std::size_t kBlock = 8;
+
+/// What the blocks of a piece contain: bytes are 255 where there is any.
+struct Seen {
+  __m128i markup = {}, beyondAscii = {}, rare = {};
+
+  /// Returns both blocks as bytes. Units from U+0100 on become 255, those from U+8000 on 0.
+  __m128i Look(const WChar* low, const WChar* high) {
+    const auto load = [](const WChar* at) {
+      return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    };
+    const auto is = [](__m128i bytes, char byte) {
+      return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte));
+    };
+    const auto with = [](__m128i bytes, char bit) { return bytes | _mm_set1_epi8(bit); };
+    const __m128i bytes = _mm_packus_epi16(load(low), load(high));
+    markup |= is(with(bytes, 1), '\'') | is(with(bytes, 2), '>') | is(bytes, '"');
+    beyondAscii |= bytes;
+    rare |= is(_mm_max_epu8(bytes, _mm_set1_epi8(' ' - 1)), ' ' - 1);
+    return bytes;
+  }
+};
+#endif
 
 }  // namespace
 
@@ -95,35 +115,40 @@ template int PieceToEscapedUtf8<Escape::kText>(WideView, char*);
 template int PieceToEscapedUtf8<Escape::kAttribute>(WideView, char*);
 template int PieceToEscapedUtf8<Escape::kAsLittle>(WideView, char*);
 
-// In blocks of a fixed size. The last one overlaps the one before it, and a short text is copied
-// into a whole block, because code units one by one would take longer than all blocks of most
-// texts.
+#ifdef __SSE2__
+// Code units one by one would take longer than all blocks of most texts. The last block therefore
+// overlaps the one before it, and a short text is copied into a whole block.
 unsigned CopyTamePiece(WideView piece, char* bytes) {
-  WChar few[kBlock];
-  char fewBytes[kBlock];
-  const bool isShort = piece.size < kBlock;
-  if (isShort) std::fill(std::copy(piece.begin(), piece.end(), few), few + kBlock, WChar{' '});
-  const WChar* const from = isShort ? few : piece.data;
-  char* const to = isShort ? fewBytes : bytes;
-  const std::size_t last = isShort ? 0 : piece.size - kBlock;
-  Units markup = {}, all = {}, below = {};
-  for (std::size_t at = 0;; at = std::min(at + kBlock, last)) {
-    Units units;
-    std::memcpy(&units, from + at, sizeof units);
-    // `&` and `'` differ in one bit, and so do `<` and `>`.
-    markup |= Units(((units | 1) == '\'') | ((units | 2) == '>') | (units == '"'));
-    all |= units;
-    below |= units - ' ';  // the highest bit of what is below the blank, or high itself
-    const Bytes copy = __builtin_convertvector(units, Bytes);
-    std::memcpy(to + at, &copy, sizeof copy);
-    if (at == last) break;
+  Seen seen;
+  if (piece.size >= 2 * kBlock) {
+    const std::size_t last = piece.size - 2 * kBlock;
+    for (std::size_t at = 0;; at = std::min(at + 2 * kBlock, last)) {
+      const __m128i copy = seen.Look(piece.data + at, piece.data + at + kBlock);
+      std::memcpy(bytes + at, &copy, 2 * kBlock);
+      if (at == last) break;
+    }
+  } else if (piece.size >= kBlock) {
+    const std::size_t last = piece.size - kBlock;
+    const __m128i copy = seen.Look(piece.data, piece.data + last);
+    std::memcpy(bytes, &copy, kBlock);
+    std::memcpy(bytes + last, reinterpret_cast<const char*>(&copy) + kBlock, kBlock);
+  } else {
+    WChar few[kBlock];
+    std::fill(std::copy(piece.begin(), piece.end(), few), few + kBlock, WChar{' '});
+    const __m128i copy = seen.Look(few, few);
+    std::copy_n(reinterpret_cast<const char*>(&copy), piece.size, bytes);
   }
-  if (isShort) std::copy_n(fewBytes, piece.size, bytes);
-  constexpr WChar kHigh = 0x8000;
-  unsigned content = (Joined(markup) ? kMarkup : 0u) | (Joined(all) >= 0x80 ? kBeyondAscii : 0u);
-  if (Joined(all) & kHigh) return content | HighContent(piece);
-  return Joined(below) & kHigh ? content | kControls : content;
+  const auto isAny = [](__m128i highBits) { return _mm_movemask_epi8(highBits) != 0; };
+  if (isAny(seen.rare)) return ContentOf(piece);
+  return (isAny(seen.markup) ? kMarkup : 0u) | (isAny(seen.beyondAscii) ? kBeyondAscii : 0u);
 }
+#else
+unsigned CopyTamePiece(WideView piece, char* bytes) {
+  std::transform(piece.begin(), piece.end(), bytes,
+                 [](WChar unit) { return static_cast<char>(unit); });
+  return ContentOf(piece);
+}
+#endif
 
 bool IsXmlText(WideView text) {
   WChar found = 0;

@@ -78,6 +78,22 @@ TEST(PlainXml, HasNoMarkWhereTheEncodingIsKnown) {
   EXPECT_FALSE(ByTheParser("\xEF\xBB\xBF<a/>", "UTF-8"));
 }
 
+int ColumnOfLastTag(const std::string& document) {
+  posix::XmlTree tree;
+  tree.keepsPlaces = true;
+  posix::MemorySource source(document);
+  BuildXmlTree(tree, source, nullptr);
+  const auto* const child = tree.arena.root->element.firstChild;
+  return tree.places.at(child ? child->next : tree.arena.root).column;
+}
+
+TEST(ParsedXml, CountsColumnsFromTheFirstCharacterOfALine) {
+  EXPECT_EQ(ColumnOfLastTag("\xEF\xBB\xBF<a/>"), 1);
+  EXPECT_EQ(ColumnOfLastTag("<a>x<b/></a>"), 5);
+  // The begin of the line is no longer in the buffer.
+  EXPECT_EQ(ColumnOfLastTag("<a>" + std::string(100'000, 'x') + "<b/></a>"), 0);
+}
+
 TEST(ParsedXml, MayInsertOneDeclarationManyTimes) {
   const std::string inserted = "<!ENTITY a \"&b;\"><!ENTITY b \"1\">";
   std::string document = "<!DOCTYPE a [<!ENTITY % p '" + inserted + "'>";

@@ -23,6 +23,7 @@ namespace vosmere::posix {
 namespace {
 
 constexpr xmlChar kXmlns[] = "xmlns";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 const char* Chars(const xmlChar* text) {
   return reinterpret_cast<const char*>(text);
@@ -378,9 +379,12 @@ XmlPlace Builder::PlaceOfTag() const {
   const auto lines = static_cast<int>(std::count(behind.begin(), behind.end(), '\n'));
   const std::size_t lineEnd = read.substr(0, tag).rfind('\n');
   XmlPlace place{input.line - lines, 0};
-  if (lineEnd == read.npos && (lines > 0 || place.line > 1)) return place;
+  if (lineEnd == read.npos && (lines > 0 || place.line > 1 || input.consumed > 0)) return place;
   place.column = 1;
-  place.Pass(read.substr(lineEnd + 1, tag - lineEnd - 1));
+  std::string_view before = read.substr(lineEnd + 1, tag - lineEnd - 1);
+  if (lineEnd == read.npos && before.starts_with(kByteOrderMark))
+    before.remove_prefix(kByteOrderMark.size());
+  place.Pass(before);
   return place;
 }
 
