@@ -46,6 +46,15 @@ void SortBytes(Entries& entries, Entries& room) {
   }
 }
 
+/// Frees an item that is one of `owned`, whose order does not matter.
+void Free(Array<OwnedPointer<CEventItem>>& owned, const CEventItem* item) {
+  for (OwnedPointer<CEventItem>& at : owned) {
+    if (at.get() != item) continue;
+    if (&at != &owned.back()) at = std::move(owned.back());
+    return owned.pop_back();
+  }
+}
+
 }  // namespace
 
 CEventItem::~CEventItem() = default;
@@ -169,15 +178,7 @@ void CTimeEventQueue::Remove(CEventItem* item) {
   if (item == &item->event->item_)
     std::atomic_ref(item->queued_).store(false, std::memory_order_relaxed);
   else
-    RemoveFurther(item);
-}
-
-void CTimeEventQueue::RemoveFurther(const CEventItem* item) {
-  for (OwnedPointer<CEventItem>& other : further_) {
-    if (other.get() != item) continue;
-    if (&other != &further_.back()) other = std::move(further_.back());
-    return further_.pop_back();
-  }
+    Free(further_, item);
 }
 
 bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {

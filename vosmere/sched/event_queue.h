@@ -83,7 +83,6 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   bool PlaceFromTheEnd(CEventItem* item);
   void Unlink(CEventItem* item);
   void Remove(CEventItem* item);
-  void RemoveFurther(const CEventItem* item);
   bool IsEarlierThanBefore(const CEventItem* item) const;
   void FollowChanges();
   void PromoteEarliest();
