@@ -44,7 +44,7 @@ function complain(what) {
 }
 
 END {
-  print "digraph house {\n  graph [rankdir=TB, splines=true, nodesep=0.3, ranksep=0.45, bgcolor=white]" > graph
+  print "digraph house {\n  graph [rankdir=TB, splines=true, nodesep=0.3, ranksep=0.45, bgcolor=transparent]" > graph
   print "  node [shape=box, style=\"rounded,filled\", fillcolor=\"#eef3fa\", color=\"#5b7ba8\"," > graph
   print "        fontname=Helvetica, fontsize=12]\n  edge [color=\"#8a9bb3\", arrowsize=0.6]" > graph
   for (floor = floors; floor >= 1; floor--) {

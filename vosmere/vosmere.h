@@ -1,6 +1,7 @@
 // All public headers but cpp.h, the layer on top.
 #pragma once
 
+#include "vosmere/base/array.h"
 #include "vosmere/base/ascii.h"
 #include "vosmere/base/build_number.h"
 #include "vosmere/base/chain.h"

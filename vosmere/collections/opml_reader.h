@@ -1,8 +1,7 @@
 // Reading a tree of folders and collections from an OPML document.
 #pragma once
 
-#include <vector>
-
+#include "vosmere/base/array.h"
 #include "vosmere/base/export.h"
 #include "vosmere/fwd.h"
 #include "vosmere/xml/parse_xml.h"
@@ -63,8 +62,8 @@ class VOSMERE_API CParseOPML : public CParseXML {
 
   RNode* currentFolder_ = nullptr;
   RNode* treeRoot_ = nullptr;
-  std::vector<RNode*> outlines_;  // the links of the open outlines, innermost last
-  XmlNode title_;                 // the last title element at the root
+  Array<RNode*> outlines_;  // the links of the open outlines, innermost last
+  XmlNode title_;           // the last title element at the root
   LONG opmlVersion_ = 0;
   bool readsPages_ = false;
   xml::Report* report_ = nullptr;

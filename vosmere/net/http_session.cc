@@ -106,11 +106,11 @@ void CNetBase::AppendResponse(WideView text) {
   try {
     while (!text.empty()) {
       // The first block grows with a short reply; further blocks are allocated whole.
-      if (response_.empty()) response_.emplace_back();
-      if (response_.back().size() == kBlock) response_.emplace_back().reserve(kBlock);
-      std::vector<WChar>& block = response_.back();
+      if (response_.empty()) response_.push_back({});
+      if (response_.back().size() == kBlock) response_.push_back({}).reserve(kBlock);
+      Array<WChar>& block = response_.back();
       const WideView part = text.First(kBlock - block.size());
-      block.insert(block.end(), part.begin(), part.end());
+      block.Append(part.data, part.size);
       text = text.From(part.size);
     }
   } catch (const std::bad_alloc&) {

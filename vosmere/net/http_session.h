@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
+#include "vosmere/base/array.h"
 #include "vosmere/base/export.h"
 #include "vosmere/base/owned_text.h"
 #include "vosmere/base/types.h"
@@ -146,7 +146,7 @@ class VOSMERE_API CNetBase {
   char form_[200] = {};
   char parameters_[kMostParameterBytes + 1] = {};
   bool parameterLost_ = false;
-  std::vector<std::vector<WChar>> response_;  // in blocks, so that growing copies at most one
+  Array<Array<WChar>> response_;  // in blocks, so that growing copies at most one
   ULONG mostPieces_ = kMostReplyPieces;
   bool responseCut_ = false;
   bool redirected_ = false;

@@ -46,6 +46,15 @@ void SortBytes(Entries& entries, Entries& room) {
   }
 }
 
+/// Frees an item that is one of `owned`, whose order does not matter.
+void Free(Array<OwnedPointer<CEventItem>>& owned, const CEventItem* item) {
+  for (OwnedPointer<CEventItem>& at : owned) {
+    if (at.get() != item) continue;
+    if (&at != &owned.back()) at = std::move(owned.back());
+    return owned.pop_back();
+  }
+}
+
 }  // namespace
 
 CEventItem::~CEventItem() = default;
@@ -92,7 +101,7 @@ CEventItem* CTimeEventQueue::NewItem(CTimeEvent* event) {
   if (!std::atomic_ref(event->item_.queued_).exchange(true, std::memory_order_relaxed))
     return &event->item_;
   return UnlessLost(static_cast<CEventItem*>(nullptr), [&] {
-    return further_.emplace_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
+    return further_.push_back(OwnedPointer<CEventItem>(new CEventItem(event))).get();
   });
 }
 
@@ -169,7 +178,7 @@ void CTimeEventQueue::Remove(CEventItem* item) {
   if (item == &item->event->item_)
     std::atomic_ref(item->queued_).store(false, std::memory_order_relaxed);
   else
-    std::erase_if(further_, [item](const auto& other) { return other.get() == item; });
+    Free(further_, item);
 }
 
 bool CTimeEventQueue::IsEarlierThanBefore(const CEventItem* item) const {
@@ -216,7 +225,8 @@ void CTimeEventQueue::SortPending() {
   heaped_ = 0;
   constexpr std::size_t kManyForBytes = 512;
   if (pending_.size() >= kManyForBytes && UnlessNoMemory(false, [&] {
-        std::vector<Pending> room(pending_.size());
+        Array<Pending> room;
+        room.Append(pending_.begin(), pending_.size());
         SortBytes(pending_, room);
         return true;
       }))

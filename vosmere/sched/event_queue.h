@@ -3,8 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
+#include "vosmere/base/array.h"
 #include "vosmere/base/export.h"
 #include "vosmere/base/lock.h"
 #include "vosmere/base/owned_pointer.h"
@@ -92,14 +92,13 @@ class VOSMERE_API CTimeEventQueue : public CKQSynch {
   bool Replace(CEventItem* match, CTimeEvent* event, CTimeEvent** replaced, bool* headChanged);
 
   CEventItem* head_ = nullptr;
-  std::vector<Pending> pending_;  // no entry is earlier than the head
-  std::size_t heaped_ = 0;        // entries of pending_ that are a heap; the others are as inserted
-  std::size_t size_ = 0;          // of the list and pending_
-  std::uint64_t ordered_ = 0;     // the order_ of the next pending item
-  std::uint64_t changes_ = 0;     // CTimeEvent::s_changes at the last insertion
-  std::size_t disorders_ = 0;     // items earlier than their predecessor; if any, pending_ is empty
-  std::vector<OwnedPointer<CEventItem>>
-      further_;  // items for events whose own item is in a queue already
+  Array<Pending> pending_;     // no entry is earlier than the head
+  std::size_t heaped_ = 0;     // entries of pending_ that are a heap; the others are as inserted
+  std::size_t size_ = 0;       // of the list and pending_
+  std::uint64_t ordered_ = 0;  // the order_ of the next pending item
+  std::uint64_t changes_ = 0;  // CTimeEvent::s_changes at the last insertion
+  std::size_t disorders_ = 0;  // items earlier than their predecessor; if any, pending_ is empty
+  Array<OwnedPointer<CEventItem>> further_;  // for events whose own item is in a queue already
 };
 
 }  // namespace vosmere

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "vosmere/base/ascii.h"
+#include "vosmere/base/internal/always_inline.h"
 #include "vosmere/base/internal/number.h"
 #include "vosmere/text/internal/date_names.h"
 #include "vosmere/text/internal/fixed_fields.h"
@@ -127,8 +128,8 @@ struct Zone {
 };
 
 /// False when a field is out of range.
-[[gnu::always_inline]] inline bool ComputeDate(const FixedDate& date, const Zone& zone,
-                                               DateForm form, DateReading* result) {
+VOSMERE_ALWAYS_INLINE bool ComputeDate(const FixedDate& date, const Zone& zone, DateForm form,
+                                       DateReading* result) {
   using namespace std::chrono;
   const year_month_day day{year{date.year}, month(date.month), std::chrono::day(date.day)};
   const bool endOfDay = date.hour == 24 && date.minute == 0 && date.second == 0;
@@ -146,7 +147,7 @@ struct Zone {
 
 /// Nothing, "Z", a name such as "GMT", "+hhmm" or "+hh:mm", after at most one space. There must be
 /// at least eight characters before `end`.
-[[gnu::always_inline]] inline bool ReadUsualZone(const char* at, const char* end, Zone* zone) {
+VOSMERE_ALWAYS_INLINE bool ReadUsualZone(const char* at, const char* end, Zone* zone) {
   static constexpr FixedForm kPlain("xxxx0000"), kColon("xxx00:00");
   if (at != end && *at == ' ') ++at;
   const auto size = end - at;

@@ -156,7 +156,8 @@ void Text(Target& target, const WChar* text) {
 
 template <auto Setter>
 struct NumberRow {
-  static constexpr FitsTest kFits = FitsNumber;
+  // The address of a function in a DLL is not a constant.
+  static constexpr FitsTest kFits = [](const WChar* text) { return FitsNumber(text); };
   template <class Target>
   constexpr operator Apply<Target>() const {
     return [](Target& target, const WChar* text) { (target.*Setter)(NumberFromText(text)); };
