@@ -296,9 +296,11 @@ std::string Fixed(double number, const char* format) {
   return text;
 }
 
-/// What costs more for each unit at the last size than at the one before is not in proportion.
+/// What costs several times more for each unit at the last size than at the one before is not in
+/// proportion. Some more it may: the largest documents are not read by the fast path, and memory of
+/// this size comes from the system each time.
 bool IsInProportion(const std::vector<Cost>& costs, const std::vector<std::size_t>& sizes) {
-  constexpr double kSlack = 2.5, kShortest = 0.05;
+  constexpr double kSlack = 4, kShortest = 0.3;
   constexpr std::size_t kLeast = 4 * kMega;
   const std::size_t last = sizes.size() - 1;
   const double growth =
