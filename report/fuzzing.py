@@ -47,14 +47,16 @@ def add_counts(name, fast, checked):
 
 
 def run(preset, name, *limits):
-    """Runs a target; how many runs there were, and whether all were fine."""
+    """Runs a target, if there are limits, and otherwise replays the kept inputs; how many runs there were, and
+    whether all were fine."""
     own, found = ROOT / "fuzz/corpus" / name, FOUND / name
     found.mkdir(parents=True, exist_ok=True)
     words = ROOT / f"fuzz/{name}.dict"
     scratch = "/dev/shm" if os.path.isdir("/dev/shm") else "/tmp"
     done = subprocess.run(
-        [ROOT / f"build/{preset}/bin/{name}_fuzz", *limits, "-timeout=20", "-rss_limit_mb=2048", "-print_final_stats=1",
-         f"-artifact_prefix={ROOT}/build/fuzz/{name}-", *([f"-dict={words}"] if words.exists() else []), found, own],
+        [ROOT / f"build/{preset}/bin/{name}_fuzz", *(limits or ["-runs=0"]), "-timeout=20", "-rss_limit_mb=2048", "-print_final_stats=1",
+         f"-artifact_prefix={ROOT}/build/fuzz/{name}-", *([f"-dict={words}"] if words.exists() else []),
+         *([found] if limits else []), own],
         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, env={**os.environ, "TMPDIR": scratch})
     log = done.stderr.decode(errors="replace")
     (ROOT / f"build/fuzz/{name}.{preset}.log").write_text(log)
@@ -92,9 +94,9 @@ def print_section(isShort):
     print("Every target is a libFuzzer program that is given mutations of the inputs in `fuzz/corpus`. It stops at a "
           "crash, at an input that takes more than 20 seconds or 2 GB, and when what it says in the table does not "
           "hold. Most runs are without sanitizers, because these make a run several times slower; the last column "
-          "has those under the address and undefined-behaviour sanitizers. Runs are counted since the beginning, "
-          f"up to {RUNS:,} where that takes less than hours; the kept inputs are those that reach code which the "
-          "others do not.\n")
+          "has those under the address and undefined-behaviour sanitizers. Runs are counted since the beginning; "
+          f"the aim is {RUNS:,} for each target. The kept inputs are those that reach code which the others do "
+          "not.\n")
     print("| Target | What must hold | Kept inputs | KB | Runs | Runs under the sanitizers |\n|---|---|---:|---:|---:|---:|")
     for name, (fast, checked) in counts.items():
         kept = inputs(name)
@@ -118,7 +120,7 @@ def main():
     if options.seconds:
         return all([run_for(name, options.seconds, -1) for name in options.names or targets()])
     if options.short:
-        fine = all([run(CHECKING, name, "-runs=0")[1] for name in targets()])
+        fine = all([run(CHECKING, name)[1] for name in targets()])
     else:
         counts = read_counts()
         fine = all([run_for(name, LONGEST, max(RUNS - counts[name][0], 100_000)) for name in targets()])
