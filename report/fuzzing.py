@@ -10,6 +10,7 @@ A run is what libFuzzer counts as one: one input through the target. fuzzing.tsv
 target since the beginning, without and with the sanitizers; runs of earlier forms of a target count too.
 """
 import argparse
+import fcntl
 import os
 import pathlib
 import re
@@ -41,6 +42,12 @@ def read_counts():
 
 
 def add_counts(name, fast, checked):
+    with open(ROOT / "build/fuzz/counts.lock", "w") as lock:  # several may run at the same time
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        change_counts(name, fast, checked)
+
+
+def change_counts(name, fast, checked):
     counts = read_counts()
     counts[name] = [counts[name][0] + fast, counts[name][1] + checked]
     COUNTS.write_text("".join(f"{name}\t{fast}\t{checked}\n" for name, (fast, checked) in sorted(counts.items())))
