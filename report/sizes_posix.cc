@@ -209,17 +209,17 @@ Cost Measured(Work work) {
 
 std::string LoadAndSave(const std::string& text) {
   const Result<AnyDocument> document = Load<AnyDocument>(Bytes(text));
-  if (!document) return document.error().reason;
+  if (!document) return "refused: " + document.error().reason;
   const auto save = [](const auto& value) -> std::string {
     const Result<SavedBytes> saved = SaveToBytes(value);
-    return saved ? "loads and saves" : saved.error().reason;
+    return saved ? "loads and saves" : "loads; not saved: " + saved.error().reason;
   };
   return std::visit(save, *document);
 }
 
 std::string ImportAll(const std::string& text) {
   const Result<Imported> imported = Import(Bytes(text));
-  return !imported        ? imported.error().reason
+  return !imported        ? "refused: " + imported.error().reason
          : imported->tree ? "is imported"
                           : "has nothing to import";
 }
