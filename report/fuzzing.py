@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """The section about the fuzz targets.
 
-    fuzzing.py [FILE]                     runs every target until it has had RUNS runs, or for LONGEST seconds,
-                                          then a part under the sanitizers, and prints the section
+    fuzzing.py [FILE]                     runs every target until it has had RUNS runs, or for FUZZ_SECONDS of the
+                                          environment (600), then a part under the sanitizers, and prints the
+                                          section; with 0 seconds replays the known inputs, like --short
     fuzzing.py --short                    replays the known inputs under the sanitizers, and prints the section
     fuzzing.py --seconds N [NAME...]      runs targets for so long each, and counts the runs; prints nothing
 
@@ -21,8 +22,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 COUNTS = ROOT / "report/fuzzing.tsv"
 FOUND = ROOT / "build/fuzz/corpus"
 RUNS = 10_000_000
-LONGEST = 600
-CHECKED = 60  # seconds under the sanitizers
+LONGEST = int(os.environ.get("FUZZ_SECONDS", 600))
 MOST_BYTES = 1024  # longer inputs are slower, and rarely reach more
 FAST, CHECKING = "fuzz", "clang"  # the presets
 
@@ -114,8 +114,7 @@ def print_section(isShort):
     fewer = [name for name, (fast, _) in counts.items() if fast < RUNS]
     if fewer and not isShort:
         print(f"\nFewer than {RUNS:,} runs, because one run is slow or machine time was short: {', '.join(fewer)}.")
-    print("\nNo input is known that breaks a target." if not isShort else
-          "\nThe short form replayed the kept inputs under the sanitizers.")
+    print("\nThe kept inputs were replayed under the sanitizers. No input is known that breaks a target.")
 
 
 def main():
@@ -126,12 +125,14 @@ def main():
     options = parser.parse_args()
     if options.seconds:
         return all([run_for(name, options.seconds, -1) for name in options.names or targets()])
-    if options.short:
+    if options.short or LONGEST == 0:
         fine = all([run(CHECKING, name)[1] for name in targets()])
     else:
         counts = read_counts()
-        fine = all([run_for(name, LONGEST, max(RUNS - counts[name][0], 100_000)) for name in targets()])
-    print_section(options.short)
+        fine = all([run_for(name, LONGEST, max(RUNS - counts[name][0], 100_000)) and run(CHECKING, name)[1]
+                    for name in targets()])
+    if fine:
+        print_section(options.short)
     return fine
 
 
