@@ -38,8 +38,8 @@ def lines_of(*command):
 
 
 def shown(text):
-    """As code in a cell of a table."""
-    return "`" + text.decode().replace("|", "\\|").replace("`", "") + "`"
+    """As code in a cell of a table. Doxygen ends code with a single grave accent at an apostrophe."""
+    return "``" + text.decode().replace("|", "\\|").replace("`", "") + "``"
 
 
 def main():

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """The section about the fuzz targets.
 
-    fuzzing.py [FILE]                     runs every target until it has had RUNS runs, or for LONGEST seconds,
-                                          then a part under the sanitizers, and prints the section
+    fuzzing.py [FILE]                     runs every target until it has had RUNS runs, or for FUZZ_SECONDS of the
+                                          environment (600), then a part under the sanitizers, and prints the
+                                          section; with 0 seconds replays the known inputs, like --short
     fuzzing.py --short                    replays the known inputs under the sanitizers, and prints the section
     fuzzing.py --seconds N [NAME...]      runs targets for so long each, and counts the runs; prints nothing
 
@@ -10,6 +11,7 @@ A run is what libFuzzer counts as one: one input through the target. fuzzing.tsv
 target since the beginning, without and with the sanitizers; runs of earlier forms of a target count too.
 """
 import argparse
+import fcntl
 import os
 import pathlib
 import re
@@ -20,8 +22,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 COUNTS = ROOT / "report/fuzzing.tsv"
 FOUND = ROOT / "build/fuzz/corpus"
 RUNS = 10_000_000
-LONGEST = 600
-CHECKED = 60  # seconds under the sanitizers
+LONGEST = int(os.environ.get("FUZZ_SECONDS", 600))
 MOST_BYTES = 1024  # longer inputs are slower, and rarely reach more
 FAST, CHECKING = "fuzz", "clang"  # the presets
 
@@ -41,20 +42,28 @@ def read_counts():
 
 
 def add_counts(name, fast, checked):
+    with open(ROOT / "build/fuzz/counts.lock", "w") as lock:  # several may run at the same time
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        change_counts(name, fast, checked)
+
+
+def change_counts(name, fast, checked):
     counts = read_counts()
     counts[name] = [counts[name][0] + fast, counts[name][1] + checked]
     COUNTS.write_text("".join(f"{name}\t{fast}\t{checked}\n" for name, (fast, checked) in sorted(counts.items())))
 
 
 def run(preset, name, *limits):
-    """Runs a target; how many runs there were, and whether all were fine."""
+    """Runs a target, if there are limits, and otherwise replays the kept inputs; how many runs there were, and
+    whether all were fine."""
     own, found = ROOT / "fuzz/corpus" / name, FOUND / name
     found.mkdir(parents=True, exist_ok=True)
     words = ROOT / f"fuzz/{name}.dict"
     scratch = "/dev/shm" if os.path.isdir("/dev/shm") else "/tmp"
     done = subprocess.run(
-        [ROOT / f"build/{preset}/bin/{name}_fuzz", *limits, "-timeout=20", "-rss_limit_mb=2048", "-print_final_stats=1",
-         f"-artifact_prefix={ROOT}/build/fuzz/{name}-", *([f"-dict={words}"] if words.exists() else []), found, own],
+        [ROOT / f"build/{preset}/bin/{name}_fuzz", *(limits or ["-runs=0"]), "-timeout=20", "-rss_limit_mb=2048", "-print_final_stats=1",
+         f"-artifact_prefix={ROOT}/build/fuzz/{name}-", *([f"-dict={words}"] if words.exists() else []),
+         *([found] if limits else []), own],
         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, env={**os.environ, "TMPDIR": scratch})
     log = done.stderr.decode(errors="replace")
     (ROOT / f"build/fuzz/{name}.{preset}.log").write_text(log)
@@ -92,9 +101,9 @@ def print_section(isShort):
     print("Every target is a libFuzzer program that is given mutations of the inputs in `fuzz/corpus`. It stops at a "
           "crash, at an input that takes more than 20 seconds or 2 GB, and when what it says in the table does not "
           "hold. Most runs are without sanitizers, because these make a run several times slower; the last column "
-          "has those under the address and undefined-behaviour sanitizers. Runs are counted since the beginning, "
-          f"up to {RUNS:,} where that takes less than hours; the kept inputs are those that reach code which the "
-          "others do not.\n")
+          "has those under the address and undefined-behaviour sanitizers. Runs are counted since the beginning; "
+          f"the aim is {RUNS:,} for each target. The kept inputs are those that reach code which the others do "
+          "not.\n")
     print("| Target | What must hold | Kept inputs | KB | Runs | Runs under the sanitizers |\n|---|---|---:|---:|---:|---:|")
     for name, (fast, checked) in counts.items():
         kept = inputs(name)
@@ -105,8 +114,7 @@ def print_section(isShort):
     fewer = [name for name, (fast, _) in counts.items() if fast < RUNS]
     if fewer and not isShort:
         print(f"\nFewer than {RUNS:,} runs, because one run is slow or machine time was short: {', '.join(fewer)}.")
-    print("\nNo input is known that breaks a target." if not isShort else
-          "\nThe short form replayed the kept inputs under the sanitizers.")
+    print("\nThe kept inputs were replayed under the sanitizers. No input is known that breaks a target.")
 
 
 def main():
@@ -117,12 +125,14 @@ def main():
     options = parser.parse_args()
     if options.seconds:
         return all([run_for(name, options.seconds, -1) for name in options.names or targets()])
-    if options.short:
-        fine = all([run(CHECKING, name, "-runs=0")[1] for name in targets()])
+    if options.short or LONGEST == 0:
+        fine = all([run(CHECKING, name)[1] for name in targets()])
     else:
         counts = read_counts()
-        fine = all([run_for(name, LONGEST, max(RUNS - counts[name][0], 100_000)) for name in targets()])
-    print_section(options.short)
+        fine = all([run_for(name, LONGEST, max(RUNS - counts[name][0], 100_000)) and run(CHECKING, name)[1]
+                    for name in targets()])
+    if fine:
+        print_section(options.short)
     return fine
 
 

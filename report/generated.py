@@ -37,7 +37,7 @@ def main():
     madeUp = [a != b for a, b in zip(here, again)]
     kinds = {line[1] for line in here} - {"refused"}
     refused = sum(line[1] == "refused" for line in here)
-    print("## Both platforms, one truth\n")
+    print("## The same on every platform\n")
     print(f"From seeds, {count:,} documents of {len(kinds)} kinds were made: those of `tests/data` with elements doubled, "
           "moved and left out, and values replaced. Each was loaded, saved, loaded again and shown as "
           "`vosmere show --json` does; the digests of what was saved and of what was shown were compared with those of "

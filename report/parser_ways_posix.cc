@@ -124,7 +124,9 @@ Counts TryMutants(std::uint64_t seed, std::uint64_t count) {
   Dice dice(seed);
   while (counts.mutants < count && counts.different.size() < 10) {
     MakeMutant(dice, document);
-    Compare(document, dice.OneIn(4) ? "UTF-8" : nullptr, dice.OneIn(8), counts);
+    const char* const encoding = dice.OneIn(4) ? "UTF-8" : nullptr;
+    const bool withPlaces = dice.OneIn(8);
+    Compare(document, encoding, withPlaces, counts);
   }
   return counts;
 }

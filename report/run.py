@@ -71,7 +71,8 @@ def git(*words):
 
 def commit():
     """The commit, with a plus when files of it have changed since."""
-    changed = git("status", "--porcelain", "--untracked-files=no", "--", ".", ":!doc/report*")
+    written = ":!doc/report*", ":!report/fuzzing.tsv"
+    changed = git("status", "--porcelain", "--untracked-files=no", "--", ".", *written)
     return git("rev-parse", "--short=12", "HEAD") + ("+" if changed else "")
 
 
@@ -124,6 +125,7 @@ def join():
             continue
         parts.append((KEPT / f"{section.name}.md").read_text() + draw(section, DOC) +
                      f"\nRun at {told['commit']} on {told['date']}, {in_words(told['seconds'])}.\n")
+    parts.append((ROOT / "report/found.md").read_text())
     (DOC / "report.md").write_text("\n".join(parts))
     if missing:
         print("report: left out, because they have not been run or something was wrong:", *missing, file=sys.stderr)

@@ -209,17 +209,17 @@ Cost Measured(Work work) {
 
 std::string LoadAndSave(const std::string& text) {
   const Result<AnyDocument> document = Load<AnyDocument>(Bytes(text));
-  if (!document) return document.error().reason;
+  if (!document) return "refused: " + document.error().reason;
   const auto save = [](const auto& value) -> std::string {
     const Result<SavedBytes> saved = SaveToBytes(value);
-    return saved ? "loads and saves" : saved.error().reason;
+    return saved ? "loads and saves" : "loads; not saved: " + saved.error().reason;
   };
   return std::visit(save, *document);
 }
 
 std::string ImportAll(const std::string& text) {
   const Result<Imported> imported = Import(Bytes(text));
-  return !imported        ? imported.error().reason
+  return !imported        ? "refused: " + imported.error().reason
          : imported->tree ? "is imported"
                           : "has nothing to import";
 }
@@ -296,9 +296,11 @@ std::string Fixed(double number, const char* format) {
   return text;
 }
 
-/// What costs more for each unit at the last size than at the one before is not in proportion.
+/// What costs several times more for each unit at the last size than at the one before is not in
+/// proportion. Some more it may: the largest documents are not read by the fast path, and memory of
+/// this size comes from the system each time.
 bool IsInProportion(const std::vector<Cost>& costs, const std::vector<std::size_t>& sizes) {
-  constexpr double kSlack = 2.5, kShortest = 0.05;
+  constexpr double kSlack = 4, kShortest = 0.3;
   constexpr std::size_t kLeast = 4 * kMega;
   const std::size_t last = sizes.size() - 1;
   const double growth =
