@@ -42,6 +42,9 @@ class FormServer {
  private:
   [[noreturn]] static void Serve(int listener) {
     alarm(300);
+    // Who reads what the parent has to tell waits for all who could write.
+    for (int file = 3; file < 256; ++file)
+      if (file != listener) close(file);
     for (;;) {
       const int peer = accept(listener, nullptr, nullptr);
       // The form ends with its boundary and two more hyphens.

@@ -172,6 +172,10 @@ struct EventThread : CScheduleThread {
     StopThread();
     StopAndWait();
   }
+  bool IsEmpty() {
+    const SynchGuard guard(*GetQueue());
+    return !GetQueue()->GetPeepHeadEvent();
+  }
 };
 
 /// Every event that was left in its queue runs exactly as often as it was put in and not taken out.
@@ -197,7 +201,7 @@ unsigned long ReplaceOnEightThreads(int rounds) {
       });
     for (std::thread& each : threads) each.join();
     const auto limit = SteadyClock::now() + 20s;
-    while (thread.GetHeadEvent() && SteadyClock::now() < limit) std::this_thread::sleep_for(1ms);
+    while (!thread.IsEmpty() && SteadyClock::now() < limit) std::this_thread::sleep_for(1ms);
     thread.Stop();
     int ran = 0;
     for (const auto& event : events) ran += event->runs;
@@ -235,6 +239,13 @@ Early StepTheClock(int events) {
     EventThread thread;
     if (!thread.CreateThread(0, 0, nullptr)) return {0, 0, 1};
     std::mt19937 random(1);
+    // The scheduler looks at the clock at least once in a minute; a new head makes it look now.
+    std::vector<std::unique_ptr<CountedEvent>> nudges;
+    const auto nudge = [&] {
+      nudges.push_back(std::make_unique<CountedEvent>(-1));
+      nudges.back()->SetTime(0, 0);
+      thread.InsertTimeEvent(nudges.back().get());
+    };
     for (int i = 0; i < events; ++i) {
       Event event;
       event.SetDelayTime(0, 20);
@@ -244,19 +255,22 @@ Early StepTheClock(int events) {
         event.stepped = true;
         shiftMilliseconds += static_cast<long>(random() % 7'200'000) - 3'600'000;
         ++counts.steps;
+        nudge();
       }
       const auto limit = SteadyClock::now() + 100ms;
       while (!event.runs && SteadyClock::now() < limit) std::this_thread::sleep_for(1ms);
-      if (!event.runs) shiftMilliseconds += 7'200'000;  // it has been put off, and comes now
+      if (!event.runs) {  // it has been put off, and comes now
+        shiftMilliseconds += 7'200'000;
+        nudge();
+      }
       const auto last = SteadyClock::now() + 10s;
       while (!event.runs && SteadyClock::now() < last) std::this_thread::sleep_for(1ms);
       result.ran += static_cast<unsigned long>(event.runs.load());
       result.early += event.early;
       result.lost += event.runs == 0;
-      thread.GetHeadEvent();
-      if (event.runs == 0) thread.Stop();
       if (event.runs == 0) break;
     }
+    thread.Stop();
   }
   SetClockForTesting(nullptr);
   shiftMilliseconds = 0;

@@ -61,7 +61,8 @@ template <class Opening>
 bool DiskFile::Open(const WChar* path, Opening opening) {
   Close();
   disk_calls::Handle handle = kNone;
-  return Keep(disk_calls::Open(path, opening, &handle)) && Opened(handle, path);
+  return Keep(UntilNotInterrupted([&] { return disk_calls::Open(path, opening, &handle); })) &&
+         Opened(handle, path);
 }
 
 bool DiskFile::OpenToRead(const WChar* path) {

@@ -81,7 +81,8 @@ class VOSMERE_API TreeStore {
   /// overwritten. A relative `folder` is resolved once.
   ///
   /// Null, with the reason in `error`, if no checkpoint can be loaded, if another program has the
-  /// store open, or if the folder cannot be read. The caller frees the store with Delete.
+  /// store open, or if the system cannot read the folder or a log in it (read-only, it is opened
+  /// without what cannot be read). The caller frees the store with Delete.
   static TreeStore* Open(const WChar* folder, const StoreOptions& options, Note note, void* to,
                          DocumentError* error);
   /// Flushes and closes the store. A flush that fails here is not reported: call Flush before.

@@ -73,7 +73,12 @@ bool StoreCore::Load() {
     broken_.clear();
     if (!files_.List(&failure))
       return Fail(DocumentFault::kCannotOpen, "the folder cannot be read", failure);
-    if (LoadNewest()) {
+    unread_ = 0;
+    const bool loaded = LoadNewest();
+    // What is written now would go on without changes that may be whole.
+    if (loaded && unread_ && !options_.readOnly)
+      return Fail(DocumentFault::kCannotRead, "a log cannot be read", unread_);
+    if (loaded) {
       if (!options_.readOnly) GoOn();
       return true;
     }
@@ -156,6 +161,7 @@ bool StoreCore::Replay(std::uint64_t number) {
   const PathText path = files_.Path(FileKind::kChanges, number);
   if (!file.OpenToRead(path.c_str())) {
     Say(Name(FileKind::kChanges, number) + " cannot be read: " + SystemMessage(file.error()));
+    if (!IsNotThere(file.error())) unread_ = file.error();
     return false;
   }
   RecordReader reader(file);
@@ -216,6 +222,7 @@ bool StoreCore::MakeAgain(const Record& record, const char** problem) {
 }
 
 void StoreCore::StopAt(RecordReader& reader, std::uint64_t number, const std::string& problem) {
+  if (reader.systemError()) unread_ = reader.systemError();
   const std::uint64_t lost = reader.size() - reader.position();
   const bool broken = reader.position() == 0 ? reader.size() > 0 : reader.GoesOnLater(sequence_);
   std::string note = Name(FileKind::kChanges, number);

@@ -110,6 +110,7 @@ class StoreCore : public TreeObserver {
   std::set<std::uint64_t> loaded_;  // checkpoints that are known to load
   std::set<std::pair<FileKind, std::uint64_t>> broken_;
   std::string trouble_;  // why checkpoints did not load
+  ULONG unread_ = 0;     // why the system could not read a log that is there
   bool isClean_ = true;  // the last log can be appended to
   std::uint64_t lastLog_ = 0;
   TreeStore::Note note_ = nullptr;
