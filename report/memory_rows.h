@@ -284,10 +284,11 @@ inline void AddDocuments(std::vector<Row>& rows) {
        [](Memory& memory) -> Left {
          struct Writer : CWriteColctTreeOPML {
          } writer;
-         const Wide value(u"a < b & c " + LongText());
+         const SystemString value(SysAllocString(Wide(u"a < b & c " + LongText())));
          ConvertedText text;
          int length = 0;
-         if (!memory.Try([&] { return writer.GetXMLUTF8(value, Out(text), &length); })) return {};
+         if (!memory.Try([&] { return writer.GetXMLUTF8(value.get(), Out(text), &length); }))
+           return {};
          return std::string(text.get(), static_cast<std::size_t>(length));
        }},
   };

@@ -110,7 +110,8 @@ class Upload {
     if (progress_) upload_.SetProgress(&Upload::CallProgress, this);
     post();
     if (const std::int32_t code = upload_.GetErrorCode()) return ErrorOf(code, file);
-    const SystemString text(upload_.DetachResponse());
+    SystemString text;
+    Set([&] { text.reset(upload_.DetachResponse()); });
     return Reply{upload_.GetStatus(), ToUtf8(WideView(text.get(), SysStringLen(text.get()))),
                  upload_.WasRedirected(), upload_.IsResponseCut()};
   }

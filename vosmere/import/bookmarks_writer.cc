@@ -18,6 +18,7 @@ CWriteBookmarks::~CWriteBookmarks() = default;
 // early HTML versions, and not every browser that imports bookmarks knows it.
 void CWriteLinks::PutValue(const WChar* text) {
   const WideView view(text);
+  if (view.empty()) return;
   std::basic_string<WChar> value(view.begin(), view.end());
   const auto isUnspeakable = [](WChar unit) { return !IsXmlUnit(unit); };
   std::replace_if(value.begin(), value.end(), isUnspeakable, WChar{0xFFFD});
