@@ -221,10 +221,15 @@ TEST(Documents, ATreeIsSavedAsDeepAsItIsRead) {
     EXPECT_TRUE(Load<Tree>(files / "deep"));
   }
   const std::string before = ReadBytes(files / "deep");
-  Add<CFolderNode>(folder, "one too many");
-  const Result<vosmere::Saved> saved = Save(files / "deep", tree);
-  EXPECT_EQ(saved.error().fault, DocumentFault::kTooDeep);
-  EXPECT_EQ(ReadBytes(files / "deep"), before);
+  RNode* const more[] = {Add<CFolderNode>(folder, "one too many")->GetRNode(),
+                         Add<CColctNode>(folder->parent, "with elements", "u")->GetRNode()};
+  for (RNode* const link : more) {
+    const Result<vosmere::Saved> saved = Save(files / "deep", tree);
+    EXPECT_EQ(saved.error().fault, DocumentFault::kTooDeep);
+    EXPECT_EQ(ReadBytes(files / "deep"), before);
+    Remove(link->item);
+  }
+  EXPECT_TRUE(Save(files / "deep", tree));
 }
 
 TEST(Documents, WhatIsNoDocumentIsAnErrorThatSaysWhy) {

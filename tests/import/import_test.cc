@@ -164,7 +164,8 @@ TEST(Import, TakesWhatTheExactReadersTakeAsTheyDo) {
   const auto outline = [](const std::string& attributes) {
     return After(Import(Bytes("<opml><body><outline text='a'" + attributes + "/></body></opml>")));
   };
-  EXPECT_EQ(outline(" type='link'"), outline(""));  // without an address it is no page
+  for (const char* const more : {" type='link'", " x:y='z'"})
+    EXPECT_EQ(outline(more), outline("")) << more;  // without an address a link is no page
   std::string own =
       "<!-- <!DOCTYPE --><!DOCTYPE rss [<!-- ]> --><!ENTITY co \"AT&#38;#38;T &quot;x&quot; ]>\">"
       "<!ENTITY l '<link>http://e/?a&#38;amp;b</link>'><!ENTITY n \"<![CDATA[a &#38; &co;]]>\">"
