@@ -248,7 +248,7 @@ class Browser {
     std::vector<Row> rows;
     place.push_back(0);
     for (; at; ++at, ++place.back()) rows.push_back({at, place});
-    rows_.insert(rows_.begin() + index + 1, std::make_move_iterator(rows.begin()),
+    rows_.insert(rows_.begin() + (index + 1), std::make_move_iterator(rows.begin()),
                  std::make_move_iterator(rows.end()));
   }
 

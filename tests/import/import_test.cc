@@ -314,8 +314,9 @@ TEST(Import, SurvivesWantOfMemory) {
       return items.tree;
     };
     DeleteTree(make());  // what the system allocates once
-    for (const Failures failures : {Failures::kAll, Failures::kOne})
-      ExpectNullAtEachFailure(make, DeleteTree, failures);
+    ExpectNullAtEachFailure(make, DeleteTree);
+    // The DOM of Windows does not tell that from a malformed document, which is then repaired.
+    if (kSystemStringsFail) ExpectNullAtEachFailure(make, DeleteTree, Failures::kOne);
   }
 }
 

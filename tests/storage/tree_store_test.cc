@@ -158,12 +158,12 @@ TEST_F(AStore, UndoesWhatTheLogHoldsAfterItWasOpenedAgain) {
 /// A change is made or not, whatever allocation fails, and the disk then has what the tree has.
 TEST_F(AStore, SurvivesWantOfMemory) {
   MakeHistory(20);
-  void (*const kChanges[])(Store&) = {
-      [](Store& store) { Add<CUrlNode>(store.tree(), "x"); },
-      [](Store& store) { Remove(store.tree()->firstChild); },
-      [](Store& store) { Sort(store.tree(), SortBy::kName, true); },
-      [](Store& store) { SetName(*store.tree()->firstChild->item, "y"); },
-      [](Store& store) { (void)store.Undo(); },
+  void (*const kChanges[])(Store&, vosmere::Tree & removed) = {
+      [](Store& store, vosmere::Tree&) { Add<CUrlNode>(store.tree(), "x"); },
+      [](Store& store, vosmere::Tree& removed) { removed = Remove(store.tree()->firstChild); },
+      [](Store& store, vosmere::Tree&) { Sort(store.tree(), SortBy::kName, true); },
+      [](Store& store, vosmere::Tree&) { SetName(*store.tree()->firstChild->item, "y"); },
+      [](Store& store, vosmere::Tree&) { (void)store.Undo(); },
   };
   for (const auto change : kChanges)
     for (const Failures failures : {Failures::kAll, Failures::kOne}) {
@@ -171,12 +171,14 @@ TEST_F(AStore, SurvivesWantOfMemory) {
       for (int successes = 0; failed; ++successes) {
         Result<Store> store = Open();
         ASSERT_TRUE(store) << store.error();
+        vosmere::Tree removed;
         try {
           const FailingMemory memory(successes, failures);
-          change(*store);
+          change(*store, removed);
           failed = memory.Failed();
         } catch (const std::bad_alloc&) {
         }
+        RandomChanges::Free(std::move(removed));
         const std::string now = Dump(store->tree());
         ASSERT_FALSE(store->Flush());
         store = Error();

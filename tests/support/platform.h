@@ -41,6 +41,8 @@ std::size_t PeakMemory(std::function<void()> work);
 /// Whether a sanitizer is in use, which takes memory of its own.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool kSanitized = true;
+#elif defined(__has_feature)
+inline constexpr bool kSanitized = __has_feature(address_sanitizer);  // Clang
 #else
 inline constexpr bool kSanitized = false;
 #endif
