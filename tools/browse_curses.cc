@@ -107,15 +107,16 @@ std::vector<std::wstring> Wrapped(const std::vector<std::string>& lines) {
 
 /// Shows a note until a key is pressed that does not scroll.
 void ShowNote(const Record& record) {
-  for (int top = 0, key = 0;;) {
+  for (int top = 0;;) {
     const std::vector<std::wstring> lines = Wrapped(NoteOf(record));
     const int last = std::max(static_cast<int>(lines.size()) - (LINES - 1), 0);
     top = std::clamp(top, 0, last);
     erase();
-    for (int y = 0; y < LINES - 1 && top + y < static_cast<int>(lines.size()); ++y)
-      mvaddwstr(y, 0, lines[static_cast<std::size_t>(top + y)].c_str());
+    const int end = std::min(top + LINES - 1, static_cast<int>(lines.size()));
+    for (int at = top; at < end; ++at)
+      mvaddwstr(at - top, 0, lines[static_cast<std::size_t>(at)].c_str());
     PrintLine(LINES - 1, "Up/Down scroll, any other key: back", A_REVERSE);
-    switch (key = getch()) {
+    switch (getch()) {
       case KEY_DOWN: ++top; break;
       case KEY_UP: --top; break;
       case KEY_NPAGE: top += LINES - 1; break;
@@ -231,8 +232,9 @@ class Browser {
     erase();
     PrintLine(0, InputName(file_) + ' ' + LineOf(content_) + (isChanged_ ? " (changed)" : ""),
               A_BOLD);
-    for (int y = 0; y < height && top_ + y < static_cast<int>(rows_.size()); ++y)
-      DrawRow(1 + y, rows_[static_cast<std::size_t>(top_ + y)], top_ + y == selected_);
+    const int end = std::min(top_ + height, static_cast<int>(rows_.size()));
+    for (int at = top_; at < end; ++at)
+      DrawRow(1 + at - top_, rows_[static_cast<std::size_t>(at)], at == selected_);
     PrintLine(LINES - 1, status_.empty() ? kKeys : status_, A_REVERSE);
   }
 

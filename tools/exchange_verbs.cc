@@ -115,6 +115,61 @@ void AddFavorites(CLI::App& app, int& exitCode) {
   OnRun(*favorites, exitCode, [options] { return Favorites(*options); });
 }
 
+void AddFormOptions(CLI::App& post, PostOptions& options) {
+  const auto isPair = [](const std::string& field) {
+    return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
+  };
+  post.add_option("HOST", options.host, "Server, as NAME or NAME:PORT")->required();
+  post.add_option("PATH", options.path, "Path on the server")->required();
+  post.add_option("FILE", options.file, "File to upload")->required();
+  post.add_option("--field", options.fields, "Add a field to the form; can be repeated")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false)
+      ->check(isPair);
+  CLI::Option* const user =
+      post.add_option(
+              "--user", options.user,
+              "Send this user name and the MD5 digest of a password, which is read from the "
+              "terminal or from standard input")
+          ->type_name("NAME");
+  post.add_option("--login", options.login,
+                  "Use this name, and a password that is read in the same way, when the server "
+                  "asks for HTTP authentication")
+      ->type_name("NAME")
+      ->excludes(user);
+  post.add_flag("--clean", options.clean, "Send the file name without its folders, as browsers do");
+}
+
+void AddConnectionOptions(CLI::App& post, PostOptions& options) {
+  post.add_option("--proxy", options.proxy, "Send through this proxy, NAME:PORT")
+      ->type_name("PROXY");
+  constexpr double kLongest = 86400;
+  post.add_option("--connect-limit", options.connectLimit, "Most seconds until it is connected")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
+  post.add_option("--transfer-limit", options.transferLimit,
+                  "Most seconds in which nothing arrives or can be sent")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, kLongest))
+      ->capture_default_str();
+  post.add_flag("--secure", options.secure, "Use HTTPS");
+}
+
+void AddReplyOptions(CLI::App& post, PostOptions& options) {
+  CLI::Option* const output =
+      post.add_option("--output", options.output,
+                      "Write the whole reply to this file as it arrives; - means standard output")
+          ->type_name("FILE");
+  post.add_option("--reply-limit", options.replyLimit, "Print at most so much of the reply")
+      ->type_name("KIB")
+      ->capture_default_str();
+  post.add_flag("--dry-run", options.dryRun,
+                "Print the request, with the digest masked, and send nothing")
+      ->excludes(output);
+  post.add_flag("--json", options.json, "Print status and reply as JSON");
+}
+
 void AddPost(CLI::App& app, int& exitCode) {
   const auto options = std::make_shared<PostOptions>();
   CLI::App* const post = app.add_subcommand("post", "Upload a file to a web server as a form");
@@ -123,53 +178,9 @@ void AddPost(CLI::App& app, int& exitCode) {
       "incomplete; 2 wrong usage, or the file cannot be sent.\n"
       "A request that fails is not sent again. Only a server that redirects it, or asks for a "
       "password, gets it once more.");
-  const auto isPair = [](const std::string& field) {
-    return field.find('=') == field.npos || field[0] == '=' ? "is not NAME=VALUE" : "";
-  };
-  post->add_option("HOST", options->host, "Server, as NAME or NAME:PORT")->required();
-  post->add_option("PATH", options->path, "Path on the server")->required();
-  post->add_option("FILE", options->file, "File to upload")->required();
-  post->add_option("--field", options->fields, "Add a field to the form; can be repeated")
-      ->type_name("NAME=VALUE")
-      ->allow_extra_args(false)
-      ->check(isPair);
-  CLI::Option* const user =
-      post->add_option(
-              "--user", options->user,
-              "Send this user name and the MD5 digest of a password, which is read from the "
-              "terminal or from standard input")
-          ->type_name("NAME");
-  post->add_option("--login", options->login,
-                   "Use this name, and a password that is read in the same way, when the server "
-                   "asks for HTTP authentication")
-      ->type_name("NAME")
-      ->excludes(user);
-  post->add_option("--proxy", options->proxy, "Send through this proxy, NAME:PORT")
-      ->type_name("PROXY");
-  constexpr double kLongest = 86400;
-  post->add_option("--connect-limit", options->connectLimit, "Most seconds until it is connected")
-      ->type_name("SECONDS")
-      ->check(CLI::Range(0.001, kLongest))
-      ->capture_default_str();
-  post->add_option("--transfer-limit", options->transferLimit,
-                   "Most seconds in which nothing arrives or can be sent")
-      ->type_name("SECONDS")
-      ->check(CLI::Range(0.001, kLongest))
-      ->capture_default_str();
-  post->add_flag("--secure", options->secure, "Use HTTPS");
-  post->add_flag("--clean", options->clean,
-                 "Send the file name without its folders, as browsers do");
-  CLI::Option* const output =
-      post->add_option("--output", options->output,
-                       "Write the whole reply to this file as it arrives; - means standard output")
-          ->type_name("FILE");
-  post->add_option("--reply-limit", options->replyLimit, "Print at most so much of the reply")
-      ->type_name("KIB")
-      ->capture_default_str();
-  post->add_flag("--dry-run", options->dryRun,
-                 "Print the request, with the digest masked, and send nothing")
-      ->excludes(output);
-  post->add_flag("--json", options->json, "Print status and reply as JSON");
+  AddFormOptions(*post, *options);
+  AddConnectionOptions(*post, *options);
+  AddReplyOptions(*post, *options);
   OnRun(*post, exitCode, [options] {
     const InputFile file(options->file);
     options->file = file.name();
