@@ -43,7 +43,7 @@ class FormServer {
   [[noreturn]] static void Serve(int listener) {
     alarm(300);
     // Who reads what the parent has to tell waits for all who could write.
-    for (int file = 3; file < 256; ++file)
+    for (int file = 0; file < 256; ++file)
       if (file != listener) close(file);
     for (;;) {
       const int peer = accept(listener, nullptr, nullptr);

@@ -1083,10 +1083,13 @@ inline Left SendForm(Memory& memory, bool isFile) {
     return {};
   if (*reply) return std::to_string((*reply)->status) + (*reply)->text;
   const Error& error = reply->error();
-  // libcurl reports so, too, when it has no memory to look up the server.
-  constexpr unsigned kNoMemory[] = {8, 14}, kNotResolved = 12007;
+  // What libcurl says instead of its lack of memory: that it cannot look up the server, or, once a
+  // reply may come, the same as of a reply with a line without end. A reply of which only a part
+  // was kept is said to be incomplete.
+  constexpr unsigned kNoMemory[] = {8, 14}, kNotResolved = 12007, kInvalidReply = 12152;
   Memory::Expect(error.systemError == kNoMemory[0] || error.systemError == kNoMemory[1] ||
-                     error.systemError == kNotResolved,
+                     error.systemError == kNotResolved || error.systemError == kInvalidReply ||
+                     error.reason.ends_with("the reply is incomplete"),
                  ("says '" + ToString(error) + "'").c_str());
   return {};
 }
