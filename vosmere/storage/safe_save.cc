@@ -152,8 +152,9 @@ bool SafeCopy(const WChar* from, const WChar* path, const FileMark* expected, Fi
         file.Begin(path) &&
         ReadBlocks(source,
                    [&](const void* bytes, std::size_t size) { return file.Write(bytes, size); }) &&
-        file.Stored() && MarkOf(file.file(), &written) &&
-        (written == held || ReadsBackOtherwise(file)) && file.Replace(expected);
+        file.Stored() &&
+        ((MarkOf(file.file(), &written) && written == held) || ReadsBackOtherwise(file)) &&
+        file.Replace(expected);
     if (!done && error) *error = file.error();
     if (!done && error && error->fault == DocumentFault::kNone)
       FailWith(error, DocumentFault::kCannotRead, "what is to be saved cannot be read",
