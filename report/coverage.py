@@ -65,7 +65,8 @@ def print_row(name, count):
 
 
 def print_mutation():
-    print("\nFaults were put into the sources, one at a time, as `./dev mutate` does it; those that change nothing a test could see are not counted:\n")
+    print("\nFaults were put into the sources, one at a time, as `./dev mutate` does it; those that change nothing "
+          "that a test could see are not counted:\n")
     print("| Room | Tried | Noticed | Share |\n|---|---:|---:|---:|")
     tried, caught = 0, 0
     for line in MUTATION.read_text().splitlines():
