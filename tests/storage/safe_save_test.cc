@@ -103,7 +103,8 @@ TEST_F(SafeSaveFile, RefusesAFileThatChangedSinceItWasLoaded) {
   }
   EXPECT_STREQ(error.reason, "was changed since it was loaded: 5 bytes then, 11 bytes now");
   EXPECT_FALSE(ReadFileMark(W(folder / "docs"), &first, nullptr)) << "a folder has no bytes";
-  if (!RunsOnWine() && std::filesystem::exists("/proc/self/mem")) {  // which opens, and cannot be read at its start
+  if (!RunsOnWine() &&
+      std::filesystem::exists("/proc/self/mem")) {  // which opens, and cannot be read at its start
     EXPECT_FALSE(ReadFileMark(W("/proc/self/mem"), &first, &error));
   }
   EXPECT_FALSE(SafeSave(path, nullptr, 0, &first, nullptr, nullptr)) << "nobody asks why";
