@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "vosmere/base/lock.h"
 
