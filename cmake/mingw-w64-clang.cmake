@@ -7,9 +7,10 @@ set(CMAKE_C_COMPILER clang)
 set(CMAKE_CXX_COMPILER clang++)
 foreach(language IN ITEMS C CXX)
   set(CMAKE_${language}_COMPILER_TARGET ${target})
-  # Without -nostdlibinc it would take the headers of the host as well.
+  # Without -nostdlibinc it would take the headers of the host as well. GCC's runtime has emulated
+  # thread-local variables, with other names than Windows' own.
   set(CMAKE_${language}_FLAGS_INIT
-      "-nostdlibinc -isystem /usr/${target}/include -pthread -Wno-unused-command-line-argument")
+      "-nostdlibinc -isystem /usr/${target}/include -pthread -femulated-tls -Wno-unused-command-line-argument")
 endforeach()
 set(CMAKE_CXX_FLAGS_INIT
     "-nostdinc++ -isystem ${gcc}/include/c++ -isystem ${gcc}/include/c++/${target} ${CMAKE_CXX_FLAGS_INIT}")

@@ -463,7 +463,7 @@ const Row kRows[] = {
        const Result<Store> store = Store::Open((folder / "store").u16string());
        if (!store) return Ended{false, "", ToString(store.error()), store.error().systemError};
        std::string notes;
-       for (const std::string& note : store->notes()) notes += note + "; ";
+       for (const StoreNote& note : store->notes()) notes += note.text + "; ";
        const bool whole = NamesIn(store->tree()) == "folder 0;folder 1;folder 2;folder 3;folder 4;";
        return Ended{whole, "", notes, 0};
      },

@@ -15,9 +15,9 @@ Result<Store> Open(const std::string& folder, const StoreOptions& options) {
   const FilePath path(PathOf(folder));
   Result<Store> store = Store::Open(path.get(), options);
   if (store)
-    for (const std::string& note : store->notes())
-      if (note.find(" is loaded: ") == note.npos && !note.ends_with(" since then"))
-        std::cerr << Printable(folder) << ": " << Printable(note) << '\n';
+    for (const auto& [kind, text] : store->notes())
+      if (kind == StoreNoteKind::kProblem)
+        std::cerr << Printable(folder) << ": " << Printable(text) << '\n';
   return store;
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "tests/support/platform.h"
 #include "tests/support/test.h"
 #include "vosmere/base/lock.h"
 
@@ -111,6 +112,8 @@ TEST(BaseThread, IsActiveEvenIfItCouldNotBeCreated) {
 
 TEST(BaseThread, KilledDoesNoPostWork) {
   for (const ULONG flags : {ULONG{0}, kCreateSuspended}) {
+    // 32-bit Wine itself crashes when a thread ends that has never run.
+    if (flags && RunsOnWine() && sizeof(void*) == 4) continue;
     std::atomic<bool> working = flags != 0;
     Worker worker([&](Worker& self) {
       working = true;

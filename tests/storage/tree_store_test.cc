@@ -30,9 +30,11 @@ StoreOptions Reading() {
   return options;
 }
 
-bool Says(const Store& store, const std::string& what) {
-  return std::any_of(store.notes().begin(), store.notes().end(),
-                     [&](const std::string& note) { return note.find(what) != std::string::npos; });
+bool Says(const Store& store, const std::string& what,
+          StoreNoteKind kind = StoreNoteKind::kProblem) {
+  return std::any_of(store.notes().begin(), store.notes().end(), [&](const StoreNote& note) {
+    return note.kind == kind && note.text.find(what) != std::string::npos;
+  });
 }
 
 class AStore : public testing::Test {
@@ -265,7 +267,8 @@ TEST_F(AStore, WithABrokenCheckpointGoesOnFromTheOneBefore) {
     ASSERT_TRUE(store) << store.error();
     EXPECT_TRUE(Dump(store->tree()) == last) << at;
     EXPECT_TRUE(Says(*store, "checkpoint-5 does not load: ") &&
-                Says(*store, "checkpoint-4 is loaded") &&
+                Says(*store, "checkpoint-4 is loaded", StoreNoteKind::kState) &&
+                Says(*store, " since then", StoreNoteKind::kState) &&
                 Says(*store, "checkpoint-5 is set aside"));
     EXPECT_TRUE(at < 200 || Says(*store, "it would have held"));
   }

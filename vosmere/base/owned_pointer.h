@@ -6,6 +6,7 @@
 
 namespace vosmere {
 
+/// A deleter that calls `delete`.
 struct WithDelete {
   template <class Thing>
   void operator()(Thing* owned) const {
@@ -13,6 +14,7 @@ struct WithDelete {
   }
 };
 
+/// A deleter that calls `delete[]`, for arrays.
 struct WithArrayDelete {
   template <class Thing>
   void operator()(Thing* owned) const {

@@ -47,8 +47,9 @@ struct Merged {
   Tree tree;  ///< without the local trees of collections; empty if both sides were
   std::vector<Conflict> conflicts = {};
 };
+/// What Merge has made of two collections.
 struct MergedCollection {
-  Collection collection;  ///< with its local tree
+  Collection collection;  ///< with its local tree; empty if both sides were
   std::vector<Conflict> conflicts = {};
 };
 

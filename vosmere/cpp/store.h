@@ -2,7 +2,7 @@
 //
 //   Result<Store> store = Store::Open("library");
 //   if (!store) return Complain(store.error());      // library: another program has the store open
-//   for (const std::string& note : store->notes()) std::cout << note << '\n';
+//   for (const StoreNote& note : store->notes()) std::cout << note << '\n';
 //   Add<CFolderNode>(store->tree(), "Trips");        // written to the log by the next flush
 //   store->Undo();
 //   if (std::optional<Error> error = store->Flush()) Complain(*error);
@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,6 +25,16 @@
 #include "vosmere/storage/tree_store.h"
 
 namespace vosmere {
+
+/// A message from opening a store: one line of UTF-8 without a full stop.
+struct StoreNote {
+  StoreNoteKind kind;
+  std::string text;
+
+  friend std::ostream& operator<<(std::ostream& out, const StoreNote& note) {
+    return out << note.text;
+  }
+};
 
 /// An open store; storage/tree_store.h says what it guarantees. The destructor flushes it, but
 /// cannot report an error; call Flush before to get it. A moved-from store can only be destroyed or
@@ -40,7 +51,7 @@ class Store {
   }
 
   /// Messages from opening the store: which checkpoint was loaded, and what could not be used.
-  const std::vector<std::string>& notes() const { return notes_; }
+  const std::vector<StoreNote>& notes() const { return notes_; }
 
   /// The root of the tree, which the store owns. Never null.
   RNode* tree() const { return core_->root(); }
@@ -102,8 +113,8 @@ class Store {
  private:
   explicit Store(std::string name) : name_(std::move(name)) {}
 
-  static void AddNote(void* to, const char* note) {
-    static_cast<std::vector<std::string>*>(to)->emplace_back(note);
+  static void AddNote(void* to, StoreNoteKind kind, const char* note) {
+    static_cast<std::vector<StoreNote>*>(to)->push_back({kind, note});
   }
   std::optional<Error> ErrorUnless(bool done) const {
     if (done) return {};
@@ -116,7 +127,7 @@ class Store {
   }
 
   std::string name_;
-  std::vector<std::string> notes_;
+  std::vector<StoreNote> notes_;
   std::unique_ptr<std::function<void(std::uint64_t, CVSMNotifyMsg&)>> listener_;
   Owned<TreeStore, TreeStore::Delete> core_;  // last: its end may still call the listener
 };

@@ -250,11 +250,13 @@ inline chain::Cells<RNode> Children(Place parent) {
 // Searches. `top` itself is not searched. Texts are compared case-sensitively, and null equals the
 // empty text.
 
-/// Tests for Find and RemoveIf: by name, by address, by identity.
+/// A test for Find and RemoveIf: whether an item has this name. It keeps a copy of the name.
 struct Named {
   Wide name;
   bool operator()(const CBaseNode& item) const { return NameOf(item) == name.get(); }
 };
+/// The same for the address of a page, a collection or a search engine. Not for classes without an
+/// address.
 struct AtAddress {
   Wide address;
   template <class Node>
@@ -262,6 +264,7 @@ struct AtAddress {
     return AddressOf(item) == address.get();
   }
 };
+/// The same for the identity.
 struct WithIdentity {
   Wide identity;
   bool operator()(const CBaseNode& item) const { return IdentityOf(item) == identity.get(); }

@@ -3,6 +3,7 @@
 
 namespace vosmere {
 
+/// How much of a tree is compared or merged.
 enum class TreeParts {
   kLinks,  ///< what the tree owns: everything but the local trees of its collections
   kWithLocalTrees,

@@ -38,6 +38,12 @@ struct StoredCheckpoint {
   unsigned char digest[16] = {};
 };
 
+/// What a message from opening a store is about.
+enum class StoreNoteKind {
+  kState,    ///< which checkpoint was loaded, and how many changes were made after it; always there
+  kProblem,  ///< what could not be read, used or written, and which files were set aside for it
+};
+
 /// An open store. One program at a time can have it open for writing; the lock ends with Delete or
 /// with the process. Others can open it read-only. The store and its tree may only be used by one
 /// thread at a time.
@@ -70,8 +76,8 @@ struct StoredCheckpoint {
 /// fields that they change, and can be called again.
 class VOSMERE_API TreeStore {
  public:
-  /// Receives a message about opening: UTF-8, one line, no full stop.
-  using Note = void (*)(void* to, const char* note);
+  /// Receives a message about opening: UTF-8, one line, no full stop, only valid during the call.
+  using Note = void (*)(void* to, StoreNoteKind kind, const char* note);
   /// Receives one change. The message is only valid during the call.
   using ChangeReport = void (*)(void* to, std::uint64_t sequence, CVSMNotifyMsg* message);
 

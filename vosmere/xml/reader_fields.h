@@ -154,6 +154,7 @@ void Text(Target& target, const WChar* text) {
   (target.*Setter)(text);
 }
 
+/// What Number is: the action of a row, with the test for its values.
 template <auto Setter>
 struct NumberRow {
   // The address of a function in a DLL is not a constant.
@@ -166,6 +167,7 @@ struct NumberRow {
 template <auto Setter>
 inline constexpr NumberRow<Setter> Number;
 
+/// The same for WhenTrue.
 template <auto Setter>
 struct WhenTrueRow {
   static constexpr FitsTest kFits = FitsTruth;

@@ -19,8 +19,8 @@ std::string Name(FileKind kind, std::uint64_t number) {
 
 }  // namespace
 
-void StoreCore::Say(const std::string& note) {
-  if (note_) note_(noteTo_, note.c_str());
+void StoreCore::Say(StoreNoteKind kind, const std::string& note) {
+  if (note_) note_(noteTo_, kind, note.c_str());
 }
 
 bool StoreCore::Open(TreeStore::Note note, void* to) {
@@ -127,12 +127,13 @@ bool StoreCore::LoadCheckpoint(std::uint64_t number) {
     identity_ = state.header.identity;
     sequence_ = state.header.sequence;
     loaded_.insert(number);
-    Say(Name(FileKind::kCheckpoint, number) + " is loaded: " + Count(state.header.count, "item"));
+    Say(StoreNoteKind::kState,
+        Name(FileKind::kCheckpoint, number) + " is loaded: " + Count(state.header.count, "item"));
     return true;
   }
   std::string why = Name(FileKind::kCheckpoint, number) + " does not load: " + state.problem;
   if (state.hasHeader) why += "; it would have held " + Count(state.header.count, "item");
-  Say(why);
+  Complain(why);
   if (trouble_.empty()) trouble_ = why;
   isClean_ = false;
   if (!state.isGone) broken_.insert({FileKind::kCheckpoint, number});
@@ -153,14 +154,14 @@ void StoreCore::ReplayFrom(std::uint64_t number) {
   }
   isClean_ = isClean_ && whole && lastLog_ != 0 && lastLog_ == files_.logs.back() &&
              lastLog_ >= files_.checkpoints.back();
-  Say(Count(sequence_ - before, "change") + " since then");
+  Say(StoreNoteKind::kState, Count(sequence_ - before, "change") + " since then");
 }
 
 bool StoreCore::Replay(std::uint64_t number) {
   DiskFile file;
   const PathText path = files_.Path(FileKind::kChanges, number);
   if (!file.OpenToRead(path.c_str())) {
-    Say(Name(FileKind::kChanges, number) + " cannot be read: " + SystemMessage(file.error()));
+    Complain(Name(FileKind::kChanges, number) + " cannot be read: " + SystemMessage(file.error()));
     if (!IsNotThere(file.error())) unread_ = file.error();
     return false;
   }
@@ -199,8 +200,8 @@ bool StoreCore::ReplayRecords(RecordReader& reader, std::uint64_t number) {
       continue;
     }
     broken_.insert({FileKind::kChanges, number});
-    Say(Name(FileKind::kChanges, number) + " cannot be used from byte " + std::to_string(position) +
-        " on: " + (problem ? problem : "a change is missing"));
+    Complain(Name(FileKind::kChanges, number) + " cannot be used from byte " +
+             std::to_string(position) + " on: " + (problem ? problem : "a change is missing"));
     return false;
   }
 }
@@ -232,19 +233,19 @@ void StoreCore::StopAt(RecordReader& reader, std::uint64_t number, const std::st
   } else {
     note += " ends with " + Count(lost, "byte") + " that were not written to the end: ";
   }
-  Say(note + problem);
+  Complain(note + problem);
 }
 
 // A log whose end cannot be read is not written to again: a new one begins.
 void StoreCore::GoOn() {
   if (isClean_ && ContinueLog(lastLog_)) return;
-  if (!Checkpoint()) Say(std::string("nothing can be written now: ") + error.reason);
+  if (!Checkpoint()) Complain(std::string("nothing can be written now: ") + error.reason);
 }
 
 void StoreCore::SetBrokenAside() {
   if (broken_.empty()) return;
   for (const auto& [kind, number] : broken_)
-    if (files_.SetAside(kind, number)) Say(Name(kind, number) + " is set aside");
+    if (files_.SetAside(kind, number)) Complain(Name(kind, number) + " is set aside");
   files_.Flush();
   broken_.clear();
 }

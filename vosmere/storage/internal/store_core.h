@@ -71,7 +71,8 @@ class StoreCore : public TreeObserver {
   void StopAt(RecordReader& reader, std::uint64_t number, const std::string& problem);
   void GoOn();
   void SetBrokenAside();
-  void Say(const std::string& note);
+  void Say(StoreNoteKind kind, const std::string& note);
+  void Complain(const std::string& note) { Say(StoreNoteKind::kProblem, note); }
 
   // Changing.
   Before& Enter(RNode* link);
