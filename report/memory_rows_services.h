@@ -1063,10 +1063,13 @@ struct Favorites {
   const Wide key{"Menu"};
 };
 
+/// Without the folder, which is another one each time.
 inline std::string Shown(const FavoriteList& list) {
   std::string shown;
-  for (CFavorite* item = list.get(); item; item = item->next)
-    shown += U8(item->name) + U8(item->url.get()) + ";";
+  for (CFavorite* item = list.get(); item; item = item->next) {
+    const std::string name = U8(item->name);
+    shown += name.substr(name.rfind('\\') + 1) + U8(item->url.get()) + ";";
+  }
   return shown;
 }
 

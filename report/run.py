@@ -30,7 +30,7 @@ DOC = ROOT / "doc"
 # A section's programs: {preset: targets}. Its command gets --short and the data file. isLong: only run when
 # the long report is made.
 Section = collections.namedtuple("Section", "name builds command isLong", defaults=[False])
-LONG_PRESETS = {"fuzz", "coverage"}  # not built for the short form
+LONG_PRESETS = {"fuzz", "coverage", "arm64", "windows32"}  # not built for the short form
 
 
 def program(name, preset="release"):
@@ -52,7 +52,7 @@ SECTIONS = [
                            "windows": ["report_conformance_trees"]}),
     program("parser_ways"),
     program("sizes"),
-    script("generated", {preset: ["report_generated_documents"] for preset in ("release", "clang", "windows")}),
+    script("generated", {preset: ["report_generated_documents"] for preset in ("release", "clang", "windows", "arm64", "windows32")}),
     program("memory_faults"),
     Section("memory_faults_asan", {"clang": ["report_memory_faults"]}, ["build/clang/bin/report_memory_faults"]),
     program("io_faults"),

@@ -239,7 +239,8 @@ class Worker:
 
     def try_library(self, name):
         """The likeliest tests first, in a program that is built quickly, then all."""
-        quick = self.make_quickly(self.users(name, (NEAREST, NEAREST)))
+        nearest, users = self.users(name, (NEAREST, NEAREST)), self.users(name, (NEAREST, None))
+        quick = self.make_quickly(nearest)
         if quick is None:
             return None
         program, suites = quick
@@ -247,11 +248,12 @@ class Worker:
         found = (own and self.killer(own, program)) or self.killer("-" + own if own else "*", program)
         if found or not name.endswith(".h"):
             return found or self.try_whole(name)
-        users = self.users(name, (NEAREST, None))
-        if len(users) <= 2 * NEAREST:
-            return ""
-        again = self.make_quickly(users)
-        return again and self.killer("*", again[0])
+        if len(users) > len(nearest):
+            again = self.make_quickly(users)
+            found = again and self.killer("*", again[0])
+        if found == "" and name.startswith("vosmere/cpp/"):  # which the tool is made of, too
+            return self.try_whole(name)
+        return found
 
     def try_whole(self, name):
         self.clean = False

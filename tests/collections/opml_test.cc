@@ -125,6 +125,8 @@ TEST(Opml, DifferentObjectsWorkOnDifferentThreads) {
   AtOnce(4, [&](int) {
     for (int round = 0; round < 3; ++round)
       EXPECT_EQ(SavedOpml(ReadOpml(SavedOpml(ReadOpml(document)))), SavedOpml(ReadOpml(document)));
+    for (int round = 0; round < 400; ++round)
+      EXPECT_FALSE(CReadColctTreeOPML().LoadBSTRXML(W("<opml version='&'/>")));
   });
 }
 

@@ -72,8 +72,9 @@ TEST(ImportFavorites, ABadRecordCostsItsOwnPlaceOnly) {
   const std::string d = Record({"d.url", 0}), c = Record({"c.url", 1}), b = Record({"b.url", 2});
   const std::string unknown = Record({"B~1.URL", 2, kFile, u"b.url", 6});
   const std::string shortName = Record({"b.url", 2, kFile, u"a.url", 6});
-  std::string unmarked = Record({"B~1.URL", 2, kFile, u"b.url"});
+  std::string unmarked = Record({"B~1.URL", 2, kFile, u"b.url"}), misplaced = unmarked;
   unmarked[unmarked.find("\xEF\xBE")] = 0;
+  misplaced[misplaced.size() - 2] = 0;
   const struct {
     std::string order;
     const char* shape;
@@ -85,6 +86,7 @@ TEST(ImportFavorites, ABadRecordCostsItsOwnPlaceOnly) {
       {OrderHeader(3) + d + unknown + c, "*(d c a b)", 0},
       {OrderHeader(3) + d + shortName + c, "*(d c b a)", 0},
       {OrderHeader(3) + d + unmarked + c, "*(d c a b)", 0},
+      {OrderHeader(3) + d + misplaced + c, "*(d c b a)", 0},
       {OrderHeader(3) + Record({"b.url", 1}) + Record({"b.url", 0}) + d, "*(d b a c)", 0},
       {OrderHeader(3) + d + LittleEndian(0, 4) + c.substr(4) + b, "*(d c a b)", 1},
       {OrderHeader(0), "*(a b c d)", 0},

@@ -272,6 +272,19 @@ TEST_F(AStore, WithABrokenCheckpointGoesOnFromTheOneBefore) {
                 Says(*store, "checkpoint-5 is set aside"));
     EXPECT_TRUE(at < 200 || Says(*store, "it would have held"));
   }
+  // The items of another checkpoint, every record of which is whole.
+  const std::string before = ReadBytes(path / "checkpoint-4");
+  const auto record = [](const std::string& bytes, int index) {
+    std::size_t at = 0, size = 0;
+    for (; index >= 0; --index) {
+      at += size;
+      size = 8 + static_cast<unsigned char>(bytes[at]) +
+             256 * static_cast<unsigned char>(bytes[at + 1]);
+    }
+    return bytes.substr(at, size);
+  };
+  WriteBytes(path / "checkpoint-5", record(whole, 0) + record(before, 1) + record(whole, 2));
+  EXPECT_TRUE(Says(*OpenAt(path, Reading()), "checkpoint-5 does not load: its digest is not"));
   for (const char* name : {"checkpoint-3", "checkpoint-4", "checkpoint-5"})
     WriteBytes(path / name, "");
   const Result<Store> none = Open();

@@ -43,8 +43,12 @@ std::string Read(const std::string& text) {
 
 TEST(Dates, AreReadByBothReaders) {
   testing::internal::CaptureStdout();
-  for (const auto& row : TestTable("dates.txt"))
+  for (const auto& row : TestTable("dates.txt")) {
     EXPECT_THAT(row, ElementsAre(row[0], TimeOf(row[0].c_str()), Read(row[0])));
+    DateReading date = {5, 0, false, DateForm::kLoose};
+    for (std::size_t size = 0; size < row[0].size(); date.seconds = 5, ++size)
+      EXPECT_EQ(Told(ReadDate(row[0].data(), size, &date), date), Read(row[0].substr(0, size)));
+  }
   testing::internal::GetCapturedStdout();
 }
 

@@ -7,6 +7,7 @@ namespace vosmere::test::toolbars {
 
 TEST(TBarBandInfo, ATextIsCutToFitBetweenCharacters) {
   TBARBANDINFO band;
+  EXPECT_EQ(band.index + band.style + band.reserved1 + band.reserved2, 0);
   const std::string x(257, 'x');
   const struct {
     std::string text, title;

@@ -170,6 +170,10 @@ TEST(ReadXml, NumbersAreReadAsFarAsTheyGo) {
       {"+-7", 0}, {"0x10", 0}, {"2147483647", 2147483647}, {"-2147483649", -2147483647 - 1}};
   for (const auto& c : cases)
     EXPECT_EQ(xml::NumberFromText(W(std::string(c.text))), c.number) << c.text;
+  const Wide text = W("HTTP:");
+  EXPECT_TRUE(xml::BeginsWithNoCase(WideView(text, 4), "http"));
+  EXPECT_FALSE(xml::BeginsWithNoCase(WideView(text, 3), "http"))
+      << "what follows it is not its own";
 }
 
 }  // namespace vosmere::test::read_xml

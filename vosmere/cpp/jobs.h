@@ -39,26 +39,33 @@ class JobThread : public CScheduleThread {
  public:
   ~JobThread() override { Stop(); }
   void Stop() {
+    stopped_ = true;
     StopThread();
     StopAndWait();
   }
+  bool IsStopped() const { return stopped_; }
   /// Queues a job. False when memory runs out.
   inline bool Add(JobEvent& job);
   /// Removes a job from the queue. Waits for a running job.
   inline void Take(JobEvent& job);
+
+ private:
+  std::atomic<bool> stopped_ = false;
 };
 
 /// A job in the queue. It is changed only with the queue's lock held; the thread also holds the
-/// lock while it runs a job.
+/// lock while it runs a job. Every job keeps the queue alive, so that a handle that outlives its
+/// scheduler still takes that lock, and waits for those who look at the job, before the job goes.
 class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent> {
  public:
   using Period = std::chrono::milliseconds;
 
   /// A period of 0 means that the job runs once.
-  JobEvent(std::weak_ptr<JobThread> thread, JobTime due, Period period, std::function<void()> work)
+  JobEvent(std::shared_ptr<JobThread> thread, JobTime due, Period period,
+           std::function<void()> work)
       : thread_(std::move(thread)), due_(due), period_(period), work_(std::move(work)) {}
 
-  bool IsPending() const { return pending_ && !thread_.expired(); }
+  bool IsPending() const { return pending_ && !thread_->IsStopped(); }
   bool IsTheSameEvent(CTimeEvent* other) override { return other == substitute_; }
   void DoEvent() override {
     const std::shared_ptr<JobEvent> self = shared_from_this();  // the work may destroy its handle
@@ -73,7 +80,7 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
     pending_ = true;
   }
   void Cancel() {
-    if (const std::shared_ptr<JobThread> thread = thread_.lock()) thread->Take(*this);
+    thread_->Take(*this);
     pending_ = false;
   }
 
@@ -85,18 +92,17 @@ class JobEvent : public CTimeEvent, public std::enable_shared_from_this<JobEvent
   };
 
   void OnDone() {
-    const std::shared_ptr<JobThread> thread = thread_.lock();
-    if (!pending_ || period_ == Period::zero() || !thread) {
+    if (!pending_ || period_ == Period::zero() || thread_->IsStopped()) {
       pending_ = false;
       return;
     }
     due_ += period_;
     if (const JobTime now = FromNow({}); due_ < now) due_ = now;
     Arm();
-    thread->InsertTimeEvent(this);
+    thread_->InsertTimeEvent(this);
   }
 
-  std::weak_ptr<JobThread> thread_;
+  std::shared_ptr<JobThread> thread_;
   JobTime due_;
   Period period_;
   std::function<void()> work_;

@@ -31,13 +31,19 @@ struct DeleteFavorite {
 };
 using FavoritePtr = std::unique_ptr<CFavorite, DeleteFavorite>;
 
-/// A new item with that path; null when the path is too long. Throws std::bad_alloc.
-FavoritePtr NewFavorite(const std::u16string& path) {
-  if (path.size() >= CFavorite::kNameLimit) return nullptr;
+/// Throws std::bad_alloc.
+FavoritePtr NewFavorite() {
   FavoritePtr favorite(CFavorite::New());
   if (!favorite) throw std::bad_alloc();
-  std::copy_n(Units(path), path.size() + 1, favorite->name);
   return favorite;
+}
+
+/// False, with nothing set, when the path is too long. The folder ends with a separator.
+bool SetPath(CFavorite& favorite, const std::u16string& folder, WideView name) {
+  if (folder.size() + name.size >= CFavorite::kNameLimit) return false;
+  WChar* const end = std::copy(folder.begin(), folder.end(), favorite.name);
+  *std::copy(name.begin(), name.end(), end) = 0;
+  return true;
 }
 
 /// The name converted to the system's code page and back, as this layout has it: characters that
@@ -102,8 +108,9 @@ FavoritePtr FavoriteOf(const OrderEntry& entry, const std::u16string& folder, bo
   OwnedPointer<COrderRecord> record(new COrderRecord);
   entry.CopyTo(*record);
   const auto name = xpLayout ? TakeXpNames(entry, *record) : PlainName(entry);
-  FavoritePtr favorite = name ? NewFavorite(JoinPath(folder, *name)) : nullptr;
-  if (!favorite) return nullptr;
+  if (!name) return nullptr;
+  FavoritePtr favorite = NewFavorite();
+  if (!SetPath(*favorite, folder, {Units(*name), name->size()})) return nullptr;
   favorite->isFile = entry.Flags() & OrderEntry::kIsFile ? 1 : 0;
   favorite->orderRecord = std::move(record);
   return favorite;
@@ -120,7 +127,7 @@ struct Placed {
 /// first. Throws std::bad_alloc.
 std::vector<Placed> FavoritesOf(OrderValue& value, const WChar* dirPath, bool xpLayout) {
   std::vector<Placed> items;
-  const std::u16string folder = ToU16(dirPath);
+  const std::u16string folder = JoinPath(ToU16(dirPath), {});
   while (const std::optional<OrderEntry> entry = value.Next()) {
     const LONG position = entry->Position();
     if (position < 0 || static_cast<ULONG>(position) >= value.Count()) continue;
@@ -205,14 +212,13 @@ int CFavorites::ExtractFavoritesFromFileFolders(const WChar* dirPath, CFavorite*
   for (; *end; end = &(*end)->next) listed.Add((*end)->name);
   FolderListing listing;
   if (!listing.Open(dirPath)) return 1;
-  const std::u16string folder = ToU16(dirPath);
+  const std::u16string folder = JoinPath(ToU16(dirPath), {});
+  FavoritePtr favorite;  // stays for the next name when this one is listed already
   while (listing.Next()) {
-    if (SameTextNoCase(listing.Name(), Units(kDesktopIni))) continue;
-    const std::u16string path = JoinPath(folder, ToU16(listing.Name()));
-    if (listed.Has(Units(path))) continue;
-    FavoritePtr favorite = NewFavorite(path);
-    if (!favorite) continue;
-    listed.Add(favorite->name);
+    const WideView name(listing.Name());
+    if (SameTextNoCase(name.data, Units(kDesktopIni))) continue;
+    if (!favorite) favorite = NewFavorite();
+    if (!SetPath(*favorite, folder, name) || !listed.Add(favorite->name)) continue;
     favorite->isFile = listing.IsFolder() ? 0 : 1;
     if (favorite->isFile && resolve) Resolve(*this, *favorite);
     *end = favorite.release();

@@ -15,14 +15,14 @@ namespace vosmere::test::registry_files {
 const std::string kFolders =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
 
-/// The value "v" of the key `Sub\Key` in a file; "(none)" if it does not exist.
-std::string ValueIn(const std::filesystem::path& file) {
+/// A value of the key `Sub\Key` in a file; "(none)" if it does not exist.
+std::string ValueIn(const std::filesystem::path& file, const std::string& name = "V") {
   const Hooked<SetUserRegistry> none(nullptr);  // resets it at the end
   if (!SetUserRegistry(W(file))) return "(refused)";
   const HKEY key = OpenUserKey(W("sub\\kEY"));
   char bytes[4096];
   ULONG size = sizeof bytes;
-  const bool read = ReadKeyValue(key, W("V"), bytes, &size);
+  const bool read = ReadKeyValue(key, W(name), bytes, &size);
   CloseKey(key);
   return read ? std::string(bytes, size) : "(none)";
 }
@@ -69,6 +69,8 @@ TEST(RegistryFiles, AreReadAsText) {
     WriteBytes(folder / "file", c.text);
     EXPECT_EQ(ValueIn(folder / "file"), c.value) << c.text;
   }
+  WriteBytes(folder / "file", begin + "@=hex:61\nx=hex:62\n");
+  EXPECT_EQ(ValueIn(folder / "file", ""), "a") << "the default value";
 }
 
 TEST(RegistryFiles, MoreKeysThanAnyUserHasAreRefused) {

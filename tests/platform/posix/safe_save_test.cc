@@ -1,7 +1,9 @@
 // What a safe save preserves on Linux: links, owner and permissions.
 #include <gtest/gtest.h>
+#include <spawn.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -71,6 +73,21 @@ TEST(SafeSaveOnLinux, ADiskThatTakesNoMoreKeepsTheOldFile) {
   EXPECT_STREQ(error.reason, "cannot be written: File too large");
   EXPECT_EQ(ReadBytes(folder / "file"), "old");
   EXPECT_TRUE(Save(folder / "file", "new"));
+}
+
+TEST(SafeSaveOnLinux, AProgramThatRunsIsNotReplaced) {
+  const TempFolder folder;
+  const std::string path = folder / "program";
+  std::filesystem::copy_file("/bin/sleep", path);
+  std::string seconds = "60";
+  char* arguments[] = {seconds.data(), seconds.data(), nullptr};
+  pid_t child;
+  ASSERT_EQ(posix_spawn(&child, path.c_str(), nullptr, nullptr, arguments, nullptr), 0);
+  DocumentError error;
+  EXPECT_FALSE(Save(path, "new", &error));
+  EXPECT_STREQ(error.reason, "cannot be written: Text file busy");
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
 }
 
 }  // namespace

@@ -153,6 +153,11 @@ TEST(SpecialFile, ADeviceGivesWhatItHasAndASizeThatIsNotTrueDoesNoHarm) {
   EXPECT_LT(count, static_cast<int>(reader.GetFileSize()));
   EXPECT_EQ(whole[count - 1], '\n');
   CReadFile::Delete(whole);
+  File file;
+  FileMapping mapping;
+  ASSERT_TRUE(file.Open(W("/sys/devices/system/cpu/online")));
+  EXPECT_FALSE(mapping.Create(file));
+  EXPECT_EQ(mapping.error(), ULONG{ENODEV});
 }
 
 /// The result of a save to a full disk.

@@ -16,25 +16,16 @@ namespace vosmere {
 /// nodes between them would each be on a page of their own.
 class PathSet {
  public:
-  bool Has(const WChar* path) const {
-    if (slots_.empty()) return false;
+  /// False when the set has the path already. Throws std::bad_alloc, with nothing changed.
+  bool Add(const WChar* path) {
+    if (2 * count_ >= slots_.size()) Grow();
     const std::uint64_t hash = Hash(path);
-    for (std::size_t at = hash & Mask(); slots_[at].path; at = (at + 1) & Mask())
-      if (slots_[at].hash == hash && IsSame(slots_[at].path, path)) return true;
-    return false;
-  }
-
-  /// Throws std::bad_alloc, with nothing changed.
-  void Add(const WChar* path) {
-    if (2 * count_ >= slots_.size()) {
-      PathSet larger;
-      larger.slots_.resize(slots_.empty() ? 64 : 4 * slots_.size());
-      for (const Slot& slot : slots_)
-        if (slot.path) larger.Put(slot);
-      slots_.swap(larger.slots_);
-    }
-    Put({Hash(path), path});
+    std::size_t at = hash & Mask();
+    for (; slots_[at].path; at = (at + 1) & Mask())
+      if (slots_[at].hash == hash && IsSame(slots_[at].path, path)) return false;
+    slots_[at] = {hash, path};
     ++count_;
+    return true;
   }
 
  private:
@@ -60,10 +51,15 @@ class PathSet {
   }
 
   std::size_t Mask() const { return slots_.size() - 1; }
-  void Put(const Slot& slot) {
-    std::size_t at = slot.hash & Mask();
-    while (slots_[at].path) at = (at + 1) & Mask();
-    slots_[at] = slot;
+  void Grow() {
+    std::vector<Slot> old(slots_.empty() ? 64 : 4 * slots_.size());
+    old.swap(slots_);
+    for (const Slot& slot : old) {
+      if (!slot.path) continue;
+      std::size_t at = slot.hash & Mask();
+      while (slots_[at].path) at = (at + 1) & Mask();
+      slots_[at] = slot;
+    }
   }
 
   std::vector<Slot> slots_;  // a power of two

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
@@ -111,6 +112,25 @@ void Create(Document* document) {
   throw failure;
 }
 
+bool IsWine() {
+  static const bool isWine =
+      ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+  return isWine;
+}
+
+/// One thread at a time in Wine's parser, which keeps its last error for all threads: two malformed
+/// documents at once would free it twice. Elsewhere it does nothing.
+class ParserTurn {
+ public:
+  ParserTurn() {
+    static std::mutex parser;
+    if (IsWine()) lock_ = std::unique_lock(parser);
+  }
+
+ private:
+  std::unique_lock<std::mutex> lock_;
+};
+
 /// Bytes in the form of a safe array, from which the DOM loads.
 class ByteArray {
  public:
@@ -139,6 +159,7 @@ class ByteArray {
 
 /// Parses `array`. On failure it throws, with the place of the error in `readable`.
 void* ParseArray(const ByteArray& array, std::string_view readable) {
+  const ParserTurn turn;
   Document document;
   Create(&document);
   VARIANT_BOOL loaded = VARIANT_FALSE;
@@ -212,6 +233,7 @@ void XmlDocument::LoadText(const WChar* text) {
     return;
   }
   win32::BoundAttributes(units);
+  const ParserTurn turn;
   Document document;
   Create(&document);
   VARIANT_BOOL loaded = VARIANT_FALSE;
@@ -295,16 +317,6 @@ XmlNode XmlNode::NextSibling() const {
 }
 
 // --- attributes ---
-
-namespace {
-
-bool IsWine() {
-  static const bool isWine =
-      ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-  return isWine;
-}
-
-}  // namespace
 
 XmlAttributes::XmlAttributes(const XmlNode& element) {
   Counted<IXMLDOMNamedNodeMap> map;
