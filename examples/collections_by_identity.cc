@@ -30,6 +30,7 @@ void Pass(CWriteXML& writer, Reader& reader) {
 }
 
 int main() {
+  const ParserThread parser;  // readers below the layer need it
   const ColctList list = MakeList();
   CColctNode& weather = *list->item;  // that of the first cell, an RColctItem
 

@@ -19,6 +19,7 @@ FtpSiteList Sites() {
 }
 
 int main() {
+  const ParserThread parser;  // readers below the layer need it
   const FtpSiteList sites = Sites();
   CWriteFtpSiteXML writer;
   writer.SetFtpConList(sites.get());

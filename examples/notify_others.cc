@@ -9,6 +9,7 @@
 using namespace vosmere;
 
 int main() {
+  const ParserThread parser;  // readers below the layer need it
   const Notification message(CVSMNotifyMsg::New());
   if (!message) return 1;  // no memory
   message->SetNotifyType(3000);

@@ -8,7 +8,8 @@
 using namespace vosmere;
 
 int main() {
-  CTagStore store;  // owns its groups, and they their tags
+  const ParserThread parser;  // readers below the layer need it
+  CTagStore store;            // owns its groups, and they their tags
   CTagGroup* const news = CTagStore::CreateTagGroup();
   news->SetName(Wide("News"));
   store.AddTagGroup(news);

@@ -17,8 +17,8 @@ class Counter : public CBaseThread {
   }
 
  protected:
-  void PrevWork() override { ParserThread reader; }  // a thread that loads documents needs one
   void DoWork() override {
+    const ParserThread parser;  // only a thread that loads documents needs it
     while (KeepLooping()) {
       const SynchGuard lock(lock_);
       if (++times_ == 3) StopDoWorkLoop();

@@ -8,6 +8,7 @@
 using namespace vosmere;
 
 int main() {
+  const ParserThread parser;  // readers below the layer need it
   CTBarBandInfo bands;
   TBARBANDINFO links;
   links.SetTitle(Wide("Links"));

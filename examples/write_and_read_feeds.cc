@@ -15,6 +15,7 @@ int CountLinks(const char* bytes) {
 }
 
 int main() {
+  const ParserThread parser;  // readers below the layer need it
   const Collection feed(CColctNode::New());
   if (!feed) return 1;
   feed->SetLocRNodeRoot(NewTree("Weather").release());

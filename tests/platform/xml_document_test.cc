@@ -246,23 +246,40 @@ TEST(XmlDocument, ExpandsGenerouslyWhatIsHonest) {
 TEST(XmlDocument, SaysWhereItIsMalformed) {
   const struct {
     std::string document;
-    LONG line;
-  } cases[] = {{"", 1},
-               {"<a>\n<b>\n  </a>", 3},
-               {"<a>\n\n<b x=1/></a>", 3},
-               {"<a>\n<b>", 2},
-               {"<a>\né\n &no;</a>", 3},
-               {"<a/>\n<b/>", 2},
-               {"<a\n x='1'\n x='2'/>", 3},
-               {"<a>\n\x01</a>", 2},
-               {"<!DOCTYPE a [\n<!ENTITY e 'x'>\n]>\n<a>&e;\n</b>", 5},
-               {"<a>" + Times(3000, "<b>line</b>\n") + "<c></d>\n</a>", 3001}};
+    LONG line, column;
+  } cases[] = {{"", 1, 1},
+               {"<a>\n<b>\n  </a>", 3, 7},
+               {"<a>\n\n<b x=1/></a>", 3, 6},
+               {"<a>\n<b>", 2, 4},
+               {"<a>\né\né &no; </a>", 3, 7},
+               {"<a>\n&x </a>", 2, 3},
+               {"<a>&lt;&#65;&#1; </a>", 1, 17},
+               {"<a>&#x0G;</a>", 1, 8},
+               {"<a/>\n<b/>", 2, 1},
+               {"<a/>\n b", 2, 2},
+               {"<a\n x='1'\n x='2' y='3'/>", 3, 13},
+               {"<a k='&amp; &' l='1'/>", 1, 14},
+               {"<a k='b < c' l='1'/>", 1, 9},
+               {"<a k=\"1\"l='1'/>", 1, 9},
+               {"<a k l='1'/>", 1, 6},
+               {"<a / k='1'/>", 1, 4},
+               {"<a><1/></a>", 1, 5},
+               {"<a>1 < 2 </a>", 1, 7},
+               {"<a>]]></a>", 1, 4},
+               {"<a></a k='1'>", 1, 8},
+               {"<a><!-- b -- c --></a>", 1, 11},
+               {"<a><?xml version='1.0'?></a>", 1, 9},
+               {"<a>\n\x01</a>", 2, 1},
+               {"<a k='\x01' l='1'/>", 1, 7},
+               {"<a>" + Times(3000, "<b>line</b>\n") + "<c></d>\n</a>", 3001, 8},
+               {"<!DOCTYPE a [\n<!ENTITY e 'x'>\n]>\n<a>&e;\n</b>", 5, 0}};
   for (const auto& c : cases) {
     for (const Outcome& outcome :
          {FromBytes(c.document), FromText(c.document), FromUtf16(c.document)}) {
       EXPECT_EQ(outcome.error.fault, DocumentFault::kMalformed) << c.document;
       EXPECT_EQ(outcome.error.line, c.line) << c.document << "\n" << outcome.error.reason;
       EXPECT_GT(outcome.error.column, 0) << c.document;
+      EXPECT_EQ(c.column ? outcome.error.column : 0, c.column) << c.document;
     }
   }
 }

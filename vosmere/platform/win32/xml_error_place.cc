@@ -16,6 +16,8 @@
 #include "vosmere/base/wide_view.h"
 #include "vosmere/platform/internal/code_page.h"
 #include "vosmere/platform/internal/element_path.h"
+#include "vosmere/platform/win32/xml_first_error.h"
+#include "vosmere/platform/win32/xml_intake.h"
 #include "vosmere/platform/win32/xml_units.h"
 
 namespace vosmere::win32 {
@@ -202,8 +204,13 @@ void FindErrorPlace(std::string_view bytes, int deepest, DocumentError* error) {
     DocumentError sameAgain;
     place = Fails(&careful, deepest, &sameAgain) ? careful.last() : rough.last();
   }
+  place /= units.width();
+  // The reader has found the end of the tag or the text at best; one unit later is after a tag.
+  if (error->fault != DocumentFault::kTooDeep && !HasDoctype(units))
+    if (const std::size_t first = FirstError(units); first != kNoErrorFound && first <= place + 1)
+      place = first;
   error->line = error->column = 1;
-  for (std::size_t i = units.MarkLength(); i < place / units.width(); ++i) {
+  for (std::size_t i = units.MarkLength(); i < place; ++i) {
     if (units[i] == '\n')
       ++error->line, error->column = 1;
     else if (!units.ContinuesCharacter(i))
