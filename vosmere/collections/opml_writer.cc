@@ -82,17 +82,6 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
       });
 }
 
-inline void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
-  LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
-  const CColctNetData& net = *colct.GetColctNetData();
-  const RNode* const local = colct.GetLocRNodeRoot();
-  LoseIf(IsThere(colct.GetRelationUrl()), "htmlUrl is lost");
-  LoseIf(IsThere(net.GetOwner()), "owner is lost");
-  LoseIf(net.IsOrdered(), "ordered is lost");
-  LoseIf(net.IsSynced(), "synced is lost");
-  LoseIf(local && local->firstChild, "the items of a collection are left out");
-}
-
 // Reports what reading does not restore of a link. Slashes in its address are not reported, since
 // addresses have them in every document of this kind.
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
@@ -109,6 +98,17 @@ void CWriteColctTreeOPML::LoseOf(const RNode* link) {
   else
     return LoseWhole(item, "a page is left out");
   LoseIf(link->type == NT_COLCT && link->firstChild, "links below a collection are left out");
+}
+
+void CWriteColctTreeOPML::LoseOfColct(unsigned held, const CColctNode& colct) {
+  LoseAllBut(held | kDescription | kTimes | kMarks | kRelated, colct);
+  const CColctNetData& net = *colct.GetColctNetData();
+  const RNode* const local = colct.GetLocRNodeRoot();
+  LoseIf(IsThere(colct.GetRelationUrl()), "htmlUrl is lost");
+  LoseIf(IsThere(net.GetOwner()), "owner is lost");
+  LoseIf(net.IsOrdered(), "ordered is lost");
+  LoseIf(net.IsSynced(), "synced is lost");
+  LoseIf(local && local->firstChild, "the items of a collection are left out");
 }
 
 void CWriteColctTreeOPML::BeginFolder(CFolderNode* folder) {

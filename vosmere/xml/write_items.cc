@@ -1,15 +1,27 @@
 // Writes the elements that several documents of items share.
 #include "vosmere/xml/write_items.h"
 
+#include "vosmere/tree/base_node.h"
+#include "vosmere/tree/url_node.h"
 #include "vosmere/xml/internal/escape.h"
 
 namespace vosmere {
 
 CWriteItems::~CWriteItems() = default;
 
-void CWriteItems::LoseParts(unsigned held, const CBaseNode& item) {
+void CWriteItems::LoseAllBut(unsigned held, const CBaseNode& item) {
+  if (!ReportsLosses()) return;
+  LosesOf(&item, item.GetName());
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
   const CNodeStat& stat = *item.GetNodeStat();
+  // A quick test first, because most items lose nothing.
+  const bool isPlain = (held & kDescription || !*item.GetDescription()) &&
+                       (held & kIdentity || !*item.GetUUID()) &&
+                       (held & kVersion || item.GetVersion() == 1) && !item.IsDeleted() &&
+                       item.GetBaseBuild() == 0 && item.HasCheckedIn(nullptr) &&
+                       (held & kTimes || !stat.GetSetTimes()) &&
+                       (held & kMarks || (!stat.IsUnread() && stat.GetFlag() == 0));
+  if (isPlain) return;
   // Documents write the checked-in state only together with a base build. Without one it is lost,
   // unless readers can conclude it because the item is deleted.
   const bool isChanged = item.GetBaseBuild() == 0 && !item.HasCheckedIn(nullptr);
@@ -24,8 +36,9 @@ void CWriteItems::LoseParts(unsigned held, const CBaseNode& item) {
   LoseIf(loses(kMarks, stat.GetFlag() != 0), "flag is lost");
 }
 
-void CWriteItems::LoseParts(unsigned held, const CUrlNode& page) {
-  LoseParts(held, static_cast<const CBaseNode&>(page));
+void CWriteItems::LoseAllBut(unsigned held, const CUrlNode& page) {
+  if (!ReportsLosses()) return;
+  LoseAllBut(held, static_cast<const CBaseNode&>(page));
   const auto loses = [=](Part part, bool isThere) { return isThere && !(held & part); };
   const CUrlProp* const prop = page.GetUrlProp();
   LoseIf(loses(kAuthor, IsThere(page.GetAuthor())), "author is lost");

@@ -7,8 +7,6 @@
 #include "vosmere/base/types.h"
 #include "vosmere/base/wide_view.h"
 #include "vosmere/fwd.h"
-#include "vosmere/tree/base_node.h"
-#include "vosmere/tree/url_node.h"
 #include "vosmere/xml/write_xml.h"
 
 namespace vosmere {
@@ -39,12 +37,8 @@ class VOSMERE_API CWriteItems : public CWriteXML {
   };
   /// Reports the properties that the item has but that are not in `held`. Later reports by Lose
   /// refer to the same item.
-  template <class Item>
-  void LoseAllBut(unsigned held, const Item& item) {
-    if (!ReportsLosses()) return;
-    LosesOf(&item, item.GetName());
-    if (!HasOnly(held, item)) LoseParts(held, item);
-  }
+  void LoseAllBut(unsigned held, const CBaseNode& item);
+  void LoseAllBut(unsigned held, const CUrlNode& page);
   /// Whether a text has anything to lose; null has not.
   static bool IsThere(const WChar* text) { return text && *text; }
   /// Reports that an item is left out.
@@ -71,24 +65,6 @@ class VOSMERE_API CWriteItems : public CWriteXML {
   /// Writes the element of the base build, its name preceded by `prefix`, and a line end; nothing
   /// for an item without a base build.
   void PutBuild(std::string_view prefix, const CBaseNode& item);
-
- private:
-  // A quick test for each item, because most lose nothing.
-  static bool HasOnly(unsigned held, const CBaseNode& item) {
-    const CNodeStat& stat = *item.GetNodeStat();
-    return (held & kDescription || !*item.GetDescription()) &&
-           (held & kIdentity || !*item.GetUUID()) && (held & kVersion || item.GetVersion() == 1) &&
-           !item.IsDeleted() && item.GetBaseBuild() == 0 && item.HasCheckedIn(nullptr) &&
-           (held & kTimes || !stat.GetSetTimes()) &&
-           (held & kMarks || (!stat.IsUnread() && stat.GetFlag() == 0));
-  }
-  static bool HasOnly(unsigned held, const CUrlNode& page) {
-    return HasOnly(held, static_cast<const CBaseNode&>(page)) && !page.GetUrlProp() &&
-           !IsThere(page.GetAuthor()) && (held & kRelated || !IsThere(page.GetRelationUrl())) &&
-           page.GetItemType() == IT_URL;
-  }
-  void LoseParts(unsigned held, const CBaseNode& item);
-  void LoseParts(unsigned held, const CUrlNode& page);
 };
 
 }  // namespace vosmere
