@@ -38,12 +38,15 @@ FULL = Form(0.05, 5, 4, 1.25, 0.1)
 SHORT = Form(0.01, 3, 2, 3, 0.5)  # for a machine that does other work at the same time
 
 
-def read_rows():
-    lines = (BENCH / "goals.tsv").read_text().splitlines()
-    for line in lines:
+def read_table(name):
+    for line in (BENCH / name).read_text().splitlines():
         if not line.startswith("#"):
-            work, ours, peer, goal, *note = line.split("\t")
-            yield Row(work, ours, peer, float(goal), "".join(note))
+            yield line.split("\t")
+
+
+def read_rows():
+    for work, ours, peer, goal, *note in read_table("goals.tsv"):
+        yield Row(work, ours, peer, float(goal), "".join(note))
 
 
 class Results:
@@ -197,7 +200,8 @@ def page(results, rows, quiet):
         what = shown(value) + ("" if row.peer else " bytes per byte")
         yield (f"| {row.work} | {peer_of(row)} | {' | '.join(times)} | "
                f"{bold(what, value is not None and value > row.goal)} | {row.goal:g} |")
-    yield "\n![Ratios and goals](performance_ratios.svg)\n\n## What stops the rest\n"
+    yield ("\n![Ratios and goals](performance_ratios.svg)\n\n## What stops the rest\n\n"
+           "Instructions are counted by callgrind, page faults and the time in the system by the system.\n")
     yield from (f"- {row.work}{' (' + peer_of(row) + ')' if row.peer else ''}: {row.note}" for row in rows if row.note)
     yield "\n## Growth\n\nThe time of operations on lists and trees of n things is n to the power of the exponent.\n"
     growth = list(results.growth())
@@ -207,6 +211,8 @@ def page(results, rows, quiet):
     for what, times, exponent in growth:
         cells = " | ".join(in_words(times[count]) for count in counts)
         yield f"| {what.capitalize()} | {cells} | {bold(f'{exponent:.2f}', exponent > MOST_EXPONENT)} |"
+    yield "\nWhy some grow faster than linearly: instructions, and misses of a cache of 1 MB, for each thing (callgrind).\n"
+    yield from (f"- {what.capitalize()}: {note}" for what, note in read_table("growth.tsv"))
     yield "\n![Time and peak memory over the size of the document](performance_sizes.svg)"
 
 

@@ -20,6 +20,7 @@ namespace {
 #define VOSMERE_STEP [[gnu::target("avx2,popcnt"), gnu::always_inline]]
 
 constexpr std::ptrdiff_t kBlock = 16;
+constexpr std::ptrdiff_t kRun = 64;   // of ASCII at the start of a text
 constexpr std::ptrdiff_t kSlow = 64;  // bytes that are decoded one by one after a fault
 
 using Shuffle = std::array<Byte, 16>;
@@ -321,12 +322,42 @@ VOSMERE_STEP inline bool DecodeBlock(const Byte*& in, WChar*& out) {
   return true;
 }
 
+// Many texts are ASCII all through, or begin with a long run of it. Not inlined, because the
+// compiler would then keep fewer constants of the other loops in registers.
+
+VOSMERE_AVX2 [[gnu::noinline]] Encoding PassAscii(Encoding at, const WChar* end,
+                                                  const Byte* outEnd) {
+  for (; end - at.in >= kRun && outEnd - at.out >= kRun; at.in += kRun, at.out += kRun) {
+    const __m256i units[] = {Load(at.in), Load(at.in + kBlock), Load(at.in + 2 * kBlock),
+                             Load(at.in + 3 * kBlock)};
+    if (!HasNone(units[0] | units[1] | units[2] | units[3], 0xFF80)) break;
+    for (int half = 0; half < 2; ++half) {
+      const __m256i bytes = _mm256_packus_epi16(units[2 * half], units[2 * half + 1]);
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.out) + half,
+                          _mm256_permute4x64_epi64(bytes, 0xD8));
+    }
+  }
+  return at;
+}
+
+VOSMERE_AVX2 [[gnu::noinline]] Decoding PassAscii(Decoding at, const Byte* end,
+                                                  const WChar* outEnd) {
+  for (; end - at.in >= kRun && outEnd - at.out >= kRun; at.in += kRun, at.out += kRun) {
+    if (_mm256_movemask_epi8(Load(at.in) | Load(at.in + kRun / 2)) != 0) break;
+    for (int block = 0; block < kRun / kBlock; ++block)
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.out) + block,
+                          Widened(Load16(at.in + block * kBlock)));
+  }
+  return at;
+}
+
 }  // namespace
 
 // The steps move local pointers, because the compiler must assume that a stored byte changes a
 // pointer in memory.
 
 VOSMERE_AVX2 Encoding EncodeBlocks(Encoding at, const WChar* end, const Byte* outEnd) {
+  if (end - at.in >= 2 * kRun) at = PassAscii(at, end, outEnd);
   while (end - at.in >= kLeastUnits && outEnd - at.out >= 4 * kBlock) {
     if (EncodeAscii(at.in, at.out) || EncodeBlock(at.in, at.out)) continue;
     for (const WChar* const next = at.in + kBlock; at.in < next;) EncodeOne(at.in, end, at.out);
@@ -335,6 +366,7 @@ VOSMERE_AVX2 Encoding EncodeBlocks(Encoding at, const WChar* end, const Byte* ou
 }
 
 VOSMERE_AVX2 Decoding DecodeBlocks(Decoding at, const Byte* end, const WChar* outEnd) {
+  if (end - at.in >= 2 * kRun) at = PassAscii(at, end, outEnd);
   while (end - at.in >= kLeastBytes && outEnd - at.out > 2 * kBlock) {
     if (at.in[0] < 0x80 && DecodeAscii(at.in, at.out)) continue;
     if (MayBeThrees(at.in) && DecodeThrees(at.in, at.out)) continue;
