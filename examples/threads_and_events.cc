@@ -1,8 +1,8 @@
 // Runs work on a thread, and events of its own on a scheduler, with the classes below the layer.
 //
 // Prints: worked 3 times; earliest in 1 s; event done
+#include <future>
 #include <iostream>
-#include <semaphore>
 
 #include "vosmere/cpp.h"
 
@@ -32,8 +32,8 @@ class Counter : public CBaseThread {
 
 class Ring : public CTimeEvent {
  public:
-  std::binary_semaphore rung{0};
-  void DoEvent() override { rung.release(); }
+  std::promise<void> rung;
+  void DoEvent() override { rung.set_value(); }
 };
 
 int main() {
@@ -61,7 +61,7 @@ int main() {
   scheduler.CreateThread(0, 0, nullptr);
   now.SetDelayTime(0, 10);
   scheduler.InsertTimeEvent(&now);
-  now.rung.acquire();
+  now.rung.get_future().wait();
   scheduler.StopThread();
   if (clock.GetEndSeconds() < 60) std::cout << "event done\n";
 }
