@@ -1,8 +1,8 @@
 // Runs a job periodically, as long as its handle exists.
 //
 // Prints: tick tick tick
+#include <future>
 #include <iostream>
-#include <semaphore>
 
 #include "vosmere/cpp.h"
 
@@ -10,11 +10,13 @@ using namespace vosmere;
 using namespace std::chrono_literals;
 
 int main() {
-  std::counting_semaphore<> ticks(0);
+  int ticks = 0;
+  std::promise<void> enough;
   Scheduler scheduler;
   const Job job = scheduler.Every(10ms, [&] {
+    if (ticks == 3) return;
     std::cout << "tick " << std::flush;
-    ticks.release();
+    if (++ticks == 3) enough.set_value();
   });
-  for (int i = 0; i < 3; ++i) ticks.acquire();
+  enough.get_future().wait();
 }
