@@ -24,7 +24,9 @@ def wide(pointer, size=None):
             break
         units += unit
     end = "..." if len(units) == 2 * MOST_UNITS else ""
-    return '"' + units.decode("utf-16-le", "replace").replace('"', '\\"') + '"' + end
+    text = units.decode("utf-16-le", "replace").replace('"', '\\"')
+    terminal = gdb.host_charset()  # without a locale it is ASCII
+    return '"' + text.encode(terminal, "backslashreplace").decode(terminal) + '"' + end
 
 
 class WideText:
