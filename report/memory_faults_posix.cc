@@ -138,7 +138,9 @@ constexpr bool kSanitized = false;
 /// The option --only NAME runs the rows of that name.
 int main(int argc, char** argv) {
   using namespace vosmere::report;
-  Section section(argc, argv, "Memory that is refused");
+  Section section(
+      argc, argv,
+      kSanitized ? "Memory that is refused, under AddressSanitizer" : "Memory that is refused");
   struct Room {
     std::string name;
     long rows = 0;
