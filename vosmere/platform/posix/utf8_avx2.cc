@@ -331,7 +331,7 @@ VOSMERE_AVX2 [[gnu::noinline]] Encoding PassAscii(Encoding at, const WChar* end,
     const __m256i units[] = {Load(at.in), Load(at.in + kBlock), Load(at.in + 2 * kBlock),
                              Load(at.in + 3 * kBlock)};
     if (!HasNone(units[0] | units[1] | units[2] | units[3], 0xFF80)) break;
-    for (int half = 0; half < 2; ++half) {
+    for (std::ptrdiff_t half = 0; half < 2; ++half) {
       const __m256i bytes = _mm256_packus_epi16(units[2 * half], units[2 * half + 1]);
       _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.out) + half,
                           _mm256_permute4x64_epi64(bytes, 0xD8));
