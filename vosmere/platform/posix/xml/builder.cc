@@ -421,6 +421,7 @@ void Builder::FlushText() {
 // If memory runs out here, libxml2 would not know some encodings for the rest of the process, so it
 // is cleaned up for another try.
 bool Initialise() {
+  const Silence silence;
   const XmlMemoryWatch memory;
   xmlInitParser();
   xmlInitCharEncodingHandlers();
@@ -432,9 +433,11 @@ bool Initialise() {
 }  // namespace
 
 void BuildXmlTree(XmlTree& tree, XmlSource& source, const char* encoding) {
-  const Silence silence;
-  static const bool initialised = Initialise();  // on the first thread that loads a document
+  // Before anything else of libxml2: its first use, be it only to silence it, is not for several
+  // threads at the same time.
+  static const bool initialised = Initialise();
   static_cast<void>(initialised);
+  const Silence silence;
   Builder(tree, source).Parse(encoding);
 }
 
