@@ -16,6 +16,8 @@
 namespace vosmere {
 namespace {
 
+using std::string_view_literals::operator""sv;
+
 bool SameNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
     return ascii::Fold(x) == ascii::Fold(y);
@@ -31,7 +33,7 @@ std::string_view Trimmed(std::string_view text) {
 /// Removes the first line that is not empty from the front and returns it without blanks around it.
 /// A null ends a line too.
 std::string_view TakeLine(std::string_view& text) {
-  constexpr std::string_view kEnds("\r\n\0", 3);
+  constexpr std::string_view kEnds = "\r\n\0"sv;
   text.remove_prefix(std::min(text.find_first_not_of(kEnds), text.size()));
   const std::string_view line = text.substr(0, text.find_first_of(kEnds));
   text.remove_prefix(line.size());
@@ -58,7 +60,8 @@ std::optional<std::string_view> Value(std::string_view text, std::string_view se
   return {};
 }
 
-/// Converts UTF-7 to UTF-16; nothing when the text is ill-formed.
+/// Converts a line from UTF-7 to UTF-16; nothing when it is ill-formed. Encoded characters can end
+/// the line, too.
 std::optional<std::u16string> FromUtf7(std::string_view text) {
   std::string units(text.size() * 2, 0);  // a byte gives at most one code unit
   const iconv_t converter = iconv_open("UTF-16LE", "UTF-7");
@@ -74,7 +77,8 @@ std::optional<std::u16string> FromUtf7(std::string_view text) {
   if (!converted) return {};
   units.resize(units.size() - room);
   // Through UTF-8, which replaces unpaired surrogates.
-  return WideOf(TextOf("\xFF\xFE" + units));
+  const std::u16string line = WideOf(TextOf("\xFF\xFE" + units));
+  return line.substr(0, line.find_first_of(u"\r\n\0"sv));
 }
 
 }  // namespace
