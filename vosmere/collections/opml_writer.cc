@@ -16,11 +16,25 @@ namespace {
 
 constexpr int kAroundOutlines = 2;  // levels of elements: the root and the body
 
-CColctNode* Colct(RNode* link) {
+CColctNode* Colct(const RNode* link) {
   return static_cast<CColctNode*>(link->item);
 }
 CFolderNode* Folder(RNode* link) {
   return static_cast<CFolderNode*>(link->item);
+}
+
+bool IsEmpty(const WChar* text) {
+  return !text || !*text;
+}
+
+/// Whether an outline certainly holds all of a collection that has an identity and a version.
+/// Nearly all are plain, which this shows sooner than asking about each part.
+bool IsPlain(const CColctNode& colct) {
+  const CColctNetData& net = *colct.GetColctNetData();
+  return !colct.GetLocRNodeRoot() && !colct.GetUrlProp() && colct.GetItemType() == IT_URL &&
+         IsEmpty(colct.GetAuthor()) && IsEmpty(colct.GetRelationUrl()) && IsEmpty(net.GetOwner()) &&
+         !net.IsOrdered() && !net.IsSynced() && !colct.IsDeleted() && colct.GetBaseBuild() == 0 &&
+         colct.GetCheckedIn() == CBaseNode::kCheckedIn;
 }
 
 }  // namespace
@@ -34,7 +48,7 @@ void CWriteColctTreeOPML::SetBasePathAndLibrary(const WChar* basePath, const WCh
 bool CWriteColctTreeOPML::FillData() {
   if (!root_) return false;
   BeginDocument();
-  LoseOf(root_);
+  if (ReportsLosses()) LoseOf(root_);
   AddHead();
   FillNodeUUID(root_->item);
   FillFolderStructure(root_);
@@ -71,7 +85,7 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
   WalkBelow(
       folder,
       [this](RNode* link) {
-        LoseOf(link);
+        if (ReportsLosses()) LoseOf(link);
         if (link->type == NT_FOLDER) BeginFolder(Folder(link));
         if (link->type == NT_COLCT) FillColctNodeToBuffer(Colct(link));
         if (link->type == NT_URL && writesPages_) FillPage(static_cast<CUrlNode*>(link->item));
@@ -85,12 +99,15 @@ void CWriteColctTreeOPML::FillFolderStructure(RNode* folder) {
 // Reports what reading does not restore of a link. Slashes in its address are not reported, since
 // addresses have them in every document of this kind.
 void CWriteColctTreeOPML::LoseOf(const RNode* link) {
-  if (!ReportsLosses() || !link->item) return;
+  if (!link->item) return;
   const CBaseNode& item = *link->item;
+  LosesOf(&item, item.GetName());
   const bool isVersionWritten = *item.GetUUID() && item.GetVersion() != 0;
+  if (isVersionWritten && link->type == NT_COLCT && !link->firstChild && IsPlain(*Colct(link)))
+    return;
   const unsigned held = kIdentity | (isVersionWritten ? kVersion : 0u);
   if (link->type == NT_COLCT)
-    LoseOfColct(held, *static_cast<const CColctNode*>(link->item));
+    LoseOfColct(held, *Colct(link));
   else if (link->type == NT_FOLDER)
     LoseAllBut(link->parent ? held | kDescription : held, item);
   else if (link->type == NT_URL && writesPages_)

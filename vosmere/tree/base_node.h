@@ -69,6 +69,8 @@ class VOSMERE_API CBaseNode {
   void SetCheckedIn(int state) { checkedIn_ = state; }
   /// Whether the state is kCheckedIn. Stores the state itself if `state` is not null.
   bool HasCheckedIn(int* state) const;
+  /// The state itself.
+  int GetCheckedIn() const { return checkedIn_; }
 
   /// Marks the item as deleted. It stays in its tree as a tombstone for synchronisation.
   void SetAsDeleted(bool deleted) { deleted_ = deleted; }

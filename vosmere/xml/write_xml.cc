@@ -143,20 +143,20 @@ bool CWriteXML::PutPieces(WideView text, std::size_t unitBytes, Convert convert)
   return true;
 }
 
-// Most pieces have nothing to escape or to leave out, which one look at them shows.
+// Most texts are one piece without anything to escape or to leave out, which one look shows.
 bool CWriteXML::PutLoadable(WideView text, Convert convert, bool isPath) {
-  while (!text.empty()) {
-    const WideView piece = NextPiece(text);
-    char* const room = buffer_ ? buffer_->Room(static_cast<int>(piece.size * kUnitBytes)) : nullptr;
-    const unsigned content = room ? CopyTamePiece(piece, room) : kMarkup;
-    if (content & ~unsigned{kBeyondAscii}) break;
-    const int length = content ? PieceToUtf8(piece, room) : static_cast<int>(piece.size);
-    if (length == 0) return false;
-    if (isPath) BackslashesToSlashes(room, length);
-    buffer_->Use(length);
-    text = text.From(piece.size);
-  }
-  if (text.empty()) return true;
+  const bool isPiece = buffer_ && text.size <= kTextPiece;
+  char* const room = isPiece ? buffer_->Room(static_cast<int>(text.size * kUnitBytes)) : nullptr;
+  const unsigned content = room ? CopyTamePiece(text, room) : kMarkup;
+  if (content & ~unsigned{kBeyondAscii}) return PutWritable(text, convert);
+  const int length = content ? PieceToUtf8(text, room) : static_cast<int>(text.size);
+  if (isPath) BackslashesToSlashes(room, length);
+  buffer_->Use(length);
+  return length > 0 || text.empty();
+}
+
+// Apart, because it needs a frame that most texts do not.
+[[gnu::noinline]] bool CWriteXML::PutWritable(WideView text, Convert convert) {
   std::basic_string<WChar> kept;
   return PutPieces(Writable(text, kept), kEscapedUnitBytes, convert);
 }

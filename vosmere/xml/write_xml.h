@@ -280,6 +280,7 @@ class VOSMERE_API CWriteXML {
   WideView Writable(WideView text, std::basic_string<WChar>& aside);
   bool PutPieces(WideView text, std::size_t unitBytes, Convert convert);
   bool PutLoadable(WideView text, Convert convert, bool isPath = false);
+  bool PutWritable(WideView text, Convert convert);
   bool IsComplete(Chunk** head);
   bool Fail(DocumentFault fault, const char* reason, ULONG systemError = 0);
 
