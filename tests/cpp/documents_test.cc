@@ -347,6 +347,49 @@ TEST(Documents, WhatTheLibraryWroteIsAllTaken) {
   }
 }
 
+// Each alone, because the writer looks closer only at a collection that has something to lose.
+TEST(Documents, ASaveSaysWhatACollectionLoses) {
+  const struct {
+    void (*change)(CColctNode&);
+    const char* loss;
+  } cases[] = {
+      {[](CColctNode&) {}, ""},
+      {[](CColctNode& colct) { colct.SetVersion(0); }, "version is lost: c\n"},
+      {[](CColctNode& colct) { colct.SetAsDeleted(true); }, "deleted is lost: c\n"},
+      {[](CColctNode& colct) { colct.SetBaseBuild(1); }, "baseBuild is lost: c\n"},
+      {[](CColctNode& colct) { colct.SetCheckedIn(1); }, "checkedIn is lost: c\n"},
+      {[](CColctNode& colct) { colct.SetAuthor(Wide("a")); }, "author is lost: c\n"},
+      {[](CColctNode& colct) { colct.SetRelationUrl(Wide("r")); }, "htmlUrl is lost: c\n"},
+      {[](CColctNode& colct) { colct.SetItemType(IT_FILE); }, "type is lost: c\n"},
+      {[](CColctNode& colct) { AddTag(colct, "t"); }, "tags are lost: c\n"},
+      {[](CColctNode& colct) { colct.GetColctNetData()->SetOwner(Wide("o")); },
+       "owner is lost: c\n"},
+      {[](CColctNode& colct) { colct.GetColctNetData()->SetOrdered(true); },
+       "ordered is lost: c\n"},
+      {[](CColctNode& colct) { colct.GetColctNetData()->SetSynced(true); }, "synced is lost: c\n"},
+      {[](CColctNode& colct) {
+         RNode* const below = NewTree("f").release();
+         below->parent = colct.GetRNode();
+         below->parent->firstChild = below;
+       },
+       "links below a collection are left out: c\n"},
+      {[](CColctNode& colct) {
+         Tree local = NewTree("l");
+         Add<CUrlNode>(local, "p");
+         colct.SetLocRNodeRoot(local.release());
+       },
+       "the items of a collection are left out: c\n"},
+  };
+  for (const auto& c : cases) {
+    Tree tree = NewTree("root");
+    CColctNode& colct = *Add<CColctNode>(tree, "c", "u");
+    colct.SetUUID(Wide("id"));
+    c.change(colct);
+    const Tree local(colct.GetLocRNodeRoot());  // which `tree` does not own
+    EXPECT_EQ(LossesOf(tree), c.loss);
+  }
+}
+
 TEST(Documents, ASaveSaysWhatItLoses) {
   Tree tree = NewTree("root");
   SetDescription(*As<CFolderNode>(tree), "d");
