@@ -16,8 +16,6 @@
 namespace vosmere {
 namespace {
 
-using std::string_view_literals::operator""sv;
-
 bool SameNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
     return ascii::Fold(x) == ascii::Fold(y);
@@ -33,7 +31,7 @@ std::string_view Trimmed(std::string_view text) {
 /// Removes the first line that is not empty from the front and returns it without blanks around it.
 /// A null ends a line too.
 std::string_view TakeLine(std::string_view& text) {
-  constexpr std::string_view kEnds = "\r\n\0"sv;
+  constexpr std::string_view kEnds("\r\n\0", 3);
   text.remove_prefix(std::min(text.find_first_not_of(kEnds), text.size()));
   const std::string_view line = text.substr(0, text.find_first_of(kEnds));
   text.remove_prefix(line.size());
@@ -78,7 +76,7 @@ std::optional<std::u16string> FromUtf7(std::string_view text) {
   units.resize(units.size() - room);
   // Through UTF-8, which replaces unpaired surrogates.
   const std::u16string line = WideOf(TextOf("\xFF\xFE" + units));
-  return line.substr(0, line.find_first_of(u"\r\n\0"sv));
+  return line.substr(0, line.find_first_of(std::u16string_view(u"\r\n\0", 3)));
 }
 
 }  // namespace
