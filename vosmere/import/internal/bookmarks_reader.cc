@@ -154,7 +154,7 @@ class BookmarksReader {
     heading_ = nullptr;
     if (SameNoCase(Trimmed(href).substr(0, 6), "place:"))
       return Repair(RepairKind::kSavedSearch, tag.at, tag.text, {});
-    feed.empty() ? NewPage(tag, href) : NewFeed(tag, feed, href);
+    Trimmed(feed).empty() ? NewPage(tag, href) : NewFeed(tag, feed, href);
     ReadTimes(tag);
     BeginText(Text::kName, tag);
   }
